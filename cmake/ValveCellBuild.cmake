@@ -1,0 +1,86 @@
+# Compiler settings, and one function for each kind of target, so that a folder's CMakeLists.txt is a line or two.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTOUIC ON)
+set(CMAKE_AUTORCC ON)
+
+# The program, its library and every module lie in one folder: the application's directory.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_INSTALL_RPATH "$ORIGIN")
+
+# "Dev": as fast as a release where it matters, with assertions and line numbers.
+set(CMAKE_CXX_FLAGS_DEV "-O2 -g1" CACHE STRING "Flags of the Dev build type")
+set(CMAKE_EXE_LINKER_FLAGS_DEV "" CACHE STRING "Linker flags of the Dev build type")
+set(CMAKE_SHARED_LINKER_FLAGS_DEV "" CACHE STRING "Linker flags of the Dev build type")
+set(CMAKE_MODULE_LINKER_FLAGS_DEV "" CACHE STRING "Linker flags of the Dev build type")
+
+find_program(VALVECELL_CCACHE ccache)
+if(VALVECELL_CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${VALVECELL_CCACHE}")
+endif()
+
+add_library(vc_flags INTERFACE)
+target_compile_definitions(vc_flags INTERFACE
+    QT_DISABLE_DEPRECATED_BEFORE=0x060000 QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
+if(MSVC)
+    target_compile_options(vc_flags INTERFACE /W4 /utf-8 /permissive- $<$<BOOL:${VALVECELL_WERROR}>:/WX>)
+else()
+    target_compile_options(vc_flags INTERFACE -Wall -Wextra -Wpedantic $<$<BOOL:${VALVECELL_WERROR}>:-Werror>)
+endif()
+if(VALVECELL_SANITIZE)
+    add_compile_options(-fsanitize=${VALVECELL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+    add_link_options(-fsanitize=${VALVECELL_SANITIZE})
+endif()
+
+# vc_room(<name> SOURCES ... LINK ...): the static library vc_<name> of src/<name>/; headers are included as
+# "<name>/Header.h".
+function(vc_room name)
+    cmake_parse_arguments(ROOM "" "" "SOURCES;LINK" ${ARGN})
+    add_library(vc_${name} STATIC ${ROOM_SOURCES})
+    target_include_directories(vc_${name} PUBLIC "${CMAKE_SOURCE_DIR}/src")
+    target_link_libraries(vc_${name} PUBLIC ${ROOM_LINK} PRIVATE vc_flags)
+endfunction()
+
+# vc_module(<name> SOURCES ... LINK ...): a module that the program loads at run time by that very name.
+function(vc_module name)
+    cmake_parse_arguments(MODULE "" "" "SOURCES;LINK" ${ARGN})
+    add_library(${name} MODULE ${MODULE_SOURCES})
+    set_target_properties(${name} PROPERTIES PREFIX "")
+    target_link_libraries(${name} PRIVATE valvecell::sdk ${MODULE_LINK} vc_flags)
+    install(TARGETS ${name} LIBRARY DESTINATION bin)
+endfunction()
+
+# vc_app(<name> SOURCES ... LINK ...): a program beside the library.
+function(vc_app name)
+    cmake_parse_arguments(APP "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${APP_SOURCES})
+    target_link_libraries(${name} PRIVATE ${APP_LINK} vc_flags)
+    install(TARGETS ${name} RUNTIME DESTINATION bin)
+endfunction()
+
+# vc_test(<name> SOURCES ... LINK ... [TIMEOUT seconds]): a Qt Test program, run by CTest without a screen.
+function(vc_test name)
+    cmake_parse_arguments(TEST "" "TIMEOUT" "SOURCES;LINK;DEPENDS" ${ARGN})
+    if(NOT TEST_TIMEOUT)
+        set(TEST_TIMEOUT 120)
+    endif()
+    add_executable(${name} ${TEST_SOURCES})
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+    target_compile_definitions(${name} PRIVATE VALVECELL_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+    target_link_libraries(${name} PRIVATE ${TEST_LINK} Qt5::Test vc_flags)
+    if(TEST_DEPENDS)
+        add_dependencies(${name} ${TEST_DEPENDS})
+    endif()
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${TEST_TIMEOUT}
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+    set_property(TARGET ${name} PROPERTY RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+endfunction()

@@ -1,0 +1,20 @@
+#pragma once
+
+/// Keys of the maps that travel to and from the engine. Values are listed with the type that the QVariant holds.
+namespace ResultKeys {
+
+constexpr const char* originImage = "originImage";   ///< QImage, the captured image; also the key of the task's input
+constexpr const char* taskCali = "taskCali";         ///< bool, the model that ran has been taught
+constexpr const char* solutionName = "solutionName"; ///< QString, the solution that ran; decides the station
+constexpr const char* taskName = "taskName";         ///< QString, the task's (model's) name; starts every log line
+constexpr const char* taskTime = "tasktime";         ///< double, run time of the task in milliseconds
+constexpr const char* algoResult = "AlgoResult";     ///< QVariantMap with the keys below; missing when no task could run
+
+constexpr const char* angle = "angle";             ///< double, degrees; 361 when nothing was found
+constexpr const char* error = "error";             ///< int, error code, 0 when a hole was found
+constexpr const char* score = "score";             ///< double, match score from 0 to 1
+constexpr const char* image = "image";             ///< QImage with the drawing of the result
+constexpr const char* resultTip = "resultTip";     ///< QString, short result text for the operator
+constexpr const char* centerPoint = "centerPoint"; ///< QPointF, found centre; middle of the top-left pixel is (0, 0)
+
+} // namespace ResultKeys
