@@ -10,7 +10,8 @@ class QWidget;
 class IDesigner
 {
 public:
-    /// Hands over the engine whose solutions are designed; it outlives the designer. Called once, before openDesigner().
+    /// Hands over the engine whose solutions are designed; it outlives the designer. Called once, before
+    /// openDesigner().
     virtual void attachEngine(IEngine* engine) = 0;
 
     /// Shows the designer's window, or brings it to the front; returns at once. `parent` may be null.

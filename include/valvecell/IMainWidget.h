@@ -9,7 +9,10 @@
 class IMainWidget : public QObject
 {
 public:
-    IMainWidget() : QObject(nullptr) {}
+    IMainWidget()
+        : QObject(nullptr)
+    {
+    }
 
     /// Shows the main window maximised.
     virtual void showMaximized() = 0;

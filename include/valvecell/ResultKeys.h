@@ -8,7 +8,7 @@ constexpr const char* taskCali = "taskCali";         ///< bool, the model that r
 constexpr const char* solutionName = "solutionName"; ///< QString, the solution that ran; decides the station
 constexpr const char* taskName = "taskName";         ///< QString, the task's (model's) name; starts every log line
 constexpr const char* taskTime = "tasktime";         ///< double, run time of the task in milliseconds
-constexpr const char* algoResult = "AlgoResult";     ///< QVariantMap with the keys below; missing when no task could run
+constexpr const char* algoResult = "AlgoResult"; ///< QVariantMap with the keys below; missing when no task could run
 
 constexpr const char* angle = "angle";             ///< double, degrees; 361 when nothing was found
 constexpr const char* error = "error";             ///< int, error code, 0 when a hole was found

@@ -1,14 +1,12 @@
 #include "platform/AppHome.h"
 
-#include <QCoreApplication>
-#include <QDir>
+#include <valvecell/HomeFiles.h>
 
 namespace platform {
 
 QString home()
 {
-    const QString named = qEnvironmentVariable("VALVECELL_HOME");
-    return named.isEmpty() ? QCoreApplication::applicationDirPath() : QDir(named).absolutePath();
+    return HomeFiles::home();
 }
 
 QString inHome(const QString& pathText)

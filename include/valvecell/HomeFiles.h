@@ -1,0 +1,97 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+
+/// How the program and its modules keep small files in the home, so that no file is ever half written and no file that
+/// a person spoiled by hand is lost. Any thread, as long as one thread at a time uses a file.
+namespace HomeFiles {
+
+/// The one directory below which all files lie: the environment variable VALVECELL_HOME names it, without it it is the
+/// application's directory. Absolute, forward slashes, no separator at the end. Modules keep theirs in "user/".
+inline QString home()
+{
+    const QString named = qEnvironmentVariable("VALVECELL_HOME");
+    return named.isEmpty() ? QCoreApplication::applicationDirPath() : QDir(named).absolutePath();
+}
+
+/// Larger than any file that is meant; a larger one is not read.
+constexpr qint64 maxFileBytes = 64 * 1024 * 1024;
+
+struct JsonRead
+{
+    enum State { Missing, Good, Damaged };
+    State state = Missing;
+    QJsonObject object; ///< empty unless Good
+    QString error;      ///< file, place and reason; empty when Good
+};
+
+/// Reads a file that holds one JSON object. Missing: no such file. Damaged: it cannot be read, is empty, is no JSON or
+/// is no object.
+inline JsonRead readJson(const QString& path)
+{
+    QFile file(path);
+    if (!file.exists())
+        return {JsonRead::Missing, {}, QStringLiteral("%1: no such file").arg(path)};
+    if (!file.open(QIODevice::ReadOnly))
+        return {JsonRead::Damaged, {}, QStringLiteral("%1: %2").arg(path, file.errorString())};
+    if (file.size() > maxFileBytes)
+        return {JsonRead::Damaged, {}, QStringLiteral("%1: larger than %2 bytes").arg(path).arg(maxFileBytes)};
+    const QByteArray text = file.readAll();
+    QJsonParseError parse;
+    const QJsonDocument document = QJsonDocument::fromJson(text, &parse);
+    if (parse.error != QJsonParseError::NoError) {
+        const int line = text.left(parse.offset).count('\n') + 1;
+        return {JsonRead::Damaged, {}, QStringLiteral("%1, line %2: %3").arg(path).arg(line).arg(parse.errorString())};
+    }
+    if (!document.isObject())
+        return {JsonRead::Damaged, {}, QStringLiteral("%1: the top level is not an object").arg(path)};
+    return {JsonRead::Good, document.object(), {}};
+}
+
+/// Renames a file to a free name beside it that tells the time, and returns that name; empty when it could not.
+inline QString keepAside(const QString& path)
+{
+    const QString stem =
+        path + QStringLiteral(".damaged-") + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
+    for (int i = 0; i < 100; ++i) {
+        const QString aside = i == 0 ? stem : QStringLiteral("%1-%2").arg(stem).arg(i);
+        if (!QFile::exists(aside))
+            return QFile::rename(path, aside) ? aside : QString();
+    }
+    return {};
+}
+
+/// Replaces a file's content in one step: after a power failure it holds the old or the new content, whole.
+inline bool writeFile(const QString& path, const QByteArray& content, QString* error)
+{
+    QSaveFile file(path);
+    const bool written = QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
+                         file.write(content) == content.size() && file.commit();
+    if (!written && error)
+        *error = QStringLiteral("%1: %2").arg(path, file.errorString());
+    return written;
+}
+
+/// As writeFile(), for a JSON file: a present file that does not parse is kept aside first, never overwritten.
+inline bool writeJsonText(const QString& path, const QByteArray& json, QString* error)
+{
+    if (readJson(path).state == JsonRead::Damaged && QFileInfo(path).size() > 0 && keepAside(path).isEmpty()) {
+        if (error)
+            *error = QStringLiteral("%1: damaged, and cannot be renamed to keep it").arg(path);
+        return false;
+    }
+    return writeFile(path, json, error);
+}
+
+inline bool writeJson(const QString& path, const QJsonObject& object, QString* error)
+{
+    return writeJsonText(path, QJsonDocument(object).toJson(QJsonDocument::Indented), error);
+}
+
+} // namespace HomeFiles
