@@ -1,0 +1,122 @@
+#include "config/ConfigVisitors.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLocale>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+/// The text that stands for a number which JSON cannot carry.
+QString nonFiniteText(double value)
+{
+    if (std::isnan(value))
+        return QStringLiteral("nan");
+    return value > 0 ? QStringLiteral("inf") : QStringLiteral("-inf");
+}
+
+bool readNonFinite(const QString& text, double& value)
+{
+    if (text == QLatin1String("nan"))
+        value = std::numeric_limits<double>::quiet_NaN();
+    else if (text == QLatin1String("inf"))
+        value = std::numeric_limits<double>::infinity();
+    else if (text == QLatin1String("-inf"))
+        value = -std::numeric_limits<double>::infinity();
+    else
+        return false;
+    return true;
+}
+
+QByteArray quoted(const QString& text)
+{
+    const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+    return array.mid(1, array.size() - 2);
+}
+
+} // namespace
+
+void JsonReadVisitor::wrongType(const char* key, const char* wanted)
+{
+    m_problems << QStringLiteral("%1: \"%2\" is not %3, its default is used")
+                      .arg(m_place, QLatin1String(key), QLatin1String(wanted));
+}
+
+void JsonReadVisitor::field(const char* key, QString& value, const QString& fallback)
+{
+    const QJsonValue json = m_object.value(QLatin1String(key));
+    value = json.toString(fallback);
+    if (!json.isUndefined() && !json.isString())
+        wrongType(key, "a text");
+}
+
+void JsonReadVisitor::field(const char* key, bool& value, bool fallback)
+{
+    const QJsonValue json = m_object.value(QLatin1String(key));
+    value = json.toBool(fallback);
+    if (!json.isUndefined() && !json.isBool())
+        wrongType(key, "true or false");
+}
+
+void JsonReadVisitor::field(const char* key, int& value, int fallback)
+{
+    const QJsonValue json = m_object.value(QLatin1String(key));
+    value = json.toInt(fallback);
+    if (!json.isUndefined() && (!json.isDouble() || json.toDouble() != value))
+        wrongType(key, "a whole number of 32 bits");
+}
+
+void JsonReadVisitor::field(const char* key, double& value, double fallback)
+{
+    const QJsonValue json = m_object.value(QLatin1String(key));
+    if (json.isString() && readNonFinite(json.toString(), value))
+        return;
+    value = json.toDouble(fallback);
+    if (!json.isUndefined() && !json.isDouble())
+        wrongType(key, "a number");
+}
+
+QJsonObject JsonReadVisitor::nestedObject(const char* key)
+{
+    const QJsonValue json = m_object.value(QLatin1String(key));
+    if (!json.isUndefined() && !json.isObject())
+        m_problems << QStringLiteral("%1: \"%2\" is not an object, its values stay").arg(m_place, QLatin1String(key));
+    return json.toObject();
+}
+
+void JsonWriteVisitor::append(const char* key, const QByteArray& json)
+{
+    if (!m_lines.isEmpty())
+        m_lines += ",\n";
+    m_lines += m_indent + '"' + key + "\": " + json;
+}
+
+void JsonWriteVisitor::field(const char* key, const QString& value, const QString&)
+{
+    append(key, quoted(value));
+}
+
+void JsonWriteVisitor::field(const char* key, bool value, bool)
+{
+    append(key, value ? "true" : "false");
+}
+
+void JsonWriteVisitor::field(const char* key, int value, int)
+{
+    append(key, QByteArray::number(value));
+}
+
+void JsonWriteVisitor::field(const char* key, double value, double)
+{
+    if (std::isfinite(value))
+        append(key, QLocale::c().toString(value, 'g', QLocale::FloatingPointShortest).toLatin1());
+    else
+        append(key, quoted(nonFiniteText(value)));
+}
+
+QByteArray JsonWriteVisitor::text() const
+{
+    return "{\n" + m_lines + '\n' + m_indent.chopped(4) + '}';
+}

@@ -1,0 +1,57 @@
+#include "config/IniFile.h"
+
+#include "platform/AppHome.h"
+
+#include <valvecell/HomeFiles.h>
+
+namespace {
+
+/// The settings library takes any bytes for an INI file; a line without a group, a key or a comment tells that it is
+/// something else.
+QString notIni(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    if (file.size() > HomeFiles::maxFileBytes)
+        return QStringLiteral("larger than %1 bytes").arg(HomeFiles::maxFileBytes);
+    for (int number = 1; !file.atEnd(); ++number) {
+        const QByteArray line = file.readLine().trimmed();
+        const bool group = line.startsWith('[') && line.endsWith(']');
+        const bool harmless = line.isEmpty() || line.startsWith(';') || line.startsWith('#');
+        if (line.contains('\0') || !(group || harmless || line.contains('=')))
+            return QStringLiteral("line %1 is neither a group nor a key").arg(number);
+    }
+    return {};
+}
+
+} // namespace
+
+IniFile::IniFile(const QString& path)
+    : m_path(path)
+{
+    const QString reason = notIni(path);
+    if (!reason.isEmpty()) {
+        const QString aside = HomeFiles::keepAside(path);
+        qWarning("%s: %s; kept as %s", qUtf8Printable(path), qUtf8Printable(reason), qUtf8Printable(aside));
+    }
+    m_settings = std::make_unique<QSettings>(m_path, QSettings::IniFormat);
+    m_settings->setIniCodec("UTF-8");
+}
+
+bool IniFile::commit()
+{
+    QDir().mkpath(QFileInfo(m_path).path());
+    m_settings->sync();
+    if (m_settings->status() == QSettings::NoError)
+        return true;
+    qWarning("%s: cannot be written", qUtf8Printable(m_path));
+    return false;
+}
+
+void saveViewerScale(const QString& viewer, double scale)
+{
+    IniFile file(platform::inHome(QStringLiteral("/showImg.ini")));
+    file.settings().setValue(QStringLiteral("ShowImg/") + viewer, scale);
+    file.commit();
+}
