@@ -12,7 +12,7 @@ namespace {
 qint32 toInt(const QVariant& value, qint32 fallback)
 {
     bool good = false;
-    const qint32 number = value.toInt(&good);
+    const qint32 number = value.toString().toInt(&good); // a variant's own conversion would wrap a large number
     return good ? number : fallback;
 }
 

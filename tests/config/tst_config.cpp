@@ -1,0 +1,265 @@
+#include "config/IniFile.h"
+#include "config/ksGlobalConfig.h"
+#include "config/ksSysConfig.h"
+#include "support/TempHome.h"
+
+#include <QJsonArray>
+
+#include <cmath>
+#include <limits>
+#include <thread>
+
+namespace {
+const QString kGlobal = QStringLiteral("/user/globalConfig.json");
+const QString kSystem = QStringLiteral("/user/systemConfig.ini");
+} // namespace
+
+class ConfigTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void singletonIsOneObjectForAllThreads()
+    {
+        std::array<ksGlobalConfig*, 8> seen{};
+        std::vector<std::thread> threads;
+        for (auto& slot : seen)
+            threads.emplace_back([&slot] { slot = ksGlobalConfig::instance(); });
+        for (auto& thread : threads)
+            thread.join();
+        QCOMPARE(std::count(seen.begin(), seen.end(), ksGlobalConfig::instance()), 8);
+    }
+
+    void spoiledGlobalConfigIsNamedAndKept_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("truncated") << QByteArray("{\"onlineMode\": true,\n\"length_1\": 1") << "line 2";
+        QTest::newRow("empty") << QByteArray() << "globalConfig.json";
+        QTest::newRow("array") << QByteArray("[1, 2]") << "not an object";
+        QTest::newRow("binary") << QByteArray(1000, '\xff') << "line 1";
+    }
+    void spoiledGlobalConfigIsNamedAndKept()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, message);
+        const TempHome home;
+        home.write(kGlobal, content);
+        ksGlobalConfig config;
+        config.trigerFilter = 77;
+        QString problems;
+        QVERIFY(!config.load(&problems));
+        QVERIFY2(problems.contains(message) && problems.contains("globalConfig.json"), qPrintable(problems));
+        QCOMPARE(config.trigerFilter, 77);
+        QVERIFY(config.save());
+        const QStringList kept = home.keptAside(kGlobal);
+        QCOMPARE(kept.size(), content.isEmpty() ? 0 : 1);
+        if (!kept.isEmpty())
+            QCOMPARE(home.read("/user/" + kept.first()), content);
+        QVERIFY(config.load());
+    }
+
+    void missingOrEmptyObjectKeepsFieldsAndAbsentKeysGetDefaults()
+    {
+        const TempHome home;
+        ksGlobalConfig config;
+        config.station(1).twoPoint.length = 5;
+        config.station(1).fourPoint.xOffset = 3;
+        QVERIFY(config.load());
+        home.write(kGlobal, "{}");
+        QVERIFY(config.load());
+        QCOMPARE(config.station(1).twoPoint.length, 5.0);
+        home.write(kGlobal, R"({"onlineMode": true, "station1_4p": {}})");
+        QVERIFY(config.load());
+        QVERIFY(config.onlineMode);
+        QCOMPARE(config.station(1).twoPoint.length, 1000.0);
+        QCOMPARE(config.station(1).twoPoint.point2, QPoint(100, 100));
+        QCOMPARE(config.station(2).twoPoint.scale, 1.0);
+        QCOMPARE(config.trigerFilter, 1000);
+        QCOMPARE(config.station(1).fourPoint.xOffset, 3.0);
+    }
+
+    void wrongTypesAreNamedAndOthersAreRead()
+    {
+        const TempHome home;
+        home.write(kGlobal, R"({"trigerFilter": "100", "pointCircle": 1.5, "length_1": [], "onlineMode": 1,
+                                "station_camkey_1": 7, "StationScale_2": 0.25, "station2_4p": {"m11": true, "dx": 4}})");
+        ksGlobalConfig config;
+        QString problems;
+        QVERIFY(!config.load(&problems));
+        for (const char* key : {"trigerFilter", "pointCircle", "length_1", "onlineMode", "station_camkey_1", "m11"})
+            QVERIFY2(problems.contains(QLatin1String("\"") + key + "\""), key);
+        QCOMPARE(problems.count('\n'), 5);
+        QCOMPARE(config.trigerFilter, 1000);
+        QCOMPARE(config.pointCircle, 20);
+        QCOMPARE(config.station(2).twoPoint.scale, 0.25);
+        QCOMPARE(config.station(2).fourPoint.map[2], 4.0);
+    }
+
+    void globalConfigComesBackTheSame()
+    {
+        const TempHome home;
+        ksGlobalConfig config;
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        config.station(1).camKey = QStringLiteral("相机\"1\\");
+        config.station(2).solution = QStringLiteral("工位2");
+        config.station(2).swapXY = config.use4pointstand = true;
+        config.station(1).twoPoint.scale = 0.1 + 0.2;
+        config.station(1).twoPoint.xOffset = nan;
+        config.station(1).twoPoint.yOffset = -1 / 0.0;
+        config.station(2).fourPoint.map = {1.5, -2, 3e-9, 1e300, nan, 6};
+        config.station(2).fourPoint.pixelPoints[3] = {-7, 9};
+        config.station(2).fourPoint.realPoints[0] = {0.001, 5000.25};
+        QVERIFY(config.save());
+        ksGlobalConfig again;
+        QVERIFY(again.load());
+        QCOMPARE(again.station(1).camKey, config.station(1).camKey);
+        QCOMPARE(again.station(1).twoPoint.scale, 0.1 + 0.2);
+        QVERIFY(std::isnan(again.station(1).twoPoint.xOffset));
+        QVERIFY(std::isinf(again.station(1).twoPoint.yOffset) && again.station(1).twoPoint.yOffset < 0);
+        QCOMPARE(again.station(2).fourPoint.map[2], 3e-9);
+        QCOMPARE(again.station(2).fourPoint.map[3], 1e300);
+        QVERIFY(std::isnan(again.station(2).fourPoint.map[4]));
+        QCOMPARE(again.station(2).fourPoint.pixelPoints[3], QPoint(-7, 9));
+        QCOMPARE(again.station(2).fourPoint.realPoints[0], QPointF(0.001, 5000.25));
+        QCOMPARE(again.stationOfSolution("工位2"), 2);
+        QCOMPARE(again.stationOfSolution(""), 0);
+        const QByteArray first = home.read(kGlobal);
+        QVERIFY(again.save());
+        QCOMPARE(home.read(kGlobal), first);
+    }
+
+    void keysStandInTheirFixedOrder()
+    {
+        const TempHome home;
+        QVERIFY(ksGlobalConfig().save());
+        const QByteArray text = home.read(kGlobal);
+        int from = 0;
+        for (const char* key : {"station_camkey_1",
+                                "station_camkey_2",
+                                "station_solution_1",
+                                "station_runModel_2",
+                                "station_xytrans_1",
+                                "use_clear_protect",
+                                "onlineMode",
+                                "point1_x_1",
+                                "point1_y_1",
+                                "point2_x_1",
+                                "point2_y_1",
+                                "length_1",
+                                "StationScale_1",
+                                "StationXOffset_1",
+                                "StationYOffset_1",
+                                "point1_x_2",
+                                "StationYOffset_2",
+                                "pointCircle",
+                                "trigerFilter",
+                                "use4pointstand",
+                                "station1_4p",
+                                "bXYTrans",
+                                "pixpoint1_x",
+                                "pixpoint4_y",
+                                "Realpoint1_x",
+                                "Realpoint4_y",
+                                "testPoint_x",
+                                "testPoint_y",
+                                "xoffset",
+                                "yoffset",
+                                "m11",
+                                "m12",
+                                "m21",
+                                "m22",
+                                "dx",
+                                "dy",
+                                "station2_4p"}) {
+            const int at = text.indexOf("\"" + QByteArray(key) + "\"", from);
+            QVERIFY2(at > 0, key);
+            from = at;
+        }
+        QCOMPARE(text.count(':'), 31 + 2 * 27);
+    }
+
+    void unwritableConfigurationIsTold()
+    {
+        const TempHome home;
+        QVERIFY(QDir(home.path("/user")).removeRecursively());
+        home.write("/user", "a file where the folder should be");
+        QString error;
+        QVERIFY(!ksGlobalConfig().save(&error));
+        QVERIFY2(error.contains("globalConfig.json"), qPrintable(error));
+        QVERIFY(!ksSysConfig().save());
+    }
+
+    void firstStartWritesExactlyTheThirteenDefaults()
+    {
+        const TempHome home;
+        ksSysConfig config;
+        config.load();
+        QVERIFY(config.save());
+        QSettings file(home.path(kSystem), QSettings::IniFormat);
+        const QMap<QString, QString> expected{{"language/select", "Chinese"},
+                                              {"COM/Port", "COM3"},
+                                              {"COM/Baute", "115200"},
+                                              {"CheckThread/days", "7"},
+                                              {"CheckThread/days_dir", "30"},
+                                              {"CheckThread/spacesize", "10"},
+                                              {"CheckThread/Enable_SrcImg", "false"},
+                                              {"CheckThread/Enable_RltImg", "false"},
+                                              {"TrigDetector/FilterTime", "10"},
+                                              {"Image/SrcImgSave_st1", "false"},
+                                              {"Image/SrcImgSave_st2", "false"},
+                                              {"Image/RltImgSave_st1", "false"},
+                                              {"Image/RltImgSave_st2", "false"}};
+        QCOMPARE(file.allKeys().size(), expected.size());
+        for (auto it = expected.begin(); it != expected.end(); ++it)
+            QCOMPARE(file.value(it.key()).toString(), it.value());
+    }
+
+    void settingsThatDoNotConvertAreDefaults()
+    {
+        const TempHome home;
+        home.write(kSystem, "[COM]\nBaud=9600\nPort=/工厂/串口\n[CheckThread]\ndays=sieben\nspacesize=99999999999\n"
+                            "Enable_SrcImg=perhaps\nEnable_RltImg=1\n[TrigDetector]\nFilterTime=-4\n");
+        ksSysConfig config;
+        config.cleanDays = 99;
+        config.load();
+        QCOMPARE(config.baudRate, 115200);
+        QCOMPARE(config.comPort, QStringLiteral("/工厂/串口"));
+        QCOMPARE(config.cleanDays, 7);
+        QCOMPARE(config.minFreeSpace, 10);
+        QVERIFY(!config.cleanSrcImages && config.cleanRltImages);
+        QCOMPARE(config.filterTime, -4);
+        QVERIFY(config.save());
+        ksSysConfig again;
+        again.load();
+        QCOMPARE(again.comPort, config.comPort);
+    }
+
+    void settingsFileThatIsNoIniIsKeptAside()
+    {
+        const TempHome home;
+        const QByteArray content = "\x7f"
+                                   "ELF\0\0 nothing that was ever a setting";
+        home.write(kSystem, content);
+        ksSysConfig config;
+        config.load();
+        QVERIFY(config.save());
+        QCOMPARE(home.keptAside(kSystem).size(), 1);
+        QCOMPARE(home.read("/user/" + home.keptAside(kSystem).first()), content);
+    }
+
+    void zoomOfOneViewerLeavesTheOtherAlone()
+    {
+        const TempHome home;
+        saveViewerScale("ScaleA", 0.5);
+        saveViewerScale("ScaleB", 0.25);
+        saveViewerScale("ScaleB", 1.331);
+        const QSettings file(home.path("/showImg.ini"), QSettings::IniFormat);
+        QCOMPARE(file.value("ShowImg/ScaleA").toDouble(), 0.5);
+        QCOMPARE(file.value("ShowImg/ScaleB").toDouble(), 1.331);
+        QCOMPARE(file.allKeys().size(), 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(ConfigTest)
+#include "tst_config.moc"
