@@ -1,0 +1,50 @@
+#include "modules/DllLoader.h"
+
+#include "modules/ModuleCall.h"
+#include "platform/ModuleFiles.h"
+
+#include <QFileInfo>
+
+namespace {
+
+QString findModule(const QString& baseName, const QStringList& searchDirs)
+{
+    QString candidate = baseName;
+    for (const QString& dir : searchDirs) {
+        candidate =
+            dir.isEmpty() || dir.endsWith(QLatin1Char('/')) ? dir + baseName : dir + QLatin1Char('/') + baseName;
+        if (QFileInfo::exists(platform::moduleFile(candidate)))
+            break;
+    }
+    return candidate;
+}
+
+} // namespace
+
+DllLoader::DllLoader(const QString& baseName, const char* initSymbol, const char* freeSymbol,
+                     const QStringList& searchDirs)
+{
+    setFileName(platform::moduleLoadName(findModule(baseName, searchDirs)));
+    if (load()) {
+        m_init = reinterpret_cast<InitFunction>(resolve(initSymbol));
+        m_free = reinterpret_cast<FreeFunction>(resolve(freeSymbol));
+    } else {
+        qDebug("DllLoader Error: %s", qUtf8Printable(errorString()));
+    }
+}
+
+DllLoader::~DllLoader()
+{
+    unload();
+}
+
+void* DllLoader::instance(void* argument)
+{
+    if (!m_init) {
+        qDebug("fail to get Init Function in dll:%s", qUtf8Printable(fileName()));
+        return nullptr;
+    }
+    void* made = nullptr;
+    callModule(fileName(), [&] { made = m_init(argument); });
+    return made;
+}

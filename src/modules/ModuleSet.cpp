@@ -1,0 +1,120 @@
+#include "modules/ModuleSet.h"
+
+#include "modules/CDllCoreCtrl.h"
+#include "modules/CDllDesigner.h"
+#include "modules/CDllEngine.h"
+#include "modules/ModuleCall.h"
+#include "platform/ModuleFiles.h"
+
+#include <valvecell/IDesigner.h>
+#include <valvecell/IEngine.h>
+#include <valvecell/ISerialPort.h>
+#include <valvecell/IUserCtrl.h>
+
+#include <QLibrary>
+
+namespace {
+
+/// Calls a factory of a library that then stays loaded for the life of the process.
+template <typename Object, typename Factory>
+Object* createFrom(const QString& base, const char* symbol)
+{
+    QLibrary library(platform::moduleLoadName(base));
+    const auto factory = reinterpret_cast<Factory>(library.resolve(symbol));
+    if (!factory)
+        qDebug("module %s: %s", qUtf8Printable(base), qUtf8Printable(library.errorString()));
+    Object* made = nullptr;
+    if (factory)
+        callModule(base, [&] { made = factory(); });
+    return made;
+}
+
+} // namespace
+
+ModuleSet::ModuleSet(QStringList searchDirs)
+    : m_searchDirs(std::move(searchDirs))
+{
+}
+
+ModuleSet::~ModuleSet()
+{
+    stop();
+}
+
+QString ModuleSet::start(const ICoreCtrl::ImageCallback& image)
+{
+    QString fatal = startCoreCtrl(image);
+    if (fatal.isEmpty())
+        fatal = startEngine();
+    if (fatal.isEmpty())
+        fatal = startDesigner();
+    return fatal;
+}
+
+QString ModuleSet::startCoreCtrl(const ICoreCtrl::ImageCallback& image)
+{
+    if (m_coreCtrl)
+        return {};
+    m_coreCtrl = std::make_unique<CDllCoreCtrl>(m_searchDirs);
+    ICoreCtrl* core = m_coreCtrl->instance();
+    QStringList cameras;
+    const bool kept = core && callModule(QStringLiteral("ksCoreCtrl"), [&] {
+                          core->setRequestCallback([](const QString&, const QVariant&) { return QVariant(); });
+                          core->setNotificationCallback([](const QString&, const QVariant&) {});
+                          core->setImageCallback(image);
+                          cameras = core->cameraKeys();
+                      });
+    if (!kept)
+        return QStringLiteral("Corectrl模块加载失败,请检查!");
+    return cameras.isEmpty() ? QStringLiteral("camera.json文件出错,请检查!") : QString();
+}
+
+QString ModuleSet::startEngine()
+{
+    if (!m_engine)
+        m_engine = std::make_unique<CDllEngine>(m_searchDirs);
+    return m_engine->instance() ? QString() : QStringLiteral("ksbengine模块加载失败,请检查!");
+}
+
+QString ModuleSet::startDesigner()
+{
+    if (m_designer)
+        return {};
+    m_designer = std::make_unique<CDllDesigner>(m_searchDirs);
+    IDesigner* designer = m_designer->instance();
+    const bool attached =
+        designer && engine() && callModule(QStringLiteral("ksdesigner"), [&] { designer->attachEngine(engine()); });
+    return attached ? QString() : QStringLiteral("ksdesigner模块加载失败,请检查!");
+}
+
+ISerialPort* ModuleSet::createSerialPort()
+{
+    return createFrom<ISerialPort, SerialPortCreateFunction>(QStringLiteral("SerialPortTool"), "SerialPortCreate");
+}
+
+IUserCtrl* ModuleSet::createUserCtrl()
+{
+    return createFrom<IUserCtrl, UserCtrlCreateFunction>(QStringLiteral("QUserInfo"), "UserCtrlCreate");
+}
+
+void ModuleSet::stop()
+{
+    m_coreCtrl.reset();
+    m_designer.reset();
+    m_engine.reset();
+}
+
+ICoreCtrl* ModuleSet::coreCtrl() const
+{
+    return m_coreCtrl ? m_coreCtrl->instance() : nullptr;
+}
+
+IEngine* ModuleSet::engine() const
+{
+    return m_engine ? m_engine->instance() : nullptr;
+}
+
+IDesigner* ModuleSet::designer() const
+{
+    return m_designer ? m_designer->instance() : nullptr;
+}

@@ -1,0 +1,45 @@
+#include "platform/ModuleFiles.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+namespace platform {
+
+namespace {
+
+QString withoutSuffix(const QString& base)
+{
+    const bool suffixed = base.endsWith(QLatin1String(".dll"), Qt::CaseInsensitive);
+    return suffixed ? base.chopped(4) : base;
+}
+
+} // namespace
+
+QString moduleSuffix()
+{
+#ifdef Q_OS_WIN
+    return QStringLiteral(".dll");
+#else
+    return QStringLiteral(".so");
+#endif
+}
+
+QString moduleFile(const QString& base)
+{
+#ifdef Q_OS_WIN
+    return base.endsWith(QLatin1String(".dll"), Qt::CaseInsensitive) ? base : base + moduleSuffix();
+#else
+    return withoutSuffix(base) + moduleSuffix();
+#endif
+}
+
+QString moduleLoadName(const QString& base)
+{
+    const QString name = withoutSuffix(base);
+    if (name.contains(QLatin1Char('/')))
+        return name;
+    const QString beside = QCoreApplication::applicationDirPath() + QLatin1Char('/') + name;
+    return QFileInfo::exists(moduleFile(beside)) ? beside : name;
+}
+
+} // namespace platform

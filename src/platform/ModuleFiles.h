@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+namespace platform {
+
+/// The suffix of a module's file, ".dll" or ".so".
+QString moduleSuffix();
+
+/// `base` (a module's name, with or without a directory) as the name of its file: a ".dll" at the end, in any case,
+/// counts as the suffix of every platform and is never doubled.
+QString moduleFile(const QString& base);
+
+/// `base` as the platform's loader is to be given it, without suffix: with a directory as it stands; without one, in
+/// the application's directory if the file lies there, otherwise bare, so that the loader looks where it always does.
+QString moduleLoadName(const QString& base);
+
+} // namespace platform

@@ -1,0 +1,116 @@
+#include "modules/DllLoader.h"
+#include "modules/ModuleSet.h"
+#include "platform/ModuleFiles.h"
+
+#include <QtTest>
+
+namespace {
+
+QString fakes(const char* folder)
+{
+    return QStringLiteral(FAKES_DIR "/") + QLatin1String(folder);
+}
+
+QStringList protocol()
+{
+    return qApp->property("protocol").toStringList();
+}
+
+const ICoreCtrl::ImageCallback kNoImage = [](const QString&, const QImage&) {};
+
+} // namespace
+
+class ModulesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { qApp->setProperty("protocol", QStringList()); }
+
+    void suffixIsNeverDoubled_data()
+    {
+        QTest::addColumn<QString>("base");
+        QTest::newRow("bare") << "dir/ksX";
+        QTest::newRow("lower case") << "dir/ksX.dll";
+        QTest::newRow("upper case") << "dir/ksX.DLL";
+    }
+    void suffixIsNeverDoubled()
+    {
+        QFETCH(QString, base);
+        QCOMPARE(platform::moduleFile(base).count('.'), 1);
+        QCOMPARE(platform::moduleLoadName(base), QStringLiteral("dir/ksX"));
+    }
+
+    void firstDirectoryWithTheFileIsTaken()
+    {
+        const QStringList dirs{"/nowhere", fakes("good"), fakes("null") + '/'};
+        DllLoader good("ksbengine", "Lib_Engine_Init", "Lib_Engine_Free", dirs);
+        QVERIFY(good.fileName().startsWith(fakes("good")));
+        DllLoader none("ksAbsent", "Lib_Engine_Init", "Lib_Engine_Free", dirs);
+        QVERIFY(!none.isLoaded());
+        QVERIFY(none.fileName().startsWith(fakes("null")));
+    }
+
+    void missingModuleOrSymbolIsToldByName()
+    {
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^DllLoader Error: .*ksAbsent"));
+        DllLoader absent("ksAbsent", "Lib_Engine_Init", "Lib_Engine_Free", {});
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^fail to get Init Function in dll:.*ksAbsent"));
+        QVERIFY(!absent.instance());
+        DllLoader symbol("ksbengine", "Lib_Engine_Init", "Lib_Engine_Free", {fakes("nosymbol")});
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^fail to get Init Function in dll:.*ksbengine"));
+        QVERIFY(!symbol.instance());
+    }
+
+    void modulesStartAndStopInOrder()
+    {
+        {
+            ModuleSet modules({fakes("good")});
+            QCOMPARE(modules.start(kNoImage), QString());
+            QVERIFY(modules.coreCtrl() && modules.engine() && modules.designer());
+            QCOMPARE(modules.start(kNoImage), QString());
+        }
+        QCOMPARE(protocol(), QStringList({"core started", "request", "notification", "image", "engine initialised",
+                                          "engine attached", "core stopped", "core deleted", "designer deleted",
+                                          "engine deleted"}));
+    }
+
+    void wrongModuleEndsStartUpWithItsText_data()
+    {
+        QTest::addColumn<QStringList>("folders");
+        QTest::addColumn<QString>("fatal");
+        const QString core = QStringLiteral("Corectrl模块加载失败,请检查!");
+        const QString engine = QStringLiteral("ksbengine模块加载失败,请检查!");
+        const QString designer = QStringLiteral("ksdesigner模块加载失败,请检查!");
+        QTest::newRow("all missing") << QStringList{"missing", "missing", "missing"} << core;
+        QTest::newRow("no camera") << QStringList{"nocamera", "good", "good"}
+                                   << QStringLiteral("camera.json文件出错,请检查!");
+        for (const char* kind : {"null", "throws", "nosymbol", "startthrows"}) {
+            QTest::addRow("core %s", kind) << QStringList{kind, "good", "good"} << core;
+            QTest::addRow("engine %s", kind) << QStringList{"good", kind, "good"} << engine;
+            QTest::addRow("designer %s", kind) << QStringList{"good", "good", kind} << designer;
+        }
+    }
+    void wrongModuleEndsStartUpWithItsText()
+    {
+        QFETCH(QStringList, folders);
+        QFETCH(QString, fatal);
+        QTemporaryDir mixed;
+        const QStringList names{"ksCoreCtrl", "ksbengine", "ksdesigner"};
+        for (int i = 0; i < 3; ++i) {
+            const QString file = platform::moduleFile(names[i]);
+            QFile::copy(fakes(qPrintable(folders[i])) + '/' + file, mixed.filePath(file));
+        }
+        ModuleSet modules({mixed.path()});
+        QCOMPARE(modules.start(kNoImage), fatal);
+    }
+
+    void optionalModulesMayBeMissing()
+    {
+        QVERIFY(!ModuleSet::createSerialPort());
+        QVERIFY(!ModuleSet::createUserCtrl());
+    }
+};
+
+QTEST_GUILESS_MAIN(ModulesTest)
+#include "tst_modules.moc"
