@@ -1,0 +1,169 @@
+#include "db/QSqliteWheelHubZd.h"
+
+#include <QMutexLocker>
+#include <QSqlRecord>
+
+namespace {
+
+const QString modelTable = QStringLiteral("e_wh_models");
+const QString infoTable = QStringLiteral("e_zd_model_info");
+const QString keyColumnName = QStringLiteral("md_unique");
+
+QString whereName(const QString& name)
+{
+    return keyColumnName + QStringLiteral(" = '") + name + QLatin1Char('\'');
+}
+
+const SqlValueMap& modelColumns()
+{
+    static const SqlValueMap columns{
+        {QStringLiteral("md_cali"), QStringLiteral("INT(1) DEFAULT '0'")},
+        {QStringLiteral("md_camKey"), QStringLiteral("VARCHAR(32)")},
+        {QStringLiteral("md_count"), QStringLiteral("INT(1) DEFAULT '0'")},
+        {QStringLiteral("md_id"), QStringLiteral("VARCHAR(2)")},
+        {QStringLiteral("md_index"), QStringLiteral("INT(100)")},
+        {QStringLiteral("md_model"), QStringLiteral("VARCHAR(20)")},
+        {QStringLiteral("md_stamp"), QStringLiteral("VARCHAR(32)")},
+        {QStringLiteral("md_text"), QStringLiteral("TEXT")},
+    };
+    return columns;
+}
+
+SqliteFile::OpenRules openRules()
+{
+    SqliteFile::OpenRules rules;
+    rules.busyMs = 250;
+    rules.ownTables = {{modelTable, {keyColumnName}}, {QStringLiteral("r_wh_model_camera"), {}}};
+    return rules;
+}
+
+} // namespace
+
+QSqliteWheelHubZd::QSqliteWheelHubZd(const QString& folder)
+    : QSqliteGeneral(folder + QStringLiteral("wheelhubzd.db"))
+{
+}
+
+bool QSqliteWheelHubZd::createTable()
+{
+    if (!connection().isOpen() && !open(openRules()))
+        return false;
+    connection().exec(
+        createTableSql(modelTable, keyColumnName, QStringLiteral("VARCHAR(60) PRIMARY KEY"), modelColumns()));
+    return !connection().failed();
+}
+
+bool QSqliteWheelHubZd::addModel(const QString& name, const SqlValueMap& values)
+{
+    if (name.isEmpty() || values.isEmpty())
+        return false;
+    // The driver reports no sizes, so that it is the primary key that refuses a name that is there.
+    if (connection().exec(selectSql(modelTable, {}, whereName(name))).size() > 0)
+        return false;
+    connection().exec(insertSql(modelTable, keyColumnName, name, values));
+    return !connection().failed();
+}
+
+bool QSqliteWheelHubZd::deleteModel(const QString& name)
+{
+    return connection().exec(deleteSql(modelTable, whereName(name))).size() != 0;
+}
+
+bool QSqliteWheelHubZd::readValue(const QString& name, const QString& column, QVariant* value)
+{
+    QSqlQuery query = connection().exec(selectSql(modelTable, {column}, whereName(name)));
+    if (connection().failed() || !query.next())
+        return false;
+    *value = query.record().value(column);
+    return true;
+}
+
+bool QSqliteWheelHubZd::readRecord(const QString& name, SqlValueMap* record)
+{
+    QSqlQuery query = connection().exec(selectSql(modelTable, {}, whereName(name)));
+    if (connection().failed() || !query.next())
+        return false;
+    const QSqlRecord fields = query.record();
+    for (int i = 0; i < fields.count(); ++i)
+        record->insert(fields.fieldName(i), fields.value(i));
+    return true;
+}
+
+bool QSqliteWheelHubZd::updateValue(const QString& name, const QString& column, const QVariant& value, int mode)
+{
+    const QMutexLocker locker(&m_updateMutex);
+    QString sql;
+    if (mode == 0)
+        sql = updateSql(modelTable, {{column, value}}, whereName(name));
+    connection().exec(sql);
+    return !connection().failed();
+}
+
+bool QSqliteWheelHubZd::ensureColumn(const QString& column, const QString& type)
+{
+    QSqlQuery query = connection().exec(selectSql(modelTable, {}, QString()));
+    if (connection().failed())
+        return false;
+    if (!query.next() || query.record().contains(column))
+        return true;
+    query.finish();
+    connection().exec(addColumnSql(modelTable, column, type));
+    return !connection().failed();
+}
+
+bool QSqliteWheelHubZd::dropColumn(const QString& column)
+{
+    connection().exec(dropColumnSql(modelTable, column));
+    return !connection().failed();
+}
+
+bool QSqliteWheelHubZd::saveModelInfo(const QString& tableSuffix, const QString& keyColumn, const QString& keyValue,
+                                      const SqlValueMap& values)
+{
+    const QString table = infoTable + tableSuffix;
+    SqlValueMap columns;
+    for (auto it = values.cbegin(); it != values.cend(); ++it)
+        columns.insert(it.key(), QStringLiteral("VARCHAR(20)"));
+    connection().exec(
+        createTableSql(table, QStringLiteral("mf_time"), QStringLiteral("VARCHAR(90) PRIMARY KEY"), columns));
+    if (connection().failed())
+        return false;
+    connection().exec(insertSql(table, keyColumn, keyValue, values));
+    return !connection().failed();
+}
+
+QStringList QSqliteWheelHubZd::modelsOfCamera(const QString& cameraKey)
+{
+    QStringList models;
+    QSqlQuery query = connection().exec(
+        QStringLiteral("SELECT model_id, camera_id, camera_key FROM r_wh_model_camera WHERE camera_key = '%1'")
+            .arg(cameraKey));
+    while (query.next())
+        models << query.value(0).toString();
+    return models;
+}
+
+QList<QPair<int, QString>> QSqliteWheelHubZd::camerasOfModel(const QString& modelId)
+{
+    QList<QPair<int, QString>> cameras;
+    QSqlQuery query = connection().exec(
+        QStringLiteral("SELECT model_id, camera_id, camera_key FROM r_wh_model_camera WHERE model_id = '%1'")
+            .arg(modelId));
+    while (query.next()) {
+        bool isNumber = false;
+        const int id = query.value(1).toInt(&isNumber);
+        if (isNumber)
+            cameras.append({id, query.value(2).toString()});
+    }
+    return cameras;
+}
+
+QStringList QSqliteWheelHubZd::modelNames()
+{
+    QStringList names;
+    QSqlQuery query = connection().exec(selectSql(modelTable, {keyColumnName}, QString()) +
+                                        QStringLiteral(" ORDER BY ") + keyColumnName);
+    while (query.next())
+        names << query.value(0).toString();
+    return names;
+}

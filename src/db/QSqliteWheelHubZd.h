@@ -1,0 +1,50 @@
+#pragma once
+
+#include "db/QZkDbSqlite.h"
+
+#include <QPair>
+#include <QRecursiveMutex>
+
+/// The model library: every wheel-hub model the cell knows, one row each, in "wheelhubzd.db". Names and texts that a
+/// person typed have passed SqlText; others that a statement cannot carry fail. All operations answer false on failure,
+/// lastError() tells why. The thread that opens it uses it.
+class QSqliteWheelHubZd : public QSqliteGeneral
+{
+public:
+    /// The file's name is appended to the folder as it stands: the caller supplies the separator at its end.
+    explicit QSqliteWheelHubZd(const QString& folder);
+
+    /// Opens the file when it is not open, and makes the table when it is missing.
+    bool createTable();
+
+    /// False for an empty name or map, and for a name that is there already.
+    bool addModel(const QString& name, const SqlValueMap& values);
+
+    /// True as well when there is no such model.
+    bool deleteModel(const QString& name);
+
+    bool readValue(const QString& name, const QString& column, QVariant* value);
+    bool readRecord(const QString& name, SqlValueMap* record);
+
+    /// Mode 0 updates; any other mode fails. Serialised by a mutex of its own.
+    bool updateValue(const QString& name, const QString& column, const QVariant& value, int mode = 0);
+
+    /// Adds a column that is missing; only once the table holds a model, until then nothing happens and it is true.
+    bool ensureColumn(const QString& column, const QString& type);
+
+    bool dropColumn(const QString& column);
+
+    /// A row of the information table with this suffix, which is made on demand with a column for each key.
+    bool saveModelInfo(const QString& tableSuffix, const QString& keyColumn, const QString& keyValue,
+                       const SqlValueMap& values);
+
+    /// The model-to-camera relation, which others write.
+    QStringList modelsOfCamera(const QString& cameraKey);
+    QList<QPair<int, QString>> camerasOfModel(const QString& modelId);
+
+    /// The names of all models, in ascending order.
+    QStringList modelNames();
+
+private:
+    QRecursiveMutex m_updateMutex;
+};

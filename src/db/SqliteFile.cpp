@@ -1,0 +1,239 @@
+#include "db/SqliteFile.h"
+
+#include <valvecell/HomeFiles.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace SqliteFile {
+namespace {
+
+// SQLite's primary result codes.
+constexpr int codeReadOnly = 8;
+constexpr int codeCorrupt = 11;
+constexpr int codeNotADatabase = 26;
+
+/// Marks a file as ours ("VCel"), so that another program's file is known even when its tables have our names.
+constexpr int applicationId = 0x5643656c;
+
+struct Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(SqliteFile)
+};
+
+struct Verdict
+{
+    enum State { Usable, Unfit, CannotOpen };
+    State state = Usable;
+    QString reason;
+};
+
+Verdict verdictOf(const SqlConnection& connection)
+{
+    const QString reason = connection.lastError().text().simplified();
+    switch (connection.lastCode()) {
+    case codeCorrupt:
+    case codeNotADatabase:
+        return {Verdict::Unfit, Texts::tr("文件已损坏：%1").arg(reason)};
+    case codeReadOnly:
+        return {Verdict::Unfit, Texts::tr("文件只读：%1").arg(reason)};
+    default:
+        return {Verdict::CannotOpen, reason};
+    }
+}
+
+bool isUnfit(const SqlConnection& connection)
+{
+    return verdictOf(connection).state == Verdict::Unfit;
+}
+
+QVariant firstValue(SqlConnection& connection, const QString& sql)
+{
+    QSqlQuery query = connection.exec(sql);
+    return query.next() ? query.value(0) : QVariant();
+}
+
+QStringList tableNames(SqlConnection& connection)
+{
+    QStringList names;
+    QSqlQuery query = connection.exec(
+        QStringLiteral("select name from sqlite_master where type='table' and name not like 'sqlite_%'"));
+    while (query.next())
+        names << query.value(0).toString();
+    return names;
+}
+
+bool isComplete(SqlConnection& connection, const OwnTable& table)
+{
+    const QString columns = table.columns.isEmpty() ? QStringLiteral("1") : table.columns.join(QLatin1Char(','));
+    connection.exec(QStringLiteral("select %1 from %2 limit 0").arg(columns, table.name));
+    return !connection.failed();
+}
+
+/// Reads the end of the table, where the next row goes, so that damage there shows at start-up.
+bool isReadable(SqlConnection& connection, const OwnTable& table)
+{
+    firstValue(connection, QStringLiteral("select rowid from %1 order by rowid desc limit 1").arg(table.name));
+    return !isUnfit(connection);
+}
+
+Verdict examineTables(SqlConnection& connection, const QVector<OwnTable>& ownTables)
+{
+    const QStringList present = tableNames(connection);
+    bool foreign = !present.isEmpty() && !ownTables.isEmpty();
+    for (const OwnTable& table : ownTables) {
+        if (!present.contains(table.name, Qt::CaseInsensitive))
+            continue;
+        if (!isReadable(connection, table))
+            return verdictOf(connection);
+        if (!isComplete(connection, table))
+            return {Verdict::Unfit,
+                    Texts::tr("表%1不是本系统的：%2").arg(table.name, connection.lastError().text().simplified())};
+        foreign = false;
+    }
+    if (foreign)
+        return {Verdict::Unfit,
+                Texts::tr("文件属于其他程序，含有表：%1").arg(present.mid(0, 5).join(QStringLiteral(", ")))};
+    return {};
+}
+
+/// The application's mark: none is taken for ours and is set, since files of earlier versions carry none.
+Verdict examineMark(SqlConnection& connection)
+{
+    const int mark = firstValue(connection, QStringLiteral("PRAGMA application_id")).toInt();
+    if (connection.failed())
+        return verdictOf(connection);
+    if (mark != 0 && mark != applicationId)
+        return {Verdict::Unfit, Texts::tr("文件属于其他程序（标识%1）").arg(mark)};
+    return {};
+}
+
+/// True when the file can be written, or only another program's writing forbids it for the moment.
+bool isWritable(SqlConnection& connection)
+{
+    connection.exec(QStringLiteral("BEGIN IMMEDIATE"));
+    if (!connection.failed())
+        connection.exec(QStringLiteral("ROLLBACK"));
+    return connection.lastCode() != codeReadOnly;
+}
+
+void setPragmas(SqlConnection& connection, const OpenRules& rules)
+{
+    const bool full = rules.durability == Durability::PowerLoss;
+    connection.exec(
+        QStringLiteral("PRAGMA synchronous=%1").arg(full ? QStringLiteral("FULL") : QStringLiteral("NORMAL")));
+    connection.exec(QStringLiteral("PRAGMA wal_autocheckpoint=%1").arg(rules.autoCheckpoint ? 1000 : 0));
+    // A log that a long-lived reader made grow shrinks again.
+    connection.exec(QStringLiteral("PRAGMA journal_size_limit=16777216"));
+}
+
+Verdict openConnection(SqlConnection& connection, int busyMs)
+{
+    QSqlDatabase& database = connection.database();
+    const QFileInfo file(database.databaseName());
+    if (!QDir().mkpath(file.absolutePath()))
+        return {Verdict::CannotOpen, Texts::tr("不能创建文件夹%1").arg(file.absolutePath())};
+    database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(busyMs));
+    if (!database.open())
+        return {Verdict::CannotOpen, database.lastError().text().simplified()};
+    return {};
+}
+
+Verdict tryOpening(SqlConnection& connection, const OpenRules& rules)
+{
+    Verdict verdict = openConnection(connection, rules.busyMs);
+    if (verdict.state == Verdict::Usable)
+        verdict = examineMark(connection);
+    if (verdict.state == Verdict::Usable)
+        verdict = examineTables(connection, rules.ownTables);
+    if (verdict.state != Verdict::Usable)
+        return verdict;
+    connection.exec(QStringLiteral("PRAGMA journal_mode=WAL"));
+    if (isUnfit(connection) || !isWritable(connection))
+        return verdictOf(connection);
+    setPragmas(connection, rules);
+    if (firstValue(connection, QStringLiteral("PRAGMA application_id")).toInt() == 0)
+        connection.exec(QStringLiteral("PRAGMA application_id=%1").arg(applicationId));
+    return {};
+}
+
+/// Renames the file and the parts of its log that may lie beside it: a log left behind would be taken for the new
+/// file's.
+QString keepAside(const QString& path)
+{
+    const QString aside = HomeFiles::keepAside(path);
+    if (!aside.isEmpty()) {
+        for (const char* tail : {"-wal", "-shm", "-journal"})
+            QFile::rename(path + QLatin1String(tail), aside + QLatin1String(tail));
+    }
+    return aside;
+}
+
+OpenReport openFresh(SqlConnection& connection, const OpenRules& rules, const QString& reason)
+{
+    const QString path = connection.database().databaseName();
+    OpenReport report;
+    report.keptAside = keepAside(path);
+    if (report.keptAside.isEmpty()) {
+        report.text = Texts::tr("数据库%1不能使用（%2），且不能改名保留，暂不记录。").arg(path, reason);
+        return report;
+    }
+    const Verdict verdict = tryOpening(connection, rules);
+    report.open = verdict.state == Verdict::Usable;
+    report.text =
+        report.open ? Texts::tr("数据库%1不能使用（%2），原文件保留为%3，已新建。").arg(path, reason, report.keptAside)
+                    : Texts::tr("数据库%1不能使用（%2），原文件保留为%3，新建失败：%4")
+                          .arg(path, reason, report.keptAside, verdict.reason);
+    return report;
+}
+
+} // namespace
+
+OpenReport openForWriting(SqlConnection& connection, const OpenRules& rules)
+{
+    connection.database().close();
+    const Verdict verdict = tryOpening(connection, rules);
+    if (verdict.state == Verdict::Usable)
+        return {true, QString(), QString()};
+    connection.database().close();
+    OpenReport report;
+    if (verdict.state == Verdict::Unfit)
+        report = openFresh(connection, rules, verdict.reason);
+    else
+        report.text = Texts::tr("数据库%1不能打开：%2").arg(connection.database().databaseName(), verdict.reason);
+    if (!report.open)
+        connection.database().close();
+    return report;
+}
+
+bool openForReading(SqlConnection& connection, QString* error)
+{
+    QSqlDatabase& database = connection.database();
+    database.close();
+    database.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=250"));
+    if (database.open()) {
+        connection.exec(QStringLiteral("select 1 from sqlite_master limit 1"));
+        if (!connection.failed())
+            return true;
+    }
+    if (error) {
+        const QSqlError& reason = database.isOpen() ? connection.lastError() : database.lastError();
+        *error = Texts::tr("数据库%1不能打开：%2").arg(database.databaseName(), reason.text().simplified());
+    }
+    database.close();
+    return false;
+}
+
+bool needsReopening(const SqlConnection& connection)
+{
+    return !connection.isOpen() || isUnfit(connection) || !QFileInfo::exists(connection.database().databaseName());
+}
+
+QString describe(const SqlConnection& connection, const QString& what)
+{
+    return Texts::tr("数据库%1，%2失败：%3")
+        .arg(connection.database().databaseName(), what, connection.lastError().text().simplified());
+}
+
+} // namespace SqliteFile
