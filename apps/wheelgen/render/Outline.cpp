@@ -1,0 +1,135 @@
+#include "Outline.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace wheel {
+
+namespace {
+
+constexpr float kPi = 3.14159265f;
+
+/// atan2 to 0.003 rad: it only chooses a sector, whose borders are mirror lines.
+float roughAtan2(float y, float x)
+{
+    const float ax = std::fabs(x), ay = std::fabs(y);
+    const float t = std::min(ax, ay) / std::max(std::max(ax, ay), 1e-9f);
+    float angle = t * (0.9724f - 0.1919f * t * t);
+    if (ay > ax)
+        angle = kPi / 2 - angle;
+    if (x < 0)
+        angle = kPi - angle;
+    return y < 0 ? -angle : angle;
+}
+
+} // namespace
+
+Outline::Outline(const WheelSpec& spec, double scale)
+    : m_face(spec.face)
+{
+    const double s = spec.rimRadius * scale;
+    m_inner = static_cast<float>(m_face.windowInner * s);
+    m_outer = static_cast<float>(m_face.windowOuter * s);
+    m_fillet = static_cast<float>(std::max(0.002, m_face.fillet) * s);
+    m_hubHalf = static_cast<float>(m_face.spokeHub * s);
+    m_rimHalf = static_cast<float>(m_face.spokeRim * s);
+    m_gap = static_cast<float>(m_face.pairGap * s);
+    m_turn = static_cast<float>(-spec.turn * CV_PI / 180);
+    m_period = 2 * kPi / static_cast<float>(std::max(1, m_face.count));
+    for (int i = 0; i <= m_face.count; ++i) {
+        m_cos.push_back(std::cos(m_turn + static_cast<float>(i) * m_period));
+        m_sin.push_back(std::sin(m_turn + static_cast<float>(i) * m_period));
+    }
+}
+
+Outline::Folded Outline::fold(float x, float y) const
+{
+    float sector = (roughAtan2(y, x) - m_turn) / m_period + 0.5f;
+    sector -= std::floor(sector / static_cast<float>(m_face.count)) * static_cast<float>(m_face.count);
+    const auto i = static_cast<std::size_t>(std::clamp(static_cast<int>(sector), 0, m_face.count));
+    const float v = y * m_cos[i] - x * m_sin[i];
+    return {x * m_cos[i] + y * m_sin[i], std::fabs(v), m_cos[i], m_sin[i], v < 0 ? -1.0f : 1.0f};
+}
+
+EdgeDistance Outline::fromSector(const Folded& p, float distance, float du, float dv) const
+{
+    const float w = dv * p.flip;
+    return {distance, du * p.cx - w * p.sx, du * p.sx + w * p.cx};
+}
+
+EdgeDistance Outline::blend(EdgeDistance a, EdgeDistance b) const
+{
+    const float h = std::clamp(0.5f + 0.5f * (b.distance - a.distance) / m_fillet, 0.0f, 1.0f);
+    return {b.distance + (a.distance - b.distance) * h - m_fillet * h * (1 - h), b.dx + (a.dx - b.dx) * h,
+            b.dy + (a.dy - b.dy) * h};
+}
+
+EdgeDistance Outline::annulus(float x, float y, float radius) const
+{
+    if (radius - m_inner < m_outer - radius)
+        return {radius - m_inner, x / radius, y / radius};
+    return {m_outer - radius, -x / radius, -y / radius};
+}
+
+EdgeDistance Outline::spokes(const Folded& p, float x, float y, float radius) const
+{
+    const float t = std::clamp((p.u - m_inner) / (m_outer - m_inner), 0.0f, 1.0f);
+    const float half = m_hubHalf + (m_rimHalf - m_hubHalf) * t;
+    const EdgeDistance ring = annulus(x, y, radius);
+    if (m_face.pattern == Pattern::Spokes)
+        return blend(ring, fromSector(p, p.v - half, 0, 1));
+    // A pair: the mirrored coordinate shows one spoke; its two flanks border two different windows.
+    const float across = p.v - m_gap;
+    return blend(ring, fromSector(p, std::fabs(across) - half, 0, across < 0 ? -1.0f : 1.0f));
+}
+
+EdgeDistance Outline::meshBars(const Folded& p, float x, float y, float radius) const
+{
+    // One zigzag in the mirrored sector, from the hub's middle line to the sector's border and back, is a lattice.
+    const float middle = 0.5f * (m_inner + m_outer);
+    const float bu = middle * std::cos(m_period / 2), bv = middle * std::sin(m_period / 2);
+    EdgeDistance result = annulus(x, y, radius);
+    for (const float endU : {m_inner * 0.95f, m_outer * 1.04f}) {
+        const float lu = bu - endU, lv = bv;
+        const float length = std::sqrt(lu * lu + lv * lv);
+        const float across = ((p.u - endU) * lv - p.v * lu) / length;
+        const float side = across < 0 ? -1.0f : 1.0f;
+        result = blend(result, fromSector(p, std::fabs(across) - m_hubHalf, side * lv / length, -side * lu / length));
+    }
+    return result;
+}
+
+EdgeDistance Outline::slot(const Folded& p) const
+{
+    const float middle = 0.5f * (m_inner + m_outer), halfU = 0.5f * (m_outer - m_inner);
+    const bool round = m_face.pattern == Pattern::Drilled;
+    const float corner = round ? halfU : std::min(m_fillet, halfU);
+    const float u = p.u - middle, side = u < 0 ? -1.0f : 1.0f;
+    const float qu = std::fabs(u) - (halfU - corner), qv = p.v - ((round ? halfU : m_rimHalf) - corner);
+    const float ou = std::max(qu, 0.0f), ov = std::max(qv, 0.0f);
+    const float length = std::sqrt(ou * ou + ov * ov);
+    const float inside = std::min(std::max(qu, qv), 0.0f);
+    if (length > 1e-6f)
+        return fromSector(p, corner - length, -side * ou / length, -ov / length);
+    return fromSector(p, corner - inside, qu > qv ? -side : 0.0f, qu > qv ? 0.0f : -1.0f);
+}
+
+EdgeDistance Outline::at(float x, float y, float radius) const
+{
+    const Folded p = fold(x, y);
+    switch (m_face.pattern) {
+    case Pattern::Spokes:
+    case Pattern::TwinSpokes:
+        return spokes(p, x, y, radius);
+    case Pattern::Mesh:
+        return meshBars(p, x, y, radius);
+    case Pattern::Slots:
+    case Pattern::Drilled:
+        return slot(p);
+    case Pattern::Solid:
+        break;
+    }
+    return {-1e6f, 0, 0};
+}
+
+} // namespace wheel

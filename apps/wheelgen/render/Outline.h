@@ -1,0 +1,52 @@
+#pragma once
+
+#include "WheelSpec.h"
+
+#include <vector>
+
+namespace wheel {
+
+/// Signed distance to the nearest edge of a window, positive inside the window, with the direction in which it grows.
+struct EdgeDistance
+{
+    float distance;
+    float dx;
+    float dy;
+};
+
+/// The windows between the spokes, as a distance field around the hub centre. Fillets are made by blending distances,
+/// so that a corner's rounding is smooth and so is the shading that follows from it.
+class Outline
+{
+public:
+    /// `scale` stretches the windows about the hub: their far edges as seen in perspective.
+    Outline(const WheelSpec& spec, double scale);
+
+    bool hasWindows() const { return m_face.pattern != Pattern::Solid; }
+
+    /// Distance at (x, y) pixels from the hub centre (y down), where radius = hypot(x, y) > 0.
+    EdgeDistance at(float x, float y, float radius) const;
+
+private:
+    struct Folded
+    {
+        float u, v;   ///< along and across the middle of the sector, v >= 0
+        float cx, sx; ///< the sector's direction
+        float flip;   ///< -1 when v was mirrored
+    };
+
+    Folded fold(float x, float y) const;
+    EdgeDistance spokes(const Folded& p, float x, float y, float radius) const;
+    EdgeDistance meshBars(const Folded& p, float x, float y, float radius) const;
+    EdgeDistance slot(const Folded& p) const;
+    EdgeDistance annulus(float x, float y, float radius) const;
+    EdgeDistance blend(EdgeDistance a, EdgeDistance b) const;
+    EdgeDistance fromSector(const Folded& p, float distance, float du, float dv) const;
+
+    FaceSpec m_face;
+    float m_inner, m_outer, m_fillet, m_hubHalf, m_rimHalf, m_gap;
+    float m_turn, m_period;
+    std::vector<float> m_cos, m_sin;
+};
+
+} // namespace wheel

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "WheelDesigns.h"
+
+#include <string>
+
+namespace wheel {
+
+/// Easy: clean and sharp. Demo: as on a well kept line. Varied: all that a plant can show within the finder's limits.
+enum class Difficulty { Easy, Demo, Varied };
+
+bool difficultyFromName(const std::string& name, Difficulty* difficulty);
+
+/// A wheel of that design, drawn at random: size, place, light, surface and camera. The same arguments give the same
+/// spec. The wheel lies wholly inside the image.
+WheelSpec drawWheel(const Design& design, Difficulty difficulty, cv::Size size, std::uint64_t seed, bool withHole);
+
+/// The rim radius that a wheel of the demo has on average, in pixels.
+double nominalRimRadius(cv::Size size);
+
+} // namespace wheel

@@ -1,0 +1,31 @@
+#include "WheelRenderer.h"
+
+#include "Holes.h"
+#include "Optics.h"
+#include "WheelFace.h"
+
+#include <cmath>
+
+namespace wheel {
+
+WheelTruth truthOf(const WheelSpec& spec)
+{
+    WheelTruth truth;
+    truth.hole = spec.hole.present;
+    truth.angle = spec.hole.angle - 360 * std::floor(spec.hole.angle / 360);
+    truth.holeCenter = holeCenter(spec);
+    truth.hub = spec.hub;
+    truth.rimRadius = spec.rimRadius;
+    truth.ringRadius = spec.hole.ringRadius;
+    truth.holeRadius = spec.hole.radius;
+    return truth;
+}
+
+RenderedWheel renderWheel(const WheelSpec& spec)
+{
+    cv::Mat scene = renderFace(spec);
+    paintHoles(scene, spec);
+    return {photograph(scene, spec), truthOf(spec)};
+}
+
+} // namespace wheel

@@ -1,0 +1,131 @@
+#include "WheelSet.h"
+
+#include "render/Random.h"
+
+#include <valvecell/HomeFiles.h>
+
+#include <QDir>
+#include <QJsonArray>
+
+#include <opencv2/imgcodecs.hpp>
+
+#include <atomic>
+#include <cmath>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+bool writeImage(const QString& path, const QString& format, const cv::Mat& image, QString* error)
+{
+    std::vector<uchar> bytes;
+    if (!cv::imencode(("." + format).toStdString(), image, bytes)) {
+        *error = QStringLiteral("%1: cannot be encoded").arg(path);
+        return false;
+    }
+    QFile file(path);
+    const auto size = static_cast<qint64>(bytes.size());
+    if (file.open(QIODevice::WriteOnly) && file.write(reinterpret_cast<const char*>(bytes.data()), size) == size)
+        return true;
+    *error = QStringLiteral("%1: %2").arg(path, file.errorString());
+    return false;
+}
+
+/// Runs task(0) to task(count - 1) on some threads, until one returns false.
+template <typename Task>
+bool runAll(int count, int jobs, Task task)
+{
+    std::atomic<int> next{0};
+    std::atomic<bool> good{true};
+    const auto work = [&] {
+        for (int i = next++; i < count && good; i = next++)
+            if (!task(i))
+                good = false;
+    };
+    std::vector<std::thread> others;
+    for (int i = 1; i < jobs; ++i)
+        others.emplace_back(work);
+    work();
+    for (auto& thread : others)
+        thread.join();
+    return good;
+}
+
+/// Spreads the wheels without a hole evenly over the set.
+bool hasHole(int number, double withoutHole)
+{
+    return std::floor((number + 1) * withoutHole + 1e-9) <= std::floor(number * withoutHole + 1e-9);
+}
+
+quint64 wheelSeed(quint64 setSeed, int number)
+{
+    return wheel::Random(setSeed, static_cast<quint64>(number) + 1000).next();
+}
+
+} // namespace
+
+QVector<PlannedWheel> WheelSet::wheels(const WheelSetPlan& plan)
+{
+    QVector<const wheel::Design*> designs;
+    for (const auto& design : wheel::designs())
+        if (plan.designs.isEmpty() || plan.designs.contains(QString::fromStdString(design.key)))
+            designs.append(&design);
+    QVector<PlannedWheel> result;
+    for (int i = 0; i < plan.count && !designs.isEmpty(); ++i) {
+        const QString file = QStringLiteral("%1.%2").arg(i + 1, 4, 10, QLatin1Char('0')).arg(plan.format);
+        result.append({file, wheel::drawWheel(*designs[i % designs.size()], plan.difficulty, plan.size,
+                                              wheelSeed(plan.seed, i), hasHole(i, plan.withoutHole))});
+    }
+    return result;
+}
+
+double WheelSet::mmPerPx(cv::Size size)
+{
+    return 230.0 / wheel::nominalRimRadius(size);
+}
+
+QJsonObject WheelSet::truthEntry(const PlannedWheel& planned)
+{
+    const wheel::WheelTruth truth = wheel::truthOf(planned.spec);
+    const wheel::Design* design = wheel::findDesign(planned.spec.design);
+    const auto ifHole = [&](double value) { return truth.hole ? QJsonValue(value) : QJsonValue(); };
+    return {{QStringLiteral("file"), planned.file},
+            {QStringLiteral("model"), QString::fromStdString(design->name)},
+            {QStringLiteral("index"), design->plcIndex},
+            {QStringLiteral("hole"), truth.hole},
+            {QStringLiteral("angle"), ifHole(truth.angle)},
+            {QStringLiteral("x"), ifHole(truth.holeCenter.x)},
+            {QStringLiteral("y"), ifHole(truth.holeCenter.y)},
+            {QStringLiteral("hub_x"), truth.hub.x},
+            {QStringLiteral("hub_y"), truth.hub.y},
+            {QStringLiteral("rim_radius"), truth.rimRadius},
+            {QStringLiteral("ring_radius"), truth.ringRadius},
+            {QStringLiteral("hole_radius"), truth.holeRadius}};
+}
+
+bool WheelSet::write(const QString& folder, const WheelSetPlan& plan, QString* error)
+{
+    if (!QDir().mkpath(folder)) {
+        *error = QStringLiteral("%1: cannot be made").arg(folder);
+        return false;
+    }
+    const QVector<PlannedWheel> planned = wheels(plan);
+    std::mutex errorGuard;
+    const bool rendered = runAll(planned.size(), plan.jobs, [&](int i) {
+        QString problem;
+        const bool good = writeImage(folder + QLatin1Char('/') + planned[i].file, plan.format,
+                                     wheel::renderWheel(planned[i].spec).image, &problem);
+        const std::lock_guard<std::mutex> lock(errorGuard);
+        if (!good)
+            *error = problem;
+        return good;
+    });
+    if (!rendered)
+        return false;
+    QJsonArray images;
+    for (const auto& one : planned)
+        images.append(truthEntry(one));
+    return HomeFiles::writeJson(folder + QStringLiteral("/truth.json"),
+                                {{QStringLiteral("mm_per_px"), mmPerPx(plan.size)}, {QStringLiteral("images"), images}},
+                                error);
+}
