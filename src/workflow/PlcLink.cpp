@@ -1,0 +1,55 @@
+#include "workflow/PlcLink.h"
+
+#include <valvecell/ISerialPort.h>
+
+PlcLink::PlcLink(ISerialPort* port, QObject* parent)
+    : QObject(parent)
+    , m_port(port)
+{
+}
+
+void PlcLink::receive(const SComFrame& frame)
+{
+    emit frameSeen(frame, true);
+    switch (frame.command) {
+    case plc::ModelIndex:
+        emit modelIndexReceived(frame.data[0], frame.data[1]);
+        break;
+    case plc::Trigger:
+        if (const int station = plc::triggeredStation(frame); station > 0)
+            emit triggerReceived(station);
+        break;
+    case plc::Shutdown:
+        emit shutdownReceived();
+        break;
+    default:
+        break;
+    }
+}
+
+void PlcLink::sendHeartbeat()
+{
+    send(plc::heartbeat());
+}
+
+void PlcLink::sendResult(int station, double angle, double x, double y)
+{
+    double sent = plc::normalised(angle);
+    if (!plc::fitsWord(sent) || !plc::fitsWord(x) || !plc::fitsWord(y)) {
+        qWarning("station %d: result %g, %g, %g is beyond what a frame carries, answered as not found", station, angle,
+                 x, y);
+        sent = plc::kNothingFoundAngle;
+        x = y = 0;
+    }
+    send(plc::result(station, sent, x, y));
+    if (sent >= 360.0)
+        send(plc::notFound(station));
+}
+
+void PlcLink::send(const SComFrame& frame)
+{
+    if (!m_port)
+        return;
+    m_port->send(&frame);
+    emit frameSeen(frame, false);
+}

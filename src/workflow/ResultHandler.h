@@ -1,0 +1,58 @@
+#pragma once
+
+#include "workflow/TaskResult.h"
+
+#include <QObject>
+
+class IResultStore;
+class PlcLink;
+class ksGlobalConfig;
+
+/// What a station's last result says, for its panel.
+struct StationReading
+{
+    bool found = false;
+    double angle = 0; ///< degrees, as answered
+    double x = 0;     ///< machine units
+    double y = 0;
+    QString tip;
+    double taskTime = 0; ///< milliseconds
+};
+Q_DECLARE_METATYPE(StationReading)
+
+/// Turns an engine result into everything that the cell does with it: the reply first, then archive, record, picture
+/// and log line. GUI thread; nothing waits.
+class ResultHandler : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `config` and `link` outlive the handler.
+    ResultHandler(const ksGlobalConfig& config, PlcLink& link, QObject* parent = nullptr);
+
+    /// Where images and records go; null for nowhere.
+    void setStore(IResultStore* store) { m_store = store; }
+
+public slots:
+    void onResult(const QVariantMap& map);
+
+signals:
+    /// The PLC has its answer. `taskTime`: the engine's milliseconds.
+    void replied(int station, double taskTime);
+    /// A picture for the station's view.
+    void sgShowImg(int station, const QImage& image);
+    /// A line for the station's log panel.
+    void sgShowLog(int station, const QString& text);
+    /// What was answered, for the station's panel.
+    void readingChanged(int station, const StationReading& reading);
+
+private:
+    void refuse(int station, const TaskResult& result, const char* reason);
+    void answer(int station, const TaskResult& result);
+    QPointF reply(int station, const TaskResult& result);
+    void store(int station, const TaskResult& result);
+
+    const ksGlobalConfig& m_config;
+    PlcLink& m_link;
+    IResultStore* m_store = nullptr;
+};

@@ -1,0 +1,43 @@
+#include "workflow/TaskResult.h"
+
+#include <valvecell/ResultKeys.h>
+
+#include <cmath>
+
+namespace {
+
+/// The value under a key, or `fallback` when it is missing or does not convert.
+template <typename T>
+T valueOf(const QVariantMap& map, const char* key, T fallback)
+{
+    const QVariant value = map.value(QLatin1String(key));
+    return value.canConvert<T>() ? value.value<T>() : fallback;
+}
+
+void readAlgoResult(TaskResult& result, const QVariantMap& map)
+{
+    result.angle = valueOf(map, ResultKeys::angle, result.angle);
+    if (!std::isfinite(result.angle))
+        result.angle = 365.0;
+    result.error = valueOf(map, ResultKeys::error, result.error);
+    result.score = valueOf(map, ResultKeys::score, result.score);
+    result.image = valueOf(map, ResultKeys::image, result.image);
+    result.tip = valueOf(map, ResultKeys::resultTip, result.tip);
+    result.center = valueOf(map, ResultKeys::centerPoint, result.center);
+}
+
+} // namespace
+
+TaskResult TaskResult::fromMap(const QVariantMap& map)
+{
+    TaskResult result;
+    result.originImage = valueOf(map, ResultKeys::originImage, QImage());
+    result.calibrated = valueOf(map, ResultKeys::taskCali, false);
+    result.solution = valueOf(map, ResultKeys::solutionName, QString());
+    result.taskName = valueOf(map, ResultKeys::taskName, QString());
+    result.taskTime = valueOf(map, ResultKeys::taskTime, 0.0);
+    result.hasAlgoResult = map.contains(QLatin1String(ResultKeys::algoResult));
+    if (result.hasAlgoResult)
+        readAlgoResult(result, map.value(QLatin1String(ResultKeys::algoResult)).toMap());
+    return result;
+}

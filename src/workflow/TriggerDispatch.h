@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QDeadlineTimer>
+#include <QObject>
+
+#include <functional>
+
+class IStation;
+class IZdCtrl;
+class PlcLink;
+class ksGlobalConfig;
+
+/// Decides what a model-index frame and a trigger frame set going: switches the stations' models, filters triggers,
+/// starts captures or refuses them. GUI thread; nothing waits.
+class TriggerDispatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Starts a capture with the camera of that key; returns at once.
+    using Capture = std::function<void(const QString& cameraKey)>;
+
+    /// `config` and `link` outlive the dispatch.
+    TriggerDispatch(ksGlobalConfig& config, PlcLink& link, Capture capture, QObject* parent = nullptr);
+
+    /// The controller comes later in the start-up than this object; until then model frames switch nothing.
+    void setController(IZdCtrl* controller) { m_controller = controller; }
+
+public slots:
+    void onModelIndices(int index1, int index2);
+    /// A trigger of station 1 or 2; any other is ignored.
+    void onTrigger(int station);
+
+signals:
+    /// A line for the station's log panel.
+    void sgShowLog(int station, const QString& text);
+    /// A line for the system log.
+    void sgSystemLog(const QString& text);
+    /// The station's model was switched.
+    void sgSelModel(int station, const QString& model);
+    /// A trigger was taken and the camera asked for an image.
+    void captureStarted(int station);
+    /// A trigger was refused; `answered` tells whether the PLC got the 999 reply.
+    void captureRefused(int station, bool answered);
+
+private:
+    struct StationState
+    {
+        qint32 plcIndex = 0; ///< the last one accepted
+        QString model;       ///< of that index; empty when it has none
+        bool modelValid = false;
+        QDeadlineTimer filter{0}; ///< triggers are dropped until it expires
+    };
+
+    StationState& state(int station) { return m_states[station - 1]; }
+    void switchModel(int station, const IStation& target, qint32 index);
+    void modelMissing(int station, qint32 index, bool changed);
+    void modelFound(int station, qint32 index, bool changed);
+    bool isFiltered(int station);
+    bool mayCapture(int station);
+    void capture(int station);
+    void refuse(int station);
+
+    ksGlobalConfig& m_config;
+    PlcLink& m_link;
+    Capture m_capture;
+    IZdCtrl* m_controller = nullptr;
+    StationState m_states[2];
+    int m_lastIndices[2] = {-1, -1};
+};

@@ -1,0 +1,250 @@
+#include "FakePort.h"
+#include "config/ksGlobalConfig.h"
+#include "workflow/IResultStore.h"
+#include "workflow/ImageRouter.h"
+#include "workflow/PlcLink.h"
+#include "workflow/ResultHandler.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+
+namespace {
+
+/// Writes what it is asked into one protocol with the frames sent before.
+struct FakeStore : IResultStore
+{
+    FakePort& port;
+    QStringList protocol;
+    StationResult last;
+
+    explicit FakeStore(FakePort& p)
+        : port(p)
+    {
+    }
+    QString saveSourceImage(int station, const QString& model, const QImage& image) override
+    {
+        return note("source", station, model, image);
+    }
+    QString saveResultImage(int station, const QString& model, const QImage& image) override
+    {
+        return note("result", station, model, image);
+    }
+    void insertResult(const StationResult& result) override
+    {
+        protocol << QStringLiteral("row after %1 frames").arg(port.sent.size());
+        last = result;
+    }
+    QString note(const char* what, int station, const QString& model, const QImage& image)
+    {
+        protocol << QStringLiteral("%1 %2 %3 %4 after %5 frames")
+                        .arg(QLatin1String(what), QString::number(station), model, QString::number(image.width()),
+                             QString::number(port.sent.size()));
+        return QStringLiteral("path/") + QLatin1String(what);
+    }
+};
+
+struct Cell
+{
+    FakePort port;
+    PlcLink link{&port};
+    ksGlobalConfig config;
+    ResultHandler handler{config, link};
+    FakeStore store{port};
+    QStringList panel;
+    QList<QPair<int, int>> shown; ///< station and width of each picture
+
+    Cell()
+    {
+        config.station(1).solution = QStringLiteral("工位1");
+        config.station(2).solution = QStringLiteral("工位2");
+        TwoPointCalibration& calibration = config.station(1).twoPoint;
+        calibration.scale = 0.5;
+        calibration.xOffset = 10;
+        calibration.yOffset = 20;
+        handler.setStore(&store);
+        QObject::connect(&handler, &ResultHandler::sgShowLog, [this](int station, const QString& text) {
+            panel << QString::number(station) + QLatin1Char('|') + text.mid(13);
+        });
+        QObject::connect(&handler, &ResultHandler::sgShowImg,
+                         [this](int station, const QImage& image) { shown << qMakePair(station, image.width()); });
+    }
+
+    static QVariantMap result(const QString& solution, const QVariantMap& algo)
+    {
+        return {{"originImage", QImage(7, 7, QImage::Format_Grayscale8)},
+                {"taskCali", true},
+                {"solutionName", solution},
+                {"taskName", QStringLiteral("五辐")},
+                {"tasktime", 4.5},
+                {"AlgoResult", algo}};
+    }
+    static QVariantMap found(double angle)
+    {
+        return {{"angle", angle},
+                {"error", 0},
+                {"score", 0.875},
+                {"resultTip", QStringLiteral("成功")},
+                {"image", QImage(9, 9, QImage::Format_RGB32)},
+                {"centerPoint", QPointF(100.5, 200.25)}};
+    }
+};
+
+} // namespace
+
+class ResultHandlerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void centreIsConvertedByTheCalibrationInForce_data()
+    {
+        QTest::addColumn<bool>("fourPoint");
+        QTest::addColumn<bool>("swap");
+        QTest::addColumn<QString>("words");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("two points") << false << false << "0 0 45 500 60 250 120 125"
+                                    << "center:(60.250,120.125)";
+        QTest::newRow("two points swapped") << false << true << "0 0 45 500 120 125 60 250"
+                                            << "center:(120.125,60.250)";
+        // q = (2 * 100.5 + 3 * 200.25 + 1, -1 * 100.5 + 0.5 * 200.25 + 4) = (802.75, 3.625), plus (100, -200)
+        QTest::newRow("four points") << true << false << "0 0 45 500 902 750 -196 -375"
+                                     << "center:(902.750,-196.375)";
+        QTest::newRow("four points swapped") << true << true << "0 0 45 500 -196 -375 902 750"
+                                             << "center:(-196.375,902.750)";
+    }
+    void centreIsConvertedByTheCalibrationInForce()
+    {
+        QFETCH(bool, fourPoint);
+        QFETCH(bool, swap);
+        QFETCH(QString, line);
+        Cell cell;
+        cell.config.use4pointstand = fourPoint;
+        StationConfig& station = cell.config.station(1);
+        station.swapXY = swap && !fourPoint;
+        station.fourPoint.swapXY = swap && fourPoint;
+        station.fourPoint.map = {2, 3, 1, -1, 0.5, 4};
+        station.fourPoint.xOffset = 100;
+        station.fourPoint.yOffset = -200;
+        cell.handler.onResult(Cell::result("工位1", Cell::found(45.5)));
+        QCOMPARE(cell.port.commands(), QByteArray("F"));
+        QTEST(cell.port.words(0), "words");
+        QCOMPARE(cell.panel, QStringList("1|五辐 angle :45.500 " + line));
+    }
+
+    void replyGoesFirstThenArchiveThenRow()
+    {
+        Cell cell;
+        cell.handler.onResult(Cell::result("工位2", Cell::found(45.5)));
+        QCOMPARE(cell.store.protocol, QStringList({"result 2 五辐 9 after 1 frames", "source 2 五辐 7 after 1 frames",
+                                                   "row after 1 frames"}));
+        const StationResult& row = cell.store.last;
+        QCOMPARE(row.angle, 45.5);
+        QCOMPARE(row.errorType, 0);
+        QCOMPARE(row.matchScore, 87.5);
+        QCOMPARE(QStringList({row.resultTip, row.threshBenchMark, row.stationName, row.value1, row.value2}),
+                 QStringList({"成功", "2_五辐", "Station_2", "path/result", "2_五辐"}));
+        QCOMPARE(cell.shown, (QList<QPair<int, int>>{{2, 9}}));
+    }
+
+    void anglesThatTellWhyThereIsNone_data()
+    {
+        QTest::addColumn<double>("angle");
+        QTest::addColumn<QByteArray>("commands");
+        QTest::addColumn<int>("sent");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("negative") << -10.0 << QByteArray("F") << 350 << "angle :-10.000 center:(60.250,120.125)";
+        QTest::newRow("a turn and more") << 370.0 << QByteArray("FH") << 370 << "angle :361.000 no found Value";
+        QTest::newRow("nothing found") << 361.0 << QByteArray("FH") << 361 << "angle :361.000 no found Value";
+        QTest::newRow("a turn") << 360.0 << QByteArray("FH") << 360 << "angle :360.000 center:(60.250,120.125)";
+        QTest::newRow("no number") << qQNaN() << QByteArray("FH") << 365 << "angle :361.000 no found Value";
+    }
+    void anglesThatTellWhyThereIsNone()
+    {
+        QFETCH(double, angle);
+        QFETCH(int, sent);
+        QFETCH(QString, line);
+        Cell cell;
+        cell.handler.onResult(Cell::result("工位1", Cell::found(angle)));
+        QTEST(cell.port.commands(), "commands");
+        QCOMPARE(int(cell.port.sent[0].data[2]), sent);
+        QCOMPARE(cell.panel, QStringList("1|五辐 " + line));
+    }
+
+    void missingValuesHaveTheirDefaults()
+    {
+        Cell cell;
+        cell.handler.onResult(Cell::result("工位1", {}));
+        QCOMPARE(cell.port.words(0), QStringLiteral("0 0 365 0 10 0 20 0"));
+        QCOMPARE(cell.store.last.errorType, 16);
+        QCOMPARE(cell.store.last.matchScore, 0.0);
+        cell.handler.onResult(Cell::result("工位1", {{"angle", "many"}, {"error", QPointF()}, {"centerPoint", 3}}));
+        QCOMPARE(cell.store.last.errorType, 16);
+    }
+
+    void uncalibratedOrMissingTaskIsAnsweredWith361()
+    {
+        Cell cell;
+        QVariantMap uncalibrated = Cell::result("工位1", Cell::found(45));
+        uncalibrated["taskCali"] = false;
+        cell.handler.onResult(uncalibrated);
+        QVariantMap noTask = Cell::result("工位2", {});
+        noTask.remove("AlgoResult");
+        cell.handler.onResult(noTask);
+        QCOMPARE(cell.port.commands(), QByteArray("FHGH"));
+        QCOMPARE(cell.port.words(2), QStringLiteral("0 0 361 0 0 0 0 0"));
+        QCOMPARE(cell.panel, QStringList({"1|五辐 No Cali!!!", "2|五辐 No Task!!!"}));
+        QCOMPARE(cell.store.protocol,
+                 QStringList({"source 1 五辐 7 after 2 frames", "source 2 五辐 7 after 4 frames"}));
+        QCOMPARE(cell.shown, (QList<QPair<int, int>>{{2, 7}}));
+    }
+
+    void resultOfNoStationIsRecordedButNotAnswered()
+    {
+        Cell cell;
+        cell.handler.onResult(Cell::result("别的", Cell::found(45)));
+        cell.handler.onResult(Cell::result("", Cell::found(45)));
+        QVERIFY(cell.port.sent.isEmpty());
+        QCOMPARE(cell.store.last.stationName, QStringLiteral("Station_0"));
+        QCOMPARE(cell.panel.size(), 1);
+        QVariantMap uncalibrated = Cell::result("别的", {});
+        uncalibrated["taskCali"] = false;
+        cell.handler.onResult(uncalibrated);
+        QCOMPARE(cell.port.commands(), QByteArray("GH"));
+    }
+
+    void imageGoesToTheEngineWithItsStationsModel()
+    {
+        struct Engine : IEngine
+        {
+            QStringList tasks;
+            void initialise() override {}
+            ITaskList* taskList() override { return nullptr; }
+            void runTask(const QVariantMap& input, const QString& solution, const QString& model,
+                         ResultCallback callback) override
+            {
+                tasks << QStringLiteral("%1 %2 %3")
+                             .arg(solution, model)
+                             .arg(input["originImage"].value<QImage>().width());
+                callback({});
+            }
+        } engine;
+        Cell cell;
+        cell.config.station(2).camKey = QStringLiteral("相机");
+        cell.config.station(2).runModel = QStringLiteral("钢圈");
+        int results = 0;
+        ImageRouter router(cell.config, [&](const QVariantMap&) { ++results; });
+        const QSignalSpy arrived(&router, &ImageRouter::imageArrived);
+        const QImage image(5, 5, QImage::Format_Grayscale8);
+        router.onImage(QStringLiteral("相机"), image);
+        router.setEngine(&engine);
+        router.onImage(QStringLiteral("别的"), image);
+        router.onImage(QString(), image);
+        router.onImage(QStringLiteral("相机"), image);
+        QCOMPARE(engine.tasks, QStringList("工位2 钢圈 5"));
+        QCOMPARE(results, 1);
+        QCOMPARE(arrived.size(), 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(ResultHandlerTest)
+#include "tst_resulthandler.moc"

@@ -1,0 +1,226 @@
+#include "FakePort.h"
+#include "config/ksGlobalConfig.h"
+#include "support/TempHome.h"
+#include "workflow/CZdCtrl.h"
+#include "workflow/PlcLink.h"
+#include "workflow/Station.h"
+#include "workflow/TriggerDispatch.h"
+
+#include <valvecell/IEngine.h>
+
+#include <QSignalSpy>
+
+namespace {
+
+struct FakeEngine : IEngine, ITaskList
+{
+    virtual ~FakeEngine() = default;
+    void initialise() override {}
+    ITaskList* taskList() override { return this; }
+    QStringList list() override { return {"工位1", "工位2", "备用"}; }
+    void runTask(const QVariantMap&, const QString&, const QString&, ResultCallback) override {}
+};
+
+/// A cell up to the camera: what was captured, sent and told.
+struct Cell
+{
+    TempHome home;
+    FakeEngine engine;
+    FakePort port;
+    PlcLink link{&port};
+    ksGlobalConfig config;
+    QStringList captured;
+    TriggerDispatch dispatch{config, link, [this](const QString& key) { captured << key; }};
+    std::unique_ptr<CZdCtrl> controller;
+    QStringList panel, systemLog;
+
+    Cell()
+    {
+        home.write("/user/plcIndex.json",
+                   R"({"工位1": [{"Name": "五辐", "PlcIndex": 1}, {"Name": "钢圈", "PlcIndex": 2},
+            {"Name": "五辐", "PlcIndex": 3}, {}, {"Name": "无索引"}], "工位2": [{"Name": "%3网状", "PlcIndex": 3}], "坏": 7})");
+        for (int n : {1, 2}) {
+            config.station(n).camKey = QStringLiteral("cam%1").arg(n);
+            config.station(n).solution = QStringLiteral("工位%1").arg(n);
+        }
+        config.onlineMode = config.useClearProtect = true;
+        config.trigerFilter = 0;
+        controller = std::make_unique<CZdCtrl>(&engine, home.path());
+        controller->initialise();
+        dispatch.setController(controller.get());
+        QObject::connect(&dispatch, &TriggerDispatch::sgShowLog, [this](int station, const QString& text) {
+            panel << QString::number(station) + QLatin1Char('|') + withoutTime(text);
+        });
+        QObject::connect(&dispatch, &TriggerDispatch::sgSystemLog,
+                         [this](const QString& text) { systemLog << withoutTime(text); });
+    }
+
+    static QString withoutTime(QString text)
+    {
+        return text.replace(QRegularExpression(QStringLiteral("\\d\\d:\\d\\d:\\d\\d \\d\\d\\d")), QStringLiteral("T"));
+    }
+};
+
+} // namespace
+
+class TriggerDispatchTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void modelFrameSwitchesBothStations()
+    {
+        Cell cell;
+        const QSignalSpy selected(&cell.dispatch, &TriggerDispatch::sgSelModel);
+        cell.dispatch.onModelIndices(2, 3);
+        QCOMPARE(cell.config.station(1).runModel, QStringLiteral("钢圈"));
+        QCOMPARE(cell.config.station(2).runModel, QStringLiteral("%3网状"));
+        QCOMPARE(cell.systemLog, QStringList({"★工位1:切换型号为[钢圈],型号索引ID为[2],时间:T",
+                                              "★工位2:切换型号为[%3网状],型号索引ID为[3],时间:T"}));
+        QCOMPARE(cell.panel.size(), 2);
+        QCOMPARE(selected.size(), 2);
+        cell.dispatch.onTrigger(1);
+        cell.dispatch.onTrigger(2);
+        QCOMPARE(cell.captured, QStringList({"cam1", "cam2"}));
+        // Only station 1 changes; station 2 is looked at again and stays as it is.
+        cell.dispatch.onModelIndices(3, 3);
+        QCOMPARE(cell.config.station(1).runModel, QStringLiteral("五辐"));
+        QCOMPARE(cell.systemLog.size(), 3);
+        QVERIFY(cell.port.sent.isEmpty());
+    }
+
+    void repeatedPairIsNotLookedUpAgain()
+    {
+        Cell cell;
+        cell.dispatch.onModelIndices(8, 3);
+        cell.controller->plcIndices().setTable("工位1", {{"新型号", 8}});
+        cell.dispatch.onModelIndices(8, 3);
+        QCOMPARE(cell.config.station(1).runModel, QString());
+        cell.dispatch.onModelIndices(8, 0);
+        cell.dispatch.onTrigger(1);
+        QCOMPARE(cell.captured, QStringList("cam1"));
+    }
+
+    void unknownIndexIsToldAndRefusedWith999()
+    {
+        Cell cell;
+        cell.dispatch.onModelIndices(9, 8);
+        QCOMPARE(cell.systemLog, QStringList({"★工位1:型号切换失败,对应的索引不存在,型号索引ID为[9],时间:T",
+                                              "★工位2:型号切换失败,对应的索引不存在,型号索引ID为[8],时间:T"}));
+        QCOMPARE(cell.panel,
+                 QStringList({"1|T::型号设置失败,模型库中不存在索引9", "2|T::型号设置失败，模型库中不存在索引8"}));
+        cell.dispatch.onTrigger(2);
+        QVERIFY(cell.captured.isEmpty());
+        QCOMPARE(cell.port.commands(), QByteArray("GH"));
+        QCOMPARE(cell.port.words(0), QStringLiteral("0 0 999 0 0 0 0 0"));
+        QCOMPARE(cell.port.words(1), QStringLiteral("7 50 0 0 0 0 0 0"));
+        QCOMPARE(cell.panel.last(), QStringLiteral("2|T::该型号ID:8在模型库中不存在，不能拍照！！！"));
+        QCOMPARE(cell.systemLog.last(),
+                 QStringLiteral("●工位2:收到触发信号,因索引不合法所以没触发相机拍照,发送了999角度数据,"
+                                "型号为[空],型号索引ID为[8],时间:T"));
+    }
+
+    void clearedIndexGetsNoAnswer()
+    {
+        Cell cell;
+        cell.dispatch.onModelIndices(1, -5);
+        cell.dispatch.onModelIndices(0, -5);
+        QCOMPARE(cell.systemLog.mid(1),
+                 QStringList({"★工位2:型号清零,型号索引ID为[-5],时间:T", "★工位1:型号清零,型号索引ID为[0],时间:T"}));
+        cell.dispatch.onTrigger(1);
+        QVERIFY(cell.captured.isEmpty() && cell.port.sent.isEmpty());
+        QCOMPARE(cell.systemLog.last(), QStringLiteral("●工位1:收到触发信号,因索引不合法所以没触发相机拍照,型号为[空],"
+                                                       "型号索引ID为[0],时间:T"));
+    }
+
+    void offlineEveryTriggerCapturesAndModelFramesAreIgnored()
+    {
+        Cell cell;
+        cell.config.onlineMode = false;
+        cell.dispatch.onModelIndices(1, 3);
+        cell.dispatch.onTrigger(1);
+        QCOMPARE(cell.captured, QStringList("cam1"));
+        QVERIFY(cell.systemLog.isEmpty() && cell.config.station(1).runModel.isEmpty());
+        cell.config.onlineMode = true;
+        cell.config.useClearProtect = false;
+        cell.dispatch.onTrigger(2);
+        QCOMPARE(cell.captured, QStringList({"cam1", "cam2"}));
+    }
+
+    void triggerOfNoStationDoesNothing()
+    {
+        Cell cell;
+        cell.config.onlineMode = false;
+        for (const int station : {-1, 0, 3})
+            cell.dispatch.onTrigger(station);
+        QVERIFY(cell.captured.isEmpty());
+    }
+
+    void secondTriggerWithinFilterTimeIsDropped()
+    {
+        Cell cell;
+        cell.config.onlineMode = false;
+        cell.config.trigerFilter = 1000000;
+        cell.dispatch.onTrigger(1);
+        cell.dispatch.onTrigger(1);
+        cell.dispatch.onTrigger(2);
+        QCOMPARE(cell.captured, QStringList({"cam1", "cam2"}));
+    }
+
+    void triggerAfterFilterTimeIsTaken()
+    {
+        Cell cell;
+        cell.config.onlineMode = false;
+        cell.config.trigerFilter = 1;
+        cell.dispatch.onTrigger(1);
+        QTRY_VERIFY((cell.dispatch.onTrigger(1), cell.captured.size() > 1));
+    }
+
+    void framesBeforeTheControllerExistsAreNotForgotten()
+    {
+        Cell cell;
+        cell.dispatch.setController(nullptr);
+        cell.dispatch.onModelIndices(1, 3);
+        cell.dispatch.setController(cell.controller.get());
+        cell.dispatch.onModelIndices(1, 3);
+        QCOMPARE(cell.config.station(1).runModel, QString());
+        cell.dispatch.onModelIndices(3, 3);
+        QCOMPARE(cell.config.station(1).runModel, QStringLiteral("五辐"));
+    }
+
+    void indexTableComesBackTheSameAndASpoiledOneIsKept()
+    {
+        const TempHome home;
+        PlcIndexTable table(home.path());
+        table.setTable("工位1", {{"乙", 2}, {"甲", 2}, {"零", 0}});
+        QVERIFY(table.save());
+        PlcIndexTable again(home.path());
+        again.load();
+        QCOMPARE(again.table("工位1").size(), 3);
+        QCOMPARE(again.modelOf("工位1", 2), QStringLiteral("乙"));
+        QCOMPARE(again.modelOf("工位1", 0), QString());
+        QCOMPARE(again.modelOf("工位2", 2), QString());
+        home.write("/user/plcIndex.json", "{\"工位1\": [\n{\"Name\": ");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("plcIndex.json, line 2"));
+        again.load();
+        QVERIFY(again.table("工位1").isEmpty());
+        QVERIFY(again.save());
+        QCOMPARE(home.keptAside("/user/plcIndex.json").size(), 1);
+    }
+
+    void selectedModelIsShownOnTheLabel()
+    {
+        Cell cell;
+        const QSignalSpy label(cell.controller->stationObject("工位1"), &Station::sgShowModeName);
+        QVERIFY(!cell.controller->selectModel("工位1", ""));
+        QVERIFY(cell.controller->selectModel("没有", "五辐"));
+        QCOMPARE(label.size(), 0);
+        QVERIFY(cell.controller->selectModel("工位1", "五辐"));
+        QCOMPARE(label.first().at(0).toString(), QStringLiteral("工位1"));
+        const QString text = label.first().at(1).toString();
+        QVERIFY2(text.contains("当前检测型号: 工位1_五辐< /span>< /h4>< /body>< /html>"), qPrintable(text));
+    }
+};
+
+QTEST_GUILESS_MAIN(TriggerDispatchTest)
+#include "tst_triggerdispatch.moc"
