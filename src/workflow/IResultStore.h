@@ -1,21 +1,9 @@
 #pragma once
 
-#include <QImage>
 #include <QString>
 
-/// One result as it is recorded.
-struct StationResult
-{
-    double angle = 0;        ///< degrees
-    int errorType = 0;       ///< the engine's error code
-    double matchScore = 0;   ///< score times 100
-    QString resultTip;       ///< short text of the engine
-    QString threshBenchMark; ///< station key: "number_model"
-    QString stationName;     ///< "Station_number"
-    QString value1;          ///< path of the saved result image; empty when it was not saved
-    QString value2;          ///< the station key again
-    QString value3;          ///< free
-};
+class QImage;
+struct StationResult;
 
 /// Where results go after the PLC has its answer. GUI thread; every operation returns at once.
 class IResultStore

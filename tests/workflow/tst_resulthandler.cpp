@@ -1,5 +1,6 @@
 #include "FakePort.h"
 #include "config/ksGlobalConfig.h"
+#include "db/StationResult.h"
 #include "workflow/IResultStore.h"
 #include "workflow/ImageRouter.h"
 #include "workflow/PlcLink.h"

@@ -1,0 +1,42 @@
+# Shared by the project's commands; read by them, not run by itself.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+packages_build=(g++ cmake ninja-build ccache qtbase5-dev qttools5-dev qttools5-dev-tools libqt5sql5-sqlite
+    libqt5svg5-dev libqt5serialport5-dev libopencv-dev libsodium-dev libssl-dev fonts-wqy-microhei)
+packages_bench=(libbenchmark-dev libturbojpeg0-dev)
+packages_lint=(clang-format clang-tidy clazy)
+
+# Installs the Debian packages among the arguments that are missing, and says what it does.
+install_missing() {
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    if ! command -v apt-get >/dev/null; then
+        echo "Please install: ${missing[*]}" >&2
+        return 1
+    fi
+    local as_root=()
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    echo "Installing ${missing[*]}"
+    "${as_root[@]}" apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" \
+        >/dev/null
+}
+
+# Configures and builds a preset: build_preset NAME [CMAKE-OPTION...] [-- TARGET...]
+build_preset() {
+    local preset=$1 options=() log="$root/build/$1.log"
+    shift
+    while [ $# -gt 0 ] && [ "$1" != -- ]; do options+=("$1"); shift; done
+    [ $# -gt 0 ] && shift
+    mkdir -p "$root/build"
+    if ! (cd "$root" && cmake --preset "$preset" "${options[@]}" >"$log" 2>&1 &&
+        cmake --build --preset "$preset" ${1:+--target "$@"} >>"$log" 2>&1); then
+        grep -E -A5 'error|Error|FAILED' "$log" >&2 || tail -40 "$log" >&2
+        echo "The build failed; all of it is in $log" >&2
+        return 1
+    fi
+}

@@ -1,0 +1,310 @@
+#include "host/CMainWin.h"
+
+#include "config/ksGlobalConfig.h"
+#include "config/ksSysConfig.h"
+#include "host/CellStatusBar.h"
+#include "host/LanguageSwitch.h"
+#include "host/Messages.h"
+#include "platform/AppHome.h"
+#include "ui_CMainWin.h"
+#include "workflow/CZdCtrl.h"
+#include "workflow/ImageRouter.h"
+#include "workflow/ModuleRelay.h"
+#include "workflow/PlcLink.h"
+#include "workflow/ResultHandler.h"
+#include "workflow/RoadTimer.h"
+#include "workflow/Station.h"
+#include "workflow/TriggerDispatch.h"
+
+#include <valvecell/IEngine.h>
+#include <valvecell/ISerialPort.h>
+#include <valvecell/IUserCtrl.h>
+
+#include <QApplication>
+#include <QCloseEvent>
+
+#include <cstdlib>
+
+namespace {
+constexpr int kHeartbeatMs = 300;
+constexpr int kStatusTickMs = 1000;
+} // namespace
+
+CMainWin::CMainWin(QWidget* parent)
+    : QMainWindow(parent)
+{
+    buildUi();
+    loadSettings();
+    loadGlobalConfig();
+    applyLanguage();
+    setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
+    createWorkflow();
+    loadModules();
+    openSerialPort();
+    createUserControl();
+    connectViewers();
+    buildStatusBar();
+    createController();
+    connectStations();
+    selectRunModels();
+    startStatusTick();
+    readEngineList();
+    enableStations();
+    layOutForCameras();
+}
+
+CMainWin::~CMainWin()
+{
+    killTimer(m_statusTimer);
+    m_userCtrl.reset();
+    m_link->setPort(nullptr);
+    if (m_serialPort) {
+        m_heartbeat.stop();
+        m_serialPort->close();
+        m_serialPort.reset();
+    }
+    m_router->setEngine(nullptr);
+    m_controller.reset();
+    m_modules.stop();
+}
+
+void CMainWin::buildUi()
+{
+    qRegisterMetaType<SComFrame>();
+    m_ui = std::make_unique<Ui::CMainWin>();
+    m_ui->setupUi(this);
+    m_ui->stationView1->setStation(1);
+    m_ui->stationView2->setStation(2);
+}
+
+void CMainWin::loadSettings()
+{
+    ksSysConfig::instance()->load();
+    ksSysConfig::instance()->save();
+}
+
+void CMainWin::loadGlobalConfig()
+{
+    ksGlobalConfig::instance()->load();
+}
+
+void CMainWin::applyLanguage()
+{
+    m_language = std::make_unique<LanguageSwitch>();
+    m_language->apply(ksSysConfig::instance()->language);
+}
+
+void CMainWin::createWorkflow()
+{
+    ksGlobalConfig& config = *ksGlobalConfig::instance();
+    m_relay = std::make_shared<ModuleRelay>();
+    m_link = std::make_unique<PlcLink>();
+    m_dispatch = std::make_unique<TriggerDispatch>(config, *m_link, [this](const QString& key) {
+        if (ICoreCtrl* core = m_modules.coreCtrl())
+            core->trigger({key});
+    });
+    m_router = std::make_unique<ImageRouter>(
+        config, [relay = m_relay](const QVariantMap& result) { emit relay->taskFinished(result); });
+    m_results = std::make_unique<ResultHandler>(config, *m_link);
+    m_road = std::make_unique<RoadTimer>();
+
+    connect(m_link.get(), &PlcLink::modelIndexReceived, m_dispatch.get(), &TriggerDispatch::onModelIndices);
+    connect(m_link.get(), &PlcLink::modelIndexReceived, this, [this] {
+        if (m_status) // a frame may come while a box of the start-up is open
+            m_status->linkAlive();
+    });
+    connect(m_link.get(), &PlcLink::triggerReceived, m_dispatch.get(), &TriggerDispatch::onTrigger);
+    connect(m_link.get(), &PlcLink::shutdownReceived, qApp, &QApplication::closeAllWindows);
+    connect(m_relay.get(), &ModuleRelay::imageReceived, m_router.get(), &ImageRouter::onImage, Qt::QueuedConnection);
+    connect(m_relay.get(), &ModuleRelay::taskFinished, m_results.get(), &ResultHandler::onResult, Qt::QueuedConnection);
+
+    connect(m_dispatch.get(), &TriggerDispatch::captureStarted, m_road.get(), &RoadTimer::onCaptureStarted);
+    connect(m_router.get(), &ImageRouter::imageArrived, m_road.get(), &RoadTimer::onImageArrived);
+    connect(m_results.get(), &ResultHandler::replied, m_road.get(), &RoadTimer::onReplied);
+
+    connect(m_dispatch.get(), &TriggerDispatch::sgShowLog, this, &CMainWin::sgShowLog);
+    connect(m_dispatch.get(), &TriggerDispatch::sgSystemLog, this, &CMainWin::onSystemLog);
+    connect(m_dispatch.get(), &TriggerDispatch::sgSelModel, this, &CMainWin::onSelModel);
+    connect(m_results.get(), &ResultHandler::sgShowLog, this, &CMainWin::sgShowLog);
+    connect(m_results.get(), &ResultHandler::sgShowImg, this, &CMainWin::onShowImage);
+    connect(m_results.get(), &ResultHandler::readingChanged, this, &CMainWin::onReading);
+    connect(this, &CMainWin::sgShowLog, this, &CMainWin::onShowLog);
+}
+
+void CMainWin::loadModules()
+{
+    const QString fatal = m_modules.start(
+        [relay = m_relay](const QString& key, const QImage& image) { emit relay->imageReceived(key, image); });
+    if (!fatal.isEmpty()) {
+        messages::fatal(fatal);
+        m_modules.stop();
+        std::exit(0);
+    }
+    m_router->setEngine(m_modules.engine());
+}
+
+void CMainWin::openSerialPort()
+{
+    m_serialPort.reset(ModuleSet::createSerialPort());
+    if (!m_serialPort)
+        return;
+    connect(this, &CMainWin::sgRecvData, this, &CMainWin::onAppanalysis);
+    connect(m_relay.get(), &ModuleRelay::frameReceived, this, &CMainWin::sgRecvData, Qt::QueuedConnection);
+    m_serialPort->setReceiveCallback(this, [relay = m_relay](SComFrame frame) { emit relay->frameReceived(frame); });
+    m_link->setPort(m_serialPort.get());
+    const ksSysConfig& settings = *ksSysConfig::instance();
+    const QString baudRate = QString::number(settings.baudRate);
+    if (!m_serialPort->open(settings.comPort, baudRate))
+        messages::portNotOpen(this, settings.comPort, baudRate);
+    connect(&m_heartbeat, &QTimer::timeout, this, &CMainWin::onHeardBit);
+    m_heartbeat.start(kHeartbeatMs);
+}
+
+void CMainWin::createUserControl()
+{
+    m_userCtrl.reset(ModuleSet::createUserCtrl());
+    if (m_userCtrl)
+        connect(m_userCtrl.get(), &IUserCtrl::sgCurrentUserInfo, this, &CMainWin::onLogInOut);
+}
+
+void CMainWin::connectViewers()
+{
+    connect(m_ui->stationView1, &StationView::sgImageScale, this, &CMainWin::onImageScale);
+    connect(m_ui->stationView2, &StationView::sgImageScale, this, &CMainWin::onImageScale);
+}
+
+void CMainWin::buildStatusBar()
+{
+    m_status = new CellStatusBar(this);
+    setStatusBar(m_status);
+}
+
+void CMainWin::createController()
+{
+    m_controller = std::make_unique<CZdCtrl>(m_modules.engine(), platform::home());
+    m_controller->initialise();
+    m_dispatch->setController(m_controller.get());
+}
+
+void CMainWin::connectStations()
+{
+    const QStringList names = m_controller->stationNames();
+    for (const QString& name : names)
+        connect(m_controller->stationObject(name), &Station::sgShowModeName, this, &CMainWin::onShowName);
+}
+
+void CMainWin::selectRunModels()
+{
+    for (const StationConfig& station : ksGlobalConfig::instance()->stations)
+        m_controller->selectModel(station.solution, station.runModel);
+}
+
+void CMainWin::startStatusTick()
+{
+    m_statusTimer = startTimer(kStatusTickMs, Qt::CoarseTimer);
+}
+
+void CMainWin::readEngineList()
+{
+    m_engineList = m_modules.engine()->taskList()->list();
+    if (m_engineList.size() < 2)
+        m_ui->stationView2->hideReading();
+}
+
+void CMainWin::enableStations()
+{
+    m_stationEnabled[0] = m_stationEnabled[1] = true;
+}
+
+void CMainWin::layOutForCameras()
+{
+    const bool single = cameraKeys().size() == 1;
+    m_ui->singleStationHint->setVisible(single);
+    m_ui->stationView2->setVisible(!single);
+    m_ui->logPanel2->setVisible(!single);
+}
+
+QStringList CMainWin::cameraKeys() const
+{
+    ICoreCtrl* core = m_modules.coreCtrl();
+    return core ? core->cameraKeys() : QStringList();
+}
+
+void CMainWin::onAppanalysis(SComFrame frame)
+{
+    m_link->receive(frame);
+}
+
+void CMainWin::onHeardBit()
+{
+    m_link->sendHeartbeat();
+}
+
+void CMainWin::onShowImage(int station, const QImage& image)
+{
+    if (station == 1)
+        m_ui->stationView1->setImage(image);
+    else if (station == 2)
+        m_ui->stationView2->setImage(image);
+}
+
+void CMainWin::onReading(int station, const StationReading& reading)
+{
+    if (station == 1)
+        m_ui->stationView1->setReading(reading);
+    else if (station == 2)
+        m_ui->stationView2->setReading(reading);
+}
+
+void CMainWin::onShowLog(int station, const QString& text)
+{
+    if (station == 1)
+        m_ui->logPanel1->append(text);
+    else if (station == 2)
+        m_ui->logPanel2->append(text);
+}
+
+void CMainWin::onShowName(const QString& station, const QString& label)
+{
+    const int number = ksGlobalConfig::instance()->stationOfSolution(station);
+    if (number == 1)
+        m_ui->stationView1->setModelLabel(label);
+    else if (number == 2)
+        m_ui->stationView2->setModelLabel(label);
+}
+
+void CMainWin::onSelModel(int station, const QString& model)
+{
+    m_controller->selectModel(ksGlobalConfig::instance()->station(station).solution, model);
+}
+
+void CMainWin::onLogInOut(const QString& name, int, int)
+{
+    m_status->setUserName(name);
+}
+
+void CMainWin::onImageScale(qreal scale)
+{
+    if (sender() == m_ui->stationView1)
+        saveViewerScale(QStringLiteral("ScaleA"), scale);
+    else if (sender() == m_ui->stationView2)
+        saveViewerScale(QStringLiteral("ScaleB"), scale);
+}
+
+void CMainWin::onSystemLog(const QString& text)
+{
+    qInfo("%s", qUtf8Printable(text));
+}
+
+void CMainWin::closeEvent(QCloseEvent* event)
+{
+    event->setAccepted(messages::confirmClose(this));
+}
+
+void CMainWin::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() == m_statusTimer)
+        m_status->tick(ksGlobalConfig::instance()->onlineMode);
+    else
+        QMainWindow::timerEvent(event);
+}

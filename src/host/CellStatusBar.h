@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QStatusBar>
+
+class QLabel;
+
+/// Date and run time, user, mode and PLC link. The window ticks it once a second.
+class CellStatusBar : public QStatusBar
+{
+    Q_OBJECT
+
+public:
+    explicit CellStatusBar(QWidget* parent = nullptr);
+
+    /// The PLC was heard.
+    void linkAlive();
+    /// One second has passed: refreshes all; after more than five without linkAlive() the link counts as lost.
+    void tick(bool online);
+    void setUserName(const QString& name);
+
+private:
+    QLabel* m_time;
+    QLabel* m_user;
+    QLabel* m_mode;
+    QLabel* m_link;
+    qint64 m_runSeconds = 0;
+    int m_silentSeconds = 0;
+    bool m_linkUp = false;
+};

@@ -1,0 +1,13 @@
+#include "host/ksMain.h"
+
+#include <valvecell/Export.h>
+
+VALVECELL_MODULE_EXPORT IMainWidget* MainWidget_Create()
+{
+    return new ksMain;
+}
+
+VALVECELL_MODULE_EXPORT void MainWidget_Delete(IMainWidget* widget)
+{
+    delete widget;
+}

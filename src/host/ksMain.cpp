@@ -1,0 +1,8 @@
+#include "host/ksMain.h"
+
+ksMain::ksMain() = default;
+
+void ksMain::showMaximized()
+{
+    m_window.showMaximized();
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "host/CMainWin.h"
+
+#include <valvecell/IMainWidget.h>
+
+/// The object that the host process holds: it is the main window's life.
+class ksMain : public IMainWidget
+{
+    Q_OBJECT
+
+public:
+    ksMain();
+
+    void showMaximized() override;
+
+private:
+    CMainWin m_window;
+};
