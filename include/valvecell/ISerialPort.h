@@ -33,6 +33,13 @@ public:
 
     /// Queues a copy of one frame for sending; the header bytes are filled by the module.
     virtual void send(const SComFrame* frame) = 0;
+
+    /// An optional interface of this module by its id, or null; see Extension.h.
+    virtual void* extension(const char* id)
+    {
+        Q_UNUSED(id)
+        return nullptr;
+    }
 };
 
 /// The signature of "SerialPortCreate".

@@ -1,0 +1,131 @@
+#include "LineWorker.h"
+
+#include <QFileInfo>
+#include <QLoggingCategory>
+#include <QThread>
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcSerial, "valvecell.serial", QtInfoMsg)
+
+/// Bytes that may wait for a jammed line; past them frames are given up rather than sent late.
+constexpr qint64 kMaxWaitingBytes = 8 * wire::frameBytes;
+
+/// The device behind a name, links followed. A name that is no file yet, and a Windows port name, stays as it is.
+QString deviceOf(const QString& name)
+{
+    const bool plain = !name.contains(QLatin1Char('/'));
+    const QString inDev = plain ? QFileInfo(QStringLiteral("/dev/") + name).canonicalFilePath() : QString();
+    const QString device = inDev.isEmpty() ? QFileInfo(name).canonicalFilePath() : inDev;
+    return device.isEmpty() ? name : device;
+}
+
+} // namespace
+
+LineWorker::LineWorker(LineSettings settings, std::shared_ptr<LineState> state)
+    : m_settings(std::move(settings))
+    , m_state(std::move(state))
+{
+    m_retry.setSingleShot(true);
+    connect(&m_retry, &QTimer::timeout, this, &LineWorker::openOrRetry);
+    connect(&m_port, &QSerialPort::readyRead, this, &LineWorker::onReadyRead);
+    connect(&m_port, &QSerialPort::errorOccurred, this, &LineWorker::onError);
+}
+
+void LineWorker::start(const std::shared_ptr<std::promise<bool>>& opened)
+{
+    openOrRetry();
+    opened->set_value(m_port.isOpen());
+}
+
+void LineWorker::openOrRetry()
+{
+    ++m_state->openAttempts;
+    if (tryOpen()) {
+        onOpened();
+        return;
+    }
+    noteFailure(QStringLiteral("cannot be opened"));
+    closeAndRetry();
+}
+
+bool LineWorker::tryOpen()
+{
+    m_device = deviceOf(m_settings.portName);
+    m_state->setDevice(m_device);
+    m_port.setPortName(m_device);
+    return m_port.open(QIODevice::ReadWrite) && m_port.setBaudRate(m_settings.baudRate) &&
+           m_port.setDataBits(QSerialPort::Data8) && m_port.setParity(QSerialPort::NoParity) &&
+           m_port.setStopBits(QSerialPort::OneStop) && m_port.setFlowControl(QSerialPort::NoFlowControl);
+}
+
+void LineWorker::onOpened()
+{
+    m_port.clear(QSerialPort::Input); // a trigger from before belongs to a part that is gone
+    m_decoder.reset();
+    m_openSince.start();
+    if (std::exchange(m_told, false))
+        qCInfo(lcSerial).noquote() << m_device + QStringLiteral(": open again");
+    m_state->session = ++m_sessions;
+}
+
+void LineWorker::onReadyRead()
+{
+    const quint64 badBytes = m_decoder.badBytes();
+    const quint64 crcErrors = m_decoder.crcErrors();
+    m_decoder.feed(m_port.readAll(), [this](const SComFrame& frame) {
+        if (m_state->stopping)
+            return;
+        m_pause.reset();
+        ++m_state->framesIn;
+        m_settings.receive(frame);
+    });
+    m_state->badBytes += m_decoder.badBytes() - badBytes;
+    m_state->crcErrors += m_decoder.crcErrors() - crcErrors;
+}
+
+void LineWorker::write(const SComFrame& frame, quint32 session)
+{
+    if (session != m_state->session || m_port.bytesToWrite() > kMaxWaitingBytes) {
+        ++m_state->framesDropped;
+        return;
+    }
+    const bool written = m_port.write(m_encoder.next(frame)) == wire::frameBytes && m_port.flush();
+    ++(written ? m_state->framesOut : m_state->framesDropped);
+}
+
+void LineWorker::onError(QSerialPort::SerialPortError error)
+{
+    const bool failed = error != QSerialPort::NoError && error != QSerialPort::TimeoutError;
+    if (!failed || m_state->session == 0) // closed: openOrRetry() deals with what open() says
+        return;
+    m_state->session = 0;
+    noteFailure(QStringLiteral("the line is lost"));
+    if (m_openSince.hasExpired(ReopenPause::longest.count()))
+        m_pause.reset();
+    // Not from inside the port's own notification, which goes on to use the port.
+    QMetaObject::invokeMethod(this, &LineWorker::closeAndRetry, Qt::QueuedConnection);
+}
+
+void LineWorker::closeAndRetry()
+{
+    if (m_port.isOpen())
+        m_port.close();
+    m_retry.start(m_pause.next());
+}
+
+void LineWorker::stop()
+{
+    m_state->session = 0;
+    m_retry.stop();
+    m_port.close();
+    thread()->quit();
+}
+
+void LineWorker::noteFailure(const QString& what)
+{
+    const QString text = QStringLiteral("%1: %2 (%3)").arg(m_device, what, m_port.errorString());
+    m_state->setLastError(text);
+    if (!std::exchange(m_told, true))
+        qCWarning(lcSerial).noquote() << text;
+}

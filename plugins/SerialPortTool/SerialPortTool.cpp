@@ -1,0 +1,90 @@
+#include "SerialPortTool.h"
+
+#include "LineWorker.h"
+
+#include <valvecell/Export.h>
+
+#include <cstring>
+
+namespace {
+
+/// A device that takes longer to open counts as not open yet; the attempt goes on.
+constexpr std::chrono::milliseconds kOpenWait{1000};
+
+qint32 baudFrom(const QString& text)
+{
+    bool number = false;
+    const qint32 baud = text.trimmed().toInt(&number);
+    return number && baud > 0 ? baud : 0;
+}
+
+} // namespace
+
+SerialPortTool::SerialPortTool()
+{
+    m_thread.setObjectName(QStringLiteral("serial line"));
+}
+
+SerialPortTool::~SerialPortTool()
+{
+    SerialPortTool::close();
+}
+
+void SerialPortTool::setReceiveCallback(QObject*, ReceiveCallback callback)
+{
+    m_receive = std::move(callback);
+}
+
+bool SerialPortTool::open(const QString& portName, const QString& baudRate)
+{
+    close();
+    const qint32 baud = baudFrom(baudRate);
+    if (portName.isEmpty() || baud == 0) {
+        m_state->setLastError(QStringLiteral("port \"%1\", baud rate \"%2\": no such line").arg(portName, baudRate));
+        return false;
+    }
+    m_state->stopping = false;
+    const auto receive = m_receive ? m_receive : [](const SComFrame&) {};
+    m_worker = new LineWorker({portName, baud, receive}, m_state);
+    m_worker->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    m_thread.start(QThread::TimeCriticalPriority);
+    const auto opened = std::make_shared<std::promise<bool>>();
+    auto outcome = opened->get_future();
+    QMetaObject::invokeMethod(
+        m_worker, [worker = m_worker, opened] { worker->start(opened); }, Qt::QueuedConnection);
+    return outcome.wait_for(kOpenWait) == std::future_status::ready && outcome.get();
+}
+
+void SerialPortTool::close()
+{
+    if (!m_worker)
+        return;
+    m_state->stopping = true;
+    QMetaObject::invokeMethod(m_worker, &LineWorker::stop, Qt::QueuedConnection);
+    m_worker = nullptr;
+    m_thread.wait();
+}
+
+void SerialPortTool::send(const SComFrame* frame)
+{
+    if (!frame)
+        return;
+    const quint32 session = m_state->session;
+    if (!m_worker || session == 0) {
+        ++m_state->framesDropped;
+        return;
+    }
+    QMetaObject::invokeMethod(
+        m_worker, [worker = m_worker, copy = *frame, session] { worker->write(copy, session); }, Qt::QueuedConnection);
+}
+
+void* SerialPortTool::extension(const char* id)
+{
+    return id && std::strcmp(id, ISerialStatus::id) == 0 ? static_cast<ISerialStatus*>(this) : nullptr;
+}
+
+VALVECELL_MODULE_EXPORT ISerialPort* SerialPortCreate()
+{
+    return new SerialPortTool;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "LineState.h"
+
+#include <valvecell/ISerialPort.h>
+
+#include <QThread>
+
+#include <memory>
+
+class LineWorker;
+
+/// The module's object: hands everything over to the line's thread, which lives from open() to close().
+class SerialPortTool : public ISerialPort, public ISerialStatus
+{
+public:
+    SerialPortTool();
+    ~SerialPortTool() override;
+
+    void setReceiveCallback(QObject* owner, ReceiveCallback callback) override;
+    bool open(const QString& portName, const QString& baudRate) override;
+    void close() override;
+    void send(const SComFrame* frame) override;
+    void* extension(const char* id) override;
+
+    SerialStatus status() const override { return m_state->snapshot(); }
+
+private:
+    const std::shared_ptr<LineState> m_state = std::make_shared<LineState>();
+    ReceiveCallback m_receive;
+    QThread m_thread;
+    LineWorker* m_worker = nullptr; ///< lives in m_thread and is deleted as it ends; null while closed
+};

@@ -1,0 +1,170 @@
+#include "wire/FrameCodec.h"
+
+#include <QVector>
+#include <QtTest>
+
+#include <numeric>
+
+namespace {
+
+/// The wire bytes below were worked out apart from the codec, with a table-driven CRC.
+const QByteArray kTrigger = QByteArray::fromHex("aa55 00 00 11 8e60 50 0500 0000 0000 0000 0000 0000 0000 0000");
+const QByteArray kReply = QByteArray::fromHex("aa55 ff 00 11 36a7 46 0000 0000 6700 e401 feff 0cfe ff7f 0080");
+
+SComFrame frameOf(quint8 command, const QVector<qint16>& words)
+{
+    SComFrame frame;
+    frame.command = command;
+    std::copy(words.begin(), words.end(), frame.data);
+    return frame;
+}
+
+QVector<SComFrame> decode(wire::FrameDecoder& decoder, const QByteArray& bytes, int pieceBytes)
+{
+    QVector<SComFrame> frames;
+    for (int i = 0; i < bytes.size(); i += pieceBytes)
+        decoder.feed(bytes.mid(i, pieceBytes), [&](const SComFrame& frame) { frames.append(frame); });
+    return frames;
+}
+
+QByteArray numbered(int count)
+{
+    wire::FrameEncoder encoder;
+    QByteArray bytes;
+    for (int i = 0; i < count; ++i)
+        bytes += encoder.next(frameOf('P', {qint16(i)}));
+    return bytes;
+}
+
+QByteArray spoilt(QByteArray bytes, int at)
+{
+    bytes[at] = static_cast<char>(bytes[at] ^ 0x01);
+    return bytes;
+}
+
+} // namespace
+
+class FramesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void checksumAgreesWithPublishedVectors_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<int>("crc");
+        QTest::newRow("check value") << QByteArray("123456789") << 0x4B37;
+        QTest::newRow("nothing") << QByteArray() << 0xFFFF;
+        QTest::newRow("one zero") << QByteArray(1, '\0') << 0x40BF;
+        QTest::newRow("read holding registers") << QByteArray::fromHex("010300000001") << 0x0A84;
+    }
+    void checksumAgreesWithPublishedVectors()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(int, crc);
+        const auto* data = reinterpret_cast<const quint8*>(bytes.constData());
+        QCOMPARE(int(wire::crc16Modbus(data, bytes.size())), crc);
+        const int half = bytes.size() / 2;
+        const quint16 first = wire::crc16Modbus(data, half);
+        QCOMPARE(int(wire::crc16Modbus(data + half, bytes.size() - half, first)), crc);
+    }
+
+    void framesLookOnTheLineAsAgreed()
+    {
+        QCOMPARE(wire::encode(frameOf('P', {5}), 0).toHex(), kTrigger.toHex());
+        const SComFrame reply = frameOf('F', {0, 0, 103, 484, -2, -500, 32767, -32768});
+        QCOMPARE(wire::encode(reply, 255).toHex(), kReply.toHex());
+
+        wire::FrameDecoder decoder;
+        const auto frames = decode(decoder, kReply, wire::frameBytes);
+        QCOMPARE(frames.size(), 1);
+        QCOMPARE(frames[0].command, reply.command);
+        QVERIFY(std::equal(std::begin(reply.data), std::end(reply.data), frames[0].data));
+        QCOMPARE(QByteArray(reinterpret_cast<const char*>(frames[0].header), 7), kReply.left(7));
+    }
+
+    void sequenceNumberWraps()
+    {
+        wire::FrameDecoder decoder;
+        const auto frames = decode(decoder, numbered(600), 100);
+        QCOMPARE(frames.size(), 600);
+        for (int i = 0; i < frames.size(); ++i) {
+            QCOMPARE(int(frames[i].header[wire::sequenceByte]), i % 256);
+            QCOMPARE(int(frames[i].data[0]), i);
+        }
+    }
+
+    void anySplittingGivesTheSameFrames()
+    {
+        const QByteArray bytes = "\xAA" + numbered(20) + QByteArray::fromHex("aa55aa") + numbered(3);
+        for (int piece = 1; piece <= bytes.size(); ++piece) {
+            wire::FrameDecoder decoder;
+            QCOMPARE(decode(decoder, bytes, piece).size(), 23);
+            QCOMPARE(decoder.badBytes(), quint64(4));
+            QCOMPARE(decoder.crcErrors(), quint64(0));
+        }
+    }
+
+    void frameIsTakenAtItsLastByte()
+    {
+        wire::FrameDecoder decoder;
+        QVERIFY(decode(decoder, kTrigger.left(10), 1).isEmpty());
+        QVERIFY(decode(decoder, kReply.left(23), 1).isEmpty());
+        QCOMPARE(decode(decoder, kReply.right(1), 1).size(), 1);
+    }
+
+    void wholeFrameAfterDirtIsTaken_data()
+    {
+        QTest::addColumn<QByteArray>("dirt");
+        QTest::addColumn<int>("crcErrors");
+        QTest::newRow("noise") << QByteArray(1000, '\x37') << 0;
+        QTest::newRow("start mark again and again") << QByteArray::fromHex("aaaaaa55aa55aa55") << 0;
+        QTest::newRow("wrong fourth byte") << QByteArray::fromHex("aa55000111") << 0;
+        QTest::newRow("wrong length") << QByteArray::fromHex("aa55000012") << 0;
+        QTest::newRow("wrong checksum, low byte") << spoilt(kTrigger, 5) << 1;
+        QTest::newRow("wrong checksum, high byte") << spoilt(kTrigger, 6) << 1;
+        QTest::newRow("wrong sequence number") << spoilt(kTrigger, 2) << 1;
+        QTest::newRow("wrong command") << spoilt(kTrigger, 7) << 1;
+        QTest::newRow("wrong last byte") << spoilt(kTrigger, 23) << 1;
+        QTest::newRow("byte lost in the middle") << kReply.left(12) + kReply.mid(13) << 1;
+        QTest::newRow("byte put in") << kReply.left(12) + "x" + kReply.mid(12) << 1;
+        for (int cut = 1; cut < wire::frameBytes; ++cut)
+            QTest::addRow("cut after %d", cut) << kReply.left(cut) << (cut < 5 ? 0 : 1);
+        QTest::newRow("two cut frames") << kReply.left(20) + kTrigger.left(20) << 2;
+    }
+    void wholeFrameAfterDirtIsTaken()
+    {
+        QFETCH(QByteArray, dirt);
+        QFETCH(int, crcErrors);
+        for (const int piece : {1, 5, 2000}) {
+            wire::FrameDecoder decoder;
+            const auto frames = decode(decoder, dirt + kTrigger, piece);
+            QCOMPARE(frames.size(), 1);
+            QCOMPARE(frames[0].command, quint8('P'));
+            QCOMPARE(decoder.badBytes(), quint64(dirt.size()));
+            QCOMPARE(decoder.crcErrors(), quint64(crcErrors));
+        }
+    }
+
+    void everySingleWrongBitIsNoticed()
+    {
+        for (int bit = 0; bit < wire::frameBytes * 8; ++bit) {
+            QByteArray bytes = kReply;
+            bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ (1 << bit % 8));
+            wire::FrameDecoder decoder;
+            QVERIFY(decode(decoder, bytes, 7).isEmpty());
+        }
+    }
+
+    void beginningOfAFrameIsForgottenWhenTheLineCloses()
+    {
+        wire::FrameDecoder decoder;
+        QVERIFY(decode(decoder, kTrigger.left(20), 20).isEmpty());
+        decoder.reset();
+        QVERIFY(decode(decoder, kTrigger.mid(20), 4).isEmpty());
+        QCOMPARE(decode(decoder, kReply, 24).size(), 1);
+    }
+};
+
+QTEST_APPLESS_MAIN(FramesTest)
+#include "tst_frames.moc"

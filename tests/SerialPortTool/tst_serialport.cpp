@@ -1,0 +1,292 @@
+#include "platform/PseudoTerminal.h"
+#include "wire/FrameCodec.h"
+
+#include <valvecell/Extension.h>
+#include <valvecell/ISerialPort.h>
+#include <valvecell/ISerialStatus.h>
+
+#include <QElapsedTimer>
+#include <QLibrary>
+#include <QMutex>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <atomic>
+#include <ctime>
+#include <memory>
+
+namespace {
+
+/// The PLC's end of the line: counts what comes, and can be pulled and put back behind one name.
+class Plc
+{
+public:
+    Plc() { plugIn(); }
+
+    void plugIn()
+    {
+        m_terminal = std::make_unique<platform::PseudoTerminal>();
+        QVERIFY2(m_terminal->open(QIODevice::ReadWrite), qPrintable(m_terminal->errorString()));
+        QFile::remove(link());
+        QVERIFY(QFile::link(m_terminal->farEnd(), link()));
+        QObject::connect(m_terminal.get(), &QIODevice::readyRead, [this] {
+            m_decoder.feed(m_terminal->readAll(), [this](const SComFrame& frame) { received.append(frame); });
+        });
+    }
+    void pull() { m_terminal.reset(); }
+
+    void write(const QByteArray& bytes) { m_terminal->write(bytes); }
+    void send(qint16 number)
+    {
+        SComFrame frame;
+        frame.command = 'P';
+        frame.data[0] = number;
+        write(m_encoder.next(frame));
+    }
+
+    QString link() const { return m_dir.filePath(QStringLiteral("串口")); }
+    QString device() const { return m_terminal->farEnd(); }
+
+    QVector<SComFrame> received;
+
+private:
+    QTemporaryDir m_dir;
+    std::unique_ptr<platform::PseudoTerminal> m_terminal;
+    wire::FrameDecoder m_decoder;
+    wire::FrameEncoder m_encoder;
+};
+
+/// What the program's callback got, on the module's thread.
+class Inbox
+{
+public:
+    void add(const SComFrame& frame)
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_numbers.append(frame.data[0]);
+    }
+    QVector<qint16> numbers() const
+    {
+        const QMutexLocker lock(&m_mutex);
+        return m_numbers;
+    }
+
+private:
+    mutable QMutex m_mutex;
+    QVector<qint16> m_numbers;
+};
+
+SComFrame reply(qint16 number)
+{
+    SComFrame frame;
+    frame.command = 'F';
+    frame.data[2] = number;
+    return frame;
+}
+
+double cpuSeconds()
+{
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+} // namespace
+
+class SerialPortTest : public QObject
+{
+    Q_OBJECT
+
+    QLibrary m_library{QStringLiteral(VALVECELL_BIN_DIR "/SerialPortTool")};
+    std::unique_ptr<Plc> m_plc;
+    std::unique_ptr<Inbox> m_inbox;
+    std::unique_ptr<ISerialPort> m_port;
+
+    SerialStatus status() { return extensionOf<ISerialStatus>(m_port.get())->status(); }
+    bool openPort() { return m_port->open(m_plc->link(), QStringLiteral("115200")); }
+    bool sendAndArrives(qint16 number)
+    {
+        const SComFrame frame = reply(number);
+        m_port->send(&frame);
+        return QTest::qWaitFor([&] { return !m_plc->received.isEmpty() && m_plc->received.last().data[2] == number; });
+    }
+
+private slots:
+    void init()
+    {
+        const auto create = reinterpret_cast<SerialPortCreateFunction>(m_library.resolve("SerialPortCreate"));
+        QVERIFY2(create, qPrintable(m_library.errorString()));
+        m_plc = std::make_unique<Plc>();
+        m_inbox = std::make_unique<Inbox>();
+        m_port.reset(create());
+        m_port->setReceiveCallback(this, [inbox = m_inbox.get()](const SComFrame& frame) { inbox->add(frame); });
+    }
+    void cleanup()
+    {
+        m_port.reset();
+        m_plc.reset();
+    }
+
+    void framesPassBothWaysByteByByteAndThroughGarbage()
+    {
+        QVERIFY(openPort());
+        QCOMPARE(status().device, m_plc->device());
+        QVERIFY(sendAndArrives(1));
+        SComFrame frame = reply(7);
+        const QByteArray bytes = wire::encode(frame, 9);
+        for (const char byte : bytes)
+            m_plc->write(QByteArray(1, byte));
+        m_plc->write("garbage\xAA\x55" + bytes.left(11));
+        m_plc->send(42);
+        m_plc->write(bytes.left(23) + '\x7f');
+        m_plc->send(43);
+        QTRY_COMPARE(m_inbox->numbers(), (QVector<qint16>{0, 42, 43}));
+        QTRY_COMPARE(status().badBytes, quint64(9 + 11 + 24));
+        QCOMPARE(status().crcErrors, quint64(2));
+        QCOMPARE(status().framesIn, quint64(3));
+        QCOMPARE(status().framesOut, quint64(1));
+    }
+
+    void triggersFromBeforeTheProgramWasThereAreForgotten()
+    {
+        for (qint16 i = 0; i < 20; ++i)
+            m_plc->send(i);
+        QVERIFY(openPort());
+        m_plc->send(100);
+        QTRY_VERIFY(m_inbox->numbers().contains(100));
+        QCOMPARE(m_inbox->numbers().size(), 1);
+    }
+
+    void cableUnpluggedAndBack()
+    {
+        QVERIFY(openPort());
+        QVERIFY(sendAndArrives(1));
+        const double cpu = cpuSeconds();
+        const quint64 attempts = status().openAttempts;
+        m_plc->pull();
+        QTRY_VERIFY(!status().open);
+        for (qint16 i = 100; i < 110; ++i) {
+            const SComFrame lost = reply(i);
+            m_port->send(&lost);
+        }
+        // 50, 100, 200 and 400 ms: the fourth attempt comes after at least 750 ms.
+        QElapsedTimer pulled;
+        pulled.start();
+        QTRY_VERIFY(status().openAttempts >= attempts + 4);
+        QVERIFY2(pulled.elapsed() >= 600, "the pauses do not grow");
+        QVERIFY2(cpuSeconds() - cpu < 0.5 * pulled.elapsed() / 1000, "the dead line keeps the processor busy");
+        QVERIFY(status().lastError.contains("/pts/") || status().lastError.contains(m_plc->link()));
+
+        m_plc->received.clear();
+        m_plc->plugIn();
+        QTRY_VERIFY(status().open);
+        QCOMPARE(status().device, m_plc->device());
+        QVERIFY(sendAndArrives(2));
+        QCOMPARE(m_plc->received.size(), 1);
+        QCOMPARE(status().framesDropped, quint64(10));
+        m_plc->send(5);
+        QTRY_COMPARE(m_inbox->numbers(), (QVector<qint16>{5}));
+    }
+
+    void flappingLineIsSlowedDown()
+    {
+        QVERIFY(openPort());
+        QElapsedTimer time;
+        time.start();
+        for (int i = 0; i < 4; ++i) {
+            m_plc->plugIn(); // the old one is cut in the same moment
+            QTRY_VERIFY(status().open && status().device == m_plc->device());
+        }
+        QVERIFY2(time.elapsed() >= 600, "a line that opens and fails at once is tried without growing pauses");
+    }
+
+    void nameIsFollowedToAnotherDevice()
+    {
+        QVERIFY(openPort());
+        platform::PseudoTerminal second;
+        QVERIFY(second.open(QIODevice::ReadWrite));
+        const QString firstDevice = m_plc->device();
+        QVERIFY(QFile::remove(m_plc->link()) && QFile::link(second.farEnd(), m_plc->link()));
+        QVERIFY(sendAndArrives(3)); // a line that works is left alone
+        QCOMPARE(status().device, firstDevice);
+        m_plc->pull();
+        QTRY_COMPARE(status().device, second.farEnd());
+        QTRY_VERIFY(status().open);
+    }
+
+    void portThatIsNotThereYetIsOpenedLater()
+    {
+        const QString device = m_plc->link();
+        m_plc->pull();
+        QVERIFY(!openPort());
+        QVERIFY(!status().open);
+        m_plc->plugIn();
+        QTRY_VERIFY(status().open);
+        QVERIFY(sendAndArrives(4));
+    }
+
+    void lineThatCannotBeIsRefused_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("baud");
+        QTest::newRow("no name") << ""
+                                 << "115200";
+        QTest::newRow("missing device") << "/nowhere/tty"
+                                        << "115200";
+        QTest::newRow("a folder") << QDir::tempPath() << "115200";
+        QTest::newRow("an ordinary file") << QCoreApplication::applicationFilePath() << "115200";
+        QTest::newRow("Windows name") << "COM3"
+                                      << "115200";
+        QTest::newRow("baud rate is text") << "link"
+                                           << "fast";
+        QTest::newRow("baud rate is zero") << "link"
+                                           << "0";
+        QTest::newRow("baud rate is too large a number") << "link"
+                                                         << "99999999999";
+    }
+    void lineThatCannotBeIsRefused()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, baud);
+        QVERIFY(!m_port->open(name == "link" ? m_plc->link() : name, baud));
+        QVERIFY(!status().open);
+        QVERIFY(status().lastError.contains(name == "link" ? baud : name));
+        m_port->close();
+    }
+
+    void closedPortIsQuietWhileFramesStreamIn()
+    {
+        auto calls = std::make_shared<std::atomic<int>>(0);
+        m_port->setReceiveCallback(this, [calls](const SComFrame&) { ++*calls; });
+        for (int round = 0; round < 30; ++round) {
+            QVERIFY(openPort());
+            const int before = *calls;
+            for (qint16 i = 0; i < 150; ++i)
+                m_plc->send(i);
+            if (round % 2 == 0)
+                QTRY_VERIFY(*calls > before);
+            m_port->close();
+            const int atClose = *calls;
+            for (qint16 i = 0; i < 20; ++i)
+                m_plc->send(i);
+            const SComFrame late = reply(1);
+            m_port->send(&late);
+            QVERIFY(!status().open);
+            QCOMPARE(int(*calls), atClose);
+        }
+    }
+
+    void deletingAnOpenPortClosesIt()
+    {
+        QVERIFY(openPort());
+        m_plc->send(1);
+        m_port.reset();
+        const QVector<qint16> got = m_inbox->numbers();
+        m_plc->send(2);
+        init();
+        QVERIFY(openPort());
+        QVERIFY(sendAndArrives(9));
+        QVERIFY(got.size() <= 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(SerialPortTest)
+#include "tst_serialport.moc"
