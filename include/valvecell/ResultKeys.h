@@ -17,4 +17,13 @@ constexpr const char* image = "image";             ///< QImage with the drawing 
 constexpr const char* resultTip = "resultTip";     ///< QString, short result text for the operator
 constexpr const char* centerPoint = "centerPoint"; ///< QPointF, found centre; middle of the top-left pixel is (0, 0)
 
+/// Evidence kept with an algorithm result: what shows that the view drifts long before a hole is missed. An engine may
+/// leave these out.
+constexpr const char* edgePoints = "edgePoints";       ///< int, points that the hole's outline rests on
+constexpr const char* residual = "residual";           ///< double, their root mean square distance from it, pixels
+constexpr const char* runnerUpScore = "runnerUpScore"; ///< double, score of the second best candidate
+constexpr const char* hubCenter = "hubCenter";         ///< QPointF, hub centre in pixels
+constexpr const char* hubRadius = "hubRadius";         ///< double, outer edge of the rim, pixels
+constexpr const char* holeRadius = "holeRadius";       ///< double, pixels
+
 } // namespace ResultKeys

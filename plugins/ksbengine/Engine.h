@@ -1,0 +1,30 @@
+#pragma once
+
+#include "SolutionStore.h"
+#include "TaskThread.h"
+
+#include <valvecell/IEngine.h>
+
+#include <map>
+#include <memory>
+
+/// The bundled inspection engine: a store of solutions, and one thread for each solution that was run.
+class Engine : public IEngine
+{
+public:
+    /// `folder` holds the solutions, see SolutionStore.
+    explicit Engine(const QString& folder);
+    ~Engine() override;
+
+    void initialise() override;
+    ITaskList* taskList() override;
+    void runTask(const QVariantMap& input, const QString& solution, const QString& model,
+                 ResultCallback callback) override;
+    void* extension(const char* id) override;
+
+private:
+    TaskThread& threadOf(const QString& solution);
+
+    SolutionStore m_store;
+    std::map<QString, std::unique_ptr<TaskThread>> m_threads;
+};

@@ -1,0 +1,230 @@
+#include "SolutionStore.h"
+
+#include <valvecell/HomeFiles.h>
+
+#include <QDebug>
+#include <QUrl>
+
+namespace {
+
+const QString solutionFile = QStringLiteral("solution.json");
+const QString modelSuffix = QStringLiteral(".model.json");
+constexpr int longestName = 80; // characters; stays below every file system's limit in bytes
+
+bool keepsInFileName(QChar c)
+{
+    return c.isLetterOrNumber() || c.isSurrogate() || c == QLatin1Char(' ') || c == QLatin1Char('-') ||
+           c == QLatin1Char('_') || c == QLatin1Char('.');
+}
+
+QString escaped(QChar c)
+{
+    QString text;
+    for (const char byte : QString(c).toUtf8())
+        text += QStringLiteral("%%1").arg(static_cast<uchar>(byte), 2, 16, QLatin1Char('0')).toUpper();
+    return text;
+}
+
+QString nameOf(const QString& fileName)
+{
+    return QUrl::fromPercentEncoding(fileName.toUtf8());
+}
+
+bool validName(const QString& name, QString* error)
+{
+    const bool valid = !name.trimmed().isEmpty() && name == name.trimmed() && name.size() <= longestName;
+    if (!valid)
+        *error = QStringLiteral("\"%1\": a name has 1 to %2 characters and no spaces at its ends")
+                     .arg(name)
+                     .arg(longestName);
+    return valid;
+}
+
+QString text(const QJsonObject& object, const QString& key, const QString& fallback)
+{
+    return object.value(key).toString(fallback);
+}
+
+} // namespace
+
+SolutionStore::SolutionStore(const QString& folder)
+    : m_folder(folder)
+{
+}
+
+QString SolutionStore::fileName(const QString& name)
+{
+    QString file;
+    for (int i = 0; i < name.size(); ++i) {
+        const bool atEnd = i == 0 || i + 1 == name.size();
+        if (keepsInFileName(name[i]) && !(atEnd && name[i] == QLatin1Char('.')))
+            file += name[i];
+        else
+            file += escaped(name[i]);
+    }
+    return file;
+}
+
+void SolutionStore::read()
+{
+    m_solutions.clear();
+    for (const QString& folder : QDir(m_folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name))
+        readSolution(m_folder + QLatin1Char('/') + folder);
+}
+
+void SolutionStore::readSolution(const QString& folder)
+{
+    const QString path = folder + QLatin1Char('/') + solutionFile;
+    const HomeFiles::JsonRead read = HomeFiles::readJson(path);
+    if (read.state != HomeFiles::JsonRead::Good)
+        qWarning("solution left with its defaults: %s", qUtf8Printable(read.error));
+    const QString name = text(read.object, QStringLiteral("name"), nameOf(QFileInfo(folder).fileName()));
+    if (m_solutions.contains(name)) {
+        qWarning("%s: a solution \"%s\" was read already, this one is left out", qUtf8Printable(path),
+                 qUtf8Printable(name));
+        return;
+    }
+    Solution& solution = m_solutions[name];
+    solution.folder = folder;
+    const QString answer = text(read.object, QStringLiteral("result"), QStringLiteral("hole"));
+    solution.answer = answer == QLatin1String("hub") ? Answer::Hub : Answer::Hole;
+    if (answer != QLatin1String("hub") && answer != QLatin1String("hole"))
+        qWarning("%s: \"result\" is \"%s\", not \"hole\" or \"hub\"; the hole is taken", qUtf8Printable(path),
+                 qUtf8Printable(answer));
+    for (const QString& file : QDir(folder).entryList({QLatin1Char('*') + modelSuffix}, QDir::Files, QDir::Name))
+        readModel(folder + QLatin1Char('/') + file, &solution);
+}
+
+void SolutionStore::readModel(const QString& file, Solution* solution)
+{
+    const HomeFiles::JsonRead read = HomeFiles::readJson(file);
+    QString error = read.error;
+    finder::HoleModel model;
+    if (read.state != HomeFiles::JsonRead::Good ||
+        !finder::applyParameters(read.object.toVariantMap(), &model, &error)) {
+        qWarning("model left out: %s: %s", qUtf8Printable(file), qUtf8Printable(error));
+        return;
+    }
+    QString stem = QFileInfo(file).fileName();
+    stem.chop(modelSuffix.size());
+    const QString name = text(read.object, QStringLiteral("name"), nameOf(stem));
+    if (isBuiltIn(name) || solution->models.contains(name)) {
+        qWarning("%s: there is a model \"%s\" already, this one is left out", qUtf8Printable(file),
+                 qUtf8Printable(name));
+        return;
+    }
+    solution->models.insert(name, model);
+    solution->files.insert(name, file);
+}
+
+QStringList SolutionStore::list()
+{
+    return m_solutions.keys();
+}
+
+QStringList SolutionStore::models(const QString& solution)
+{
+    const auto it = m_solutions.constFind(solution);
+    if (it == m_solutions.constEnd())
+        return {};
+    QStringList names = it->models.keys();
+    names.append(finder::autoModelName());
+    names.sort();
+    return names;
+}
+
+bool SolutionStore::isBuiltIn(const QString& model)
+{
+    return model == finder::autoModelName();
+}
+
+bool SolutionStore::lookUp(const QString& solution, const QString& model, finder::HoleModel* parameters,
+                           Answer* answer) const
+{
+    const auto found = m_solutions.constFind(solution);
+    if (found == m_solutions.constEnd())
+        return false;
+    *answer = found->answer;
+    if (model == finder::autoModelName()) {
+        *parameters = finder::autoModel();
+        return true;
+    }
+    const auto known = found->models.constFind(model);
+    if (known == found->models.constEnd())
+        return false;
+    *parameters = *known;
+    return true;
+}
+
+QVariantMap SolutionStore::parameters(const QString& solution, const QString& model)
+{
+    finder::HoleModel known;
+    Answer answer = Answer::Hole;
+    return lookUp(solution, model, &known, &answer) ? finder::parametersOf(known) : QVariantMap();
+}
+
+QString SolutionStore::modelFile(const Solution& solution, const QString& model) const
+{
+    return solution.files.value(model, solution.folder + QLatin1Char('/') + fileName(model) + modelSuffix);
+}
+
+bool SolutionStore::saveModel(const QString& solution, const QString& model, const QVariantMap& parameters,
+                              QString* error)
+{
+    QString reason;
+    QString* const why = error ? error : &reason;
+    const auto found = m_solutions.find(solution);
+    if (found == m_solutions.end() || isBuiltIn(model)) {
+        *why = isBuiltIn(model) ? QStringLiteral("\"%1\" is built in").arg(model)
+                                : QStringLiteral("no solution \"%1\"").arg(solution);
+        return false;
+    }
+    finder::HoleModel changed;
+    if (!validName(model, why) || !finder::applyParameters(parameters, &changed, why))
+        return false;
+    QVariantMap stored = finder::parametersOf(changed);
+    stored.insert(QStringLiteral("name"), model);
+    const QString file = modelFile(*found, model);
+    if (!HomeFiles::writeJson(file, QJsonObject::fromVariantMap(stored), why))
+        return false;
+    found->models.insert(model, changed);
+    found->files.insert(model, file);
+    return true;
+}
+
+bool SolutionStore::removeModel(const QString& solution, const QString& model, QString* error)
+{
+    QString reason;
+    QString* const why = error ? error : &reason;
+    const auto found = m_solutions.find(solution);
+    if (found == m_solutions.end() || !found->models.contains(model)) {
+        *why = QStringLiteral("no model \"%1\" in solution \"%2\" that can be removed").arg(model, solution);
+        return false;
+    }
+    QFile file(modelFile(*found, model));
+    if (file.exists() && !file.remove()) {
+        *why = QStringLiteral("%1: %2").arg(file.fileName(), file.errorString());
+        return false;
+    }
+    found->models.remove(model);
+    found->files.remove(model);
+    return true;
+}
+
+bool SolutionStore::addSolution(const QString& solution, QString* error)
+{
+    QString reason;
+    QString* const why = error ? error : &reason;
+    if (!validName(solution, why))
+        return false;
+    if (m_solutions.contains(solution)) {
+        *why = QStringLiteral("there is a solution \"%1\" already").arg(solution);
+        return false;
+    }
+    const QString folder = m_folder + QLatin1Char('/') + fileName(solution);
+    const QJsonObject content{{QStringLiteral("name"), solution}, {QStringLiteral("result"), QStringLiteral("hole")}};
+    if (!HomeFiles::writeJson(folder + QLatin1Char('/') + solutionFile, content, why))
+        return false;
+    readSolution(folder);
+    return true;
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "finder/HoleModel.h"
+
+#include <valvecell/IEngine.h>
+#include <valvecell/ISolutionStore.h>
+
+#include <QMap>
+#include <QString>
+
+/// The solutions of the home and their models, in memory and on disk:
+/// user/solutions/<solution>/solution.json and <model>.model.json, file names made by fileName(). GUI thread.
+class SolutionStore : public ITaskList, public ISolutionStore
+{
+public:
+    /// Where a solution's answer points: the hole's centre or the hub's.
+    enum class Answer { Hole, Hub };
+
+    /// `folder` holds one folder for each solution; it need not exist yet.
+    explicit SolutionStore(const QString& folder);
+    virtual ~SolutionStore() = default;
+
+    /// Reads everything anew. A damaged solution file leaves the solution with its defaults, a damaged model is left
+    /// out; each writes a warning with file and place.
+    void read();
+
+    QStringList list() override;
+
+    QStringList models(const QString& solution) override;
+    bool isBuiltIn(const QString& model) override;
+    QVariantMap parameters(const QString& solution, const QString& model) override;
+    bool saveModel(const QString& solution, const QString& model, const QVariantMap& parameters,
+                   QString* error) override;
+    bool removeModel(const QString& solution, const QString& model, QString* error) override;
+    bool addSolution(const QString& solution, QString* error) override;
+
+    /// Copies what a task needs; false when solution or model is unknown.
+    bool lookUp(const QString& solution, const QString& model, finder::HoleModel* parameters, Answer* answer) const;
+
+    /// A name as a file name: letters and digits of any script, space, '-', '_' and inner '.' stay, all else becomes
+    /// %XX of its UTF-8 bytes.
+    static QString fileName(const QString& name);
+
+private:
+    struct Solution
+    {
+        QString folder;
+        Answer answer = Answer::Hole;
+        QMap<QString, finder::HoleModel> models;
+        QMap<QString, QString> files;
+    };
+
+    void readSolution(const QString& folder);
+    void readModel(const QString& file, Solution* solution);
+    QString modelFile(const Solution& solution, const QString& model) const;
+
+    QString m_folder;
+    QMap<QString, Solution> m_solutions;
+};

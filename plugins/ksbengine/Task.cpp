@@ -1,0 +1,85 @@
+#include "Task.h"
+
+#include "ResultPicture.h"
+#include "finder/ImageConversion.h"
+
+#include <valvecell/ResultKeys.h>
+
+#include <QDebug>
+#include <QElapsedTimer>
+#include <QPointF>
+
+#include <exception>
+
+namespace {
+
+QString key(const char* name)
+{
+    return QString::fromLatin1(name);
+}
+
+QPointF pointOf(const cv::Point2d& point)
+{
+    return {point.x, point.y};
+}
+
+QVariantMap algoResult(const finder::FindResult& found, SolutionStore::Answer answer, const QImage& picture)
+{
+    const bool hub = answer == SolutionStore::Answer::Hub;
+    QVariantMap map{
+        {key(ResultKeys::angle), found.angle},
+        {key(ResultKeys::error), static_cast<int>(found.error)},
+        {key(ResultKeys::score), found.score},
+        {key(ResultKeys::image), picture},
+        {key(ResultKeys::resultTip), finder::resultTip(found.error)},
+        {key(ResultKeys::centerPoint), found.found() ? pointOf(hub ? found.hub.center : found.hole) : QPointF()},
+    };
+    map.insert(key(ResultKeys::edgePoints), found.edgePoints);
+    map.insert(key(ResultKeys::residual), found.residual);
+    map.insert(key(ResultKeys::runnerUpScore), found.runnerUpScore);
+    map.insert(key(ResultKeys::hubCenter), pointOf(found.hub.center));
+    map.insert(key(ResultKeys::hubRadius), found.hub.radius);
+    map.insert(key(ResultKeys::holeRadius), found.holeRadius);
+    return map;
+}
+
+struct Answered
+{
+    finder::FindResult found;
+    QImage picture;
+};
+
+/// An image that exhausts the memory, or that a library call refuses, is a bad image and nothing worse.
+Answered answer(const QImage& origin, const finder::HoleModel& model, finder::Finder& finder)
+{
+    try {
+        const finder::GrayImage image = finder::toGray(origin);
+        const finder::FindResult found = finder.find(image.gray, model);
+        return {found, drawResult(image.gray, found)};
+    } catch (const std::exception& problem) {
+        qWarning("the image cannot be judged: %s", problem.what());
+        return {};
+    }
+}
+
+} // namespace
+
+QVariantMap runTask(const Task& task, finder::Finder& finder)
+{
+    QElapsedTimer clock;
+    clock.start();
+    const QVariant origin = task.input.value(key(ResultKeys::originImage));
+    QVariantMap map{
+        {key(ResultKeys::originImage), origin},
+        {key(ResultKeys::solutionName), task.solution},
+        {key(ResultKeys::taskName), task.model},
+        // A task that cannot run is no untaught one: the plant shall read "no task", not "not calibrated".
+        {key(ResultKeys::taskCali), !task.known || task.parameters.taught},
+    };
+    if (task.known) {
+        const Answered answered = answer(origin.value<QImage>(), task.parameters, finder);
+        map.insert(key(ResultKeys::algoResult), algoResult(answered.found, task.answer, answered.picture));
+    }
+    map.insert(key(ResultKeys::taskTime), static_cast<double>(clock.nsecsElapsed()) / 1e6);
+    return map;
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "RingMap.h"
+
+#include <vector>
+
+namespace finder {
+
+/// A dark spot with brighter surroundings in the unwrapped ring.
+struct HoleCandidate
+{
+    cv::Point2d point;   ///< image pixels, right to about a third of the hole's radius
+    double contrast = 0; ///< gray levels between surroundings and inside
+    double size = 0;     ///< radius that it was looked for with, pixels
+};
+
+/// Looks for dark spots of a size that are bright almost all round, so that edges, gaps between spokes and the ends of
+/// dark strips do not count. Keeps its buffers; one instance per thread.
+class HoleCandidates
+{
+public:
+    /// Adds the spots of `radius` pixels (of the image) whose centre lies in the radii `ring`, at most `most`,
+    /// strongest first. Spots nearer than a radius to a stronger one are left out.
+    void find(const RingMap& ring, const Range& radii, double radius, int most, std::vector<HoleCandidate>* found);
+
+private:
+    void computeContrast(const cv::Mat& map, double radius);
+
+    cv::Mat m_mean;
+    cv::Mat m_contrast;
+    std::vector<uchar> m_lowest;
+    std::vector<uchar> m_second;
+    std::vector<uchar> m_third;
+};
+
+} // namespace finder

@@ -1,0 +1,140 @@
+#include "HoleModel.h"
+
+#include <array>
+
+namespace finder {
+
+namespace {
+
+struct Field
+{
+    const char* name;
+    double HoleModel::*member;
+    double low;
+    double high;
+    bool zeroMeansUnknown;
+};
+
+constexpr std::array<Field, 7> fields{{
+    {"rim_radius", &HoleModel::rimRadius, 16, 50000, true},
+    {"rim_radius_tol", &HoleModel::rimTolerance, 0.1, 50, false},
+    {"ring_radius", &HoleModel::ringRadius, 8, 50000, true},
+    {"ring_radius_tol", &HoleModel::ringTolerance, 0.1, 50, false},
+    {"hole_radius", &HoleModel::holeRadius, 2, 2000, true},
+    {"hole_radius_tol", &HoleModel::holeTolerance, 1, 60, false},
+    {"score_limit", &HoleModel::scoreLimit, 0, 1, false},
+}};
+
+// Broad limits of the built-in model, a little wider than what it promises so that a wheel at a limit is still inside.
+constexpr Range autoRimOfHeight{0.24, 0.53};
+constexpr Range autoRingOfRim{0.58, 0.97};
+constexpr Range autoHole{5.5, 22};
+
+bool isNumber(const QVariant& value)
+{
+    switch (static_cast<QMetaType::Type>(value.type())) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Float:
+    case QMetaType::Double:
+        return std::isfinite(value.toDouble());
+    default:
+        return false;
+    }
+}
+
+Range around(double value, double percent)
+{
+    return {value * (1 - percent / 100), value * (1 + percent / 100)};
+}
+
+bool applyField(const Field& field, const QVariant& value, HoleModel* model, QString* error)
+{
+    const double number = value.toDouble();
+    const bool unknown = field.zeroMeansUnknown && number == 0;
+    if (!isNumber(value) || (!unknown && (number < field.low || number > field.high))) {
+        *error = QStringLiteral("%1 must be a number from %2 to %3")
+                     .arg(QLatin1String(field.name))
+                     .arg(field.low)
+                     .arg(field.high);
+        return false;
+    }
+    model->*field.member = number;
+    return true;
+}
+
+bool agrees(const HoleModel& model, QString* error)
+{
+    const bool ringOutside = model.rimRadius > 0 && model.ringRadius >= model.rimRadius;
+    if (ringOutside)
+        *error = QStringLiteral("ring_radius must be smaller than rim_radius");
+    const bool holeTooLarge = model.ringRadius > 0 && model.holeRadius >= model.ringRadius / 2;
+    if (holeTooLarge)
+        *error = QStringLiteral("hole_radius must be smaller than half of ring_radius");
+    return !ringOutside && !holeTooLarge;
+}
+
+} // namespace
+
+Range HoleModel::rimRange(double imageHeight) const
+{
+    if (rimRadius > 0)
+        return around(rimRadius, rimTolerance);
+    return {autoRimOfHeight.low * imageHeight, autoRimOfHeight.high * imageHeight};
+}
+
+Range HoleModel::ringRange(double foundRim) const
+{
+    if (ringRadius > 0)
+        return around(ringRadius * scale(foundRim), ringTolerance);
+    return {autoRingOfRim.low * foundRim, autoRingOfRim.high * foundRim};
+}
+
+Range HoleModel::holeRange(double foundRim) const
+{
+    return holeRadius > 0 ? around(holeRadius * scale(foundRim), holeTolerance) : autoHole;
+}
+
+QString autoModelName()
+{
+    return QStringLiteral("auto");
+}
+
+HoleModel autoModel()
+{
+    HoleModel model;
+    model.taught = true;
+    return model;
+}
+
+bool applyParameters(const QVariantMap& parameters, HoleModel* model, QString* error)
+{
+    HoleModel changed = *model;
+    for (const Field& field : fields) {
+        const auto it = parameters.constFind(QLatin1String(field.name));
+        if (it != parameters.constEnd() && !applyField(field, *it, &changed, error))
+            return false;
+    }
+    const QVariant taught = parameters.value(QStringLiteral("taught"), changed.taught);
+    if (static_cast<QMetaType::Type>(taught.type()) != QMetaType::Bool) {
+        *error = QStringLiteral("taught must be true or false");
+        return false;
+    }
+    changed.taught = taught.toBool();
+    if (!agrees(changed, error))
+        return false;
+    *model = changed;
+    return true;
+}
+
+QVariantMap parametersOf(const HoleModel& model)
+{
+    QVariantMap map{{QStringLiteral("taught"), model.taught}};
+    for (const Field& field : fields)
+        map.insert(QLatin1String(field.name), model.*field.member);
+    return map;
+}
+
+} // namespace finder

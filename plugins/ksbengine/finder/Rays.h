@@ -1,0 +1,54 @@
+#pragma once
+
+#include "OutlineFit.h"
+
+#include <vector>
+
+namespace finder {
+
+/// The gray value at a point between pixels, bilinear. The point must satisfy inside().
+inline float grayAt(const cv::Mat& gray, float x, float y)
+{
+    const int column = static_cast<int>(x);
+    const int row = static_cast<int>(y);
+    const float fx = x - static_cast<float>(column);
+    const float fy = y - static_cast<float>(row);
+    const uchar* p = gray.ptr(row) + column;
+    const uchar* q = p + gray.step[0];
+    const float upper = static_cast<float>(p[0]) + fx * static_cast<float>(p[1] - p[0]);
+    const float lower = static_cast<float>(q[0]) + fx * static_cast<float>(q[1] - q[0]);
+    return upper + fy * (lower - upper);
+}
+
+inline bool inside(const cv::Mat& gray, double x, double y)
+{
+    return x >= 0 && y >= 0 && x < gray.cols - 1 && y < gray.rows - 1;
+}
+
+/// Gray values along one ray.
+struct Ray
+{
+    double angle = 0;
+    double start = 0; ///< radius of the first value, pixels
+    double step = 1;  ///< pixels between values
+    std::vector<float> values;
+};
+
+/// Samples a ray of `count` values from `center`; false when a part of it lies outside of the image.
+bool sampleRay(const cv::Mat& gray, const cv::Point2d& center, double angle, double start, double step, int count,
+               Ray* ray);
+
+/// As sampleRay(), each value the mean of `side` * 2 + 1 parallel rays, which calms noise along a smooth edge.
+bool sampleWideRay(const cv::Mat& gray, const cv::Point2d& center, double angle, double start, double step, int count,
+                   int side, Ray* ray);
+
+enum class EdgeKind { BrightOutside, DarkOutside, Either };
+
+/// The strongest edge of a kind on the ray, to a fraction of a step; strength 0 when there is none. `window` is the
+/// half width of the two means whose difference is the slope, in steps.
+EdgePoint strongestEdge(const Ray& ray, EdgeKind kind, int window);
+
+/// Appends every edge of the ray that stands out, of either kind, at most a few.
+void appendEdges(const Ray& ray, int window, std::vector<EdgePoint>* edges);
+
+} // namespace finder
