@@ -120,7 +120,7 @@ bool isWritable(SqlConnection& connection)
 
 void setPragmas(SqlConnection& connection, const OpenRules& rules)
 {
-    const bool full = rules.durability == Durability::PowerLoss;
+    const bool full = rules.durability == Durability::BeforeReturn;
     connection.exec(
         QStringLiteral("PRAGMA synchronous=%1").arg(full ? QStringLiteral("FULL") : QStringLiteral("NORMAL")));
     connection.exec(QStringLiteral("PRAGMA wal_autocheckpoint=%1").arg(rules.autoCheckpoint ? 1000 : 0));

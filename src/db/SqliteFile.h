@@ -8,10 +8,10 @@
 /// The one place that opens SQLite files and sets their pragmas.
 namespace SqliteFile {
 
-/// What a committed row survives. Either way it survives the death of the process.
+/// When a committed row outlives a power failure. It outlives the death of the process either way.
 enum class Durability {
-    PowerLoss,   ///< every commit waits until the disk has it
-    ProcessDeath ///< a power failure may cost the rows since the last checkpoint, never the file
+    BeforeReturn, ///< every commit waits until the disk has it
+    SoonAfter     ///< a WalKeeper flushes the log beside the thread that writes, which then never waits for the disk
 };
 
 /// A table of ours, with the columns that we cannot do without.
@@ -23,9 +23,10 @@ struct OwnTable
 
 struct OpenRules
 {
-    Durability durability = Durability::PowerLoss;
-    int busyMs = 50;            ///< longest wait for another program that writes the file
-    bool autoCheckpoint = true; ///< false: a WalKeeper does it beside the thread that writes
+    Durability durability = Durability::BeforeReturn;
+    int busyMs = 50; ///< longest wait for another program that writes the file
+    /// Commits move the log into the file when it has grown long; without, a WalKeeper does it.
+    bool autoCheckpoint = true;
     /// A file with tables of which none, or none complete, is listed here belongs to another program; an empty list
     /// takes any file.
     QVector<OwnTable> ownTables;

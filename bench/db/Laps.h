@@ -1,0 +1,46 @@
+#pragma once
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <vector>
+
+/// Times single operations, so that a benchmark tells percentiles and not only the mean.
+class Laps
+{
+public:
+    explicit Laps(benchmark::State& state)
+        : m_state(state)
+    {
+    }
+
+    ~Laps()
+    {
+        std::sort(m_seconds.begin(), m_seconds.end());
+        m_state.counters["p50_ms"] = percentile(0.50);
+        m_state.counters["p99_ms"] = percentile(0.99);
+        m_state.counters["max_ms"] = percentile(1.0);
+    }
+
+    template <typename Operation>
+    void time(Operation operation)
+    {
+        const auto start = std::chrono::steady_clock::now();
+        operation();
+        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+        m_state.SetIterationTime(taken.count());
+        m_seconds.push_back(taken.count());
+    }
+
+private:
+    double percentile(double part) const
+    {
+        if (m_seconds.empty())
+            return 0;
+        const auto rank = static_cast<std::size_t>(part * static_cast<double>(m_seconds.size()));
+        return m_seconds[std::min(rank, m_seconds.size() - 1)] * 1e3;
+    }
+
+    benchmark::State& m_state;
+    std::vector<double> m_seconds;
+};

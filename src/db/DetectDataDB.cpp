@@ -1,0 +1,184 @@
+#include "db/DetectDataDB.h"
+
+#include <QSqlRecord>
+
+namespace {
+
+const QString recordTable = QStringLiteral("zdtable");
+const QString rangeTable = QStringLiteral("zdtimetable");
+const QString warningTable = QStringLiteral("warningtable");
+
+const QString shortText = QStringLiteral("VARCHAR(32)");
+const QString number = QStringLiteral("INT(100)");
+const QString dateTime = QStringLiteral("DATETIME(32)");
+
+const SqlValueMap& recordColumns()
+{
+    static const SqlValueMap columns{
+        {QStringLiteral("channel"), number},
+        {QStringLiteral("correlate"), number},
+        {QStringLiteral("detecttime"), shortText},
+        {QStringLiteral("diameter"), number},
+        {QStringLiteral("hight"), number},
+        {QStringLiteral("model"), shortText},
+        {QStringLiteral("pic"), QStringLiteral("BLOB")},
+        {QStringLiteral("time"), dateTime},
+    };
+    return columns;
+}
+
+const SqlValueMap& rangeColumns()
+{
+    static const SqlValueMap columns{{QStringLiteral("endtime"), shortText},
+                                     {QStringLiteral("starttime"), shortText},
+                                     {QStringLiteral("type"), shortText}};
+    return columns;
+}
+
+const SqlValueMap& warningColumns()
+{
+    static const SqlValueMap columns{{QStringLiteral("class"), shortText},
+                                     {QStringLiteral("message"), QStringLiteral("VARCHAR(256)")},
+                                     {QStringLiteral("time"), dateTime}};
+    return columns;
+}
+
+QString rowsOrCount(bool count, const QString& table, const QString& condition)
+{
+    return (count ? QStringLiteral("select count(*) from ") : QStringLiteral("select * from ")) + table + condition;
+}
+
+} // namespace
+
+DetectDataDB::DetectDataDB(const QString& path, const QString& driverType, QObject* parent)
+    : DataBaseSql(path, driverType, parent)
+{
+}
+
+bool DetectDataDB::initialise()
+{
+    if (!open())
+        return false;
+    const QStringList present = tableList();
+    ensureTable(present, recordTable, recordColumns(), true);
+    ensureTable(present, rangeTable, rangeColumns(), false);
+    ensureTable(present, warningTable, warningColumns(), true);
+    return true;
+}
+
+QString DetectDataDB::buildQuery(const QVariantMap& parameters)
+{
+    const auto text = [&parameters](const char* key) { return parameters.value(QLatin1String(key)).toString(); };
+    const bool count = parameters.value(QStringLiteral("Count")).toInt() == 1;
+    const QString between = QStringLiteral(" where time >'%1' and time < '%2'");
+    switch (parameters.value(QStringLiteral("Type"), -1).toInt()) {
+    case 0:
+        return rowsOrCount(count, recordTable, QStringLiteral(" where time ='%1'").arg(text("time1")));
+    case 1:
+        return rowsOrCount(
+            count, recordTable,
+            (between + QStringLiteral(" and model='%3'")).arg(text("time1")).arg(text("time2")).arg(text("name")));
+    case 2:
+    case 4: {
+        const QString condition = between.arg(text("time1")).arg(text("time2"));
+        if (!count && text("CheckType") == QLatin1String("Count"))
+            return QStringLiteral("select %1 from ").arg(QStringLiteral("model")) + recordTable + condition;
+        return rowsOrCount(count, recordTable, condition);
+    }
+    case 3:
+        return rowsOrCount(count, warningTable,
+                           (between + QStringLiteral(" and class = '%3' order by time desc "))
+                               .arg(text("time1"))
+                               .arg(text("time2"))
+                               .arg(parameters.value(QStringLiteral("logType")).toInt()));
+    default:
+        return {};
+    }
+}
+
+bool DetectDataDB::insertRecord(const SqlValueMap& values)
+{
+    return insertRecord(recordTable, values);
+}
+
+bool DetectDataDB::insertRecord(const QString& table, const SqlValueMap& values)
+{
+    const QStringList names = values.keys();
+    QStringList markers;
+    for (const QString& name : names)
+        markers << QLatin1Char(':') + name;
+    QSqlQuery query(connection().database());
+    query.prepare(QStringLiteral("INSERT INTO %1(%2) VALUES(%3)")
+                      .arg(table)
+                      .arg(names.join(QLatin1Char(',')))
+                      .arg(markers.join(QLatin1Char(','))));
+    for (const QString& name : names)
+        query.bindValue(QLatin1Char(':') + name, values.value(name));
+    if (connection().exec(query))
+        committed();
+    return true;
+}
+
+bool DetectDataDB::insertWarning(const QString& message, const QString& warningClass, const QString& time)
+{
+    return insert(warningTable, {{QStringLiteral("message"), message},
+                                 {QStringLiteral("class"), warningClass},
+                                 {QStringLiteral("time"), time}});
+}
+
+bool DetectDataDB::deleteBefore(const QString& time)
+{
+    connection().exec(
+        QStringLiteral("DELETE FROM %1 WHERE %2").arg(recordTable).arg(QStringLiteral("time <'%1'").arg(time)));
+    return true;
+}
+
+bool DetectDataDB::clearAll()
+{
+    const QString sql = QStringLiteral("delete from %1 ");
+    connection().exec(sql.arg(recordTable));
+    connection().exec(sql.arg(warningTable));
+    return true;
+}
+
+bool DetectDataDB::trimWarnings(const QString& warningClass, int keep)
+{
+    const QString count =
+        QStringLiteral("select count(uid) from %1 where class = '%3'").arg(warningTable).arg(warningClass);
+    const QString condition = QStringLiteral("uid in(select uid from %1 where class = '%2' order by time desc "
+                                             "limit(select count(uid) from %3 where class = '%4') offset %5)")
+                                  .arg(warningTable)
+                                  .arg(warningClass)
+                                  .arg(warningTable)
+                                  .arg(warningClass)
+                                  .arg(keep);
+    connection().exec(
+        QStringLiteral("delete from %1 where (%2)>%3 and %4").arg(warningTable).arg(count).arg(keep).arg(condition));
+    return true;
+}
+
+bool DetectDataDB::readTimeRanges(QMap<QString, TimeRange>* ranges)
+{
+    QSqlQuery query = connection().exec(QStringLiteral("select * from ") + rangeTable);
+    while (query.next()) {
+        const QSqlRecord row = query.record();
+        const QString type = row.value(QStringLiteral("type")).toString();
+        ranges->insert(type,
+                       {row.value(QStringLiteral("uid")).toInt(), type, row.value(QStringLiteral("starttime")).toTime(),
+                        row.value(QStringLiteral("endtime")).toTime()});
+    }
+    return succeeded();
+}
+
+bool DetectDataDB::deleteTimeRange(const QString& type)
+{
+    connection().exec(SqlBuilder::deleteSql(rangeTable, QStringLiteral("type = '%1'").arg(type)));
+    return succeeded();
+}
+
+bool DetectDataDB::saveTimeRange(const QString& type, const QString& start, const QString& end)
+{
+    return insert(
+        rangeTable,
+        {{QStringLiteral("type"), type}, {QStringLiteral("starttime"), start}, {QStringLiteral("endtime"), end}});
+}

@@ -1,0 +1,63 @@
+#include "db/StationDB.h"
+
+namespace {
+
+const QString resultTable = QStringLiteral("RltTable");
+
+const SqlValueMap& resultColumns()
+{
+    static const QString number = QStringLiteral("INT(100)");
+    static const QString text = QStringLiteral("VARCHAR(32)");
+    static const SqlValueMap columns{
+        {QStringLiteral("dAngle"), number},
+        {QStringLiteral("errorType"), number},
+        {QStringLiteral("matchScore"), number},
+        {QStringLiteral("resultTip"), text},
+        {QStringLiteral("stationName"), text},
+        {QStringLiteral("threshBenchMark"), text},
+        {QStringLiteral("time"), QStringLiteral("DATETIME(32)")},
+        {QStringLiteral("value1"), text},
+        {QStringLiteral("value2"), text},
+        {QStringLiteral("value3"), text},
+    };
+    return columns;
+}
+
+} // namespace
+
+StationDB::StationDB(const QString& path, const QString& driverType, QObject* parent)
+    : DataBaseSql(path, driverType, parent)
+{
+}
+
+bool StationDB::initialise()
+{
+    if (!open())
+        return false;
+    ensureTable(tableList(), resultTable, resultColumns(), true);
+    return true;
+}
+
+bool StationDB::insertResult(const StationResult& result)
+{
+    return insertResult(result, QDateTime::currentDateTime());
+}
+
+bool StationDB::insertResult(const StationResult& result, const QDateTime& time)
+{
+    return insert(resultTable, {{QStringLiteral("dAngle"), result.angle},
+                                {QStringLiteral("errorType"), result.errorType},
+                                {QStringLiteral("matchScore"), result.matchScore},
+                                {QStringLiteral("resultTip"), result.resultTip},
+                                {QStringLiteral("stationName"), result.stationName},
+                                {QStringLiteral("threshBenchMark"), result.threshBenchMark},
+                                {QStringLiteral("time"), timeText(time)},
+                                {QStringLiteral("value1"), result.value1},
+                                {QStringLiteral("value2"), result.value2},
+                                {QStringLiteral("value3"), result.value3}});
+}
+
+QString StationDB::timeText(const QDateTime& time)
+{
+    return time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss zzz"));
+}
