@@ -51,7 +51,7 @@ bool enterHome(const QString& home)
 
 int runProgram(const QString& screenshot)
 {
-    QLibrary library(QCoreApplication::applicationDirPath() + QStringLiteral("/valvecell"));
+    QLibrary library(QCoreApplication::applicationDirPath() + QStringLiteral("/" VALVECELL_LIBRARY));
     const auto create = reinterpret_cast<MainWidgetCreateFunction>(library.resolve("MainWidget_Create"));
     const auto destroy = reinterpret_cast<MainWidgetDeleteFunction>(library.resolve("MainWidget_Delete"));
     if (!create || !destroy) {
