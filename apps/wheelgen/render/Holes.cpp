@@ -1,31 +1,11 @@
 #include "Holes.h"
 
+#include "Paint.h"
 #include "Random.h"
-
-#include <algorithm>
-#include <cmath>
 
 namespace wheel {
 
 namespace {
-
-float coverage(double distance)
-{
-    return static_cast<float>(std::clamp(0.5 + distance, 0.0, 1.0));
-}
-
-float mix(float a, float b, float part)
-{
-    return a + (b - a) * part;
-}
-
-cv::Rect around(const cv::Mat& image, cv::Point2d center, double radius)
-{
-    const int reach = static_cast<int>(std::ceil(radius)) + 3;
-    const cv::Rect box(static_cast<int>(center.x) - reach, static_cast<int>(center.y) - reach, 2 * reach + 1,
-                       2 * reach + 1);
-    return box & cv::Rect(0, 0, image.cols, image.rows);
-}
 
 /// Distance to an ellipse's edge, positive inside: first order, exact for a circle.
 class Ellipse
@@ -52,23 +32,15 @@ private:
     double m_minor, m_major, m_cos, m_sin;
 };
 
-cv::Point2d direction(double degrees)
-{
-    return {std::cos(degrees * CV_PI / 180), -std::sin(degrees * CV_PI / 180)};
-}
-
 /// A disc lying on the surface, shaded from one side to the other like a low dome.
 void paintDome(cv::Mat& image, cv::Point2d center, double radius, double gray, double relief, const LightSpec& light)
 {
     const cv::Point2d toLight = direction(light.azimuth);
-    const cv::Rect box = around(image, center, radius);
-    for (int y = box.y; y < box.br().y; ++y)
-        for (int x = box.x; x < box.br().x; ++x) {
-            const double dx = x - center.x, dy = y - center.y, r = std::hypot(dx, dy);
-            const double lit = r > 1e-6 ? (dx * toLight.x + dy * toLight.y) / r * std::min(1.0, r / radius) : 0;
-            float& pixel = image.at<float>(y, x);
-            pixel = mix(pixel, static_cast<float>(gray * (1 + relief * lit)), coverage(radius - r));
-        }
+    paintAround(image, center, radius, [&](float& pixel, double dx, double dy) {
+        const double r = std::hypot(dx, dy);
+        const double lit = r > 1e-6 ? (dx * toLight.x + dy * toLight.y) / r * std::min(1.0, r / radius) : 0;
+        pixel = mix(pixel, static_cast<float>(gray * (1 + relief * lit)), coverage(radius - r));
+    });
 }
 
 void paintValve(cv::Mat& image, const WheelSpec& spec, cv::Point2d center)
@@ -127,12 +99,12 @@ void paintDrains(cv::Mat& image, const WheelSpec& spec)
     }
 }
 
-void paintValveHole(cv::Mat& image, const WheelSpec& spec)
+void paintValveHole(cv::Mat& image, const WheelSpec& spec, double angle)
 {
     const HoleSpec& hole = spec.hole;
-    const cv::Point2d out = direction(hole.angle + hole.axisTurn);
+    const cv::Point2d out = direction(angle + hole.axisTurn);
     Pit pit;
-    pit.center = holeCenter(spec);
+    pit.center = spec.hub + hole.ringRadius * direction(angle);
     pit.major = hole.radius;
     pit.minor = hole.radius * hole.axisRatio;
     pit.minorDirection = std::atan2(out.y, out.x);
@@ -152,22 +124,18 @@ void paintPit(cv::Mat& image, const Pit& pit, const LightSpec& light)
 {
     const Ellipse edge(pit.major, pit.minor, pit.minorDirection);
     const cv::Point2d toLight = direction(light.azimuth);
-    const cv::Rect box = around(image, pit.center, pit.major + pit.chamfer);
-    for (int y = box.y; y < box.br().y; ++y)
-        for (int x = box.x; x < box.br().x; ++x) {
-            const double dx = x - pit.center.x, dy = y - pit.center.y;
-            const double inside = edge.at(dx, dy);
-            float& pixel = image.at<float>(y, x);
-            const double r = std::max(std::hypot(dx, dy), 1e-6);
-            const double facing = -(dx * toLight.x + dy * toLight.y) / r; // 1: faces the light
-            if (pit.chamfer > 0) {
-                const auto slope = static_cast<float>(pixel * (1 + pit.shine * (0.35 + 0.9 * facing)));
-                pixel = mix(pixel, slope, coverage(inside + pit.chamfer));
-            }
-            const auto wall = static_cast<float>(light.exposure * pit.wallGray * (0.55 + 0.45 * facing));
-            const float through = coverage(edge.at(dx - pit.wall.x, dy - pit.wall.y));
-            pixel = mix(pixel, mix(wall, static_cast<float>(pit.deep), through), coverage(inside));
+    paintAround(image, pit.center, pit.major + pit.chamfer, [&](float& pixel, double dx, double dy) {
+        const double inside = edge.at(dx, dy);
+        const double r = std::max(std::hypot(dx, dy), 1e-6);
+        const double facing = -(dx * toLight.x + dy * toLight.y) / r; // 1: faces the light
+        if (pit.chamfer > 0) {
+            const auto slope = static_cast<float>(pixel * (1 + pit.shine * (0.35 + 0.9 * facing)));
+            pixel = mix(pixel, slope, coverage(inside + pit.chamfer));
         }
+        const auto wall = static_cast<float>(pit.wallGray * (0.55 + 0.45 * facing));
+        const float through = coverage(edge.at(dx - pit.wall.x, dy - pit.wall.y));
+        pixel = mix(pixel, mix(wall, static_cast<float>(pit.deep), through), coverage(inside));
+    });
 }
 
 cv::Point2d holeCenter(const WheelSpec& spec)
@@ -180,7 +148,9 @@ void paintHoles(cv::Mat& image, const WheelSpec& spec)
     paintHub(image, spec);
     paintDrains(image, spec);
     if (spec.hole.present)
-        paintValveHole(image, spec);
+        paintValveHole(image, spec, spec.hole.angle);
+    if (spec.hole.present && spec.hole.twin != 0)
+        paintValveHole(image, spec, spec.hole.angle + spec.hole.twin);
 }
 
 } // namespace wheel

@@ -33,7 +33,9 @@ Outline::Outline(const WheelSpec& spec, double scale)
     m_fillet = static_cast<float>(std::max(0.002, m_face.fillet) * s);
     m_hubHalf = static_cast<float>(m_face.spokeHub * s);
     m_rimHalf = static_cast<float>(m_face.spokeRim * s);
-    m_gap = static_cast<float>(m_face.pairGap * s);
+    m_gapHub = static_cast<float>(m_face.pairGap * s);
+    m_gapRim = static_cast<float>(m_face.pairGapRim * s);
+    m_bend = static_cast<float>(m_face.twist * CV_PI / 180) / std::max(1.0f, m_outer - m_inner);
     m_turn = static_cast<float>(-spec.turn * CV_PI / 180);
     m_period = 2 * kPi / static_cast<float>(std::max(1, m_face.count));
     for (int i = 0; i <= m_face.count; ++i) {
@@ -79,24 +81,27 @@ EdgeDistance Outline::spokes(const Folded& p, float x, float y, float radius) co
     if (m_face.pattern == Pattern::Spokes)
         return blend(ring, fromSector(p, p.v - half, 0, 1));
     // A pair: the mirrored coordinate shows one spoke; its two flanks border two different windows.
-    const float across = p.v - m_gap;
+    const float across = p.v - (m_gapHub + (m_gapRim - m_gapHub) * t);
     return blend(ring, fromSector(p, std::fabs(across) - half, 0, across < 0 ? -1.0f : 1.0f));
+}
+
+EdgeDistance Outline::bar(const Folded& p, float u0, float v0, float u1, float v1) const
+{
+    const float du = u1 - u0, dv = v1 - v0;
+    const float t = std::clamp(((p.u - u0) * du + (p.v - v0) * dv) / (du * du + dv * dv), 0.0f, 1.0f);
+    const float ou = p.u - u0 - t * du, ov = p.v - v0 - t * dv;
+    const float length = std::max(std::sqrt(ou * ou + ov * ov), 1e-6f);
+    return fromSector(p, length - (m_hubHalf + (m_rimHalf - m_hubHalf) * t), ou / length, ov / length);
 }
 
 EdgeDistance Outline::meshBars(const Folded& p, float x, float y, float radius) const
 {
     // One zigzag in the mirrored sector, from the hub's middle line to the sector's border and back, is a lattice.
-    const float middle = 0.5f * (m_inner + m_outer);
+    const float middle = 0.55f * m_inner + 0.45f * m_outer;
     const float bu = middle * std::cos(m_period / 2), bv = middle * std::sin(m_period / 2);
-    EdgeDistance result = annulus(x, y, radius);
-    for (const float endU : {m_inner * 0.95f, m_outer * 1.04f}) {
-        const float lu = bu - endU, lv = bv;
-        const float length = std::sqrt(lu * lu + lv * lv);
-        const float across = ((p.u - endU) * lv - p.v * lu) / length;
-        const float side = across < 0 ? -1.0f : 1.0f;
-        result = blend(result, fromSector(p, std::fabs(across) - m_hubHalf, side * lv / length, -side * lu / length));
-    }
-    return result;
+    const EdgeDistance bars =
+        blend(bar(p, m_inner * 0.95f, 0, bu, bv), bar(p, bu, bv, m_outer * 1.02f, 0.12f * m_outer * m_period));
+    return blend(annulus(x, y, radius), bars);
 }
 
 EdgeDistance Outline::slot(const Folded& p) const
@@ -114,7 +119,7 @@ EdgeDistance Outline::slot(const Folded& p) const
     return fromSector(p, corner - inside, qu > qv ? -side : 0.0f, qu > qv ? 0.0f : -1.0f);
 }
 
-EdgeDistance Outline::at(float x, float y, float radius) const
+EdgeDistance Outline::straight(float x, float y, float radius) const
 {
     const Folded p = fold(x, y);
     switch (m_face.pattern) {
@@ -130,6 +135,16 @@ EdgeDistance Outline::at(float x, float y, float radius) const
         break;
     }
     return {-1e6f, 0, 0};
+}
+
+EdgeDistance Outline::at(float x, float y, float radius) const
+{
+    if (m_bend == 0)
+        return straight(x, y, radius);
+    // Bent spokes are straight ones in a plane that turns with the radius.
+    const float a = m_bend * (radius - m_inner), c = std::cos(a), s = std::sin(a);
+    const EdgeDistance e = straight(x * c - y * s, x * s + y * c, radius);
+    return {e.distance, e.dx * c + e.dy * s, e.dy * c - e.dx * s};
 }
 
 } // namespace wheel

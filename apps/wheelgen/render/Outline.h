@@ -36,15 +36,17 @@ private:
     };
 
     Folded fold(float x, float y) const;
+    EdgeDistance straight(float x, float y, float radius) const;
     EdgeDistance spokes(const Folded& p, float x, float y, float radius) const;
     EdgeDistance meshBars(const Folded& p, float x, float y, float radius) const;
+    EdgeDistance bar(const Folded& p, float u0, float v0, float u1, float v1) const;
     EdgeDistance slot(const Folded& p) const;
     EdgeDistance annulus(float x, float y, float radius) const;
     EdgeDistance blend(EdgeDistance a, EdgeDistance b) const;
     EdgeDistance fromSector(const Folded& p, float distance, float du, float dv) const;
 
     FaceSpec m_face;
-    float m_inner, m_outer, m_fillet, m_hubHalf, m_rimHalf, m_gap;
+    float m_inner, m_outer, m_fillet, m_hubHalf, m_rimHalf, m_gapHub, m_gapRim, m_bend;
     float m_turn, m_period;
     std::vector<float> m_cos, m_sin;
 };

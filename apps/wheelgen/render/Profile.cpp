@@ -35,7 +35,7 @@ std::vector<Node> crossSection(const FaceSpec& f)
             {f.lipInner + 0.008, ledgeEnd + 0.035, f.albedo * 0.95},
             {0.965, ledgeEnd + 0.044, f.albedo * 1.1},
             {0.988, ledgeEnd + 0.040, f.albedo * 1.1},
-            {1.0, ledgeEnd + 0.020, f.albedo}};
+            {1.0, ledgeEnd + 0.028, f.albedo}};
 }
 
 std::vector<float> smoothed(const std::vector<float>& values, int half)

@@ -1,6 +1,7 @@
 #include "SpecDraw.h"
 
 #include "Random.h"
+#include "WheelFace.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,94 +10,157 @@ namespace wheel {
 
 namespace {
 
-void drawPlace(WheelSpec& spec, Difficulty difficulty, Random& random)
+/// Draws the parts of one wheel in a fixed order, so that each keeps its random numbers when a later part changes.
+class Draw
 {
-    const double height = spec.size.height;
-    const bool varied = difficulty == Difficulty::Varied;
-    const double scale = varied ? random.range(0.90, 1.10) : random.range(0.98, 1.02);
-    spec.rimRadius = varied ? std::clamp(random.range(0.26, 0.47) * height * scale, 0.25 * height, 0.49 * height)
-                            : nominalRimRadius(spec.size) * scale;
-    const double limit = (varied ? 0.08 : 0.015) * height;
-    const double roomX = std::max(0.0, std::min(limit, spec.size.width / 2.0 - spec.rimRadius - 4));
-    const double roomY = std::max(0.0, std::min(limit, height / 2.0 - spec.rimRadius - 4));
-    spec.hub = {(spec.size.width - 1) / 2.0 + random.range(-roomX, roomX),
-                (height - 1) / 2.0 + random.range(-roomY, roomY)};
-    spec.turn = random.range(0, 360);
-}
+public:
+    Draw(const Design& design, Difficulty difficulty, cv::Size size, std::uint64_t seed, bool withHole)
+        : m_random(seed, 1)
+        , m_varied(difficulty == Difficulty::Varied)
+        , m_easy(difficulty == Difficulty::Easy)
+    {
+        m_spec.size = size;
+        m_spec.design = design.key;
+        m_spec.face = design.face;
+        m_spec.seed = seed;
+        m_spec.hole.present = withHole;
+    }
 
-void drawFace(WheelSpec& spec, Difficulty difficulty, Random& random)
-{
-    if (difficulty != Difficulty::Varied)
-        return;
-    FaceSpec& face = spec.face;
-    for (double* value : {&face.spokeHub, &face.spokeRim, &face.pairGap, &face.fillet, &face.edge, &face.boltRadius})
-        *value *= random.range(0.8, 1.2);
-    face.dish += random.range(-0.05, 0.05);
-    face.ledgeSlope = random.range(0.02, 0.25);
-    face.machined = random.range(0, 1);
-    face.albedo = random.range(0.4, 0.85);
-    face.ring += random.range(-0.012, 0.012);
-    face.bolts = random.integer(4, 6);
-}
+    WheelSpec wheel()
+    {
+        place();
+        face();
+        hole();
+        light();
+        scene();
+        blemishes();
+        optics();
+        return m_spec;
+    }
 
-void drawHole(WheelSpec& spec, Difficulty difficulty, bool withHole, Random& random)
-{
-    const bool varied = difficulty == Difficulty::Varied, easy = difficulty == Difficulty::Easy;
-    const double zoom = spec.size.height / 2048.0;
-    HoleSpec& hole = spec.hole;
-    hole.present = withHole;
-    hole.angle = random.range(0, 360);
-    hole.ringRadius = spec.face.ring * spec.rimRadius;
-    hole.radius = varied ? random.range(6, 20) * zoom : spec.face.hole * spec.rimRadius;
-    hole.axisRatio = easy ? 1 : varied ? random.range(0.75, 1) : random.range(0.9, 1);
-    hole.axisTurn = varied ? random.range(-15, 15) : 0;
-    hole.chamfer = random.range(0, 0.25) * hole.radius;
-    hole.chamferShine = random.range(0.1, varied ? 0.9 : 0.5);
-    const double wall = random.range(0, easy ? 0.05 : varied ? 0.5 : 0.25) * hole.radius;
-    const double toward = (hole.angle + 180 + random.range(-30, 30)) * CV_PI / 180;
-    hole.wall = {wall * std::cos(toward), -wall * std::sin(toward)};
-    hole.depthGray = random.range(6, 28);
-    if (varied && random.chance(0.2))
-        hole.valve = random.chance(0.7) ? Valve::Rubber : Valve::Metal;
-}
+private:
+    double range(double low, double high) { return m_random.range(low, high); }
+    /// As range(), reaching further on a varied wheel.
+    double wide(double low, double high, double highVaried) { return range(low, m_varied ? highVaried : high); }
 
-void drawLight(WheelSpec& spec, Difficulty difficulty, Random& random)
-{
-    const bool varied = difficulty == Difficulty::Varied;
-    LightSpec& light = spec.light;
-    light.azimuth = random.range(0, 360);
-    light.ambient = random.range(0.40, 0.55);
-    light.diffuse = random.range(0.35, 0.60);
-    light.specular = random.range(0.05, varied ? 0.35 : 0.15);
-    light.gradient = random.range(0, varied ? 0.45 : 0.15);
-    light.gradientAzimuth = random.range(0, 360);
-    light.vignette = random.range(0, varied ? 0.3 : 0.1);
-}
+    void place()
+    {
+        const double height = m_spec.size.height, half = 0.5 * std::min(m_spec.size.width, m_spec.size.height);
+        m_spec.scale = m_varied ? range(0.90, 1.10) : range(0.98, 1.02);
+        const double radius = m_varied
+                                  ? std::clamp(range(0.27, 0.46) * height * m_spec.scale, 0.25 * height, 0.49 * height)
+                                  : nominalRimRadius(m_spec.size) * m_spec.scale;
+        m_spec.rimRadius = std::min(radius, half - kMargin);
+        const double limit = (m_varied ? 0.08 : 0.015) * height;
+        const auto off = [&](double length) {
+            const double room = std::clamp(length / 2 - m_spec.rimRadius - kMargin, 0.0, limit);
+            return (length - 1) / 2 + range(-room, room);
+        };
+        m_spec.hub.x = off(m_spec.size.width);
+        m_spec.hub.y = off(height);
+        m_spec.turn = range(0, 360);
+    }
 
-void drawScene(WheelSpec& spec, Difficulty difficulty, Random& random)
-{
-    const bool varied = difficulty == Difficulty::Varied;
-    SceneSpec& scene = spec.scene;
-    scene.background = random.range(25, varied ? 90 : 55);
-    scene.backgroundTexture = random.range(1, 7);
-    scene.rollers = random.chance(0.5) ? random.integer(6, 14) : 0;
-    scene.shadow = random.range(0, 0.7);
-    scene.floor = random.range(12, 45);
-    scene.perspective = random.range(0.015, 0.05);
-    scene.drains = varied && random.chance(0.3) ? random.integer(2, 5) : 0;
-    scene.grain = random.range(0.01, varied ? 0.06 : 0.03);
-}
+    void face()
+    {
+        if (!m_varied)
+            return;
+        FaceSpec& face = m_spec.face;
+        for (double* value : {&face.spokeHub, &face.spokeRim, &face.pairGap, &face.pairGapRim, &face.fillet, &face.edge,
+                              &face.boltRadius, &face.boltSeat})
+            *value *= range(0.8, 1.2);
+        if (face.pattern == Pattern::Spokes)
+            face.twist = m_random.chance(0.3) ? range(-35, 35) : 0;
+        face.dish += range(-0.06, 0.06);
+        face.hubHeight += range(-0.03, 0.03);
+        face.ledgeSlope = range(-0.12, 0.28);
+        face.machined = range(0, 1);
+        face.albedo = range(0.4, 0.85);
+        face.ring += range(-0.012, 0.012);
+        if (face.bolts < 7)
+            face.bolts = m_random.integer(4, 6);
+    }
 
-void drawOptics(WheelSpec& spec, Difficulty difficulty, Random& random)
-{
-    const bool varied = difficulty == Difficulty::Varied, easy = difficulty == Difficulty::Easy;
-    OpticsSpec& optics = spec.optics;
-    optics.blur = varied ? random.range(0.4, 2.2) : random.range(0.5, 0.9);
-    optics.motion = varied && random.chance(0.25) ? random.range(0.05, 0.4) : 0;
-    optics.noise = easy ? 1 : varied ? 15 * random.unit() * random.unit() + 0.5 : random.range(1.5, 4);
-    optics.contrast = varied && random.chance(0.2) ? random.range(0.45, 0.8) : 1;
-    optics.pedestal = (1 - optics.contrast) * random.range(0, 120);
-}
+    void hole()
+    {
+        const double zoom = m_spec.size.height / 2048.0;
+        HoleSpec& hole = m_spec.hole;
+        hole.angle = range(0, 360);
+        hole.ringRadius = m_spec.face.ring * m_spec.rimRadius;
+        hole.radius = m_varied ? range(std::clamp(6 * zoom, 6.0, 14.0), std::clamp(20 * zoom, 8.0, 20.0))
+                               : m_spec.face.hole * m_spec.rimRadius;
+        hole.axisRatio = m_easy ? 1 : range(m_varied ? 0.75 : 0.9, 1);
+        hole.axisTurn = m_varied ? range(-15, 15) : 0;
+        hole.chamfer = wide(0, 0.2, 0.35) * hole.radius;
+        hole.chamferShine = wide(0.1, 0.5, 0.9);
+        const double wall = range(0, m_easy ? 0.05 : m_varied ? 0.5 : 0.25) * hole.radius;
+        const double toward = (hole.angle + 180 + range(-35, 35)) * CV_PI / 180;
+        hole.wall = {wall * std::cos(toward), -wall * std::sin(toward)};
+        hole.depthGray = range(6, 28);
+        if (m_varied && m_random.chance(0.2))
+            hole.valve = m_random.chance(0.7) ? Valve::Rubber : Valve::Metal;
+    }
+
+    void light()
+    {
+        LightSpec& light = m_spec.light;
+        light.azimuth = range(0, 360);
+        light.ambient = range(0.30, 0.50);
+        light.diffuse = range(0.40, 0.75);
+        light.specular = wide(0.05, 0.30, 0.60);
+        light.gradient = wide(0, 0.15, 0.45);
+        light.gradientAzimuth = range(0, 360);
+        light.vignette = wide(0, 0.1, 0.3);
+        // As a fitter sets the exposure: by the part that matters.
+        light.exposure = (m_varied ? range(85, 190) : range(115, 165)) / ledgeGray(m_spec);
+    }
+
+    void scene()
+    {
+        SceneSpec& scene = m_spec.scene;
+        const double exposure = m_spec.light.exposure;
+        const bool lightTable = m_varied && m_random.chance(0.10);
+        scene.background = (lightTable ? range(150, 235) : wide(22, 50, 85)) / exposure;
+        scene.floor = (lightTable ? range(80, 220) : wide(10, 30, 50)) / exposure;
+        scene.backgroundTexture = range(1, 6);
+        scene.rollers = m_random.chance(0.4) ? m_random.integer(6, 14) : 0;
+        scene.shadow = lightTable ? 0 : range(0, 0.7);
+        scene.perspective = range(0.015, 0.05);
+        scene.grain = wide(0.01, 0.03, 0.06);
+    }
+
+    void blemishes()
+    {
+        SceneSpec& scene = m_spec.scene;
+        if (m_easy)
+            return;
+        scene.letterings = m_random.integer(0, m_varied ? 3 : 1);
+        scene.dirt = m_random.integer(0, m_varied ? 25 : 5);
+        scene.scratches = m_random.integer(0, m_varied ? 15 : 4);
+        scene.drains = m_varied && m_random.chance(0.3) ? m_random.integer(2, 5) : 0;
+        m_spec.light.glares = m_varied ? m_random.integer(0, 4) : m_random.integer(0, 1);
+    }
+
+    void optics()
+    {
+        OpticsSpec& optics = m_spec.optics;
+        optics.blur = wide(0.5, 0.9, 2.2);
+        optics.motion = m_varied && m_random.chance(0.2) ? range(0.05, 0.4) : 0;
+        optics.noise = m_easy ? 1 : m_varied ? 0.5 + 14.5 * std::pow(m_random.unit(), 1.5) : range(1.5, 4);
+        optics.contrast = m_varied && m_random.chance(0.2) ? range(0.4, 0.8) : 1;
+        optics.pedestal = (1 - optics.contrast) * range(0, 150);
+        // No camera sees more: below this the hole drowns in the noise even for a person.
+        const double step = optics.contrast * m_spec.light.exposure * (ledgeGray(m_spec) - m_spec.hole.depthGray);
+        optics.noise = std::min(optics.noise, 0.7 * step * (1 - m_spec.light.gradient) / 2.5);
+    }
+
+    static constexpr double kMargin = 4; ///< pixels between rim and image border
+
+    Random m_random;
+    bool m_varied;
+    bool m_easy;
+    WheelSpec m_spec;
+};
 
 } // namespace
 
@@ -113,21 +177,14 @@ double nominalRimRadius(cv::Size size)
     return 0.40 * size.height;
 }
 
+Nominal nominalOf(const WheelSpec& spec)
+{
+    return {spec.rimRadius / spec.scale, spec.hole.ringRadius / spec.scale, spec.hole.radius / spec.scale};
+}
+
 WheelSpec drawWheel(const Design& design, Difficulty difficulty, cv::Size size, std::uint64_t seed, bool withHole)
 {
-    Random random(seed, 1);
-    WheelSpec spec;
-    spec.size = size;
-    spec.design = design.key;
-    spec.face = design.face;
-    spec.seed = seed;
-    drawPlace(spec, difficulty, random);
-    drawFace(spec, difficulty, random);
-    drawHole(spec, difficulty, withHole, random);
-    drawLight(spec, difficulty, random);
-    drawScene(spec, difficulty, random);
-    drawOptics(spec, difficulty, random);
-    return spec;
+    return Draw(design, difficulty, size, seed, withHole).wheel();
 }
 
 } // namespace wheel

@@ -18,4 +18,15 @@ WheelSpec drawWheel(const Design& design, Difficulty difficulty, cv::Size size, 
 /// The rim radius that a wheel of the demo has on average, in pixels.
 double nominalRimRadius(cv::Size size);
 
+/// Numbers that a model of this wheel's kind is taught with, in pixels. Wheels of difficulty "varied" differ from them
+/// by up to `scale`.
+struct Nominal
+{
+    double rimRadius;
+    double ringRadius;
+    double holeRadius;
+};
+
+Nominal nominalOf(const WheelSpec& spec);
+
 } // namespace wheel

@@ -38,7 +38,8 @@ FaceSpec sixSpokes()
 
 FaceSpec sevenSpokes()
 {
-    FaceSpec face = spokes(7, 0.060, 0.050, 0.28);
+    FaceSpec face = spokes(7, 0.060, 0.058, 0.28);
+    face.twist = 28;
     face.windowOuter = 0.77;
     face.ledgeInner = 0.81;
     face.ring = 0.876;
@@ -68,7 +69,8 @@ FaceSpec twinSpokes()
 {
     FaceSpec face = spokes(5, 0.034, 0.030, 0.26);
     face.pattern = Pattern::TwinSpokes;
-    face.pairGap = 0.085;
+    face.pairGap = 0.055;
+    face.pairGapRim = 0.115;
     face.fillet = 0.03;
     face.edge = 0.014;
     face.ring = 0.862;

@@ -1,11 +1,9 @@
 #include "WheelFace.h"
 
 #include "Outline.h"
+#include "Paint.h"
 #include "Profile.h"
 #include "Texture.h"
-
-#include <algorithm>
-#include <cmath>
 
 namespace wheel {
 
@@ -14,6 +12,39 @@ namespace {
 float coverage(float distance)
 {
     return std::clamp(0.5f + distance, 0.0f, 1.0f);
+}
+
+constexpr double kLampHeight = 0.8; ///< of the main light above the wheel's plane, against its distance aside
+
+float sixteenth(float x)
+{
+    x *= x, x *= x, x *= x;
+    return x * x;
+}
+
+struct Vector
+{
+    float x, y, z;
+
+    Vector(double vx, double vy, double vz)
+    {
+        const double length = std::sqrt(vx * vx + vy * vy + vz * vz);
+        x = static_cast<float>(vx / length);
+        y = static_cast<float>(vy / length);
+        z = static_cast<float>(vz / length);
+    }
+};
+
+Vector toLamp(const LightSpec& light)
+{
+    const cv::Point2d aside = direction(light.azimuth);
+    return {aside.x, aside.y, kLampHeight};
+}
+
+/// Half way between the direction to the lamp and that to the camera: a surface facing there mirrors the lamp.
+Vector toMirror(const Vector& lamp)
+{
+    return {static_cast<double>(lamp.x), static_cast<double>(lamp.y), static_cast<double>(lamp.z) + 1};
 }
 
 class FacePainter
@@ -25,16 +56,9 @@ public:
         , m_front(spec, 1.0)
         , m_back(spec, 1.0 - spec.scene.perspective)
         , m_texture(spec.seed)
+        , m_lamp(toLamp(spec.light))
+        , m_mirror(toMirror(m_lamp))
     {
-        const double azimuth = spec.light.azimuth * CV_PI / 180, height = 0.8;
-        const double length = std::hypot(1.0, height);
-        m_lx = static_cast<float>(std::cos(azimuth) / length);
-        m_ly = static_cast<float>(-std::sin(azimuth) / length);
-        m_lz = static_cast<float>(height / length);
-        const double half = std::sqrt(m_lx * m_lx + m_ly * m_ly + (m_lz + 1) * (m_lz + 1));
-        m_hx = static_cast<float>(m_lx / half);
-        m_hy = static_cast<float>(m_ly / half);
-        m_hz = static_cast<float>((m_lz + 1) / half);
         const double r = spec.rimRadius;
         m_rim = static_cast<float>(r);
         m_edge = static_cast<float>(std::max(1.0, spec.face.edge * r));
@@ -104,9 +128,8 @@ private:
         const LightSpec& light = m_spec.light;
         const float invert = 1 / std::sqrt(1 + slopeX * slopeX + slopeY * slopeY);
         const float nx = -slopeX * invert, ny = -slopeY * invert;
-        const float diffuse = std::max(0.0f, nx * m_lx + ny * m_ly + invert * m_lz);
-        float shine = std::max(0.0f, nx * m_hx + ny * m_hy + invert * m_hz);
-        shine *= shine, shine *= shine, shine *= shine, shine *= shine;
+        const float diffuse = std::max(0.0f, nx * m_lamp.x + ny * m_lamp.y + invert * m_lamp.z);
+        const float shine = sixteenth(std::max(0.0f, nx * m_mirror.x + ny * m_mirror.y + invert * m_mirror.z));
         const float grain = 1 + static_cast<float>(m_spec.scene.grain) * m_texture.at(x, y);
         const float lit =
             static_cast<float>(light.ambient) * (0.6f + 0.4f * invert) + static_cast<float>(light.diffuse) * diffuse;
@@ -122,7 +145,7 @@ private:
         const float through = coverage(m_back.at(dx, dy, radius).distance);
         if (through >= 1)
             return floor;
-        const float facing = 0.5f + 0.5f * (edge.dx * m_lx + edge.dy * m_ly);
+        const float facing = 0.5f + 0.5f * (edge.dx * m_lamp.x + edge.dy * m_lamp.y);
         const float wall = 255 * m_profile.at(radius).albedo * (0.12f + 0.42f * facing * facing);
         return wall + through * (floor - wall);
     }
@@ -132,8 +155,8 @@ private:
     Outline m_front;
     Outline m_back;
     Texture m_texture;
-    float m_lx = 0, m_ly = 0, m_lz = 1; ///< direction to the light
-    float m_hx = 0, m_hy = 0, m_hz = 1; ///< half way between the light and the camera
+    Vector m_lamp;
+    Vector m_mirror;
     float m_rim = 0, m_edge = 0, m_windowFrom = 0, m_windowTo = 0;
 };
 
@@ -142,6 +165,14 @@ private:
 cv::Mat renderFace(const WheelSpec& spec)
 {
     return FacePainter(spec).paint();
+}
+
+double ledgeGray(const WheelSpec& spec)
+{
+    const Vector lamp = toLamp(spec.light);
+    const double lit = spec.light.ambient + spec.light.diffuse * static_cast<double>(lamp.z);
+    const double shine = static_cast<double>(sixteenth(toMirror(lamp).z));
+    return 255 * (0.84 * spec.face.albedo * lit + spec.light.specular * shine);
 }
 
 } // namespace wheel

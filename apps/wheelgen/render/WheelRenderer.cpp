@@ -1,5 +1,6 @@
 #include "WheelRenderer.h"
 
+#include "Blemishes.h"
 #include "Holes.h"
 #include "Optics.h"
 #include "WheelFace.h"
@@ -24,6 +25,7 @@ WheelTruth truthOf(const WheelSpec& spec)
 RenderedWheel renderWheel(const WheelSpec& spec)
 {
     cv::Mat scene = renderFace(spec);
+    paintBlemishes(scene, spec);
     paintHoles(scene, spec);
     return {photograph(scene, spec), truthOf(spec)};
 }

@@ -19,7 +19,9 @@ struct FaceSpec
     int count = 5;             ///< spokes, pairs of spokes, windows or drillings
     double spokeHub = 0.085;   ///< half width of a spoke (or bar) at the hub
     double spokeRim = 0.055;   ///< half width at the rim; for windows half their length along the circle
-    double pairGap = 0.07;     ///< half distance of the two spokes of a pair
+    double pairGap = 0.07;     ///< half distance of the two spokes of a pair at the hub
+    double pairGapRim = 0.07;  ///< the same at the rim
+    double twist = 0;          ///< degrees by which the spokes bend from hub to rim
     double windowInner = 0.27; ///< windows begin
     double windowOuter = 0.75; ///< windows end
     double fillet = 0.04;      ///< rounding of the windows' corners
@@ -55,6 +57,7 @@ struct HoleSpec
     cv::Point2d wall; ///< by how much the hole's far end is seen shifted
     double depthGray = 14;
     Valve valve = Valve::None;
+    double twin = 0; ///< degrees from this hole to a second, equal one; 0: there is none
 };
 
 struct LightSpec
@@ -67,7 +70,7 @@ struct LightSpec
     double gradientAzimuth = 0;
     double vignette = 0;
     int glares = 0;
-    double exposure = 1;
+    double exposure = 1; ///< factor on everything; see ledgeGray()
 };
 
 struct SceneSpec
@@ -78,7 +81,7 @@ struct SceneSpec
     double shadow = 0;         ///< darkening of the background beside the wheel
     double floor = 30;         ///< what is seen through the windows
     double perspective = 0.03; ///< by how much the far edge of a window is seen nearer to the image centre
-    int letters = 0;
+    int letterings = 0;
     int dirt = 0;
     int scratches = 0;
     int drains = 0; ///< small drain holes off the valve hole's ring
@@ -100,7 +103,8 @@ struct WheelSpec
     std::string design; ///< key of the design, see WheelDesigns.h
     cv::Point2d hub;
     double rimRadius = 800;
-    double turn = 0; ///< direction of the first spoke
+    double scale = 1; ///< size against the nominal size of the model
+    double turn = 0;  ///< direction of the first spoke
     FaceSpec face;
     HoleSpec hole;
     LightSpec light;
