@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Camera.h"
+
+#include <memory>
+
+struct CameraConfig;
+class CameraEvents;
+
+/// Makes the camera of one entry. Never null: for a type without a driver it is one that is never ready and says so.
+/// `events` outlives the camera.
+std::unique_ptr<Camera> makeCamera(const CameraConfig& config, CameraEvents& events);

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "CameraConfig.h"
+
+#include <QJsonObject>
+#include <QVector>
+
+/// The cameras' configuration, "user/camera.json" in the home:
+///
+///     {"cameras": [{"key": "cam1", "type": 100, "folder": "images/1", "exposure_ms": 5, "transfer_ms": 10}, ...]}
+///
+/// A file that is missing or cannot be read gives no camera. An entry without a key of its own is left out; one whose
+/// other values are wrong stays in, for the camera made from it to say what is wrong. Each loss is told by a warning
+/// that names file and place. One thread.
+class CameraFile
+{
+public:
+    /// More entries than any cell has; those beyond are left out.
+    static constexpr int maxCameras = 64;
+
+    explicit CameraFile(QString path);
+
+    QVector<CameraConfig> read();
+
+    /// Writes some settings of one camera, leaving all else in the file as it is, what was changed there by hand since
+    /// included. A file that no longer parses is kept beside, and what was read last is written with the change.
+    bool store(const QString& key, const QVariantMap& settings, QString* error);
+
+private:
+    void warn(const QString& place, const char* what) const;
+
+    const QString m_path;
+    QJsonObject m_lastRead;
+};

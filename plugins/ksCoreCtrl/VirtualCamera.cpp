@@ -1,0 +1,187 @@
+#include "VirtualCamera.h"
+
+#include "CameraConfig.h"
+#include "CameraEvents.h"
+
+#include <QDir>
+
+#include <algorithm>
+
+namespace {
+
+PixelFormat pixelFormat(const QImage& image)
+{
+    switch (image.format()) {
+    case QImage::Format_Grayscale8:
+        return PixelFormat::Gray8;
+    case QImage::Format_Grayscale16:
+        return PixelFormat::Gray16;
+    case QImage::Format_RGB888:
+        return PixelFormat::Rgb24;
+    case QImage::Format_BGR888:
+        return PixelFormat::Bgr24;
+    case QImage::Format_RGBX64:
+    case QImage::Format_RGBA64:
+        return PixelFormat::Rgb48;
+    default:
+        return image.isNull() ? PixelFormat::None : PixelFormat::Rgb32;
+    }
+}
+
+} // namespace
+
+VirtualCamera::VirtualCamera(const CameraConfig& config, CameraEvents& events)
+    : m_key(config.key)
+    , m_events(events)
+{
+    m_status.type = CameraType::Virtual;
+    const QStringList names = m_settings.toMap().keys();
+    for (const QString& name : names) {
+        const QVariant value = config.settings.value(name);
+        QString error;
+        if (value.isValid() && !m_settings.change({{name, value}}, &error))
+            m_status.message = error;
+    }
+    if (m_settings.folder.isEmpty())
+        m_status.message = tr("没有设置图像文件夹 (folder)");
+    if (m_status.message.isEmpty()) {
+        m_folder = m_settings.folderPath();
+        m_status.state = CameraState::Initialized;
+    }
+}
+
+VirtualCamera::~VirtualCamera()
+{
+    close();
+}
+
+void VirtualCamera::open()
+{
+    if (!m_thread.joinable())
+        m_thread = std::thread([this] { run(); });
+}
+
+void VirtualCamera::close()
+{
+    if (!m_thread.joinable())
+        return;
+    {
+        Lock lock(m_mutex);
+        m_stopping = true;
+        m_triggers.resize(std::min<size_t>(m_triggers.size(), m_capturing ? 0 : 1));
+    }
+    m_wake.notify_all();
+    m_thread.join();
+    m_status.state = CameraState::Closed;
+}
+
+void VirtualCamera::trigger()
+{
+    const auto now = Clock::now();
+    Lock lock(m_mutex);
+    const bool taken = m_triggers.size() < maxWaiting;
+    if (taken)
+        m_triggers.push_back(now);
+    lock.unlock();
+    if (taken)
+        m_wake.notify_all();
+    else
+        m_events.notify(Topics::triggerDropped, m_key, tr("等待的触发过多，已丢弃一次触发"));
+}
+
+CameraStatus VirtualCamera::status() const
+{
+    Lock lock(m_mutex);
+    return m_status;
+}
+
+QVariantMap VirtualCamera::settings() const
+{
+    Lock lock(m_mutex);
+    return m_settings.toMap();
+}
+
+bool VirtualCamera::accepts(const QVariantMap& settings, QString* error) const
+{
+    Lock lock(m_mutex);
+    VirtualSettings next = m_settings;
+    lock.unlock();
+    return next.change(settings, error);
+}
+
+void VirtualCamera::apply(const QVariantMap& settings)
+{
+    QString ignored;
+    {
+        Lock lock(m_mutex);
+        m_settings.change(settings, &ignored);
+        m_folder = m_settings.folderPath();
+    }
+    m_wake.notify_all();
+}
+
+void VirtualCamera::run()
+{
+    Lock lock(m_mutex);
+    while (!m_stopping || !m_triggers.empty()) {
+        if (m_images.path() != m_folder) {
+            m_images = ImageFolder(m_folder);
+            readAhead(lock);
+        } else if (m_triggers.empty()) {
+            m_wake.wait(lock);
+        } else {
+            capture(lock);
+        }
+    }
+}
+
+void VirtualCamera::capture(Lock& lock)
+{
+    const std::chrono::duration<double, std::milli> delay(m_settings.exposureMs + m_settings.transferMs);
+    m_freeAt = std::max(m_triggers.front(), m_freeAt) + std::chrono::duration_cast<Clock::duration>(delay);
+    m_triggers.pop_front();
+    m_capturing = true;
+    m_wake.wait_until(lock, m_freeAt, [this] { return m_stopping; });
+    if (m_ahead.image.isNull())
+        readAhead(lock);
+    if (!m_ahead.image.isNull()) {
+        m_status.format = pixelFormat(m_ahead.image);
+        m_status.size = m_ahead.image.size();
+    }
+    lock.unlock();
+    deliver();
+    lock.lock();
+    m_capturing = false;
+    if (!m_stopping)
+        readAhead(lock);
+}
+
+void VirtualCamera::deliver()
+{
+    const ImageFolder::Shot shot = std::exchange(m_ahead, {});
+    for (const QString& reason : shot.skipped)
+        m_events.notify(Topics::imageSkipped, m_key, tr("已跳过无法读取的图像 %1").arg(reason));
+    if (shot.image.isNull())
+        m_events.notify(Topics::noImage, m_key, status().message);
+    else
+        m_events.image(m_key, shot.image);
+}
+
+void VirtualCamera::readAhead(Lock& lock)
+{
+    lock.unlock();
+    m_ahead = m_images.next();
+    const bool there = !m_images.path().isEmpty() && QDir(m_images.path()).exists();
+    lock.lock();
+    if (m_images.path().isEmpty())
+        return;
+    const bool ready = !m_ahead.image.isNull();
+    m_status.state = ready ? CameraState::Running : there ? CameraState::Opened : CameraState::Uninitialized;
+    if (!there)
+        m_status.message = tr("图像文件夹 %1 不存在").arg(m_images.path());
+    else if (!ready)
+        m_status.message = tr("图像文件夹 %1 中没有可读的图像").arg(m_images.path());
+    else
+        m_status.message =
+            m_ahead.skipped.isEmpty() ? QString() : tr("已跳过无法读取的图像 %1").arg(m_ahead.skipped.last());
+}

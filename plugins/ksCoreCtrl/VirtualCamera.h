@@ -1,0 +1,69 @@
+#pragma once
+
+#include "Camera.h"
+#include "ImageFolder.h"
+#include "VirtualSettings.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+
+struct CameraConfig;
+class CameraEvents;
+
+/// Delivers the images of a folder, one a trigger, each after exposure and transfer time.
+///
+/// A thread of its own reads the next image as soon as one is delivered, so that the answer to a trigger takes just the
+/// configured time; it holds no more than that image. Triggers that come meanwhile are captured one after the other.
+/// close() delivers the capture in hand, or else the first that waits, at once instead of waiting its time out.
+///
+/// States: Uninitialized while a setting is wrong or the folder is missing, Opened while the folder holds no image that
+/// can be read, else Running. A trigger looks for images that came since, so the first two mend themselves.
+class VirtualCamera final : public Camera
+{
+    Q_DECLARE_TR_FUNCTIONS(VirtualCamera)
+
+public:
+    /// Triggers that may wait; a further one is dropped and told.
+    static constexpr size_t maxWaiting = 16;
+
+    VirtualCamera(const CameraConfig& config, CameraEvents& events);
+    ~VirtualCamera() override;
+
+    void open() override;
+    void close() override;
+    void trigger() override;
+    CameraStatus status() const override;
+    QVariantMap settings() const override;
+    bool accepts(const QVariantMap& settings, QString* error) const override;
+    void apply(const QVariantMap& settings) override;
+
+private:
+    using Clock = std::chrono::steady_clock;
+    using Lock = std::unique_lock<std::mutex>;
+
+    void run();
+    void capture(Lock& lock);
+    void deliver();
+    void readAhead(Lock& lock);
+
+    const QString m_key;
+    CameraEvents& m_events;
+    std::thread m_thread;
+
+    // The thread's own.
+    ImageFolder m_images;
+    ImageFolder::Shot m_ahead;
+
+    mutable std::mutex m_mutex; // protects everything below
+    std::condition_variable m_wake;
+    bool m_stopping = false;
+    bool m_capturing = false;
+    VirtualSettings m_settings;
+    QString m_folder; ///< full path; empty while a setting is wrong
+    std::deque<Clock::time_point> m_triggers;
+    Clock::time_point m_freeAt; ///< when the capture before is through
+    CameraStatus m_status;
+};

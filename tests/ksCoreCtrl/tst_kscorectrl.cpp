@@ -1,0 +1,375 @@
+#include "support/TempHome.h"
+
+#include <valvecell/Extension.h>
+#include <valvecell/ICameraSettings.h>
+#include <valvecell/ICoreCtrl.h>
+
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLibrary>
+#include <QtTest>
+
+#include <memory>
+#include <mutex>
+
+Q_DECLARE_METATYPE(PixelFormat)
+Q_DECLARE_METATYPE(QImage::Format)
+
+namespace {
+
+/// The real module in a home of its own; collects what its threads deliver.
+class Cell
+{
+public:
+    struct Picture
+    {
+        QString camera;
+        QImage image;
+    };
+
+    TempHome home;
+
+    ~Cell() { stop(); }
+
+    /// Images tell themselves apart by their width.
+    void saveImage(const QString& below, int width, QImage::Format format = QImage::Format_Grayscale8) const
+    {
+        QImage image(width, 3, format);
+        image.fill(Qt::gray);
+        saveImage(below, image);
+    }
+    void saveImage(const QString& below, const QImage& image) const
+    {
+        QDir().mkpath(QFileInfo(home.path(below)).path());
+        QVERIFY2(image.save(home.path(below)), qPrintable(below));
+    }
+
+    ICoreCtrl* start(const QByteArray& cameraJson)
+    {
+        if (!cameraJson.isNull())
+            home.write(QStringLiteral("/user/camera.json"), cameraJson);
+        QLibrary library(QStringLiteral(VALVECELL_BIN_DIR "/ksCoreCtrl"));
+        const auto init = reinterpret_cast<CoreCtrlInitFunction>(library.resolve("Lib_CoreCtrl_Init"));
+        if (!init)
+            qFatal("%s", qPrintable(library.errorString()));
+        core.reset(init(nullptr));
+        core->start();
+        core->setImageCallback([this](const QString& key, const QImage& image) {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_pictures.append({key, image});
+        });
+        core->setNotificationCallback([this](const QString& topic, const QVariant& value) {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_notes.append(topic + ": " + value.toMap()["message"].toString());
+        });
+        return core.get();
+    }
+    void stop()
+    {
+        if (core)
+            core->stop();
+        core.reset();
+    }
+
+    ICameraSettings* settings() const { return extensionOf<ICameraSettings>(core.get()); }
+
+    QVector<int> widths(const QString& camera) const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        QVector<int> widths;
+        for (const Picture& picture : m_pictures)
+            if (picture.camera == camera)
+                widths.append(picture.image.width());
+        return widths;
+    }
+    QImage lastImage() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_pictures.isEmpty() ? QImage() : m_pictures.last().image;
+    }
+    QStringList notes(const QString& topic) const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_notes.filter(topic);
+    }
+
+    std::unique_ptr<ICoreCtrl> core;
+
+private:
+    mutable std::mutex m_mutex;
+    QVector<Picture> m_pictures;
+    QStringList m_notes;
+};
+
+QByteArray oneCamera(const char* settings = R"("exposure_ms":1,"transfer_ms":1)")
+{
+    return R"({"cameras":[{"key":"cam1","type":100,"folder":"images/1",)" + QByteArray(settings) + "}]}";
+}
+
+const QStringList kCam1{QStringLiteral("cam1")};
+
+} // namespace
+
+class CoreCtrlTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void twoStationsGetTheirImagesInNameOrderAndAroundAgain()
+    {
+        Cell cell;
+        cell.saveImage("/images/1/2.png", 12);
+        cell.saveImage("/images/1/10.bmp", 10);
+        cell.saveImage(QStringLiteral("/images/1/车轮.png"), 14);
+        cell.saveImage("/images/1/a.jpg", 13);
+        cell.saveImage("/other/only.png", 77);
+        cell.home.write("/images/1/truth.json", "{}");
+        ICoreCtrl* core = cell.start(R"({"cameras":[
+            {"key":"左","type":100,"folder":"images/1","exposure_ms":1,"transfer_ms":0.5},
+            {"key":"右","type":100,"folder":")" +
+                                     cell.home.path("/other").toUtf8() + R"(","exposure_ms":0}]})");
+        const QStringList keys{QStringLiteral("左"), QStringLiteral("右")};
+        QCOMPARE(core->cameraKeys(), keys);
+        for (int i = 0; i < 6; ++i)
+            core->trigger(keys);
+        QTRY_COMPARE(cell.widths(keys[0]), QVector<int>({10, 12, 13, 14, 10, 12}));
+        QTRY_COMPARE(cell.widths(keys[1]), QVector<int>(6, 77));
+    }
+
+    void imageNeverComesBeforeItsExposureIsOver()
+    {
+        Cell cell;
+        cell.saveImage("/images/1/a.png", 5);
+        ICoreCtrl* core = cell.start(oneCamera(R"("exposure_ms":60,"transfer_ms":40.5)"));
+        QElapsedTimer clock;
+        clock.start();
+        core->trigger(kCam1);
+        core->trigger(kCam1);
+        QTRY_COMPARE(cell.widths("cam1").size(), 1);
+        QVERIFY(clock.nsecsElapsed() >= 100'500'000);
+        QTRY_COMPARE(cell.widths("cam1").size(), 2);
+        QVERIFY2(clock.nsecsElapsed() >= 201'000'000, "the second exposure begins when the first is through");
+    }
+
+    void spoiledConfigurationGivesNoCameraAndSaysWhere_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("missing") << QByteArray() << "camera.json: no such file";
+        QTest::newRow("empty") << QByteArray("") << "camera.json, line 1";
+        QTest::newRow("cut off") << oneCamera().chopped(9).replace(",", ",\n") << "camera.json, line 5";
+        QTest::newRow("list") << QByteArray("[1,2]") << "camera.json: the top level";
+        QTest::newRow("wrong type") << QByteArray(R"({"cameras":{"key":"a"}})") << "camera.json, cameras: ";
+        QTest::newRow("without list") << QByteArray("{}") << "camera.json, cameras: ";
+        QTest::newRow("huge") << QByteArray(65 * 1024 * 1024, ' ') << "camera.json: larger";
+    }
+    void spoiledConfigurationGivesNoCameraAndSaysWhere()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QString, said);
+        Cell cell;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QRegularExpression::escape(said)));
+        QCOMPARE(cell.start(json)->cameraKeys(), QStringList());
+        QCOMPARE(cell.home.read("/user/camera.json"), json);
+    }
+
+    void badEntryNeverTakesTheGoodOnesDown()
+    {
+        Cell cell;
+        cell.saveImage("/images/1/a.png", 5);
+        for (const char* place : {"\\[0\\]", "\\[1\\]", "\\[3\\].*taken"})
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("camera.json, cameras") + place));
+        cell.start(R"({"cameras":[ 7, {"key":" ","type":100},
+            {"key":"good","type":100,"folder":"images/1"},
+            {"key":"good","type":100,"folder":"images/2"},
+            {"key":"gige","type":120}, {"key":"odd","type":210}, {"key":"text","type":"100"},
+            {"key":"nofolder","type":100}, {"key":"gone","type":100,"folder":"gone"},
+            {"key":"slow","type":100,"folder":"images/1","exposure_ms":1e9},
+            {"key":"typed","type":100,"folder":"images/1","transfer_ms":"10"}]})");
+        const QStringList keys{"good", "gige", "odd", "text", "nofolder", "gone", "slow", "typed"};
+        QCOMPARE(cell.core->cameraKeys(), keys);
+        auto status = [&](const char* key) { return cell.settings()->status(QString::fromLatin1(key)); };
+        QTRY_COMPARE(status("good").state, CameraState::Running);
+        QTRY_VERIFY(status("gone").message.contains("/gone"));
+        for (const QString& key : keys.mid(1)) {
+            QCOMPARE(cell.settings()->status(key).state, CameraState::Uninitialized);
+            QVERIFY2(!cell.settings()->status(key).message.isEmpty(), qPrintable(key));
+        }
+        QCOMPARE(status("gige").type, CameraType::Gige);
+        QVERIFY(status("gige").message.contains("120"));
+        QCOMPARE(status("odd").type, CameraType::Unknown);
+        QVERIFY(status("slow").message.contains("exposure_ms"));
+        QVERIFY(status("typed").message.contains("transfer_ms"));
+
+        cell.core->trigger(keys + QStringList("stranger"));
+        QTRY_COMPARE(cell.widths("good").size(), 1);
+        QCOMPARE(cell.notes("cameraUnusable").size(), 3);
+        QTRY_COMPARE(cell.notes("noImage").size(), 4);
+        QVERIFY(cell.notes("unknownCamera").value(0).contains("stranger"));
+    }
+
+    void spoiledImagesAreSkippedAndTold()
+    {
+        Cell cell;
+        cell.saveImage("/images/1/a.png", 5);
+        cell.home.write("/images/1/b.bmp", "");
+        cell.home.write("/images/1/c.png", "\x89PNG\r\n\x1a\nrubbish");
+        cell.home.write("/images/1/d.pgm", "P5 30000 30000 255\n"); // a promise of 900 MB, and nothing behind it
+        cell.saveImage("/images/1/e.png", 6);
+        ICoreCtrl* core = cell.start(oneCamera());
+        for (int i = 0; i < 3; ++i)
+            core->trigger(kCam1);
+        QTRY_COMPARE(cell.widths("cam1"), QVector<int>({5, 6, 5}));
+        const QStringList skipped = cell.notes("imageSkipped");
+        QCOMPARE(skipped.size(), 3);
+        QVERIFY(skipped[0].contains("b.bmp") && skipped[1].contains("c.png"));
+        QVERIFY2(skipped[2].contains("30000 x 30000"), qPrintable(skipped[2]));
+    }
+
+    void emptyFolderIsToldUntilImagesCome()
+    {
+        Cell cell;
+        QDir().mkpath(cell.home.path("/images/1"));
+        ICoreCtrl* core = cell.start(oneCamera());
+        core->trigger(kCam1);
+        QTRY_COMPARE(cell.notes("noImage").size(), 1);
+        QCOMPARE(cell.settings()->status("cam1").state, CameraState::Opened);
+        cell.saveImage("/images/1/late.png", 9);
+        core->trigger(kCam1);
+        QTRY_COMPARE(cell.widths("cam1"), QVector<int>{9});
+        QTRY_COMPARE(cell.settings()->status("cam1").state, CameraState::Running);
+        QCOMPARE(cell.settings()->status("cam1").size, QSize(9, 3));
+    }
+
+    void grayImagesComeWithoutPalette_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QImage>("saved");
+        QTest::addColumn<QImage::Format>("delivered");
+        QTest::addColumn<PixelFormat>("told");
+        QImage gray(31, 2, QImage::Format_Grayscale8);
+        gray.fill(QColor(90, 90, 90));
+        QImage reversed(31, 2, QImage::Format_Indexed8);
+        reversed.setColorTable({qRgb(90, 90, 90), qRgb(0, 0, 0)});
+        reversed.fill(0);
+        QImage coloured = reversed;
+        coloured.setColor(1, qRgb(255, 0, 0));
+        const auto gray8 = QImage::Format_Grayscale8;
+        QTest::newRow("bmp") << "a.bmp" << gray << gray8 << PixelFormat::Gray8;
+        QTest::newRow("png") << "a.png" << gray << gray8 << PixelFormat::Gray8;
+        QTest::newRow("palette out of order") << "a.bmp" << reversed << gray8 << PixelFormat::Gray8;
+        QTest::newRow("coloured palette") << "a.bmp" << coloured << QImage::Format_RGB32 << PixelFormat::Rgb32;
+        QTest::newRow("16 bit") << "a.png" << gray.convertToFormat(QImage::Format_Grayscale16)
+                                << QImage::Format_Grayscale16 << PixelFormat::Gray16;
+    }
+    void grayImagesComeWithoutPalette()
+    {
+        QFETCH(QString, file);
+        QFETCH(QImage, saved);
+        QFETCH(QImage::Format, delivered);
+        QFETCH(PixelFormat, told);
+        Cell cell;
+        cell.saveImage("/images/1/" + file, saved);
+        cell.start(oneCamera())->trigger(kCam1);
+        QTRY_COMPARE(cell.lastImage().format(), delivered);
+        QCOMPARE(cell.lastImage().pixelColor(30, 1), QColor(90, 90, 90));
+        QTRY_COMPARE(cell.settings()->status("cam1").format, told);
+    }
+
+    void burstIsQueuedUpToALimit()
+    {
+        Cell cell;
+        cell.saveImage("/images/1/a.png", 5);
+        ICoreCtrl* core = cell.start(oneCamera(R"("exposure_ms":10000)"));
+        for (int i = 0; i < 40; ++i)
+            core->trigger(kCam1);
+        const int dropped = cell.notes("triggerDropped").size();
+        QVERIFY2(dropped == 23 || dropped == 24, qPrintable(QString::number(dropped)));
+    }
+
+    void stopDeliversTheCaptureInHandAtOnce()
+    {
+        Cell cell;
+        cell.saveImage("/images/1/a.png", 5);
+        ICoreCtrl* core = cell.start(oneCamera(R"("exposure_ms":10000,"transfer_ms":10000)"));
+        core->trigger(kCam1);
+        core->trigger(kCam1);
+        QElapsedTimer clock;
+        clock.start();
+        core->stop();
+        QVERIFY(clock.elapsed() < 10'000);
+        QCOMPARE(cell.widths("cam1").size(), 1);
+        core->trigger(kCam1);
+        QCOMPARE(cell.settings()->status("cam1").state, CameraState::Closed);
+    }
+
+    void settingsAreAppliedAndKept()
+    {
+        Cell cell;
+        cell.saveImage("/images/1/a.png", 5);
+        cell.saveImage("/images/2/a.png", 6);
+        cell.start(R"({"note":"夜班","cameras":[{"key":"cam0","type":120,"ip":"10.0.0.1"},
+            {"key":"cam1","type":100,"folder":"images/1","exposure_ms":10000,"comment":"left"}]})");
+        QString error;
+        const QVariantMap wanted{{"folder", "images/2"}, {"exposure_ms", 0}, {"transfer_ms", 2.5}};
+        QVERIFY2(cell.settings()->applySettings("cam1", wanted, &error), qPrintable(error));
+        QCOMPARE(cell.settings()->settings("cam1"), wanted);
+        cell.core->trigger(kCam1);
+        QTRY_COMPARE(cell.widths("cam1"), QVector<int>{6});
+
+        const auto stored = QJsonDocument::fromJson(cell.home.read("/user/camera.json")).object();
+        QCOMPARE(stored["note"].toString(), QStringLiteral("夜班"));
+        QCOMPARE(stored["cameras"][0]["ip"].toString(), QStringLiteral("10.0.0.1"));
+        QCOMPARE(stored["cameras"][1]["comment"].toString(), QStringLiteral("left"));
+        QCOMPARE(stored["cameras"][1]["transfer_ms"].toDouble(), 2.5);
+    }
+
+    void wrongSettingIsRefusedAndNothingChanges_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QVariantMap>("settings");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("negative") << "cam1" << QVariantMap{{"exposure_ms", -1}, {"folder", "x"}} << "exposure_ms";
+        QTest::newRow("not a number") << "cam1" << QVariantMap{{"transfer_ms", qQNaN()}} << "transfer_ms";
+        QTest::newRow("text") << "cam1" << QVariantMap{{"transfer_ms", "１０"}} << "transfer_ms";
+        QTest::newRow("blank folder") << "cam1" << QVariantMap{{"folder", " "}} << "folder";
+        QTest::newRow("unknown") << "cam1" << QVariantMap{{"gain_db", 3}} << "gain_db";
+        QTest::newRow("no driver") << "gige" << QVariantMap{{"exposure_ms", 3}} << "120";
+        QTest::newRow("no camera") << "camX" << QVariantMap{{"exposure_ms", 3}} << "camX";
+    }
+    void wrongSettingIsRefusedAndNothingChanges()
+    {
+        QFETCH(QString, key);
+        QFETCH(QVariantMap, settings);
+        QFETCH(QString, said);
+        Cell cell;
+        const QByteArray json = R"({"cameras":[{"key":"cam1","type":100,"folder":"f"},{"key":"gige","type":120}]})";
+        cell.start(json);
+        const QVariantMap before = cell.settings()->settings(key);
+        QString error;
+        QVERIFY(!cell.settings()->applySettings(key, settings, &error));
+        QVERIFY2(error.contains(said), qPrintable(error));
+        QCOMPARE(cell.settings()->settings(key), before);
+        QCOMPARE(cell.home.read("/user/camera.json"), json);
+    }
+
+    void fileSpoiledByHandMeanwhileIsKeptAside()
+    {
+        Cell cell;
+        cell.start(oneCamera());
+        cell.home.write("/user/camera.json", "{\"cameras\": [oops");
+        QString error;
+        QVERIFY2(cell.settings()->applySettings("cam1", {{"exposure_ms", 3}}, &error), qPrintable(error));
+        QCOMPARE(cell.home.keptAside("/user/camera.json").size(), 1);
+        QVERIFY(cell.home.read("/user/camera.json").contains("images/1"));
+
+        cell.home.write("/user/camera.json", R"({"cameras":[]})");
+        QVERIFY(!cell.settings()->applySettings("cam1", {{"exposure_ms", 4}}, &error));
+        QVERIFY(error.contains("cam1"));
+    }
+};
+
+QTEST_GUILESS_MAIN(CoreCtrlTest)
+#include "tst_kscorectrl.moc"
