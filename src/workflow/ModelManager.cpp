@@ -1,0 +1,210 @@
+#include "workflow/ModelManager.h"
+
+#include "db/QSqliteWheelHubZd.h"
+#include "db/SqlText.h"
+
+#include <QDateTime>
+
+namespace {
+
+const QString kIndexColumn = QStringLiteral("md_index");
+const QString kCalibratedColumn = QStringLiteral("md_cali");
+
+bool fail(QString* error, const QString& text)
+{
+    if (error)
+        *error = text;
+    return false;
+}
+
+SqlValueMap newRecord(qint32 index)
+{
+    return {
+        {kIndexColumn, index},
+        {kCalibratedColumn, 0},
+        {QStringLiteral("md_stamp"), QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss zzz"))}};
+}
+
+} // namespace
+
+ModelManager::ModelManager(QSqliteWheelHubZd& library, PlcIndexTable& indices, QStringList stations, QObject* parent)
+    : QObject(parent)
+    , m_library(library)
+    , m_indices(indices)
+    , m_stations(std::move(stations))
+{
+    adoptTabledModels();
+    refresh();
+}
+
+void ModelManager::refresh()
+{
+    m_models.clear();
+    const QStringList names = m_library.modelNames();
+    for (const QString& name : names) {
+        SqlValueMap record;
+        if (m_library.readRecord(name, &record))
+            m_models.append({name, record.value(kIndexColumn).toInt(), record.value(kCalibratedColumn).toInt() != 0});
+    }
+    emit changed();
+}
+
+/// A file that was written by hand, or before the library existed, names models that the library has yet to learn.
+void ModelManager::adoptTabledModels()
+{
+    const QStringList known = m_library.modelNames();
+    for (const QString& station : m_stations) {
+        const PlcIndexTable::StationTable table = m_indices.table(station);
+        for (auto it = table.begin(); it != table.end(); ++it) {
+            QString reason;
+            if (known.contains(it.key()))
+                continue;
+            if (!SqlText::carriesModelName(it.key(), &reason))
+                qWarning("model %s of %s: %s", qUtf8Printable(it.key()), qUtf8Printable(station),
+                         qUtf8Printable(reason));
+            else
+                m_library.addModel(it.key(), newRecord(it.value()));
+        }
+    }
+}
+
+bool ModelManager::contains(const QString& name) const
+{
+    return std::any_of(m_models.begin(), m_models.end(), [&](const Model& model) { return model.name == name; });
+}
+
+bool ModelManager::isNewName(const QString& name, QString* error) const
+{
+    if (!SqlText::carriesModelName(name, error))
+        return false;
+    return !contains(name) || fail(error, tr("型号%1已存在").arg(name));
+}
+
+bool ModelManager::isFreeIndex(qint32 index, const QString& exceptName, QString* error) const
+{
+    if (index < 1 || index > 32767)
+        return fail(error, tr("PLC索引%1不在1到32767之间").arg(index));
+    for (const QString& station : m_stations) {
+        const QStringList owners = m_indices.table(station).keys(index);
+        for (const QString& owner : owners) {
+            if (owner != exceptName)
+                return fail(error, tr("PLC索引%1已被型号%2使用").arg(QString::number(index), owner));
+        }
+    }
+    return true;
+}
+
+bool ModelManager::libraryFailed(QString* error) const
+{
+    return fail(error, tr("型号库写入失败: %1").arg(m_library.lastError()));
+}
+
+/// Changes every station's table and saves them; on failure they are as before.
+template <typename Change>
+bool ModelManager::changeTables(Change change, QString* error)
+{
+    const PlcIndexTable before = m_indices;
+    for (const QString& station : m_stations) {
+        PlcIndexTable::StationTable table = m_indices.table(station);
+        change(table);
+        m_indices.setTable(station, table);
+    }
+    if (m_indices.save(error))
+        return true;
+    m_indices = before;
+    return false;
+}
+
+bool ModelManager::addModel(const QString& name, qint32 index, QString* error)
+{
+    if (!isNewName(name, error) || !isFreeIndex(index, name, error))
+        return false;
+    if (!m_library.addModel(name, newRecord(index)))
+        return libraryFailed(error);
+    const bool tabled = changeTables([&](auto& table) { table.insert(name, index); }, error);
+    if (!tabled)
+        m_library.deleteModel(name);
+    refresh();
+    return tabled;
+}
+
+bool ModelManager::changeIndex(const QString& name, qint32 index, QString* error)
+{
+    QVariant old;
+    if (!contains(name) || !m_library.readValue(name, kIndexColumn, &old))
+        return fail(error, tr("型号%1不存在").arg(name));
+    if (!isFreeIndex(index, name, error))
+        return false;
+    if (!m_library.updateValue(name, kIndexColumn, index))
+        return libraryFailed(error);
+    const bool tabled = changeTables([&](auto& table) { table.insert(name, index); }, error);
+    if (!tabled)
+        m_library.updateValue(name, kIndexColumn, old);
+    refresh();
+    return tabled;
+}
+
+bool ModelManager::renameModel(const QString& name, const QString& newName, QString* error)
+{
+    if (!contains(name))
+        return fail(error, tr("型号%1不存在").arg(name));
+    if (!isNewName(newName, error))
+        return false;
+    const QString key = QStringLiteral("md_unique");
+    if (!m_library.updateValue(name, key, newName))
+        return libraryFailed(error);
+    const auto rename = [&](auto& table) {
+        if (table.contains(name))
+            table.insert(newName, table.take(name));
+    };
+    const bool tabled = changeTables(rename, error);
+    if (!tabled)
+        m_library.updateValue(newName, key, name);
+    refresh();
+    return tabled;
+}
+
+bool ModelManager::removeModel(const QString& name, QString* error)
+{
+    SqlValueMap record;
+    if (!m_library.readRecord(name, &record))
+        return fail(error, tr("型号%1不存在").arg(name));
+    // The tables first: a model that is only in the library is never run, one that is only in a table would be.
+    if (!changeTables([&](auto& table) { table.remove(name); }, error))
+        return false;
+    const bool deleted = m_library.deleteModel(name);
+    refresh();
+    return (deleted && !contains(name)) || libraryFailed(error);
+}
+
+bool ModelManager::setCalibrated(const QString& name, bool calibrated, QString* error)
+{
+    if (!contains(name))
+        return fail(error, tr("型号%1不存在").arg(name));
+    if (!m_library.updateValue(name, kCalibratedColumn, calibrated ? 1 : 0))
+        return libraryFailed(error);
+    refresh();
+    return true;
+}
+
+bool ModelManager::setStationTable(const QString& station, const PlcIndexTable::StationTable& table, QString* error)
+{
+    for (auto it = table.begin(); it != table.end(); ++it) {
+        if (!contains(it.key()))
+            return fail(error, tr("型号%1不存在").arg(it.key()));
+    }
+    const PlcIndexTable before = m_indices;
+    m_indices.setTable(station, table);
+    if (m_indices.save(error)) {
+        emit changed();
+        return true;
+    }
+    m_indices = before;
+    return false;
+}
+
+void ModelManager::setCurrentModel(const QString& name)
+{
+    m_current = name;
+    emit changed();
+}

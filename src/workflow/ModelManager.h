@@ -1,0 +1,71 @@
+#pragma once
+
+#include "db/IModelSource.h"
+#include "workflow/PlcIndexTable.h"
+
+#include <QObject>
+#include <QStringList>
+#include <QVector>
+
+class QSqliteWheelHubZd;
+
+/// The cell's models: keeps the model library and the stations' PLC index tables in agreement. GUI thread.
+///
+/// Each change goes to the library and to every station's table, or, with the reason in `error`, to neither. The
+/// workflow sees it at the next model-index frame with another pair of indices.
+class ModelManager : public QObject, public IModelSource
+{
+    Q_OBJECT
+
+public:
+    /// `library` is open and, like `indices`, outlives the manager. `stations`: the names of the stations' tables.
+    ModelManager(QSqliteWheelHubZd& library, PlcIndexTable& indices, QStringList stations, QObject* parent = nullptr);
+
+    /// Reads the library anew, and adds the models that only an index table knows.
+    void refresh();
+
+    /// Adds a model with an index that no other model has. Names that the library cannot carry are refused.
+    bool addModel(const QString& name, qint32 index, QString* error);
+    bool changeIndex(const QString& name, qint32 index, QString* error);
+    bool renameModel(const QString& name, const QString& newName, QString* error);
+    bool removeModel(const QString& name, QString* error);
+    bool setCalibrated(const QString& name, bool calibrated, QString* error);
+
+    /// Replaces the table of one station; every name has to be in the library.
+    bool setStationTable(const QString& station, const PlcIndexTable::StationTable& table, QString* error);
+
+    /// The model that counts as the current one in the list.
+    void setCurrentModel(const QString& name);
+
+    int modelCount() const override { return m_models.size(); }
+    QString modelName(int row) const override { return m_models.value(row).name; }
+    int plcIndex(int row) const override { return m_models.value(row).index; }
+    bool isCalibrated(int row) const override { return m_models.value(row).calibrated; }
+    bool isCurrent(int row) const override { return !m_current.isEmpty() && m_models.value(row).name == m_current; }
+
+signals:
+    /// Rows, or what they show, have changed.
+    void changed();
+
+private:
+    struct Model
+    {
+        QString name;
+        qint32 index = 0;
+        bool calibrated = false;
+    };
+
+    bool contains(const QString& name) const;
+    bool isNewName(const QString& name, QString* error) const;
+    bool isFreeIndex(qint32 index, const QString& exceptName, QString* error) const;
+    void adoptTabledModels();
+    bool libraryFailed(QString* error) const;
+    template <typename Change>
+    bool changeTables(Change change, QString* error);
+
+    QSqliteWheelHubZd& m_library;
+    PlcIndexTable& m_indices;
+    const QStringList m_stations;
+    QVector<Model> m_models;
+    QString m_current;
+};
