@@ -1,0 +1,126 @@
+#include "DesignerWindow.h"
+
+#include "model/ModelDrafts.h"
+#include "panels/ModelPanel.h"
+#include "panels/ParameterPanel.h"
+#include "panels/TryPanel.h"
+#include "ui_DesignerWindow.h"
+
+#include <valvecell/Extension.h>
+#include <valvecell/IEngine.h>
+#include <valvecell/ISolutionStore.h>
+
+#include <QCloseEvent>
+
+DesignerWindow::DesignerWindow(IEngine* engine, QWidget* parent)
+    : QWidget(parent, Qt::Window)
+    , m_ui(std::make_unique<Ui::DesignerWindow>())
+{
+    m_ui->setupUi(this);
+    if (auto* store = extensionOf<ISolutionStore>(engine)) {
+        m_drafts = new ModelDrafts(store, this);
+        buildPanels(engine);
+    } else {
+        explainMissing(engine);
+    }
+}
+
+DesignerWindow::~DesignerWindow() = default;
+
+void DesignerWindow::buildPanels(IEngine* engine)
+{
+    m_models = new ModelPanel(engine->taskList(), m_drafts);
+    auto* parameters = new ParameterPanel(m_drafts);
+    auto* trial = new TryPanel(engine, m_drafts);
+    m_ui->splitter->addWidget(m_models);
+    m_ui->splitter->addWidget(parameters);
+    m_ui->splitter->addWidget(trial);
+    m_ui->splitter->setStretchFactor(2, 1);
+    m_ui->splitter->setSizes({220, 340, 640});
+    connect(m_models, &ModelPanel::modelChosen, parameters, &ParameterPanel::setModel);
+    connect(m_models, &ModelPanel::modelChosen, trial, &TryPanel::setModel);
+    connect(m_models, &ModelPanel::failed, this, &DesignerWindow::showError);
+    connect(m_models, &ModelPanel::done, this, &DesignerWindow::showMessage);
+    connect(parameters, &ParameterPanel::failed, this, &DesignerWindow::showError);
+    connect(parameters, &ParameterPanel::done, this, &DesignerWindow::showMessage);
+    connect(trial, &TryPanel::failed, this, &DesignerWindow::showError);
+    connect(m_drafts, &ModelDrafts::changed, this, &DesignerWindow::updateTitle);
+    connect(m_drafts, &ModelDrafts::listChanged, this, &DesignerWindow::updateTitle);
+    parameters->setModel(m_models->current());
+    trial->setModel(m_models->current());
+}
+
+void DesignerWindow::explainMissing(IEngine* engine)
+{
+    QString text = tr("没有可用的检测引擎，无法设计型号。");
+    if (engine) {
+        const QStringList solutions = engine->taskList()->list();
+        text = tr("当前检测引擎不提供方案库接口，不能在此查看和修改型号。\n请使用引擎自带的工具。\n\n引擎中的方案：%1")
+                   .arg(solutions.isEmpty() ? tr("无") : solutions.join(QStringLiteral("、")));
+    }
+    m_ui->missingLabel->setText(text);
+    m_ui->pages->setCurrentWidget(m_ui->missingPage);
+}
+
+void DesignerWindow::showMessage(const QString& message)
+{
+    m_ui->status->setStyleSheet(QString());
+    m_ui->status->setText(message);
+}
+
+void DesignerWindow::showError(const QString& message)
+{
+    m_ui->status->setStyleSheet(QStringLiteral("color: #b3261e; font-weight: bold;"));
+    m_ui->status->setText(message);
+}
+
+void DesignerWindow::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    // Others may have changed the store while the window was closed.
+    if (m_models)
+        m_models->refresh();
+}
+
+void DesignerWindow::closeEvent(QCloseEvent* event)
+{
+    const bool unsaved = m_drafts && !m_drafts->unsaved().isEmpty();
+    event->setAccepted(!unsaved);
+    if (unsaved)
+        askBeforeClosing();
+}
+
+void DesignerWindow::askBeforeClosing()
+{
+    QStringList names;
+    for (const ModelId& id : m_drafts->unsaved())
+        names.append(QStringLiteral("%1 / %2").arg(id.solution, id.model));
+    m_ui->ask->ask(tr("以下型号有未保存的更改：%1").arg(names.join(QStringLiteral("、"))),
+                   {tr("全部保存并关闭"), [this] { saveAllAndClose(); }},
+                   {tr("放弃更改并关闭"), [this] { dropAllAndClose(); }});
+}
+
+void DesignerWindow::saveAllAndClose()
+{
+    for (const ModelId& id : m_drafts->unsaved()) {
+        QString error;
+        if (!m_drafts->save(id, &error)) {
+            m_models->select(id);
+            showError(tr("未能保存“%1”：%2").arg(id.model, error));
+            return;
+        }
+    }
+    close();
+}
+
+void DesignerWindow::dropAllAndClose()
+{
+    for (const ModelId& id : m_drafts->unsaved())
+        m_drafts->revert(id);
+    close();
+}
+
+void DesignerWindow::updateTitle()
+{
+    setWindowModified(!m_drafts->unsaved().isEmpty());
+}

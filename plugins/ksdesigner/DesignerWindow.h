@@ -1,0 +1,46 @@
+#pragma once
+
+#include "model/ModelId.h"
+
+#include <QWidget>
+
+#include <memory>
+
+class IEngine;
+class ModelDrafts;
+class ModelPanel;
+
+namespace Ui {
+class DesignerWindow;
+}
+
+/// The designer's window: models on the left, their parameters in the middle, the try-out on the right, one line for
+/// messages below. Closing with unsaved changes asks inside the window.
+class DesignerWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `engine` may be null and may lack the solution store: the window then says so. It outlives the window.
+    explicit DesignerWindow(IEngine* engine, QWidget* parent = nullptr);
+    ~DesignerWindow() override;
+
+    void showMessage(const QString& message);
+    void showError(const QString& message);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void buildPanels(IEngine* engine);
+    void explainMissing(IEngine* engine);
+    void askBeforeClosing();
+    void saveAllAndClose();
+    void dropAllAndClose();
+    void updateTitle();
+
+    std::unique_ptr<Ui::DesignerWindow> m_ui;
+    ModelDrafts* m_drafts = nullptr;
+    ModelPanel* m_models = nullptr;
+};

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "ModelId.h"
+
+#include <QMap>
+#include <QObject>
+#include <QStringList>
+#include <QVariantMap>
+
+class ISolutionStore;
+
+/// The engine's models with the changes that nobody saved yet. A draft stays until it is saved, reverted, or edited
+/// back to what is stored. GUI thread.
+///
+/// Operations that can fail return false, leave everything as it was, and say in `error` what is wrong, in the
+/// operator's language where the reason is the designer's own.
+class ModelDrafts : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `store` outlives this object.
+    explicit ModelDrafts(ISolutionStore* store, QObject* parent = nullptr);
+
+    QStringList models(const QString& solution) const;
+    bool isBuiltIn(const ModelId& id) const;
+    bool isUnsaved(const ModelId& id) const { return m_drafts.contains(id); }
+    QList<ModelId> unsaved() const { return m_drafts.keys(); }
+
+    /// The draft, or what is stored when there is none.
+    QVariantMap parameters(const ModelId& id) const;
+    QVariantMap stored(const ModelId& id) const;
+
+    /// Replaces the draft; does nothing for a built-in model.
+    void edit(const ModelId& id, const QVariantMap& parameters);
+    void revert(const ModelId& id);
+    bool save(const ModelId& id, QString* error);
+
+    /// Stores a new model; see nameProblem() for its name.
+    bool add(const ModelId& id, const QVariantMap& parameters, QString* error);
+    /// Stores the model under another name and removes the old one; a draft goes along.
+    bool rename(const ModelId& id, const QString& name, QString* error);
+    bool remove(const ModelId& id, QString* error);
+    bool addSolution(const QString& solution, QString* error);
+
+    /// Parameters for a new model: those of the solution's first built-in model, not taught.
+    QVariantMap freshParameters(const QString& solution) const;
+    /// Why a solution cannot have a new model of this name; empty when it can.
+    QString nameProblem(const QString& solution, const QString& name) const;
+
+signals:
+    /// A model's parameters or its unsaved state changed.
+    void changed(const ModelId& id);
+    /// Models or solutions were added, renamed or removed.
+    void listChanged();
+
+private:
+    ISolutionStore* m_store;
+    QMap<ModelId, QVariantMap> m_drafts;
+};

@@ -1,0 +1,153 @@
+#include "ParameterForm.h"
+
+#include "model/ParameterRules.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace {
+
+constexpr int fieldWidth = 84;
+
+enum Column { Name, Value, Unit, PlusMinus, Tolerance, Percent, Columns };
+
+void setWrong(QLineEdit* field, bool wrong)
+{
+    field->setStyleSheet(wrong ? QStringLiteral("QLineEdit { border: 1px solid #b3261e; background: #fdecea; }")
+                               : QString());
+}
+
+} // namespace
+
+ParameterForm::ParameterForm(QWidget* parent)
+    : QWidget(parent)
+{
+}
+
+void ParameterForm::show(const QVariantMap& parameters, bool readOnly)
+{
+    const bool sameFields = m_parameters.keys() == parameters.keys() && layout();
+    m_parameters = parameters;
+    if (!sameFields)
+        build();
+    for (QLineEdit* field : qAsConst(m_fields))
+        field->setReadOnly(readOnly);
+    for (QCheckBox* box : qAsConst(m_switches))
+        box->setEnabled(!readOnly);
+    update();
+}
+
+void ParameterForm::build()
+{
+    qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
+    delete layout();
+    m_lines.clear();
+    m_fields.clear();
+    m_switches.clear();
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(6);
+    for (const QString& name : ParameterRules::lines(m_parameters)) {
+        if (m_parameters.value(name).type() == QVariant::Bool)
+            buildSwitch(grid, name);
+        else
+            buildLine(grid, name);
+    }
+    grid->setColumnStretch(Name, 1);
+    grid->setRowStretch(grid->rowCount(), 1);
+}
+
+void ParameterForm::buildLine(QGridLayout* grid, const QString& name)
+{
+    const int row = grid->rowCount();
+    auto* caption = new QLabel(ParameterRules::label(name), this);
+    caption->setToolTip(ParameterRules::explanation(name));
+    grid->addWidget(caption, row, Name);
+    grid->addWidget(addField(name), row, Value);
+    caption->setBuddy(m_fields.value(name));
+    grid->addWidget(new QLabel(ParameterRules::unit(name), this), row, Unit);
+    const QString tolerance = name + ParameterRules::toleranceSuffix;
+    if (m_parameters.contains(tolerance)) {
+        grid->addWidget(new QLabel(QStringLiteral("±"), this), row, PlusMinus);
+        grid->addWidget(addField(tolerance), row, Tolerance);
+        grid->addWidget(new QLabel(QStringLiteral("%"), this), row, Percent);
+    }
+    Line line{name, new QLabel(this), new QLabel(this)};
+    line.range->setObjectName(name + QStringLiteral("_range"));
+    line.range->setStyleSheet(QStringLiteral("color: #5f6368;"));
+    line.problem->setObjectName(name + QStringLiteral("_problem"));
+    line.problem->setStyleSheet(QStringLiteral("color: #b3261e;"));
+    line.problem->setWordWrap(true);
+    line.problem->setTextFormat(Qt::PlainText);
+    grid->addWidget(line.range, row + 1, Value, 1, Columns - Value);
+    grid->addWidget(line.problem, row + 2, Name, 1, Columns);
+    m_lines.append(line);
+}
+
+void ParameterForm::buildSwitch(QGridLayout* grid, const QString& name)
+{
+    auto* box = new QCheckBox(ParameterRules::label(name), this);
+    box->setObjectName(name);
+    box->setToolTip(ParameterRules::explanation(name));
+    grid->addWidget(box, grid->rowCount(), Name, 1, Columns);
+    connect(box, &QCheckBox::clicked, this, [this, name](bool on) { take(name, on); });
+    m_switches.insert(name, box);
+}
+
+QLineEdit* ParameterForm::addField(const QString& name)
+{
+    auto* field = new QLineEdit(this);
+    field->setObjectName(name);
+    field->setFixedWidth(fieldWidth);
+    field->setAlignment(Qt::AlignRight);
+    field->setToolTip(ParameterRules::explanation(name));
+    field->setAccessibleName(ParameterRules::label(name));
+    if (ParameterRules::mayBeUnknown(name))
+        field->setPlaceholderText(tr("自动"));
+    connect(field, &QLineEdit::textEdited, this,
+            [this, name](const QString& text) { take(name, ParameterRules::valueOf(name, text)); });
+    m_fields.insert(name, field);
+    return field;
+}
+
+void ParameterForm::take(const QString& name, const QVariant& value)
+{
+    m_parameters.insert(name, value);
+    update();
+    emit edited(m_parameters);
+}
+
+void ParameterForm::update()
+{
+    for (auto it = m_fields.begin(); it != m_fields.end(); ++it) {
+        const QVariant value = m_parameters.value(it.key());
+        // "12." and "12" are one value: what is being typed stays.
+        if (ParameterRules::valueOf(it.key(), it.value()->text()) != value)
+            it.value()->setText(ParameterRules::textOf(it.key(), value));
+    }
+    for (auto it = m_switches.begin(); it != m_switches.end(); ++it)
+        it.value()->setChecked(m_parameters.value(it.key()).toBool());
+    updateProblems(ParameterRules::problems(m_parameters));
+}
+
+void ParameterForm::updateProblems(const QMap<QString, QString>& problems)
+{
+    for (auto it = m_fields.begin(); it != m_fields.end(); ++it)
+        setWrong(it.value(), problems.contains(it.key()));
+    for (const Line& line : qAsConst(m_lines)) {
+        const QString tolerance = line.name + ParameterRules::toleranceSuffix;
+        const QString problem = problems.value(line.name, problems.value(tolerance));
+        const QString range = problem.isEmpty() ? ParameterRules::rangeText(m_parameters, line.name) : QString();
+        line.problem->setText(problem);
+        line.problem->setVisible(!problem.isEmpty());
+        line.range->setText(range);
+        line.range->setVisible(!range.isEmpty());
+    }
+}
+
+void ParameterForm::markRefused(const QString& name, const QString& reason)
+{
+    updateProblems({{name, reason}});
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QMap>
+#include <QVariantMap>
+#include <QVector>
+#include <QWidget>
+
+class QCheckBox;
+class QGridLayout;
+class QLabel;
+class QLineEdit;
+
+/// One line for each parameter of a model: name, value with unit, tolerance in percent, the range that they allow, and
+/// below it what is wrong. Fields are plain text fields: a mouse wheel over the form changes nothing.
+///
+/// A field's object name is the parameter's name.
+class ParameterForm : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ParameterForm(QWidget* parent = nullptr);
+
+    /// Shows these values; a field that already reads as its value keeps its text and cursor.
+    void show(const QVariantMap& parameters, bool readOnly);
+    /// Marks one field as refused by the engine until the next show() or edit.
+    void markRefused(const QString& name, const QString& reason);
+
+signals:
+    /// Something was typed; `parameters` holds all values as they stand, see ParameterRules::valueOf().
+    void edited(const QVariantMap& parameters);
+
+private:
+    struct Line
+    {
+        QString name;
+        QLabel* range = nullptr;
+        QLabel* problem = nullptr;
+    };
+
+    void build();
+    void buildLine(QGridLayout* grid, const QString& name);
+    void buildSwitch(QGridLayout* grid, const QString& name);
+    QLineEdit* addField(const QString& name);
+    void take(const QString& name, const QVariant& value);
+    void update();
+    void updateProblems(const QMap<QString, QString>& problems);
+
+    QVariantMap m_parameters;
+    QVector<Line> m_lines;
+    QMap<QString, QLineEdit*> m_fields;
+    QMap<QString, QCheckBox*> m_switches;
+};

@@ -1,0 +1,62 @@
+#include "ParameterPanel.h"
+
+#include "model/ModelDrafts.h"
+#include "model/ParameterRules.h"
+#include "ui_ParameterPanel.h"
+
+ParameterPanel::ParameterPanel(ModelDrafts* drafts, QWidget* parent)
+    : QWidget(parent)
+    , m_drafts(drafts)
+    , m_ui(std::make_unique<Ui::ParameterPanel>())
+{
+    m_ui->setupUi(this);
+    connect(m_ui->form, &ParameterForm::edited, this,
+            [this](const QVariantMap& parameters) { m_drafts->edit(m_id, parameters); });
+    connect(m_ui->saveButton, &QPushButton::clicked, this, &ParameterPanel::save);
+    connect(m_ui->revertButton, &QPushButton::clicked, this, [this] { m_drafts->revert(m_id); });
+    connect(m_drafts, &ModelDrafts::changed, this, [this](const ModelId& id) {
+        if (id == m_id)
+            refresh();
+    });
+    refresh();
+}
+
+ParameterPanel::~ParameterPanel() = default;
+
+void ParameterPanel::setModel(const ModelId& id)
+{
+    m_id = id;
+    refresh();
+}
+
+void ParameterPanel::refresh()
+{
+    m_ui->title->setText(m_id.isNull() ? tr("未选择型号") : m_id.model);
+    m_ui->form->show(m_id.isNull() ? QVariantMap() : m_drafts->parameters(m_id),
+                     m_id.isNull() || m_drafts->isBuiltIn(m_id));
+    updateState();
+}
+
+void ParameterPanel::updateState()
+{
+    const bool builtIn = !m_id.isNull() && m_drafts->isBuiltIn(m_id);
+    const bool unsaved = m_drafts->isUnsaved(m_id);
+    m_ui->state->setText(builtIn ? tr("内置型号，只读。要修改请先复制。") : unsaved ? tr("有未保存的更改") : QString());
+    m_ui->state->setStyleSheet(unsaved ? QStringLiteral("color: #9a5b00; font-weight: bold;") : QString());
+    m_ui->saveButton->setEnabled(unsaved && ParameterRules::problems(m_drafts->parameters(m_id)).isEmpty());
+    m_ui->revertButton->setEnabled(unsaved);
+}
+
+void ParameterPanel::save()
+{
+    QString error;
+    if (m_drafts->save(m_id, &error)) {
+        emit done(tr("已保存“%1”，下一次触发起生效").arg(m_id.model));
+        return;
+    }
+    for (const QString& name : m_drafts->parameters(m_id).keys()) {
+        if (error.startsWith(name + QLatin1Char(' ')))
+            m_ui->form->markRefused(name, tr("引擎不接受此值"));
+    }
+    emit failed(tr("未能保存“%1”：%2").arg(m_id.model, ParameterRules::readable(error)));
+}

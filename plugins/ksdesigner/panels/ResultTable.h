@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QWidget>
+
+#include <memory>
+
+struct TaskResult;
+
+namespace Ui {
+class ResultTable;
+}
+
+/// The numbers of one answer of the engine, with a coloured verdict on top.
+class ResultTable : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ResultTable(QWidget* parent = nullptr);
+    ~ResultTable() override;
+
+    void clear();
+    void setBusy();
+    void setResult(const TaskResult& result);
+
+private:
+    void setVerdict(const QString& text, const QString& colour);
+    void setNumbers(const TaskResult& result);
+
+    std::unique_ptr<Ui::ResultTable> m_ui;
+};

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QGraphicsView>
+#include <QImage>
+
+class QGraphicsPixmapItem;
+
+/// Shows an image scaled to fit; the wheel zooms around the pointer, dragging moves, a double click fits again. Points
+/// are in image pixels, the middle of the top-left pixel being (0, 0).
+class ImageView : public QGraphicsView
+{
+    Q_OBJECT
+
+public:
+    explicit ImageView(QWidget* parent = nullptr);
+
+    /// Replaces the image. The zoom stays while the image size stays. A null image clears the view.
+    void setImage(const QImage& image);
+    bool hasImage() const;
+
+    /// A text in the middle while there is no image.
+    void setHint(const QString& hint);
+
+    QPointF imagePointAt(const QPoint& viewPoint) const;
+    QPoint viewPointOf(const QPointF& imagePoint) const;
+
+public slots:
+    void fit();
+
+signals:
+    /// The left button was pressed and released on the image without dragging.
+    void clicked(const QPointF& imagePoint);
+
+protected:
+    void wheelEvent(QWheelEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void drawForeground(QPainter* painter, const QRectF& rect) override;
+
+private:
+    QGraphicsScene m_scene;
+    QGraphicsPixmapItem* m_item;
+    QString m_hint;
+    QPoint m_pressed;
+    bool m_fitted = true;
+};
