@@ -30,7 +30,7 @@ public:
     /// One of State.
     virtual int state() = 0;
 
-signals:
+Q_SIGNALS:
     /// The present user changed. `level`: 0 nobody, 1 operator, 2 engineer, 3 administrator; `state`: one of State.
     void sgCurrentUserInfo(QString name, int level, int state);
 };
