@@ -1,6 +1,5 @@
-#include "sets/WheelSet.h"
+#include "Options.h"
 
-#include <QCommandLineParser>
 #include <QCoreApplication>
 
 #include <opencv2/core/utility.hpp>
@@ -9,10 +8,33 @@
 
 namespace {
 
-int fail(const QString& text, int code)
+enum ExitCode { Good = 0, Failed = 1, BadArguments = 2 };
+
+int complain(const QString& text, ExitCode code)
 {
-    std::fprintf(stderr, "wheelgen: %s\n", qPrintable(text));
+    std::fprintf(stderr, "wheelgen: %s\n", qUtf8Printable(text));
     return code;
+}
+
+int writeSet(const Options& options)
+{
+    QString error;
+    if (!WheelSet::write(options.out, options.set, &error))
+        return complain(error, Failed);
+    std::printf("%s: %d wheels\n", qUtf8Printable(options.out), options.set.count);
+    return Good;
+}
+
+int makeDemo(const Options& options)
+{
+    QString error;
+    QStringList made;
+    if (!DemoHome::make(options.demo, &made, &error))
+        return complain(error, Failed);
+    const QString what =
+        made.isEmpty() ? QStringLiteral("is there") : QStringLiteral("made ") + made.join(QStringLiteral(", "));
+    std::printf("%s: %s\n", qUtf8Printable(options.demo.home), qUtf8Printable(what));
+    return Good;
 }
 
 } // namespace
@@ -20,34 +42,15 @@ int fail(const QString& text, int code)
 int main(int argc, char* argv[])
 {
     QCoreApplication app(argc, argv);
-    cv::setNumThreads(1);
-    QCommandLineParser parser;
-    parser.addHelpOption();
-    parser.addOptions({{"out", "Folder for the images and truth.json.", "DIR"},
-                       {"count", "Number of wheels.", "N", "16"},
-                       {"seed", "Seed of everything random.", "S", "1"},
-                       {"without-hole", "Fraction of wheels without a valve hole.", "FRACTION", "0"},
-                       {"design", "One design only.", "NAME"},
-                       {"difficulty", "easy, demo or varied.", "LEVEL", "varied"},
-                       {"size", "Image size.", "WxH", "2448x2048"},
-                       {"format", "bmp or png.", "FORMAT", "bmp"},
-                       {"jobs", "Wheels rendered at the same time.", "N", "1"}});
-    parser.process(app);
-    if (!parser.isSet("out"))
-        return fail("--out is missing", 2);
-    WheelSetPlan plan;
-    plan.count = parser.value("count").toInt();
-    plan.seed = parser.value("seed").toULongLong();
-    plan.withoutHole = parser.value("without-hole").toDouble();
-    if (parser.isSet("design"))
-        plan.designs = QStringList{parser.value("design")};
-    if (!wheel::difficultyFromName(parser.value("difficulty").toStdString(), &plan.difficulty))
-        return fail("--difficulty: not easy, demo or varied", 2);
-    const QStringList size = parser.value("size").split('x');
-    if (size.size() == 2)
-        plan.size = {size[0].toInt(), size[1].toInt()};
-    plan.format = parser.value("format");
-    plan.jobs = parser.value("jobs").toInt();
+    cv::setNumThreads(1); // each wheel is one job; --jobs says how many run at once
+    Options options;
     QString error;
-    return WheelSet::write(parser.value("out"), plan, &error) ? 0 : fail(error, 1);
+    if (!parseOptions(QCoreApplication::arguments().mid(1), &options, &error))
+        return complain(error, BadArguments);
+    if (options.task == Options::Set)
+        return writeSet(options);
+    if (options.task == Options::Demo)
+        return makeDemo(options);
+    std::printf("%s", qUtf8Printable(usage()));
+    return Good;
 }

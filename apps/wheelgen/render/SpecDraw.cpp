@@ -123,7 +123,7 @@ private:
         scene.background = (lightTable ? range(150, 235) : wide(22, 50, 85)) / exposure;
         scene.floor = (lightTable ? range(80, 220) : wide(10, 30, 50)) / exposure;
         scene.backgroundTexture = range(1, 6);
-        scene.rollers = m_random.chance(0.4) ? m_random.integer(6, 14) : 0;
+        scene.rollers = !lightTable && m_random.chance(0.4) ? m_random.integer(6, 14) : 0;
         scene.shadow = lightTable ? 0 : range(0, 0.7);
         scene.perspective = range(0.015, 0.05);
         scene.grain = wide(0.01, 0.03, 0.06);

@@ -51,10 +51,10 @@ bool runAll(int count, int jobs, Task task)
     return good;
 }
 
-/// Spreads the wheels without a hole evenly over the set.
 bool hasHole(int number, double withoutHole)
 {
-    return std::floor((number + 1) * withoutHole + 1e-9) <= std::floor(number * withoutHole + 1e-9);
+    const auto upTo = [&](int count) { return std::floor(count * withoutHole + 0.5 + 1e-9); };
+    return upTo(number + 1) <= upTo(number);
 }
 
 quint64 wheelSeed(quint64 setSeed, int number)
@@ -103,29 +103,47 @@ QJsonObject WheelSet::truthEntry(const PlannedWheel& planned)
             {QStringLiteral("hole_radius"), truth.holeRadius}};
 }
 
+QJsonObject WheelSet::modelParameters(const wheel::Nominal& nominal, double spread)
+{
+    return {{QStringLiteral("rim_radius"), nominal.rimRadius},
+            {QStringLiteral("rim_radius_tol"), spread + 2},
+            {QStringLiteral("ring_radius"), nominal.ringRadius},
+            {QStringLiteral("ring_radius_tol"), spread + 2},
+            {QStringLiteral("hole_radius"), nominal.holeRadius},
+            {QStringLiteral("hole_radius_tol"), spread + 15},
+            {QStringLiteral("score_limit"), 0.5},
+            {QStringLiteral("taught"), true}};
+}
+
 bool WheelSet::write(const QString& folder, const WheelSetPlan& plan, QString* error)
 {
-    if (!QDir().mkpath(folder)) {
-        *error = QStringLiteral("%1: cannot be made").arg(folder);
+    const QString truthFile = folder + QStringLiteral("/truth.json");
+    if (!QDir().mkpath(folder) || (QFile::exists(truthFile) && !QFile::remove(truthFile))) {
+        *error = QStringLiteral("%1: cannot be written to").arg(folder);
         return false;
     }
     const QVector<PlannedWheel> planned = wheels(plan);
     std::mutex errorGuard;
     const bool rendered = runAll(planned.size(), plan.jobs, [&](int i) {
         QString problem;
-        const bool good = writeImage(folder + QLatin1Char('/') + planned[i].file, plan.format,
-                                     wheel::renderWheel(planned[i].spec).image, &problem);
+        if (writeImage(folder + QLatin1Char('/') + planned[i].file, plan.format,
+                       wheel::renderWheel(planned[i].spec).image, &problem))
+            return true;
         const std::lock_guard<std::mutex> lock(errorGuard);
-        if (!good)
-            *error = problem;
-        return good;
+        *error = problem;
+        return false;
     });
     if (!rendered)
         return false;
-    QJsonArray images;
-    for (const auto& one : planned)
-        images.append(truthEntry(one));
-    return HomeFiles::writeJson(folder + QStringLiteral("/truth.json"),
-                                {{QStringLiteral("mm_per_px"), mmPerPx(plan.size)}, {QStringLiteral("images"), images}},
+    QJsonArray truth;
+    QJsonObject params;
+    const double spread = plan.difficulty == wheel::Difficulty::Varied ? 10 : 2;
+    for (const auto& one : planned) {
+        truth.append(truthEntry(one));
+        params[one.file] = modelParameters(wheel::nominalOf(one.spec), spread);
+    }
+    return HomeFiles::writeJson(folder + QStringLiteral("/params.json"), params, error) &&
+           HomeFiles::writeJson(truthFile,
+                                {{QStringLiteral("mm_per_px"), mmPerPx(plan.size)}, {QStringLiteral("images"), truth}},
                                 error);
 }

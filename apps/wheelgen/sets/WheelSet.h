@@ -29,7 +29,8 @@ struct PlannedWheel
 
 namespace WheelSet {
 
-/// The wheels of a set. A wheel's spec depends on the plan's seed and its number alone, not on `count` or `jobs`.
+/// The wheels of a set. A wheel's spec depends on the plan's seed and its number, not on `count` or `jobs`. Those
+/// without a hole are spread evenly.
 QVector<PlannedWheel> wheels(const WheelSetPlan& plan);
 
 /// Real length of an image pixel, for wheels of nominal size that measure 460 mm across the rim.
@@ -38,8 +39,13 @@ double mmPerPx(cv::Size size);
 /// The entry of one wheel in truth.json.
 QJsonObject truthEntry(const PlannedWheel& wheel);
 
-/// Renders all wheels into `folder`, which is made if missing, and writes truth.json there last. On failure false, and
-/// `error` names file and reason.
+/// Parameters as the bundled engine's models hold them, for a wheel of these nominal lengths (pixels); `spread` is the
+/// percentage by which the lengths of single wheels differ from them.
+QJsonObject modelParameters(const wheel::Nominal& nominal, double spread);
+
+/// Renders all wheels into `folder`, which is made if missing. Writes params.json there (each image's model parameters
+/// by file name) and, last of all, truth.json: a folder with a truth.json is complete. On failure false, and `error`
+/// names file and reason.
 bool write(const QString& folder, const WheelSetPlan& plan, QString* error);
 
 } // namespace WheelSet
