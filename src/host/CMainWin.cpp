@@ -1,13 +1,17 @@
 #include "host/CMainWin.h"
 
+#include "config/IniFile.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
+#include "db/log/LogLine.h"
+#include "db/log/ksSysLog.h"
 #include "host/CellStatusBar.h"
 #include "host/LanguageSwitch.h"
 #include "host/Messages.h"
 #include "platform/AppHome.h"
 #include "ui_CMainWin.h"
 #include "workflow/CZdCtrl.h"
+#include "workflow/CellRecords.h"
 #include "workflow/ImageRouter.h"
 #include "workflow/ModuleRelay.h"
 #include "workflow/PlcLink.h"
@@ -34,6 +38,7 @@ CMainWin::CMainWin(QWidget* parent)
     : QMainWindow(parent)
 {
     buildUi();
+    startSystemLog();
     loadSettings();
     loadGlobalConfig();
     applyLanguage();
@@ -44,6 +49,9 @@ CMainWin::CMainWin(QWidget* parent)
     createUserControl();
     connectViewers();
     buildStatusBar();
+    prepareImageFolders();
+    logSystemStart();
+    openResultDatabase();
     createController();
     connectStations();
     selectRunModels();
@@ -64,8 +72,10 @@ CMainWin::~CMainWin()
         m_serialPort.reset();
     }
     m_router->setEngine(nullptr);
-    m_controller.reset();
     m_modules.stop();
+    m_results->setStore(nullptr);
+    m_records.reset();
+    m_controller.reset();
 }
 
 void CMainWin::buildUi()
@@ -75,6 +85,11 @@ void CMainWin::buildUi()
     m_ui->setupUi(this);
     m_ui->stationView1->setStation(1);
     m_ui->stationView2->setStation(2);
+}
+
+void CMainWin::startSystemLog()
+{
+    SystemLog::ksSysLog::instance();
 }
 
 void CMainWin::loadSettings()
@@ -179,11 +194,29 @@ void CMainWin::buildStatusBar()
     setStatusBar(m_status);
 }
 
+void CMainWin::prepareImageFolders()
+{
+    m_records = std::make_unique<CellRecords>(platform::home(), *ksSysConfig::instance());
+    m_records->prepareImageFolders();
+}
+
+void CMainWin::logSystemStart()
+{
+    SystemLog::LogLine(SystemLog::Information).stream() << "系统启动";
+}
+
+void CMainWin::openResultDatabase()
+{
+    m_records->openResultDatabase();
+    m_results->setStore(m_records->store());
+}
+
 void CMainWin::createController()
 {
     m_controller = std::make_unique<CZdCtrl>(m_modules.engine(), platform::home());
     m_controller->initialise();
     m_dispatch->setController(m_controller.get());
+    m_records->openModelLibrary(m_controller->plcIndices(), m_controller->stationNames());
 }
 
 void CMainWin::connectStations()
@@ -293,7 +326,7 @@ void CMainWin::onImageScale(qreal scale)
 
 void CMainWin::onSystemLog(const QString& text)
 {
-    qInfo("%s", qUtf8Printable(text));
+    SystemLog::information(text);
 }
 
 void CMainWin::closeEvent(QCloseEvent* event)

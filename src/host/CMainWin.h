@@ -11,6 +11,7 @@
 #include <memory>
 
 class CZdCtrl;
+class CellRecords;
 class CellStatusBar;
 class ImageRouter;
 class LanguageSwitch;
@@ -58,6 +59,7 @@ protected:
 private:
     // The start-up, in its order; each step is a line of the constructor.
     void buildUi();
+    void startSystemLog();
     void loadSettings();
     void loadGlobalConfig();
     void applyLanguage();
@@ -67,6 +69,9 @@ private:
     void createUserControl();
     void connectViewers();
     void buildStatusBar();
+    void prepareImageFolders();
+    void logSystemStart();
+    void openResultDatabase();
     void createController();
     void connectStations();
     void selectRunModels();
@@ -90,6 +95,7 @@ private:
     std::unique_ptr<ImageRouter> m_router;
     std::unique_ptr<ResultHandler> m_results;
     std::unique_ptr<RoadTimer> m_road;
+    std::unique_ptr<CellRecords> m_records;
     std::unique_ptr<CZdCtrl> m_controller;
 
     CellStatusBar* m_status = nullptr;
