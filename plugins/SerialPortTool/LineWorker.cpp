@@ -11,13 +11,14 @@ Q_LOGGING_CATEGORY(lcSerial, "valvecell.serial", QtInfoMsg)
 /// Bytes that may wait for a jammed line; past them frames are given up rather than sent late.
 constexpr qint64 kMaxWaitingBytes = 8 * wire::frameBytes;
 
-/// The device behind a name, links followed. A name that is no file yet, and a Windows port name, stays as it is.
+/// The device behind a name, links followed; empty when it is a path to nothing. A name that is no path stays as it is
+/// unless it is one of /dev.
 QString deviceOf(const QString& name)
 {
-    const bool plain = !name.contains(QLatin1Char('/'));
-    const QString inDev = plain ? QFileInfo(QStringLiteral("/dev/") + name).canonicalFilePath() : QString();
-    const QString device = inDev.isEmpty() ? QFileInfo(name).canonicalFilePath() : inDev;
-    return device.isEmpty() ? name : device;
+    if (name.contains(QLatin1Char('/')))
+        return QFileInfo(name).canonicalFilePath();
+    const QString inDev = QFileInfo(QStringLiteral("/dev/") + name).canonicalFilePath();
+    return inDev.isEmpty() ? name : inDev;
 }
 
 } // namespace
@@ -41,22 +42,26 @@ void LineWorker::start(const std::shared_ptr<std::promise<bool>>& opened)
 void LineWorker::openOrRetry()
 {
     ++m_state->openAttempts;
-    if (tryOpen()) {
+    const QString problem = tryOpen();
+    if (problem.isEmpty()) {
         onOpened();
         return;
     }
-    noteFailure(QStringLiteral("cannot be opened"));
+    noteFailure(problem);
     closeAndRetry();
 }
 
-bool LineWorker::tryOpen()
+QString LineWorker::tryOpen()
 {
     m_device = deviceOf(m_settings.portName);
     m_state->setDevice(m_device);
+    if (m_device.isEmpty())
+        return QStringLiteral("%1: no such device").arg(m_settings.portName);
     m_port.setPortName(m_device);
-    return m_port.open(QIODevice::ReadWrite) && m_port.setBaudRate(m_settings.baudRate) &&
-           m_port.setDataBits(QSerialPort::Data8) && m_port.setParity(QSerialPort::NoParity) &&
-           m_port.setStopBits(QSerialPort::OneStop) && m_port.setFlowControl(QSerialPort::NoFlowControl);
+    const bool opened = m_port.open(QIODevice::ReadWrite) && m_port.setBaudRate(m_settings.baudRate) &&
+                        m_port.setDataBits(QSerialPort::Data8) && m_port.setParity(QSerialPort::NoParity) &&
+                        m_port.setStopBits(QSerialPort::OneStop) && m_port.setFlowControl(QSerialPort::NoFlowControl);
+    return opened ? QString() : QStringLiteral("%1: %2").arg(m_device, m_port.errorString());
 }
 
 void LineWorker::onOpened()
@@ -100,7 +105,7 @@ void LineWorker::onError(QSerialPort::SerialPortError error)
     if (!failed || m_state->session == 0) // closed: openOrRetry() deals with what open() says
         return;
     m_state->session = 0;
-    noteFailure(QStringLiteral("the line is lost"));
+    noteFailure(m_device + QStringLiteral(": the line is lost")); // the system's reasons for it vary and mislead
     if (m_openSince.hasExpired(ReopenPause::longest.count()))
         m_pause.reset();
     // Not from inside the port's own notification, which goes on to use the port.
@@ -122,10 +127,9 @@ void LineWorker::stop()
     thread()->quit();
 }
 
-void LineWorker::noteFailure(const QString& what)
+void LineWorker::noteFailure(const QString& problem)
 {
-    const QString text = QStringLiteral("%1: %2 (%3)").arg(m_device, what, m_port.errorString());
-    m_state->setLastError(text);
+    m_state->setLastError(problem);
     if (!std::exchange(m_told, true))
-        qCWarning(lcSerial).noquote() << text;
+        qCWarning(lcSerial).noquote() << problem;
 }

@@ -36,13 +36,13 @@ public:
     void stop();
 
 private:
-    bool tryOpen();
+    QString tryOpen(); ///< what went wrong; empty when the line is open
     void openOrRetry();
     void onOpened();
     void onReadyRead();
     void onError(QSerialPort::SerialPortError error);
     void closeAndRetry();
-    void noteFailure(const QString& what);
+    void noteFailure(const QString& problem);
 
     const LineSettings m_settings;
     const std::shared_ptr<LineState> m_state;

@@ -1,0 +1,83 @@
+#include "ImageCycle.h"
+
+#include <valvecell/HomeFiles.h>
+
+#include <QJsonArray>
+
+#include <algorithm>
+
+namespace {
+
+bool isNumber(const QJsonObject& entry, const char* key)
+{
+    return entry[QLatin1String(key)].isDouble();
+}
+
+/// Nothing when a key has a wrong type.
+std::optional<KnownImage> imageFrom(const QJsonObject& entry)
+{
+    KnownImage image;
+    const QJsonValue hole = entry["hole"];
+    const int index = entry["index"].toInt(-1);
+    if (!entry["file"].isString() || !hole.isBool() || index < 0 || index > 32767)
+        return {};
+    if (hole.toBool() && !isNumber(entry, "angle"))
+        return {};
+    image.file = entry["file"].toString();
+    image.model = entry["model"].toString();
+    image.index = index;
+    image.hole = hole.toBool();
+    image.angle = entry["angle"].toDouble();
+    if (isNumber(entry, "x") && isNumber(entry, "y"))
+        image.center = QPointF(entry["x"].toDouble(), entry["y"].toDouble());
+    return image;
+}
+
+bool readTruth(const QString& path, QVector<KnownImage>* images, QString* error)
+{
+    const HomeFiles::JsonRead read = HomeFiles::readJson(path);
+    *error = read.error;
+    if (read.state != HomeFiles::JsonRead::Good)
+        return read.state == HomeFiles::JsonRead::Missing;
+    const QJsonArray entries = read.object["images"].toArray();
+    for (int i = 0; i < entries.size(); ++i) {
+        const auto image = imageFrom(entries[i].toObject());
+        if (!image) {
+            *error = QStringLiteral("%1: entry %2 of \"images\" is no image").arg(path).arg(i + 1);
+            return false;
+        }
+        images->append(*image);
+    }
+    return true;
+}
+
+QStringList imageFiles(const QDir& folder)
+{
+    static const QStringList kinds{"*.bmp", "*.png", "*.jpg", "*.jpeg", "*.pgm", "*.ppm", "*.tif", "*.tiff"};
+    QStringList files = folder.entryList(kinds, QDir::Files, QDir::Unsorted);
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+} // namespace
+
+bool ImageCycle::load(const QString& folder, QString* error)
+{
+    const QStringList files = imageFiles(QDir(folder));
+    if (files.isEmpty()) {
+        *error = QStringLiteral("%1: no images").arg(folder);
+        return false;
+    }
+    QVector<KnownImage> known;
+    if (!readTruth(folder + QStringLiteral("/truth.json"), &known, error))
+        return false;
+    m_images.clear();
+    for (const QString& file : files) {
+        const auto it =
+            std::find_if(known.cbegin(), known.cend(), [&](const KnownImage& image) { return image.file == file; });
+        KnownImage unknown;
+        unknown.file = file;
+        m_images.append(it == known.cend() ? unknown : *it);
+    }
+    return true;
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "PortLink.h"
+#include "wire/FrameCodec.h"
+
+#include <QIODevice>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+/// The PLC's end of the serial line: a pseudo-terminal behind a link, or a real port.
+class PlcLine : public QObject
+{
+    Q_OBJECT
+
+public:
+    PlcLine();
+
+    /// Makes a pseudo-terminal and turns `link` to its far end, for the program to open as its port.
+    bool openLink(const QString& link, QString* error);
+    /// Opens a port by its name. One that fails later is tried again every half second.
+    bool openPort(const QString& name, qint32 baudRate, QString* error);
+
+    /// Sends a frame. Returns the time just before its last byte went out; see nowNs().
+    qint64 send(const SComFrame& frame);
+    /// Sends bytes as they are.
+    void sendBytes(const QByteArray& bytes);
+    /// Pulls the cable, and puts it back after `ms` milliseconds.
+    void pull(int ms);
+
+    /// A clock that only goes forward, nanoseconds.
+    static qint64 nowNs();
+
+signals:
+    void frameSent(const SComFrame& frame);
+    void bytesSent(const QByteArray& bytes);
+    /// A frame whose checksum is right; `atNs` is when its last byte had arrived.
+    void frameReceived(const SComFrame& frame, qint64 atNs);
+    void pulled();
+    void pluggedIn();
+
+private:
+    using Device = std::unique_ptr<QIODevice>;
+
+    bool plugIn(QString* error);
+    void putBack();
+    void onReadyRead();
+    void write(const QByteArray& bytes);
+
+    std::function<Device(QString* error)> m_make; ///< null when it cannot be had
+    std::unique_ptr<PortLink> m_link;
+    Device m_device;
+    QTimer m_back;
+    wire::FrameEncoder m_encoder;
+    wire::FrameDecoder m_decoder;
+};

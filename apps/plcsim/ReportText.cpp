@@ -1,0 +1,84 @@
+#include "ReportText.h"
+
+#include <cstdio>
+
+namespace {
+
+QString number(std::optional<double> value, int digits)
+{
+    return value ? QString::number(*value, 'f', digits) : QStringLiteral("-");
+}
+
+QString cell(const QString& text, int width)
+{
+    return text.rightJustified(width) + QLatin1Char(' ');
+}
+
+QString spreadLine(const char* name, const std::optional<Spread>& spread, int digits, const char* unit)
+{
+    if (!spread)
+        return {};
+    const auto value = [&](double one) { return number(one, digits); };
+    return QStringLiteral("%1 p50 %2  p95 %3  p99 %4  max %5 %6")
+        .arg(QLatin1String(name), -18)
+        .arg(value(spread->p50), value(spread->p95), value(spread->p99), value(spread->max), QLatin1String(unit));
+}
+
+QString memoryLine(const ReportFigures& figures)
+{
+    if (!figures.rssKibAtEnd)
+        return {};
+    const auto kib = [](const std::optional<qint64>& value) { return value ? QString::number(*value) : QString("-"); };
+    return QStringLiteral("%1 after part 20 %2 KiB, at the end %3 KiB")
+        .arg(QStringLiteral("resident memory"), -18)
+        .arg(kib(figures.rssKibAfter20), kib(figures.rssKibAtEnd));
+}
+
+QString refusalLine(const ReportFigures& figures)
+{
+    if (!figures.refusals || figures.refusals->asked == 0)
+        return {};
+    return QStringLiteral("refused triggers   %1 of %2 answered with 999 and H")
+        .arg(figures.refusals->refused)
+        .arg(figures.refusals->asked);
+}
+
+} // namespace
+
+QString ReportText::header()
+{
+    return cell("part", 5) + cell("st", 2) + cell("image", 16) + cell("model", 12) + cell("true", 8) +
+           cell("angle", 8) + cell("X", 9) + cell("Y", 9) + cell("error", 6) + cell("ms", 8) + QStringLiteral("result");
+}
+
+QString ReportText::line(const PartRow& row)
+{
+    const auto answered = [&](double value) { return row.answered ? std::optional<double>(value) : std::nullopt; };
+    const bool hole = row.image.hole.value_or(false);
+    const QString truth = hole ? number(row.image.angle, 3) : QString(row.image.hole ? "none" : "-");
+    return cell(QString::number(row.number), 5) + cell(QString::number(row.station), 2) + cell(row.image.file, 16) +
+           cell(row.image.model.isEmpty() ? QString::number(row.image.index) : row.image.model, 12) + cell(truth, 8) +
+           cell(number(answered(row.answer.angle), 3), 8) + cell(number(answered(row.answer.x), 3), 9) +
+           cell(number(answered(row.answer.y), 3), 9) + cell(number(row.angleErrorDeg(), 3), 6) +
+           cell(number(answered(row.latencyMs), 3), 8) + QLatin1String(verdictText(row.verdict()));
+}
+
+QStringList ReportText::summary(const ReportFigures& figures)
+{
+    QStringList lines{QStringLiteral("parts %1, replies %2, found %3, wrong %4")
+                          .arg(figures.parts)
+                          .arg(figures.replies)
+                          .arg(figures.found)
+                          .arg(figures.wrong),
+                      spreadLine("angle error", figures.angleErrorDeg, 3, "deg"),
+                      spreadLine("centre error", figures.centerErrorPx, 3, "px"),
+                      spreadLine("trigger to reply", figures.latencyMs, 3, "ms"),
+                      spreadLine("  engine", figures.engineMs, 3, "ms"),
+                      spreadLine("  the rest", figures.restMs, 3, "ms (without engine and camera delay)"),
+                      memoryLine(figures),
+                      refusalLine(figures),
+                      spreadLine("  refusal", figures.refusedMs, 3, "ms")};
+    lines.removeAll(QString());
+    lines.append(figures.allGood ? QStringLiteral("all good") : QStringLiteral("NOT all good"));
+    return lines;
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "PlcScript.h"
+
+#include <QHash>
+#include <QObject>
+#include <QRandomGenerator>
+#include <QTimer>
+
+class PlcLine;
+
+/// Runs the commands of a script, or those that come one by one, in their order. Answers that come before they are
+/// waited for are kept for the `wait`, heartbeats excepted: for those only new ones count.
+class ScriptRunner : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `stopAtFailure`: as a script does; a person's commands go on.
+    ScriptRunner(PlcLine& line, bool stopAtFailure);
+
+    void add(const QVector<ScriptCommand>& commands);
+    /// No more commands come: finished() as soon as all have run.
+    void close();
+
+signals:
+    /// An awaited frame came; `afterTriggerMs` counts from the last trigger's last byte, below 0 without one.
+    void arrived(const SComFrame& frame, double afterTriggerMs);
+    /// A command failed; the text names its line.
+    void failed(const QString& text);
+    void finished(int failures);
+
+private:
+    struct Arrival
+    {
+        SComFrame frame;
+        qint64 atNs;
+    };
+
+    void scheduleStep();
+    void step();
+    void run(const ScriptCommand& command);
+    void send(const SComFrame& frame);
+    void expect(const ScriptCommand& command);
+    void repeat(const ScriptCommand& command);
+    QByteArray garbage(int count);
+    void onFrame(const SComFrame& frame, qint64 atNs);
+    void onTimeout();
+    void settle(const Arrival& arrival);
+    void fail(const QString& reason);
+
+    PlcLine& m_line;
+    const bool m_stopAtFailure;
+    QVector<ScriptCommand> m_commands;
+    int m_next = 0;
+    ScriptCommand m_current;
+    bool m_busy = false; ///< a command waits for a frame or the time
+    bool m_closed = false;
+    bool m_done = false;
+    int m_failures = 0;
+    QHash<int, int> m_rounds; ///< runs so far, by the index of the repeat
+    QVector<Arrival> m_unread;
+    qint64 m_triggerNs = -1;
+    QTimer m_timer;
+    QRandomGenerator m_random{20};
+};

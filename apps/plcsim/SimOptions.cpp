@@ -1,0 +1,111 @@
+#include "SimOptions.h"
+
+#include <QCommandLineParser>
+
+namespace {
+
+void describe(QCommandLineParser& parser)
+{
+    parser.setApplicationDescription(
+        "The PLC of a cell, simulated. With --parts it feeds parts and reports how the program answered, with --script "
+        "it runs a script, otherwise it takes the same commands from its standard input:\n"
+        "  C I1 I2      model indices of stations 1 and 2\n"
+        "  P STATION    trigger\n"
+        "  shutdown     the frame that closes the program\n"
+        "  send CMD W.. any frame, for example: send 0x51 1 2 3\n"
+        "  wait CMD MS  a frame of that kind has to come within MS milliseconds\n"
+        "  none CMD MS  no frame of that kind may come within MS milliseconds\n"
+        "  raw HEX      bytes as they are\n"
+        "  garbage N    N random bytes\n"
+        "  pull MS      the cable is pulled for MS milliseconds\n"
+        "  sleep MS     a pause\n"
+        "  repeat [N]   everything above again, N times in all; without N endlessly");
+    parser.addOptions({{"help", "Shows this text."},
+                       {"link", "Makes a pseudo-terminal, and PATH a link to it.", "PATH"},
+                       {"port", "Uses a real port.", "NAME"},
+                       {"baud", "Baud rate of the port.", "RATE", "115200"},
+                       {"verbose", "Prints every frame."},
+                       {"script", "Runs the commands of a file.", "FILE"},
+                       {"parts", "Feeds N parts; 0 feeds until the standard input ends or SIGTERM comes.", "N"},
+                       {"truth1", "Folder of the images of station 1, with truth.json.", "DIR"},
+                       {"truth2", "Folder of the images of station 2, with truth.json.", "DIR"},
+                       {"home", "The program's home, whose calibration turns X and Y back into pixels.", "DIR"},
+                       {"road", "File with the program's timing lines.", "FILE"},
+                       {"json", "Writes the report there.", "FILE"},
+                       {"camera-delay", "Exposure and transfer time of the cameras.", "MS", "0"},
+                       {"interval", "At least so long from part to part.", "MS", "0"},
+                       {"timeout", "So long may an answer take.", "MS", "5000"},
+                       {"start-timeout", "So long may the program take to send its first heartbeat.", "MS", "60000"},
+                       {"filter", "The program's filter time for triggers of one station.", "MS", "0"},
+                       {"refused", "After the parts, N triggers with an index that no table has.", "N", "0"}});
+}
+
+bool readNumber(const QCommandLineParser& parser, const char* name, int* value, QString* error)
+{
+    bool good = false;
+    const QString text = parser.value(name);
+    *value = text.toInt(&good);
+    if (good && *value >= 0)
+        return true;
+    *error = QStringLiteral("--%1 %2: not a number").arg(QLatin1String(name), text);
+    return false;
+}
+
+bool readNumbers(const QCommandLineParser& parser, SimOptions* options, QString* error)
+{
+    int parts = 0;
+    if (parser.isSet("parts")) {
+        if (!readNumber(parser, "parts", &parts, error))
+            return false;
+        options->parts = parts;
+    }
+    const std::pair<const char*, int*> numbers[] = {
+        {"baud", &options->baudRate},     {"interval", &options->intervalMs},
+        {"timeout", &options->timeoutMs}, {"start-timeout", &options->startTimeoutMs},
+        {"filter", &options->filterMs},   {"refused", &options->refused}};
+    for (const auto& [name, value] : numbers)
+        if (!readNumber(parser, name, value, error))
+            return false;
+    bool good = false;
+    options->cameraDelayMs = parser.value("camera-delay").toDouble(&good);
+    if (!good)
+        *error = QStringLiteral("--camera-delay: not a number");
+    return good;
+}
+
+} // namespace
+
+bool SimOptions::parse(const QStringList& arguments, QString* error)
+{
+    QCommandLineParser parser;
+    describe(parser);
+    if (!parser.parse(QStringList{"plcsim"} + arguments) || !parser.positionalArguments().isEmpty()) {
+        *error = parser.errorText().isEmpty()
+                     ? QStringLiteral("what is %1?").arg(parser.positionalArguments().join(' '))
+                     : parser.errorText();
+        return false;
+    }
+    if (parser.isSet("link") == parser.isSet("port"))
+        *error = QStringLiteral("either --link or --port is needed");
+    else if (parser.isSet("script") && parser.isSet("parts"))
+        *error = QStringLiteral("either --script or --parts, not both");
+    else
+        error->clear();
+    link = parser.value("link");
+    port = parser.value("port");
+    verbose = parser.isSet("verbose");
+    script = parser.value("script");
+    truth[0] = parser.value("truth1");
+    truth[1] = parser.value("truth2");
+    home = parser.value("home");
+    road = parser.value("road");
+    json = parser.value("json");
+    return error->isEmpty() && readNumbers(parser, this, error);
+}
+
+QString SimOptions::help()
+{
+    QCommandLineParser parser;
+    describe(parser);
+    return parser.helpText();
+}

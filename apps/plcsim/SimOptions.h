@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// What the simulated PLC was asked to do.
+struct SimOptions
+{
+    QString link; ///< either this or `port`
+    QString port;
+    int baudRate = 115200;
+    bool verbose = false;
+
+    QString script;           ///< a script's file; empty for none
+    std::optional<int> parts; ///< parts to feed, 0 for endless; nothing for a script or a person's commands
+    QString truth[2];         ///< folders of the stations' images
+    QString home;             ///< the program's home; empty when not given
+    QString road;             ///< file with the program's timing lines
+    QString json;             ///< where the report goes as JSON
+    double cameraDelayMs = 0;
+    int intervalMs = 0;         ///< from part to part, at least
+    int timeoutMs = 5000;       ///< for an answer
+    int startTimeoutMs = 60000; ///< for the program's first heartbeat
+    int filterMs = 0;           ///< the program's filter time
+    int refused = 0;            ///< triggers to be refused, afterwards
+
+    /// Reads a command line without the program's name; false with what is wrong with it.
+    bool parse(const QStringList& arguments, QString* error);
+    static QString help();
+};

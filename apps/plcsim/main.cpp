@@ -1,0 +1,93 @@
+// The PLC of a cell, simulated: see --help.
+
+#include "Console.h"
+#include "FrameLog.h"
+#include "PartSession.h"
+#include "PlcLine.h"
+#include "ScriptSession.h"
+#include "SimOptions.h"
+#include "platform/StandardInput.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+
+namespace {
+
+constexpr int kCannotBegin = 2;
+
+volatile std::sig_atomic_t endRequested = 0;
+
+/// Calls `stop` soon after SIGTERM or SIGINT; the one portable thing that a handler may do is to set a flag.
+template <typename Stop>
+void stopOnSignal(QTimer& poll, Stop stop)
+{
+    for (const int signal : {SIGTERM, SIGINT})
+        std::signal(signal, [](int) { endRequested = 1; });
+    QObject::connect(&poll, &QTimer::timeout, &poll, [stop] {
+        if (std::exchange(endRequested, 0))
+            stop();
+    });
+    poll.start(100);
+}
+
+int cannotBegin(const QString& error)
+{
+    Console::complain(error);
+    return kCannotBegin;
+}
+
+int feedParts(PlcLine& line, const SimOptions& options)
+{
+    PartSession session(line, options);
+    QObject::connect(&session, &PartSession::finished, &QCoreApplication::exit);
+    QTimer poll;
+    stopOnSignal(poll, [&session] { session.stop(); });
+    std::unique_ptr<platform::StandardInput> input;
+    if (options.parts == 0 && platform::StandardInput::isPipe()) {
+        input = std::make_unique<platform::StandardInput>();
+        QObject::connect(input.get(), &platform::StandardInput::closed, &session, &PartSession::stop);
+    }
+    QString error;
+    return session.start(&error) ? QCoreApplication::exec() : cannotBegin(error);
+}
+
+int runCommands(PlcLine& line, const SimOptions& options)
+{
+    ScriptSession session(line);
+    QObject::connect(&session, &ScriptSession::finished, &QCoreApplication::exit);
+    QTimer poll;
+    stopOnSignal(poll, [] { QCoreApplication::exit(0); });
+    QString error;
+    if (options.script.isEmpty())
+        session.runInput();
+    else if (!session.runFile(options.script, &error))
+        return cannotBegin(error);
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (arguments.contains(QStringLiteral("--help"))) {
+        Console::say(SimOptions::help());
+        return 0;
+    }
+    SimOptions options;
+    QString error;
+    if (!options.parse(arguments, &error))
+        return cannotBegin(error);
+    PlcLine line;
+    const bool interactive = !options.parts && options.script.isEmpty();
+    std::unique_ptr<FrameLog> log;
+    if (options.verbose || interactive)
+        log = std::make_unique<FrameLog>(line, options.verbose ? FrameLog::Everything : FrameLog::WithoutHeartbeat);
+    const bool open = options.link.isEmpty() ? line.openPort(options.port, options.baudRate, &error)
+                                             : line.openLink(options.link, &error);
+    if (!open)
+        return cannotBegin(error);
+    return options.parts ? feedParts(line, options) : runCommands(line, options);
+}

@@ -1,0 +1,329 @@
+#include "CellCalibration.h"
+#include "PartReport.h"
+#include "ReportText.h"
+#include "SimOptions.h"
+#include "TriggerPace.h"
+#include "config/ksGlobalConfig.h"
+#include "support/TempHome.h"
+
+#include <QJsonArray>
+
+Q_DECLARE_METATYPE(Verdict)
+
+namespace {
+
+constexpr double kNoAngle = 361;
+
+PartRow rowOf(int number, double angle, std::optional<bool> hole = true, double truth = 90)
+{
+    PartRow row;
+    row.number = number;
+    row.station = (number - 1) % 2 + 1;
+    row.image.hole = hole;
+    row.image.angle = truth;
+    row.answered = true;
+    row.noticed = angle >= 360;
+    row.answer.angle = angle;
+    row.latencyMs = number;
+    return row;
+}
+
+RoadTiming timing(int station, double engineMs, qint64 rssKib)
+{
+    return {station, engineMs, 0, 0, rssKib};
+}
+
+} // namespace
+
+class PlcReportTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void percentilesAreMeasuredValues_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QVector<double>>("expected"); // p50, p95, p99, max of 1 .. count
+        QTest::newRow("one") << 1 << QVector<double>{1, 1, 1, 1};
+        QTest::newRow("two") << 2 << QVector<double>{1, 2, 2, 2};
+        QTest::newRow("twenty") << 20 << QVector<double>{10, 19, 20, 20};
+        QTest::newRow("hundred") << 100 << QVector<double>{50, 95, 99, 100};
+        QTest::newRow("two hundred") << 200 << QVector<double>{100, 190, 198, 200};
+    }
+    void percentilesAreMeasuredValues()
+    {
+        QFETCH(int, count);
+        QVector<double> values;
+        for (int i = count; i > 0; --i)
+            values.append(i);
+        const Spread spread = *spreadOf(values);
+        QTEST(QVector<double>({spread.p50, spread.p95, spread.p99, spread.max}), "expected");
+        QVERIFY(!spreadOf({}));
+    }
+
+    void partIsJudged_data()
+    {
+        QTest::addColumn<double>("angle");
+        QTest::addColumn<double>("truth");
+        QTest::addColumn<int>("hole"); // -1: truth unknown
+        QTest::addColumn<double>("error");
+        QTest::addColumn<Verdict>("verdict");
+        QTest::newRow("found") << 90.4 << 90.0 << 1 << 0.4 << Verdict::Right;
+        QTest::newRow("just outside") << 90.501 << 90.0 << 1 << 0.501 << Verdict::Wrong;
+        QTest::newRow("across 0, upwards") << 0.2 << 359.9 << 1 << 0.3 << Verdict::Right;
+        QTest::newRow("across 0, downwards") << 359.8 << 0.1 << 1 << 0.3 << Verdict::Right;
+        QTest::newRow("opposite") << 270.0 << 90.0 << 1 << 180.0 << Verdict::Wrong;
+        QTest::newRow("missed") << kNoAngle << 90.0 << 1 << -1.0 << Verdict::Missed;
+        QTest::newRow("no hole") << kNoAngle << 0.0 << 0 << -1.0 << Verdict::Right;
+        QTest::newRow("invented") << 0.0 << 0.0 << 0 << -1.0 << Verdict::Invented;
+        QTest::newRow("refused") << 999.0 << 90.0 << 1 << -1.0 << Verdict::Missed;
+        QTest::newRow("truth unknown") << 12.0 << 0.0 << -1 << -1.0 << Verdict::Answered;
+    }
+    void partIsJudged()
+    {
+        QFETCH(double, angle);
+        QFETCH(double, truth);
+        QFETCH(int, hole);
+        QFETCH(double, error);
+        PartRow row = rowOf(1, angle, hole < 0 ? std::nullopt : std::optional<bool>(hole > 0), truth);
+        QTEST(row.verdict(), "verdict");
+        QVERIFY(qAbs(row.angleErrorDeg().value_or(-1) - error) < 1e-9);
+        row.noticed = false;
+        if (angle >= 360)
+            QCOMPARE(row.verdict(), Verdict::NoNotice);
+        row.answered = false;
+        QCOMPARE(row.verdict(), Verdict::NoAnswer);
+        QVERIFY(!row.angleErrorDeg() && !row.found());
+    }
+
+    void answersAreReadAsTheyAreSent()
+    {
+        SComFrame frame = PlcFrames::make('F');
+        const qint16 words[] = {0, 0, 329, 750, -2, -500, 60, 250};
+        std::copy(std::begin(words), std::end(words), frame.data);
+        const PlcFrames::Answer answer = PlcFrames::answerFrom(frame);
+        QCOMPARE(answer.angle, 329.75);
+        QCOMPARE(answer.x, -2.5);
+        QCOMPARE(answer.y, 60.25);
+    }
+
+    void timingsGoToTheirParts()
+    {
+        PartReport report(10);
+        for (int i = 1; i <= 24; ++i)
+            report.add(rowOf(i, i == 3 ? 999 : i == 4 ? kNoAngle : 90, i != 4));
+        PartRow lost = rowOf(25, 0);
+        lost.answered = false;
+        report.add(lost);
+        QCOMPARE(report.partsWithImage(), 23);
+        QVector<RoadTiming> timings;
+        for (int i = 24; i >= 1; --i) // station 2 may tell before station 1
+            if (i != 3)
+                timings.prepend(timing((i - 1) % 2 + 1, i / 100.0, 1000 + i));
+        std::stable_sort(timings.begin(), timings.end(), [](auto& a, auto& b) { return a.station > b.station; });
+        report.join(timings);
+        for (const PartRow& row : report.rows()) {
+            QCOMPARE(row.road.has_value(), row.number != 3 && row.number != 25);
+            if (row.road)
+                QCOMPARE(*report.restMs(row), row.number - row.number / 100.0 - 10);
+        }
+        const ReportFigures figures = report.figures();
+        QCOMPARE(*figures.rssKibAfter20, 1020);
+        QCOMPARE(*figures.rssKibAtEnd, 1024);
+        QCOMPARE(figures.engineMs->max, 0.24);
+        QCOMPARE(figures.parts, 25);
+        QCOMPARE(figures.replies, 24);
+        QCOMPARE(figures.found, 22);
+        QVERIFY(!figures.allGood);
+    }
+
+    void oneBadPartSpoilsTheRun()
+    {
+        PartReport report(0);
+        report.add(rowOf(1, 90.1));
+        report.add(rowOf(2, kNoAngle, false));
+        QVERIFY(report.figures().allGood);
+        report.setRefusals({2, 1, {0.5, 0.7}});
+        QVERIFY(!report.figures().allGood);
+        report.setRefusals({2, 2, {0.5, 0.7}});
+        QVERIFY(report.figures().allGood);
+        report.add(rowOf(3, 91));
+        report.add(rowOf(4, 5, false));
+        const ReportFigures figures = report.figures();
+        QVERIFY(!figures.allGood);
+        QCOMPARE(figures.wrong, 2);
+        QCOMPARE(figures.found, 3);
+        const QString summary = ReportText::summary(figures).join('\n');
+        for (const char* part : {"parts 4, replies 4, found 3, wrong 2", "2 of 2", "p99 0.700", "NOT all good"})
+            QVERIFY2(summary.contains(QLatin1String(part)), qPrintable(summary));
+    }
+
+    void jsonSaysNullForWhatIsNotKnown()
+    {
+        PartReport report(0);
+        PartRow row = rowOf(1, 90.25);
+        row.image.model = QStringLiteral("轮毂A");
+        report.add(row);
+        PartRow lost = rowOf(2, 0, {});
+        lost.answered = false;
+        report.add(lost);
+        const QJsonObject json = ReportText::json(report);
+        QCOMPARE(json["parts"].toInt(), 2);
+        QCOMPARE(json["angle_error_deg"].toObject()["p50"].toDouble(), 0.25);
+        QCOMPARE(json["latency_ms"].toObject()["p99"].toDouble(), 1.0);
+        for (const char* key : {"center_error_px", "engine_ms", "rest_ms", "rss_kib", "refused"})
+            QVERIFY2(json[QLatin1String(key)].isNull(), key);
+        const QJsonArray rows = json["rows"].toArray();
+        QCOMPARE(rows[0]["model"].toString(), row.image.model);
+        QCOMPARE(rows[0]["angle"].toDouble(), 90.25);
+        for (const char* key : {"angle", "true_angle", "hole", "latency_ms", "x"})
+            QVERIFY2(rows[1][QLatin1String(key)].isNull(), key);
+    }
+
+    void timingLineIsFoundInTheProgramsOutput_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<double>("engineMs"); // below 0: no timing line
+        const QString good =
+            "valvecell.road: station=2 engine_ms=4.213 capture_ms=15.402 total_ms=21.210 rss_kib=123456";
+        QTest::newRow("as written") << good << 4.213;
+        QTest::newRow("with time before and line end") << "12:00:01 info " + good + "\r\n" << 4.213;
+        QTest::newRow("cut off") << good.left(80) << -1.0;
+        QTest::newRow("another line") << "valvecell.serial: /dev/pts/1: open again" << -1.0;
+        QTest::newRow("no number") << QString(good).replace("4.213", "fast") << -1.0;
+        QTest::newRow("empty") << "" << -1.0;
+    }
+    void timingLineIsFoundInTheProgramsOutput()
+    {
+        QFETCH(QString, line);
+        QFETCH(double, engineMs);
+        const auto timing = RoadLog::parse(line);
+        QCOMPARE(timing.has_value(), engineMs > 0);
+        if (!timing)
+            return;
+        QCOMPARE(timing->station, 2);
+        QCOMPARE(timing->engineMs, engineMs);
+        QCOMPARE(timing->totalMs, 21.21);
+        QCOMPARE(timing->rssKib, 123456);
+    }
+
+    void machinePointLeadsBackToItsPixel_data()
+    {
+        QTest::addColumn<bool>("fourPoint");
+        QTest::addColumn<bool>("swapped");
+        QTest::addColumn<QPointF>("machine");
+        QTest::newRow("two points") << false << false << QPointF(60.25, 120.125);
+        QTest::newRow("two points, swapped") << false << true << QPointF(120.125, 60.25);
+        // q = (2 * 100.5 - 200.25 + 5, 100.5 + 3 * 200.25 + 7), offsets 1 and 2
+        QTest::newRow("four points") << true << false << QPointF(6.75, 710.25);
+        QTest::newRow("four points, swapped") << true << true << QPointF(710.25, 6.75);
+    }
+    void machinePointLeadsBackToItsPixel()
+    {
+        QFETCH(bool, fourPoint);
+        QFETCH(bool, swapped);
+        QFETCH(QPointF, machine);
+        const TempHome home;
+        ksGlobalConfig config;
+        config.use4pointstand = fourPoint;
+        StationConfig& station = config.station(1);
+        station.swapXY = station.fourPoint.swapXY = swapped;
+        station.twoPoint = {{}, {}, 0, 0.5, 10, 20};
+        station.fourPoint.map = {2, -1, 5, 1, 3, 7};
+        station.fourPoint.xOffset = 1;
+        station.fourPoint.yOffset = 2;
+        config.station(2).twoPoint.scale = 0;
+        QVERIFY(config.save());
+        QString error;
+        QVERIFY2(CellCalibration::load(home.path(), &error), qPrintable(error));
+        const auto pixel = CellCalibration::pixelOf(1, machine);
+        QVERIFY(pixel && QLineF(*pixel, QPointF(100.5, 200.25)).length() < 1e-9);
+        QVERIFY(!CellCalibration::pixelOf(2, machine)); // no scale, and an empty map
+        QVERIFY(!CellCalibration::load(home.path("/nowhere"), &error));
+    }
+
+    void imagesComeInNameOrderAndAroundAgain()
+    {
+        const TempHome home;
+        QString error;
+        ImageCycle cycle;
+        QVERIFY(!cycle.load(home.path("/images"), &error));
+        for (const char* file : {"10.bmp", "9.PNG", "2.jpg", "truth.txt"})
+            home.write(QStringLiteral("/images/%1").arg(file), "x");
+        QVERIFY(cycle.load(home.path("/images"), &error));
+        QCOMPARE(cycle.next().index, KnownImage::unknownModel);
+        home.write("/images/truth.json", R"({"images": [
+            {"file": "2.jpg", "model": "B", "index": 2, "hole": true, "angle": 12.5, "x": 3, "y": 4},
+            {"file": "10.bmp", "model": "A", "index": 1, "hole": false, "angle": null}]})");
+        QVERIFY2(cycle.load(home.path("/images"), &error), qPrintable(error));
+        QStringList seen;
+        for (int i = 0; i < 4; ++i, cycle.advance())
+            seen << cycle.next().file + QString::number(cycle.next().index);
+        QCOMPARE(seen, (QStringList{"10.bmp1", "2.jpg2", "9.PNG99", "10.bmp1"}));
+        QCOMPARE(*cycle.next().hole, true);
+        QCOMPARE(*cycle.next().center, QPointF(3, 4));
+    }
+
+    void spoiledTruthIsNamed_data()
+    {
+        QTest::addColumn<QByteArray>("truth");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("no JSON") << QByteArray("{\n\"images\": [") << "line 2";
+        QTest::newRow("no file name") << QByteArray(R"({"images": [{"index": 1, "hole": false}]})") << "entry 1";
+        QTest::newRow("hole without angle")
+            << QByteArray(R"({"images": [{"file": "a", "index": 1, "hole": true}]})") << "entry 1";
+        QTest::newRow("huge index") << QByteArray(R"({"images": [{"file": "a", "index": 99999, "hole": false}]})")
+                                    << "entry 1";
+        QTest::newRow("not objects") << QByteArray(R"({"images": [7]})") << "entry 1";
+    }
+    void spoiledTruthIsNamed()
+    {
+        QFETCH(QByteArray, truth);
+        QFETCH(QString, message);
+        const TempHome home;
+        home.write("/images/a.bmp", "x");
+        home.write("/images/truth.json", truth);
+        QString error;
+        ImageCycle cycle;
+        QVERIFY(!cycle.load(home.path("/images"), &error));
+        QVERIFY2(error.contains("truth.json") && error.contains(message), qPrintable(error));
+    }
+
+    void paceKeepsFilterTimeOfAStationAndIntervalOfAll()
+    {
+        const qint64 ms = 1'000'000;
+        TriggerPace pace(1000, 300);
+        QCOMPARE(pace.waitNs(1, 0), 0);
+        pace.triggered(1, 0);
+        QCOMPARE(pace.waitNs(2, 100 * ms), 200 * ms);
+        QVERIFY(pace.waitNs(1, 1049 * ms) > 0); // the program's timer may run that long
+        pace.triggered(2, 1300 * ms);
+        QCOMPARE(pace.waitNs(1, 1300 * ms), 300 * ms);
+        QCOMPARE(pace.waitNs(1, 1600 * ms), 0);
+        QCOMPARE(TriggerPace(0, 0).waitNs(1, 0), 0);
+    }
+
+    void wrongOptionsAreRefused_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("no line") << QStringList{} << "--link";
+        QTest::newRow("two lines") << QStringList{"--link", "a", "--port", "b"} << "--port";
+        QTest::newRow("unknown") << QStringList{"--link", "a", "--colour"} << "colour";
+        QTest::newRow("loose word") << QStringList{"--link", "a", "b"} << "b";
+        QTest::newRow("text for a number") << QStringList{"--link", "a", "--parts", "many"} << "--parts many";
+        QTest::newRow("below zero") << QStringList{"--link", "a", "--filter", "-1"} << "--filter -1";
+        QTest::newRow("two modes") << QStringList{"--link", "a", "--parts", "1", "--script", "s"} << "--script";
+    }
+    void wrongOptionsAreRefused()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, message);
+        QString error;
+        QVERIFY(!SimOptions().parse(arguments, &error));
+        QVERIFY2(error.contains(message), qPrintable(error));
+    }
+};
+
+QTEST_GUILESS_MAIN(PlcReportTest)
+#include "tst_plcreport.moc"
