@@ -133,8 +133,9 @@ void paintPit(cv::Mat& image, const Pit& pit, const LightSpec& light)
             pixel = mix(pixel, slope, coverage(inside + pit.chamfer));
         }
         const auto wall = static_cast<float>(pit.wallGray * (0.55 + 0.45 * facing));
-        const float through = coverage(edge.at(dx - pit.wall.x, dy - pit.wall.y));
-        pixel = mix(pixel, mix(wall, static_cast<float>(pit.deep), through), coverage(inside));
+        const float open = coverage(inside),
+                    through = std::min(open, coverage(edge.at(dx - pit.wall.x, dy - pit.wall.y)));
+        pixel = pixel * (1 - open) + wall * (open - through) + static_cast<float>(pit.deep) * through;
     });
 }
 

@@ -89,6 +89,7 @@ private:
         hole.ringRadius = m_spec.face.ring * m_spec.rimRadius;
         hole.radius = m_varied ? range(std::clamp(6 * zoom, 6.0, 14.0), std::clamp(20 * zoom, 8.0, 20.0))
                                : m_spec.face.hole * m_spec.rimRadius;
+        hole.radius = std::min(hole.radius, 0.034 * m_spec.rimRadius); // the ledge has no room for more
         hole.axisRatio = m_easy ? 1 : range(m_varied ? 0.75 : 0.9, 1);
         hole.axisTurn = m_varied ? range(-15, 15) : 0;
         hole.chamfer = wide(0, 0.2, 0.35) * hole.radius;

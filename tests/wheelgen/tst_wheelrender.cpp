@@ -1,0 +1,291 @@
+#include "render/SpecDraw.h"
+#include "render/WheelRenderer.h"
+
+#include <QtTest>
+
+#include <opencv2/imgproc.hpp>
+
+using namespace wheel;
+
+namespace {
+
+constexpr double kDegree = CV_PI / 180;
+
+/// A wheel in even light without texture whose hole is a flat disc: what is measured in it is geometry.
+WheelSpec plainWheel(const char* design = "five")
+{
+    WheelSpec spec = drawWheel(*findDesign(design), Difficulty::Easy, {820, 700}, 5, true);
+    spec.hub = {407.3, 351.8};
+    spec.rimRadius = 300.4;
+    spec.face.machined = 0;
+    spec.face.ledgeSlope = 0;
+    spec.light = LightSpec();
+    spec.light.ambient = 1;
+    spec.light.diffuse = spec.light.specular = 0;
+    spec.scene = SceneSpec();
+    spec.scene.grain = spec.scene.backgroundTexture = 0;
+    spec.scene.background = 30;
+    spec.optics = OpticsSpec();
+    spec.optics.noise = spec.optics.blur = 0;
+    spec.hole.ringRadius = spec.face.ring * spec.rimRadius;
+    spec.hole.chamfer = 0;
+    spec.hole.wall = {};
+    spec.hole.depthGray = 0;
+    spec.hole.valve = Valve::None;
+    return spec;
+}
+
+/// The part of each pixel that a hole of gray value 0 covers.
+cv::Mat holeCoverage(WheelSpec spec)
+{
+    cv::Mat with, without;
+    renderWheel(spec).image.convertTo(with, CV_64F);
+    spec.hole.present = false;
+    renderWheel(spec).image.convertTo(without, CV_64F);
+    return 1 - with / without;
+}
+
+/// Bilinear gray value.
+double grayAt(const cv::Mat& image, cv::Point2d p)
+{
+    cv::Mat patch;
+    cv::getRectSubPix(image, {1, 1}, p, patch, CV_32F);
+    return static_cast<double>(patch.at<float>(0));
+}
+
+cv::Point2d onCircle(cv::Point2d center, double radius, double degrees)
+{
+    return center + radius * cv::Point2d(std::cos(degrees * kDegree), -std::sin(degrees * kDegree));
+}
+
+/// Radius at which the gray value is half way between lip and background, in one direction from the hub.
+double rimEdge(const cv::Mat& image, const WheelSpec& spec, double degrees)
+{
+    const auto gray = [&](double radius) { return grayAt(image, onCircle(spec.hub, radius, degrees)); };
+    const double half = 0.5 * (gray(spec.rimRadius - 2) + gray(spec.rimRadius + 2));
+    double radius = spec.rimRadius - 2;
+    while (gray(radius) > half)
+        radius += 0.02;
+    return radius;
+}
+
+/// How many times a walk round the ring enters something dark.
+int darkPlacesOnRing(const RenderedWheel& wheel)
+{
+    std::vector<double> grays;
+    for (double angle = 0; angle < 360; angle += 0.1)
+        grays.push_back(grayAt(wheel.image, onCircle(wheel.truth.hub, wheel.truth.ringRadius, angle)));
+    std::vector<double> sorted = grays;
+    std::sort(sorted.begin(), sorted.end());
+    const double limit = 0.55 * sorted[sorted.size() / 2];
+    int count = 0;
+    for (std::size_t i = 0; i < grays.size(); ++i)
+        count += grays[i] < limit && grays[(i + grays.size() - 1) % grays.size()] >= limit;
+    return count;
+}
+
+void addDesigns()
+{
+    QTest::addColumn<QString>("design");
+    for (const auto& design : designs())
+        QTest::newRow(design.key.c_str()) << QString::fromStdString(design.key);
+}
+
+} // namespace
+
+class WheelRenderTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void holeLiesWhereTheTruthSays_data()
+    {
+        QTest::addColumn<double>("angle");
+        QTest::addColumn<double>("radius");
+        QTest::addColumn<double>("ratio");
+        QTest::addColumn<double>("axisTurn");
+        QTest::addColumn<double>("blur");
+        QTest::addColumn<double>("motion");
+        QTest::newRow("small") << 12.3 << 6.0 << 1.0 << 0.0 << 0.0 << 0.0;
+        QTest::newRow("large") << 101.7 << 19.6 << 1.0 << 0.0 << 0.0 << 0.0;
+        QTest::newRow("tilted") << 203.1 << 8.3 << 0.75 << 0.0 << 0.0 << 0.0;
+        QTest::newRow("tilted askew") << 261.9 << 12.7 << 0.8 << 35.0 << 0.0 << 0.0;
+        QTest::newRow("out of focus") << 77.7 << 7.1 << 0.9 << 10.0 << 2.2 << 0.0;
+        QTest::newRow("turning") << 333.3 << 10.2 << 1.0 << 0.0 << 0.6 << 0.8;
+    }
+    void holeLiesWhereTheTruthSays()
+    {
+        QFETCH(double, angle);
+        QFETCH(double, radius);
+        QFETCH(double, ratio);
+        QFETCH(double, axisTurn);
+        QFETCH(double, blur);
+        QFETCH(double, motion);
+        WheelSpec spec = plainWheel();
+        spec.hole.angle = angle;
+        spec.hole.radius = radius;
+        spec.hole.axisRatio = ratio;
+        spec.hole.axisTurn = axisTurn;
+        spec.optics.blur = blur;
+        spec.optics.motion = motion;
+        const WheelTruth truth = truthOf(spec);
+        const cv::Moments moments = cv::moments(holeCoverage(spec));
+        const cv::Point2d found(moments.m10 / moments.m00, moments.m01 / moments.m00);
+        QVERIFY2(cv::norm(found - truth.holeCenter) < 0.02,
+                 qPrintable(QString::number(cv::norm(found - truth.holeCenter))));
+        const double seen = std::atan2(truth.hub.y - found.y, found.x - truth.hub.x) / kDegree;
+        QVERIFY(std::fabs(std::remainder(seen - truth.angle, 360)) < 0.005);
+        const double area = CV_PI * radius * radius * ratio;
+        if (blur == 0)
+            QVERIFY(std::fabs(moments.m00 - area) < 0.02 * area);
+    }
+
+    void zeroDegreesPointRightAndAnglesGrowCounterClockwise_data()
+    {
+        QTest::addColumn<double>("angle");
+        QTest::addColumn<QPoint>("side");
+        QTest::addColumn<double>("told");
+        QTest::newRow("right") << 0.0 << QPoint(1, 0) << 0.0;
+        QTest::newRow("top") << 90.0 << QPoint(0, -1) << 90.0;
+        QTest::newRow("left") << -180.0 << QPoint(-1, 0) << 180.0;
+        QTest::newRow("bottom") << 630.0 << QPoint(0, 1) << 270.0;
+    }
+    void zeroDegreesPointRightAndAnglesGrowCounterClockwise()
+    {
+        QFETCH(double, angle);
+        QFETCH(QPoint, side);
+        QFETCH(double, told);
+        WheelSpec spec = plainWheel();
+        spec.hole.angle = angle;
+        const RenderedWheel wheel = renderWheel(spec);
+        QCOMPARE(wheel.truth.angle, told);
+        const cv::Point2d there = spec.hub + spec.hole.ringRadius * cv::Point2d(side.x(), side.y());
+        QVERIFY(grayAt(wheel.image, there) < 5);
+        QVERIFY(grayAt(wheel.image, 2 * spec.hub - there) > 50);
+    }
+
+    void rimIsACircleAroundTheHub()
+    {
+        const WheelSpec spec = plainWheel();
+        const cv::Mat image = renderWheel(spec).image;
+        cv::Point2d shift;
+        double sum = 0;
+        for (int i = 0; i < 360; ++i) {
+            const double edge = rimEdge(image, spec, 1.0 * i);
+            QVERIFY2(std::fabs(edge - spec.rimRadius) < 0.3, qPrintable(QString::number(edge)));
+            shift += (edge - spec.rimRadius) / 180 * onCircle({}, 1, 1.0 * i);
+            sum += edge;
+        }
+        QVERIFY(std::fabs(sum / 360 - spec.rimRadius) < 0.05);
+        QVERIFY2(cv::norm(shift) < 0.02, qPrintable(QString::number(cv::norm(shift))));
+    }
+
+    void ledgeShowsTheValveHoleAndNothingLikeIt_data() { addDesigns(); }
+    void ledgeShowsTheValveHoleAndNothingLikeIt()
+    {
+        QFETCH(QString, design);
+        for (quint64 seed = 1; seed <= 3; ++seed)
+            for (const bool hole : {true, false}) {
+                const WheelSpec spec =
+                    drawWheel(*findDesign(design.toStdString()), Difficulty::Easy, {800, 700}, seed, hole);
+                const RenderedWheel wheel = renderWheel(spec);
+                QCOMPARE(wheel.truth.hole, hole);
+                QCOMPARE(darkPlacesOnRing(wheel), hole ? 1 : 0);
+            }
+    }
+
+    void twinHoleIsAskedForToTestTheRefusal()
+    {
+        WheelSpec spec = plainWheel();
+        spec.hole.twin = 70;
+        QCOMPARE(darkPlacesOnRing(renderWheel(spec)), 2);
+    }
+
+    void sameSeedSameBytes_data() { addDesigns(); }
+    void sameSeedSameBytes()
+    {
+        QFETCH(QString, design);
+        const Design& wheel = *findDesign(design.toStdString());
+        const auto render = [&](quint64 seed) {
+            return renderWheel(drawWheel(wheel, Difficulty::Varied, {401, 333}, seed, true)).image;
+        };
+        const cv::Mat image = render(7);
+        QCOMPARE(cv::countNonZero(image != render(7)), 0);
+        QVERIFY(cv::countNonZero(image != render(8)) > image.size().area() / 2);
+    }
+
+    void everyDrawnWheelKeepsTheLimits_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("5 megapixels") << QSize(2448, 2048);
+        QTest::newRow("20 megapixels") << QSize(5472, 3648);
+        QTest::newRow("square") << QSize(1600, 1600);
+        QTest::newRow("upright") << QSize(900, 1200);
+    }
+    void everyDrawnWheelKeepsTheLimits()
+    {
+        QFETCH(QSize, size);
+        const double height = size.height();
+        for (quint64 seed = 0; seed < 900; ++seed) {
+            const Design& design = designs()[seed % designs().size()];
+            const WheelSpec spec =
+                drawWheel(design, Difficulty::Varied, {size.width(), size.height()}, seed, seed % 3 != 0);
+            const WheelTruth t = truthOf(spec);
+            QVERIFY(t.rimRadius >= 0.25 * height && t.rimRadius <= 0.5 * height);
+            QVERIFY(std::min(t.hub.x, size.width() - 1 - t.hub.x) > t.rimRadius);
+            QVERIFY(std::min(t.hub.y, height - 1 - t.hub.y) > t.rimRadius);
+            QVERIFY(std::fabs(t.hub.x - (size.width() - 1) / 2.0) <= 0.08 * height);
+            QVERIFY(std::fabs(t.hub.y - (height - 1) / 2.0) <= 0.08 * height);
+            QVERIFY(t.angle >= 0 && t.angle < 360);
+            QVERIFY(t.holeRadius >= 6 && t.holeRadius <= 20);
+            const double reach = t.holeRadius + spec.hole.chamfer;
+            QVERIFY(t.ringRadius - reach > spec.face.ledgeInner * t.rimRadius);
+            QVERIFY(t.ringRadius + reach < spec.face.lipInner * t.rimRadius);
+            QVERIFY(spec.optics.noise > 0 && spec.optics.noise <= 15);
+        }
+    }
+
+    void wheelsDifferInEveryWayThatThePlantShows()
+    {
+        int valves = 0, turning = 0, faint = 0, bright = 0, glaring = 0;
+        for (quint64 seed = 0; seed < 400; ++seed) {
+            const WheelSpec spec = drawWheel(designs()[0], Difficulty::Varied, {2448, 2048}, seed, true);
+            valves += spec.hole.valve != Valve::None;
+            turning += spec.optics.motion > 0;
+            faint += spec.optics.contrast < 1;
+            bright += spec.scene.background * spec.light.exposure > 140;
+            glaring += spec.light.glares > 0;
+        }
+        for (const int count : {valves, turning, faint, bright, glaring})
+            QVERIFY(count > 15 && count < 385);
+    }
+
+    void anySizeIsRendered_data()
+    {
+        QTest::addColumn<QSize>("size");
+        for (const QSize size : {QSize(64, 64), QSize(101, 77), QSize(65, 1001), QSize(1001, 64)})
+            QTest::newRow(qPrintable(QStringLiteral("%1x%2").arg(size.width()).arg(size.height()))) << size;
+    }
+    void anySizeIsRendered()
+    {
+        QFETCH(QSize, size);
+        for (const auto& design : designs()) {
+            WheelSpec spec = drawWheel(design, Difficulty::Varied, {size.width(), size.height()}, 3, true);
+            spec.optics.motion = 1;
+            const cv::Mat image = renderWheel(spec).image;
+            QCOMPARE(QSize(image.cols, image.rows), size);
+            QCOMPARE(image.type(), CV_8UC1);
+        }
+    }
+
+    void wheelPartlyOutsideTheImageIsRendered()
+    {
+        WheelSpec spec = drawWheel(designs()[0], Difficulty::Varied, {320, 240}, 4, true);
+        spec.scene.letterings = spec.scene.dirt = spec.scene.scratches = spec.light.glares = 30;
+        spec.hub = {-40, 250};
+        QVERIFY(!renderWheel(spec).image.empty());
+    }
+};
+
+QTEST_GUILESS_MAIN(WheelRenderTest)
+#include "tst_wheelrender.moc"
