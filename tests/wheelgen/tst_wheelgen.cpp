@@ -1,0 +1,324 @@
+#include "sets/DemoHome.h"
+#include "sets/WheelSet.h"
+
+#include <valvecell/HomeFiles.h>
+
+#include <QJsonArray>
+#include <QProcess>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <opencv2/imgcodecs.hpp>
+
+namespace {
+
+struct Outcome
+{
+    int code;
+    QString complaint;
+};
+
+Outcome wheelgen(const QStringList& arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(VALVECELL_BIN_DIR "/wheelgen"), arguments);
+    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
+        return {-1, process.errorString()};
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardError())};
+}
+
+QByteArray content(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QJsonObject json(const QString& path)
+{
+    return HomeFiles::readJson(path).object;
+}
+
+QJsonArray truthOf(const QString& folder)
+{
+    return json(folder + QStringLiteral("/truth.json"))["images"].toArray();
+}
+
+cv::Mat image(const QString& path)
+{
+    const QByteArray bytes = content(path);
+    return cv::imdecode(std::vector<uchar>(bytes.begin(), bytes.end()), cv::IMREAD_UNCHANGED);
+}
+
+QStringList modelNames(const QJsonArray& indexTable)
+{
+    QStringList names;
+    for (const QJsonValue& entry : indexTable)
+        names.append(entry["Name"].toString());
+    return names;
+}
+
+/// Small images keep the tests quick; nothing else depends on their size.
+DemoPlan smallDemo(const QTemporaryDir& dir)
+{
+    DemoPlan plan;
+    plan.home = dir.path() + QStringLiteral("/演示");
+    plan.size = {240, 200};
+    return plan;
+}
+
+bool make(const DemoPlan& plan, QStringList* made = nullptr)
+{
+    QStringList files;
+    QString error;
+    const bool good = DemoHome::make(plan, made ? made : &files, &error);
+    if (!good)
+        qWarning("%s", qUtf8Printable(error));
+    return good;
+}
+
+} // namespace
+
+class WheelgenTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void folderWithChineseNameGetsImagesAndTruth_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::newRow("bmp") << QStringLiteral("bmp");
+        QTest::newRow("png") << QStringLiteral("png");
+    }
+    void folderWithChineseNameGetsImagesAndTruth()
+    {
+        QFETCH(QString, format);
+        const QTemporaryDir dir;
+        const QString folder = dir.path() + QStringLiteral("/轮毂 样品/一");
+        const Outcome outcome = wheelgen({"--out", folder, "--count", "10", "--without-hole", "0.2", "--size",
+                                          "151x133", "--format", format, "--seed", "3"});
+        QCOMPARE(outcome.code, 0);
+        const QJsonArray truth = truthOf(folder);
+        QCOMPARE(truth.size(), 10);
+        int holes = 0;
+        for (const QJsonValue& entry : truth) {
+            const cv::Mat picture = image(folder + '/' + entry["file"].toString());
+            QCOMPARE(picture.type(), CV_8UC1);
+            QCOMPARE(QSize(picture.cols, picture.rows), QSize(151, 133));
+            holes += entry["hole"].toBool();
+            for (const char* key : {"angle", "x", "y"})
+                QCOMPARE(entry[QLatin1String(key)].isDouble(), entry["hole"].toBool());
+            QVERIFY(entry["hub_x"].isDouble() && entry["ring_radius"].toDouble() > 0);
+            QVERIFY(json(folder + "/params.json").contains(entry["file"].toString()));
+        }
+        QCOMPARE(holes, 8);
+        QCOMPARE(truth[0]["file"].toString(), QStringLiteral("0001.") + format);
+    }
+
+    void numberOfJobsChangesNothing()
+    {
+        const QTemporaryDir dir;
+        const QString one = dir.filePath("one"), three = dir.filePath("three"), other = dir.filePath("other");
+        const QStringList common{"--count", "5", "--size", "160x120", "--seed", "18446744073709551615"};
+        QCOMPARE(wheelgen(QStringList{"--out", one, "--jobs", "1"} + common).code, 0);
+        QCOMPARE(wheelgen(QStringList{"--out", three, "--jobs", "3"} + common).code, 0);
+        QCOMPARE(wheelgen({"--out", other, "--count", "1", "--size", "160x120", "--seed", "1"}).code, 0);
+        for (const char* name : {"0001.bmp", "0002.bmp", "0003.bmp", "0004.bmp", "0005.bmp", "truth.json"})
+            QCOMPARE(content(one + '/' + name), content(three + '/' + name));
+        QVERIFY(content(one + "/0001.bmp") != content(other + "/0001.bmp"));
+    }
+
+    void badArgumentsAreNamed_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("named");
+        const auto row = [](const char* name, const QStringList& arguments, const char* named) {
+            QTest::newRow(name) << arguments << QString::fromLatin1(named);
+        };
+        row("nothing", {}, "--out");
+        row("out and demo", {"--out", "x", "--demo", "y"}, "--demo");
+        row("no wheel", {"--out", "x", "--count", "0"}, "--count");
+        row("count is a word", {"--out", "x", "--count", "many"}, "--count");
+        row("fraction", {"--out", "x", "--without-hole", "1.5"}, "--without-hole");
+        row("negative seed", {"--out", "x", "--seed", "-1"}, "--seed");
+        row("design", {"--out", "x", "--design", "square"}, "--design");
+        row("difficulty", {"--out", "x", "--difficulty", "hard"}, "--difficulty");
+        row("size without height", {"--out", "x", "--size", "100"}, "--size");
+        row("size too large", {"--out", "x", "--size", "20000x20000"}, "--size");
+        row("format", {"--out", "x", "--format", "gif"}, "--format");
+        row("jobs", {"--out", "x", "--jobs", "0"}, "--jobs");
+        row("fresh set", {"--out", "x", "--fresh"}, "--fresh");
+        row("seed of the demo", {"--demo", "x", "--seed", "1"}, "--seed");
+        row("no such folder", {"--demo", "x", "--cameras-from", "/no/such/folder"}, "/no/such/folder");
+        row("unknown option", {"--outt", "x"}, "outt");
+        row("stray word", {"--out", "x", "y"}, "\"y\"");
+    }
+    void badArgumentsAreNamed()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, named);
+        const Outcome outcome = wheelgen(arguments);
+        QCOMPARE(outcome.code, 2);
+        QVERIFY2(outcome.complaint.contains(named), qPrintable(outcome.complaint));
+    }
+
+    void folderThatCannotBeMadeIsNamed()
+    {
+        const QTemporaryDir dir;
+        QVERIFY(HomeFiles::writeFile(dir.filePath("file"), "x", nullptr));
+        for (const char* option : {"--out", "--demo"}) {
+            const Outcome outcome = wheelgen({option, dir.filePath("file/below"), "--size", "80x80"});
+            QCOMPARE(outcome.code, 1);
+            QVERIFY2(outcome.complaint.contains("file/below"), qPrintable(outcome.complaint));
+        }
+    }
+
+    void demoHomeFitsTogether()
+    {
+        const QTemporaryDir dir;
+        const DemoPlan plan = smallDemo(dir);
+        QCOMPARE(wheelgen({"--demo", plan.home, "--size", "240x200"}).code, 0);
+        const QJsonObject config = json(plan.home + "/user/globalConfig.json");
+        const QJsonObject index = json(plan.home + "/user/plcIndex.json");
+        const QJsonArray cameras = json(plan.home + "/user/camera.json")["cameras"].toArray();
+        QCOMPARE(cameras.size(), 2);
+        for (int station = 1; station <= 2; ++station) {
+            const auto key = [&](const char* name) { return config[QString("%1_%2").arg(name).arg(station)]; };
+            const QJsonObject camera = cameras[station - 1].toObject();
+            QCOMPARE(camera["key"], key("station_camkey"));
+            const QString folder = plan.home + '/' + camera["folder"].toString();
+            const QString solution = plan.home + "/user/solutions/" + key("station_solution").toString();
+            QCOMPARE(json(solution + "/solution.json")["name"], key("station_solution"));
+            QCOMPARE(key("StationScale"), json(folder + "/truth.json")["mm_per_px"]);
+            QStringList models = modelNames(index[key("station_solution").toString()].toArray());
+            QVERIFY(models.contains(key("station_runModel").toString()));
+            QVERIFY(models.removeOne("auto"));
+            for (const QString& model : models)
+                QCOMPARE(json(solution + '/' + model + ".model.json")["name"].toString(), model);
+            checkWheels(folder, solution, index[key("station_solution").toString()].toArray());
+        }
+        const QSettings settings(plan.home + "/user/systemConfig.ini", QSettings::IniFormat);
+        QCOMPARE(settings.value("COM/Baute").toInt(), 115200);
+        QVERIFY(content(plan.home + "/user/systemConfig.ini").contains((plan.home + "/plc").toUtf8()));
+        QVERIFY(truthOf(plan.home + "/images/1") != truthOf(plan.home + "/images/2"));
+    }
+
+    void secondStartKeepsWhatTheOperatorChanged()
+    {
+        const QTemporaryDir dir;
+        DemoPlan plan = smallDemo(dir);
+        QVERIFY(make(plan));
+        const QString config = plan.home + "/user/globalConfig.json", camera = plan.home + "/user/camera.json";
+        QVERIFY(HomeFiles::writeFile(config, "{\"length_1\": 5}", nullptr));
+        QVERIFY(QFile::remove(camera));
+        QStringList made;
+        QVERIFY(make(plan, &made));
+        QCOMPARE(made, QStringList{"user/camera.json"});
+        QCOMPARE(content(config), QByteArray("{\"length_1\": 5}"));
+        QVERIFY(HomeFiles::writeFile(plan.home + "/DBFiles/Pellix.db", "old", nullptr));
+        plan.fresh = true;
+        QVERIFY(make(plan));
+        QVERIFY(json(config).contains("station_camkey_1"));
+        QVERIFY(!QFile::exists(plan.home + "/DBFiles/Pellix.db"));
+    }
+
+    void makingThatWasCutShortIsRepeated_data()
+    {
+        QTest::addColumn<QJsonObject>("change");
+        QTest::newRow("cut short") << QJsonObject{{"complete", false}};
+        QTest::newRow("other version") << QJsonObject{{"version", 0}};
+    }
+    void makingThatWasCutShortIsRepeated()
+    {
+        QFETCH(QJsonObject, change);
+        const QTemporaryDir dir;
+        const DemoPlan plan = smallDemo(dir);
+        QVERIFY(make(plan));
+        const QByteArray whole = content(plan.home + "/images/1/0003.bmp");
+        QVERIFY(HomeFiles::writeFile(plan.home + "/images/1/0003.bmp", whole.left(100), nullptr));
+        QJsonObject stamp = json(plan.home + "/demo.json");
+        for (auto it = change.begin(); it != change.end(); ++it)
+            stamp[it.key()] = it.value();
+        QVERIFY(HomeFiles::writeJson(plan.home + "/demo.json", stamp, nullptr));
+        QVERIFY(make(plan));
+        QVERIFY(content(plan.home + "/images/1/0003.bmp") == whole);
+        QVERIFY(json(plan.home + "/demo.json")["complete"].toBool());
+    }
+
+    void homeOfARealCellIsNeverReplaced()
+    {
+        const QTemporaryDir dir;
+        DemoPlan plan = smallDemo(dir);
+        const QString config = plan.home + "/user/globalConfig.json";
+        QVERIFY(HomeFiles::writeFile(config, "{\"onlineMode\": false}", nullptr));
+        QVERIFY(make(plan));
+        plan.fresh = true;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("no demo"));
+        QVERIFY(!make(plan));
+        QCOMPARE(content(config), QByteArray("{\"onlineMode\": false}"));
+    }
+
+    void freshHomeDoesNotFollowLinks()
+    {
+        const QTemporaryDir dir;
+        DemoPlan plan = smallDemo(dir);
+        QVERIFY(make(plan));
+        const QString archive = dir.filePath("archive");
+        QVERIFY(HomeFiles::writeFile(archive + "/kept.jpg", "x", nullptr));
+        if (!QFile::link(archive, plan.home + "/DBFiles"))
+            QSKIP("this file system has no links");
+        plan.fresh = true;
+        QVERIFY(make(plan));
+        QVERIFY(QFile::exists(archive + "/kept.jpg"));
+        QVERIFY(!QFileInfo(plan.home + "/DBFiles").isSymLink());
+    }
+
+    void camerasDeliverAnotherFolderAndComeBack()
+    {
+        const QTemporaryDir dir;
+        DemoPlan plan = smallDemo(dir);
+        QVERIFY(make(plan));
+        const QString own = dir.filePath("自己的"), bare = dir.filePath("bare");
+        QCOMPARE(wheelgen({"--out", own, "--count", "2", "--size", "100x100"}).code, 0);
+        QVERIFY(QDir().mkpath(bare));
+        const auto folderOf = [&](int camera) {
+            return json(plan.home + "/user/camera.json")["cameras"].toArray()[camera].toObject()["folder"].toString();
+        };
+        plan.camerasFrom = own;
+        QVERIFY(make(plan));
+        QCOMPARE(folderOf(0), own);
+        QCOMPARE(folderOf(1), own);
+        QCOMPARE(truthOf(plan.home + "/images/2"), truthOf(own));
+        plan.camerasFrom = bare;
+        QVERIFY(make(plan));
+        QVERIFY(!QFile::exists(plan.home + "/images/1/truth.json"));
+        plan.camerasFrom.clear();
+        QVERIFY(make(plan));
+        QCOMPARE(folderOf(0), QStringLiteral("images/1"));
+        QCOMPARE(truthOf(plan.home + "/images/1").size(), DemoHome::imagesPerStation);
+    }
+
+private:
+    /// The wheels of a station: each has a model that it fits within the tolerances, exactly one has no hole.
+    static void checkWheels(const QString& folder, const QString& solution, const QJsonArray& index)
+    {
+        const QJsonArray truth = truthOf(folder);
+        QCOMPARE(truth.size(), DemoHome::imagesPerStation);
+        int holes = 0;
+        for (const QJsonValue& wheel : truth) {
+            const QString model = wheel["model"].toString();
+            QVERIFY(index.contains(QJsonObject{{"Name", model}, {"PlcIndex", wheel["index"].toInt()}}));
+            const QJsonObject taught = json(solution + '/' + model + ".model.json");
+            for (const QString length : {"rim_radius", "ring_radius", "hole_radius"}) {
+                const double tolerance = taught[length + "_tol"].toDouble() / 100 * taught[length].toDouble();
+                QVERIFY(std::fabs(wheel[length].toDouble() - taught[length].toDouble()) < tolerance);
+            }
+            holes += wheel["hole"].toBool();
+            QVERIFY(!image(folder + '/' + wheel["file"].toString()).empty());
+        }
+        QCOMPARE(holes, DemoHome::imagesPerStation - 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(WheelgenTest)
+#include "tst_wheelgen.moc"
