@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QGraphicsPixmapItem>
+#include <QImage>
+
+/// The picture of a scene. Its origin is the picture's centre: the offset is (-width/2, -height/2). The pixmap shares
+/// the image's data, nothing is converted or copied. Below 1:1 it is drawn smooth, from 1:1 on every pixel is sharp,
+/// and from `gridScale` on lines part the pixels.
+class ImageItem : public QGraphicsPixmapItem
+{
+public:
+    static constexpr double gridScale = 16.0;
+
+    ImageItem();
+
+    void setImage(const QImage& image);
+    const QImage& image() const { return m_image; }
+    QSize size() const { return m_image.size(); }
+
+    /// Image pixels, (0, 0) the top-left corner of the picture, from item coordinates; and back.
+    QPointF toImage(const QPointF& itemPoint) const { return itemPoint - offset(); }
+    QPointF fromImage(const QPointF& imagePoint) const { return imagePoint + offset(); }
+
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+
+private:
+    QImage m_image;
+};

@@ -1,0 +1,169 @@
+#include "viewer/AwesomeImgViewer.h"
+
+#include "graphics/ImageItem.h"
+#include "viewer/PixelReadout.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+
+#include <cmath>
+
+namespace {
+
+double stepped(double base, double up, double down, int steps)
+{
+    return base * (steps > 0 ? std::pow(up, steps) : std::pow(down, -steps));
+}
+
+} // namespace
+
+AwesomeImgViewer::AwesomeImgViewer(QWidget* parent)
+    : ZoomView(parent)
+{
+    setScene(new QGraphicsScene(this));
+    scene()->setBackgroundBrush(Qt::darkGray);
+    scene()->setItemIndexMethod(QGraphicsScene::NoIndex); // few items, whose extent follows the zoom
+    connect(this, &ZoomView::clicked, this, &AwesomeImgViewer::onClicked);
+}
+
+AwesomeImgViewer::~AwesomeImgViewer() = default;
+
+void AwesomeImgViewer::setImage(const QImage& image)
+{
+    const QSize old = imageSize();
+    scene()->setBackgroundBrush(Qt::darkGray);
+    if (!m_item) {
+        m_item = new ImageItem;
+        scene()->addItem(m_item);
+    }
+    m_item->setImage(image);
+    if (m_item->pos().isNull())
+        m_item->setPos(image.width() / 2.0, image.height() / 2.0);
+    scene()->setSceneRect(0, 0, image.width(), image.height());
+    if (old != image.size()) {
+        setSceneRect(m_item->sceneBoundingRect()); // an item that stayed where a smaller image put it is still reached
+        imageResized(old);
+    }
+}
+
+const QImage& AwesomeImgViewer::image() const
+{
+    static const QImage none;
+    return m_item ? m_item->image() : none;
+}
+
+QSize AwesomeImgViewer::imageSize() const
+{
+    return m_item ? m_item->size() : QSize(0, 0);
+}
+
+bool AwesomeImgViewer::setImageScale(double scale)
+{
+    if (!applyScale(scale))
+        return false;
+    m_scale = scale;
+    return true;
+}
+
+bool AwesomeImgViewer::fitImage()
+{
+    const bool fitted = fitContent();
+    m_scale = viewScale();
+    return fitted;
+}
+
+void AwesomeImgViewer::setSecondMode(bool enabled, double minimumFactor)
+{
+    m_secondMode = enabled;
+    m_minimumFactor = qBound(minScale, minimumFactor, 1.0);
+    shrinkImage(0);
+}
+
+QPoint AwesomeImgViewer::pixelAt(const QPoint& position) const
+{
+    if (!m_item)
+        return {-1, -1};
+    const QPointF inImage = m_item->toImage(m_item->mapFromScene(mapToScene(position)));
+    return (inImage - QPointF(0.5, 0.5)).toPoint();
+}
+
+void AwesomeImgViewer::setReadoutLabel(QLabel* label)
+{
+    m_readout = label;
+}
+
+void AwesomeImgViewer::setPicking(bool on)
+{
+    if (m_picking == on)
+        return;
+    m_picking = on;
+    if (on)
+        viewport()->setCursor(QCursor(QPixmap(QStringLiteral(":/cursor_pipette.png")), 2, 21)); // the pipette's tip
+    else
+        viewport()->unsetCursor();
+    emit toggledPick(on);
+}
+
+QRectF AwesomeImgViewer::contentRect() const
+{
+    return m_item ? m_item->sceneBoundingRect() : QRectF();
+}
+
+void AwesomeImgViewer::zoomSteps(int steps)
+{
+    if (m_secondMode)
+        return shrinkImage(steps);
+    const double scale = stepped(transform().m11(), 1.1, 0.9, steps);
+    if (m_item)
+        m_item->setTransformOriginPoint(0, 0);
+    if (setImageScale(scale))
+        emit sgImageScale(scale);
+}
+
+void AwesomeImgViewer::scaledByOperator()
+{
+    m_scale = viewScale();
+    emit sgImageScale(m_scale);
+}
+
+void AwesomeImgViewer::shrinkImage(int steps)
+{
+    m_secondFactor = qMax(m_minimumFactor, qMin(1.0, stepped(m_secondFactor, 1.2, 0.8, steps)));
+    if (m_item)
+        m_item->setScale(m_secondMode ? m_secondFactor : 1.0);
+}
+
+void AwesomeImgViewer::mouseMoveEvent(QMouseEvent* event)
+{
+    ZoomView::mouseMoveEvent(event);
+    if (!image().isNull() && m_readout)
+        m_readout->setText(pixelReadout(image(), pixelAt(event->pos())));
+    const QGraphicsItem* dragged = scene()->mouseGrabberItem();
+    if (dragged && dragged->isSelected() && dragged->type() == QGraphicsPixmapItem::Type)
+        emit sgItemMoved(dragged->scenePos());
+}
+
+void AwesomeImgViewer::keyPressEvent(QKeyEvent* event)
+{
+    if (m_picking && event->key() == Qt::Key_Escape)
+        return setPicking(false);
+    ZoomView::keyPressEvent(event);
+}
+
+void AwesomeImgViewer::drawForeground(QPainter* painter, const QRectF& rect)
+{
+    ZoomView::drawForeground(painter, rect);
+    if (!image().isNull())
+        return;
+    const QPixmap holder(QStringLiteral(":/imagena.png"));
+    painter->resetTransform();
+    painter->drawPixmap(viewport()->rect().center() - holder.rect().center() / holder.devicePixelRatio(), holder);
+}
+
+void AwesomeImgViewer::onClicked(const QPoint& position)
+{
+    const QPoint pixel = pixelAt(position);
+    if (image().valid(pixel))
+        emit pixelClicked(pixel);
+}

@@ -1,0 +1,128 @@
+#include "viewer/RectRoi.h"
+
+#include "graphics/ViewScale.h"
+#include "viewer/RoiCursors.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include <array>
+
+namespace {
+
+constexpr double kHandlePx = 4.0;
+constexpr double kSmallestSide = 1.0; ///< image pixels
+
+/// The handles' places as multiples of half the sides, by direction.
+constexpr std::array<std::array<int, 2>, 8> kHandles{
+    {{1, 0}, {1, 1}, {0, 1}, {-1, 1}, {-1, 0}, {-1, -1}, {0, -1}, {1, -1}}};
+
+/// One axis of a resize: the side opposite to the handle stays.
+void resizeAxis(int sign, double mouse, double& length, double& shift)
+{
+    if (sign == 0)
+        return;
+    const double fixed = -sign * length / 2.0;
+    length = std::max(kSmallestSide, sign * (mouse - fixed));
+    shift = fixed + sign * length / 2.0;
+}
+
+} // namespace
+
+RectRoi::RectRoi(const QString& name, const QColor& color, const QColor& selectedColor, const QSizeF& size)
+    : RoiItem(name, color, selectedColor)
+{
+    setSize(size);
+}
+
+QRectF RectRoi::bodyRect() const
+{
+    return {-size().width() / 2, -size().height() / 2, size().width(), size().height()};
+}
+
+double RectRoi::reachPx() const
+{
+    return handlesShown() ? graphics::hitRadiusPx : 0.0;
+}
+
+QPainterPath RectRoi::shape() const
+{
+    const double reach = reachPx() * graphics::pixelLength(*this);
+    QPainterPath path;
+    path.addRect(bodyRect().adjusted(-reach, -reach, reach, reach));
+    return path;
+}
+
+QPointF RectRoi::handlePoint(int direction) const
+{
+    return {kHandles[direction][0] * size().width() / 2, kHandles[direction][1] * size().height() / 2};
+}
+
+int RectRoi::handleAt(const QPointF& at) const
+{
+    if (!handlesShown())
+        return noHandle;
+    // On a small region the handles give way, so that its body can still be met.
+    const double third = std::min(size().width(), size().height()) / 3.0;
+    const double pixel = graphics::pixelLength(*this);
+    double nearest = std::max(kHandlePx * pixel, std::min(graphics::hitRadiusPx * pixel, third));
+    int handle = noHandle;
+    for (int i = 0; i < 8; ++i) {
+        const double distance = QLineF(at, handlePoint(i)).length();
+        if (distance <= nearest) {
+            nearest = distance;
+            handle = i;
+        }
+    }
+    return handle;
+}
+
+bool RectRoi::beginDrag(const QPointF& at)
+{
+    m_handle = handleAt(at);
+    m_grabbedAt = m_handle == noHandle ? at : at - handlePoint(m_handle);
+    return m_handle != noHandle || bodyRect().contains(at);
+}
+
+void RectRoi::dragTo(const QPointF& at)
+{
+    if (m_handle == noHandle)
+        setPos(mapToParent(at - m_grabbedAt));
+    else
+        resizeTo(at - m_grabbedAt);
+}
+
+void RectRoi::resizeTo(const QPointF& at)
+{
+    double width = size().width();
+    double height = size().height();
+    QPointF center;
+    resizeAxis(kHandles[m_handle][0], at.x(), width, center.rx());
+    resizeAxis(kHandles[m_handle][1], at.y(), height, center.ry());
+    const QPointF moved = mapToParent(center);
+    setSize({width, height});
+    setPos(moved);
+}
+
+QCursor RectRoi::cursorAt(const QPointF& at) const
+{
+    const int handle = handleAt(at);
+    if (handle != noHandle)
+        return RoiCursors::resize(handle, RoiCursors::rotationOffset(rotation()));
+    return bodyRect().contains(at) ? Qt::SizeAllCursor : Qt::ArrowCursor;
+}
+
+void RectRoi::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*)
+{
+    QPainterPath outline;
+    outline.addRect(bodyRect());
+    graphics::strokeOutlined(painter, outline, outlinePen());
+    drawName(painter);
+    if (!handlesShown() || isLocked())
+        return;
+    painter->setPen(graphics::cosmeticPen(outlinePen().color()));
+    painter->setBrush(Qt::white);
+    const double half = kHandlePx * graphics::pixelLength(*this);
+    for (int i = 0; i < 8; ++i)
+        painter->drawRect(QRectF(handlePoint(i) - QPointF(half, half), QSizeF(2 * half, 2 * half)));
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "viewer/RoiImgViewer.h"
+
+class QLabel;
+
+/// The picture of a station: a viewer that shows the whole image until the operator zooms, with the pixel read-out at
+/// its lower edge while the mouse is over it.
+class ksImgViewer : public RoiImgViewer
+{
+    Q_OBJECT
+
+public:
+    explicit ksImgViewer(QWidget* parent = nullptr);
+
+    void setImage(const QImage& image);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void enterEvent(QEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void fitByOperator() override;
+    void scaledByOperator() override;
+    void zoomSteps(int steps) override;
+
+private:
+    void placeReadout();
+
+    QLabel* m_readout;
+    bool m_fitted = true; ///< the whole image is shown and stays so when the view's size changes
+};
