@@ -4,6 +4,7 @@
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
+#include "db/log/WarningForward.h"
 #include "db/log/ksSysLog.h"
 #include "host/CellStatusBar.h"
 #include "host/LanguageSwitch.h"
@@ -90,6 +91,7 @@ void CMainWin::buildUi()
 void CMainWin::startSystemLog()
 {
     SystemLog::ksSysLog::instance();
+    m_warnings = std::make_unique<SystemLog::WarningForward>();
 }
 
 void CMainWin::loadSettings()

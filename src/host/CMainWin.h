@@ -22,6 +22,10 @@ class RoadTimer;
 class TriggerDispatch;
 struct StationReading;
 
+namespace SystemLog {
+class WarningForward;
+}
+
 namespace Ui {
 class CMainWin;
 }
@@ -84,6 +88,7 @@ private:
     QStringList cameraKeys() const;
 
     std::unique_ptr<Ui::CMainWin> m_ui;
+    std::unique_ptr<SystemLog::WarningForward> m_warnings;
     std::unique_ptr<LanguageSwitch> m_language;
     std::shared_ptr<ModuleRelay> m_relay; ///< shared with the modules' callbacks
     ModuleSet m_modules;

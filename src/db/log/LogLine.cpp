@@ -109,7 +109,7 @@ void information(const QString& text)
 
 void warning(const QString& text)
 {
-    qWarning().noquote() << text;
+    QMessageLogger(nullptr, 0, nullptr, ownCategory).warning().noquote() << text;
     LogLine(Warning).stream() << text;
 }
 

@@ -39,6 +39,9 @@ private:
 /// One line at level 2.
 void information(const QString& text);
 
+/// The debug stream's category of what warning() writes there, so that it is not taken for a line of its own.
+constexpr const char* ownCategory = "valvecell.systemlog";
+
 /// One line at level 1, and the same as a warning of the debug stream: for what an operator can mend.
 void warning(const QString& text);
 
