@@ -1,5 +1,6 @@
 #include "host/CMainWin.h"
 
+#include "Resources.h"
 #include "config/IniFile.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
@@ -81,6 +82,7 @@ CMainWin::~CMainWin()
 
 void CMainWin::buildUi()
 {
+    initResources();
     qRegisterMetaType<SComFrame>();
     m_ui = std::make_unique<Ui::CMainWin>();
     m_ui->setupUi(this);

@@ -1,0 +1,182 @@
+#include "host/CMainWin.h"
+#include "host/CellStatusBar.h"
+#include "host/LanguageSwitch.h"
+#include "support/TempHome.h"
+
+#include <valvecell/IMainWidget.h>
+
+#include <QLabel>
+#include <QLibrary>
+#include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QSettings>
+#include <QTimer>
+
+namespace {
+
+/// Presses a button of every message box that comes up, and keeps what the boxes said.
+class BoxPresser : public QObject
+{
+public:
+    explicit BoxPresser(QMessageBox::StandardButton button, bool print = false)
+    {
+        connect(&m_poll, &QTimer::timeout, this, [this, button, print] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            said << box->windowTitle() + QLatin1Char('|') + box->text() + QLatin1Char('|') +
+                        box->button(button)->text();
+            if (print)
+                std::puts(qUtf8Printable(said.last()));
+            box->button(button)->click();
+        });
+        m_poll.start(5);
+    }
+
+    QStringList said;
+
+private:
+    QTimer m_poll;
+};
+
+void writeCameras(const TempHome& home, int count)
+{
+    QStringList cameras;
+    for (int i = 1; i <= count; ++i) {
+        home.write(QStringLiteral("/images/%1/none.txt").arg(i), "no image");
+        cameras << QStringLiteral(R"({"key": "cam%1", "type": 100, "folder": "images/%1"})").arg(i);
+    }
+    home.write("/user/camera.json", "{\"cameras\": [" + cameras.join(',').toUtf8() + "]}");
+}
+
+void writeSolutions(const TempHome& home, const QStringList& names)
+{
+    for (const QString& name : names)
+        home.write("/user/solutions/" + name + "/solution.json", "{\"name\": \"" + name.toUtf8() + "\"}");
+}
+
+/// A start-up that must end its process; what its box said goes to the standard output.
+int fatalChild()
+{
+    const BoxPresser presser(QMessageBox::Yes, true);
+    const CMainWin window;
+    return 9; // the start-up went on although it could not
+}
+
+} // namespace
+
+class HostTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void libraryExportsItsTwoFunctions()
+    {
+        QLibrary library(QStringLiteral(VALVECELL_BIN_DIR "/" VALVECELL_LIBRARY));
+        const auto destroy = reinterpret_cast<MainWidgetDeleteFunction>(library.resolve("MainWidget_Delete"));
+        QVERIFY2(library.resolve("MainWidget_Create") && destroy, qPrintable(library.errorString()));
+        destroy(nullptr);
+    }
+
+    void freshInstallationStartsWithoutItsPort()
+    {
+        const TempHome home;
+        writeCameras(home, 2);
+        writeSolutions(home, {"工位1", "工位2"});
+        home.write("/user/systemConfig.ini", "[COM]\nPort=/nowhere/tty\n");
+        const BoxPresser presser(QMessageBox::Yes);
+        CMainWin window;
+        QCOMPARE(presser.said.value(0).section('|', 0, 1), QStringLiteral("提示|Com /nowhere/tty 115200 open failed"));
+        QCOMPARE(QSettings(home.path("/user/systemConfig.ini"), QSettings::IniFormat).allKeys().size(), 13);
+        QCOMPARE(window.windowTitle(), QStringLiteral("气门芯定位检测系统"));
+        window.show();
+        QVERIFY(window.findChild<QWidget*>("stationView2")->isVisible());
+        QVERIFY(window.findChild<QWidget*>("logPanel2")->isVisible());
+        QVERIFY(!window.findChild<QWidget*>("singleStationHint")->isVisible());
+        auto* reading = window.findChild<QWidget*>("stationView2")->findChild<QWidget*>("reading");
+        QVERIFY(reading->isVisible());
+    }
+
+    void oneCameraAndOneSolutionShowOneStation()
+    {
+        const TempHome home;
+        writeCameras(home, 1);
+        writeSolutions(home, {"工位1"});
+        const BoxPresser presser(QMessageBox::Yes);
+        CMainWin window;
+        window.show();
+        QVERIFY(!window.findChild<QWidget*>("stationView2")->isVisible());
+        QVERIFY(!window.findChild<QWidget*>("logPanel2")->isVisible());
+        QVERIFY(window.findChild<QWidget*>("singleStationHint")->isVisible());
+        QVERIFY(window.findChild<QWidget*>("stationView2")->findChild<QWidget*>("reading")->isHidden());
+    }
+
+    void shutdownFrameClosesTheWindowAsAUserDoes()
+    {
+        const TempHome home;
+        writeCameras(home, 2);
+        SComFrame shutdown;
+        shutdown.command = 0xF1;
+        std::unique_ptr<CMainWin> window;
+        {
+            const BoxPresser presser(QMessageBox::Yes);
+            window = std::make_unique<CMainWin>();
+        }
+        window->show();
+        {
+            const BoxPresser no(QMessageBox::Cancel);
+            emit window->sgRecvData(shutdown);
+            QCOMPARE(no.said, QStringList("警告|本检测系统正在运行，您真的要关闭？|取消"));
+            QVERIFY(window->isVisible());
+        }
+        const BoxPresser yes(QMessageBox::Ok);
+        emit window->sgRecvData(shutdown);
+        QCOMPARE(yes.said, QStringList("警告|本检测系统正在运行，您真的要关闭？|确定"));
+        QVERIFY(!window->isVisible());
+    }
+
+    void startUpWithoutCamerasEndsTheProcess()
+    {
+        const TempHome home;
+        QProcess child;
+        child.start(QCoreApplication::applicationFilePath(), {"--fatal-child"});
+        QVERIFY(child.waitForFinished(20000));
+        const QString output = QString::fromUtf8(child.readAllStandardOutput());
+        QVERIFY2(output.contains("提示|camera.json文件出错,请检查!|确认"), qPrintable(output));
+        QCOMPARE(child.exitCode(), 0);
+        QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    }
+
+    void linkCountsAsLostOnTheSixthSilentSecond()
+    {
+        CellStatusBar bar;
+        const auto* link = bar.findChild<QLabel*>("linkLabel");
+        QCOMPARE(link->text(), QStringLiteral("连接状态:"));
+        bar.linkAlive();
+        for (int second = 1; second <= 5; ++second)
+            bar.tick(true);
+        QCOMPARE(link->text(), QStringLiteral("连接状态：连接正常"));
+        QVERIFY(link->styleSheet().contains("rgb(63, 170, 24)"));
+        bar.tick(false);
+        QCOMPARE(link->text(), QStringLiteral("连接状态：连接异常"));
+        QVERIFY(link->styleSheet().contains("rgb(200, 10, 10)"));
+        QCOMPARE(bar.findChild<QLabel*>("modeLabel")->text(), QStringLiteral("检测模式：离线模式"));
+        bar.tick(true);
+        QCOMPARE(bar.findChild<QLabel*>("modeLabel")->text(), QStringLiteral("检测模式：在线模式"));
+        QVERIFY(bar.findChild<QLabel*>("timeLabel")->text().endsWith("运行时长: 00:00:07"));
+        bar.setUserName("王工");
+        QCOMPARE(bar.findChild<QLabel*>("userLabel")->text(), QStringLiteral("用户: 王工"));
+    }
+};
+
+int main(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    if (argc > 1 && qstrcmp(argv[1], "--fatal-child") == 0)
+        return fatalChild();
+    HostTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_host.moc"
