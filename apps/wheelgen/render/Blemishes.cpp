@@ -3,6 +3,7 @@
 #include "Lettering.h"
 #include "Paint.h"
 #include "Random.h"
+#include "Texture.h"
 
 namespace wheel {
 
@@ -19,14 +20,17 @@ void paintStain(cv::Mat& image, const WheelSpec& spec, Random& random)
 {
     const double radius = random.range(0.004, 0.03) * spec.rimRadius;
     const double soft = random.range(0.3, 0.8) * radius, stretch = random.range(0.4, 1), turn = random.range(0, CV_PI);
-    const double a3 = random.range(0, 0.3), a5 = random.range(0, 0.2), p3 = random.range(0, 6), p5 = random.range(0, 6);
+    const double a3 = random.range(0, 0.25), a5 = random.range(0, 0.1), p3 = random.range(0, 6),
+                 p5 = random.range(0, 6);
     const auto strength = static_cast<float>(random.range(-0.5, 0.12));
+    const Texture texture(random.next());
     paintAround(image, somewhere(spec, random), 2.2 * radius, [&](float& pixel, double dx, double dy) {
         const double u = dx * std::cos(turn) + dy * std::sin(turn);
         const double v = (dy * std::cos(turn) - dx * std::sin(turn)) / stretch;
         const double angle = std::atan2(v, u),
                      border = 1 + a3 * std::sin(3 * angle + p3) + a5 * std::sin(5 * angle + p5);
-        pixel *= 1 + strength * coverage((radius * border - std::hypot(u, v)) / soft);
+        const float patchy = std::clamp(0.75f + 0.25f * texture.at(cvRound(dx), cvRound(dy)), 0.0f, 1.0f);
+        pixel *= 1 + strength * patchy * coverage((radius * border - std::hypot(u, v)) / soft);
     });
 }
 
