@@ -71,8 +71,10 @@ inline QString keepAside(const QString& path)
 inline bool writeFile(const QString& path, const QByteArray& content, QString* error)
 {
     QSaveFile file(path);
+    // Only flush() tells of a full disk when the content fits into the buffer; commit() would replace the file by
+    // nothing.
     const bool written = QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
-                         file.write(content) == content.size() && file.commit();
+                         file.write(content) == content.size() && file.flush() && file.commit();
     if (!written && error)
         *error = QStringLiteral("%1: %2").arg(path, file.errorString());
     return written;

@@ -1,0 +1,104 @@
+#include "Laps.h"
+#include "db/archive/ImageArchive.h"
+#include "db/archive/SaveImgThread.h"
+
+#include <QCoreApplication>
+#include <QImageWriter>
+#include <QTemporaryDir>
+
+#include <cstdio>
+// libjpeg's header needs <cstdio> before it.
+#include <jpeglib.h>
+
+namespace {
+
+constexpr int width = 2448;
+constexpr int height = 2048;
+
+/// Five megapixels with the detail and the noise of a wheel under a ring light.
+QImage samplePicture(QImage::Format format)
+{
+    QImage image(width, height, QImage::Format_Grayscale8);
+    quint32 noise = 1;
+    for (int y = 0; y < height; ++y) {
+        uchar* const line = image.scanLine(y);
+        for (int x = 0; x < width; ++x) {
+            noise = noise * 1664525U + 1013904223U;
+            const int distance = ((x - 1224) * (x - 1224) + (y - 1024) * (y - 1024)) / 4096;
+            line[x] = static_cast<uchar>((distance % 160) + 40 + (noise >> 28));
+        }
+    }
+    if (format != QImage::Format_Indexed8)
+        return image.convertToFormat(format);
+    // As an engine hands its drawing over: gray, with some colours for the pens.
+    QImage drawing(image.constBits(), width, height, image.bytesPerLine(), format);
+    for (int i = 0; i < 256; ++i)
+        drawing.setColor(i, i < 250 ? qRgb(i, i, i) : qRgb(0, 255, 0));
+    return drawing.copy();
+}
+
+void handOver(benchmark::State& state)
+{
+    const QTemporaryDir home;
+    ImageArchive archive(home.path());
+    archive.prepare();
+    const QImage image = samplePicture(QImage::Format_Grayscale8);
+    Laps laps(state);
+    for (auto _ : state) {
+        laps.time([&] { archive.save(1, "W18", image, ImageArchive::Source); });
+        while (archive.waiting() > 0)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}
+
+void encodeAsSaved(benchmark::State& state, QImage::Format format)
+{
+    const QTemporaryDir folder;
+    const QImage image = samplePicture(format);
+    QString error;
+    for (auto _ : state) {
+        if (!writeImageFile(image, folder.filePath("image.jpg"), &error))
+            state.SkipWithError(qPrintable(error));
+    }
+}
+
+/// What the saving thread cannot do without: the library at the same quality, into memory.
+void encodeByTheLibraryAlone(benchmark::State& state, QImage::Format format)
+{
+    const QImage image = samplePicture(format);
+    const bool gray = format == QImage::Format_Grayscale8;
+    for (auto _ : state) {
+        jpeg_compress_struct jpeg;
+        jpeg_error_mgr errors;
+        jpeg.err = jpeg_std_error(&errors);
+        jpeg_create_compress(&jpeg);
+        unsigned char* bytes = nullptr;
+        unsigned long size = 0;
+        jpeg_mem_dest(&jpeg, &bytes, &size);
+        jpeg.image_width = width;
+        jpeg.image_height = height;
+        jpeg.input_components = gray ? 1 : format == QImage::Format_RGB888 ? 3 : 4;
+        jpeg.in_color_space = gray ? JCS_GRAYSCALE : format == QImage::Format_RGB888 ? JCS_RGB : JCS_EXT_BGRX;
+        jpeg_set_defaults(&jpeg);
+        jpeg_set_quality(&jpeg, 75, TRUE);
+        jpeg_start_compress(&jpeg, TRUE);
+        while (jpeg.next_scanline < jpeg.image_height) {
+            auto* line = const_cast<unsigned char*>(image.constScanLine(static_cast<int>(jpeg.next_scanline)));
+            jpeg_write_scanlines(&jpeg, &line, 1);
+        }
+        jpeg_finish_compress(&jpeg);
+        jpeg_destroy_compress(&jpeg);
+        std::free(bytes);
+    }
+}
+
+} // namespace
+
+BENCHMARK(handOver)->Iterations(200)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(encodeAsSaved, gray, QImage::Format_Grayscale8)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(encodeByTheLibraryAlone, gray, QImage::Format_Grayscale8)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(encodeAsSaved, rgb888, QImage::Format_RGB888)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(encodeByTheLibraryAlone, rgb888, QImage::Format_RGB888)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(encodeAsSaved, drawing, QImage::Format_Indexed8)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(encodeAsSaved, rgb32, QImage::Format_RGB32)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(encodeByTheLibraryAlone, rgb32, QImage::Format_RGB32)->Unit(benchmark::kMillisecond);

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "db/FaultNotice.h"
+#include "db/StationDB.h"
+
+#include <QTimer>
+
+#include <deque>
+#include <functional>
+
+/// Sees to it that the row of every answered part gets into the database: a row that it refuses for the moment (disk
+/// full, folder gone or read-only, another program writing) waits in memory and goes in, in its order and with its own
+/// time, when it can. A fault is told when it begins and when it is over. GUI thread.
+class ResultRecorder : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Rules
+    {
+        int maxWaiting = 10000; ///< rows; beyond, the oldest are given up
+        int retryMs = 1000;     ///< between two attempts
+        std::function<QDateTime()> clock = [] { return QDateTime::currentDateTime(); };
+    };
+
+    /// The database, which may not be open yet, is the caller's and outlives the recorder.
+    explicit ResultRecorder(StationDB& database, QObject* parent = nullptr);
+    ResultRecorder(StationDB& database, Rules rules, QObject* parent = nullptr);
+
+    /// Tries once more; what still waits is lost.
+    ~ResultRecorder() override;
+
+    /// Records a result of this moment. Characters that a statement cannot carry are replaced.
+    void record(const StationResult& result);
+
+    int waiting() const { return static_cast<int>(m_waiting.size()); }
+    int givenUp() const { return m_givenUp; } ///< since the present fault began
+
+signals:
+    /// An attempt to write what waits has ended; so many rows still wait.
+    void retried(int waiting);
+
+private:
+    struct Row
+    {
+        StationResult result;
+        QDateTime time;
+    };
+
+    void retry();
+    bool insert(const Row& row);
+    bool isReady();
+    void keep(Row row);
+
+    StationDB& m_database;
+    const Rules m_rules;
+    std::deque<Row> m_waiting;
+    int m_givenUp = 0;
+    FaultNotice m_fault;
+    QTimer m_retry;
+};

@@ -1,0 +1,149 @@
+#include "db/archive/FolderSweep.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <queue>
+
+#include <vector>
+
+namespace FolderSweep {
+namespace {
+
+constexpr std::size_t fewFiles = 10;
+constexpr std::size_t oldestFiles = 600;
+
+struct OldFile
+{
+    qint64 made = 0; ///< milliseconds since the epoch
+    QString path;
+    bool operator<(const OldFile& other) const { return made < other.made; }
+};
+
+bool isLink(const QFileInfo& entry)
+{
+    return entry.isSymLink() || entry.isJunction();
+}
+
+QDateTime creationTime(const QFileInfo& entry)
+{
+    const QDateTime birth = entry.birthTime();
+    return birth.isValid() ? birth : entry.lastModified();
+}
+
+bool mayBeCleaned(const QString& root)
+{
+    const QDir folder(root);
+    return !root.isEmpty() && folder.exists() && !folder.isRoot();
+}
+
+/// Calls `visit` with each file below the root, until it answers false.
+template <typename Visit>
+void walkFiles(const QString& root, Visit visit)
+{
+    QStringList folders{root};
+    while (!folders.isEmpty()) {
+        QDirIterator entries(folders.takeLast(), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+        while (entries.hasNext()) {
+            entries.next();
+            const QFileInfo entry = entries.fileInfo();
+            if (isLink(entry))
+                continue;
+            if (entry.isDir())
+                folders << entry.filePath();
+            else if (!visit(entry))
+                return;
+        }
+    }
+}
+
+bool isImage(const QString& path)
+{
+    const QString end = path.right(4).toLower();
+    return end == QLatin1String(".jpg") || end == QLatin1String(".bmp") || end == QLatin1String(".png");
+}
+
+/// Files first, then sub-folders, then the folder itself.
+void deleteFolder(const QString& path, const Stop& stop)
+{
+    const QDir folder(path);
+    const QDir::Filters all = QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    QStringList subFolders;
+    const QFileInfoList entries = folder.entryInfoList(QDir::AllEntries | all, QDir::Unsorted);
+    for (const QFileInfo& entry : entries) {
+        if (stop())
+            return;
+        if (entry.isDir() && !isLink(entry))
+            subFolders << entry.filePath();
+        else if (!QFile::remove(entry.filePath()))
+            QDir().rmdir(entry.filePath()); // a junction goes as a folder does, and leaves what it points to
+    }
+    for (const QString& subFolder : subFolders)
+        deleteFolder(subFolder, stop);
+    QDir().rmdir(path);
+}
+
+} // namespace
+
+QDateTime creationTime(const QString& path)
+{
+    return creationTime(QFileInfo(path));
+}
+
+int deleteFilesBefore(const QString& root, const QDateTime& time, const Stop& stop)
+{
+    if (!mayBeCleaned(root))
+        return 0;
+    std::vector<QString> old;
+    walkFiles(root, [&](const QFileInfo& file) {
+        if (creationTime(file) < time)
+            old.push_back(file.filePath());
+        return !stop();
+    });
+    int deleted = 0;
+    for (const QString& path : old) {
+        if (stop() || old.size() <= fewFiles)
+            break;
+        deleted += QFile::remove(path) ? 1 : 0;
+    }
+    return deleted;
+}
+
+int deleteOldestImages(const QString& root, const Stop& stop)
+{
+    if (!mayBeCleaned(root))
+        return 0;
+    std::priority_queue<OldFile> oldest; // the youngest of them on top
+    walkFiles(root, [&](const QFileInfo& file) {
+        oldest.push({creationTime(file).toMSecsSinceEpoch(), file.filePath()});
+        if (oldest.size() > oldestFiles)
+            oldest.pop();
+        return !stop();
+    });
+    int deleted = 0;
+    for (; !oldest.empty() && !stop(); oldest.pop()) {
+        if (isImage(oldest.top().path))
+            deleted += QFile::remove(oldest.top().path) ? 1 : 0;
+    }
+    return deleted;
+}
+
+int deleteFoldersBefore(const QString& root, const QDateTime& time, const Stop& stop)
+{
+    if (!mayBeCleaned(root))
+        return 0;
+    int deleted = 0;
+    const QFileInfoList folders =
+        QDir(root).entryInfoList(QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoSymLinks | QDir::NoDotAndDotDot);
+    for (const QFileInfo& folder : folders) {
+        if (stop())
+            break;
+        if (!isLink(folder) && creationTime(folder) < time) {
+            deleteFolder(folder.filePath(), stop);
+            deleted += folder.dir().exists(folder.fileName()) ? 0 : 1;
+        }
+    }
+    return deleted;
+}
+
+} // namespace FolderSweep

@@ -1,0 +1,117 @@
+#include "db/archive/ImageArchive.h"
+
+#include "db/SqlText.h"
+#include "db/archive/SaveImgThread.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+ImageArchive::ImageArchive(const QString& home, QObject* parent)
+    : ImageArchive(home, Rules(), parent)
+{
+}
+
+ImageArchive::ImageArchive(const QString& home, Rules rules, QObject* parent)
+    : QObject(parent)
+    , m_home(home)
+    , m_rules(std::move(rules))
+{
+}
+
+ImageArchive::~ImageArchive()
+{
+    while (!m_running.isEmpty()) {
+        SaveImgThread* const thread = m_running.takeFirst();
+        thread->wait();
+        count(*thread);
+        delete thread;
+        startNext();
+    }
+}
+
+bool ImageArchive::prepare()
+{
+    bool made = true;
+    for (const Kind kind : {Result, Source}) {
+        if (!QDir().mkpath(m_home + folderOf(kind))) {
+            SystemLog::warning(tr("不能创建图像文件夹%1").arg(m_home + folderOf(kind)));
+            made = false;
+        }
+    }
+    return made;
+}
+
+QString ImageArchive::folderOf(Kind kind)
+{
+    return kind == Result ? QStringLiteral("/DBFiles/Images") : QStringLiteral("/DBFiles/SrcImages");
+}
+
+bool ImageArchive::isTaken(const QString& path) const
+{
+    const auto holds = [&path](const SaveImgThread* thread) { return thread->path() == path; };
+    return std::any_of(m_waiting.begin(), m_waiting.end(), holds) ||
+           std::any_of(m_running.begin(), m_running.end(), holds) || QFileInfo::exists(path);
+}
+
+/// A second image of the same millisecond, or after the clock was set back, must not replace the first.
+QString ImageArchive::freeName(const QString& folder) const
+{
+    const QString stem = m_rules.clock().toString(QStringLiteral("yyyy_MM_dd_hhmmsszzz"));
+    QString name = stem + QStringLiteral(".jpg");
+    for (int i = 1; isTaken(folder + QLatin1Char('/') + name); ++i)
+        name = QStringLiteral("%1_%2.jpg").arg(stem).arg(i);
+    return name;
+}
+
+QString ImageArchive::save(int station, const QString& subFolder, const QImage& image, Kind kind)
+{
+    const QString folder = folderOf(kind) + m_rules.clock().toString(QStringLiteral("/yyyy-MM-dd/")) +
+                           (station == 1 ? QStringLiteral("Station1/") : QStringLiteral("Station2/")) +
+                           SqlText::folderName(subFolder);
+    QDir().mkpath(m_home + folder);
+    const QString name = freeName(m_home + folder);
+    if (image.isNull())
+        return folder + QLatin1Char('/') + name;
+    if (waiting() >= m_rules.maxWaiting) {
+        ++m_givenUp;
+        m_crowded.failed(tr("等待保存的图像已有%1幅，放弃保存新图像").arg(waiting()));
+        return {};
+    }
+    auto* const thread = new SaveImgThread(image, m_home + folder, name, this);
+    connect(thread, &QThread::finished, this, [this, thread] { onEnded(thread); });
+    m_waiting.push_back(thread);
+    startNext();
+    return folder + QLatin1Char('/') + name;
+}
+
+void ImageArchive::startNext()
+{
+    if (m_waiting.empty() || m_running.size() >= m_rules.maxRunning)
+        return;
+    SaveImgThread* const thread = m_waiting.front();
+    m_waiting.pop_front();
+    m_running.append(thread);
+    thread->start();
+}
+
+void ImageArchive::count(const SaveImgThread& thread)
+{
+    if (!thread.error().isEmpty()) {
+        ++m_failed;
+        m_unwritable.failed(tr("图像不能保存：%1").arg(thread.error()));
+        return;
+    }
+    m_unwritable.over(tr("图像又能保存，期间有%1幅未能保存"));
+    emit saved(thread.path());
+}
+
+void ImageArchive::onEnded(SaveImgThread* thread)
+{
+    m_running.removeOne(thread);
+    count(*thread);
+    thread->wait();
+    thread->deleteLater();
+    startNext();
+    if (waiting() <= m_rules.maxWaiting / 2)
+        m_crowded.over(tr("图像保存已跟上，期间放弃了%1幅图像"));
+}

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "db/FaultNotice.h"
+
+#include <QDateTime>
+#include <QImage>
+#include <QObject>
+
+#include <deque>
+#include <functional>
+
+class SaveImgThread;
+
+/// The image archive below the home: "/DBFiles/Images" for result images, "/DBFiles/SrcImages" for source images, and
+/// in each date, station and model. Images are encoded and written by threads of their own, one each. GUI thread, on
+/// which nothing is encoded, copied or written.
+class ImageArchive : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum Kind { Source, Result };
+
+    struct Rules
+    {
+        int maxWaiting = 200; ///< images not yet on the disk; beyond, a new one is given up
+        int maxRunning = 2;   ///< threads that write at the same time; the other images wait for one
+        std::function<QDateTime()> clock = [] { return QDateTime::currentDateTime(); };
+    };
+
+    explicit ImageArchive(const QString& home, QObject* parent = nullptr);
+    ImageArchive(const QString& home, Rules rules, QObject* parent = nullptr);
+
+    /// Writes what still waits.
+    ~ImageArchive() override;
+
+    /// Makes the two folders of the archive; false when one of them cannot be made.
+    bool prepare();
+
+    /// Hands an image over for saving, and returns its path below the home, such as
+    /// "/DBFiles/Images/2024-05-01/Station1/W18/2024_05_01_123456789.jpg". A null image has a path too, but no file.
+    /// Empty when the image is given up since too many wait. Pixels that the image only refers to must stay until it is
+    /// saved.
+    QString save(int station, const QString& subFolder, const QImage& image, Kind kind);
+
+    int waiting() const { return static_cast<int>(m_waiting.size()) + m_running.size(); }
+    int givenUp() const { return m_givenUp; } ///< since the start
+    int failed() const { return m_failed; }   ///< images that could not be written, since the start
+
+    static QString folderOf(Kind kind);
+
+signals:
+    /// An image lies under this absolute path.
+    void saved(const QString& path);
+
+private:
+    QString freeName(const QString& folder) const;
+    bool isTaken(const QString& path) const;
+    void startNext();
+    void onEnded(SaveImgThread* thread);
+    void count(const SaveImgThread& thread);
+
+    const QString m_home;
+    const Rules m_rules;
+    std::deque<SaveImgThread*> m_waiting;
+    QList<SaveImgThread*> m_running;
+    int m_givenUp = 0;
+    int m_failed = 0;
+    FaultNotice m_crowded;
+    FaultNotice m_unwritable;
+};

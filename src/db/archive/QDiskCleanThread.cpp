@@ -1,0 +1,112 @@
+#include "db/archive/QDiskCleanThread.h"
+
+#include "db/archive/FolderSweep.h"
+#include "platform/DiskSpace.h"
+
+#include <QDebug>
+
+#include <chrono>
+
+namespace {
+
+constexpr std::chrono::milliseconds betweenPasses(1000);
+constexpr int daysWhenUnset = 3;
+constexpr int daysWhenSpaceIsLow = 1;
+
+} // namespace
+
+QDiskCleanThread::QDiskCleanThread(QObject* parent)
+    : QThread(parent)
+    , m_clock([] { return QDateTime::currentDateTime(); })
+    , m_freeSpace(platform::freeSpaceMiB)
+{
+}
+
+QDiskCleanThread::~QDiskCleanThread()
+{
+    stop();
+    wait();
+}
+
+void QDiskCleanThread::stop()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stop = true;
+    }
+    m_stopped.notify_all();
+}
+
+bool QDiskCleanThread::isStopped() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_stop;
+}
+
+bool QDiskCleanThread::pauseUnlessStopped()
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return !m_stopped.wait_for(lock, betweenPasses, [this] { return m_stop; });
+}
+
+/// Unknown counts as none: better too few images than a full disk. Told when it begins.
+qint64 QDiskCleanThread::freeMiB()
+{
+    const qint64 free = m_freeSpace(m_root);
+    if (free < 0 && !m_probeFailed)
+        qWarning("ERROR: Call to GetDiskFreeSpaceEx() failed.");
+    m_probeFailed = free < 0;
+    return qMax<qint64>(0, free);
+}
+
+QDateTime QDiskCleanThread::cutOff() const
+{
+    return m_clock().addDays(-(m_days < 1 ? daysWhenUnset : m_days));
+}
+
+void QDiskCleanThread::cleanFiles()
+{
+    const auto stop = [this] { return isStopped(); };
+    if (m_cleanByAge)
+        FolderSweep::deleteFilesBefore(m_root, cutOff(), stop);
+    if (spaceIsLow())
+        m_cleanForSpace = true;
+    if (!m_cleanForSpace || isStopped())
+        return;
+    FolderSweep::deleteOldestImages(m_root, stop);
+    m_cleanForSpace = false;
+    qWarning("Delete Imgs  Finish...");
+}
+
+void QDiskCleanThread::cleanFolders()
+{
+    if (!m_cleanByAge)
+        return;
+    if (m_days < 1)
+        m_days = daysWhenUnset;
+    FolderSweep::deleteFoldersBefore(m_root, cutOff(), [this] { return isStopped(); });
+}
+
+void QDiskCleanThread::pass()
+{
+    if (spaceIsLow()) {
+        // Kept: from here on to the end of the thread the setting is overridden.
+        m_cleanByAge = true;
+        m_days = daysWhenSpaceIsLow;
+    }
+    if (m_mode == Files)
+        cleanFiles();
+    else if (m_mode == Folders)
+        cleanFolders();
+    if (m_interval < 3)
+        m_interval = 2;
+}
+
+void QDiskCleanThread::run()
+{
+    while (!isStopped()) {
+        pass();
+        if (!pauseUnlessStopped())
+            break;
+    }
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QDateTime>
+#include <QThread>
+
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+
+/// Keeps a disk from filling: deletes old images below a root, by age or when space runs low, in a pass every second.
+/// The setters are called before start(). See FolderSweep for what it never touches.
+class QDiskCleanThread : public QThread
+{
+    Q_OBJECT
+
+public:
+    enum Mode { Files = 0, Folders = 1 };
+
+    explicit QDiskCleanThread(QObject* parent = nullptr);
+
+    /// Stops after the deletion in hand, and waits.
+    ~QDiskCleanThread() override;
+
+    void setMode(int mode) { m_mode = mode; }
+    void setAgeCleaning(bool on) { m_cleanByAge = on; }
+    void setAgeLimit(qint32 days) { m_days = days; } ///< below 1 counts as 3
+    void setRootPath(const QString& root) { m_root = root; }
+    void setMinFreeSpace(qint32 gib) { m_minFreeGiB = gib; }
+
+    /// What a pass takes for the present and for the free MiB of the root's drive; -1 when they cannot be told.
+    void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
+    void setFreeSpaceProbe(std::function<qint64(const QString&)> probe) { m_freeSpace = std::move(probe); }
+
+    /// Sets the stop flag; the thread ends after the deletion in hand. Any thread.
+    void stop();
+
+    /// One pass, on the caller's thread; only while the thread does not run.
+    void pass();
+
+protected:
+    void run() override;
+
+private:
+    qint64 freeMiB();
+    bool spaceIsLow() { return freeMiB() < qint64(m_minFreeGiB) * 1024; }
+    void cleanFiles();
+    void cleanFolders();
+    QDateTime cutOff() const;
+    bool isStopped() const;
+    bool pauseUnlessStopped();
+
+    QString m_root;
+    bool m_cleanByAge = false;
+    qint32 m_days = 7;
+    bool m_cleanForSpace = false;
+    qint32 m_minFreeGiB = 10;
+    qint32 m_mode = Files;
+    qint32 m_interval = 0; ///< seconds; kept, and without effect
+    bool m_probeFailed = false;
+    std::function<QDateTime()> m_clock;
+    std::function<qint64(const QString&)> m_freeSpace;
+
+    mutable std::mutex m_mutex; ///< guards m_stop
+    std::condition_variable m_stopped;
+    bool m_stop = false;
+};

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QImage>
+#include <QThread>
+
+/// Writes one image to one file, and ends: finished() tells that it is done. The image is shared, not copied.
+class SaveImgThread : public QThread
+{
+    Q_OBJECT
+
+public:
+    /// `folder` is absolute and made when it is missing; the format follows from the file name's suffix.
+    SaveImgThread(const QImage& image, const QString& folder, const QString& fileName, QObject* parent = nullptr);
+
+    QString path() const { return m_folder + QLatin1Char('/') + m_fileName; }
+
+    /// Once it has ended: why the image does not lie under the path; empty when it does.
+    QString error() const { return m_error; }
+
+protected:
+    void run() override;
+
+private:
+    QImage m_image;
+    const QString m_folder;
+    const QString m_fileName;
+    QString m_error;
+};
+
+/// Writes the image beside the path, flushes it and renames it, so that nobody ever sees half of it. Gray images become
+/// gray files. On failure, `error` tells path and reason, and nothing is left behind. Any thread.
+bool writeImageFile(const QImage& image, const QString& path, QString* error);
