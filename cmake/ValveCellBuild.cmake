@@ -16,11 +16,11 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 set(CMAKE_INSTALL_RPATH "$ORIGIN")
 
-# "Dev": as fast as a release where it matters, with assertions and line numbers.
-set(CMAKE_CXX_FLAGS_DEV "-O2 -g1" CACHE STRING "Flags of the Dev build type")
-set(CMAKE_EXE_LINKER_FLAGS_DEV "" CACHE STRING "Linker flags of the Dev build type")
-set(CMAKE_SHARED_LINKER_FLAGS_DEV "" CACHE STRING "Linker flags of the Dev build type")
-set(CMAKE_MODULE_LINKER_FLAGS_DEV "" CACHE STRING "Linker flags of the Dev build type")
+# "Dev": as fast as a release where it matters, with assertions and line numbers. CMake has put empty flags of an unknown
+# build type into the cache by now.
+if(NOT CMAKE_CXX_FLAGS_DEV AND NOT MSVC)
+    set(CMAKE_CXX_FLAGS_DEV "-O2 -g1" CACHE STRING "Flags of the Dev build type" FORCE)
+endif()
 
 find_program(VALVECELL_CCACHE ccache)
 if(VALVECELL_CCACHE)
