@@ -1,0 +1,68 @@
+#pragma once
+
+#include "accounts/PasswordWorker.h"
+#include "accounts/RetryDelay.h"
+#include "accounts/UserStore.h"
+
+#include <QObject>
+
+#include <functional>
+
+/// Who is logged in, and what he may do with the users. One thread, with an event loop.
+///
+/// Operations that need a hash run it elsewhere and answer later: `done` is called with an empty text on success, else
+/// with what went wrong in the operator's language. It is called at most once, and neither called nor anything changed
+/// when `context` (the dialog that asked) is gone by then.
+class UserSession : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Done = std::function<void(const QString& error)>;
+
+    explicit UserSession(const QString& usersFile);
+
+    const UserStore& users() const { return m_store; }
+    /// Reads the users anew; what was changed by hand is seen.
+    UserStore::State reload() { return m_store.load(); }
+
+    /// The present user; empty name and Role::None when nobody is logged in.
+    QString userName() const { return m_user.name; }
+    Role role() const { return m_user.role; }
+
+    /// How long logIn() will refuse everybody, after wrong passwords.
+    std::chrono::milliseconds wait() const { return m_delay.left(RetryDelay::Clock::now()); }
+
+    void logIn(const QString& name, const QString& password, QObject* context, const Done& done);
+    void logOut();
+    /// Creates the first user and logs him in; refused when there is a user file, whatever is in it.
+    void createAdministrator(const QString& name, const QString& password, QObject* context, const Done& done);
+    void changeOwnPassword(const QString& present, const QString& next, QObject* context, const Done& done);
+
+    /// For administrators. The last administrator can be neither removed nor made anything less, and nobody removes
+    /// himself.
+    void addUser(const QString& name, Role role, const QString& password, QObject* context, const Done& done);
+    void resetPassword(const QString& name, const QString& password, QObject* context, const Done& done);
+    bool setRole(const QString& name, Role role, QString* error);
+    bool removeUser(const QString& name, QString* error);
+
+signals:
+    /// The present user, or his role, changed.
+    void currentUserChanged(const QString& name, int level);
+    void usersChanged();
+
+private:
+    using Store = std::function<QString(const QByteArray& hash)>;
+
+    void enter(const Account& account);
+    QString refuseAttempt() const;
+    QString refuseManaging() const;
+    void withHash(const QString& password, QObject* context, const Store& store, const Done& done);
+    QString told(bool stored, const QString& error);
+
+    UserStore m_store;
+    Account m_user;
+    RetryDelay m_delay;
+    bool m_checking = false;
+    PasswordWorker m_worker; // last: its work ends before what it answers to goes
+};

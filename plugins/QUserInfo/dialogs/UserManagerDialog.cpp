@@ -1,0 +1,126 @@
+#include "dialogs/UserManagerDialog.h"
+
+#include "accounts/UserSession.h"
+#include "dialogs/NewUserDialog.h"
+#include "dialogs/PasswordDialog.h"
+#include "ui_UserManagerDialog.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+
+UserManagerDialog::UserManagerDialog(UserSession& session, QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::UserManagerDialog>())
+    , m_session(session)
+    , m_roleMenu(new QMenu(this))
+{
+    m_ui->setupUi(this);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setAttribute(Qt::WA_DeleteOnClose);
+    m_ui->buttonBox->button(QDialogButtonBox::Close)->setText(tr("关闭"));
+    m_ui->buttonBox->button(QDialogButtonBox::Close)->setMinimumHeight(m_ui->addButton->minimumHeight());
+    m_ui->userTable->setColumnWidth(0, 230);
+    m_ui->userTable->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    m_ui->userTable->verticalHeader()->setDefaultSectionSize(m_ui->addButton->minimumHeight());
+    m_ui->roleButton->setMenu(m_roleMenu);
+    connect(m_ui->userTable, &QTableWidget::itemSelectionChanged, this, &UserManagerDialog::updateButtons);
+    connect(m_ui->addButton, &QPushButton::clicked, this, &UserManagerDialog::onAdd);
+    connect(m_ui->passwordButton, &QPushButton::clicked, this, &UserManagerDialog::onPassword);
+    connect(m_ui->removeButton, &QPushButton::clicked, this, &UserManagerDialog::onRemove);
+    connect(&session, &UserSession::usersChanged, this, &UserManagerDialog::fillTable);
+    connect(&session, &UserSession::currentUserChanged, this, &UserManagerDialog::onCurrentUserChanged);
+    fillRoleMenu();
+    fillTable();
+}
+
+UserManagerDialog::~UserManagerDialog() = default;
+
+void UserManagerDialog::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        m_ui->retranslateUi(this);
+        m_ui->buttonBox->button(QDialogButtonBox::Close)->setText(tr("关闭"));
+        fillRoleMenu();
+        fillTable();
+    }
+    QDialog::changeEvent(event);
+}
+
+void UserManagerDialog::fillTable()
+{
+    const QString selected = selectedName();
+    const auto& accounts = m_session.users().accounts();
+    m_ui->userTable->setRowCount(accounts.size());
+    for (int row = 0; row < accounts.size(); ++row) {
+        m_ui->userTable->setItem(row, 0, new QTableWidgetItem(accounts[row].name));
+        m_ui->userTable->setItem(row, 1, new QTableWidgetItem(AccountRules::roleText(accounts[row].role)));
+        if (accounts[row].name == selected)
+            m_ui->userTable->selectRow(row);
+    }
+    m_ui->messageLabel->clear();
+    updateButtons();
+}
+
+void UserManagerDialog::fillRoleMenu()
+{
+    m_roleMenu->clear();
+    for (const Role role : AccountRules::roles())
+        connect(m_roleMenu->addAction(AccountRules::roleText(role)), &QAction::triggered, this,
+                [this, role] { onRole(role); });
+}
+
+void UserManagerDialog::updateButtons()
+{
+    const QString name = selectedName();
+    m_ui->roleButton->setEnabled(!name.isEmpty());
+    m_ui->passwordButton->setEnabled(!name.isEmpty());
+    m_ui->removeButton->setEnabled(!name.isEmpty() && name != m_session.userName());
+}
+
+void UserManagerDialog::onCurrentUserChanged(const QString&, int level)
+{
+    if (Role(level) != Role::Administrator)
+        reject();
+}
+
+void UserManagerDialog::onAdd()
+{
+    (new NewUserDialog(m_session, NewUserDialog::AnyUser, this))->open();
+}
+
+void UserManagerDialog::onRole(Role role)
+{
+    QString error;
+    m_session.setRole(selectedName(), role, &error);
+    m_ui->messageLabel->setText(error);
+}
+
+void UserManagerDialog::onPassword()
+{
+    (new PasswordDialog(m_session, PasswordDialog::Reset, selectedName(), this))->open();
+}
+
+void UserManagerDialog::onRemove()
+{
+    const QString name = selectedName();
+    auto* box = new QMessageBox(QMessageBox::Question, tr("删除用户"), tr("确定要删除用户“%1”吗？").arg(name),
+                                QMessageBox::Ok | QMessageBox::Cancel, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->button(QMessageBox::Ok)->setText(tr("删除"));
+    box->button(QMessageBox::Cancel)->setText(tr("取消"));
+    connect(box, &QMessageBox::accepted, this, [this, name] {
+        QString error;
+        m_session.removeUser(name, &error);
+        m_ui->messageLabel->setText(error);
+    });
+    box->open();
+}
+
+QString UserManagerDialog::selectedName() const
+{
+    const auto selected = m_ui->userTable->selectedItems();
+    return selected.isEmpty() ? QString() : m_ui->userTable->item(selected.first()->row(), 0)->text();
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "accounts/Account.h"
+
+#include <QDialog>
+
+#include <memory>
+
+class QMenu;
+class UserSession;
+
+namespace Ui {
+class UserManagerDialog;
+}
+
+/// The administrator's list of users. What it does takes effect at once; removing asks first. It closes itself when
+/// the present user is no administrator any more. GUI thread.
+class UserManagerDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// `session` outlives the dialog.
+    UserManagerDialog(UserSession& session, QWidget* parent);
+    ~UserManagerDialog() override;
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void fillTable();
+    void fillRoleMenu();
+    void updateButtons();
+    void onCurrentUserChanged(const QString& name, int level);
+    void onAdd();
+    void onRole(Role role);
+    void onPassword();
+    void onRemove();
+    QString selectedName() const;
+
+    const std::unique_ptr<Ui::UserManagerDialog> m_ui;
+    UserSession& m_session;
+    QMenu* m_roleMenu;
+};

@@ -1,0 +1,330 @@
+#include "support/TempHome.h"
+
+#include <valvecell/IUserCtrl.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLayout>
+#include <QLibrary>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTableWidget>
+#include <QTranslator>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+const QString kPassword = QStringLiteral("correct horse");
+
+IUserCtrl* createUserCtrl()
+{
+    QLibrary library(QStringLiteral(VALVECELL_BIN_DIR "/QUserInfo"));
+    const auto create = reinterpret_cast<UserCtrlCreateFunction>(library.resolve("UserCtrlCreate"));
+    if (!create)
+        qFatal("%s", qPrintable(library.errorString()));
+    return create();
+}
+
+/// The dialog of a class that is on the screen; null when there is none.
+QDialog* openDialog(const char* name)
+{
+    const auto windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows)
+        if (window->isVisible() && (window->objectName() == name || window->inherits(name)))
+            return qobject_cast<QDialog*>(window);
+    return nullptr;
+}
+
+template <typename Widget>
+Widget* in(QWidget* dialog, const char* name)
+{
+    auto* found = dialog->findChild<Widget*>(QString::fromLatin1(name));
+    if (!found)
+        qFatal("no %s", name);
+    return found;
+}
+
+QPushButton* okButton(QDialog* dialog)
+{
+    return dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok);
+}
+
+void type(QDialog* dialog, const char* edit, const QString& text)
+{
+    auto* line = in<QLineEdit>(dialog, edit);
+    line->clear();
+    line->insert(text);
+}
+
+QString message(QDialog* dialog)
+{
+    return in<QLabel>(dialog, "messageLabel")->text().remove(QChar(0x200b)); // where long paths may be broken
+}
+
+/// Keeps a picture for the eye, and finds texts that do not fit.
+void look(QWidget* window, const char* name)
+{
+    QDir().mkpath(SCREENSHOTS_DIR);
+    window->layout()->activate();
+    QVERIFY(window->grab().save(QStringLiteral(SCREENSHOTS_DIR "/%1.png").arg(name)));
+    const auto children = window->findChildren<QWidget*>();
+    for (const QWidget* child : children) {
+        const auto* label = qobject_cast<const QLabel*>(child);
+        if (!child->isVisible() || (!label && !qobject_cast<const QPushButton*>(child)))
+            continue;
+        const int wanted = label && label->wordWrap() ? 0 : child->sizeHint().width();
+        const int height = label && label->wordWrap() ? label->heightForWidth(label->width()) : 0;
+        QVERIFY2(child->width() >= wanted && child->height() >= height, qPrintable(child->objectName()));
+    }
+}
+
+class English : public QTranslator
+{
+public:
+    QString translate(const char*, const char* source, const char*, int) const override
+    {
+        return QStringLiteral("EN ") + QString::fromUtf8(source);
+    }
+    bool isEmpty() const override { return false; }
+};
+
+/// The program's side: its window and the module's object.
+struct Program
+{
+    TempHome home;
+    QWidget window;
+    std::unique_ptr<IUserCtrl> users{createUserCtrl()};
+    QSignalSpy changes{users.get(), &IUserCtrl::sgCurrentUserInfo};
+
+    void createAdministrator()
+    {
+        users->showLogInDialog(&window);
+        QDialog* dialog = openDialog("NewUserDialog");
+        QVERIFY(dialog);
+        type(dialog, "nameEdit", "boss");
+        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "againEdit", kPassword);
+        okButton(dialog)->click();
+        QTRY_COMPARE(users->state(), int(IUserCtrl::LoggedIn));
+        QTRY_VERIFY(!openDialog("NewUserDialog"));
+    }
+    void addUser(QDialog* manager, const QString& name, const QString& role)
+    {
+        in<QPushButton>(manager, "addButton")->click();
+        QDialog* dialog = openDialog("NewUserDialog");
+        QVERIFY(dialog);
+        type(dialog, "nameEdit", name);
+        in<QComboBox>(dialog, "roleBox")->setCurrentText(role);
+        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "againEdit", kPassword);
+        okButton(dialog)->click();
+        QTRY_VERIFY(!openDialog("NewUserDialog"));
+    }
+};
+
+} // namespace
+
+class UserInfoTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void firstStartAsksForAnAdministrator()
+    {
+        Program program;
+        QCOMPARE(program.users->state(), int(IUserCtrl::LoggedOut));
+        program.users->showLogInDialog(&program.window);
+        QDialog* dialog = openDialog("NewUserDialog");
+        QVERIFY(dialog);
+        look(dialog, "quserinfo_first_start");
+        QVERIFY(!okButton(dialog)->isEnabled());
+        type(dialog, "nameEdit", "boss");
+        type(dialog, "passwordEdit", "short");
+        QVERIFY(message(dialog).contains("8"));
+        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "againEdit", kPassword + "x");
+        QVERIFY(message(dialog).contains(QStringLiteral("不一致")));
+        QVERIFY(!okButton(dialog)->isEnabled());
+        QTest::keyClick(in<QLineEdit>(dialog, "againEdit"), Qt::Key_Return);
+        QVERIFY(program.home.read("/user/users.json").isEmpty());
+        type(dialog, "againEdit", kPassword);
+        QVERIFY(okButton(dialog)->isEnabled());
+        QTest::keyClick(in<QLineEdit>(dialog, "againEdit"), Qt::Key_Return);
+        QTRY_COMPARE(program.changes.size(), 1);
+        QCOMPARE(program.changes.at(0), QVariantList({QStringLiteral("boss"), 3, int(IUserCtrl::LoggedIn)}));
+        QCOMPARE(program.users->currentUserName(), QStringLiteral("boss"));
+    }
+
+    void operatorLogsOutAndInAgain()
+    {
+        Program program;
+        program.createAdministrator();
+        program.users->logOut();
+        QCOMPARE(program.changes.last(), QVariantList({QString(), 0, int(IUserCtrl::LoggedOut)}));
+        program.users->showLogInDialog(&program.window);
+        QPointer<QDialog> dialog = openDialog("LogInDialog");
+        QVERIFY(dialog);
+        QCOMPARE(in<QComboBox>(dialog, "nameBox")->currentText(), QStringLiteral("boss"));
+        QVERIFY(!okButton(dialog)->isEnabled());
+        type(dialog, "passwordEdit", "wrong");
+        okButton(dialog)->click();
+        QTRY_VERIFY(message(dialog).contains(QStringLiteral("错误")));
+        look(dialog, "quserinfo_login");
+        QTRY_VERIFY(message(dialog).contains(QStringLiteral("请输入密码"))); // the wait is over
+        program.users->showLogInDialog(&program.window);
+        QCOMPARE(openDialog("LogInDialog"), dialog.data());
+        type(dialog, "passwordEdit", kPassword);
+        QTest::keyClick(in<QLineEdit>(dialog, "passwordEdit"), Qt::Key_Return);
+        QTRY_COMPARE(program.users->state(), int(IUserCtrl::LoggedIn));
+        QTRY_VERIFY(!dialog);
+    }
+
+    void cancelledLogInLeavesNobodyIn()
+    {
+        Program program;
+        program.createAdministrator();
+        program.users->logOut();
+        program.users->showLogInDialog(&program.window);
+        QDialog* dialog = openDialog("LogInDialog");
+        type(dialog, "passwordEdit", kPassword);
+        dialog->reject();
+        program.users->showLogInDialog(&program.window);
+        QVERIFY(openDialog("LogInDialog") && openDialog("LogInDialog") != dialog);
+        QCOMPARE(program.users->state(), int(IUserCtrl::LoggedOut));
+    }
+
+    void damagedUserFileIsNamedInTheDialog()
+    {
+        Program program;
+        program.home.write("/user/users.json", "{\"users\":[");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^user file"));
+        program.users->showLogInDialog(&program.window);
+        QDialog* dialog = openDialog("LogInDialog");
+        QVERIFY2(dialog, "never the dialog that creates an administrator");
+        QVERIFY(message(dialog).contains(program.home.path("/user/users.json")));
+        type(dialog, "passwordEdit", kPassword);
+        QVERIFY(!okButton(dialog)->isEnabled());
+        QTRY_VERIFY(dialog->isActiveWindow());
+        look(dialog, "quserinfo_damaged");
+    }
+
+    void administratorManagesTheUsers()
+    {
+        Program program;
+        program.createAdministrator();
+        program.users->showUserManager(&program.window);
+        QDialog* manager = openDialog("UserManagerDialog");
+        QVERIFY(manager);
+        auto* table = in<QTableWidget>(manager, "userTable");
+        QVERIFY(!in<QPushButton>(manager, "roleButton")->isEnabled());
+        program.addUser(manager, QStringLiteral("李工"), QStringLiteral("工程师"));
+        program.addUser(manager, QStringLiteral("王师傅"), QStringLiteral("操作员"));
+        QCOMPARE(table->rowCount(), 3);
+        QCOMPARE(table->item(1, 1)->text(), QStringLiteral("工程师"));
+
+        table->selectRow(0);
+        QVERIFY2(!in<QPushButton>(manager, "removeButton")->isEnabled(), "nobody removes himself");
+        in<QPushButton>(manager, "roleButton")->menu()->actions().at(0)->trigger();
+        QVERIFY(message(manager).contains(QStringLiteral("至少")));
+        look(manager, "quserinfo_manager");
+
+        table->selectRow(2);
+        in<QPushButton>(manager, "passwordButton")->click();
+        QDialog* reset = openDialog("PasswordDialog");
+        QVERIFY(reset);
+        look(reset, "quserinfo_reset");
+        type(reset, "passwordEdit", "a new password");
+        type(reset, "againEdit", "a new password");
+        const QByteArray before = program.home.read("/user/users.json");
+        okButton(reset)->click();
+        QTRY_VERIFY(program.home.read("/user/users.json") != before);
+
+        in<QPushButton>(manager, "removeButton")->click();
+        auto* question = qobject_cast<QMessageBox*>(openDialog("QMessageBox"));
+        QVERIFY(question && question->text().contains(QStringLiteral("王师傅")));
+        question->button(QMessageBox::Ok)->click();
+        QTRY_COMPARE(table->rowCount(), 2);
+        program.users->logOut();
+        QVERIFY2(!manager->isVisible(), "the list closes with its administrator");
+    }
+
+    void othersChangeTheirOwnPasswordOnly()
+    {
+        Program program;
+        program.users->showUserManager(&program.window);
+        QVERIFY(openDialog("QMessageBox"));
+        openDialog("QMessageBox")->reject();
+        program.createAdministrator();
+        program.users->showUserManager(&program.window);
+        program.addUser(openDialog("UserManagerDialog"), "op", QStringLiteral("操作员"));
+        program.users->logOut();
+
+        program.users->showLogInDialog(&program.window);
+        QDialog* dialog = openDialog("LogInDialog");
+        in<QComboBox>(dialog, "nameBox")->setCurrentText("op");
+        type(dialog, "passwordEdit", kPassword);
+        okButton(dialog)->click();
+        QTRY_COMPARE(program.users->currentUserName(), QStringLiteral("op"));
+        QCOMPARE(program.changes.last(), QVariantList({QStringLiteral("op"), 1, int(IUserCtrl::LoggedIn)}));
+        program.users->showUserManager(&program.window);
+        dialog = openDialog("PasswordDialog");
+        QVERIFY(dialog && !openDialog("UserManagerDialog"));
+        look(dialog, "quserinfo_own_password");
+        type(dialog, "passwordEdit", "my own password");
+        type(dialog, "againEdit", "my own password");
+        QVERIFY(!okButton(dialog)->isEnabled());
+        type(dialog, "presentEdit", "guess");
+        okButton(dialog)->click();
+        QTRY_VERIFY(message(dialog).contains(QStringLiteral("密码错误")));
+    }
+
+    void openDialogsFollowTheLanguage()
+    {
+        Program program;
+        program.createAdministrator();
+        program.users->showUserManager(&program.window);
+        QDialog* manager = openDialog("UserManagerDialog");
+        in<QPushButton>(manager, "addButton")->click();
+        QDialog* adding = openDialog("NewUserDialog");
+        English english;
+        qApp->installTranslator(&english);
+        QTRY_VERIFY(adding->windowTitle().startsWith("EN "));
+        QVERIFY(message(adding).startsWith("EN ") && okButton(adding)->text().startsWith("EN "));
+        QTRY_VERIFY(in<QTableWidget>(manager, "userTable")->item(0, 1)->text().startsWith("EN "));
+        qApp->removeTranslator(&english);
+    }
+
+    void programClosesWithDialogsOpenAndWorkInHand()
+    {
+        auto program = std::make_unique<Program>();
+        program->createAdministrator();
+        program->users->showUserManager(&program->window);
+        program->users->logOut();
+        program->users->showLogInDialog(&program->window);
+        QPointer<QDialog> dialog = openDialog("LogInDialog");
+        type(dialog, "passwordEdit", kPassword);
+        okButton(dialog)->click();
+        program->users.reset();
+        QVERIFY(!dialog);
+
+        // Or the window goes first, and its dialogs with it.
+        program->users.reset(createUserCtrl());
+        auto window = std::make_unique<QWidget>();
+        program->users->showLogInDialog(window.get());
+        dialog = openDialog("LogInDialog");
+        window.reset();
+        QVERIFY(!dialog);
+        program.reset();
+    }
+};
+
+QTEST_MAIN(UserInfoTest)
+#include "tst_quserinfo.moc"
