@@ -31,7 +31,7 @@ QStringList captures(const QString& text, const char* pattern)
 /// The name under which the guides tell of a key that comes once for each station or point.
 QString explainedAs(QString key)
 {
-    key.replace(QRegularExpression(QStringLiteral("^(pixpoint|Realpoint)\\d_[xy]$")), QStringLiteral("\\11_x"));
+    key.replace(QRegularExpression(QStringLiteral("(?<=^pixpoint|^Realpoint)\\d_[xy]$")), QStringLiteral("1_x"));
     return key.replace(QRegularExpression(QStringLiteral("_2$")), QStringLiteral("_1"));
 }
 
