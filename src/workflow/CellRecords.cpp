@@ -4,6 +4,7 @@
 #include "db/QSqliteWheelHubZd.h"
 #include "db/ResultRecorder.h"
 #include "db/archive/ImageArchive.h"
+#include "db/archive/QDiskCleanThread.h"
 #include "platform/AppHome.h"
 #include "workflow/CellResultStore.h"
 #include "workflow/ModelManager.h"
@@ -23,6 +24,20 @@ CellRecords::~CellRecords() = default;
 void CellRecords::prepareImageFolders()
 {
     m_archive->prepare();
+    m_sourceCleaner = startCleaner(m_home + QStringLiteral("/DBFiles/SrcImages/"), m_settings.cleanSrcImages);
+    m_resultCleaner = startCleaner(m_home + QStringLiteral("/DBFiles/Images/"), m_settings.cleanRltImages);
+}
+
+std::unique_ptr<QDiskCleanThread> CellRecords::startCleaner(const QString& root, bool byAge) const
+{
+    auto cleaner = std::make_unique<QDiskCleanThread>();
+    cleaner->setMode(QDiskCleanThread::Folders);
+    cleaner->setRootPath(root);
+    cleaner->setAgeCleaning(byAge);
+    cleaner->setAgeLimit(m_settings.cleanDays);
+    cleaner->setMinFreeSpace(m_settings.minFreeSpace);
+    cleaner->start();
+    return cleaner;
 }
 
 void CellRecords::openResultDatabase()

@@ -9,6 +9,7 @@ class IResultStore;
 class ImageArchive;
 class ModelManager;
 class PlcIndexTable;
+class QDiskCleanThread;
 class QSqliteWheelHubZd;
 class ResultRecorder;
 class StationDB;
@@ -22,10 +23,10 @@ class CellRecords : public QObject
 public:
     /// `home`: without a separator at its end. `settings` outlive the records.
     CellRecords(const QString& home, const ksSysConfig& settings, QObject* parent = nullptr);
-    /// Writes what still waits.
+    /// Stops the cleaners and writes what still waits.
     ~CellRecords() override;
 
-    /// Makes the archive's folders.
+    /// Makes the archive's folders, and starts a cleaner for each.
     void prepareImageFolders();
     /// Opens "\\DBFiles\\Pellix.db" below the home; a file that cannot be used is kept aside and a fresh one begun.
     void openResultDatabase();
@@ -39,6 +40,8 @@ public:
     ModelManager* models() { return m_models.get(); }
 
 private:
+    std::unique_ptr<QDiskCleanThread> startCleaner(const QString& root, bool byAge) const;
+
     const QString m_home;
     const ksSysConfig& m_settings;
     std::unique_ptr<ImageArchive> m_archive;
@@ -47,4 +50,6 @@ private:
     std::unique_ptr<CellResultStore> m_store;
     std::unique_ptr<QSqliteWheelHubZd> m_library;
     std::unique_ptr<ModelManager> m_models;
+    std::unique_ptr<QDiskCleanThread> m_sourceCleaner;
+    std::unique_ptr<QDiskCleanThread> m_resultCleaner;
 };
