@@ -2,9 +2,9 @@
 
 QString FrameText::command(quint8 command)
 {
-    const bool printable = command > 0x20 && command < 0x7F;
-    return printable ? QString(QLatin1Char(static_cast<char>(command)))
-                     : QStringLiteral("0x%1").arg(command, 2, 16, QLatin1Char('0')).toUpper().replace(1, 1, "x");
+    if (command > 0x20 && command < 0x7F)
+        return QString(QLatin1Char(static_cast<char>(command)));
+    return QStringLiteral("0x") + QString::number(command, 16).toUpper().rightJustified(2, QLatin1Char('0'));
 }
 
 bool FrameText::commandFrom(const QString& text, quint8* command)

@@ -8,28 +8,24 @@
 
 namespace {
 
-bool isNumber(const QJsonObject& entry, const char* key)
-{
-    return entry[QLatin1String(key)].isDouble();
-}
-
 /// Nothing when a key has a wrong type.
 std::optional<KnownImage> imageFrom(const QJsonObject& entry)
 {
+    const auto value = [&](const char* key) { return entry[QLatin1String(key)]; };
+    const bool hole = value("hole").toBool();
+    const int index = value("index").toInt(-1);
+    if (!value("file").isString() || !value("hole").isBool() || index < 0 || index > 32767)
+        return {};
+    if (hole && !value("angle").isDouble())
+        return {};
     KnownImage image;
-    const QJsonValue hole = entry["hole"];
-    const int index = entry["index"].toInt(-1);
-    if (!entry["file"].isString() || !hole.isBool() || index < 0 || index > 32767)
-        return {};
-    if (hole.toBool() && !isNumber(entry, "angle"))
-        return {};
-    image.file = entry["file"].toString();
-    image.model = entry["model"].toString();
+    image.file = value("file").toString();
+    image.model = value("model").toString();
     image.index = index;
-    image.hole = hole.toBool();
-    image.angle = entry["angle"].toDouble();
-    if (isNumber(entry, "x") && isNumber(entry, "y"))
-        image.center = QPointF(entry["x"].toDouble(), entry["y"].toDouble());
+    image.hole = hole;
+    image.angle = value("angle").toDouble();
+    if (value("x").isDouble() && value("y").isDouble())
+        image.center = QPointF(value("x").toDouble(), value("y").toDouble());
     return image;
 }
 
@@ -39,7 +35,7 @@ bool readTruth(const QString& path, QVector<KnownImage>* images, QString* error)
     *error = read.error;
     if (read.state != HomeFiles::JsonRead::Good)
         return read.state == HomeFiles::JsonRead::Missing;
-    const QJsonArray entries = read.object["images"].toArray();
+    const QJsonArray entries = read.object[QLatin1String("images")].toArray();
     for (int i = 0; i < entries.size(); ++i) {
         const auto image = imageFrom(entries[i].toObject());
         if (!image) {

@@ -2,6 +2,8 @@
 
 #include "PlcLine.h"
 
+#include <utility>
+
 PartFeeder::PartFeeder(PlcLine& line, TriggerExchange& exchange, std::array<ImageCycle, 2> images, int parts)
     : m_line(line)
     , m_exchange(exchange)

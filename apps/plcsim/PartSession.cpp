@@ -97,8 +97,8 @@ void PartSession::stop()
     m_stopped = true;
     if (!m_begun)
         emit finished(m_options.parts == 0 ? 0 : 1);
-    else
-        m_feeder->stop();
+    m_feeder->stop();
+    m_probe.stop();
 }
 
 void PartSession::afterParts()
@@ -122,7 +122,8 @@ void PartSession::afterRefusals()
 void PartSession::report()
 {
     const ReportFigures figures = m_report.figures();
-    for (const QString& line : ReportText::summary(figures))
+    const QStringList summary = ReportText::summary(figures);
+    for (const QString& line : summary)
         Console::say(line);
     if (m_exchange.strayFrames() > 0)
         Console::say(QStringLiteral("frames that answered nothing: %1").arg(m_exchange.strayFrames()));

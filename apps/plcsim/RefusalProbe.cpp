@@ -2,6 +2,8 @@
 
 #include "PlcLine.h"
 
+#include <utility>
+
 RefusalProbe::RefusalProbe(PlcLine& line, TriggerExchange& exchange, int count)
     : m_line(line)
     , m_exchange(exchange)
@@ -24,8 +26,13 @@ void RefusalProbe::next()
         m_exchange.trigger(m_result.asked++ % 2 + 1);
         return;
     }
-    m_running = false;
-    emit finished();
+    stop();
+}
+
+void RefusalProbe::stop()
+{
+    if (std::exchange(m_running, false))
+        emit finished();
 }
 
 void RefusalProbe::onDone(const ExchangeResult& result)

@@ -23,6 +23,8 @@ public:
     RefusalProbe(PlcLine& line, TriggerExchange& exchange, int count);
 
     void start();
+    /// Ends it early.
+    void stop();
     const RefusalResult& result() const { return m_result; }
 
 signals:

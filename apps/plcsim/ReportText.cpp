@@ -14,6 +14,11 @@ QString cell(const QString& text, int width)
     return text.rightJustified(width) + QLatin1Char(' ');
 }
 
+QString title(const char* text, int width)
+{
+    return cell(QLatin1String(text), width);
+}
+
 QString spreadLine(const char* name, const std::optional<Spread>& spread, int digits, const char* unit)
 {
     if (!spread)
@@ -28,7 +33,9 @@ QString memoryLine(const ReportFigures& figures)
 {
     if (!figures.rssKibAtEnd)
         return {};
-    const auto kib = [](const std::optional<qint64>& value) { return value ? QString::number(*value) : QString("-"); };
+    const auto kib = [](const std::optional<qint64>& value) {
+        return value ? QString::number(*value) : QStringLiteral("-");
+    };
     return QStringLiteral("%1 after part 20 %2 KiB, at the end %3 KiB")
         .arg(QStringLiteral("resident memory"), -18)
         .arg(kib(figures.rssKibAfter20), kib(figures.rssKibAtEnd));
@@ -47,15 +54,16 @@ QString refusalLine(const ReportFigures& figures)
 
 QString ReportText::header()
 {
-    return cell("part", 5) + cell("st", 2) + cell("image", 16) + cell("model", 12) + cell("true", 8) +
-           cell("angle", 8) + cell("X", 9) + cell("Y", 9) + cell("error", 6) + cell("ms", 8) + QStringLiteral("result");
+    return title("part", 5) + title("st", 2) + title("image", 16) + title("model", 12) + title("true", 8) +
+           title("angle", 8) + title("X", 9) + title("Y", 9) + title("error", 6) + title("ms", 8) +
+           QStringLiteral("result");
 }
 
 QString ReportText::line(const PartRow& row)
 {
     const auto answered = [&](double value) { return row.answered ? std::optional<double>(value) : std::nullopt; };
     const bool hole = row.image.hole.value_or(false);
-    const QString truth = hole ? number(row.image.angle, 3) : QString(row.image.hole ? "none" : "-");
+    const QString truth = hole ? number(row.image.angle, 3) : QLatin1String(row.image.hole ? "none" : "-");
     return cell(QString::number(row.number), 5) + cell(QString::number(row.station), 2) + cell(row.image.file, 16) +
            cell(row.image.model.isEmpty() ? QString::number(row.image.index) : row.image.model, 12) + cell(truth, 8) +
            cell(number(answered(row.answer.angle), 3), 8) + cell(number(answered(row.answer.x), 3), 9) +

@@ -40,10 +40,15 @@ void describe(QCommandLineParser& parser)
                        {"refused", "After the parts, N triggers with an index that no table has.", "N", "0"}});
 }
 
+bool isSet(const QCommandLineParser& parser, const char* name)
+{
+    return parser.isSet(QLatin1String(name));
+}
+
 bool readNumber(const QCommandLineParser& parser, const char* name, int* value, QString* error)
 {
     bool good = false;
-    const QString text = parser.value(name);
+    const QString text = parser.value(QLatin1String(name));
     *value = text.toInt(&good);
     if (good && *value >= 0)
         return true;
@@ -54,7 +59,7 @@ bool readNumber(const QCommandLineParser& parser, const char* name, int* value, 
 bool readNumbers(const QCommandLineParser& parser, SimOptions* options, QString* error)
 {
     int parts = 0;
-    if (parser.isSet("parts")) {
+    if (isSet(parser, "parts")) {
         if (!readNumber(parser, "parts", &parts, error))
             return false;
         options->parts = parts;
@@ -67,7 +72,7 @@ bool readNumbers(const QCommandLineParser& parser, SimOptions* options, QString*
         if (!readNumber(parser, name, value, error))
             return false;
     bool good = false;
-    options->cameraDelayMs = parser.value("camera-delay").toDouble(&good);
+    options->cameraDelayMs = parser.value(QStringLiteral("camera-delay")).toDouble(&good);
     if (!good)
         *error = QStringLiteral("--camera-delay: not a number");
     return good;
@@ -79,27 +84,24 @@ bool SimOptions::parse(const QStringList& arguments, QString* error)
 {
     QCommandLineParser parser;
     describe(parser);
-    if (!parser.parse(QStringList{"plcsim"} + arguments) || !parser.positionalArguments().isEmpty()) {
+    if (!parser.parse(QStringList{QStringLiteral("plcsim")} + arguments) || !parser.positionalArguments().isEmpty()) {
         *error = parser.errorText().isEmpty()
                      ? QStringLiteral("what is %1?").arg(parser.positionalArguments().join(' '))
                      : parser.errorText();
         return false;
     }
-    if (parser.isSet("link") == parser.isSet("port"))
+    if (isSet(parser, "link") == isSet(parser, "port"))
         *error = QStringLiteral("either --link or --port is needed");
-    else if (parser.isSet("script") && parser.isSet("parts"))
+    else if (isSet(parser, "script") && isSet(parser, "parts"))
         *error = QStringLiteral("either --script or --parts, not both");
     else
         error->clear();
-    link = parser.value("link");
-    port = parser.value("port");
-    verbose = parser.isSet("verbose");
-    script = parser.value("script");
-    truth[0] = parser.value("truth1");
-    truth[1] = parser.value("truth2");
-    home = parser.value("home");
-    road = parser.value("road");
-    json = parser.value("json");
+    verbose = isSet(parser, "verbose");
+    const std::pair<const char*, QString*> texts[] = {{"link", &link},       {"port", &port},       {"script", &script},
+                                                      {"truth1", &truth[0]}, {"truth2", &truth[1]}, {"home", &home},
+                                                      {"road", &road},       {"json", &json}};
+    for (const auto& [name, value] : texts)
+        *value = parser.value(QLatin1String(name));
     return error->isEmpty() && readNumbers(parser, this, error);
 }
 

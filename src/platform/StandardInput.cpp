@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #else
+#include <QCoreApplication>
 #include <QPointer>
 
 #include <io.h>

@@ -1,6 +1,7 @@
 #include "PlcLine.h"
 #include "PlcScript.h"
 #include "ScriptRunner.h"
+#include "platform/PseudoTerminal.h"
 
 #include <QSerialPort>
 #include <QTemporaryDir>
@@ -203,6 +204,31 @@ private slots:
         QVERIFY(error.contains(link()));
         QVERIFY(file.exists());
         QVERIFY(file.remove());
+    }
+
+    void namedPortThatFailsIsOpenedAgain()
+    {
+        PlcLine line;
+        QString error;
+        QVERIFY(!line.openPort(link(), 115200, &error));
+        QVERIFY(error.contains(link()));
+        QSignalSpy pulled(&line, &PlcLine::pulled);
+        for (int round = 0; round < 2; ++round) {
+            platform::PseudoTerminal program;
+            QVERIFY(program.open(QIODevice::ReadWrite));
+            QVERIFY(QFile::link(program.farEnd(), link()));
+            if (round == 0)
+                QVERIFY2(line.openPort(link(), 115200, &error), qPrintable(error));
+            else
+                QVERIFY(QSignalSpy(&line, &PlcLine::pluggedIn).wait());
+            QByteArray got;
+            connect(&program, &QIODevice::readyRead, this, [&] { got += program.readAll(); });
+            line.send({});
+            QTRY_COMPARE(got.size(), wire::frameBytes);
+            QVERIFY(QFile::remove(link()));
+            program.close();
+            QTRY_COMPARE(pulled.size(), round + 1);
+        }
     }
 };
 
