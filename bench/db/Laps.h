@@ -17,6 +17,7 @@ public:
     ~Laps()
     {
         std::sort(m_seconds.begin(), m_seconds.end());
+        m_state.counters["min_ms"] = percentile(0.0);
         m_state.counters["p50_ms"] = percentile(0.50);
         m_state.counters["p99_ms"] = percentile(0.99);
         m_state.counters["max_ms"] = percentile(1.0);

@@ -1,24 +1,100 @@
 #include "graphics/ImageItem.h"
 
+#include "graphics/ViewScale.h"
+
 #include <QPainter>
 #include <QStyleOptionGraphicsItem>
+
+#include <cmath>
+
+namespace {
+
+/// In a format that can be drawn fast; the usual ones as they are.
+QImage drawable(const QImage& image)
+{
+    switch (image.format()) {
+    case QImage::Format_Grayscale8:
+    case QImage::Format_RGB32:
+    case QImage::Format_ARGB32_Premultiplied:
+        return image;
+    case QImage::Format_Grayscale16:
+        return image.convertToFormat(QImage::Format_Grayscale8);
+    default:
+        return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
+                                                             : QImage::Format_RGB32);
+    }
+}
+
+} // namespace
 
 ImageItem::ImageItem()
 {
     setShapeMode(BoundingRectShape);
     setTransformationMode(Qt::SmoothTransformation);
+    setFlag(ItemUsesExtendedStyleOption); // tells what is exposed
+    QObject::connect(&m_pyramid, &ImagePyramid::refined, [this] { update(); });
 }
 
 void ImageItem::setImage(const QImage& image)
 {
     m_image = image;
-    setPixmap(QPixmap::fromImage(image, Qt::NoFormatConversion));
+    m_image.setDevicePixelRatio(1.0); // a pixel is a pixel, also of a picture of a fine screen
+    m_prepared = false;
+    setPixmap(QPixmap::fromImage(m_image, Qt::NoFormatConversion));
     setOffset(-image.width() / 2.0, -image.height() / 2.0);
+}
+
+void ImageItem::prepare()
+{
+    if (!m_prepared)
+        m_pyramid.setImage(drawable(m_image));
+    m_prepared = true;
 }
 
 void ImageItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget*)
 {
-    const double scale = option->levelOfDetailFromTransform(painter->worldTransform());
-    painter->setRenderHint(QPainter::SmoothPixmapTransform, scale < 1.0);
-    painter->drawImage(offset(), m_image);
+    if (m_image.isNull())
+        return;
+    prepare();
+    const double ratio = painter->device()->devicePixelRatioF();
+    const double scale = ratio * option->levelOfDetailFromTransform(painter->worldTransform());
+    const int level = m_pyramid.levelFor(scale);
+    const QImage& image = m_pyramid.level(level);
+    const double pixel = 1 << level; // of the level, in image pixels
+    const QTransform toView = QTransform(pixel, 0, 0, pixel, offset().x(), offset().y()) * painter->worldTransform();
+    painter->save();
+    if (scale < 1.0 && image.format() == QImage::Format_Grayscale8 && toView.type() <= QTransform::TxScale) {
+        drawGray(painter, image, toView, painter->worldTransform().mapRect(option->exposedRect));
+    } else {
+        painter->setRenderHint(QPainter::SmoothPixmapTransform, scale < 1.0);
+        painter->setWorldTransform(toView);
+        painter->drawImage(0, 0, image);
+    }
+    painter->restore();
+    if (scale > gridScale * ratio)
+        drawGrid(painter, option->exposedRect & boundingRect());
+}
+
+void ImageItem::drawGray(QPainter* painter, const QImage& image, const QTransform& toView, const QRectF& exposed)
+{
+    const double ratio = painter->device()->devicePixelRatioF();
+    const QTransform toDevice = toView * QTransform::fromScale(ratio, ratio);
+    const QRectF visible =
+        QRectF(exposed.topLeft() * ratio, exposed.size() * ratio) & toDevice.mapRect(QRectF(QPointF(), image.size()));
+    const QRect target = visible.toAlignedRect();
+    if (target.isEmpty())
+        return;
+    painter->resetTransform();
+    painter->drawImage(QPointF(target.topLeft()) / ratio, m_grayScaler.scaled(image, toDevice, target, ratio));
+}
+
+void ImageItem::drawGrid(QPainter* painter, const QRectF& exposed) const
+{
+    QVector<QLineF> lines;
+    for (double x = std::ceil(toImage(exposed.topLeft()).x()) + offset().x(); x <= exposed.right(); ++x)
+        lines.append({x, exposed.top(), x, exposed.bottom()});
+    for (double y = std::ceil(toImage(exposed.topLeft()).y()) + offset().y(); y <= exposed.bottom(); ++y)
+        lines.append({exposed.left(), y, exposed.right(), y});
+    painter->setPen(graphics::cosmeticPen(QColor(128, 128, 128, 110), 1.0));
+    painter->drawLines(lines);
 }

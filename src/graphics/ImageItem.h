@@ -1,11 +1,13 @@
 #pragma once
 
+#include "graphics/GrayScaler.h"
+#include "graphics/ImagePyramid.h"
+
 #include <QGraphicsPixmapItem>
-#include <QImage>
 
 /// The picture of a scene. Its origin is the picture's centre: the offset is (-width/2, -height/2). The pixmap shares
 /// the image's data, nothing is converted or copied. Below 1:1 it is drawn smooth, from 1:1 on every pixel is sharp,
-/// and from `gridScale` on lines part the pixels.
+/// and past `gridScale` lines part the pixels.
 class ImageItem : public QGraphicsPixmapItem
 {
 public:
@@ -24,5 +26,12 @@ public:
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
 private:
+    void prepare();
+    void drawGray(QPainter* painter, const QImage& image, const QTransform& toView, const QRectF& exposed);
+    void drawGrid(QPainter* painter, const QRectF& exposed) const;
+
     QImage m_image;
+    bool m_prepared = false; ///< the pyramid holds the image
+    ImagePyramid m_pyramid;
+    GrayScaler m_grayScaler;
 };

@@ -24,6 +24,7 @@ AwesomeImgViewer::AwesomeImgViewer(QWidget* parent)
     setScene(new QGraphicsScene(this));
     scene()->setBackgroundBrush(Qt::darkGray);
     scene()->setItemIndexMethod(QGraphicsScene::NoIndex); // few items, whose extent follows the zoom
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);    // drawBackground() leaves nothing out
     connect(this, &ZoomView::clicked, this, &AwesomeImgViewer::onClicked);
 }
 
@@ -149,6 +150,19 @@ void AwesomeImgViewer::keyPressEvent(QKeyEvent* event)
     if (m_picking && event->key() == Qt::Key_Escape)
         return setPicking(false);
     ZoomView::keyPressEvent(event);
+}
+
+// Only what the image leaves free: filling a whole screen takes as long as drawing the image.
+void AwesomeImgViewer::drawBackground(QPainter* painter, const QRectF& rect)
+{
+    QRegion free(mapFromScene(rect).boundingRect().adjusted(-1, -1, 1, 1));
+    if (!image().isNull() && !image().hasAlphaChannel())
+        free -= mapFromScene(contentRect()).boundingRect().adjusted(1, 1, -2, -2);
+    painter->save();
+    painter->resetTransform();
+    for (const QRect& part : free)
+        painter->fillRect(part, scene()->backgroundBrush());
+    painter->restore();
 }
 
 void AwesomeImgViewer::drawForeground(QPainter* painter, const QRectF& rect)
