@@ -1,6 +1,7 @@
 #include "DesignerWindow.h"
 
 #include "model/ModelDrafts.h"
+#include "panels/BatchPanel.h"
 #include "panels/ModelPanel.h"
 #include "panels/ParameterPanel.h"
 #include "panels/TryPanel.h"
@@ -11,6 +12,7 @@
 #include <valvecell/ISolutionStore.h>
 
 #include <QCloseEvent>
+#include <QTabWidget>
 
 DesignerWindow::DesignerWindow(IEngine* engine, QWidget* parent)
     : QWidget(parent, Qt::Window)
@@ -27,27 +29,42 @@ DesignerWindow::DesignerWindow(IEngine* engine, QWidget* parent)
 
 DesignerWindow::~DesignerWindow() = default;
 
+template <typename Panel>
+Panel* DesignerWindow::adopt(Panel* panel)
+{
+    connect(panel, &Panel::failed, this, &DesignerWindow::showError);
+    connect(panel, &Panel::done, this, &DesignerWindow::showMessage);
+    return panel;
+}
+
 void DesignerWindow::buildPanels(IEngine* engine)
 {
-    m_models = new ModelPanel(engine->taskList(), m_drafts);
-    auto* parameters = new ParameterPanel(m_drafts);
-    auto* trial = new TryPanel(engine, m_drafts);
+    m_models = adopt(new ModelPanel(engine->taskList(), m_drafts));
+    auto* parameters = adopt(new ParameterPanel(m_drafts));
+    auto* trial = adopt(new TryPanel(engine, m_drafts));
+    auto* batch = adopt(new BatchPanel(engine, m_drafts));
+    auto* tabs = new QTabWidget;
+    tabs->setObjectName(QStringLiteral("tabs"));
+    tabs->addTab(trial, tr("试运行与示教"));
+    tabs->addTab(batch, tr("批量复检"));
     m_ui->splitter->addWidget(m_models);
     m_ui->splitter->addWidget(parameters);
-    m_ui->splitter->addWidget(trial);
+    m_ui->splitter->addWidget(tabs);
     m_ui->splitter->setStretchFactor(2, 1);
-    m_ui->splitter->setSizes({220, 340, 640});
-    connect(m_models, &ModelPanel::modelChosen, parameters, &ParameterPanel::setModel);
-    connect(m_models, &ModelPanel::modelChosen, trial, &TryPanel::setModel);
-    connect(m_models, &ModelPanel::failed, this, &DesignerWindow::showError);
-    connect(m_models, &ModelPanel::done, this, &DesignerWindow::showMessage);
-    connect(parameters, &ParameterPanel::failed, this, &DesignerWindow::showError);
-    connect(parameters, &ParameterPanel::done, this, &DesignerWindow::showMessage);
-    connect(trial, &TryPanel::failed, this, &DesignerWindow::showError);
+    m_ui->splitter->setSizes({220, 350, 670});
+    const auto showModel = [=](const ModelId& id) {
+        parameters->setModel(id);
+        trial->setModel(id);
+        batch->setModel(id);
+    };
+    connect(m_models, &ModelPanel::modelChosen, this, showModel);
+    connect(batch, &BatchPanel::imageWanted, this, [=](const QString& path) {
+        tabs->setCurrentWidget(trial);
+        trial->openImage(path);
+    });
     connect(m_drafts, &ModelDrafts::changed, this, &DesignerWindow::updateTitle);
     connect(m_drafts, &ModelDrafts::listChanged, this, &DesignerWindow::updateTitle);
-    parameters->setModel(m_models->current());
-    trial->setModel(m_models->current());
+    showModel(m_models->current());
 }
 
 void DesignerWindow::explainMissing(IEngine* engine)

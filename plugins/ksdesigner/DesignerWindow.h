@@ -33,6 +33,8 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    template <typename Panel>
+    Panel* adopt(Panel* panel);
     void buildPanels(IEngine* engine);
     void explainMissing(IEngine* engine);
     void askBeforeClosing();

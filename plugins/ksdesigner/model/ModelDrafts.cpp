@@ -81,6 +81,7 @@ bool ModelDrafts::rename(const ModelId& id, const QString& name, QString* error)
     if (!m_store->removeModel(id.solution, id.model, error)) {
         QString ignored;
         m_store->removeModel(id.solution, name, &ignored);
+        emit listChanged();
         return false;
     }
     if (isUnsaved(id))

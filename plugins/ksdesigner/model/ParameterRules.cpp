@@ -53,11 +53,6 @@ bool isNumber(const QVariant& value)
     return number && std::isfinite(parsed) && value.type() != QVariant::Bool;
 }
 
-double numberOf(const QVariantMap& parameters, const char* name)
-{
-    return parameters.value(QLatin1String(name)).toDouble();
-}
-
 QString problem(const QString& name, const QVariant& value)
 {
     if (value.type() == QVariant::Bool)
@@ -73,15 +68,22 @@ QString problem(const QString& name, const QVariant& value)
     return Tr::tr("应在 0 到 %1 之间").arg(entry->high);
 }
 
-void findContradictions(const QVariantMap& parameters, QMap<QString, QString>* found)
+/// Only between values that are right by themselves: a wrong one has its own message.
+double usable(const QVariantMap& parameters, const QMap<QString, QString>& wrong, const char* name)
 {
-    const double rim = numberOf(parameters, "rim_radius");
-    const double ring = numberOf(parameters, "ring_radius");
-    const double hole = numberOf(parameters, "hole_radius");
+    const QString key = QLatin1String(name);
+    return wrong.contains(key) ? 0 : parameters.value(key).toDouble();
+}
+
+void findContradictions(const QVariantMap& parameters, QMap<QString, QString>* wrong)
+{
+    const double rim = usable(parameters, *wrong, "rim_radius");
+    const double ring = usable(parameters, *wrong, "ring_radius");
+    const double hole = usable(parameters, *wrong, "hole_radius");
     if (rim > 0 && ring >= rim)
-        found->insert(QStringLiteral("ring_radius"), Tr::tr("应小于轮缘半径"));
+        wrong->insert(QStringLiteral("ring_radius"), Tr::tr("应小于轮缘半径"));
     if (ring > 0 && hole >= ring / 2)
-        found->insert(QStringLiteral("hole_radius"), Tr::tr("应小于孔圆半径的一半"));
+        wrong->insert(QStringLiteral("hole_radius"), Tr::tr("应小于孔圆半径的一半"));
 }
 
 } // namespace
@@ -173,8 +175,7 @@ QMap<QString, QString> problems(const QVariantMap& parameters)
         if (!wrong.isEmpty())
             found.insert(it.key(), wrong);
     }
-    if (found.isEmpty())
-        findContradictions(parameters, &found);
+    findContradictions(parameters, &found);
     return found;
 }
 

@@ -158,7 +158,7 @@ void ModelPanel::askRename()
         QString error;
         const bool renamed = m_drafts->rename(id, name, &error);
         report(renamed, tr("“%1”已改名为“%2”，请同时更新机型表").arg(id.model, name), error);
-        select({id.solution, name});
+        select(renamed ? ModelId{id.solution, name} : id);
     };
     const auto problem = [this, id](const QString& name) {
         return name == id.model ? tr("请输入新的名称") : m_drafts->nameProblem(id.solution, name);

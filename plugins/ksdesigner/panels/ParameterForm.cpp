@@ -15,8 +15,13 @@ enum Column { Name, Value, Unit, PlusMinus, Tolerance, Percent, Columns };
 
 void setWrong(QLineEdit* field, bool wrong)
 {
-    field->setStyleSheet(wrong ? QStringLiteral("QLineEdit { border: 1px solid #b3261e; background: #fdecea; }")
-                               : QString());
+    // By palette: a style sheet would give the field another height.
+    QPalette palette;
+    if (wrong) {
+        palette.setColor(QPalette::Base, QColor(0xfd, 0xdc, 0xd8));
+        palette.setColor(QPalette::Text, QColor(0x8c, 0x1d, 0x18));
+    }
+    field->setPalette(palette);
 }
 
 } // namespace
@@ -43,7 +48,7 @@ void ParameterForm::build()
 {
     qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
     delete layout();
-    m_lines.clear();
+    m_hints.clear();
     m_fields.clear();
     m_switches.clear();
     auto* grid = new QGridLayout(this);
@@ -74,16 +79,17 @@ void ParameterForm::buildLine(QGridLayout* grid, const QString& name)
         grid->addWidget(addField(tolerance), row, Tolerance);
         grid->addWidget(new QLabel(QStringLiteral("%"), this), row, Percent);
     }
-    Line line{name, new QLabel(this), new QLabel(this)};
-    line.range->setObjectName(name + QStringLiteral("_range"));
-    line.range->setStyleSheet(QStringLiteral("color: #5f6368;"));
-    line.problem->setObjectName(name + QStringLiteral("_problem"));
-    line.problem->setStyleSheet(QStringLiteral("color: #b3261e;"));
-    line.problem->setWordWrap(true);
-    line.problem->setTextFormat(Qt::PlainText);
-    grid->addWidget(line.range, row + 1, Value, 1, Columns - Value);
-    grid->addWidget(line.problem, row + 2, Name, 1, Columns);
-    m_lines.append(line);
+    buildHint(grid, name);
+}
+
+void ParameterForm::buildHint(QGridLayout* grid, const QString& name)
+{
+    auto* hint = new QLabel(this);
+    hint->setObjectName(name + QStringLiteral("_hint"));
+    hint->setWordWrap(true);
+    hint->setTextFormat(Qt::PlainText);
+    grid->addWidget(hint, grid->rowCount(), Value, 1, Columns - Value);
+    m_hints.insert(name, hint);
 }
 
 void ParameterForm::buildSwitch(QGridLayout* grid, const QString& name)
@@ -129,25 +135,24 @@ void ParameterForm::update()
     }
     for (auto it = m_switches.begin(); it != m_switches.end(); ++it)
         it.value()->setChecked(m_parameters.value(it.key()).toBool());
-    updateProblems(ParameterRules::problems(m_parameters));
+    updateHints(ParameterRules::problems(m_parameters));
 }
 
-void ParameterForm::updateProblems(const QMap<QString, QString>& problems)
+void ParameterForm::updateHints(const QMap<QString, QString>& problems)
 {
     for (auto it = m_fields.begin(); it != m_fields.end(); ++it)
         setWrong(it.value(), problems.contains(it.key()));
-    for (const Line& line : qAsConst(m_lines)) {
-        const QString tolerance = line.name + ParameterRules::toleranceSuffix;
-        const QString problem = problems.value(line.name, problems.value(tolerance));
-        const QString range = problem.isEmpty() ? ParameterRules::rangeText(m_parameters, line.name) : QString();
-        line.problem->setText(problem);
-        line.problem->setVisible(!problem.isEmpty());
-        line.range->setText(range);
-        line.range->setVisible(!range.isEmpty());
+    for (auto it = m_hints.begin(); it != m_hints.end(); ++it) {
+        const QString problem = problems.value(it.key(), problems.value(it.key() + ParameterRules::toleranceSuffix));
+        const QString range = ParameterRules::rangeText(m_parameters, it.key());
+        it.value()->setText(problem.isEmpty() ? range : problem);
+        it.value()->setVisible(!it.value()->text().isEmpty());
+        it.value()->setStyleSheet(problem.isEmpty() ? QStringLiteral("color: #5f6368;")
+                                                    : QStringLiteral("color: #b3261e;"));
     }
 }
 
 void ParameterForm::markRefused(const QString& name, const QString& reason)
 {
-    updateProblems({{name, reason}});
+    updateHints({{name, reason}});
 }

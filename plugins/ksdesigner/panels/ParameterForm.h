@@ -2,7 +2,6 @@
 
 #include <QMap>
 #include <QVariantMap>
-#include <QVector>
 #include <QWidget>
 
 class QCheckBox;
@@ -10,8 +9,8 @@ class QGridLayout;
 class QLabel;
 class QLineEdit;
 
-/// One line for each parameter of a model: name, value with unit, tolerance in percent, the range that they allow, and
-/// below it what is wrong. Fields are plain text fields: a mouse wheel over the form changes nothing.
+/// One line for each parameter of a model: name, value with unit, tolerance in percent, and below it the
+/// range that they allow or what is wrong. Fields are plain text fields: a mouse wheel over the form changes nothing.
 ///
 /// A field's object name is the parameter's name.
 class ParameterForm : public QWidget
@@ -31,23 +30,17 @@ signals:
     void edited(const QVariantMap& parameters);
 
 private:
-    struct Line
-    {
-        QString name;
-        QLabel* range = nullptr;
-        QLabel* problem = nullptr;
-    };
-
     void build();
     void buildLine(QGridLayout* grid, const QString& name);
     void buildSwitch(QGridLayout* grid, const QString& name);
+    void buildHint(QGridLayout* grid, const QString& name);
     QLineEdit* addField(const QString& name);
     void take(const QString& name, const QVariant& value);
     void update();
-    void updateProblems(const QMap<QString, QString>& problems);
+    void updateHints(const QMap<QString, QString>& problems);
 
     QVariantMap m_parameters;
-    QVector<Line> m_lines;
     QMap<QString, QLineEdit*> m_fields;
     QMap<QString, QCheckBox*> m_switches;
+    QMap<QString, QLabel*> m_hints; ///< below each line: what is wrong, else the range
 };

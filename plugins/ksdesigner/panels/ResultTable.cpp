@@ -66,7 +66,8 @@ void ResultTable::setResult(const TaskResult& result)
 void ResultTable::setNumbers(const TaskResult& result)
 {
     m_ui->time->setText(tr("%1 ms").arg(number(result.milliseconds, 1)));
-    m_ui->score->setText(tr("%1（次高 %2）").arg(number(result.score, 3), number(result.runnerUpScore, 3)));
+    if (result.score > 0 || result.found)
+        m_ui->score->setText(tr("%1（次高 %2）").arg(number(result.score, 3), number(result.runnerUpScore, 3)));
     if (result.hubRadius > 0)
         m_ui->hub->setText(tr("%1，半径 %2 px").arg(point(result.hubCenter), number(result.hubRadius, 1)));
     if (!result.found)

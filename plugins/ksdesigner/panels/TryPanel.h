@@ -1,23 +1,26 @@
 #pragma once
 
 #include "model/ModelId.h"
+#include "run/Background.h"
+#include "run/ImageFile.h"
 
-#include <QImage>
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
 
 class IEngine;
-class ImageLoader;
 class ModelDrafts;
 class TaskRunner;
-struct TaskResult;
+class TeachGuide;
+struct Trial;
 
 namespace Ui {
 class TryPanel;
 }
 
-/// Runs the chosen model on one image file and shows what the engine found.
+/// Runs the chosen model on one image file, shows what the engine found, and teaches the model by two clicks. Where the
+/// engine runs unsaved parameters, every edit is tried at once.
 class TryPanel : public QWidget
 {
     Q_OBJECT
@@ -36,20 +39,30 @@ public slots:
 
 signals:
     void failed(const QString& message);
+    void done(const QString& message);
 
 private:
+    void connectAll();
     void chooseImage();
-    void takeImage(const QString& path, const QImage& image);
-    void takeResult(quint64 ticket, const TaskResult& result);
+    void takeImage(const ImageFile& file);
+    void takeResult(const Trial& trial);
+    void takeProposal(const QVariantMap& parameters);
+    void showTeaching();
+    void modelChanged(const ModelId& id);
+    void forgetResult();
     void updateState();
+    QString note() const;
 
     ModelDrafts* m_drafts;
     std::unique_ptr<Ui::TryPanel> m_ui;
-    ImageLoader* m_loader;
     TaskRunner* m_runner;
+    TeachGuide* m_teach;
+    QTimer m_editPause; ///< an edit is tried when the typing pauses
     ModelId m_id;
     QImage m_image;
     QString m_path;
     quint64 m_ticket = 0; ///< of the run whose result is wanted; older ones are dropped
     bool m_running = false;
+    bool m_again = false; ///< something changed during the run
+    Background m_background;
 };

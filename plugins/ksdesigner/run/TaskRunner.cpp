@@ -1,11 +1,13 @@
 #include "TaskRunner.h"
 
+#include <valvecell/Extension.h>
 #include <valvecell/IEngine.h>
 #include <valvecell/ResultKeys.h>
 
 TaskRunner::TaskRunner(IEngine* engine, QObject* parent)
     : QObject(parent)
     , m_engine(engine)
+    , m_trial(extensionOf<IModelTrial>(engine))
     , m_mailbox(this)
 {
 }
@@ -15,10 +17,18 @@ TaskRunner::~TaskRunner()
     m_mailbox.close();
 }
 
-void TaskRunner::run(const QImage& image, const ModelId& id, std::function<void(const TaskResult&)> done)
+void TaskRunner::run(const QImage& image, const Recipe& recipe, bool withStages, std::function<void(const Trial&)> done)
 {
+    if (m_trial && !recipe.parameters.isEmpty()) {
+        m_trial->runTrial(
+            image, recipe.id.solution, recipe.parameters, withStages,
+            [mailbox = m_mailbox, done](const IModelTrial::Outcome& outcome) {
+                mailbox.post([done, outcome] { done({TaskResult::fromMap(outcome.result), outcome.stages}); });
+            });
+        return;
+    }
     const QVariantMap input{{QString::fromLatin1(ResultKeys::originImage), image}};
-    m_engine->runTask(input, id.solution, id.model, [mailbox = m_mailbox, done](const QVariantMap& result) {
-        mailbox.post([done, result] { done(TaskResult::fromMap(result)); });
+    m_engine->runTask(input, recipe.id.solution, recipe.id.model, [mailbox = m_mailbox, done](const QVariantMap& map) {
+        mailbox.post([done, map] { done({TaskResult::fromMap(map), {}}); });
     });
 }

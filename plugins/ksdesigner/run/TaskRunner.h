@@ -4,10 +4,26 @@
 #include "TaskResult.h"
 #include "model/ModelId.h"
 
+#include <valvecell/IModelTrial.h>
+
 #include <QImage>
 #include <QObject>
 
 class IEngine;
+
+/// What the engine shall run: a model as it is stored, or other parameters in its place.
+struct Recipe
+{
+    ModelId id;
+    QVariantMap parameters; ///< empty: as stored
+};
+
+/// What came of it.
+struct Trial
+{
+    TaskResult result;
+    QVector<TrialStage> stages; ///< empty unless asked for and offered
+};
 
 /// Runs images through the engine and delivers the results on the GUI thread. May be deleted while tasks are under
 /// way: their results are dropped.
@@ -20,10 +36,14 @@ public:
     explicit TaskRunner(IEngine* engine, QObject* parent = nullptr);
     ~TaskRunner() override;
 
+    /// Whether the engine runs parameters that are not stored. Without it they are ignored.
+    bool runsUnsaved() const { return m_trial; }
+
     /// Returns at once. `done` is called once on the GUI thread, unless the runner was deleted before.
-    void run(const QImage& image, const ModelId& id, std::function<void(const TaskResult&)> done);
+    void run(const QImage& image, const Recipe& recipe, bool withStages, std::function<void(const Trial&)> done);
 
 private:
     IEngine* m_engine;
+    IModelTrial* m_trial;
     Mailbox m_mailbox;
 };

@@ -17,8 +17,10 @@ constexpr double largestZoom = 40;
 ImageView::ImageView(QWidget* parent)
     : QGraphicsView(parent)
     , m_item(m_scene.addPixmap(QPixmap()))
+    , m_overlay(new OverlayItem)
 {
     setScene(&m_scene);
+    m_scene.addItem(m_overlay);
     m_item->setTransformationMode(Qt::SmoothTransformation);
     // The middle of the top-left pixel is (0, 0).
     m_item->setOffset(-0.5, -0.5);
@@ -26,7 +28,13 @@ ImageView::ImageView(QWidget* parent)
     setDragMode(QGraphicsView::ScrollHandDrag);
     setTransformationAnchor(QGraphicsView::AnchorUnderMouse);
     setFrameShape(QFrame::NoFrame);
-    viewport()->setCursor(Qt::ArrowCursor);
+    setPicking(false);
+}
+
+void ImageView::setPicking(bool picking)
+{
+    m_picking = picking;
+    viewport()->setCursor(picking ? Qt::CrossCursor : Qt::ArrowCursor);
 }
 
 void ImageView::setImage(const QImage& image)
@@ -34,6 +42,7 @@ void ImageView::setImage(const QImage& image)
     const QSize before = m_item->pixmap().size();
     m_item->setPixmap(QPixmap::fromImage(image));
     m_scene.setSceneRect(m_item->boundingRect());
+    m_overlay->setArea(m_item->boundingRect());
     if (m_fitted || image.size() != before)
         fit();
     viewport()->update();
@@ -96,7 +105,7 @@ void ImageView::mousePressEvent(QMouseEvent* event)
 void ImageView::mouseReleaseEvent(QMouseEvent* event)
 {
     QGraphicsView::mouseReleaseEvent(event);
-    viewport()->setCursor(Qt::ArrowCursor);
+    setPicking(m_picking);
     const bool dragged = (event->pos() - m_pressed).manhattanLength() > QApplication::startDragDistance();
     const QPointF point = imagePointAt(event->pos());
     if (event->button() == Qt::LeftButton && !dragged && hasImage() && sceneRect().contains(point))

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OverlayItem.h"
+
 #include <QGraphicsView>
 #include <QImage>
 
@@ -20,6 +22,11 @@ public:
 
     /// A text in the middle while there is no image.
     void setHint(const QString& hint);
+
+    /// What is drawn over the image, in its pixels.
+    OverlayItem* overlay() const { return m_overlay; }
+    /// Whether the next click means a point: the pointer is then a cross.
+    void setPicking(bool picking);
 
     QPointF imagePointAt(const QPoint& viewPoint) const;
     QPoint viewPointOf(const QPointF& imagePoint) const;
@@ -42,7 +49,9 @@ protected:
 private:
     QGraphicsScene m_scene;
     QGraphicsPixmapItem* m_item;
+    OverlayItem* m_overlay;
     QString m_hint;
     QPoint m_pressed;
     bool m_fitted = true;
+    bool m_picking = false;
 };

@@ -1,0 +1,184 @@
+#include "BatchTable.h"
+
+#include <QColor>
+
+namespace {
+
+struct Format
+{
+    int decimals;
+};
+
+Format formatOf(int column)
+{
+    switch (column) {
+    case BatchTable::FirstAngle:
+    case BatchTable::SecondAngle:
+    case BatchTable::FirstScore:
+    case BatchTable::SecondScore:
+    case BatchTable::TurnedBy:
+        return {3};
+    case BatchTable::MovedBy:
+        return {2};
+    default:
+        return {1};
+    }
+}
+
+/// Columns of one recipe, counted from its first.
+enum Part { Found, Angle, Score, Time };
+
+QVariant partOf(const TaskResult& result, int part)
+{
+    switch (part) {
+    case Found:
+        return result.found ? BatchTable::tr("找到") : result.tip.isEmpty() ? BatchTable::tr("未找到") : result.tip;
+    case Angle:
+        return result.found ? QVariant(result.angle) : QVariant();
+    case Score:
+        return result.score;
+    default:
+        return result.milliseconds;
+    }
+}
+
+/// Text or number; invalid where there is nothing to tell.
+QVariant valueOf(const BatchRow& row, int column)
+{
+    if (column == BatchTable::Image)
+        return row.name;
+    if (column == BatchTable::ChangeColumn)
+        return row.problem.isEmpty() ? BatchTable::changeText(row.change()) : row.problem;
+    if (!row.problem.isEmpty())
+        return {};
+    if (column < BatchTable::SecondFound)
+        return partOf(row.first, column - BatchTable::FirstFound);
+    if (column < BatchTable::ChangeColumn)
+        return row.compared ? partOf(row.second, column - BatchTable::SecondFound) : QVariant();
+    if (!row.bothFound())
+        return {};
+    return column == BatchTable::MovedBy ? row.movedBy() : row.turnedBy();
+}
+
+bool isNotable(const BatchRow& row)
+{
+    const BatchRow::Change change = row.change();
+    return change == BatchRow::Change::None ? !row.first.found : change != BatchRow::Change::Same;
+}
+
+QVariant colourOf(const BatchRow& row)
+{
+    switch (row.change()) {
+    case BatchRow::Change::Lost:
+    case BatchRow::Change::Unreadable:
+        return QColor(0xfd, 0xdc, 0xd8);
+    case BatchRow::Change::Gained:
+        return QColor(0xd9, 0xf2, 0xdf);
+    case BatchRow::Change::Moved:
+        return QColor(0xff, 0xee, 0xcc);
+    default:
+        return isNotable(row) ? QVariant(QColor(0xf1, 0xf1, 0xf1)) : QVariant();
+    }
+}
+
+} // namespace
+
+BatchTable::BatchTable(QObject* parent)
+    : QAbstractTableModel(parent)
+{
+}
+
+void BatchTable::clear(const QString& firstTitle, const QString& secondTitle)
+{
+    beginResetModel();
+    m_rows.clear();
+    m_summary = {};
+    m_firstTitle = firstTitle;
+    m_secondTitle = secondTitle;
+    endResetModel();
+}
+
+void BatchTable::append(const BatchRow& row)
+{
+    beginInsertRows({}, m_rows.size(), m_rows.size());
+    m_rows.append(row);
+    m_summary.add(row);
+    endInsertRows();
+}
+
+int BatchTable::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : m_rows.size();
+}
+
+int BatchTable::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : int(ColumnCount);
+}
+
+QVariant BatchTable::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    const BatchRow& row = m_rows.at(index.row());
+    const QVariant value = valueOf(row, index.column());
+    const bool number = value.type() == QVariant::Double;
+    switch (role) {
+    case Qt::DisplayRole:
+        return number ? QString::number(value.toDouble(), 'f', formatOf(index.column()).decimals) : value;
+    case Qt::TextAlignmentRole:
+        return int((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    case Qt::BackgroundRole:
+        return colourOf(row);
+    case Qt::ForegroundRole:
+        return colourOf(row).isValid() ? QVariant(QColor(Qt::black)) : QVariant();
+    case sortRole:
+        return value;
+    case notableRole:
+        return isNotable(row);
+    default:
+        return {};
+    }
+}
+
+QVariant BatchTable::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return QAbstractTableModel::headerData(section, orientation, role);
+    static const char* const parts[] = {QT_TR_NOOP("结果"), QT_TR_NOOP("角度°"), QT_TR_NOOP("得分"), QT_TR_NOOP("ms")};
+    if (section >= FirstFound && section < SecondFound)
+        return QStringLiteral("%1\n%2").arg(m_firstTitle, tr(parts[section - FirstFound]));
+    if (section >= SecondFound && section < ChangeColumn)
+        return QStringLiteral("%1\n%2").arg(m_secondTitle, tr(parts[section - SecondFound]));
+    switch (section) {
+    case Image:
+        return tr("图像");
+    case ChangeColumn:
+        return tr("变化");
+    case MovedBy:
+        return tr("移动\npx");
+    default:
+        return tr("转动\n°");
+    }
+}
+
+QString BatchTable::changeText(BatchRow::Change change)
+{
+    switch (change) {
+    case BatchRow::Change::None:
+        return {};
+    case BatchRow::Change::Same:
+        return tr("一致");
+    case BatchRow::Change::Moved:
+        return tr("移动");
+    case BatchRow::Change::Gained:
+        return tr("新找到");
+    case BatchRow::Change::Lost:
+        return tr("丢失");
+    case BatchRow::Change::BothMissed:
+        return tr("均未找到");
+    case BatchRow::Change::Unreadable:
+        return tr("无法读取");
+    }
+    return {};
+}

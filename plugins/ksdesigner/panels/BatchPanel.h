@@ -1,0 +1,90 @@
+#pragma once
+
+#include "batch/BatchRunner.h"
+#include "model/ModelId.h"
+
+#include <QSortFilterProxyModel>
+#include <QWidget>
+
+#include <memory>
+
+class BatchTable;
+class IEngine;
+class ModelDrafts;
+
+namespace Ui {
+class BatchPanel;
+}
+
+/// Shows the rows worth a look, or all.
+class NotableRows : public QSortFilterProxyModel
+{
+    Q_OBJECT
+
+public:
+    using QSortFilterProxyModel::QSortFilterProxyModel;
+    void setOnlyNotable(bool only);
+
+protected:
+    bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
+
+private:
+    bool m_only = false;
+};
+
+/// Runs a folder of images, or a day of the archive, with the stored model and, side by side, with the edited
+/// parameters or another model; as a table and as a file.
+class BatchPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Both outlive the panel.
+    BatchPanel(IEngine* engine, ModelDrafts* drafts, QWidget* parent = nullptr);
+    ~BatchPanel() override;
+
+    void setModel(const ModelId& id);
+
+public slots:
+    void setFolder(const QString& folder);
+    /// Writes the rows as they are filtered and sorted; done() or failed() follows.
+    void exportTo(const QString& path);
+
+signals:
+    void failed(const QString& message);
+    void done(const QString& message);
+    /// A row was double-clicked.
+    void imageWanted(const QString& path);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    enum class Against { Nothing, Draft, Model };
+
+    void connectAll();
+    void setUpTable();
+    void chooseFolder();
+    void chooseExport();
+    void listDays();
+    void listOpponents();
+    void addOpponent(const QString& text, Against kind, const QString& model = {});
+    Against against() const;
+    Recipe storedRecipe(const ModelId& id) const;
+    BatchRunner::Plan plan() const;
+    void toggle();
+    void start();
+    void takeRow(const BatchRow& row);
+    void finish();
+    void updateState();
+
+    ModelDrafts* m_drafts;
+    std::unique_ptr<Ui::BatchPanel> m_ui;
+    TaskRunner* m_runner;
+    BatchRunner* m_batch;
+    BatchTable* m_table;
+    NotableRows* m_rows;
+    ModelId m_id;
+    QString m_folder;
+    Background m_background;
+};

@@ -1,0 +1,211 @@
+#include "Bench.h"
+#include "batch/BatchTable.h"
+#include "batch/TableCsv.h"
+#include "panels/BatchPanel.h"
+#include "support/TempHome.h"
+
+#include <QCheckBox>
+#include <QTabWidget>
+#include <QTableView>
+
+namespace {
+
+struct BatchBench : Bench
+{
+    TempHome home;
+
+    BatchPanel* panel() const { return get<BatchPanel>("BatchPanel"); }
+    QAbstractItemModel* table() const { return get<QTableView>("table")->model(); }
+    QString cell(int row, int column) const { return table()->index(row, column).data().toString(); }
+    QStringList column(int column) const
+    {
+        QStringList cells;
+        for (int row = 0; row < table()->rowCount(); ++row)
+            cells.append(cell(row, column));
+        return cells;
+    }
+    /// Answers the next task as soon as it is there.
+    bool answerNext(const QVariantMap& result)
+    {
+        const bool came = QTest::qWaitFor([this] { return !engine.tasks.empty(); });
+        if (came)
+            engine.answer(result);
+        return came;
+    }
+    bool isDone() const { return canPress("exportButton"); }
+};
+
+QVariantMap at(double x, double y, double angle)
+{
+    return FakeEngine::found({}, {x, y}, angle);
+}
+
+} // namespace
+
+class DesignerBatchTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void storedAndEditedParametersAreRunSideBySide()
+    {
+        BatchBench bench;
+        bench.engine.hasTrial = true;
+        bench.open();
+        bench.choose(1);
+        bench.get<QTabWidget>("tabs")->setCurrentIndex(1);
+        bench.type("hole_radius", "15");
+        for (const char* name : {"1 same.png", "2 moved.png", "3 gained.png", "4 lost.png", "5 missed.png"})
+            bench.image(QStringLiteral("day/Station1/%1").arg(name));
+        QFile(bench.dir.filePath("day/Station1/6 text.bmp")).open(QIODevice::WriteOnly);
+        bench.panel()->setFolder(bench.dir.filePath("day"));
+        bench.press("startButton");
+
+        const QVariantMap none = FakeEngine::lost(1, "未找到气门孔");
+        const QVector<QPair<QVariantMap, QVariantMap>> answers{{at(420, 130, 0.01), at(420.1, 130, 359.99)},
+                                                               {at(420, 130, 10), at(423, 134, 10.5)},
+                                                               {none, at(420, 130, 10)},
+                                                               {at(420, 130, 10), none},
+                                                               {none, none}};
+        for (const auto& answer : answers) {
+            QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+            QCOMPARE(bench.engine.tasks[0].parameters["hole_radius"].toDouble(), 14.25);
+            bench.engine.answer(answer.first);
+            QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+            QCOMPARE(bench.engine.tasks[0].parameters["hole_radius"].toDouble(), 15.0);
+            bench.engine.answer(answer.second);
+        }
+        QTRY_VERIFY(bench.isDone());
+        QCOMPARE(bench.column(BatchTable::ChangeColumn).mid(0, 5),
+                 QStringList({"一致", "移动", "新找到", "丢失", "均未找到"}));
+        QVERIFY2(bench.cell(5, BatchTable::ChangeColumn).contains("6 text.bmp"), "the unreadable file has a line");
+        QCOMPARE(bench.column(BatchTable::MovedBy), QStringList({"0.10", "5.00", "", "", "", ""}));
+        QCOMPARE(bench.column(BatchTable::TurnedBy), QStringList({"0.020", "0.500", "", "", "", ""}));
+        QCOMPARE(bench.text("summary"), "共 6 张，无法读取 1，找到 3 → 3，新找到 1，丢失 1，移动 1（最大 5.00 px），"
+                                        "最慢 5.5 → 5.5 ms");
+        bench.shoot("batch");
+        bench.get<QCheckBox>("notableBox")->setChecked(true);
+        QCOMPARE(bench.table()->rowCount(), 5);
+    }
+
+    void oneModelIsRunOnADayOfTheArchive()
+    {
+        BatchBench bench;
+        const QString day = bench.home.path("/DBFiles/SrcImages/2024-05-06");
+        QVERIFY(QDir().mkpath(day + "/Station2/轮毂") && QFile::copy(bench.image("a"), day + "/Station2/轮毂/1.jpg"));
+        bench.open();
+        bench.choose(1);
+        bench.get<QTabWidget>("tabs")->setCurrentIndex(1);
+        auto* days = bench.get<QComboBox>("dayBox");
+        QCOMPARE(days->itemText(1), "2024-05-06");
+        days->setCurrentIndex(1);
+        emit days->activated(1);
+        bench.press("startButton");
+        QVERIFY(bench.answerNext(FakeEngine::lost(2, "两个孔")));
+        QTRY_VERIFY(bench.isDone());
+        QCOMPARE(bench.cell(0, BatchTable::Image), "Station2/轮毂/1.jpg");
+        QCOMPARE(bench.cell(0, BatchTable::FirstFound), "两个孔");
+        QVERIFY(bench.get<QTableView>("table")->isColumnHidden(BatchTable::SecondFound));
+        QVERIFY(bench.text("summary").contains("未找到 1"));
+    }
+
+    void engineThatCannotTryEditsComparesModels()
+    {
+        BatchBench bench;
+        bench.open();
+        bench.choose(1);
+        bench.type("hole_radius", "15");
+        auto* against = bench.get<QComboBox>("againstBox");
+        QCOMPARE(against->findText("编辑中的参数"), -1);
+        against->setCurrentText("型号 轮毂19寸");
+        bench.image("day/1.png");
+        bench.panel()->setFolder(bench.dir.filePath("day"));
+        bench.press("startButton");
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        QCOMPARE(bench.engine.tasks[0].model, "轮毂17寸");
+        bench.engine.answer(at(1, 2, 3));
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        QCOMPARE(bench.engine.tasks[0].model, "轮毂19寸");
+    }
+
+    void stoppedRunKeepsItsRowsAndBeginsAnew()
+    {
+        BatchBench bench;
+        bench.open();
+        for (int i = 0; i < 5; ++i)
+            bench.image(QStringLiteral("day/%1.png").arg(i));
+        bench.panel()->setFolder(bench.dir.filePath("day"));
+        bench.press("startButton");
+        QVERIFY(bench.answerNext(at(1, 2, 3)));
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        bench.press("startButton");
+        QCOMPARE(bench.table()->rowCount(), 1);
+        bench.engine.answer(at(9, 9, 9));
+        bench.press("startButton");
+        for (int i = 0; i < 5; ++i)
+            QVERIFY(bench.answerNext(at(i, 2, 3)));
+        QTRY_VERIFY(bench.isDone());
+        QCOMPARE(bench.column(BatchTable::Image), QStringList({"0.png", "1.png", "2.png", "3.png", "4.png"}));
+        QCOMPARE(bench.column(BatchTable::FirstAngle), QStringList({"3.000", "3.000", "3.000", "3.000", "3.000"}));
+    }
+
+    void emptyFolderSaysSo()
+    {
+        BatchBench bench;
+        bench.open();
+        bench.panel()->setFolder(bench.dir.path());
+        bench.press("startButton");
+        QTRY_COMPARE(bench.text("summary"), "文件夹中没有图像");
+        QVERIFY(bench.canPress("startButton") && !bench.canPress("exportButton"));
+    }
+
+    void exportedTableIsHarmlessInASpreadsheet()
+    {
+        BatchBench bench;
+        bench.open();
+        bench.choose(1);
+        bench.image("day/=HYPERLINK(1).png");
+        bench.panel()->setFolder(bench.dir.filePath("day"));
+        bench.press("startButton");
+        QVERIFY(bench.answerNext(FakeEngine::lost(1, "@SUM(A1), \"x\"")));
+        QTRY_VERIFY(bench.isDone());
+        const QString path = bench.dir.filePath("结果.csv");
+        bench.panel()->exportTo(path);
+        QTRY_VERIFY(bench.text("status").contains("已导出"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QStringList lines = QString::fromUtf8(file.readAll()).split("\r\n");
+        QCOMPARE(lines.size(), 3);
+        QVERIFY(lines[0].contains("轮毂17寸 角度°"));
+        QVERIFY2(lines[1].startsWith("'=HYPERLINK(1).png,\"'@SUM(A1), \"\"x\"\"\",,"), qPrintable(lines[1]));
+        bench.panel()->exportTo(bench.dir.filePath("结果.csv/nowhere.csv"));
+        QTRY_VERIFY(bench.text("status").contains("未能导出"));
+    }
+
+    void formulasInCellsAreDisarmed_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("cell");
+        QTest::newRow("plain") << "1-2=3"
+                               << "1-2=3";
+        QTest::newRow("plus") << "+1"
+                              << "'+1";
+        QTest::newRow("minus") << "-1"
+                               << "'-1";
+        QTest::newRow("tab") << "\t=1"
+                             << "'\t=1";
+        QTest::newRow("return") << "\r=1"
+                                << "\"'\r=1\"";
+        QTest::newRow("empty") << ""
+                               << "";
+    }
+    void formulasInCellsAreDisarmed()
+    {
+        QFETCH(QString, text);
+        QTEST(TableCsv::cell(text), "cell");
+    }
+};
+
+QTEST_MAIN(DesignerBatchTest)
+
+#include "tst_designerbatch.moc"

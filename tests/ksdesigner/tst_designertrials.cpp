@@ -1,0 +1,284 @@
+#include "Bench.h"
+#include "panels/TryPanel.h"
+
+#include <valvecell/IDesigner.h>
+
+#include <QLibrary>
+
+namespace {
+
+const QPointF hole(420, 130);
+
+void openImage(const Bench& bench, const QString& path)
+{
+    bench.get<TryPanel>("TryPanel")->openImage(path);
+}
+
+QImage drawing()
+{
+    QImage image(640, 480, QImage::Format_RGB32);
+    image.fill(Qt::darkGreen);
+    return image;
+}
+
+QRgb shownPixel(const Bench& bench)
+{
+    auto* view = bench.get<ImageView>("view");
+    return view->grab().toImage().pixel(view->viewPointOf({100, 100}));
+}
+
+} // namespace
+
+class DesignerTrialsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void imageIsTriedWithTheStoredModel()
+    {
+        Bench bench;
+        bench.open();
+        bench.choose(1);
+        bench.type("hole_radius", "15");
+        openImage(bench, bench.image("轮毂.png"));
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        QCOMPARE(bench.engine.tasks[0].model, "轮毂17寸");
+        QCOMPARE(bench.engine.tasks[0].image.size(), QSize(640, 480));
+        QVERIFY2(bench.text("note").contains("不含未保存"), "the engine cannot try what is not stored");
+        bench.engine.answer(FakeEngine::found(drawing(), hole));
+        QTRY_COMPARE(bench.text("angle"), "123.456°");
+        QCOMPARE(bench.text("center"), "420.00, 130.00 px");
+        QCOMPARE(bench.text("score"), "0.912（次高 0.310）");
+        QCOMPARE(bench.text("time"), "5.5 ms");
+        QCOMPARE(QColor(shownPixel(bench)), QColor(Qt::darkGreen));
+    }
+
+    void refusedImageShowsItsReasonAndNoAngle_data()
+    {
+        QTest::addColumn<QVariantMap>("result");
+        QTest::addColumn<QString>("verdict");
+        QTest::newRow("no hole") << FakeEngine::lost(1, "未找到气门孔") << "未找到气门孔（错误码 1）";
+        QTest::newRow("no tip") << FakeEngine::lost(4, "") << "未找到气门孔（错误码 4）";
+        QTest::newRow("unknown model") << QVariantMap{{ResultKeys::taskTime, 0.1}} << "任务未能运行：方案或型号不存在";
+    }
+    void refusedImageShowsItsReasonAndNoAngle()
+    {
+        QFETCH(QVariantMap, result);
+        QFETCH(QString, verdict);
+        Bench bench;
+        bench.open();
+        openImage(bench, bench.image("a.png"));
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        bench.engine.answer(result);
+        QTRY_COMPARE(bench.text("verdict"), verdict);
+        QCOMPARE(bench.text("angle"), "—");
+        QVERIFY(bench.canPress("runButton"));
+    }
+
+    void answerForTheFormerModelIsDropped()
+    {
+        Bench bench;
+        bench.open();
+        bench.choose(1);
+        openImage(bench, bench.image("a.png"));
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        bench.choose(2);
+        QCOMPARE(bench.engine.tasks.size(), size_t(2));
+        bench.engine.answer(FakeEngine::found(drawing(), hole, 11.0));
+        bench.engine.answer(FakeEngine::found(drawing(), hole, 22.0));
+        QTRY_COMPARE(bench.text("angle"), "22.000°");
+    }
+
+    void engineAnswersAfterTheWindowIsGone()
+    {
+        FakeEngine engine;
+        {
+            Bench bench;
+            bench.open();
+            openImage(bench, bench.image("a.png"));
+            QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+            std::swap(engine.tasks, bench.engine.tasks);
+        }
+        engine.answer(FakeEngine::found(drawing(), hole));
+        QCoreApplication::sendPostedEvents();
+        QVERIFY(engine.tasks.empty());
+    }
+
+    void engineAnswersAfterTheModuleWasUnloaded()
+    {
+        FakeEngine engine;
+        Bench files;
+        {
+            QLibrary library(QStringLiteral(VALVECELL_BIN_DIR "/ksdesigner"));
+            const auto init = reinterpret_cast<DesignerInitFunction>(library.resolve("Lib_Designer_Init"));
+            QVERIFY2(init, qPrintable(library.errorString()));
+            const std::unique_ptr<IDesigner> designer(init(nullptr));
+            QWidget parent;
+            designer->attachEngine(&engine);
+            designer->openDesigner(&parent);
+            QWidget* window = parent.findChild<QWidget*>("DesignerWindow");
+            QVERIFY(window && window->isWindow());
+            QVERIFY(QMetaObject::invokeMethod(window->findChild<QWidget*>("TryPanel"), "openImage",
+                                              Q_ARG(QString, files.image("a.png"))));
+            QTRY_COMPARE(engine.tasks.size(), size_t(1));
+        }
+        engine.answer(FakeEngine::found(drawing(), hole));
+        QVERIFY(engine.tasks.empty());
+    }
+
+    void unreadableImageIsToldAndTheFormerOneStays_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("text") << QByteArray("no image at all");
+        QTest::newRow("cut off") << QByteArray::fromHex("89504e470d0a1a0a0000000d49484452");
+        // A bitmap header that announces 60000 x 60000 pixels.
+        QTest::newRow("huge") << QByteArray::fromHex("424d360000000000000036000000280000"
+                                                     "0060ea000060ea00000100180000000000"
+                                                     "00000000000000000000000000000000000000000000");
+    }
+    void unreadableImageIsToldAndTheFormerOneStays()
+    {
+        QFETCH(QByteArray, content);
+        Bench bench;
+        bench.open();
+        openImage(bench, bench.image("good.png"));
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        QFile file(bench.dir.filePath("bad.bmp"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        file.close();
+        openImage(bench, file.fileName());
+        QTRY_VERIFY(bench.text("status").contains("bad.bmp"));
+        QVERIFY(bench.text("fileLabel").contains("good.png"));
+    }
+
+    void editIsTriedWithoutSaving()
+    {
+        Bench bench;
+        bench.engine.hasTrial = true;
+        bench.open();
+        bench.choose(1);
+        openImage(bench, bench.image("a.png"));
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        bench.type("hole_radius", "15");
+        bench.engine.answer(FakeEngine::lost(1, "未找到"));
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        QCOMPARE(bench.engine.tasks[0].parameters["hole_radius"].toDouble(), 15.0);
+        bench.engine.answer(FakeEngine::found(drawing(), hole));
+        QTRY_COMPARE(bench.text("angle"), "123.456°");
+        QCOMPARE(bench.engine.solutions["工位1"]["轮毂17寸"]["hole_radius"].toDouble(), 14.25);
+        bench.type("hole_radius", "15x");
+        QVERIFY(bench.text("note").contains("参数有误"));
+        bench.press("runButton");
+        QVERIFY(bench.engine.tasks.empty());
+    }
+
+    void stagesOfTheFinderAreShown()
+    {
+        Bench bench;
+        bench.engine.hasTrial = true;
+        bench.open();
+        openImage(bench, bench.image("a.png"));
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        QVector<QPointF> edge;
+        for (int i = 0; i < 40; ++i)
+            edge.append(hole + 14 * QPointF(std::cos(i * 0.157), std::sin(i * 0.157)));
+        const QVector<TrialStage> stages{
+            {"轮缘", "覆盖 97 %", {}, {{{320, 240}, 200, "200.1 px", true}}, {}},
+            {"候选", "2 个", {}, {{hole, 14, "0.91", true}, {{250, 350}, 12, "0.31", false}}, edge},
+            {"展开的环", "", drawing(), {}, {}}};
+        bench.engine.answer(FakeEngine::found(drawing(), hole), stages);
+        auto* box = bench.get<QComboBox>("stageBox");
+        QTRY_COMPARE(box->count(), 5);
+        box->setCurrentText("候选");
+        QCOMPARE(bench.get<ImageView>("view")->overlay()->circles().size(), 2);
+        QCOMPARE(bench.text("stageNote"), "2 个");
+        bench.shoot("stages");
+        box->setCurrentText("展开的环");
+        QCOMPARE(QColor(shownPixel(bench)), QColor(Qt::darkGreen));
+        bench.press("runButton");
+        bench.engine.answer(FakeEngine::lost(3, "未找到轮毂"), {stages[0]});
+        QTRY_COMPARE(bench.text("verdict"), "未找到轮毂（错误码 3）");
+        QCOMPARE(box->currentText(), "结果");
+    }
+
+    void twoClicksTeachAModel()
+    {
+        Bench bench;
+        bench.engine.hasTeacher = bench.engine.hasTrial = true;
+        bench.engine.proposal = FakeEngine::parameters(200.5, 148.7, 14, true);
+        bench.open();
+        bench.choose(2);
+        openImage(bench, bench.image("a.png"));
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        bench.engine.answer(FakeEngine::lost(1, "未找到"));
+        QTRY_VERIFY(bench.canPress("runButton"));
+        bench.press("teachButton");
+        bench.clickImage({520, 240});
+        QVERIFY(bench.text("teachText").contains("第 2 步"));
+        bench.shoot("teach");
+        bench.clickImage(hole);
+        QTRY_COMPARE(bench.get<QLineEdit>("rim_radius")->text(), "200.5");
+        QVERIFY(bench.rows().at(2).contains("未保存"));
+        QVERIFY(bench.get<QWidget>("teachBar")->isHidden());
+        QVERIFY((bench.engine.taughtPoints[0] - QPointF(520, 240)).manhattanLength() < 2);
+        QVERIFY((bench.engine.taughtPoints[1] - hole).manhattanLength() < 2);
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        QCOMPARE(bench.engine.tasks[0].parameters, bench.engine.proposal);
+        bench.engine.answer(FakeEngine::found({}, hole));
+        QTRY_COMPARE(bench.text("angle"), "123.456°");
+        bench.shoot("taught");
+    }
+
+    void teachingThatFailsOrIsGivenUpChangesNothing()
+    {
+        Bench bench;
+        bench.engine.hasTeacher = true;
+        bench.engine.refusal = "此处没有轮缘";
+        bench.open();
+        bench.choose(1);
+        openImage(bench, bench.image("a.png"));
+        QTRY_VERIFY(bench.canPress("teachButton"));
+        bench.press("teachButton");
+        bench.clickImage({520, 240});
+        bench.clickImage(hole);
+        QTRY_VERIFY(bench.text("status").contains("此处没有轮缘"));
+        bench.press("teachButton");
+        bench.clickImage({520, 240});
+        bench.press("cancelTeachButton");
+        bench.clickImage(hole);
+        QVERIFY(bench.get<QWidget>("teachBar")->isHidden());
+        bench.press("teachButton");
+        bench.clickImage({520, 240});
+        bench.choose(2);
+        QVERIFY2(bench.get<QWidget>("teachBar")->isHidden(), "the points belong to the other model");
+        bench.choose(0);
+        QVERIFY2(!bench.canPress("teachButton"), "a built-in model cannot be taught");
+        QVERIFY(!bench.designer.window()->isWindowModified());
+    }
+
+    void pointsAreExactWhenZoomed()
+    {
+        Bench bench;
+        bench.open();
+        openImage(bench, bench.image("a.png"));
+        auto* view = bench.get<ImageView>("view");
+        QTRY_VERIFY(view->hasImage());
+        QSignalSpy clicks(view, &ImageView::clicked);
+        const QPoint at = view->viewPointOf(hole);
+        for (int i = 0; i < 12; ++i) {
+            QWheelEvent wheel(at, view->viewport()->mapToGlobal(at), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                              Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(view->viewport(), &wheel);
+        }
+        bench.clickImage(hole);
+        QCOMPARE(clicks.size(), 1);
+        QVERIFY((clicks[0][0].toPointF() - hole).manhattanLength() < 0.3);
+        QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, at);
+        QVERIFY2(view->viewport()->rect().contains(view->viewPointOf({639, 479})), "fits again");
+    }
+};
+
+QTEST_MAIN(DesignerTrialsTest)
+
+#include "tst_designertrials.moc"
