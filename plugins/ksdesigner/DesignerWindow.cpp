@@ -51,7 +51,7 @@ void DesignerWindow::buildPanels(IEngine* engine)
     m_ui->splitter->addWidget(parameters);
     m_ui->splitter->addWidget(tabs);
     m_ui->splitter->setStretchFactor(2, 1);
-    m_ui->splitter->setSizes({220, 350, 670});
+    m_ui->splitter->setSizes({230, 350, 800});
     const auto showModel = [=](const ModelId& id) {
         parameters->setModel(id);
         trial->setModel(id);

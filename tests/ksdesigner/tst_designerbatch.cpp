@@ -176,8 +176,8 @@ private slots:
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QStringList lines = QString::fromUtf8(file.readAll()).split("\r\n");
         QCOMPARE(lines.size(), 3);
-        QVERIFY(lines[0].contains("轮毂17寸 角度°"));
-        QVERIFY2(lines[1].startsWith("'=HYPERLINK(1).png,\"'@SUM(A1), \"\"x\"\"\",,"), qPrintable(lines[1]));
+        QVERIFY(lines[0].contains("当前 角度°"));
+        QVERIFY2(lines[1].startsWith("'=HYPERLINK(1).png,,,,\"'@SUM(A1), \"\"x\"\"\",,"), qPrintable(lines[1]));
         bench.panel()->exportTo(bench.dir.filePath("结果.csv/nowhere.csv"));
         QTRY_VERIFY(bench.text("status").contains("未能导出"));
     }

@@ -4,31 +4,33 @@
 
 namespace {
 
-struct Format
-{
-    int decimals;
-};
-
-Format formatOf(int column)
+int decimalsOf(int column)
 {
     switch (column) {
-    case BatchTable::FirstAngle:
-    case BatchTable::SecondAngle:
-    case BatchTable::FirstScore:
-    case BatchTable::SecondScore:
-    case BatchTable::TurnedBy:
-        return {3};
     case BatchTable::MovedBy:
-        return {2};
+        return 2;
+    case BatchTable::FirstTime:
+    case BatchTable::SecondTime:
+        return 1;
     default:
-        return {1};
+        return 3;
     }
 }
 
-/// Columns of one recipe, counted from its first.
+/// What the columns of a recipe tell, in their order.
 enum Part { Found, Angle, Score, Time };
 
-QVariant partOf(const TaskResult& result, int part)
+Part partOf(int column)
+{
+    return static_cast<Part>((column - BatchTable::FirstFound) / 2);
+}
+
+bool isSecond(int column)
+{
+    return column >= BatchTable::FirstFound && (column - BatchTable::FirstFound) % 2 == 1;
+}
+
+QVariant valueOf(const TaskResult& result, Part part)
 {
     switch (part) {
     case Found:
@@ -36,10 +38,11 @@ QVariant partOf(const TaskResult& result, int part)
     case Angle:
         return result.found ? QVariant(result.angle) : QVariant();
     case Score:
-        return result.score;
-    default:
+        return result.found || result.score > 0 ? QVariant(result.score) : QVariant();
+    case Time:
         return result.milliseconds;
     }
+    return {};
 }
 
 /// Text or number; invalid where there is nothing to tell.
@@ -49,12 +52,10 @@ QVariant valueOf(const BatchRow& row, int column)
         return row.name;
     if (column == BatchTable::ChangeColumn)
         return row.problem.isEmpty() ? BatchTable::changeText(row.change()) : row.problem;
-    if (!row.problem.isEmpty())
+    if (!row.problem.isEmpty() || (BatchTable::isOfComparison(column) && !row.compared))
         return {};
-    if (column < BatchTable::SecondFound)
-        return partOf(row.first, column - BatchTable::FirstFound);
-    if (column < BatchTable::ChangeColumn)
-        return row.compared ? partOf(row.second, column - BatchTable::SecondFound) : QVariant();
+    if (column >= BatchTable::FirstFound)
+        return valueOf(isSecond(column) ? row.second : row.first, partOf(column));
     if (!row.bothFound())
         return {};
     return column == BatchTable::MovedBy ? row.movedBy() : row.turnedBy();
@@ -125,7 +126,7 @@ QVariant BatchTable::data(const QModelIndex& index, int role) const
     const bool number = value.type() == QVariant::Double;
     switch (role) {
     case Qt::DisplayRole:
-        return number ? QString::number(value.toDouble(), 'f', formatOf(index.column()).decimals) : value;
+        return number ? QString::number(value.toDouble(), 'f', decimalsOf(index.column())) : value;
     case Qt::TextAlignmentRole:
         return int((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     case Qt::BackgroundRole:
@@ -146,10 +147,9 @@ QVariant BatchTable::headerData(int section, Qt::Orientation orientation, int ro
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return QAbstractTableModel::headerData(section, orientation, role);
     static const char* const parts[] = {QT_TR_NOOP("结果"), QT_TR_NOOP("角度°"), QT_TR_NOOP("得分"), QT_TR_NOOP("ms")};
-    if (section >= FirstFound && section < SecondFound)
-        return QStringLiteral("%1\n%2").arg(m_firstTitle, tr(parts[section - FirstFound]));
-    if (section >= SecondFound && section < ChangeColumn)
-        return QStringLiteral("%1\n%2").arg(m_secondTitle, tr(parts[section - SecondFound]));
+    if (section >= FirstFound)
+        return QStringLiteral("%1\n%2").arg(isSecond(section) ? m_secondTitle : m_firstTitle,
+                                            tr(parts[partOf(section)]));
     switch (section) {
     case Image:
         return tr("图像");
@@ -160,6 +160,11 @@ QVariant BatchTable::headerData(int section, Qt::Orientation orientation, int ro
     default:
         return tr("转动\n°");
     }
+}
+
+bool BatchTable::isOfComparison(int column)
+{
+    return column == MovedBy || column == TurnedBy || isSecond(column);
 }
 
 QString BatchTable::changeText(BatchRow::Change change)

@@ -10,21 +10,24 @@ class BatchTable : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    /// What matters first, then the two recipes side by side.
     enum Column {
         Image,
-        FirstFound,
-        FirstAngle,
-        FirstScore,
-        FirstTime,
-        SecondFound,
-        SecondAngle,
-        SecondScore,
-        SecondTime,
         ChangeColumn,
         MovedBy,
         TurnedBy,
+        FirstFound,
+        SecondFound,
+        FirstAngle,
+        SecondAngle,
+        FirstScore,
+        SecondScore,
+        FirstTime,
+        SecondTime,
         ColumnCount
     };
+    /// Whether a column makes sense only where two recipes are compared.
+    static bool isOfComparison(int column);
     /// What a column is sorted by: numbers as numbers.
     static constexpr int sortRole = Qt::UserRole;
     /// bool: worth a look, because something changed, was missed or could not be read.
@@ -32,7 +35,7 @@ public:
 
     explicit BatchTable(QObject* parent = nullptr);
 
-    /// Empties the table. The titles name the two recipes in the header.
+    /// Empties the table. The titles name the two recipes in the header; keep them short.
     void clear(const QString& firstTitle, const QString& secondTitle);
     void append(const BatchRow& row);
     const BatchRow& row(int index) const { return m_rows.at(index); }

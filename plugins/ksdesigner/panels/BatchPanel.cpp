@@ -13,6 +13,7 @@
 namespace {
 
 constexpr int modelRole = Qt::UserRole + 1;
+constexpr int titleLength = 8; // characters that fit above a column
 
 QString archive()
 {
@@ -58,6 +59,9 @@ void BatchPanel::setUpTable()
     m_ui->table->sortByColumn(-1, Qt::AscendingOrder);
     m_ui->table->horizontalHeader()->setDefaultAlignment(Qt::AlignCenter);
     m_ui->table->verticalHeader()->hide();
+    QSizePolicy policy = m_ui->progress->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    m_ui->progress->setSizePolicy(policy);
     m_ui->table->verticalHeader()->setDefaultSectionSize(24);
 }
 
@@ -182,9 +186,11 @@ void BatchPanel::start()
         return;
     }
     const bool compare = against() != Against::Nothing;
-    m_table->clear(m_id.model, compare ? m_ui->againstBox->currentText() : QString());
-    for (int column = BatchTable::SecondFound; column < BatchTable::ColumnCount; ++column)
-        m_ui->table->setColumnHidden(column, !compare && column != BatchTable::ChangeColumn);
+    m_table->clear(tr("当前"), against() == Against::Draft
+                                   ? tr("编辑")
+                                   : m_ui->againstBox->currentData(modelRole).toString().left(titleLength));
+    for (int column = 0; column < BatchTable::ColumnCount; ++column)
+        m_ui->table->setColumnHidden(column, !compare && BatchTable::isOfComparison(column));
     m_ui->progress->setRange(0, 0);
     m_ui->progress->setValue(0);
     m_ui->summary->clear();

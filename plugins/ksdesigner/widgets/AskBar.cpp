@@ -9,6 +9,11 @@ AskBar::AskBar(QWidget* parent)
     , m_ui(std::make_unique<Ui::AskBar>())
 {
     m_ui->setupUi(this);
+    QPalette paper = palette();
+    paper.setColor(QPalette::Window, QColor(0xff, 0xf4, 0xd6));
+    paper.setColor(QPalette::WindowText, QColor(0x20, 0x21, 0x24));
+    setPalette(paper);
+    setAutoFillBackground(true);
     connect(m_ui->firstButton, &QPushButton::clicked, this, [this] { answer(m_first.act); });
     connect(m_ui->secondButton, &QPushButton::clicked, this, [this] { answer(m_second.act); });
     connect(m_ui->cancelButton, &QPushButton::clicked, this, &AskBar::dismiss);
