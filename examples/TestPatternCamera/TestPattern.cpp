@@ -22,7 +22,7 @@ void fillDisc(QImage& image, const QPointF& center, double radius, int value)
         const int left = std::max(0, qCeil(center.x() - half));
         const int right = std::min(image.width() - 1, qFloor(center.x() + half));
         if (left <= right)
-            std::memset(image.scanLine(y) + left, value, size_t(right - left + 1));
+            std::memset(image.scanLine(y) + left, value, size_t(right - left) + 1);
     }
 }
 
