@@ -1,0 +1,147 @@
+// What the real program keeps of the parts that it answered.
+
+#include "RunningCell.h"
+#include "db/ResultReader.h"
+#include "db/log/ksLogDB.h"
+
+#include <QImageReader>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QtTest>
+
+namespace {
+
+const QByteArray kArchiveAll = "[Image]\nSrcImgSave_st1=true\nSrcImgSave_st2=true\nRltImgSave_st1=true\n"
+                               "RltImgSave_st2=true\n";
+
+struct Row
+{
+    double angle;
+    QString station, key, image;
+};
+
+/// All rows, oldest first; `intact` tells what the database says of itself.
+QList<Row> readRows(const QString& path, QString* intact)
+{
+    QList<Row> rows;
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "reader");
+        database.setDatabaseName(path);
+        database.open();
+        QSqlQuery query(database);
+        query.exec("PRAGMA integrity_check");
+        *intact = query.next() ? query.value(0).toString() : query.lastError().text();
+        query.exec("SELECT dAngle, stationName, threshBenchMark, value1 FROM RltTable ORDER BY uid");
+        while (query.next())
+            rows.append({query.value(0).toDouble(), query.value(1).toString(), query.value(2).toString(),
+                         query.value(3).toString()});
+    }
+    QSqlDatabase::removeDatabase("reader");
+    return rows;
+}
+
+} // namespace
+
+class CellRecordsTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    RunningCell m_cell;
+    int m_fed[2] = {0, 0}; ///< images that the cameras of the present run have delivered
+
+    QString database() const { return m_cell.home() + QStringLiteral("/DBFiles/Pellix.db"); }
+
+    bool start()
+    {
+        m_fed[0] = m_fed[1] = 0;
+        return m_cell.start({{"trigerFilter", 0}}, kArchiveAll);
+    }
+
+    /// Feeds one part and waits for its reply, unless `wait` is false.
+    bool feed(int station, bool wait = true)
+    {
+        const int replies = m_cell.plc().replies().count(station == 1 ? 'F' : 'G');
+        m_cell.plc().send('C', {m_cell.index(1, m_fed[0]), m_cell.index(2, m_fed[1])});
+        m_cell.plc().send('P', {station + 4});
+        ++m_fed[station - 1];
+        return !wait ||
+               QTest::qWaitFor([&] { return m_cell.plc().replies().count(station == 1 ? 'F' : 'G') > replies; },
+                               RunningCell::deadlineMs);
+    }
+
+    /// The angles answered so far.
+    QList<double> answered()
+    {
+        QList<double> angles;
+        for (int i = 0; i < m_cell.plc().replies().size(); ++i) {
+            if (m_cell.plc().replies()[i] != 'H')
+                angles << joined(m_cell.plc().reply(i), 2);
+        }
+        return angles;
+    }
+
+private slots:
+    void initTestCase() { QVERIFY(m_cell.prepare()); }
+    void cleanup() { QVERIFY(m_cell.stop()); }
+
+    void everyAnsweredPartHasItsRowItsImagesAndItsLogLine()
+    {
+        QVERIFY(start());
+        for (int part = 0; part < 6; ++part)
+            QVERIFY(feed(part % 2 + 1));
+        const QList<double> angles = answered();
+        QVERIFY(m_cell.stop());
+        QString intact;
+        const QList<Row> rows = readRows(database(), &intact);
+        QCOMPARE(intact, QStringLiteral("ok"));
+        QCOMPARE(rows.size(), 6);
+        for (int part = 0; part < 6; ++part) {
+            const Row& row = rows[part];
+            const int station = part % 2 + 1;
+            const QString model = m_cell.wheel(station, part / 2).value("model").toString();
+            QVERIFY2(std::abs(row.angle - angles[part]) < 0.0011, qPrintable(row.key)); // the reply is cut
+            QCOMPARE(row.station, QStringLiteral("Station_%1").arg(station));
+            QCOMPARE(row.key, QStringLiteral("%1_%2").arg(station).arg(model));
+            QVERIFY2(row.image.contains(QStringLiteral("/Station%1/%2/").arg(station).arg(model)),
+                     qPrintable(row.image));
+            const QImage result(m_cell.home() + row.image);
+            QVERIFY2(!result.isNull(), qPrintable(row.image));
+        }
+        QDirIterator sources(m_cell.home() + "/DBFiles/SrcImages", {"*.jpg"}, QDir::Files,
+                             QDirIterator::Subdirectories);
+        int count = 0;
+        for (; sources.hasNext(); ++count)
+            QCOMPARE(QImageReader(sources.next()).size(), QSize(2448, 2048));
+        QCOMPARE(count, 6);
+        const QString today = QDate::currentDate().toString("yyyy-MM-dd");
+        const auto lines = SystemLog::ksLogDB(m_cell.home() + "/dbLog.db").query(today, today, 2);
+        const auto said = [&](const char* text) {
+            return std::any_of(lines.begin(), lines.end(),
+                               [&](const auto& line) { return line.second.contains(text); });
+        };
+        QVERIFY(said("系统启动"));
+        QVERIFY(said("★工位1:切换型号为["));
+    }
+
+    void programKilledInProductionLosesAtMostThePartInHand()
+    {
+        QString intact;
+        for (int round = 0; round < 8; ++round) {
+            const int before = readRows(database(), &intact).size();
+            QVERIFY(start());
+            QVERIFY(feed(1));
+            QVERIFY(feed(2));
+            QVERIFY(feed(1, round % 2 == 0));
+            m_cell.kill();
+            const int replies = answered().size();
+            const int rows = readRows(database(), &intact).size() - before;
+            QCOMPARE(intact, QStringLiteral("ok"));
+            QVERIFY2(rows >= replies - 1 && rows <= 3, qPrintable(QStringLiteral("%1 of %2").arg(rows).arg(replies)));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(CellRecordsTest)
+#include "tst_cellrecords.moc"
