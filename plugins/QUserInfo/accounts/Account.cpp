@@ -45,7 +45,7 @@ QString AccountRules::passwordProblem(const QString& name, const QString& passwo
 
 QString AccountRules::passwordProblem(const QString& name, const QString& password, const QString& again)
 {
-    const QString problem = passwordProblem(name, password);
+    QString problem = passwordProblem(name, password);
     return problem.isEmpty() && password != again ? tr("两次输入的密码不一致") : problem;
 }
 

@@ -32,7 +32,7 @@ NewUserDialog::~NewUserDialog() = default;
 
 QString NewUserDialog::problem() const
 {
-    const QString problem = AccountRules::nameProblem(name());
+    QString problem = AccountRules::nameProblem(name());
     if (!problem.isEmpty())
         return problem;
     if (m_session.users().find(name()))

@@ -20,7 +20,7 @@ UserManagerDialog::UserManagerDialog(UserSession& session, QWidget* parent)
     m_ui->setupUi(this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setAttribute(Qt::WA_DeleteOnClose);
-    m_ui->buttonBox->button(QDialogButtonBox::Close)->setText(tr("关闭"));
+    m_ui->userTable->setColumnCount(2);
     m_ui->buttonBox->button(QDialogButtonBox::Close)->setMinimumHeight(m_ui->addButton->minimumHeight());
     m_ui->userTable->setColumnWidth(0, 230);
     m_ui->userTable->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -32,21 +32,25 @@ UserManagerDialog::UserManagerDialog(UserSession& session, QWidget* parent)
     connect(m_ui->removeButton, &QPushButton::clicked, this, &UserManagerDialog::onRemove);
     connect(&session, &UserSession::usersChanged, this, &UserManagerDialog::fillTable);
     connect(&session, &UserSession::currentUserChanged, this, &UserManagerDialog::onCurrentUserChanged);
-    fillRoleMenu();
-    fillTable();
+    retranslate();
 }
 
 UserManagerDialog::~UserManagerDialog() = default;
 
 void UserManagerDialog::changeEvent(QEvent* event)
 {
-    if (event->type() == QEvent::LanguageChange) {
-        m_ui->retranslateUi(this);
-        m_ui->buttonBox->button(QDialogButtonBox::Close)->setText(tr("关闭"));
-        fillRoleMenu();
-        fillTable();
-    }
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
     QDialog::changeEvent(event);
+}
+
+void UserManagerDialog::retranslate()
+{
+    m_ui->retranslateUi(this);
+    m_ui->buttonBox->button(QDialogButtonBox::Close)->setText(tr("关闭"));
+    m_ui->userTable->setHorizontalHeaderLabels({tr("用户名"), tr("角色")});
+    fillRoleMenu();
+    fillTable();
 }
 
 void UserManagerDialog::fillTable()

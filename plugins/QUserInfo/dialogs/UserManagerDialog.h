@@ -28,6 +28,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void retranslate();
     void fillTable();
     void fillRoleMenu();
     void updateButtons();
