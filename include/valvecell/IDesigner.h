@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 class IEngine;
 class QWidget;
 
@@ -18,6 +20,13 @@ public:
     virtual void openDesigner(QWidget* parent) = 0;
 
     virtual ~IDesigner() = default;
+
+    /// An optional interface of this module by its id, or null; see Extension.h.
+    virtual void* extension(const char* id)
+    {
+        Q_UNUSED(id)
+        return nullptr;
+    }
 };
 
 /// The signature of "Lib_Designer_Init"; the argument is reserved and null.

@@ -1,5 +1,7 @@
 #include "Designer.h"
 
+#include <cstring>
+
 Designer::~Designer()
 {
     delete m_window;
@@ -20,4 +22,15 @@ void Designer::openDesigner(QWidget* parent)
         m_window->show();
     m_window->raise();
     m_window->activateWindow();
+}
+
+void* Designer::extension(const char* id)
+{
+    return std::strcmp(id, IImageWatch::id) == 0 ? static_cast<IImageWatch*>(this) : nullptr;
+}
+
+void Designer::imageCaptured(const QString& cameraKey, const QImage& image)
+{
+    if (m_window && m_window->isVisible())
+        m_window->showCaptured(cameraKey, image);
 }

@@ -3,18 +3,23 @@
 #include "DesignerWindow.h"
 
 #include <valvecell/IDesigner.h>
+#include <valvecell/IImageWatch.h>
 
 #include <QPointer>
 
 /// The bundled designer: one window, made when it is first opened and kept while it is closed. Its parent may delete it
 /// at any time.
-class Designer : public IDesigner
+class Designer : public IDesigner, public IImageWatch
 {
 public:
     ~Designer() override;
 
     void attachEngine(IEngine* engine) override;
     void openDesigner(QWidget* parent) override;
+    void* extension(const char* id) override;
+
+    /// Dropped while the window is closed.
+    void imageCaptured(const QString& cameraKey, const QImage& image) override;
 
     /// The window, or null before openDesigner() and after its parent was deleted.
     DesignerWindow* window() const { return m_window; }

@@ -41,12 +41,12 @@ void DesignerWindow::buildPanels(IEngine* engine)
 {
     m_models = adopt(new ModelPanel(engine->taskList(), m_drafts));
     auto* parameters = adopt(new ParameterPanel(m_drafts));
-    auto* trial = adopt(new TryPanel(engine, m_drafts));
-    auto* batch = adopt(new BatchPanel(engine, m_drafts));
+    m_trial = adopt(new TryPanel(engine, m_drafts));
+    m_batch = adopt(new BatchPanel(engine, m_drafts));
     auto* tabs = new QTabWidget;
     tabs->setObjectName(QStringLiteral("tabs"));
-    tabs->addTab(trial, tr("试运行与示教"));
-    tabs->addTab(batch, tr("批量复检"));
+    tabs->addTab(m_trial, tr("试运行与示教"));
+    tabs->addTab(m_batch, tr("批量复检"));
     m_ui->splitter->addWidget(m_models);
     m_ui->splitter->addWidget(parameters);
     m_ui->splitter->addWidget(tabs);
@@ -54,13 +54,13 @@ void DesignerWindow::buildPanels(IEngine* engine)
     m_ui->splitter->setSizes({230, 350, 800});
     const auto showModel = [=](const ModelId& id) {
         parameters->setModel(id);
-        trial->setModel(id);
-        batch->setModel(id);
+        m_trial->setModel(id);
+        m_batch->setModel(id);
     };
     connect(m_models, &ModelPanel::modelChosen, this, showModel);
-    connect(batch, &BatchPanel::imageWanted, this, [=](const QString& path) {
-        tabs->setCurrentWidget(trial);
-        trial->openImage(path);
+    connect(m_batch, &BatchPanel::imageWanted, this, [=](const QString& path) {
+        tabs->setCurrentWidget(m_trial);
+        m_trial->openImage(path);
     });
     connect(m_drafts, &ModelDrafts::changed, this, &DesignerWindow::updateTitle);
     connect(m_drafts, &ModelDrafts::listChanged, this, &DesignerWindow::updateTitle);
@@ -77,6 +77,12 @@ void DesignerWindow::explainMissing(IEngine* engine)
     }
     m_ui->missingLabel->setText(text);
     m_ui->pages->setCurrentWidget(m_ui->missingPage);
+}
+
+void DesignerWindow::showCaptured(const QString& cameraKey, const QImage& image)
+{
+    if (m_trial)
+        m_trial->offerCaptured(cameraKey, image);
 }
 
 void DesignerWindow::showMessage(const QString& message)
@@ -105,6 +111,8 @@ void DesignerWindow::closeEvent(QCloseEvent* event)
     event->setAccepted(!unsaved);
     if (unsaved)
         askBeforeClosing();
+    else if (m_batch)
+        m_batch->stop();
 }
 
 void DesignerWindow::askBeforeClosing()

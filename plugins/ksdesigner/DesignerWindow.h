@@ -9,6 +9,9 @@
 class IEngine;
 class ModelDrafts;
 class ModelPanel;
+class BatchPanel;
+class TryPanel;
+class QImage;
 
 namespace Ui {
 class DesignerWindow;
@@ -24,6 +27,9 @@ public:
     /// `engine` may be null and may lack the solution store: the window then says so. It outlives the window.
     explicit DesignerWindow(IEngine* engine, QWidget* parent = nullptr);
     ~DesignerWindow() override;
+
+    /// Offers a camera's image for trying.
+    void showCaptured(const QString& cameraKey, const QImage& image);
 
     void showMessage(const QString& message);
     void showError(const QString& message);
@@ -45,4 +51,6 @@ private:
     std::unique_ptr<Ui::DesignerWindow> m_ui;
     ModelDrafts* m_drafts = nullptr;
     ModelPanel* m_models = nullptr;
+    TryPanel* m_trial = nullptr;
+    BatchPanel* m_batch = nullptr;
 };

@@ -1,7 +1,9 @@
 #include "Bench.h"
 #include "panels/TryPanel.h"
 
+#include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
+#include <valvecell/IImageWatch.h>
 
 #include <QLibrary>
 
@@ -170,6 +172,30 @@ private slots:
         bench.type("hole_radius", "15x");
         QVERIFY(bench.text("note").contains("参数有误"));
         bench.press("runButton");
+        QVERIFY(bench.engine.tasks.empty());
+    }
+
+    void nextPartOfTheFollowedCameraIsTried()
+    {
+        Bench bench;
+        bench.open();
+        auto* watch = extensionOf<IImageWatch>(static_cast<IDesigner*>(&bench.designer));
+        QVERIFY(watch);
+        watch->imageCaptured("cam1", drawing());
+        QVERIFY2(bench.engine.tasks.empty(), "nobody asked for it");
+        auto* cameras = bench.get<QComboBox>("cameraBox");
+        QVERIFY(cameras->isVisible());
+        cameras->setCurrentText("cam1");
+        watch->imageCaptured("cam2", drawing());
+        QVERIFY(bench.engine.tasks.empty());
+        watch->imageCaptured("cam1", drawing());
+        watch->imageCaptured("cam1", drawing());
+        QCOMPARE(bench.engine.tasks.size(), size_t(1));
+        QVERIFY(bench.text("fileLabel").contains("cam1"));
+        bench.engine.answer(FakeEngine::found({}, hole));
+        QTRY_COMPARE(bench.text("angle"), "123.456°");
+        bench.designer.window()->close();
+        watch->imageCaptured("cam1", drawing());
         QVERIFY(bench.engine.tasks.empty());
     }
 

@@ -51,7 +51,9 @@ QVariant valueOf(const BatchRow& row, int column)
     if (column == BatchTable::Image)
         return row.name;
     if (column == BatchTable::ChangeColumn)
-        return row.problem.isEmpty() ? BatchTable::changeText(row.change()) : row.problem;
+        return BatchTable::changeText(row.change());
+    if (column == BatchTable::FirstFound && !row.problem.isEmpty())
+        return row.problem;
     if (!row.problem.isEmpty() || (BatchTable::isOfComparison(column) && !row.compared))
         return {};
     if (column >= BatchTable::FirstFound)
@@ -127,6 +129,8 @@ QVariant BatchTable::data(const QModelIndex& index, int role) const
     switch (role) {
     case Qt::DisplayRole:
         return number ? QString::number(value.toDouble(), 'f', decimalsOf(index.column())) : value;
+    case Qt::ToolTipRole:
+        return row.problem.isEmpty() ? row.path : row.problem;
     case Qt::TextAlignmentRole:
         return int((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     case Qt::BackgroundRole:
@@ -164,7 +168,7 @@ QVariant BatchTable::headerData(int section, Qt::Orientation orientation, int ro
 
 bool BatchTable::isOfComparison(int column)
 {
-    return column == MovedBy || column == TurnedBy || isSecond(column);
+    return column == ChangeColumn || column == MovedBy || column == TurnedBy || isSecond(column);
 }
 
 QString BatchTable::changeText(BatchRow::Change change)

@@ -13,6 +13,7 @@
 namespace {
 
 constexpr int modelRole = Qt::UserRole + 1;
+constexpr int widestColumn = 240;
 constexpr int titleLength = 8; // characters that fit above a column
 
 QString archive()
@@ -171,10 +172,15 @@ void BatchPanel::setFolder(const QString& folder)
     updateState();
 }
 
+void BatchPanel::stop()
+{
+    m_batch->stop();
+}
+
 void BatchPanel::toggle()
 {
     if (m_batch->isRunning())
-        m_batch->stop();
+        stop();
     else
         start();
 }
@@ -204,12 +210,19 @@ void BatchPanel::takeRow(const BatchRow& row)
     m_ui->progress->setValue(m_table->rowCount());
     m_ui->summary->setText(m_table->summary().text());
     if (m_table->rowCount() == 1)
-        m_ui->table->resizeColumnsToContents();
+        fitColumns();
+}
+
+void BatchPanel::fitColumns()
+{
+    m_ui->table->resizeColumnsToContents();
+    for (int column = 0; column < BatchTable::ColumnCount; ++column)
+        m_ui->table->setColumnWidth(column, std::min(m_ui->table->columnWidth(column), widestColumn));
 }
 
 void BatchPanel::finish()
 {
-    m_ui->table->resizeColumnsToContents();
+    fitColumns();
     if (m_table->rowCount() == 0)
         m_ui->summary->setText(tr("文件夹中没有图像"));
     updateState();

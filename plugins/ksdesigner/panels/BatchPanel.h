@@ -47,6 +47,8 @@ public:
 
 public slots:
     void setFolder(const QString& folder);
+    /// Ends a run that is under way; its rows stay.
+    void stop();
     /// Writes the rows as they are filtered and sorted; done() or failed() follows.
     void exportTo(const QString& path);
 
@@ -75,6 +77,7 @@ private:
     void toggle();
     void start();
     void takeRow(const BatchRow& row);
+    void fitColumns();
     void finish();
     void updateState();
 

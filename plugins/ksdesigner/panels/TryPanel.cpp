@@ -31,6 +31,7 @@ TryPanel::TryPanel(IEngine* engine, ModelDrafts* drafts, QWidget* parent)
 {
     m_ui->setupUi(this);
     m_ui->trial->view()->setHint(tr("选择一张图像，用所选型号试运行"));
+    m_ui->cameraBox->hide();
     m_editPause.setSingleShot(true);
     m_editPause.setInterval(editPauseMs);
     connectAll();
@@ -100,19 +101,33 @@ void TryPanel::chooseImage()
 void TryPanel::openImage(const QString& path)
 {
     m_path = path;
-    m_background.run([path] { return ImageFile::read(path); }, [this](const ImageFile& file) { takeImage(file); });
+    m_ui->cameraBox->setCurrentIndex(0);
+    m_background.run([path] { return ImageFile::read(path); }, [this](const ImageFile& file) { takeFile(file); });
 }
 
-void TryPanel::takeImage(const ImageFile& file)
+void TryPanel::takeFile(const ImageFile& file)
 {
     if (file.path != m_path)
         return;
-    if (file.image.isNull()) {
+    if (file.image.isNull())
         emit failed(tr("无法读取图像 %1").arg(file.error));
-        return;
-    }
-    m_image = file.image;
-    const QString name = QFileInfo(file.path).fileName();
+    else
+        takeImage(QFileInfo(file.path).fileName(), file.image);
+}
+
+void TryPanel::offerCaptured(const QString& cameraKey, const QImage& image)
+{
+    if (m_ui->cameraBox->findText(cameraKey) < 0)
+        m_ui->cameraBox->addItem(cameraKey);
+    m_ui->cameraBox->show();
+    const bool followed = m_ui->cameraBox->currentIndex() > 0 && m_ui->cameraBox->currentText() == cameraKey;
+    if (followed && !m_running && m_teach->step() == TeachGuide::Step::Idle && !image.isNull())
+        takeImage(tr("相机 %1").arg(cameraKey), image);
+}
+
+void TryPanel::takeImage(const QString& name, const QImage& image)
+{
+    m_image = image;
     m_ui->fileLabel->setText(tr("%1（%2 × %3）").arg(name).arg(m_image.width()).arg(m_image.height()));
     m_teach->cancel();
     forgetResult();

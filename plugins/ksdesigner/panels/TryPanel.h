@@ -19,8 +19,8 @@ namespace Ui {
 class TryPanel;
 }
 
-/// Runs the chosen model on one image file, shows what the engine found, and teaches the model by two clicks. Where the
-/// engine runs unsaved parameters, every edit is tried at once.
+/// Runs the chosen model on an image file or the next camera image, shows what the engine found, and teaches the model
+/// by two clicks. Where the engine runs unsaved parameters, every edit is tried at once.
 class TryPanel : public QWidget
 {
     Q_OBJECT
@@ -31,6 +31,9 @@ public:
     ~TryPanel() override;
 
     void setModel(const ModelId& id);
+
+    /// An image of a camera; taken when this camera is followed and nothing is being taught or run.
+    void offerCaptured(const QString& cameraKey, const QImage& image);
 
 public slots:
     /// Loads the image and runs the model on it as soon as it is there.
@@ -44,7 +47,8 @@ signals:
 private:
     void connectAll();
     void chooseImage();
-    void takeImage(const ImageFile& file);
+    void takeFile(const ImageFile& file);
+    void takeImage(const QString& name, const QImage& image);
     void takeResult(const Trial& trial);
     void takeProposal(const QVariantMap& parameters);
     void showTeaching();

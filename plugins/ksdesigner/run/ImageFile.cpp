@@ -21,8 +21,12 @@ ImageFile ImageFile::read(const QString& path)
 QStringList ImageFile::patterns()
 {
     QStringList patterns;
-    for (const QByteArray& format : QImageReader::supportedImageFormats())
-        patterns.append(QStringLiteral("*.") + QString::fromLatin1(format));
+    // Not all that could be read: drawings and icons are no camera images.
+    static const QList<QByteArray> wanted{"bmp", "jpg", "jpeg", "png", "tif", "tiff", "pgm", "ppm", "webp"};
+    for (const QByteArray& format : QImageReader::supportedImageFormats()) {
+        if (wanted.contains(format))
+            patterns.append(QStringLiteral("*.") + QString::fromLatin1(format));
+    }
     return patterns;
 }
 
