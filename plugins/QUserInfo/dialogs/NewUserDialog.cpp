@@ -12,7 +12,8 @@ NewUserDialog::NewUserDialog(UserSession& session, Purpose purpose, QWidget* par
     , m_purpose(purpose)
 {
     m_ui->setupUi(this);
-    for (const Role role : AccountRules::roles())
+    const auto roles = AccountRules::roles();
+    for (const Role role : roles)
         m_ui->roleBox->addItem(QString(), int(role));
     if (purpose == FirstAdministrator) {
         m_ui->roleBox->setCurrentIndex(m_ui->roleBox->findData(int(Role::Administrator)));

@@ -71,7 +71,8 @@ void UserManagerDialog::fillTable()
 void UserManagerDialog::fillRoleMenu()
 {
     m_roleMenu->clear();
-    for (const Role role : AccountRules::roles())
+    const auto roles = AccountRules::roles();
+    for (const Role role : roles)
         connect(m_roleMenu->addAction(AccountRules::roleText(role)), &QAction::triggered, this,
                 [this, role] { onRole(role); });
 }
