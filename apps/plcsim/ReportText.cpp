@@ -1,6 +1,6 @@
 #include "ReportText.h"
 
-#include <cstdio>
+#include <algorithm>
 
 namespace {
 
@@ -9,9 +9,11 @@ QString number(std::optional<double> value, int digits)
     return value ? QString::number(*value, 'f', digits) : QStringLiteral("-");
 }
 
+/// Right-justified; Chinese characters take two columns of a terminal.
 QString cell(const QString& text, int width)
 {
-    return text.rightJustified(width) + QLatin1Char(' ');
+    const auto wide = std::count_if(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() >= 0x2E80; });
+    return text.rightJustified(width - static_cast<int>(wide)) + QLatin1Char(' ');
 }
 
 QString title(const char* text, int width)
