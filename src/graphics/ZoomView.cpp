@@ -1,5 +1,7 @@
 #include "graphics/ZoomView.h"
 
+#include "graphics/ViewOverlay.h"
+
 #include <QApplication>
 #include <QGestureEvent>
 #include <QKeyEvent>
@@ -19,6 +21,14 @@ ZoomView::ZoomView(QWidget* parent)
     viewport()->setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
     viewport()->grabGesture(Qt::PinchGesture);
+}
+
+ZoomView::~ZoomView() = default;
+
+void ZoomView::setOverlays(std::vector<std::unique_ptr<ViewOverlay>> overlays)
+{
+    m_overlays = std::move(overlays);
+    viewport()->update();
 }
 
 bool ZoomView::applyScale(double scale)
@@ -139,6 +149,23 @@ bool ZoomView::viewportEvent(QEvent* event)
     if (event->type() == QEvent::Gesture && pinch(*static_cast<QGestureEvent*>(event)))
         return true;
     return QGraphicsView::viewportEvent(event);
+}
+
+void ZoomView::drawForeground(QPainter* painter, const QRectF&)
+{
+    painter->save();
+    painter->resetTransform();
+    for (const auto& overlay : m_overlays)
+        overlay->draw(painter, viewport()->rect(), viewScale());
+    painter->restore();
+}
+
+void ZoomView::scrollContentsBy(int dx, int dy)
+{
+    // Scrolled pixels would take the overlays along.
+    setViewportUpdateMode(m_overlays.empty() ? MinimalViewportUpdate : FullViewportUpdate);
+    QGraphicsView::scrollContentsBy(dx, dy);
+    setViewportUpdateMode(MinimalViewportUpdate);
 }
 
 void ZoomView::pan(const QPoint& by)

@@ -2,6 +2,11 @@
 
 #include <QGraphicsView>
 
+#include <memory>
+#include <vector>
+
+class ViewOverlay;
+
 /// A view that the operator zooms with wheel, keys (+, -, 0, F), double click and pinch, and pans by dragging what no
 /// item takes. The transform is a pure scale. The scroll bars stay hidden, so that the picture keeps its place when it
 /// grows past the view.
@@ -14,6 +19,7 @@ public:
     static constexpr double maxScale = 1000.0; ///< keeps the scroll range of a 20-megapixel picture within an int
 
     explicit ZoomView(QWidget* parent = nullptr);
+    ~ZoomView() override;
 
     /// View pixels for one scene pixel.
     double viewScale() const { return transform().m11(); }
@@ -27,6 +33,9 @@ public:
 
     /// Shows the whole content, as large as it goes. False while there is no content.
     bool fitContent();
+
+    /// What is drawn over the scene at fixed places of the screen; replaces what was.
+    void setOverlays(std::vector<std::unique_ptr<ViewOverlay>> overlays);
 
 signals:
     /// A left click without dragging; viewport position.
@@ -52,6 +61,8 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     bool viewportEvent(QEvent* event) override;
+    void drawForeground(QPainter* painter, const QRectF& rect) override;
+    void scrollContentsBy(int dx, int dy) override;
 
 private:
     enum class Drag { None, Pressed, Panning };
@@ -62,4 +73,5 @@ private:
     Drag m_drag = Drag::None;
     QPoint m_pressedAt;
     QPoint m_panAt;
+    std::vector<std::unique_ptr<ViewOverlay>> m_overlays;
 };

@@ -162,17 +162,16 @@ void AwesomeImgViewer::drawBackground(QPainter* painter, const QRectF& rect)
     painter->resetTransform();
     for (const QRect& part : free)
         painter->fillRect(part, scene()->backgroundBrush());
+    if (image().isNull())
+        drawPlaceHolder(painter);
     painter->restore();
 }
 
-void AwesomeImgViewer::drawForeground(QPainter* painter, const QRectF& rect)
+void AwesomeImgViewer::drawPlaceHolder(QPainter* painter) const
 {
-    ZoomView::drawForeground(painter, rect);
-    if (!image().isNull())
-        return;
     const QPixmap holder(QStringLiteral(":/imagena.png"));
-    painter->resetTransform();
-    painter->drawPixmap(viewport()->rect().center() - holder.rect().center() / holder.devicePixelRatio(), holder);
+    const QSizeF size = QSizeF(holder.size()) / holder.devicePixelRatioF();
+    painter->drawPixmap(QRectF(viewport()->rect()).center() - QPointF(size.width(), size.height()) / 2, holder);
 }
 
 void AwesomeImgViewer::onClicked(const QPoint& position)

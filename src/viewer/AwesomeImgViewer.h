@@ -66,11 +66,11 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void drawBackground(QPainter* painter, const QRectF& rect) override;
-    void drawForeground(QPainter* painter, const QRectF& rect) override;
 
 private:
     void onClicked(const QPoint& position);
     void shrinkImage(int steps);
+    void drawPlaceHolder(QPainter* painter) const;
 
     ImageItem* m_item = nullptr; ///< the scene's
     QPointer<QLabel> m_readout;

@@ -61,7 +61,7 @@ void PointRoi::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget
     marker.addEllipse(QPointF(), r, r);
     for (const QPointF& arm : {QPointF(1, 0), QPointF(0, 1), QPointF(-1, 0), QPointF(0, -1)}) {
         marker.moveTo(arm * 2.0 * pixel); // the point itself stays free
-        marker.lineTo(arm * (handlesShown() ? r + 5.0 * pixel : r));
+        marker.lineTo(arm * (handlesShown() && !isLocked() ? r + 5.0 * pixel : r));
     }
     graphics::strokeOutlined(painter, marker, outlinePen());
     drawName(painter);

@@ -91,7 +91,7 @@ void RoiItem::setSize(const QSizeF& size)
 QPen RoiItem::outlinePen() const
 {
     const QColor color = isSelected() && !m_locked ? m_selectedColor : m_color;
-    return graphics::cosmeticPen(color, 1.5, m_locked ? Qt::DashLine : Qt::SolidLine);
+    return graphics::cosmeticPen(color, m_locked ? 1.0 : 2.0);
 }
 
 void RoiItem::drawName(QPainter* painter) const

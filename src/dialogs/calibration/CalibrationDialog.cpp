@@ -1,0 +1,102 @@
+#include "dialogs/calibration/CalibrationDialog.h"
+
+#include "config/IniFile.h"
+#include "dialogs/calibration/CalibrationPanel.h"
+#include "ui_CalibrationDialog.h"
+#include "viewer/ksImgViewer.h"
+
+#include <QTimerEvent>
+
+#include <utility>
+
+CalibrationDialog::CalibrationDialog(QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::CalibrationDialog>())
+{
+    m_ui->setupUi(this);
+    m_ownTitle = windowTitle();
+    connect(m_ui->m_pbExit, &QPushButton::clicked, this, &CalibrationDialog::onButtonClicked);
+}
+
+CalibrationDialog::~CalibrationDialog() = default;
+
+void CalibrationDialog::setPanels(CalibrationPanel* first, CalibrationPanel* second)
+{
+    m_panels = {first, second};
+    for (CalibrationPanel* panel : m_panels) {
+        m_ui->panelPlace->addWidget(panel, 1);
+        connect(panel->viewer(), &ksImgViewer::filterroiChanged, this, &CalibrationDialog::onROIChange);
+        connect(panel->viewer(), &ksImgViewer::roiLockIng, this, &CalibrationDialog::onRoiLockIng);
+        connect(panel->viewer(), &ksImgViewer::sgImageScale, this, &CalibrationDialog::onImageScale);
+        for (QPushButton* button : panel->buttons())
+            connect(button, &QPushButton::clicked, this, &CalibrationDialog::onButtonClicked);
+        connect(panel, &CalibrationPanel::messageShown, this, &CalibrationDialog::startMessageTimer);
+        panel->initialise();
+    }
+}
+
+void CalibrationDialog::setOneStation(bool one)
+{
+    m_panels[1]->setVisible(!one);
+}
+
+int CalibrationDialog::stationOfSender() const
+{
+    return sender() == m_panels[1]->viewer() || sender()->objectName().endsWith(QLatin1String("_2")) ? 2 : 1;
+}
+
+void CalibrationDialog::onROIChange(const AwesomeRoiInfo& info, QString name)
+{
+    panelOfSender()->moveMarker(info, name);
+}
+
+void CalibrationDialog::onRoiLockIng(QString)
+{
+    panelOfSender()->tellLocked();
+}
+
+void CalibrationDialog::onImageScale(qreal scale)
+{
+    saveViewerScale(QStringLiteral("Scale_Standard_%1").arg(stationOfSender()), scale);
+}
+
+void CalibrationDialog::onButtonClicked()
+{
+    QString name = sender()->objectName();
+    if (name == QLatin1String("m_pbExit")) {
+        close();
+        return;
+    }
+    if (stationOfSender() == 2)
+        name.chop(2);
+    panelOfSender()->press(name);
+}
+
+// A message that follows another within the second goes with the first one's timer.
+void CalibrationDialog::startMessageTimer()
+{
+    if (m_messageTimer == 0)
+        m_messageTimer = startTimer(1000, Qt::CoarseTimer);
+}
+
+void CalibrationDialog::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != m_messageTimer)
+        return QDialog::timerEvent(event);
+    killTimer(m_messageTimer);
+    m_messageTimer = 0;
+    for (CalibrationPanel* panel : m_panels)
+        panel->clearMessage();
+}
+
+void CalibrationDialog::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        const QString title = windowTitle();
+        m_ui->retranslateUi(this);
+        const QString own = std::exchange(m_ownTitle, windowTitle());
+        if (title != own)
+            setWindowTitle(title); // whoever opened the dialog gave it
+    }
+    QDialog::changeEvent(event);
+}

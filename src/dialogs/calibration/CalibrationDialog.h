@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QDialog>
+
+#include <array>
+#include <memory>
+
+class CalibrationPanel;
+struct AwesomeRoiInfo;
+
+namespace Ui {
+class CalibrationDialog;
+}
+
+/// A calibration dialog with a panel for each station; what the two kinds of calibration share. Buttons are told apart
+/// by their object names, stations by the sender. GUI thread.
+class CalibrationDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    ~CalibrationDialog() override;
+
+    /// The form for a cell with one station hides the second panel.
+    void setOneStation(bool one);
+
+public slots:
+    void onROIChange(const AwesomeRoiInfo& info, QString name);
+    void onRoiLockIng(QString name);
+    void onImageScale(qreal scale);
+    void onButtonClicked();
+
+protected:
+    explicit CalibrationDialog(QWidget* parent);
+
+    /// Takes the panels of stations 1 and 2, connects and fills them.
+    void setPanels(CalibrationPanel* first, CalibrationPanel* second);
+
+    void changeEvent(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    int stationOfSender() const;
+    CalibrationPanel* panelOfSender() const { return m_panels[stationOfSender() - 1]; }
+    void startMessageTimer();
+
+    std::unique_ptr<Ui::CalibrationDialog> m_ui;
+    std::array<CalibrationPanel*, 2> m_panels{};
+    QString m_ownTitle;
+    int m_messageTimer = 0; ///< one for both panels; 0 while none runs
+};

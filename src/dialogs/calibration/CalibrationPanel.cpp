@@ -1,0 +1,257 @@
+#include "dialogs/calibration/CalibrationPanel.h"
+
+#include "config/ksGlobalConfig.h"
+#include "dialogs/calibration/FieldNumber.h"
+#include "graphics/ViewOverlay.h"
+#include "platform/AppHome.h"
+#include "ui_CalibrationPanel.h"
+
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QtConcurrentRun>
+
+namespace {
+
+const QString kDone = QStringLiteral("background-color: rgb(255, 168, 55);");
+const QString kRefused = QStringLiteral("background-color: rgb(200, 68, 55);");
+const QColor kMarkerColor(255, 0, 255);
+const QColor kMarkerSelected(0, 255, 0);
+
+} // namespace
+
+CalibrationPanel::CalibrationPanel(int station, int factLines, QWidget* parent)
+    : QGroupBox(parent)
+    , m_station(station)
+    , m_ui(std::make_unique<Ui::CalibrationPanel>())
+{
+    m_ui->setupUi(this);
+    // What they say comes and goes while a marker is dragged; the picture must not jump.
+    m_ui->label_facts->setMinimumHeight(factLines * m_ui->label_facts->fontMetrics().lineSpacing());
+    m_ui->label_warning->setMinimumHeight(2 * m_ui->label_warning->fontMetrics().lineSpacing());
+    for (auto* child : findChildren<QWidget*>())
+        nameForStation(child);
+    connect(&m_replacing, &QFutureWatcherBase::finished, this, &CalibrationPanel::onReplaced);
+}
+
+CalibrationPanel::~CalibrationPanel() = default;
+
+StationConfig& CalibrationPanel::config() const
+{
+    return ksGlobalConfig::instance()->station(m_station);
+}
+
+ksImgViewer* CalibrationPanel::viewer() const
+{
+    return m_ui->m_viewer;
+}
+
+QVector<QPushButton*> CalibrationPanel::buttons() const
+{
+    return {m_ui->m_pbLoadImg, m_ui->m_pbApply, m_ui->m_pbLock};
+}
+
+// The names of station 2 end in "_2"; one that tells its station anyway ends in "_1" for station 1.
+void CalibrationPanel::nameForStation(QWidget* widget) const
+{
+    const QString name = widget->objectName();
+    if (m_station == 1 || name.isEmpty() || name.startsWith(QLatin1String("qt_")))
+        return;
+    widget->setObjectName((name.endsWith(QLatin1String("_1")) ? name.chopped(2) : name) + QStringLiteral("_2"));
+}
+
+void CalibrationPanel::setForm(QWidget* form)
+{
+    for (auto* child : form->findChildren<QWidget*>())
+        nameForStation(child);
+    for (auto* field : form->findChildren<QLineEdit*>())
+        connect(field, &QLineEdit::textChanged, this, &CalibrationPanel::refreshHints);
+    m_ui->formPlace->addWidget(form);
+}
+
+void CalibrationPanel::initialise()
+{
+    retranslateOwn();
+    fillFields(config());
+    recompute();
+    m_ui->m_viewer->removeAllRois();
+    showImage(ReferenceImage::read(ReferenceImage::path(m_station)));
+    refreshOverlays();
+}
+
+void CalibrationPanel::showImage(const QImage& image)
+{
+    m_ui->m_viewer->setImage(image);
+    placeMarkers();
+    refreshHints();
+}
+
+void CalibrationPanel::placeMarkers()
+{
+    ksImgViewer* viewer = m_ui->m_viewer;
+    const QPoint center(viewer->imageSize().width() / 2, viewer->imageSize().height() / 2);
+    const double size = ksGlobalConfig::instance()->pointCircle;
+    viewer->removeAllRois();
+    for (const Marker& marker : markers())
+        viewer->addPointRoi(*marker.point - center, kMarkerColor, kMarkerSelected, size, marker.name);
+    viewer->showRoiHandles();
+    setLocked(true);
+}
+
+void CalibrationPanel::setLocked(bool locked)
+{
+    m_locked = locked;
+    m_ui->m_viewer->lockRois(locked);
+    m_ui->m_pbLock->setText(locked ? tr("解锁") : tr("上锁"));
+    m_ui->m_pbLock->setIcon(
+        QIcon(locked ? QStringLiteral(":/Resource/lock.png") : QStringLiteral(":/Resource/lock-open.png")));
+}
+
+void CalibrationPanel::press(const QString& name)
+{
+    if (name == QLatin1String("m_pbLoadImg")) {
+        chooseImage();
+    } else if (name == QLatin1String("m_pbApply")) {
+        apply();
+    } else if (name == QLatin1String("m_pbLock")) {
+        setLocked(!m_locked);
+        showMessage(m_locked ? tr("已上锁") : tr("已解锁"), kDone);
+    }
+}
+
+void CalibrationPanel::moveMarker(const AwesomeRoiInfo& info, const QString& name)
+{
+    const QVector<Marker> all = markers();
+    for (const Marker& marker : all) {
+        if (marker.name != name)
+            continue;
+        *marker.point = {FieldNumber::truncated(info.center.x()), FieldNumber::truncated(info.center.y())};
+        showPoint(name);
+    }
+    recompute();
+    refreshHints();
+}
+
+void CalibrationPanel::tellLocked()
+{
+    showMessage(tr("不能操作,请解锁"), kRefused);
+}
+
+void CalibrationPanel::chooseImage()
+{
+    m_chooser = new QFileDialog(this, tr("选择标定图"), platform::inHome(QStringLiteral("/DBFiles/SrcImages/")),
+                                QStringLiteral("Image Files (*.png *.jpg *.bmp)"));
+    m_chooser->setAttribute(Qt::WA_DeleteOnClose);
+    m_chooser->setFileMode(QFileDialog::ExistingFile);
+    connect(m_chooser, &QFileDialog::fileSelected, this, &CalibrationPanel::replaceReference);
+    m_chooser->open();
+}
+
+void CalibrationPanel::replaceReference(const QString& chosen)
+{
+    if (chosen.isEmpty() || m_replacing.isRunning())
+        return;
+    m_ui->m_pbLoadImg->setEnabled(false);
+    QString target = ReferenceImage::path(m_station);
+    target.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    m_replacing.setFuture(QtConcurrent::run(ReferenceImage::replace, target, chosen));
+}
+
+void CalibrationPanel::onReplaced()
+{
+    const ReferenceImage::Replaced replaced = m_replacing.result();
+    m_ui->m_pbLoadImg->setEnabled(true);
+    showImage(replaced.image);
+    if (!replaced.error.isEmpty())
+        showMessage(tr("标定图像未保存：%1").arg(replaced.error), kRefused);
+}
+
+void CalibrationPanel::apply()
+{
+    store(config());
+    QString error;
+    if (ksGlobalConfig::instance()->save(&error))
+        showMessage(tr("参数已生效"), kDone);
+    else
+        showMessage(tr("参数已生效，但未能保存：%1").arg(error), kRefused);
+    refreshOverlays();
+    refreshHints();
+}
+
+void CalibrationPanel::showMessage(const QString& text, const QString& style)
+{
+    QLabel* label = m_ui->label_status;
+    label->setText(label->fontMetrics().elidedText(text, Qt::ElideMiddle, label->width() - 2 * label->margin()));
+    label->setToolTip(text);
+    label->setStyleSheet(style);
+    emit messageShown();
+}
+
+void CalibrationPanel::clearMessage()
+{
+    m_ui->label_status->setText(QString());
+    m_ui->label_status->setToolTip(QString());
+    m_ui->label_status->setStyleSheet(QString());
+}
+
+QString CalibrationPanel::outsideWarning()
+{
+    const QRect image(QPoint(), m_ui->m_viewer->imageSize());
+    QStringList outside;
+    for (const Marker& marker : markers()) {
+        if (!image.isEmpty() && !image.contains(*marker.point))
+            outside << marker.name;
+    }
+    return outside.isEmpty() ? QString() : tr("%1 在图像之外").arg(outside.join(QStringLiteral(", ")));
+}
+
+QStringList CalibrationPanel::numberWarnings(const QVector<QLineEdit*>& fields)
+{
+    QStringList warnings;
+    for (const QLineEdit* field : fields) {
+        bool isNumber = false;
+        FieldNumber::value(field->text(), &isNumber);
+        if (!isNumber)
+            warnings << tr("“%1”不是数字，按 0 计算").arg(field->text());
+    }
+    return warnings;
+}
+
+void CalibrationPanel::refreshHints()
+{
+    const Hints shown = hints();
+    m_ui->label_facts->setText(shown.facts.join(QLatin1Char('\n')));
+    m_ui->label_warning->setText(shown.warnings.isEmpty() ? QString()
+                                                          : QStringLiteral("⚠ ") + shown.warnings.join(tr("；")));
+}
+
+void CalibrationPanel::refreshOverlays()
+{
+    bool usable = false;
+    const QTransform toMachine = calibration(config());
+    const QTransform toPixels = toMachine.inverted(&usable);
+    std::vector<std::unique_ptr<ViewOverlay>> overlays;
+    if (usable) {
+        const QLineF x = toPixels.map(QLineF(0, 0, 1, 0));
+        const QLineF y = toPixels.map(QLineF(0, 0, 0, 1));
+        overlays.push_back(std::make_unique<AxesOverlay>(x.p2() - x.p1(), y.p2() - y.p1()));
+        overlays.push_back(std::make_unique<ScaleBarOverlay>(toMachine.map(QLineF(0, 0, 1, 0)).length()));
+    }
+    m_ui->m_viewer->setOverlays(std::move(overlays));
+}
+
+void CalibrationPanel::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        m_ui->retranslateUi(this);
+        retranslateOwn();
+        retranslate();
+        refreshHints();
+    }
+    QGroupBox::changeEvent(event);
+}
+
+void CalibrationPanel::retranslateOwn()
+{
+    setTitle(tr("工位%1相机视场标定").arg(m_station));
+    m_ui->m_pbLock->setText(m_locked ? tr("解锁") : tr("上锁"));
+}

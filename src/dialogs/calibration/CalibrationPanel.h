@@ -1,0 +1,110 @@
+#pragma once
+
+#include "config/StationConfig.h"
+#include "dialogs/calibration/ReferenceImage.h"
+
+#include <QFutureWatcher>
+#include <QGroupBox>
+#include <QPointer>
+#include <QVector>
+
+#include <memory>
+
+class QFileDialog;
+class QLineEdit;
+class QPushButton;
+class ksImgViewer;
+struct AwesomeRoiInfo;
+
+namespace Ui {
+class CalibrationPanel;
+}
+
+/// One station in a calibration dialog: the reference image with its markers, the fields of the kind of calibration,
+/// and the buttons. What the two kinds of calibration share. GUI thread.
+class CalibrationPanel : public QGroupBox
+{
+    Q_OBJECT
+
+public:
+    ~CalibrationPanel() override;
+
+    /// Fills fields and markers from the configuration and shows the stored reference image, locked.
+    void initialise();
+
+    ksImgViewer* viewer() const;
+    QVector<QPushButton*> buttons() const;
+
+    /// Acts on one of the panel's buttons; `name` is its object name without the station's ending.
+    void press(const QString& name);
+    /// A marker was dragged; other names than the panel's own only refresh what is computed.
+    void moveMarker(const AwesomeRoiInfo& info, const QString& name);
+    void tellLocked();
+    void clearMessage();
+
+    /// Deletes the station's reference image and puts a chosen one in its place, on another thread; shows it when done.
+    void replaceReference(const QString& chosen);
+
+signals:
+    void messageShown();
+
+protected:
+    struct Marker
+    {
+        QString name;
+        QPoint* point; ///< where the panel keeps it, image pixels
+    };
+
+    /// What the operator should know about the values as they stand.
+    struct Hints
+    {
+        QStringList facts;
+        QStringList warnings;
+    };
+
+    /// \param factLines how many facts the hints hold at most
+    CalibrationPanel(int station, int factLines, QWidget* parent);
+
+    virtual QVector<Marker> markers() = 0;
+    virtual void fillFields(const StationConfig& config) = 0;
+    /// A marker's point changed; shows it.
+    virtual void showPoint(const QString& name) = 0;
+    /// Computes and shows what follows from the points.
+    virtual void recompute() {}
+    virtual void store(StationConfig& config) = 0;
+    virtual Hints hints() = 0;
+    /// The stored calibration as a map from image pixels to millimetres; a singular one while there is none.
+    virtual QTransform calibration(const StationConfig& config) const = 0;
+    virtual void retranslate() {}
+
+    /// Puts a form's widgets under the image; their object names get the station's ending.
+    void setForm(QWidget* form);
+    /// Names of the markers that lie outside the image, as a warning; empty when there are none.
+    QString outsideWarning();
+    /// A warning for each field whose text is no number.
+    static QStringList numberWarnings(const QVector<QLineEdit*>& fields);
+    void refreshHints();
+
+    int station() const { return m_station; }
+
+    void changeEvent(QEvent* event) override;
+
+private:
+    StationConfig& config() const;
+    void nameForStation(QWidget* widget) const;
+    void showImage(const QImage& image);
+    void placeMarkers();
+    void setLocked(bool locked);
+    void chooseImage();
+    void apply();
+    void onReplaced();
+    void showMessage(const QString& text, const QString& style);
+    void refreshOverlays();
+    void retranslateOwn();
+
+    int m_station;
+    std::unique_ptr<Ui::CalibrationPanel> m_ui;
+    bool m_locked = true;
+    QFutureWatcher<ReferenceImage::Replaced> m_replacing;
+    QPointer<QFileDialog> m_chooser;
+};

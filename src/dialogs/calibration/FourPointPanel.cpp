@@ -1,0 +1,167 @@
+#include "dialogs/calibration/FourPointPanel.h"
+
+#include "config/ksGlobalConfig.h"
+#include "dialogs/calibration/FieldNumber.h"
+#include "ui_FourPointForm.h"
+#include "workflow/CoordinateTransform.h"
+
+#include <cmath>
+
+namespace {
+
+QString shown(const QPointF& point)
+{
+    return QStringLiteral("(%1，%2)").arg(point.x(), 0, 'f', 3).arg(point.y(), 0, 'f', 3);
+}
+
+QString fixed3(double value)
+{
+    return QString::number(value, 'f', 3);
+}
+
+} // namespace
+
+FourPointPanel::FourPointPanel(int station, QWidget* parent)
+    : CalibrationPanel(station, 4, parent)
+    , m_form(std::make_unique<Ui::FourPointForm>())
+{
+    auto* form = new QWidget(this);
+    m_form->setupUi(form);
+    setForm(form);
+}
+
+FourPointPanel::~FourPointPanel() = default;
+
+FourPointPanel::Fields FourPointPanel::pixelFields() const
+{
+    return {m_form->m_lineEdit_P1X, m_form->m_lineEdit_P1Y, m_form->m_lineEdit_P2X, m_form->m_lineEdit_P2Y,
+            m_form->m_lineEdit_P3X, m_form->m_lineEdit_P3Y, m_form->m_lineEdit_P4X, m_form->m_lineEdit_P4Y};
+}
+
+FourPointPanel::Fields FourPointPanel::realFields() const
+{
+    return {m_form->m_lineEdit_RealP1X, m_form->m_lineEdit_RealP1Y, m_form->m_lineEdit_RealP2X,
+            m_form->m_lineEdit_RealP2Y, m_form->m_lineEdit_RealP3X, m_form->m_lineEdit_RealP3Y,
+            m_form->m_lineEdit_RealP4X, m_form->m_lineEdit_RealP4Y};
+}
+
+std::array<QPointF, 4> FourPointPanel::realPoints() const
+{
+    const Fields fields = realFields();
+    std::array<QPointF, 4> points;
+    for (int i = 0; i < 4; ++i)
+        points[i] = {FieldNumber::value(fields[2 * i]->text()), FieldNumber::value(fields[2 * i + 1]->text())};
+    return points;
+}
+
+QVector<CalibrationPanel::Marker> FourPointPanel::markers()
+{
+    QVector<Marker> all;
+    for (int i = 0; i < 4; ++i)
+        all.append({QStringLiteral("P%1").arg(i + 1), &m_points[i]});
+    all.append({QStringLiteral("Test"), &m_testPoint});
+    return all;
+}
+
+void FourPointPanel::fillFields(const StationConfig& config)
+{
+    const FourPointCalibration& stored = config.fourPoint;
+    m_points = stored.pixelPoints;
+    m_testPoint = stored.testPoint;
+    for (const Marker& marker : markers())
+        showPoint(marker.name);
+    const Fields fields = realFields();
+    for (int i = 0; i < 4; ++i) {
+        fields[2 * i]->setText(FieldNumber::text(stored.realPoints[i].x()));
+        fields[2 * i + 1]->setText(FieldNumber::text(stored.realPoints[i].y()));
+    }
+    m_form->m_lineEdit_Xoffset->setText(FieldNumber::text(stored.xOffset));
+    m_form->m_lineEdit_Yoffset->setText(FieldNumber::text(stored.yOffset));
+    m_form->checkBox_XY_1->setChecked(stored.swapXY);
+}
+
+void FourPointPanel::showPoint(const QString& name)
+{
+    if (name == QLatin1String("Test"))
+        return showTestPoint();
+    const int i = name.rightRef(1).toInt() - 1;
+    const Fields fields = pixelFields();
+    fields[2 * i]->setText(QString::number(m_points[i].x()));
+    fields[2 * i + 1]->setText(QString::number(m_points[i].y()));
+}
+
+void FourPointPanel::showTestPoint()
+{
+    m_form->label_testPixPoint->setText(shown(m_testPoint));
+    m_form->label_testRealPoint->setText(
+        shown(affineMapped(ksGlobalConfig::instance()->station(station()), m_testPoint)));
+}
+
+void FourPointPanel::store(StationConfig& config)
+{
+    FourPointCalibration& stored = config.fourPoint;
+    stored.realPoints = realPoints();
+    stored.testPoint = m_testPoint;
+    stored.map = solveAffine(m_points, stored.realPoints);
+    showTestPoint();
+    stored.swapXY = m_form->checkBox_XY_1->isChecked();
+    stored.xOffset = FieldNumber::value(m_form->m_lineEdit_Xoffset->text());
+    stored.yOffset = FieldNumber::value(m_form->m_lineEdit_Yoffset->text());
+    stored.pixelPoints = m_points;
+}
+
+CalibrationPanel::Hints FourPointPanel::hints()
+{
+    Hints hints;
+    const std::array<QPointF, 4> real = realPoints();
+    pointWarnings(real, hints.warnings);
+    const QTransform map = toTransform(solveAffine(m_points, real));
+    bool invertible = false;
+    const QTransform back = map.inverted(&invertible);
+    if (!invertible)
+        return hints;
+    const double xScale = map.map(QLineF(0, 0, 1, 0)).length();
+    const double yScale = map.map(QLineF(0, 0, 0, 1)).length();
+    hints.facts
+        << tr("X 方向：1 px = %1 mm，1 mm = %2 px").arg(FieldNumber::text(xScale), FieldNumber::text(1.0 / xScale));
+    hints.facts
+        << tr("Y 方向：1 px = %1 mm，1 mm = %2 px").arg(FieldNumber::text(yScale), FieldNumber::text(1.0 / yScale));
+    const QPointF residual = map.map(QPointF(m_points[3])) - real[3];
+    hints.facts << tr("P4 残差：X %1 mm，Y %2 mm").arg(fixed3(residual.x()), fixed3(residual.y()));
+    const QPointF there = map.map(QPointF(m_testPoint));
+    const QPointF again = back.map(there);
+    hints.facts << tr("测试点往返：%1 → %2，误差 %3 px")
+                       .arg(shown(there), shown(again), fixed3(QLineF(again, m_testPoint).length()));
+    return hints;
+}
+
+void FourPointPanel::pointWarnings(const std::array<QPointF, 4>& real, QStringList& warnings)
+{
+    for (int i = 0; i < 3; ++i) {
+        for (int j = i + 1; j < 3; ++j) {
+            if (m_points[i] == m_points[j])
+                warnings << tr("P%1 与 P%2 重合").arg(i + 1).arg(j + 1);
+        }
+    }
+    if (nearlyCollinear(m_points[0], m_points[1], m_points[2]))
+        warnings << tr("图像点 P1、P2、P3 共线");
+    if (nearlyCollinear(real[0], real[1], real[2]))
+        warnings << tr("场景点 P1、P2、P3 共线");
+    const QString outside = outsideWarning();
+    if (!outside.isEmpty())
+        warnings << outside;
+    const Fields fields = realFields();
+    QVector<QLineEdit*> numbers(fields.cbegin(), fields.cend());
+    warnings << numberWarnings(numbers << m_form->m_lineEdit_Xoffset << m_form->m_lineEdit_Yoffset);
+}
+
+QTransform FourPointPanel::calibration(const StationConfig& config) const
+{
+    const QTransform map = toTransform(config.fourPoint.map);
+    return config.fourPoint.swapXY ? map * QTransform(0, 1, 1, 0, 0, 0) : map;
+}
+
+void FourPointPanel::retranslate()
+{
+    m_form->retranslateUi(this);
+}

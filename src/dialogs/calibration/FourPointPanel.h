@@ -1,0 +1,41 @@
+#pragma once
+
+#include "dialogs/calibration/AffineFit.h"
+#include "dialogs/calibration/CalibrationPanel.h"
+
+namespace Ui {
+class FourPointForm;
+}
+
+/// A station's affine map from image pixels to machine coordinates, from pairs of points, with a point to try it on.
+class FourPointPanel : public CalibrationPanel
+{
+    Q_OBJECT
+
+public:
+    FourPointPanel(int station, QWidget* parent);
+    ~FourPointPanel() override;
+
+protected:
+    QVector<Marker> markers() override;
+    void fillFields(const StationConfig& config) override;
+    void showPoint(const QString& name) override;
+    void store(StationConfig& config) override;
+    Hints hints() override;
+    QTransform calibration(const StationConfig& config) const override;
+    void retranslate() override;
+
+private:
+    using Fields = std::array<QLineEdit*, 8>; ///< x and y of four points
+
+    Fields pixelFields() const;
+    Fields realFields() const;
+    std::array<QPointF, 4> realPoints() const;
+    /// Maps the test point with the map in force.
+    void showTestPoint();
+    void pointWarnings(const std::array<QPointF, 4>& real, QStringList& warnings);
+
+    std::unique_ptr<Ui::FourPointForm> m_form;
+    std::array<QPoint, 4> m_points;
+    QPoint m_testPoint;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "dialogs/calibration/CalibrationPanel.h"
+
+namespace Ui {
+class TwoPointForm;
+}
+
+/// A station's scale from two points and their real distance, with offsets.
+class TwoPointPanel : public CalibrationPanel
+{
+    Q_OBJECT
+
+public:
+    TwoPointPanel(int station, QWidget* parent);
+    ~TwoPointPanel() override;
+
+protected:
+    QVector<Marker> markers() override;
+    void fillFields(const StationConfig& config) override;
+    void showPoint(const QString& name) override;
+    void recompute() override;
+    void store(StationConfig& config) override;
+    Hints hints() override;
+    QTransform calibration(const StationConfig& config) const override;
+    void retranslate() override;
+
+private:
+    double scaleFromFields() const;
+
+    std::unique_ptr<Ui::TwoPointForm> m_form;
+    QPoint m_point1;
+    QPoint m_point2;
+};
