@@ -7,11 +7,15 @@
 #include "db/log/LogLine.h"
 #include "db/log/WarningForward.h"
 #include "db/log/ksSysLog.h"
+#include "dialogs/calibration/ksImageCaliUI.h"
+#include "dialogs/calibration/ksImageCaliUI4P.h"
 #include "host/CellStatusBar.h"
 #include "host/LanguageSwitch.h"
 #include "host/Messages.h"
+#include "host/WindowActions.h"
 #include "platform/AppHome.h"
 #include "ui_CMainWin.h"
+#include "workflow/AutoTrigger.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/CellRecords.h"
 #include "workflow/ImageRouter.h"
@@ -54,9 +58,11 @@ CMainWin::CMainWin(QWidget* parent)
     prepareImageFolders();
     logSystemStart();
     openResultDatabase();
+    createAutoTrigger();
     createController();
     connectStations();
     selectRunModels();
+    createCalibrations();
     startStatusTick();
     readEngineList();
     enableStations();
@@ -66,6 +72,7 @@ CMainWin::CMainWin(QWidget* parent)
 CMainWin::~CMainWin()
 {
     killTimer(m_statusTimer);
+    m_actions->setUserControl(nullptr);
     m_userCtrl.reset();
     m_link->setPort(nullptr);
     if (m_serialPort) {
@@ -78,6 +85,9 @@ CMainWin::~CMainWin()
     m_results->setStore(nullptr);
     m_records.reset();
     m_controller.reset();
+    m_actions->setCalibrations(nullptr, nullptr);
+    m_twoPoint.reset();
+    m_fourPoint.reset();
 }
 
 void CMainWin::buildUi()
@@ -88,6 +98,10 @@ void CMainWin::buildUi()
     m_ui->setupUi(this);
     m_ui->stationView1->setStation(1);
     m_ui->stationView2->setStation(2);
+    m_actions = new WindowActions(this, m_modules);
+    const QList<QAction*> actions = m_ui->toolBar->actions();
+    for (QAction* action : actions)
+        connect(action, &QAction::triggered, this, &CMainWin::onActionClicked);
 }
 
 void CMainWin::startSystemLog()
@@ -182,6 +196,7 @@ void CMainWin::openSerialPort()
 void CMainWin::createUserControl()
 {
     m_userCtrl.reset(ModuleSet::createUserCtrl());
+    m_actions->setUserControl(m_userCtrl.get());
     if (m_userCtrl)
         connect(m_userCtrl.get(), &IUserCtrl::sgCurrentUserInfo, this, &CMainWin::onLogInOut);
 }
@@ -196,6 +211,8 @@ void CMainWin::buildStatusBar()
 {
     m_status = new CellStatusBar(this);
     setStatusBar(m_status);
+    connect(m_actions, &WindowActions::message, m_status,
+            [this](const QString& text) { m_status->showMessage(text, 5000); });
 }
 
 void CMainWin::prepareImageFolders()
@@ -215,6 +232,12 @@ void CMainWin::openResultDatabase()
     m_results->setStore(m_records->store());
 }
 
+void CMainWin::createAutoTrigger()
+{
+    m_autoTrigger = std::make_unique<AutoTrigger>();
+    connect(m_autoTrigger.get(), &AutoTrigger::sgTrig, this, &CMainWin::onTrigImage);
+}
+
 void CMainWin::createController()
 {
     m_controller = std::make_unique<CZdCtrl>(m_modules.engine(), platform::home());
@@ -228,12 +251,31 @@ void CMainWin::connectStations()
     const QStringList names = m_controller->stationNames();
     for (const QString& name : names)
         connect(m_controller->stationObject(name), &Station::sgShowModeName, this, &CMainWin::onShowName);
+    // The account of a station: triggers that its camera was given against images that came.
+    const auto account = [this](int station) {
+        return m_controller->stationObject(ksGlobalConfig::instance()->station(station).solution);
+    };
+    connect(m_dispatch.get(), &TriggerDispatch::captureStarted, m_controller.get(), [account](int station) {
+        if (Station* own = account(station))
+            emit own->sgaddTrigCount(1);
+    });
+    connect(m_router.get(), &ImageRouter::imageArrived, m_controller.get(), [account](int station) {
+        if (Station* own = account(station))
+            emit own->sgaddRevCount(1);
+    });
 }
 
 void CMainWin::selectRunModels()
 {
     for (const StationConfig& station : ksGlobalConfig::instance()->stations)
         m_controller->selectModel(station.solution, station.runModel);
+}
+
+void CMainWin::createCalibrations()
+{
+    m_twoPoint = std::make_unique<ksImageCaliUI>();
+    m_fourPoint = std::make_unique<ksImageCaliUI4P>();
+    m_actions->setCalibrations(m_twoPoint.get(), m_fourPoint.get());
 }
 
 void CMainWin::startStatusTick()
@@ -244,6 +286,7 @@ void CMainWin::startStatusTick()
 void CMainWin::readEngineList()
 {
     m_engineList = m_modules.engine()->taskList()->list();
+    m_actions->setEngineList(m_engineList);
     if (m_engineList.size() < 2)
         m_ui->stationView2->hideReading();
 }
@@ -326,6 +369,19 @@ void CMainWin::onImageScale(qreal scale)
         saveViewerScale(QStringLiteral("ScaleA"), scale);
     else if (sender() == m_ui->stationView2)
         saveViewerScale(QStringLiteral("ScaleB"), scale);
+}
+
+void CMainWin::onActionClicked()
+{
+    m_actions->trigger(sender()->objectName());
+}
+
+void CMainWin::onTrigImage()
+{
+    for (int station = 1; station <= 2; ++station) {
+        if (m_stationEnabled[station - 1])
+            m_dispatch->onTrigger(station);
+    }
 }
 
 void CMainWin::onSystemLog(const QString& text)

@@ -10,6 +10,7 @@
 
 #include <memory>
 
+class AutoTrigger;
 class CZdCtrl;
 class CellRecords;
 class CellStatusBar;
@@ -20,6 +21,9 @@ class PlcLink;
 class ResultHandler;
 class RoadTimer;
 class TriggerDispatch;
+class WindowActions;
+class ksImageCaliUI;
+class ksImageCaliUI4P;
 struct StationReading;
 
 namespace SystemLog {
@@ -55,6 +59,9 @@ public slots:
     void onLogInOut(const QString& name, int level, int state);
     void onImageScale(qreal scale);
     void onSystemLog(const QString& text);
+    void onActionClicked();
+    /// A trigger by software, at each station that is enabled.
+    void onTrigImage();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -76,9 +83,11 @@ private:
     void prepareImageFolders();
     void logSystemStart();
     void openResultDatabase();
+    void createAutoTrigger();
     void createController();
     void connectStations();
     void selectRunModels();
+    void createCalibrations();
     void startStatusTick();
     void readEngineList();
     void enableStations();
@@ -102,7 +111,11 @@ private:
     std::unique_ptr<RoadTimer> m_road;
     std::unique_ptr<CellRecords> m_records;
     std::unique_ptr<CZdCtrl> m_controller;
+    std::unique_ptr<AutoTrigger> m_autoTrigger;
 
+    std::unique_ptr<ksImageCaliUI> m_twoPoint;
+    std::unique_ptr<ksImageCaliUI4P> m_fourPoint;
+    WindowActions* m_actions = nullptr;
     CellStatusBar* m_status = nullptr;
     QTimer m_heartbeat;
     int m_statusTimer = 0;

@@ -14,14 +14,35 @@ QString translated(const char* text)
     return QCoreApplication::translate("CMainWin", text);
 }
 
+void critical(const QString& title, const QString& text)
+{
+    QMessageBox box(QMessageBox::Critical, title, text, QMessageBox::Yes);
+    box.button(QMessageBox::Yes)->setText(QStringLiteral("确认"));
+    box.setWindowIcon(QIcon(QStringLiteral(":/image/vantor")));
+    box.exec();
+}
+
 } // namespace
 
 void fatal(const QString& text)
 {
-    QMessageBox box(QMessageBox::Critical, QStringLiteral("提示"), text, QMessageBox::Yes);
-    box.button(QMessageBox::Yes)->setText(QStringLiteral("确认"));
-    box.setWindowIcon(QIcon(QStringLiteral(":/image/vantor")));
-    box.exec();
+    critical(QStringLiteral("提示"), text);
+}
+
+void notEnabled()
+{
+    critical(translated(QT_TRANSLATE_NOOP("CMainWin", "提示")),
+             translated(QT_TRANSLATE_NOOP("CMainWin", "该功能未启用.")));
+}
+
+bool confirmLogOut(QWidget* parent, const QString& user)
+{
+    QMessageBox box(QMessageBox::Question, translated(QT_TRANSLATE_NOOP("CMainWin", "提示")),
+                    translated(QT_TRANSLATE_NOOP("CMainWin", "你确定要注销%1 ?")).arg(user),
+                    QMessageBox::Yes | QMessageBox::No, parent);
+    box.button(QMessageBox::Yes)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "确认")));
+    box.button(QMessageBox::No)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "取消")));
+    return box.exec() == QMessageBox::Yes;
 }
 
 void portNotOpen(QWidget* parent, const QString& port, const QString& baudRate)

@@ -12,6 +12,12 @@ void fatal(const QString& text);
 /// The serial port could not be opened; the program goes on without it.
 void portNotOpen(QWidget* parent, const QString& port, const QString& baudRate);
 
+/// The module behind an action is not there.
+void notEnabled();
+
+/// Asks whether the user of that name is to be logged out.
+bool confirmLogOut(QWidget* parent, const QString& user);
+
 /// Asks whether the running system is really to be closed.
 bool confirmClose(QWidget* parent);
 

@@ -42,4 +42,13 @@ QString moduleLoadName(const QString& base)
     return QFileInfo::exists(moduleFile(beside)) ? beside : name;
 }
 
+QString programFile(const QString& folder, const QString& name)
+{
+#ifdef Q_OS_WIN
+    return folder + QLatin1Char('/') + name + QStringLiteral(".exe");
+#else
+    return folder + QLatin1Char('/') + name.toLower();
+#endif
+}
+
 } // namespace platform

@@ -15,4 +15,7 @@ QString moduleFile(const QString& base);
 /// the application's directory if the file lies there, otherwise bare, so that the loader looks where it always does.
 QString moduleLoadName(const QString& base);
 
+/// The file of a program of that name in a folder.
+QString programFile(const QString& folder, const QString& name);
+
 } // namespace platform

@@ -1,13 +1,19 @@
 #include "workflow/Station.h"
 
+#include "workflow/CTrigDetector.h"
 #include "workflow/PlcIndexTable.h"
 
 Station::Station(QString name, const PlcIndexTable& indices, QObject* parent)
     : QObject(parent)
     , m_name(std::move(name))
     , m_indices(indices)
+    , m_detector(new CTrigDetector(this))
 {
     connect(this, &Station::sgUpdateLable, this, &Station::updateAll);
+    connect(this, &Station::sgaddTrigCount, m_detector, &CTrigDetector::addTrigCount);
+    connect(this, &Station::sgaddRevCount, m_detector, &CTrigDetector::addRevCount);
+    connect(m_detector, &CTrigDetector::sgErrorTrig, this, &Station::onErrTrig);
+    m_detector->startChecking();
 }
 
 void Station::setCurrentModel(const QString& model)
@@ -28,6 +34,12 @@ void Station::modelOfPlcIndex(QString& model, qint32 index) const
 void Station::updateAll()
 {
     emit sgShowModeName(m_name, modelLabel());
+}
+
+void Station::onErrTrig(int errorRun)
+{
+    if (errorRun == 1)
+        qWarning("station %s: no image came of the last trigger", qUtf8Printable(m_name));
 }
 
 QString Station::modelLabel() const

@@ -4,9 +4,10 @@
 
 #include <QObject>
 
+class CTrigDetector;
 class PlcIndexTable;
 
-/// One station of the cell: its current model and its label. GUI thread.
+/// One station of the cell: its current model, its label, and the account of its triggers. GUI thread.
 class Station : public QObject, public IStation
 {
     Q_OBJECT
@@ -22,10 +23,15 @@ public:
 public slots:
     /// Tells the model label anew.
     void updateAll();
+    /// An image is missing, for so many checks in a row: warns at the first.
+    void onErrTrig(int errorRun);
 
 signals:
     /// Asks for updateAll().
     void sgUpdateLable();
+    /// A trigger was sent to the camera; an image of it came.
+    void sgaddTrigCount(int count);
+    void sgaddRevCount(int count);
     /// The station's name, and its model label as rich text: red while no model is set.
     void sgShowModeName(QString station, QString label);
 
@@ -35,4 +41,5 @@ private:
     QString m_name;
     QString m_model;
     const PlcIndexTable& m_indices;
+    CTrigDetector* m_detector;
 };

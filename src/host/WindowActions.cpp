@@ -1,0 +1,104 @@
+#include "host/WindowActions.h"
+
+#include "config/ksGlobalConfig.h"
+#include "dialogs/calibration/ksImageCaliUI.h"
+#include "dialogs/calibration/ksImageCaliUI4P.h"
+#include "host/Messages.h"
+#include "modules/ModuleSet.h"
+#include "platform/ModuleFiles.h"
+
+#include <valvecell/IDesigner.h>
+#include <valvecell/IUserCtrl.h>
+
+#include <QCoreApplication>
+#include <QMainWindow>
+#include <QProcess>
+
+namespace {
+
+template <typename Dialog>
+void showDialog(Dialog* dialog)
+{
+    if (!dialog->isVisible())
+        dialog->setWindowFlags(Qt::Dialog | Qt::WindowCloseButtonHint);
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+}
+
+} // namespace
+
+WindowActions::WindowActions(QMainWindow* window, const ModuleSet& modules)
+    : QObject(window)
+    , m_window(window)
+    , m_modules(modules)
+{
+}
+
+void WindowActions::setCalibrations(ksImageCaliUI* twoPoint, ksImageCaliUI4P* fourPoint)
+{
+    m_twoPoint = twoPoint;
+    m_fourPoint = fourPoint;
+}
+
+void WindowActions::trigger(const QString& name)
+{
+    static const QPair<const char*, void (WindowActions::*)()> actions[] = {
+        {"actionSetting", &WindowActions::openDesigner},
+        {"action_Check", &WindowActions::startReport},
+        {"main_Login_action", &WindowActions::logInOut},
+        {"main_action_userManager", &WindowActions::showUserManager},
+        {"actionStandard", &WindowActions::openCalibration},
+    };
+    for (const auto& [known, act] : actions) {
+        if (name == QLatin1String(known))
+            return (this->*act)();
+    }
+}
+
+void WindowActions::openDesigner()
+{
+    if (IDesigner* designer = m_modules.designer())
+        designer->openDesigner(m_window);
+}
+
+void WindowActions::startReport()
+{
+    const QString folder = QCoreApplication::applicationDirPath();
+    if (!QProcess::startDetached(platform::programFile(folder, QStringLiteral("Report")), {}, folder))
+        emit message(tr("报表程序无法启动"));
+}
+
+void WindowActions::logInOut()
+{
+    if (!m_userCtrl)
+        messages::notEnabled();
+    else if (m_userCtrl->state() != IUserCtrl::LoggedIn)
+        m_userCtrl->showLogInDialog(m_window);
+    else if (messages::confirmLogOut(m_window, m_userCtrl->currentUserName()))
+        m_userCtrl->logOut();
+}
+
+void WindowActions::showUserManager()
+{
+    if (m_userCtrl)
+        m_userCtrl->showUserManager(m_window);
+    else
+        messages::notEnabled();
+}
+
+void WindowActions::openCalibration()
+{
+    const auto open = [this](auto* dialog, const QString& title) {
+        if (!dialog)
+            return;
+        if (hasOneStation())
+            dialog->setOneStation(true);
+        dialog->setWindowTitle(title);
+        showDialog(dialog);
+    };
+    if (ksGlobalConfig::instance()->use4pointstand)
+        open(m_fourPoint, tr("图像标定 4点标定"));
+    else
+        open(m_twoPoint, tr("图像标定 2点标定"));
+}

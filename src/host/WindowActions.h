@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+#include <functional>
+
+class IUserCtrl;
+class ModuleSet;
+class QDialog;
+class QMainWindow;
+class ksImageCaliUI;
+class ksImageCaliUI4P;
+
+/// What the actions of the main window do, by the object name of the action. GUI thread.
+class WindowActions : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All outlive the actions. The dialogs that they show are children of `window`.
+    WindowActions(QMainWindow* window, const ModuleSet& modules);
+
+    void setUserControl(IUserCtrl* userCtrl) { m_userCtrl = userCtrl; }
+    void setCalibrations(ksImageCaliUI* twoPoint, ksImageCaliUI4P* fourPoint);
+    /// The engine's list; with fewer than two entries the dialogs take their one-station form.
+    void setEngineList(const QStringList& list) { m_engineList = list; }
+
+    /// Does what the action of that object name is for; an unknown name does nothing.
+    void trigger(const QString& name);
+
+signals:
+    /// A short text for the status bar.
+    void message(const QString& text);
+
+private:
+    void openDesigner();
+    void startReport();
+    void logInOut();
+    void showUserManager();
+    void openCalibration();
+    bool hasOneStation() const { return m_engineList.size() < 2; }
+
+    QMainWindow* m_window;
+    const ModuleSet& m_modules;
+    IUserCtrl* m_userCtrl = nullptr;
+    ksImageCaliUI* m_twoPoint = nullptr;
+    ksImageCaliUI4P* m_fourPoint = nullptr;
+    QStringList m_engineList;
+};
