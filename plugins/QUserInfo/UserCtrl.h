@@ -28,7 +28,7 @@ private:
     QDialog* makeManager(QWidget* parent);
 
     UserSession m_session;
-    QString m_lastName; ///< who was logged in last
-    QPointer<QDialog> m_logInDialog;
-    QPointer<QDialog> m_manager;
+    QString m_lastName;              ///< who was logged in last
+    QPointer<QDialog> m_logInDialog; ///< null or hidden when it is not on the screen
+    QPointer<QDialog> m_manager;     ///< as above; what the present user may do decides which dialog it is
 };

@@ -9,7 +9,9 @@ class RetryDelay
 public:
     using Clock = std::chrono::steady_clock;
 
+    /// A wrong password was given at `now`; the wait counts from here.
     void failed(Clock::time_point now);
+    /// Forgets all failures.
     void succeeded();
 
     /// The rest of the wait; zero when the next attempt may come.

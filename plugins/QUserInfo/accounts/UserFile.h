@@ -9,7 +9,8 @@ namespace UserFile {
 
 QJsonObject toJson(const QVector<Account>& accounts);
 
-/// The accounts of a file's content. False when any of it is not as toJson() writes it; `error` says what and where.
+/// The accounts of a file's content. False when any of it is not as toJson() writes it, and when it names no
+/// administrator or a user twice; `error` then holds the place, such as "users[1].role", and `accounts` is untouched.
 bool fromJson(const QJsonObject& file, QVector<Account>* accounts, QString* error);
 
 /// Whether somebody in the list may manage the others.

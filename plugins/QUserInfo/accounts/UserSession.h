@@ -33,10 +33,14 @@ public:
     /// How long logIn() will refuse everybody, after wrong passwords.
     std::chrono::milliseconds wait() const { return m_delay.left(RetryDelay::Clock::now()); }
 
+    /// Refused while another check runs, while wait() is not over, and while the user file is damaged. A wrong password
+    /// and an unknown name get the same answer after the same time.
     void logIn(const QString& name, const QString& password, QObject* context, const Done& done);
+    /// Does nothing when nobody is logged in.
     void logOut();
     /// Creates the first user and logs him in; refused when there is a user file, whatever is in it.
     void createAdministrator(const QString& name, const QString& password, QObject* context, const Done& done);
+    /// Checks the present password first; a wrong one counts as a wrong log-in.
     void changeOwnPassword(const QString& present, const QString& next, QObject* context, const Done& done);
 
     /// For administrators. The last administrator can be neither removed nor made anything less, and nobody removes
@@ -49,6 +53,7 @@ public:
 signals:
     /// The present user, or his role, changed.
     void currentUserChanged(const QString& name, int level);
+    /// The list of users changed: somebody came or went, or got another role or password.
     void usersChanged();
 
 private:
@@ -63,6 +68,6 @@ private:
     UserStore m_store;
     Account m_user;
     RetryDelay m_delay;
-    bool m_checking = false;
+    bool m_checking = false; ///< a password is being checked; one at a time
     PasswordWorker m_worker; // last: its work ends before what it answers to goes
 };

@@ -23,15 +23,18 @@ public:
 
     explicit UserStore(QString path);
 
+    /// Reads the file anew. Pointers from find() end with it, as they do with each change.
     State load();
     State state() const { return m_state; }
     /// What is wrong when Damaged: file, place and what to do, in the operator's language.
     QString damage() const { return m_damage; }
 
     const QVector<Account>& accounts() const { return m_accounts; }
+    /// The account of a name, by AccountRules::sameName(); null for a name that is not there.
     const Account* find(const QString& name) const;
 
-    /// On failure nothing is changed, false is returned and `error` says why.
+    /// On failure nothing is changed, in the file or here, false is returned and `error` (never null) says why. Refused
+    /// are a name that is taken or not there, and what would leave no administrator.
     bool add(const Account& account, QString* error);
     bool setRole(const QString& name, Role role, QString* error);
     bool setHash(const QString& name, const QByteArray& hash, QString* error);

@@ -12,6 +12,7 @@ class FormDialog : public QDialog
     Q_OBJECT
 
 protected:
+    /// The dialog deletes itself when it is closed.
     explicit FormDialog(QWidget* parent);
 
     /// To be called when the .ui is set up; `message` shows what is missing or went wrong.
