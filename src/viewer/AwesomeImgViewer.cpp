@@ -1,10 +1,13 @@
 #include "viewer/AwesomeImgViewer.h"
 
 #include "graphics/ImageItem.h"
+#include "viewer/ImageExport.h"
 #include "viewer/PixelReadout.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QMouseEvent>
 
 #include <cmath>
@@ -20,6 +23,7 @@ double stepped(double base, double up, double down, int steps)
 
 AwesomeImgViewer::AwesomeImgViewer(QWidget* parent)
     : ZoomView(parent)
+    , m_export(new ImageExport(this))
 {
     setScene(new QGraphicsScene(this));
     scene()->setBackgroundBrush(Qt::darkGray);
@@ -150,6 +154,28 @@ void AwesomeImgViewer::keyPressEvent(QKeyEvent* event)
     if (m_picking && event->key() == Qt::Key_Escape)
         return setPicking(false);
     ZoomView::keyPressEvent(event);
+}
+
+void AwesomeImgViewer::contextMenuEvent(QContextMenuEvent* event)
+{
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    fillMenu(menu);
+    menu->popup(event->globalPos());
+}
+
+void AwesomeImgViewer::fillMenu(QMenu* menu)
+{
+    menu->addAction(tr("适应窗口\tF"), this, [this] { fitByOperator(); });
+    menu->addAction(tr("原始大小\t0"), this, [this] { scaleByOperator(1.0); });
+    menu->addAction(tr("放大\t+"), this, [this] { zoomSteps(1); });
+    menu->addAction(tr("缩小\t-"), this, [this] { zoomSteps(-1); });
+    menu->addSeparator();
+    menu->addAction(tr("复制图像"), this, [this] { ImageExport::copy(image()); });
+    menu->addAction(tr("图像另存为…"), this, [this] { m_export->askAndSave(image()); });
+    const QList<QAction*> actions = menu->actions();
+    for (QAction* action : actions)
+        action->setEnabled(!image().isNull());
 }
 
 // Only what the image leaves free: filling a whole screen takes as long as drawing the image.

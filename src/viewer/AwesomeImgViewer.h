@@ -6,8 +6,10 @@
 #include <QImage>
 #include <QPointer>
 
+class ImageExport;
 class ImageItem;
 class QLabel;
+class QMenu;
 
 /// Shows one camera or reference image, zooms it, and tells the pixel under the cursor. GUI thread.
 class AwesomeImgViewer : public ZoomView
@@ -57,7 +59,10 @@ signals:
 protected:
     ImageItem* imageItem() const { return m_item; }
     /// The image's size changed from `old`; regions that keep to pixels move along.
-    virtual void imageResized(const QSize& old){Q_UNUSED(old)}
+    virtual void imageResized(const QSize& old) { Q_UNUSED(old) }
+
+    /// Adds what the context menu of this kind of viewer offers.
+    virtual void fillMenu(QMenu* menu);
 
     QRectF contentRect() const override;
     void zoomSteps(int steps) override;
@@ -65,6 +70,7 @@ protected:
     bool panAllowed() const override { return !m_picking; }
     void mouseMoveEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void drawBackground(QPainter* painter, const QRectF& rect) override;
 
 private:
@@ -73,6 +79,7 @@ private:
     void drawPlaceHolder(QPainter* painter) const;
 
     ImageItem* m_item = nullptr; ///< the scene's
+    ImageExport* m_export;
     QPointer<QLabel> m_readout;
     double m_scale = 1.0;
     double m_minimumFactor = 0.1;

@@ -5,6 +5,7 @@
 #include "viewer/RotatedRectRoi.h"
 
 #include <QKeyEvent>
+#include <QMenu>
 
 #include <algorithm>
 
@@ -79,6 +80,16 @@ bool RoiImgViewer::undoMove()
     const Move last = m_moves.takeLast();
     last.roi->setPlace(last.from);
     return true;
+}
+
+void RoiImgViewer::fillMenu(QMenu* menu)
+{
+    AwesomeImgViewer::fillMenu(menu);
+    if (m_rois.isEmpty())
+        return;
+    menu->addSeparator();
+    QAction* undo = menu->addAction(tr("撤销移动\tCtrl+Z"), this, [this] { undoMove(); });
+    undo->setEnabled(!m_moves.isEmpty() && !m_moves.constLast().roi->isLocked());
 }
 
 void RoiImgViewer::imageResized(const QSize& old)

@@ -35,6 +35,7 @@ public:
     bool undoMove();
 
 protected:
+    void fillMenu(QMenu* menu) override;
     void imageResized(const QSize& old) override;
     void keyPressEvent(QKeyEvent* event) override;
 

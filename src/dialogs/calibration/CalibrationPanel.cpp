@@ -17,6 +17,14 @@ const QString kRefused = QStringLiteral("background-color: rgb(200, 68, 55);");
 const QColor kMarkerColor(255, 0, 255);
 const QColor kMarkerSelected(0, 255, 0);
 
+/// Gives a label the height of so many lines of Chinese, which are taller than others, whatever it shows.
+void keepLines(QLabel* label, int lines)
+{
+    label->setText(QStringLiteral("国\n").repeated(lines).chopped(1));
+    label->setMinimumHeight(label->sizeHint().height());
+    label->clear();
+}
+
 } // namespace
 
 CalibrationPanel::CalibrationPanel(int station, int factLines, QWidget* parent)
@@ -26,8 +34,8 @@ CalibrationPanel::CalibrationPanel(int station, int factLines, QWidget* parent)
 {
     m_ui->setupUi(this);
     // What they say comes and goes while a marker is dragged; the picture must not jump.
-    m_ui->label_facts->setMinimumHeight(factLines * m_ui->label_facts->fontMetrics().lineSpacing());
-    m_ui->label_warning->setMinimumHeight(2 * m_ui->label_warning->fontMetrics().lineSpacing());
+    keepLines(m_ui->label_facts, factLines);
+    keepLines(m_ui->label_warning, 2);
     for (auto* child : findChildren<QWidget*>())
         nameForStation(child);
     connect(&m_replacing, &QFutureWatcherBase::finished, this, &CalibrationPanel::onReplaced);

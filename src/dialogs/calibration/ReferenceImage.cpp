@@ -1,13 +1,11 @@
 #include "dialogs/calibration/ReferenceImage.h"
 
 #include "platform/AppHome.h"
+#include "viewer/ImageFile.h"
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QImageReader>
-#include <QImageWriter>
-#include <QSaveFile>
 
 namespace ReferenceImage {
 
@@ -19,17 +17,6 @@ void tell(QString* error, const QString& path, const QString& reason)
 {
     if (error)
         *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), reason);
-}
-
-bool write(const QImage& image, const QString& path, QString* error)
-{
-    QSaveFile file(path);
-    QDir().mkpath(QFileInfo(path).path());
-    QImageWriter writer(&file, "jpg");
-    if (file.open(QIODevice::WriteOnly) && writer.write(image) && file.commit())
-        return true;
-    tell(error, path, file.error() == QFileDevice::NoError ? writer.errorString() : file.errorString());
-    return false;
 }
 
 } // namespace
@@ -60,7 +47,7 @@ Replaced replace(const QString& target, const QString& chosen)
     QFile::remove(target);
     replaced.image = read(chosen, &replaced.error);
     if (!replaced.image.isNull())
-        write(replaced.image, target, &replaced.error);
+        writeImageFile(replaced.image, target, "jpg", &replaced.error);
     return replaced;
 }
 

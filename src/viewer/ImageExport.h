@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QFutureWatcher>
+#include <QImage>
+#include <QObject>
+
+class QWidget;
+
+/// Takes an image out of a viewer: to the clipboard, or to a file that the operator names. Files are written on another
+/// thread. GUI thread.
+class ImageExport : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Dialogs and tips are shown over `viewer`.
+    explicit ImageExport(QWidget* viewer);
+
+    static void copy(const QImage& image);
+
+    /// Asks for a file and writes the image to it.
+    void askAndSave(const QImage& image);
+    /// Writes the image to a PNG, JPEG or BMP file by its suffix; PNG without one.
+    void save(const QImage& image, const QString& path);
+
+signals:
+    /// \param error empty when the file was written
+    void saved(const QString& path, const QString& error);
+
+private:
+    void onWritten();
+
+    QWidget* m_viewer;
+    QString m_path;
+    QFutureWatcher<QString> m_writing; ///< the error
+};
