@@ -19,7 +19,7 @@ TaskResult withoutImage(TaskResult result)
 BatchRunner::BatchRunner(TaskRunner* runner, QObject* parent)
     : QObject(parent)
     , m_runner(runner)
-    , m_background(this, readers)
+    , m_background(readers)
 {
 }
 

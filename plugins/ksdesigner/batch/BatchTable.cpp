@@ -18,7 +18,7 @@ int decimalsOf(int column)
 }
 
 /// What the columns of a recipe tell, in their order.
-enum Part { Found, Angle, Score, Time };
+enum Part { Found, Angle, Score, Time, X, Y, Residual };
 
 Part partOf(int column)
 {
@@ -41,6 +41,12 @@ QVariant valueOf(const TaskResult& result, Part part)
         return result.found || result.score > 0 ? QVariant(result.score) : QVariant();
     case Time:
         return result.milliseconds;
+    case X:
+        return result.found ? QVariant(result.center.x()) : QVariant();
+    case Y:
+        return result.found ? QVariant(result.center.y()) : QVariant();
+    case Residual:
+        return result.found ? QVariant(result.residual) : QVariant();
     }
     return {};
 }
@@ -150,7 +156,8 @@ QVariant BatchTable::headerData(int section, Qt::Orientation orientation, int ro
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return QAbstractTableModel::headerData(section, orientation, role);
-    static const char* const parts[] = {QT_TR_NOOP("结果"), QT_TR_NOOP("角度°"), QT_TR_NOOP("得分"), QT_TR_NOOP("ms")};
+    static const char* const parts[] = {QT_TR_NOOP("结果"), QT_TR_NOOP("角度°"), QT_TR_NOOP("得分"),   QT_TR_NOOP("ms"),
+                                        QT_TR_NOOP("X px"), QT_TR_NOOP("Y px"),  QT_TR_NOOP("残差 px")};
     if (section >= FirstFound)
         return QStringLiteral("%1\n%2").arg(isSecond(section) ? m_secondTitle : m_firstTitle,
                                             tr(parts[partOf(section)]));

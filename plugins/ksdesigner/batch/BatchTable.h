@@ -24,6 +24,12 @@ public:
         SecondScore,
         FirstTime,
         SecondTime,
+        FirstX,
+        SecondX,
+        FirstY,
+        SecondY,
+        FirstResidual,
+        SecondResidual,
         ColumnCount
     };
     /// Whether a column makes sense only where two recipes are compared.

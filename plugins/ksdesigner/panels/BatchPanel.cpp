@@ -42,7 +42,6 @@ BatchPanel::BatchPanel(IEngine* engine, ModelDrafts* drafts, QWidget* parent)
     , m_batch(new BatchRunner(m_runner, this))
     , m_table(new BatchTable(this))
     , m_rows(new NotableRows(this))
-    , m_background(this)
 {
     m_ui->setupUi(this);
     setUpTable();

@@ -27,7 +27,6 @@ TryPanel::TryPanel(IEngine* engine, ModelDrafts* drafts, QWidget* parent)
     , m_ui(std::make_unique<Ui::TryPanel>())
     , m_runner(new TaskRunner(engine, this))
     , m_teach(new TeachGuide(extensionOf<IModelTeacher>(engine), this))
-    , m_background(this)
 {
     m_ui->setupUi(this);
     m_ui->trial->view()->setHint(tr("选择一张图像，用所选型号试运行"));

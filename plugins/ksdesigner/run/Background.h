@@ -2,43 +2,47 @@
 
 #include "Mailbox.h"
 
-#include <QThreadPool>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
 
 /// Threads for the slow work of one object: reading files, computing. Jobs start in the order of the calls. Make it a
 /// member of the object: it is then gone before the object is.
 class Background
 {
 public:
-    explicit Background(QObject* owner, int threads = 1)
-        : m_mailbox(owner)
-    {
-        m_pool.setMaxThreadCount(threads);
-    }
+    explicit Background(int threads = 1);
     /// Waits for the jobs in hand and drops the others.
-    ~Background()
-    {
-        m_mailbox.close();
-        m_pool.clear();
-        m_pool.waitForDone();
-    }
+    ~Background();
 
     Background(const Background&) = delete;
     Background& operator=(const Background&) = delete;
 
-    /// Runs `work` on a thread and then `done`, with the value that it returned, on the owner's thread. `work` shares
-    /// nothing with the owner.
+    /// Runs `work` on a thread and then `done`, with the value that it returned, on the thread that made this object.
+    /// `work` shares nothing with the owner.
     template <typename Work, typename Done>
     void run(Work work, Done done)
     {
-        m_pool.start([work = std::move(work), done = std::move(done), mailbox = m_mailbox] {
-            mailbox.post([value = work(), done] { done(value); });
+        add([work = std::move(work), done = std::move(done), slot = m_mailbox.slot()] {
+            slot.post([value = work(), done] { done(value); });
         });
     }
 
     /// Drops the jobs that did not begin.
-    void clear() { m_pool.clear(); }
+    void clear();
 
 private:
+    void add(Mailbox::Work job);
+    void serve();
+    Mailbox::Work next();
+
     Mailbox m_mailbox;
-    QThreadPool m_pool;
+    const int m_threadCount;
+    std::vector<std::thread> m_threads; ///< started with the first job
+    std::mutex m_mutex;                 // protects m_jobs and m_stopping
+    std::condition_variable m_changed;
+    std::deque<Mailbox::Work> m_jobs;
+    bool m_stopping = false;
 };

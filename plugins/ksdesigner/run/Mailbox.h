@@ -1,45 +1,40 @@
 #pragma once
 
-#include <QMetaObject>
-#include <QObject>
-
 #include <functional>
 #include <memory>
-#include <mutex>
 
-/// Hands work over to the thread of an object that may die at any moment: what arrives later is dropped. Copies share
-/// one state; the object's owner closes it, any thread may post.
+/// Carries work from any thread to the one on which the mailbox was made. What arrives after the mailbox is gone is
+/// dropped, so an object keeps one as a member and hands out slots: whoever holds a slot may outlive the object.
 class Mailbox
 {
 public:
-    /// `receiver` lives until close().
-    explicit Mailbox(QObject* receiver)
-        : m_state(std::make_shared<State>())
-    {
-        m_state->receiver = receiver;
-    }
+    using Work = std::function<void()>;
 
-    /// Runs `work` later on the receiver's thread, unless the mailbox is closed or the receiver deleted by then.
-    void post(std::function<void()> work) const
+    /// The posting end. Copies share one mailbox; any thread.
+    class Slot
     {
-        // Under the lock, so that the receiver cannot go between the look and the hand-over.
-        const std::lock_guard<std::mutex> lock(m_state->mutex);
-        if (m_state->receiver)
-            QMetaObject::invokeMethod(m_state->receiver, std::move(work), Qt::QueuedConnection);
-    }
+    public:
+        /// Runs `work` later on the mailbox's thread, in the order of the posts.
+        void post(Work work) const;
 
-    /// On the receiver's thread, before it goes. Nothing posted runs afterwards.
-    void close()
-    {
-        const std::lock_guard<std::mutex> lock(m_state->mutex);
-        m_state->receiver = nullptr;
-    }
+    private:
+        friend class Mailbox;
+        struct State;
+        std::shared_ptr<State> m_state;
+    };
+
+    Mailbox();
+    /// On the mailbox's thread. Nothing posted runs afterwards, also when a posted work destroys the mailbox.
+    ~Mailbox();
+
+    Mailbox(const Mailbox&) = delete;
+    Mailbox& operator=(const Mailbox&) = delete;
+
+    Slot slot() const { return m_slot; }
 
 private:
-    struct State
-    {
-        std::mutex mutex;
-        QObject* receiver = nullptr; // protected by mutex
-    };
-    std::shared_ptr<State> m_state;
+    class Receiver;
+
+    Slot m_slot;
+    std::unique_ptr<Receiver> m_receiver;
 };

@@ -8,13 +8,7 @@ TaskRunner::TaskRunner(IEngine* engine, QObject* parent)
     : QObject(parent)
     , m_engine(engine)
     , m_trial(extensionOf<IModelTrial>(engine))
-    , m_mailbox(this)
 {
-}
-
-TaskRunner::~TaskRunner()
-{
-    m_mailbox.close();
 }
 
 void TaskRunner::run(const QImage& image, const Recipe& recipe, bool withStages, std::function<void(const Trial&)> done)
@@ -22,13 +16,14 @@ void TaskRunner::run(const QImage& image, const Recipe& recipe, bool withStages,
     if (m_trial && !recipe.parameters.isEmpty()) {
         m_trial->runTrial(
             image, recipe.id.solution, recipe.parameters, withStages,
-            [mailbox = m_mailbox, done](const IModelTrial::Outcome& outcome) {
-                mailbox.post([done, outcome] { done({TaskResult::fromMap(outcome.result), outcome.stages}); });
+            [slot = m_mailbox.slot(), done](const IModelTrial::Outcome& outcome) {
+                slot.post([done, outcome] { done({TaskResult::fromMap(outcome.result), outcome.stages}); });
             });
         return;
     }
     const QVariantMap input{{QString::fromLatin1(ResultKeys::originImage), image}};
-    m_engine->runTask(input, recipe.id.solution, recipe.id.model, [mailbox = m_mailbox, done](const QVariantMap& map) {
-        mailbox.post([done, map] { done({TaskResult::fromMap(map), {}}); });
-    });
+    m_engine->runTask(input, recipe.id.solution, recipe.id.model,
+                      [slot = m_mailbox.slot(), done](const QVariantMap& map) {
+                          slot.post([done, map] { done({TaskResult::fromMap(map), {}}); });
+                      });
 }

@@ -9,6 +9,8 @@
 #include <QImage>
 #include <QObject>
 
+#include <functional>
+
 class IEngine;
 
 /// What the engine shall run: a model as it is stored, or other parameters in its place.
@@ -34,7 +36,6 @@ class TaskRunner : public QObject
 public:
     /// `engine` outlives the runner.
     explicit TaskRunner(IEngine* engine, QObject* parent = nullptr);
-    ~TaskRunner() override;
 
     /// Whether the engine runs parameters that are not stored. Without it they are ignored.
     bool runsUnsaved() const { return m_trial; }

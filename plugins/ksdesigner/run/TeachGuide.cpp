@@ -5,7 +5,6 @@
 TeachGuide::TeachGuide(IModelTeacher* teacher, QObject* parent)
     : QObject(parent)
     , m_teacher(teacher)
-    , m_background(this)
 {
 }
 
