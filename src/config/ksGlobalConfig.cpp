@@ -127,12 +127,17 @@ bool ksGlobalConfig::load(QString* problems)
     return visitor.problems().isEmpty();
 }
 
-bool ksGlobalConfig::save(QString* error)
+QByteArray ksGlobalConfig::text()
 {
     JsonWriteVisitor visitor;
     visit(visitor);
+    return visitor.text() + '\n';
+}
+
+bool ksGlobalConfig::save(QString* error)
+{
     QString reason;
-    if (HomeFiles::writeJsonText(filePath(), visitor.text() + '\n', &reason))
+    if (HomeFiles::writeJsonText(filePath(), text(), &reason))
         return true;
     report({reason}, error);
     return false;

@@ -37,6 +37,9 @@ public:
     /// it. Returns false with the reason when the file cannot be written; the old one is then unchanged.
     bool save(QString* error = nullptr);
 
+    /// The file as save() would write it now.
+    QByteArray text();
+
 private:
     template <typename Visitor>
     void visit(Visitor& visitor);

@@ -1,0 +1,10 @@
+#pragma once
+
+class QWidget;
+
+/// How a text or a field is meant. Shown by colours that fit a light and a dark window; the property "tone" of the
+/// widget ("plain", "warning", "error") lets a style sheet choose its own.
+enum class Tone { Plain, Warning, Error };
+
+/// Colours a label's text or a field's ground.
+void setTone(QWidget* widget, Tone tone);

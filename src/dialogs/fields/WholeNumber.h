@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+/// Whole numbers as people type them: blanks around them and full-width digits and signs count. Pure functions.
+namespace WholeNumber {
+
+std::optional<qint64> parse(const QString& text);
+
+/// Why the text is no number from `low` to `high`, in the operator's language; empty when it is one.
+QString problem(const QString& text, int low, int high);
+
+} // namespace WholeNumber

@@ -1,0 +1,193 @@
+#include "dialogs/settings/QSystemSettingUI.h"
+
+#include "dialogs/fields/DialogForm.h"
+#include "dialogs/settings/SettingsForm.h"
+#include "ui_QSystemSettingUI.h"
+
+#include <QShowEvent>
+
+namespace {
+
+QMap<QString, QString> languageCaptions()
+{
+    // Each language by its own name, so that whoever reads only that one finds it.
+    return {{QStringLiteral("Chinese"), QStringLiteral("中文")},
+            {QStringLiteral("English"), QStringLiteral("English")}};
+}
+
+} // namespace
+
+QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::QSystemSettingUI>())
+    , m_store(system, global)
+{
+    m_ui->setupUi(this);
+    DialogForm::prepare(this);
+    m_ui->languageBox->setOptional(false);
+    setLanguages(languageCaptions().keys());
+    m_form = new SettingsForm(this);
+    connectAll();
+    load();
+}
+
+QSystemSettingUI::~QSystemSettingUI() = default;
+
+void QSystemSettingUI::connectAll()
+{
+    connect(m_form, &SettingsForm::edited, this, &QSystemSettingUI::judge);
+    connect(m_ui->okButton, &QPushButton::clicked, this, &QSystemSettingUI::accept);
+    connect(m_ui->applyButton, &QPushButton::clicked, this, &QSystemSettingUI::apply);
+    connect(m_ui->cancelButton, &QPushButton::clicked, this, &QSystemSettingUI::reject);
+}
+
+void QSystemSettingUI::setCameras(const QStringList& keys)
+{
+    m_ui->cameraBox1->setChoices(keys);
+    m_ui->cameraBox2->setChoices(keys);
+}
+
+void QSystemSettingUI::setSolutions(const QStringList& names)
+{
+    m_ui->solutionBox1->setChoices(names);
+    m_ui->solutionBox2->setChoices(names);
+}
+
+void QSystemSettingUI::setLanguages(const QStringList& names)
+{
+    m_ui->languageBox->setChoices(names, languageCaptions());
+}
+
+void QSystemSettingUI::setOneStation(bool one)
+{
+    m_oneStation = one;
+    const QList<QWidget*> second{m_ui->station2Caption, m_ui->cameraBox2, m_ui->solutionBox2, m_ui->saveSource2,
+                                 m_ui->saveResult2};
+    for (QWidget* widget : second)
+        widget->setVisible(!one);
+    judge();
+}
+
+void QSystemSettingUI::load()
+{
+    m_ui->question->dismiss();
+    m_shown = m_store.current();
+    m_form->show(m_shown);
+    judge();
+}
+
+void QSystemSettingUI::showEvent(QShowEvent* event)
+{
+    if (!event->spontaneous())
+        load();
+    QDialog::showEvent(event);
+}
+
+bool QSystemSettingUI::isEdited() const
+{
+    return m_form->values() != m_shown;
+}
+
+/// A camera or solution that both stations name would serve the first only.
+QString QSystemSettingUI::sameChoiceProblem() const
+{
+    if (m_oneStation)
+        return {};
+    const auto same = [](const ChoiceBox* a, const ChoiceBox* b) {
+        return !a->value().isEmpty() && a->value() == b->value();
+    };
+    if (same(m_ui->cameraBox1, m_ui->cameraBox2))
+        return tr("两个工位不能使用同一个相机");
+    if (same(m_ui->solutionBox1, m_ui->solutionBox2))
+        return tr("两个工位不能使用同一个方案");
+    return {};
+}
+
+QString QSystemSettingUI::problem() const
+{
+    const QString problem = m_form->judge(m_shown);
+    return problem.isEmpty() ? sameChoiceProblem() : problem;
+}
+
+void QSystemSettingUI::judge()
+{
+    const QString problem = this->problem();
+    m_ui->okButton->setEnabled(problem.isEmpty());
+    m_ui->applyButton->setEnabled(problem.isEmpty() && isEdited());
+    m_ui->question->dismiss(); // its answer was about other values
+    if (!problem.isEmpty())
+        m_ui->message->say(Tone::Error, problem);
+    else
+        m_ui->message->say(Tone::Warning, m_form->warning());
+}
+
+void QSystemSettingUI::accept()
+{
+    submit(After::Close);
+}
+
+void QSystemSettingUI::apply()
+{
+    submit(After::Stay);
+}
+
+void QSystemSettingUI::submit(After after)
+{
+    if (!problem().isEmpty())
+        return;
+    const QStringList foreign = isEdited() ? m_store.foreignChanges() : QStringList();
+    if (!foreign.isEmpty())
+        askAboutFiles(foreign, after);
+    else
+        store(after);
+}
+
+void QSystemSettingUI::askAboutFiles(const QStringList& foreign, After after)
+{
+    const QuestionStrip::Answer overwrite{tr("覆盖文件"), [this, after] { store(after); }};
+    const QuestionStrip::Answer take{m_store.canReload() ? tr("采用文件中的值") : QString(), [this] { takeFiles(); }};
+    m_ui->question->ask(foreign.join(QLatin1Char('\n')), overwrite, take);
+}
+
+void QSystemSettingUI::store(After after)
+{
+    SettingsMap wanted = m_store.current();
+    const SettingsMap before = wanted;
+    const SettingsMap typed = m_form->values();
+    for (auto it = typed.begin(); it != typed.end(); ++it) {
+        if (it.value() != m_shown.value(it.key()))
+            wanted.insert(it.key(), it.value());
+    }
+    QString error;
+    if (isEdited() && !m_store.store(wanted, &error)) {
+        m_ui->message->say(Tone::Error, tr("未能保存，设置没有改变：%1").arg(error));
+        return;
+    }
+    const AuditChanges changes = SettingsStore::differences(before, wanted);
+    load();
+    if (!changes.isEmpty())
+        emit settingsApplied(changes);
+    if (after == After::Close)
+        QDialog::accept();
+    else
+        m_ui->message->say(Tone::Plain, tr("已保存"));
+}
+
+void QSystemSettingUI::takeFiles()
+{
+    const SettingsMap before = m_store.current();
+    m_store.reload();
+    load();
+    const AuditChanges changes = SettingsStore::differences(before, m_store.current());
+    if (!changes.isEmpty())
+        emit settingsApplied(changes);
+}
+
+void QSystemSettingUI::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        m_ui->retranslateUi(this);
+        judge();
+    }
+    QDialog::changeEvent(event);
+}

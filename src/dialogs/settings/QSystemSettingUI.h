@@ -1,0 +1,68 @@
+#pragma once
+
+#include "dialogs/settings/SettingsStore.h"
+
+#include <QDialog>
+
+#include <memory>
+
+class SettingsForm;
+
+namespace Ui {
+class QSystemSettingUI;
+}
+
+/// The system settings. The form shows the settings at each showing; nothing is changed before OK or Apply, and then
+/// only what was edited here: what others changed meanwhile stays. GUI thread.
+class QSystemSettingUI : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// Both outlive the dialog.
+    QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, QWidget* parent = nullptr);
+    ~QSystemSettingUI() override;
+
+    /// What can be chosen now; may be told anew at any time. A chosen name that is gone stays, marked as missing.
+    void setCameras(const QStringList& keys);
+    void setSolutions(const QStringList& names);
+    /// Folder names of the languages; "Chinese" and "English" until told.
+    void setLanguages(const QStringList& names);
+
+    /// Hides what belongs to station 2; its settings stay as they are.
+    void setOneStation(bool one);
+
+signals:
+    /// Settings were changed and stored. Names are the keys of the files.
+    void settingsApplied(const AuditChanges& changes);
+
+public slots:
+    /// OK: applies, and closes when all was stored.
+    void accept() override;
+    /// Stores what was edited; tells in the dialog what keeps it from that.
+    void apply();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    enum class After { Stay, Close };
+
+    void connectAll();
+    void load();
+    void judge();
+    QString problem() const;
+    bool isEdited() const;
+    void submit(After after);
+    void askAboutFiles(const QStringList& foreign, After after);
+    void store(After after);
+    void takeFiles();
+    QString sameChoiceProblem() const;
+
+    std::unique_ptr<Ui::QSystemSettingUI> m_ui;
+    SettingsStore m_store;
+    SettingsForm* m_form = nullptr;
+    SettingsMap m_shown; ///< the settings as the form got them
+    bool m_oneStation = false;
+};

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "dialogs/settings/SettingsStore.h"
+
+#include <QMap>
+#include <QObject>
+
+class QWidget;
+
+/// Binds the fields of a dialog to settings: each field that names one in its property "settingKey" (in the .ui) shows
+/// and edits it; its accessible name is what messages call it. GUI thread.
+class SettingsForm : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `dialog` outlives the form.
+    explicit SettingsForm(QWidget* dialog);
+
+    void show(const SettingsMap& settings);
+    /// What the fields hold; a number that is none stands as the typed text.
+    SettingsMap values() const;
+
+    /// Marks the fields that are wrong, and tells the first problem; empty when all can be stored. Fields that the
+    /// dialog does not show are left aside. A choice that is missing is a problem only if it is a new one.
+    QString judge(const SettingsMap& stored) const;
+
+    /// Choices that were stored once and no longer exist; they may stay.
+    QString warning() const;
+
+signals:
+    void edited();
+
+private:
+    void bind(QWidget* field);
+
+    QWidget* m_dialog;
+    QVector<QWidget*> m_fields; ///< in the order of the .ui
+};

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "dialogs/fields/AuditChange.h"
+
+#include <QMap>
+#include <QStringList>
+#include <QVariant>
+
+class ksGlobalConfig;
+class ksSysConfig;
+
+/// The settings of both files by their keys, such as "COM/Baute" or "trigerFilter": texts, whole numbers and switches.
+using SettingsMap = QMap<QString, QVariant>;
+
+/// Reads and stores what the system settings dialog edits. GUI thread.
+class SettingsStore
+{
+public:
+    /// Both outlive the store.
+    SettingsStore(ksSysConfig& system, ksGlobalConfig& global);
+
+    /// The settings as the program uses them now.
+    SettingsMap current() const;
+
+    /// What the files hold that the program does not know of, one sentence a file: somebody edited them since the
+    /// program read or wrote them last. The run models are left aside: production changes them without storing them.
+    QStringList foreignChanges() const;
+
+    /// Gives the program these settings and writes both files. On failure the program keeps the old ones and `error`
+    /// names file and reason.
+    bool store(const SettingsMap& settings, QString* error);
+
+    /// Whether reload() would find readable files.
+    bool canReload() const;
+    /// Takes over what the files hold, run models excepted.
+    void reload();
+
+    /// The keys with different values, in key order.
+    static AuditChanges differences(const SettingsMap& before, const SettingsMap& after);
+
+private:
+    void assign(const SettingsMap& settings);
+    QString foreignSystemChange() const;
+    QString foreignGlobalChange() const;
+
+    ksSysConfig& m_system;
+    ksGlobalConfig& m_global;
+};

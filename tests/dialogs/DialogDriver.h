@@ -1,0 +1,88 @@
+#pragma once
+
+#include "dialogs/fields/QuestionStrip.h"
+
+#include <QAbstractButton>
+#include <QDir>
+#include <QInputMethodEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QWidget>
+#include <QtTest>
+
+/// Operates a dialog by the names of its controls, with real clicks and keys.
+class DialogDriver
+{
+public:
+    explicit DialogDriver(QWidget& dialog)
+        : m_dialog(dialog)
+    {
+    }
+
+    template <typename Widget>
+    Widget* get(const char* name) const
+    {
+        auto* found = m_dialog.findChild<Widget*>(QLatin1String(name));
+        if (!found)
+            qFatal("no control %s", name);
+        return found;
+    }
+
+    void press(const char* name) const
+    {
+        auto* button = get<QAbstractButton>(name);
+        QVERIFY2(button->isVisible(), name);
+        // Near the left end: a check box may be wider than what can be clicked.
+        QTest::mouseClick(button, Qt::LeftButton, {}, {8, button->height() / 2});
+    }
+    bool canPress(const char* button) const { return get<QAbstractButton>(button)->isEnabled(); }
+    bool isChecked(const char* box) const { return get<QAbstractButton>(box)->isChecked(); }
+
+    void type(const char* field, const QString& text) const
+    {
+        auto* edit = get<QLineEdit>(field);
+        edit->setFocus();
+        edit->selectAll();
+        QTest::keyClick(edit, Qt::Key_Delete);
+        QInputMethodEvent typed; // letters of any script, as they come from an input method
+        typed.setCommitString(text);
+        QCoreApplication::sendEvent(edit, &typed);
+    }
+    QString text(const char* field) const { return get<QLineEdit>(field)->text(); }
+
+    /// What the dialog tells, without the marks for line breaks.
+    QString message(const char* label = "message") const { return get<QLabel>(label)->text().remove(QChar(0x200b)); }
+
+    /// The sentence of an open question; empty while nothing is asked.
+    QString question() const
+    {
+        return get<QuestionStrip>("question")->isVisible() ? get<QLabel>("question")->text() : QString();
+    }
+
+    /// Texts that are cut off because their control is too small for them, so that nobody has to look for them.
+    QStringList clipped() const
+    {
+        QStringList names;
+        const auto labels = m_dialog.findChildren<QLabel*>();
+        for (const QLabel* label : labels) {
+            if (label->isVisible() && !label->wordWrap() && label->width() < label->sizeHint().width())
+                names.append(label->objectName());
+        }
+        const auto buttons = m_dialog.findChildren<QAbstractButton*>();
+        for (const QAbstractButton* button : buttons) {
+            if (button->isVisible() && button->width() < button->minimumSizeHint().width())
+                names.append(button->objectName());
+        }
+        return names;
+    }
+
+    void shoot(const QString& name) const
+    {
+        const QString folder = QStringLiteral(VALVECELL_BIN_DIR "/../screenshots");
+        QVERIFY(QDir().mkpath(folder));
+        QVERIFY(m_dialog.grab().save(QStringLiteral("%1/%2.png").arg(folder, name)));
+    }
+
+private:
+    QWidget& m_dialog;
+};

@@ -1,0 +1,356 @@
+#include "config/ksGlobalConfig.h"
+#include "config/ksSysConfig.h"
+#include "dialogs/DialogDriver.h"
+#include "dialogs/fields/ChoiceBox.h"
+#include "dialogs/settings/QSystemSettingUI.h"
+#include "support/TempHome.h"
+
+#include <QSettings>
+
+namespace {
+
+const QByteArray kIni = "/user/systemConfig.ini";
+const QByteArray kJson = "/user/globalConfig.json";
+
+/// A cell of two stations with its files, and a settings dialog on it.
+struct Bench
+{
+    TempHome home;
+    ksSysConfig system;
+    ksGlobalConfig global;
+    QSystemSettingUI dialog{system, global};
+    DialogDriver driver{dialog};
+    QVector<AuditChanges> applied;
+
+    Bench()
+    {
+        global.station(1).camKey = QStringLiteral("相机A");
+        global.station(2).camKey = QStringLiteral("相机B");
+        global.station(1).solution = QStringLiteral("工位1");
+        global.station(2).solution = QStringLiteral("工位2");
+        system.save();
+        global.save();
+        equip(dialog);
+        QObject::connect(&dialog, &QSystemSettingUI::settingsApplied,
+                         [this](const AuditChanges& changes) { applied.append(changes); });
+        dialog.show();
+    }
+
+    static void equip(QSystemSettingUI& dialog)
+    {
+        dialog.setCameras({QStringLiteral("相机A"), QStringLiteral("相机B"), QStringLiteral("相机C")});
+        dialog.setSolutions({QStringLiteral("工位1"), QStringLiteral("工位2"), QStringLiteral("工位3")});
+    }
+
+    void choose(const char* box, const QString& name) const
+    {
+        auto* choice = driver.get<ChoiceBox>(box);
+        const int row = choice->findData(name);
+        QVERIFY2(row >= 0, qPrintable(name));
+        choice->setCurrentIndex(row);
+    }
+
+    QByteArray files() const { return home.read(kIni) + home.read(kJson); }
+};
+
+QString listed(const AuditChanges& changes)
+{
+    QStringList texts;
+    for (const AuditChange& change : changes)
+        texts << QStringLiteral("%1:%2>%3").arg(change.name, change.before, change.after);
+    return texts.join(' ');
+}
+
+} // namespace
+
+class SystemSettingsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void wrongFieldIsToldWhileItIsTyped_data()
+    {
+        QTest::addColumn<QByteArray>("field");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("nothing") << QByteArray("filterEdit") << ""
+                                 << "触发过滤时间：请输入数字";
+        QTest::newRow("letters") << QByteArray("filterEdit") << "1O00"
+                                 << "“1O00”不是整数";
+        QTest::newRow("decimals") << QByteArray("daysEdit") << "7.5"
+                                  << "图像保留天数：“7.5”不是整数";
+        QTest::newRow("negative") << QByteArray("burstEdit") << "-1"
+                                  << "应在0到1000之间";
+        QTest::newRow("too much") << QByteArray("daysEdit") << "36501"
+                                  << "应在1到36500之间";
+        QTest::newRow("wraps 32 bits") << QByteArray("baudEdit") << "4294967297"
+                                       << "应在1到10000000之间";
+        QTest::newRow("wraps 64 bits") << QByteArray("spaceEdit") << "99999999999999999999999"
+                                       << "应在0到1000000之间";
+        QTest::newRow("no port") << QByteArray("portEdit") << "  "
+                                 << "串口端口：不能为空";
+        QTest::newRow("port with an apostrophe") << QByteArray("portEdit") << "COM'3"
+                                                 << "单引号";
+        QTest::newRow("endless port") << QByteArray("portEdit") << QString(251, 'x') << "文字太长";
+        QTest::newRow("port of Linux") << QByteArray("portEdit") << "/dev/serial/by-id/usb-串口"
+                                       << "";
+        QTest::newRow("full-width digits") << QByteArray("filterEdit") << "１５００"
+                                           << "";
+        QTest::newRow("filter off") << QByteArray("filterEdit") << "0"
+                                    << "";
+    }
+    void wrongFieldIsToldWhileItIsTyped()
+    {
+        QFETCH(QByteArray, field);
+        QFETCH(QString, typed);
+        QFETCH(QString, problem);
+        Bench bench;
+        const QByteArray before = bench.files();
+        bench.driver.type(field, typed);
+        const QString shown = bench.driver.message();
+        QVERIFY2(problem.isEmpty() ? shown.isEmpty() : shown.contains(problem), qPrintable(shown));
+        QCOMPARE(bench.driver.canPress("okButton"), problem.isEmpty());
+        QCOMPARE(bench.driver.canPress("applyButton"), problem.isEmpty());
+        QTest::keyClick(bench.driver.get<QLineEdit>(field), Qt::Key_Return);
+        QCOMPARE(bench.dialog.isVisible(), !problem.isEmpty());
+        QCOMPARE(bench.files() == before, !problem.isEmpty());
+    }
+
+    void everythingEditedIsStoredExactlyOnce()
+    {
+        Bench bench;
+        bench.choose("cameraBox1", "相机C");
+        bench.choose("solutionBox2", "工位3");
+        bench.choose("languageBox", "English");
+        for (const char* box : {"saveSource1", "saveResult2", "onlineCheck", "protectCheck", "fourPointCheck",
+                                "cleanSource", "cleanResult"})
+            bench.driver.press(box);
+        bench.driver.type("filterEdit", "２50");
+        bench.driver.type("burstEdit", "3");
+        bench.driver.type("portEdit", " /dev/ttyUSB0 ");
+        bench.driver.type("baudEdit", "9600");
+        bench.driver.type("daysEdit", "14");
+        bench.driver.type("dirDaysEdit", "60");
+        bench.driver.type("spaceEdit", "25");
+        bench.driver.shoot("settings");
+        bench.driver.press("applyButton");
+        QVERIFY(bench.dialog.isVisible());
+        QCOMPARE(bench.driver.message(), "已保存");
+        QCOMPARE(bench.driver.text("filterEdit"), "250");
+        QVERIFY(!bench.driver.canPress("applyButton"));
+        QCOMPARE(bench.applied.size(), 1);
+        QCOMPARE(listed(bench.applied[0]),
+                 "COM/Baute:115200>9600 COM/Port:COM3>/dev/ttyUSB0 CheckThread/Enable_RltImg:false>true "
+                 "CheckThread/Enable_SrcImg:false>true CheckThread/days:7>14 CheckThread/days_dir:30>60 "
+                 "CheckThread/spacesize:10>25 Image/RltImgSave_st2:false>true Image/SrcImgSave_st1:false>true "
+                 "TrigDetector/FilterTime:10>3 language/select:Chinese>English onlineMode:false>true "
+                 "station_camkey_1:相机A>相机C station_solution_2:工位2>工位3 trigerFilter:1000>250 "
+                 "use4pointstand:false>true use_clear_protect:false>true");
+        ksGlobalConfig stored;
+        QVERIFY(stored.load());
+        QCOMPARE(stored.text(), bench.global.text());
+        QCOMPARE(stored.trigerFilter, 250);
+        QCOMPARE(stored.station(1).camKey, "相机C");
+        const QSettings ini(bench.home.path(kIni), QSettings::IniFormat);
+        QCOMPARE(ini.value("COM/Port").toString(), "/dev/ttyUSB0");
+        QCOMPARE(ini.value("Image/RltImgSave_st2").toString(), "true");
+        QCOMPARE(bench.system.cleanDays, 14);
+    }
+
+    void cancelLeavesFilesAndFieldsAlone()
+    {
+        Bench bench;
+        const QByteArray before = bench.files();
+        bench.driver.type("daysEdit", "1");
+        bench.driver.press("onlineCheck");
+        bench.driver.press("cancelButton");
+        QVERIFY(!bench.dialog.isVisible());
+        QCOMPARE(bench.files(), before);
+        QVERIFY(!bench.global.onlineMode && bench.applied.isEmpty());
+        bench.dialog.show();
+        QCOMPARE(bench.driver.text("daysEdit"), "7");
+        QVERIFY(!bench.driver.isChecked("onlineCheck"));
+    }
+
+    void okWithoutEditsWritesNothing()
+    {
+        Bench bench;
+        QFile::remove(bench.home.path(kJson));
+        bench.driver.press("okButton");
+        QVERIFY(!bench.dialog.isVisible() && bench.applied.isEmpty());
+        QVERIFY(!QFile::exists(bench.home.path(kJson)));
+    }
+
+    void cameraUnpluggedWhileTheDialogIsOpen()
+    {
+        Bench bench;
+        bench.choose("cameraBox1", "相机C");
+        bench.dialog.setCameras({"相机A", "相机B"});
+        QVERIFY(bench.driver.message().contains("“相机C”已不存在"));
+        QVERIFY(!bench.driver.canPress("okButton"));
+        bench.dialog.setCameras({"相机A", "相机B", "相机C"});
+        QVERIFY2(bench.driver.canPress("okButton"), "plugged in again");
+        bench.choose("cameraBox1", "相机A");
+        bench.dialog.setCameras({"相机B"});
+        bench.dialog.setSolutions({});
+        QCOMPARE(bench.driver.message(), "不存在：工位1相机“相机A”，工位1检测方案“工位1”，工位2检测方案“工位2”");
+        QVERIFY2(bench.driver.canPress("okButton"), "what was stored before may stay");
+        bench.driver.shoot("settings-missing");
+        bench.driver.type("daysEdit", "9");
+        bench.driver.press("okButton");
+        QCOMPARE(bench.global.station(1).camKey, "相机A");
+        QCOMPARE(bench.global.station(2).solution, "工位2");
+    }
+
+    void oneCameraCannotServeBothStations()
+    {
+        Bench bench;
+        bench.choose("cameraBox2", "相机A");
+        QVERIFY(bench.driver.message().contains("同一个相机"));
+        QVERIFY(!bench.driver.canPress("okButton"));
+        bench.choose("cameraBox2", "");
+        QVERIFY(bench.driver.canPress("okButton"));
+        bench.choose("solutionBox2", "工位1");
+        QVERIFY(bench.driver.message().contains("同一个方案"));
+    }
+
+    void oneStationFormKeepsStationTwo()
+    {
+        Bench bench;
+        bench.global.station(2).camKey = "相机A"; // as a cell of one station may have been left
+        bench.global.save();
+        bench.dialog.close();
+        bench.dialog.setOneStation(true);
+        bench.dialog.show();
+        QVERIFY(!bench.driver.get<QWidget>("cameraBox2")->isVisible());
+        bench.driver.shoot("settings-onestation");
+        bench.driver.press("onlineCheck");
+        bench.driver.press("okButton");
+        QCOMPARE(listed(bench.applied.value(0)), "onlineMode:false>true");
+        QCOMPARE(bench.global.station(2).camKey, "相机A");
+    }
+
+    void secondDialogDoesNotUndoTheFirst()
+    {
+        Bench bench;
+        QSystemSettingUI other(bench.system, bench.global);
+        Bench::equip(other);
+        other.show();
+        bench.driver.type("daysEdit", "14");
+        bench.driver.press("okButton");
+        DialogDriver driver(other);
+        QString applied;
+        connect(&other, &QSystemSettingUI::settingsApplied,
+                [&](const AuditChanges& changes) { applied = listed(changes); });
+        driver.type("dirDaysEdit", "60");
+        driver.press("okButton");
+        QCOMPARE(driver.question(), "");
+        QVERIFY(!other.isVisible());
+        QCOMPARE(bench.system.cleanDays, 14);
+        QCOMPARE(bench.system.cleanDirDays, 60);
+        QCOMPARE(applied, "CheckThread/days_dir:30>60");
+    }
+
+    void unwritableFilesChangeNothing_data()
+    {
+        QTest::addColumn<bool>("bothFiles");
+        QTest::newRow("neither file") << true;
+        QTest::newRow("only the second") << false;
+    }
+    void unwritableFilesChangeNothing()
+    {
+        QFETCH(bool, bothFiles);
+        Bench bench;
+        bench.driver.type("daysEdit", "14");
+        bench.driver.press("onlineCheck");
+        TempHome elsewhere; // the second file is looked for in the present home
+        elsewhere.write("/blocked", "a file where a folder is needed");
+        qputenv("VALVECELL_HOME", elsewhere.path("/blocked").toUtf8());
+        if (bothFiles)
+            bench.system.filePath = elsewhere.path("/blocked//user//systemConfig.ini");
+        bench.driver.press("okButton");
+        QVERIFY(bench.dialog.isVisible());
+        QVERIFY2(bench.driver.message().contains(bothFiles ? "systemConfig.ini" : "globalConfig.json"),
+                 qPrintable(bench.driver.message()));
+        QVERIFY(bench.driver.message().startsWith("未能保存，设置没有改变"));
+        QVERIFY(bench.applied.isEmpty());
+        QVERIFY(!bench.global.onlineMode);
+        QCOMPARE(bench.system.cleanDays, 7);
+        QVERIFY2(bench.home.read(kIni).contains("days=7"), "the file that could be written is put back");
+        QCOMPARE(bench.driver.text("daysEdit"), "14");
+        bench.driver.shoot("settings-unwritable");
+    }
+
+    void handEditedFileIsToldBeforeItIsOverwritten_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QByteArray>("from");
+        QTest::addColumn<QByteArray>("to");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("setting") << kJson << QByteArray("\"trigerFilter\": 1000")
+                                 << QByteArray("\"trigerFilter\": 2000")
+                                 << "globalConfig.json 已被改动：trigerFilter 1000 → 2000";
+        QTest::newRow("port") << kIni << QByteArray("Port=COM3") << QByteArray("Port=COM8")
+                              << "systemConfig.ini 已被改动：COM/Port COM3 → COM8";
+        QTest::newRow("calibration") << kJson << QByteArray("\"StationScale_2\": 1")
+                                     << QByteArray("\"StationScale_2\": 3") << "标定数据";
+        QTest::newRow("damaged") << kJson << QByteArray("\"onlineMode\": false,") << QByteArray("\"onlineMode\": tru,")
+                                 << "无法读取";
+        QTest::newRow("model of the running station") << kJson << QByteArray("\"station_runModel_1\": \"\"")
+                                                      << QByteArray("\"station_runModel_1\": \"W18\"") << "";
+    }
+    void handEditedFileIsToldBeforeItIsOverwritten()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QByteArray, from);
+        QFETCH(QByteArray, to);
+        QFETCH(QString, told);
+        Bench bench;
+        const QByteArray edited = bench.home.read(file).replace(from, to);
+        QVERIFY(edited.contains(to));
+        bench.home.write(file, edited);
+        bench.driver.type("daysEdit", "14");
+        bench.driver.press("okButton");
+        QVERIFY2(told.isEmpty() == bench.driver.question().isEmpty() && bench.driver.question().contains(told),
+                 qPrintable(bench.driver.question()));
+        if (!told.isEmpty()) {
+            QCOMPARE(bench.home.read(file), edited);
+            bench.driver.shoot("settings-handedited");
+            bench.driver.press("firstAnswer");
+        }
+        QVERIFY(!bench.dialog.isVisible());
+        QCOMPARE(listed(bench.applied.value(0)), "CheckThread/days:7>14");
+        QVERIFY(!bench.home.read(file).contains(to));
+        QCOMPARE(bench.home.keptAside(kJson).size(), QString(told) == "无法读取" ? 1 : 0);
+    }
+
+    void handEditedValuesCanBeTakenOver()
+    {
+        Bench bench;
+        bench.global.station(1).runModel = "W18";
+        bench.home.write(kJson, bench.home.read(kJson)
+                                    .replace("\"trigerFilter\": 1000", "\"trigerFilter\": 2000")
+                                    .replace("\"StationScale_2\": 1", "\"StationScale_2\": 3"));
+        bench.driver.type("daysEdit", "14");
+        bench.driver.press("applyButton");
+        bench.driver.press("secondAnswer");
+        QCOMPARE(listed(bench.applied.value(0)), "trigerFilter:1000>2000");
+        QCOMPARE(bench.global.trigerFilter, 2000);
+        QCOMPARE(bench.global.station(2).twoPoint.scale, 3.0);
+        QCOMPARE(bench.global.station(1).runModel, "W18");
+        QCOMPARE(bench.driver.text("filterEdit"), "2000");
+        QCOMPARE(bench.driver.text("daysEdit"), "7");
+        QCOMPARE(bench.system.cleanDays, 7);
+    }
+
+    void nothingIsCutOff()
+    {
+        Bench bench;
+        QCOMPARE(bench.driver.clipped(), QStringList());
+        const QSize wanted = bench.dialog.minimumSizeHint();
+        QVERIFY2(wanted.width() <= 1240 && wanted.height() <= 740, "does not fit a screen of 1280 x 800");
+    }
+};
+
+QTEST_MAIN(SystemSettingsTest)
+#include "tst_systemsettings.moc"

@@ -1,0 +1,98 @@
+#include "dialogs/DialogDriver.h"
+#include "dialogs/testmode/QTestWidget.h"
+
+namespace {
+
+/// A test widget, and what it asked for, in order: "start", "stop", "snap1", "snap2" or an interval.
+struct Bench
+{
+    QTestWidget dialog;
+    DialogDriver driver{dialog};
+    QStringList wanted;
+
+    Bench()
+    {
+        const QMap<int, QString> names{{0, "stop"}, {1, "start"}, {11, "snap1"}, {12, "snap2"}};
+        QObject::connect(&dialog, &QTestWidget::sgTestMode, [=](int mode) { wanted << names.value(mode, "?"); });
+        QObject::connect(&dialog, &QTestWidget::intervalChanged, [=](int ms) { wanted << QString::number(ms); });
+        dialog.show();
+    }
+};
+
+} // namespace
+
+class TestModeTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyButtonAsksForItsOwn()
+    {
+        Bench bench;
+        bench.driver.press("snap1Button");
+        bench.driver.press("snap2Button");
+        bench.driver.press("startButton");
+        QVERIFY(!bench.driver.canPress("startButton"));
+        bench.driver.shoot("testmode-running");
+        bench.driver.press("stopButton");
+        QVERIFY(bench.driver.canPress("startButton") && !bench.driver.canPress("stopButton"));
+        QCOMPARE(bench.wanted, QStringList({"snap1", "snap2", "start", "stop"}));
+        QCOMPARE(bench.driver.clipped(), QStringList());
+    }
+
+    void intervalIsToldBeforeTheStartThatUsesIt()
+    {
+        Bench bench;
+        QVERIFY(QTest::qWaitForWindowActive(&bench.dialog)); // shortcuts are the active window's
+        bench.driver.type("intervalEdit", "２50");
+        QCOMPARE(bench.wanted, QStringList());
+        QTest::keyClick(bench.driver.get<QLineEdit>("intervalEdit"), Qt::Key_S, Qt::AltModifier);
+        QTRY_COMPARE(bench.wanted, QStringList({"250", "start"}));
+        bench.driver.type("intervalEdit", "300");
+        QTest::keyClick(bench.driver.get<QLineEdit>("intervalEdit"), Qt::Key_Return);
+        QCOMPARE(bench.wanted, QStringList({"250", "start", "300"}));
+    }
+
+    void wrongIntervalCannotStart_data()
+    {
+        QTest::addColumn<QString>("typed");
+        for (const char* typed : {"", "99", "3600001", "abc", "0", "-500", "1e3"})
+            QTest::newRow(typed) << QString(typed);
+    }
+    void wrongIntervalCannotStart()
+    {
+        QFETCH(QString, typed);
+        Bench bench;
+        bench.driver.type("intervalEdit", typed);
+        QTest::keyClick(bench.driver.get<QLineEdit>("intervalEdit"), Qt::Key_Return);
+        QVERIFY(bench.driver.message().startsWith("触发间隔："));
+        bench.driver.press("startButton");
+        QCOMPARE(bench.wanted, QStringList());
+        QVERIFY(bench.dialog.isVisible());
+        bench.dialog.reject();
+        QCOMPARE(bench.driver.text("intervalEdit"), "1000");
+    }
+
+    void closingStopsARunningTest()
+    {
+        Bench bench;
+        bench.driver.press("startButton");
+        bench.dialog.close();
+        QCOMPARE(bench.wanted, QStringList({"start", "stop"}));
+        bench.dialog.show();
+        bench.dialog.reject();
+        QCOMPARE(bench.wanted.size(), 2);
+    }
+
+    void oneStationFormOffersOneSnap()
+    {
+        Bench bench;
+        bench.dialog.setOneStation(true);
+        QVERIFY(!bench.driver.get<QWidget>("snap2Button")->isVisible());
+        bench.driver.press("snap1Button");
+        QCOMPARE(bench.wanted, QStringList({"snap1"}));
+    }
+};
+
+QTEST_MAIN(TestModeTest)
+#include "tst_testmode.moc"
