@@ -105,9 +105,8 @@ void DataBaseSql::ensureTable(const QStringList& present, const QString& table, 
     if (present.contains(table, Qt::CaseInsensitive))
         return;
     if (createTable(table, QStringLiteral("uid"), columns) && timeIndex)
-        m_connection.exec(QStringLiteral("CREATE INDEX %1 ON %2 (time COLLATE BINARY ASC); ")
-                              .arg(QStringLiteral("idx_%1").arg(table))
-                              .arg(table));
+        m_connection.exec(SqlBuilder::filled(QStringLiteral("CREATE INDEX %1 ON %2 (time COLLATE BINARY ASC); "),
+                                             {QStringLiteral("idx_%1").arg(table), table}));
 }
 
 bool DataBaseSql::insert(const QString& table, const SqlValueMap& values)

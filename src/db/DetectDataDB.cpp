@@ -75,22 +75,22 @@ QString DetectDataDB::buildQuery(const QVariantMap& parameters)
     case 0:
         return rowsOrCount(count, recordTable, QStringLiteral(" where time ='%1'").arg(text("time1")));
     case 1:
-        return rowsOrCount(
-            count, recordTable,
-            (between + QStringLiteral(" and model='%3'")).arg(text("time1")).arg(text("time2")).arg(text("name")));
+        return rowsOrCount(count, recordTable,
+                           SqlBuilder::filled(between + QStringLiteral(" and model='%3'"),
+                                              {text("time1"), text("time2"), text("name")}));
     case 2:
     case 4: {
-        const QString condition = between.arg(text("time1")).arg(text("time2"));
+        const QString condition = SqlBuilder::filled(between, {text("time1"), text("time2")});
         if (!count && text("CheckType") == QLatin1String("Count"))
             return QStringLiteral("select %1 from ").arg(QStringLiteral("model")) + recordTable + condition;
         return rowsOrCount(count, recordTable, condition);
     }
-    case 3:
+    case 3: {
+        const QString type = QString::number(parameters.value(QStringLiteral("logType")).toInt());
         return rowsOrCount(count, warningTable,
-                           (between + QStringLiteral(" and class = '%3' order by time desc "))
-                               .arg(text("time1"))
-                               .arg(text("time2"))
-                               .arg(parameters.value(QStringLiteral("logType")).toInt()));
+                           SqlBuilder::filled(between + QStringLiteral(" and class = '%3' order by time desc "),
+                                              {text("time1"), text("time2"), type}));
+    }
     default:
         return {};
     }
@@ -108,10 +108,8 @@ bool DetectDataDB::insertRecord(const QString& table, const SqlValueMap& values)
     for (const QString& name : names)
         markers << QLatin1Char(':') + name;
     QSqlQuery query(connection().database());
-    query.prepare(QStringLiteral("INSERT INTO %1(%2) VALUES(%3)")
-                      .arg(table)
-                      .arg(names.join(QLatin1Char(',')))
-                      .arg(markers.join(QLatin1Char(','))));
+    query.prepare(SqlBuilder::filled(QStringLiteral("INSERT INTO %1(%2) VALUES(%3)"),
+                                     {table, names.join(QLatin1Char(',')), markers.join(QLatin1Char(','))}));
     for (const QString& name : names)
         query.bindValue(QLatin1Char(':') + name, values.value(name));
     if (connection().exec(query))
@@ -128,8 +126,7 @@ bool DetectDataDB::insertWarning(const QString& message, const QString& warningC
 
 bool DetectDataDB::deleteBefore(const QString& time)
 {
-    connection().exec(
-        QStringLiteral("DELETE FROM %1 WHERE %2").arg(recordTable).arg(QStringLiteral("time <'%1'").arg(time)));
+    connection().exec(SqlBuilder::deleteSql(recordTable, QStringLiteral("time <'%1'").arg(time)));
     return true;
 }
 
@@ -143,17 +140,15 @@ bool DetectDataDB::clearAll()
 
 bool DetectDataDB::trimWarnings(const QString& warningClass, int keep)
 {
+    using SqlBuilder::filled;
+    const QString kept = QString::number(keep);
     const QString count =
-        QStringLiteral("select count(uid) from %1 where class = '%3'").arg(warningTable).arg(warningClass);
-    const QString condition = QStringLiteral("uid in(select uid from %1 where class = '%2' order by time desc "
-                                             "limit(select count(uid) from %3 where class = '%4') offset %5)")
-                                  .arg(warningTable)
-                                  .arg(warningClass)
-                                  .arg(warningTable)
-                                  .arg(warningClass)
-                                  .arg(keep);
+        filled(QStringLiteral("select count(uid) from %1 where class = '%3'"), {warningTable, warningClass});
+    const QString condition = filled(QStringLiteral("uid in(select uid from %1 where class = '%2' order by time desc "
+                                                    "limit(select count(uid) from %3 where class = '%4') offset %5)"),
+                                     {warningTable, warningClass, warningTable, warningClass, kept});
     connection().exec(
-        QStringLiteral("delete from %1 where (%2)>%3 and %4").arg(warningTable).arg(count).arg(keep).arg(condition));
+        filled(QStringLiteral("delete from %1 where (%2)>%3 and %4"), {warningTable, count, kept, condition}));
     return true;
 }
 

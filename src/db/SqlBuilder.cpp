@@ -18,24 +18,26 @@ QStringList quotedValues(const SqlValueMap& values)
 
 } // namespace
 
-// Markers are filled one after the other on purpose: the statements are compared byte for byte with those of earlier
-// programs, and filling them all at once would differ for a text that holds a marker itself.
+QString filled(QString format, std::initializer_list<QString> texts)
+{
+    for (const QString& text : texts)
+        format = format.arg(text);
+    return format;
+}
 
 QString insertSql(const QString& table, const SqlValueMap& values)
 {
-    return QStringLiteral("INSERT INTO %1(%2) VALUES(%3)")
-        .arg(table)
-        .arg(QStringList(values.keys()).join(QLatin1Char(',')))
-        .arg(quotedValues(values).join(QLatin1Char(',')));
+    const QStringList names = values.keys();
+    return filled(QStringLiteral("INSERT INTO %1(%2) VALUES(%3)"),
+                  {table, names.join(QLatin1Char(',')), quotedValues(values).join(QLatin1Char(','))});
 }
 
 QString insertSql(const QString& table, const QString& keyColumn, const QString& keyValue, const SqlValueMap& values)
 {
+    const QStringList names = QStringList(keyColumn) + values.keys();
+    const QStringList texts = QStringList(quoted(keyValue)) + quotedValues(values);
     const QString comma = QStringLiteral(", ");
-    return QStringLiteral("INSERT INTO %1(%2) VALUES(%3)")
-        .arg(table)
-        .arg((QStringList(keyColumn) + QStringList(values.keys())).join(comma))
-        .arg((QStringList(quoted(keyValue)) + quotedValues(values)).join(comma));
+    return filled(QStringLiteral("INSERT INTO %1(%2) VALUES(%3)"), {table, names.join(comma), texts.join(comma)});
 }
 
 QString selectSql(const QString& table, const QStringList& columns, const QString& where)
@@ -43,7 +45,7 @@ QString selectSql(const QString& table, const QStringList& columns, const QStrin
     QString format = QStringLiteral("SELECT %1 FROM %2");
     if (!where.isEmpty())
         format += QStringLiteral(" WHERE ") + where;
-    return format.arg(columns.isEmpty() ? QStringLiteral("*") : columns.join(QLatin1Char(','))).arg(table);
+    return filled(format, {columns.isEmpty() ? QStringLiteral("*") : columns.join(QLatin1Char(',')), table});
 }
 
 QString updateSql(const QString& table, const SqlValueMap& values, const QString& where)
@@ -53,25 +55,25 @@ QString updateSql(const QString& table, const SqlValueMap& values, const QString
         assignments << it.key() + QStringLiteral(" = ") + quoted(it.value());
     const QString assigned = assignments.join(QLatin1Char(','));
     if (where.isEmpty())
-        return QStringLiteral("UPDATE %1 SET %2").arg(table).arg(assigned);
-    return QStringLiteral("UPDATE %1 SET %2 WHERE %3").arg(table).arg(assigned).arg(where);
+        return filled(QStringLiteral("UPDATE %1 SET %2"), {table, assigned});
+    return filled(QStringLiteral("UPDATE %1 SET %2 WHERE %3"), {table, assigned, where});
 }
 
 QString deleteSql(const QString& table, const QString& where)
 {
     if (where.isEmpty())
         return QStringLiteral("DELETE FROM %1").arg(table);
-    return QStringLiteral("DELETE FROM %1 WHERE %2").arg(table).arg(where);
+    return filled(QStringLiteral("DELETE FROM %1 WHERE %2"), {table, where});
 }
 
 QString addColumnSql(const QString& table, const QString& column, const QString& type)
 {
-    return QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3").arg(table).arg(column).arg(type);
+    return filled(QStringLiteral("ALTER TABLE %1 ADD COLUMN %2 %3"), {table, column, type});
 }
 
 QString dropColumnSql(const QString& table, const QString& column)
 {
-    return QStringLiteral("ALTER TABLE %1 DROP %2").arg(table).arg(column);
+    return filled(QStringLiteral("ALTER TABLE %1 DROP %2"), {table, column});
 }
 
 QString createTableSql(const QString& table, const QString& keyColumn, const QString& keyType,
@@ -80,7 +82,8 @@ QString createTableSql(const QString& table, const QString& keyColumn, const QSt
     QStringList definitions{keyColumn + QLatin1Char(' ') + keyType};
     for (auto it = columns.cbegin(); it != columns.cend(); ++it)
         definitions << it.key() + QLatin1Char(' ') + it.value().toString();
-    return QStringLiteral("CREATE TABLE IF NOT EXISTS %1 (%2)").arg(table).arg(definitions.join(QStringLiteral(", ")));
+    return filled(QStringLiteral("CREATE TABLE IF NOT EXISTS %1 (%2)"),
+                  {table, definitions.join(QStringLiteral(", "))});
 }
 
 } // namespace SqlBuilder

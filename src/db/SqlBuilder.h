@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <initializer_list>
+
 /// Columns with their values, in ascending order of the names; also columns with their type texts.
 using SqlValueMap = QMap<QString, QVariant>;
 
@@ -12,6 +14,10 @@ using SqlValueMap = QMap<QString, QVariant>;
 /// person types goes through SqlText first. A where text is a condition without the word WHERE, empty for none, and
 /// holds no "%1". Pure functions, any thread.
 namespace SqlBuilder {
+
+/// The format with "%1", "%2" and so on replaced by the texts, one after the other. On purpose not all at once: the
+/// statements are compared byte for byte with those of earlier versions, and a text that holds a marker would differ.
+QString filled(QString format, std::initializer_list<QString> texts);
 
 /// INSERT INTO t(a,b) VALUES('1','2')
 QString insertSql(const QString& table, const SqlValueMap& values);

@@ -162,7 +162,7 @@ Verdict tryOpening(SqlConnection& connection, const OpenRules& rules)
 /// file's.
 QString keepAside(const QString& path)
 {
-    const QString aside = HomeFiles::keepAside(path);
+    QString aside = HomeFiles::keepAside(path);
     if (!aside.isEmpty()) {
         for (const char* tail : {"-wal", "-shm", "-journal"})
             QFile::rename(path + QLatin1String(tail), aside + QLatin1String(tail));

@@ -78,7 +78,7 @@ void deleteFolder(const QString& path, const Stop& stop)
         else if (!QFile::remove(entry.filePath()))
             QDir().rmdir(entry.filePath()); // a junction goes as a folder does, and leaves what it points to
     }
-    for (const QString& subFolder : subFolders)
+    for (const QString& subFolder : qAsConst(subFolders))
         deleteFolder(subFolder, stop);
     QDir().rmdir(path);
 }

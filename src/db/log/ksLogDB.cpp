@@ -1,5 +1,6 @@
 #include "db/log/ksLogDB.h"
 
+#include "db/SqlBuilder.h"
 #include "db/log/LogLine.h"
 
 #include <QDateTime>
@@ -162,12 +163,10 @@ QList<QPair<QString, QString>> ksLogDB::query(const QString& fromDay, const QStr
     QDBSqlite database(m_path);
     if (!database.openForReading())
         return lines;
-    QSqlQuery query = database.connection().exec(
+    QSqlQuery query = database.connection().exec(SqlBuilder::filled(
         QStringLiteral(
-            "select datetime,message from SystemInfo where datetime >'%1' and datetime < '%2' and type = '%3'")
-            .arg(fromDay + QStringLiteral(" 00:00:00"))
-            .arg(toDay + QStringLiteral(" 23:59:59"))
-            .arg(type));
+            "select datetime,message from SystemInfo where datetime >'%1' and datetime < '%2' and type = '%3'"),
+        {fromDay + QStringLiteral(" 00:00:00"), toDay + QStringLiteral(" 23:59:59"), QString::number(type)}));
     while (query.next())
         lines.append({query.value(0).toString(), query.value(1).toString()});
     return lines;
