@@ -14,8 +14,11 @@ class Designer : public IDesigner, public IImageWatch
 public:
     ~Designer() override;
 
+    /// `engine` may be null: the window then says that there is none.
     void attachEngine(IEngine* engine) override;
+    /// `parent` counts when the window is made; later calls only bring it to the front.
     void openDesigner(QWidget* parent) override;
+    /// Offers IImageWatch.
     void* extension(const char* id) override;
 
     /// Dropped while the window is closed.

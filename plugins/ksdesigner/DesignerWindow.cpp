@@ -1,6 +1,7 @@
 #include "DesignerWindow.h"
 
 #include "model/ModelDrafts.h"
+#include "model/ParameterRules.h"
 #include "panels/BatchPanel.h"
 #include "panels/ModelPanel.h"
 #include "panels/ParameterPanel.h"
@@ -118,7 +119,8 @@ void DesignerWindow::closeEvent(QCloseEvent* event)
 void DesignerWindow::askBeforeClosing()
 {
     QStringList names;
-    for (const ModelId& id : m_drafts->unsaved())
+    const QList<ModelId> unsaved = m_drafts->unsaved();
+    for (const ModelId& id : unsaved)
         names.append(QStringLiteral("%1 / %2").arg(id.solution, id.model));
     m_ui->ask->ask(tr("以下型号有未保存的更改：%1").arg(names.join(QStringLiteral("、"))),
                    {tr("全部保存并关闭"), [this] { saveAllAndClose(); }},
@@ -127,11 +129,12 @@ void DesignerWindow::askBeforeClosing()
 
 void DesignerWindow::saveAllAndClose()
 {
-    for (const ModelId& id : m_drafts->unsaved()) {
+    const QList<ModelId> unsaved = m_drafts->unsaved();
+    for (const ModelId& id : unsaved) {
         QString error;
         if (!m_drafts->save(id, &error)) {
             m_models->select(id);
-            showError(tr("未能保存“%1”：%2").arg(id.model, error));
+            showError(tr("未能保存“%1”：%2").arg(id.model, ParameterRules::readable(error)));
             return;
         }
     }
@@ -140,7 +143,8 @@ void DesignerWindow::saveAllAndClose()
 
 void DesignerWindow::dropAllAndClose()
 {
-    for (const ModelId& id : m_drafts->unsaved())
+    const QList<ModelId> unsaved = m_drafts->unsaved();
+    for (const ModelId& id : unsaved)
         m_drafts->revert(id);
     close();
 }

@@ -28,10 +28,12 @@ public:
     explicit DesignerWindow(IEngine* engine, QWidget* parent = nullptr);
     ~DesignerWindow() override;
 
-    /// Offers a camera's image for trying.
+    /// Offers a camera's image for trying; dropped when nobody follows that camera. Shares the image.
     void showCaptured(const QString& cameraKey, const QImage& image);
 
+    /// Writes a fact into the message line; it stays until the next one.
     void showMessage(const QString& message);
+    /// Writes what went wrong, standing out, and with the reason that the failing operation gave.
     void showError(const QString& message);
 
 protected:
@@ -39,11 +41,13 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    /// Gives a panel's messages to the message line.
     template <typename Panel>
     Panel* adopt(Panel* panel);
     void buildPanels(IEngine* engine);
     void explainMissing(IEngine* engine);
     void askBeforeClosing();
+    /// Stops at the first model that cannot be saved, with that model chosen and the window open.
     void saveAllAndClose();
     void dropAllAndClose();
     void updateTitle();

@@ -36,7 +36,9 @@ public:
 signals:
     /// The folder was listed.
     void counted(int images);
+    /// In the order of the files' names.
     void rowDone(const BatchRow& row);
+    /// All images were run, or the run was stopped.
     void finished();
 
 private:

@@ -130,7 +130,7 @@ QVariant BatchTable::data(const QModelIndex& index, int role) const
     if (!index.isValid())
         return {};
     const BatchRow& row = m_rows.at(index.row());
-    const QVariant value = valueOf(row, index.column());
+    QVariant value = valueOf(row, index.column());
     const bool number = value.type() == QVariant::Double;
     switch (role) {
     case Qt::DisplayRole:

@@ -43,6 +43,7 @@ public:
 
     /// Empties the table. The titles name the two recipes in the header; keep them short.
     void clear(const QString& firstTitle, const QString& secondTitle);
+    /// Adds a row below the others and to the summary.
     void append(const BatchRow& row);
     const BatchRow& row(int index) const { return m_rows.at(index); }
     const BatchSummary& summary() const { return m_summary; }
@@ -52,6 +53,7 @@ public:
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
+    /// In the operator's language; empty where nothing was compared.
     static QString changeText(BatchRow::Change change);
 
 private:

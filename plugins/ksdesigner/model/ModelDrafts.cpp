@@ -109,7 +109,8 @@ bool ModelDrafts::addSolution(const QString& solution, QString* error)
 
 QVariantMap ModelDrafts::freshParameters(const QString& solution) const
 {
-    for (const QString& model : models(solution)) {
+    const QStringList known = models(solution);
+    for (const QString& model : known) {
         if (!m_store->isBuiltIn(model))
             continue;
         QVariantMap fresh = m_store->parameters(solution, model);

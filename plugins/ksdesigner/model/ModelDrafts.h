@@ -22,25 +22,33 @@ public:
     /// `store` outlives this object.
     explicit ModelDrafts(ISolutionStore* store, QObject* parent = nullptr);
 
+    /// In the engine's order, built-in ones included.
     QStringList models(const QString& solution) const;
     bool isBuiltIn(const ModelId& id) const;
+    /// Whether there is a draft; its values may be wrong, even no numbers.
     bool isUnsaved(const ModelId& id) const { return m_drafts.contains(id); }
     QList<ModelId> unsaved() const { return m_drafts.keys(); }
 
     /// The draft, or what is stored when there is none.
     QVariantMap parameters(const ModelId& id) const;
+    /// What the engine runs today; empty for an unknown model.
     QVariantMap stored(const ModelId& id) const;
 
     /// Replaces the draft; does nothing for a built-in model.
     void edit(const ModelId& id, const QVariantMap& parameters);
+    /// Forgets the draft.
     void revert(const ModelId& id);
+    /// Stores the draft and forgets it; the next task of the cell uses it. Refused while ParameterRules finds a
+    /// problem.
     bool save(const ModelId& id, QString* error);
 
     /// Stores a new model; see nameProblem() for its name.
     bool add(const ModelId& id, const QVariantMap& parameters, QString* error);
     /// Stores the model under another name and removes the old one; a draft goes along.
     bool rename(const ModelId& id, const QString& name, QString* error);
+    /// Removes the model and its draft. There is no way back.
     bool remove(const ModelId& id, QString* error);
+    /// Adds a solution without models of its own.
     bool addSolution(const QString& solution, QString* error);
 
     /// Parameters for a new model: those of the solution's first built-in model, not taught.

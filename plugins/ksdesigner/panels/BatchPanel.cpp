@@ -13,7 +13,7 @@
 namespace {
 
 constexpr int modelRole = Qt::UserRole + 1;
-constexpr int widestColumn = 240;
+constexpr int widestColumn = 150;
 constexpr int titleLength = 8; // characters that fit above a column
 
 QString archive()
@@ -119,7 +119,8 @@ void BatchPanel::listOpponents()
     addOpponent(tr("不对比"), Against::Nothing);
     if (m_runner->runsUnsaved() && m_drafts->isUnsaved(m_id))
         addOpponent(tr("编辑中的参数"), Against::Draft);
-    for (const QString& model : m_drafts->models(m_id.solution)) {
+    const QStringList models = m_drafts->models(m_id.solution);
+    for (const QString& model : models) {
         if (model != m_id.model)
             addOpponent(tr("型号 %1").arg(model), Against::Model, model);
     }
@@ -216,7 +217,8 @@ void BatchPanel::fitColumns()
 {
     m_ui->table->resizeColumnsToContents();
     for (int column = 0; column < BatchTable::ColumnCount; ++column)
-        m_ui->table->setColumnWidth(column, std::min(m_ui->table->columnWidth(column), widestColumn));
+        m_ui->table->setColumnWidth(column, std::min(m_ui->table->columnWidth(column),
+                                                     column == BatchTable::Image ? 2 * widestColumn : widestColumn));
 }
 
 void BatchPanel::finish()

@@ -43,9 +43,11 @@ public:
     BatchPanel(IEngine* engine, ModelDrafts* drafts, QWidget* parent = nullptr);
     ~BatchPanel() override;
 
+    /// The model whose stored parameters are run. A run under way goes on with what it began with.
     void setModel(const ModelId& id);
 
 public slots:
+    /// All images in it and below it are run.
     void setFolder(const QString& folder);
     /// Ends a run that is under way; its rows stay.
     void stop();
@@ -68,7 +70,9 @@ private:
     void setUpTable();
     void chooseFolder();
     void chooseExport();
+    /// The days of the archive, latest first; hidden when there are none.
     void listDays();
+    /// What the stored parameters can be compared with.
     void listOpponents();
     void addOpponent(const QString& text, Against kind, const QString& model = {});
     Against against() const;

@@ -24,6 +24,7 @@ public:
     ModelPanel(ITaskList* solutions, ModelDrafts* drafts, QWidget* parent = nullptr);
     ~ModelPanel() override;
 
+    /// The chosen model; its model name is empty when the solution has none.
     ModelId current() const;
     /// Does nothing for an unknown model.
     void select(const ModelId& id);
@@ -33,9 +34,11 @@ public slots:
     void refresh();
 
 signals:
-    /// Null when the solution has no model or there is no solution.
+    /// Also when the same model was read anew. Null when the solution has no model or there is no solution.
     void modelChosen(const ModelId& id);
+    /// The store refused a change; the reason is in the text.
     void failed(const QString& message);
+    /// A change was stored.
     void done(const QString& message);
 
 private:
@@ -44,11 +47,13 @@ private:
     void showModel(int row);
     void showCurrent();
     void updateMarks();
+    /// Asks for a name and stores these parameters under it.
     void askNewModel(const QString& question, const QString& proposal, const QVariantMap& parameters);
     void askRename();
     void askRemove();
     void askSolution();
     void report(bool succeeded, const QString& message, const QString& error);
+    /// The stem, with a number behind it when it is taken.
     QString freeName(const QString& stem) const;
 
     ITaskList* m_solutions;

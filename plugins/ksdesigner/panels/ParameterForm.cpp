@@ -33,7 +33,8 @@ ParameterForm::ParameterForm(QWidget* parent)
 
 void ParameterForm::show(const QVariantMap& parameters, bool readOnly)
 {
-    const bool sameFields = m_parameters.keys() == parameters.keys() && layout();
+    const QStringList before = m_parameters.keys();
+    const bool sameFields = layout() && before == parameters.keys();
     m_parameters = parameters;
     if (!sameFields)
         build();
@@ -54,7 +55,8 @@ void ParameterForm::build()
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(6);
-    for (const QString& name : ParameterRules::lines(m_parameters)) {
+    const QStringList names = ParameterRules::lines(m_parameters);
+    for (const QString& name : names) {
         if (m_parameters.value(name).type() == QVariant::Bool)
             buildSwitch(grid, name);
         else

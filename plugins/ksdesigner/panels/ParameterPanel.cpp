@@ -54,9 +54,10 @@ void ParameterPanel::save()
         emit done(tr("已保存“%1”，下一次触发起生效").arg(m_id.model));
         return;
     }
-    for (const QString& name : m_drafts->parameters(m_id).keys()) {
-        if (error.startsWith(name + QLatin1Char(' ')))
-            m_ui->form->markRefused(name, tr("引擎不接受此值"));
+    const QVariantMap refused = m_drafts->parameters(m_id);
+    for (auto it = refused.begin(); it != refused.end(); ++it) {
+        if (error.startsWith(it.key() + QLatin1Char(' ')))
+            m_ui->form->markRefused(it.key(), tr("引擎不接受此值"));
     }
     emit failed(tr("未能保存“%1”：%2").arg(m_id.model, ParameterRules::readable(error)));
 }

@@ -23,9 +23,11 @@ public:
     explicit ParameterPanel(ModelDrafts* drafts, QWidget* parent = nullptr);
     ~ParameterPanel() override;
 
+    /// Null for none. The former model's draft stays.
     void setModel(const ModelId& id);
 
 signals:
+    /// Saving was refused; the edit stays as it is.
     void failed(const QString& message);
     void done(const QString& message);
 

@@ -19,8 +19,11 @@ public:
     explicit ResultTable(QWidget* parent = nullptr);
     ~ResultTable() override;
 
+    /// No image, or another model: nothing is known.
     void clear();
+    /// The engine is at work.
     void setBusy();
+    /// Numbers that the engine did not give are shown as a dash, never as 0.
     void setResult(const TaskResult& result);
 
 private:

@@ -24,10 +24,12 @@ public:
 
     /// Shows the image alone and forgets the last trial.
     void setImage(const QImage& image);
+    /// Shows what came of the image; its stages join the choice.
     void setTrial(const Trial& trial);
     /// For as long as points are picked, the bare image is shown whatever the choice.
     void setPicking(bool picking);
 
+    /// For picking points and marking them.
     ImageView* view() const;
 
 private:

@@ -30,6 +30,7 @@ public:
     TryPanel(IEngine* engine, ModelDrafts* drafts, QWidget* parent = nullptr);
     ~TryPanel() override;
 
+    /// Runs the model at once when there is an image. A teaching under way is given up.
     void setModel(const ModelId& id);
 
     /// An image of a camera; taken when this camera is followed and nothing is being taught or run.
@@ -38,6 +39,8 @@ public:
 public slots:
     /// Loads the image and runs the model on it as soon as it is there.
     void openImage(const QString& path);
+    /// Runs the image again; during a run, once more after it. Does nothing without image or model, or while the
+    /// parameters have a problem.
     void run();
 
 signals:
@@ -53,8 +56,10 @@ private:
     void takeProposal(const QVariantMap& parameters);
     void showTeaching();
     void modelChanged(const ModelId& id);
+    /// What is with the engine belongs to a former image or model from now on.
     void forgetResult();
     void updateState();
+    /// Which parameters the run uses, where that is not plain to see.
     QString note() const;
 
     ModelDrafts* m_drafts;

@@ -23,7 +23,8 @@ QStringList ImageFile::patterns()
     QStringList patterns;
     // Not all that could be read: drawings and icons are no camera images.
     static const QList<QByteArray> wanted{"bmp", "jpg", "jpeg", "png", "tif", "tiff", "pgm", "ppm", "webp"};
-    for (const QByteArray& format : QImageReader::supportedImageFormats()) {
+    const QList<QByteArray> readable = QImageReader::supportedImageFormats();
+    for (const QByteArray& format : readable) {
         if (wanted.contains(format))
             patterns.append(QStringLiteral("*.") + QString::fromLatin1(format));
     }

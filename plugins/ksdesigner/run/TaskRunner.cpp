@@ -11,7 +11,8 @@ TaskRunner::TaskRunner(IEngine* engine, QObject* parent)
 {
 }
 
-void TaskRunner::run(const QImage& image, const Recipe& recipe, bool withStages, std::function<void(const Trial&)> done)
+void TaskRunner::run(const QImage& image, const Recipe& recipe, bool withStages,
+                     const std::function<void(const Trial&)>& done)
 {
     if (m_trial && !recipe.parameters.isEmpty()) {
         m_trial->runTrial(

@@ -41,7 +41,7 @@ public:
     bool runsUnsaved() const { return m_trial; }
 
     /// Returns at once. `done` is called once on the GUI thread, unless the runner was deleted before.
-    void run(const QImage& image, const Recipe& recipe, bool withStages, std::function<void(const Trial&)> done);
+    void run(const QImage& image, const Recipe& recipe, bool withStages, const std::function<void(const Trial&)>& done);
 
 private:
     IEngine* m_engine;

@@ -25,14 +25,18 @@ public:
     /// Points picked so far, in image pixels.
     const QVector<QPointF>& points() const { return m_points; }
 
+    /// Starts over with the rim. Does nothing without teacher or image.
     void begin(const QImage& image);
+    /// Forgets the points; a proposal on its way is dropped.
     void cancel();
     /// Takes the point that the present step asks for; ignored in other steps.
     void pick(const QPointF& point);
 
 signals:
     void stepChanged();
+    /// A whole set of parameters; nothing was stored.
     void proposed(const QVariantMap& parameters);
+    /// The engine saw no wheel or no hole at the points; its words.
     void failed(const QString& reason);
 
 private:

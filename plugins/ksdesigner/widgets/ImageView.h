@@ -28,10 +28,12 @@ public:
     /// Whether the next click means a point: the pointer is then a cross.
     void setPicking(bool picking);
 
+    /// With parts of a pixel, so that a click on a zoomed image is as exact as the zoom.
     QPointF imagePointAt(const QPoint& viewPoint) const;
     QPoint viewPointOf(const QPointF& imagePoint) const;
 
 public slots:
+    /// Shows the whole image and keeps it whole when the view is resized.
     void fit();
 
 signals:

@@ -16,7 +16,9 @@ public:
 
     /// The image's area, in its pixels.
     void setArea(const QRectF& area);
+    /// What a stage of the engine found.
     void setShapes(const QVector<TrialCircle>& circles, const QVector<QPointF>& points);
+    /// What a person pointed out.
     void setMarks(const QVector<Mark>& marks);
     const QVector<TrialCircle>& circles() const { return m_circles; }
     const QVector<Mark>& marks() const { return m_marks; }
