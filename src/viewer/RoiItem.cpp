@@ -112,7 +112,7 @@ void RoiItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
         emit lockedTouched();
         return;
     }
-    if (event->button() != Qt::LeftButton || !beginDrag(event->pos()))
+    if (event->button() != Qt::LeftButton || !beginDrag(mapFromScene(event->scenePos())))
         return event->ignore();
     scene()->clearSelection();
     setSelected(true);
@@ -128,8 +128,8 @@ void RoiItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
     if (!m_dragMoved)
         emit moveBegins(place());
     m_dragMoved = true;
-    dragTo(event->pos());
-    setCursor(cursorAt(event->pos()));
+    dragTo(mapFromScene(event->scenePos())); // pos() is off when the item has moved since it was painted
+    setCursor(cursorAt(mapFromScene(event->scenePos())));
     emit placeChanged();
 }
 

@@ -1,0 +1,153 @@
+#include "graphics/GrayScaler.h"
+#include "graphics/ImageHalver.h"
+#include "graphics/ImagePyramid.h"
+#include "graphics/ViewOverlay.h"
+
+#include <QPainter>
+#include <QtTest>
+
+namespace {
+
+QImage noise(int width, int height)
+{
+    QImage image(width, height, QImage::Format_Grayscale8);
+    unsigned state = 12345;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            state = state * 1664525u + 1013904223u;
+            image.scanLine(y)[x] = static_cast<uchar>(state >> 24);
+        }
+    }
+    return image;
+}
+
+/// Bilinear in floating point, straight from the definition.
+double expected(const QImage& image, double u, double v)
+{
+    u = qBound(0.0, u, image.width() - 1.0);
+    v = qBound(0.0, v, image.height() - 1.0);
+    const int x = static_cast<int>(u);
+    const int y = static_cast<int>(v);
+    const auto at = [&](int px, int py) {
+        return image.constScanLine(std::min(py, image.height() - 1))[std::min(px, image.width() - 1)];
+    };
+    const double upper = at(x, y) * (1 - (u - x)) + at(x + 1, y) * (u - x);
+    const double lower = at(x, y + 1) * (1 - (u - x)) + at(x + 1, y + 1) * (u - x);
+    return upper * (1 - (v - y)) + lower * (v - y);
+}
+
+} // namespace
+
+class GraphicsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void grayIsScaledBilinearAndWithoutSeams_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QTransform>("toDevice");
+        QTest::newRow("fit") << QSize(203, 151) << QTransform(0.527, 0, 0, 0.527, 3.25, -7.5);
+        QTest::newRow("small") << QSize(203, 151) << QTransform(0.21, 0, 0, 0.21, 10, 10);
+        QTest::newRow("almost 1:1") << QSize(64, 64) << QTransform(0.999, 0, 0, 0.999, 0, 0);
+        QTest::newRow("one pixel") << QSize(1, 1) << QTransform(0.9, 0, 0, 0.9, 5, 5);
+        QTest::newRow("flat") << QSize(2000, 2) << QTransform(0.05, 0, 0, 0.05, 0, 4);
+    }
+
+    void grayIsScaledBilinearAndWithoutSeams()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QTransform, toDevice);
+        const QImage image = noise(size.width(), size.height());
+        const QRect target = toDevice.mapRect(QRectF(QPointF(), QSizeF(size))).toAlignedRect();
+        GrayScaler scaler;
+        const QImage whole = scaler.scaled(image, toDevice, target, 1.0).copy();
+        for (int y = 0; y < target.height(); ++y) {
+            for (int x = 0; x < target.width(); ++x) {
+                const double u = (target.x() + x + 0.5 - toDevice.dx()) / toDevice.m11() - 0.5;
+                const double v = (target.y() + y + 0.5 - toDevice.dy()) / toDevice.m22() - 0.5;
+                const QRgb got = whole.pixel(x, y);
+                QVERIFY2(qAbs(qRed(got) - expected(image, u, v)) <= 2.5, qPrintable(QString::number(got, 16)));
+                QVERIFY(qRed(got) == qBlue(got) && qRed(got) == qGreen(got));
+            }
+        }
+        const QRect piece(target.x() + target.width() / 3, target.y() + target.height() / 4, (target.width() + 1) / 2,
+                          (target.height() + 1) / 2);
+        QCOMPARE(scaler.scaled(image, toDevice, piece, 1.0), whole.copy(piece.translated(-target.topLeft())));
+    }
+
+    void halfIsTheMeanOfFour_data()
+    {
+        QTest::addColumn<QImage::Format>("format");
+        QTest::newRow("gray") << QImage::Format_Grayscale8;
+        QTest::newRow("color") << QImage::Format_RGB32;
+    }
+
+    void halfIsTheMeanOfFour()
+    {
+        QFETCH(QImage::Format, format);
+        QImage image(3, 3, format); // odd both ways
+        for (int i = 0; i < 9; ++i)
+            image.setPixelColor(i % 3, i / 3, QColor(20 * i, 20 * i, 20 * i));
+        const QImage half = halved(image);
+        QCOMPARE(half.size(), QSize(2, 2));
+        QCOMPARE(half.pixelColor(0, 0).green(), 40);  // 0 20 60 80
+        QCOMPARE(half.pixelColor(1, 0).green(), 70);  // 40 100
+        QCOMPARE(half.pixelColor(0, 1).green(), 130); // 120 140
+        QCOMPARE(half.pixelColor(1, 1).green(), 160);
+    }
+
+    void pyramidGrowsOnDemandAndForgetsTheOldImage()
+    {
+        ImagePyramid pyramid;
+        QSignalSpy refined(&pyramid, &ImagePyramid::refined);
+        const QImage first = noise(640, 480);
+        pyramid.setImage(first);
+        QCOMPARE(pyramid.levelFor(0.6), 0); // nothing smaller is needed
+        QCOMPARE(pyramid.levelFor(0.2), 0); // not made yet
+        pyramid.setImage(noise(320, 240));  // a live picture: the old one is not worked on
+        QCOMPARE(pyramid.levelFor(0.2), 0);
+        QTRY_VERIFY(!refined.isEmpty());
+        QCOMPARE(pyramid.levelFor(0.2), 2);
+        QCOMPARE(pyramid.level(2).size(), QSize(80, 60));
+        QCOMPARE(pyramid.levelFor(0.25), 2);
+        QCOMPARE(pyramid.levelFor(0.26), 1);
+        QCOMPARE(pyramid.levelFor(0.0001), ImagePyramid::levels - 1);
+    }
+
+    void scaleBarIsARoundLength_data()
+    {
+        QTest::addColumn<double>("length");
+        QTest::addColumn<double>("round");
+        QTest::newRow("1") << 1.0 << 1.0;
+        QTest::newRow("1.99") << 1.99 << 1.0;
+        QTest::newRow("37") << 37.0 << 20.0;
+        QTest::newRow("50") << 50.0 << 50.0;
+        QTest::newRow("0.08") << 0.08 << 0.05;
+        QTest::newRow("1000") << 1000.0 << 1000.0;
+    }
+
+    void scaleBarIsARoundLength()
+    {
+        QFETCH(double, length);
+        QFETCH(double, round);
+        QCOMPARE(ScaleBarOverlay::roundLength(length), round);
+    }
+
+    void scaleBarIsAsLongAsItSays()
+    {
+        QImage screen(400, 200, QImage::Format_RGB32);
+        screen.fill(Qt::darkGray);
+        QPainter painter(&screen);
+        // 0.25 mm a pixel, seen at 2:1: 8 screen pixels a millimetre, 160 of them 20 mm
+        ScaleBarOverlay(0.25).draw(&painter, screen.rect(), 2.0);
+        painter.end();
+        int white = 0;
+        for (int x = 0; x < screen.width(); ++x)
+            white += qGray(screen.pixel(x, 200 - 16)) > 200;
+        QVERIFY2(qAbs(white - 160) <= 4, QByteArray::number(white));
+    }
+};
+
+QTEST_MAIN(GraphicsTest)
+#include "tst_graphics.moc"
