@@ -26,7 +26,10 @@
 #include "workflow/Station.h"
 #include "workflow/TriggerDispatch.h"
 
+#include <valvecell/Extension.h>
+#include <valvecell/IDesigner.h>
 #include <valvecell/IEngine.h>
+#include <valvecell/IImageWatch.h>
 #include <valvecell/ISerialPort.h>
 #include <valvecell/IUserCtrl.h>
 
@@ -174,6 +177,10 @@ void CMainWin::loadModules()
         std::exit(0);
     }
     m_router->setEngine(m_modules.engine());
+    if (auto* watch = extensionOf<IImageWatch>(m_modules.designer())) {
+        const auto show = [watch](const QString& key, const QImage& image) { watch->imageCaptured(key, image); };
+        connect(m_relay.get(), &ModuleRelay::imageReceived, this, show, Qt::QueuedConnection);
+    }
 }
 
 void CMainWin::openSerialPort()
