@@ -24,6 +24,13 @@ public:
     /// Reads the library anew, and adds the models that only an index table knows.
     void refresh();
 
+    bool contains(const QString& name) const;
+
+    /// What is told while somebody types: whether a new model could have this name, and whether one named `exceptName`
+    /// could have this index; if not, the reason.
+    bool isNewName(const QString& name, QString* error) const;
+    bool isFreeIndex(qint32 index, const QString& exceptName, QString* error) const;
+
     /// Adds a model with an index that no other model has. Names that the library cannot carry are refused.
     bool addModel(const QString& name, qint32 index, QString* error);
     bool changeIndex(const QString& name, qint32 index, QString* error);
@@ -55,9 +62,6 @@ private:
         bool calibrated = false;
     };
 
-    bool contains(const QString& name) const;
-    bool isNewName(const QString& name, QString* error) const;
-    bool isFreeIndex(qint32 index, const QString& exceptName, QString* error) const;
     void adoptTabledModels();
     bool libraryFailed(QString* error) const;
     template <typename Change>

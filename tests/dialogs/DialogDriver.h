@@ -48,7 +48,11 @@ public:
         typed.setCommitString(text);
         QCoreApplication::sendEvent(edit, &typed);
     }
-    QString text(const char* field) const { return get<QLineEdit>(field)->text(); }
+    template <typename Widget = QLineEdit>
+    QString text(const char* name) const
+    {
+        return get<Widget>(name)->text();
+    }
 
     /// What the dialog tells, without the marks for line breaks.
     QString message(const char* label = "message") const { return get<QLabel>(label)->text().remove(QChar(0x200b)); }

@@ -20,13 +20,6 @@ QColor textColor(Tone tone)
     return isDark() ? QColor(0xffcc66) : QColor(0x8a5300);
 }
 
-QColor groundColor(Tone tone)
-{
-    if (tone == Tone::Error)
-        return isDark() ? QColor(0x5c2320) : QColor(0xfddcd8);
-    return isDark() ? QColor(0x574314) : QColor(0xfff1d0);
-}
-
 const char* toneName(Tone tone)
 {
     switch (tone) {
@@ -42,14 +35,21 @@ const char* toneName(Tone tone)
 
 } // namespace
 
+QColor toneGround(Tone tone)
+{
+    if (tone == Tone::Error)
+        return isDark() ? QColor(0x5c2320) : QColor(0xfddcd8);
+    return isDark() ? QColor(0x574314) : QColor(0xfff1d0);
+}
+
 void setTone(QWidget* widget, Tone tone)
 {
     QPalette palette; // by palette: a style sheet of its own would give a field another height
     if (tone != Tone::Plain && qobject_cast<QLabel*>(widget)) {
         palette.setColor(QPalette::WindowText, textColor(tone));
     } else if (tone != Tone::Plain) {
-        palette.setColor(QPalette::Base, groundColor(tone));
-        palette.setColor(QPalette::Button, groundColor(tone)); // the ground of a closed list
+        palette.setColor(QPalette::Base, toneGround(tone));
+        palette.setColor(QPalette::Button, toneGround(tone)); // the ground of a closed list
     }
     widget->setPalette(palette);
     if (widget->property("tone") == QVariant(toneName(tone)))

@@ -1,10 +1,15 @@
 #pragma once
 
+#include <QColor>
+
 class QWidget;
 
 /// How a text or a field is meant. Shown by colours that fit a light and a dark window; the property "tone" of the
 /// widget ("plain", "warning", "error") lets a style sheet choose its own.
 enum class Tone { Plain, Warning, Error };
+
+/// The ground of a field or cell that is meant so; not for Tone::Plain.
+QColor toneGround(Tone tone);
 
 /// Colours a label's text or a field's ground.
 void setTone(QWidget* widget, Tone tone);

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QMap>
+#include <QStringList>
+#include <QVariantMap>
+
+class IEngine;
+class ISolutionStore;
+
+/// The parameters of one model by solution.
+using SolutionParameters = QMap<QString, QVariantMap>;
+
+/// A model's parameters in all solutions of the engine, changed everywhere or nowhere. An engine without a solution
+/// store has no parameters, and all changes of none succeed. GUI thread.
+class EngineModels
+{
+public:
+    /// `engine` may be null, and outlives this object.
+    explicit EngineModels(IEngine* engine);
+
+    bool hasStore() const { return m_store; }
+
+    /// The engine's solutions as they are now; empty without a solution store.
+    QStringList solutions() const;
+
+    /// Of every solution that has the model; built-in models have none.
+    SolutionParameters parameters(const QString& model) const;
+
+    /// Stores the model in these solutions, over what it was there. On failure all are as before, and `error` tells
+    /// why.
+    bool save(const QString& model, const SolutionParameters& parameters, QString* error);
+
+    /// Removes the model from every solution. On failure it is in all of them again.
+    bool remove(const QString& model, QString* error);
+
+private:
+    void putBack(const QString& model, const SolutionParameters& before, const QStringList& solutions);
+
+    IEngine* m_engine;
+    ISolutionStore* m_store;
+};

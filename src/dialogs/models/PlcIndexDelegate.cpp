@@ -1,0 +1,29 @@
+#include "dialogs/models/PlcIndexDelegate.h"
+
+#include "dialogs/fields/NumberField.h"
+#include "dialogs/models/PlcIndexModel.h"
+
+QWidget* PlcIndexDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const
+{
+    auto* field = new NumberField(parent);
+    field->setMinimum(PlcIndexModel::lowestIndex);
+    field->setMaximum(PlcIndexModel::highestIndex);
+    field->setOptional(true);
+    // The signal is the delegate's, and making an editor does not change the delegate.
+    auto* self = const_cast<PlcIndexDelegate*>(this);
+    connect(field, &QLineEdit::textEdited, self, [self, field] { emit self->commitData(field); });
+    return field;
+}
+
+void PlcIndexDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
+{
+    auto* field = qobject_cast<NumberField*>(editor);
+    const QString text = index.data(Qt::EditRole).toString();
+    if (field->text().trimmed() != text) // or the cursor would jump while somebody types
+        field->setText(text);
+}
+
+void PlcIndexDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const
+{
+    model->setData(index, qobject_cast<NumberField*>(editor)->text());
+}

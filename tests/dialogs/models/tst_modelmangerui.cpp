@@ -1,0 +1,367 @@
+#include "ModelCell.h"
+#include "StoreEngine.h"
+#include "dialogs/DialogDriver.h"
+#include "dialogs/fields/InlineMessage.h"
+#include "dialogs/models/QModelMangerUI.h"
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QPushButton>
+#include <QTableView>
+
+namespace {
+
+/// A model manager on a cell whose engine knows the model "五辐" in both solutions and "钢圈" in the first.
+struct Bench : ModelCell
+{
+    StoreEngine engine;
+    std::unique_ptr<QModelMangerUI> dialog;
+    QStringList audit;
+
+    explicit Bench(bool withEngine = true)
+    {
+        for (const char* solution : {"工位1", "工位2"})
+            engine.solutions[solution]["五辐"] = parameters(812.5);
+        engine.solutions["工位1"]["钢圈"] = parameters(640);
+        dialog = std::make_unique<QModelMangerUI>(*models, withEngine ? &engine : nullptr);
+        QObject::connect(dialog.get(), &QModelMangerUI::modelsChanged, [this](const AuditChanges& changes) {
+            for (const AuditChange& change : changes)
+                audit << QStringLiteral("%1:%2>%3").arg(change.name, change.before, change.after);
+        });
+        dialog->show();
+    }
+
+    static QVariantMap parameters(double rim) { return {{"rim_radius", rim}, {"taught", true}}; }
+
+    DialogDriver driver() const { return DialogDriver(*dialog); }
+    QModelEditUI& edit() const { return *dialog->findChild<QModelEditUI*>(); }
+    DialogDriver editDriver() const { return DialogDriver(edit()); }
+
+    void choose(const QString& name) const
+    {
+        auto* table = driver().get<QTableView>("table");
+        for (int row = 0; row < table->model()->rowCount(); ++row) {
+            if (table->model()->index(row, 0).data().toString() == name)
+                table->selectRow(row);
+        }
+        QVERIFY(driver().canPress("removeButton"));
+    }
+
+    /// Answers the open file dialog.
+    void giveFile(const QString& path) const
+    {
+        auto* files = dialog->findChild<QFileDialog*>();
+        QVERIFY(files && files->isVisible());
+        files->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(path);
+        const auto buttons = files->findChild<QDialogButtonBox*>()->buttons();
+        for (QAbstractButton* button : buttons) {
+            if (files->findChild<QDialogButtonBox*>()->buttonRole(button) == QDialogButtonBox::AcceptRole)
+                QTest::mouseClick(button, Qt::LeftButton);
+        }
+        QTRY_VERIFY(!dialog->findChild<QFileDialog*>()); // it deletes itself
+    }
+};
+
+} // namespace
+
+class ModelManagerUiTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void wrongEntryIsToldWhileItIsTyped_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("index");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("nothing") << ""
+                                 << "3"
+                                 << "不能为空";
+        QTest::newRow("blanks") << "   "
+                                << "3"
+                                << "不能为空";
+        QTest::newRow("too long") << QString(61, QChar(0x8f6e)) << "3"
+                                  << "文字太长";
+        QTest::newRow("apostrophe") << "O'Neill"
+                                    << "3"
+                                    << "单引号";
+        QTest::newRow("path") << "..\\五辐"
+                              << "3"
+                              << "\\";
+        QTest::newRow("device") << "com1"
+                                << "3"
+                                << "文件夹名";
+        QTest::newRow("marker") << "100%1"
+                                << "3"
+                                << "百分号";
+        QTest::newRow("taken name") << "钢圈"
+                                    << "3"
+                                    << "已存在";
+        QTest::newRow("no index") << "新"
+                                  << ""
+                                  << "PLC索引：请输入数字";
+        QTest::newRow("letters") << "新"
+                                 << "three"
+                                 << "不是整数";
+        QTest::newRow("index 0") << "新"
+                                 << "0"
+                                 << "应在1到32767之间";
+        QTest::newRow("beyond a word") << "新"
+                                       << "32768"
+                                       << "应在1到32767之间";
+        QTest::newRow("taken index") << "新"
+                                     << "２"
+                                     << "已被型号钢圈使用";
+        QTest::newRow("full-width") << "１８寸轮毂"
+                                    << "１２"
+                                    << "";
+    }
+    void wrongEntryIsToldWhileItIsTyped()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, index);
+        QFETCH(QString, problem);
+        Bench bench;
+        bench.driver().press("addButton");
+        bench.editDriver().type("nameEdit", name);
+        bench.editDriver().type("indexEdit", index);
+        const QString shown = bench.editDriver().message();
+        QVERIFY2(problem.isEmpty() ? shown.isEmpty() : shown.contains(problem), qPrintable(shown));
+        QCOMPARE(bench.editDriver().canPress("okButton"), problem.isEmpty());
+        QTest::keyClick(bench.editDriver().get<QLineEdit>("indexEdit"), Qt::Key_Return);
+        QCOMPARE(bench.edit().isVisible(), !problem.isEmpty());
+        QCOMPARE(bench.listed(), problem.isEmpty() ? "五辐=1 钢圈=2 １８寸轮毂=12" : "五辐=1 钢圈=2");
+    }
+
+    void addedModelIsKnownToAllStations()
+    {
+        Bench bench;
+        bench.driver().press("addButton");
+        QCOMPARE(bench.editDriver().text("nameEdit"), "新型号");
+        QCOMPARE(bench.editDriver().text("indexEdit"), "3");
+        bench.editDriver().type("nameEdit", "多辐");
+        bench.editDriver().press("calibratedBox");
+        bench.editDriver().press("okButton");
+        QCOMPARE(bench.listed(), "五辐=1 多辐=3* 钢圈=2");
+        QCOMPARE(bench.stored("工位2"), "五辐=1 多辐=3 钢圈=2");
+        QCOMPARE(bench.audit, QStringList("model/多辐:>3"));
+        QCOMPARE(bench.driver().message(), "已保存型号“多辐”");
+        QCOMPARE(bench.driver().text<QLabel>("parameters"), "引擎中没有此型号的参数");
+    }
+
+    void cancelledEditChangesNothing()
+    {
+        Bench bench;
+        bench.choose("五辐");
+        bench.driver().press("modifyButton");
+        bench.editDriver().type("nameEdit", "别的");
+        bench.editDriver().press("calibratedBox");
+        bench.editDriver().press("cancelButton");
+        QCOMPARE(bench.listed(), "五辐=1 钢圈=2");
+        QCOMPARE(bench.engine.rims("五辐"), "812.5|812.5");
+        bench.driver().press("modifyButton");
+        QCOMPARE(bench.editDriver().text("nameEdit"), "五辐");
+        bench.editDriver().press("okButton");
+        QVERIFY2(bench.audit.isEmpty(), "nothing was changed");
+    }
+
+    void renamedModelKeepsItsParameters()
+    {
+        Bench bench;
+        bench.choose("五辐");
+        bench.driver().press("modifyButton");
+        bench.editDriver().type("nameEdit", "五辐17寸");
+        bench.editDriver().type("indexEdit", "9");
+        bench.editDriver().press("calibratedBox");
+        bench.editDriver().press("okButton");
+        QCOMPARE(bench.listed(), "五辐17寸=9* 钢圈=2");
+        QCOMPARE(bench.engine.rims("五辐17寸"), "812.5|812.5");
+        QCOMPARE(bench.engine.rims("五辐"), "-|-");
+        QCOMPARE(bench.audit, QStringList({"model/五辐17寸/plcIndex:1>9", "model/五辐17寸/calibrated:false>true",
+                                           "model/五辐:五辐>五辐17寸"}));
+    }
+
+    void copyHasItsOwnParameters()
+    {
+        Bench bench;
+        bench.engine.solutions["工位2"]["五辐 2"] = Bench::parameters(1);
+        bench.choose("五辐");
+        bench.driver().press("copyButton");
+        QCOMPARE(bench.editDriver().text("nameEdit"), "五辐 2");
+        QVERIFY(bench.editDriver().message().contains("将覆盖引擎中已有的同名参数：工位2"));
+        bench.editDriver().shoot("model-copy");
+        bench.editDriver().press("okButton");
+        QCOMPARE(bench.listed(), "五辐=1 五辐 2=3 钢圈=2");
+        QCOMPARE(bench.engine.rims("五辐 2"), "812.5|812.5");
+    }
+
+    void whatFailsHalfwayIsUndone_data()
+    {
+        QTest::addColumn<QByteArray>("button");
+        QTest::addColumn<QString>("trouble");
+        for (const char* button : {"copyButton", "modifyButton"}) {
+            for (const char* trouble : {"engine stores half", "tables"})
+                QTest::addRow("%s, %s", button, trouble) << QByteArray(button) << QString(trouble);
+        }
+        QTest::newRow("modify, old name stays") << QByteArray("modifyButton") << "engine removes half";
+    }
+    void whatFailsHalfwayIsUndone()
+    {
+        QFETCH(QByteArray, button);
+        QFETCH(QString, trouble);
+        Bench bench;
+        bench.engine.solutions["工位1"]["新名"] = Bench::parameters(77);
+        bench.choose("五辐");
+        bench.driver().press(button);
+        bench.editDriver().type("nameEdit", "新名");
+        if (trouble == "engine stores half")
+            bench.engine.unwritable = "工位2";
+        else if (trouble == "engine removes half")
+            bench.engine.unremovable = "工位2";
+        else
+            bench.blockTables();
+        bench.editDriver().press("okButton");
+        QVERIFY(bench.edit().isVisible() && !bench.editDriver().message().isEmpty());
+        QVERIFY(bench.editDriver().get<InlineMessage>("message")->tone() == Tone::Error);
+        QCOMPARE(bench.listed(), "五辐=1 钢圈=2");
+        QCOMPARE(bench.engine.rims("五辐"), "812.5|812.5");
+        if (trouble != "engine removes half") // the engine that cannot remove keeps the new name, too
+            QCOMPARE(bench.engine.rims("新名"), "77|-");
+        QVERIFY(bench.audit.isEmpty());
+    }
+
+    void modelIsRemovedOnlyAfterTheQuestion()
+    {
+        Bench bench;
+        bench.choose("五辐");
+        bench.driver().press("removeButton");
+        bench.driver().shoot("models-remove");
+        QVERIFY(bench.driver().question().contains("“五辐”"));
+        bench.driver().press("noAnswer");
+        QCOMPARE(bench.listed(), "五辐=1 钢圈=2");
+        bench.driver().press("removeButton");
+        bench.driver().press("firstAnswer");
+        QCOMPARE(bench.listed(), "钢圈=2");
+        QCOMPARE(bench.engine.rims("五辐"), "812.5|812.5");
+        bench.choose("钢圈");
+        bench.driver().press("removeButton");
+        bench.driver().press("secondAnswer");
+        QCOMPARE(bench.engine.rims("钢圈"), "-|-");
+        QCOMPARE(bench.stored("工位1"), "");
+        QCOMPARE(bench.driver().text<QLabel>("parameters"), "还没有型号");
+        QCOMPARE(bench.audit, QStringList({"model/五辐:1>", "model/钢圈:2>"}));
+    }
+
+    void exportedModelComesBackExactly()
+    {
+        Bench bench;
+        QString error;
+        bench.models->setCalibrated("五辐", true, &error);
+        bench.engine.solutions["工位1"]["五辐"]["rim_radius"] = 604.1234567890123;
+        const QString path = bench.home.path("/导出 五辐.json");
+        bench.choose("五辐");
+        bench.driver().press("exportButton");
+        bench.giveFile(path);
+        QVERIFY(bench.driver().message().startsWith("已导出到"));
+
+        Bench other;
+        other.engine.solutions.remove("工位2");
+        other.driver().press("importButton");
+        other.giveFile(path);
+        QVERIFY(other.editDriver().message().contains("已存在"));
+        other.editDriver().type("nameEdit", "五辐甲");
+        QVERIFY(other.editDriver().message().contains("已被型号五辐使用"));
+        other.editDriver().type("indexEdit", "8");
+        QCOMPARE(other.editDriver().message(), "没有方案工位2，其参数不导入");
+        other.editDriver().shoot("model-import");
+        other.editDriver().press("okButton");
+        QCOMPARE(other.listed(), "五辐=1 五辐甲=8* 钢圈=2");
+        QCOMPARE(other.engine.solutions["工位1"]["五辐甲"], bench.engine.solutions["工位1"]["五辐"]);
+    }
+
+    void badFileIsRefused_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("told");
+        const QByteArray start = "{\"format\": \"valvecell-model\", \"version\": 1, \"name\": \"N\", \"plcIndex\": 5";
+        QTest::newRow("empty") << QByteArray() << "";
+        QTest::newRow("cut") << start << "line 1";
+        QTest::newRow("picture") << QByteArray("\x89PNG\r\n\x1a\n\0\0", 10) << "";
+        QTest::newRow("other JSON") << QByteArray("{\"name\": \"N\"}") << "不是型号文件";
+        QTest::newRow("newer") << QByteArray(start).replace("\"version\": 1", "\"version\": 2") + "}"
+                               << "版本";
+        QTest::newRow("no parameters") << start + "}"
+                                       << "参数部分有误";
+        QTest::newRow("nested") << start + ", \"parameters\": {\"工位1\": {\"rim_radius\": [1]}}}"
+                                << "参数部分有误";
+        QTest::newRow("endless") << QByteArray(1024 * 1024 + 1, ' ') << "文件太大";
+    }
+    void badFileIsRefused()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, told);
+        Bench bench;
+        bench.home.write("/坏.json", content);
+        bench.driver().press("importButton");
+        bench.giveFile(bench.home.path("/坏.json"));
+        QVERIFY(!bench.edit().isVisible());
+        QVERIFY2(bench.driver().message().contains("坏.json") && bench.driver().message().contains(told),
+                 qPrintable(bench.driver().message()));
+        QCOMPARE(bench.listed(), "五辐=1 钢圈=2");
+    }
+
+    void valuesThatTheEngineRefusesAreNotImported()
+    {
+        Bench bench;
+        bench.home.write("/N.json",
+                         "{\"format\": \"valvecell-model\", \"version\": 1, \"name\": \"N\", \"plcIndex\": 5, "
+                         "\"parameters\": {\"工位1\": {\"rim_radius\": 9}, \"工位2\": {\"rim_radius\": -1}}}");
+        bench.driver().press("importButton");
+        bench.giveFile(bench.home.path("/N.json"));
+        bench.editDriver().press("okButton");
+        QVERIFY(bench.editDriver().message().contains("工位2: rim_radius -1 refused"));
+        QCOMPARE(bench.listed(), "五辐=1 钢圈=2");
+        QCOMPARE(bench.engine.rims("N"), "-|-");
+    }
+
+    void modelRemovedInAnotherWindowWhileItIsEdited()
+    {
+        Bench bench;
+        QModelMangerUI other(*bench.models, &bench.engine);
+        bench.choose("五辐");
+        bench.driver().press("modifyButton");
+        QString error;
+        other.show();
+        DialogDriver second(other);
+        second.get<QTableView>("table")->selectRow(0);
+        second.press("removeButton");
+        second.press("firstAnswer");
+        QCOMPARE(bench.driver().get<QTableView>("table")->model()->rowCount(), 1);
+        QCOMPARE(bench.editDriver().message(), "型号五辐已不存在");
+        QVERIFY(!bench.editDriver().canPress("okButton"));
+    }
+
+    void withoutAnEngineTheLibraryStillWorks()
+    {
+        Bench bench(false);
+        bench.choose("五辐");
+        QVERIFY(!bench.driver().get<QLabel>("parameters")->isVisible());
+        bench.driver().press("copyButton");
+        bench.editDriver().press("okButton");
+        QCOMPARE(bench.listed(), "五辐=1 五辐 2=3 钢圈=2");
+    }
+
+    void nothingIsCutOff()
+    {
+        Bench bench;
+        bench.models->setCurrentModel("钢圈");
+        bench.choose("五辐");
+        QCOMPARE(bench.driver().clipped(), QStringList());
+        bench.driver().shoot("models");
+        bench.driver().press("modifyButton");
+        QCOMPARE(bench.editDriver().clipped(), QStringList());
+    }
+};
+
+QTEST_MAIN(ModelManagerUiTest)
+#include "tst_modelmangerui.moc"
