@@ -9,6 +9,7 @@
 #include "db/log/ksSysLog.h"
 #include "dialogs/calibration/ksImageCaliUI.h"
 #include "dialogs/calibration/ksImageCaliUI4P.h"
+#include "dialogs/testmode/QTestWidget.h"
 #include "host/CellStatusBar.h"
 #include "host/LanguageSwitch.h"
 #include "host/Messages.h"
@@ -62,6 +63,7 @@ CMainWin::CMainWin(QWidget* parent)
     logSystemStart();
     openResultDatabase();
     createAutoTrigger();
+    connectTestMode();
     createController();
     connectStations();
     selectRunModels();
@@ -245,6 +247,12 @@ void CMainWin::createAutoTrigger()
     connect(m_autoTrigger.get(), &AutoTrigger::sgTrig, this, &CMainWin::onTrigImage);
 }
 
+void CMainWin::connectTestMode()
+{
+    connect(m_actions, &WindowActions::sgTestMode, this, &CMainWin::onTestMode);
+    connect(m_actions, &WindowActions::testIntervalChanged, this, [this](int ms) { m_testIntervalMs = ms; });
+}
+
 void CMainWin::createController()
 {
     m_controller = std::make_unique<CZdCtrl>(m_modules.engine(), platform::home());
@@ -381,6 +389,24 @@ void CMainWin::onImageScale(qreal scale)
 void CMainWin::onActionClicked()
 {
     m_actions->trigger(sender()->objectName());
+}
+
+void CMainWin::onTestMode(int mode)
+{
+    switch (mode) {
+    case QTestWidget::Start:
+        m_autoTrigger->start(m_testIntervalMs);
+        break;
+    case QTestWidget::SnapStation1:
+        m_dispatch->onTrigger(1);
+        break;
+    case QTestWidget::SnapStation2:
+        m_dispatch->onTrigger(2);
+        break;
+    default:
+        m_autoTrigger->stop();
+        break;
+    }
 }
 
 void CMainWin::onTrigImage()

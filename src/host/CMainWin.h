@@ -60,6 +60,8 @@ public slots:
     void onImageScale(qreal scale);
     void onSystemLog(const QString& text);
     void onActionClicked();
+    /// One of QTestWidget::TestMode.
+    void onTestMode(int mode);
     /// A trigger by software, at each station that is enabled.
     void onTrigImage();
 
@@ -84,6 +86,7 @@ private:
     void logSystemStart();
     void openResultDatabase();
     void createAutoTrigger();
+    void connectTestMode();
     void createController();
     void connectStations();
     void selectRunModels();
@@ -120,5 +123,6 @@ private:
     QTimer m_heartbeat;
     int m_statusTimer = 0;
     QStringList m_engineList;
+    int m_testIntervalMs = 1000;
     bool m_stationEnabled[2] = {false, false};
 };

@@ -1,8 +1,12 @@
 #include "host/WindowActions.h"
 
 #include "config/ksGlobalConfig.h"
+#include "config/ksSysConfig.h"
+#include "db/log/LogLine.h"
 #include "dialogs/calibration/ksImageCaliUI.h"
 #include "dialogs/calibration/ksImageCaliUI4P.h"
+#include "dialogs/settings/QSystemSettingUI.h"
+#include "dialogs/testmode/QTestWidget.h"
 #include "host/Messages.h"
 #include "modules/ModuleSet.h"
 #include "platform/ModuleFiles.h"
@@ -32,8 +36,13 @@ WindowActions::WindowActions(QMainWindow* window, const ModuleSet& modules)
     : QObject(window)
     , m_window(window)
     , m_modules(modules)
+    , m_test(new QTestWidget(window))
 {
+    connect(m_test, &QTestWidget::sgTestMode, this, &WindowActions::sgTestMode);
+    connect(m_test, &QTestWidget::intervalChanged, this, &WindowActions::testIntervalChanged);
 }
+
+WindowActions::~WindowActions() = default;
 
 void WindowActions::setCalibrations(ksImageCaliUI* twoPoint, ksImageCaliUI4P* fourPoint)
 {
@@ -45,7 +54,9 @@ void WindowActions::trigger(const QString& name)
 {
     static const QPair<const char*, void (WindowActions::*)()> actions[] = {
         {"actionSetting", &WindowActions::openDesigner},
+        {"actionTest", &WindowActions::openTest},
         {"action_Check", &WindowActions::startReport},
+        {"actionSystem", &WindowActions::openSettings},
         {"main_Login_action", &WindowActions::logInOut},
         {"main_action_userManager", &WindowActions::showUserManager},
         {"actionStandard", &WindowActions::openCalibration},
@@ -101,4 +112,33 @@ void WindowActions::openCalibration()
         open(m_fourPoint, tr("图像标定 4点标定"));
     else
         open(m_twoPoint, tr("图像标定 2点标定"));
+}
+
+void WindowActions::openTest()
+{
+    m_test->setOneStation(hasOneStation());
+    showDialog(m_test);
+}
+
+void WindowActions::openSettings()
+{
+    if (!m_settings) {
+        m_settings = new QSystemSettingUI(*ksSysConfig::instance(), *ksGlobalConfig::instance(), m_window);
+        connect(m_settings, &QSystemSettingUI::settingsApplied, this, &WindowActions::logChanges);
+    }
+    ICoreCtrl* core = m_modules.coreCtrl();
+    m_settings->setCameras(core ? core->cameraKeys() : QStringList());
+    m_settings->setSolutions(m_engineList);
+    m_settings->setOneStation(hasOneStation());
+    showDialog(m_settings);
+}
+
+/// Who changed which setting from what to what.
+void WindowActions::logChanges(const AuditChanges& changes)
+{
+    const QString user = m_userCtrl ? m_userCtrl->currentUserName() : QString();
+    for (const AuditChange& change : changes)
+        SystemLog::information(
+            QStringLiteral("设置更改[%1]:%2 → %3,用户:%4")
+                .arg(change.name, change.before, change.after, user.isEmpty() ? QStringLiteral("无") : user));
 }

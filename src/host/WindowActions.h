@@ -1,14 +1,15 @@
 #pragma once
 
+#include "dialogs/fields/AuditChange.h"
+
 #include <QObject>
 #include <QStringList>
 
-#include <functional>
-
 class IUserCtrl;
 class ModuleSet;
-class QDialog;
 class QMainWindow;
+class QSystemSettingUI;
+class QTestWidget;
 class ksImageCaliUI;
 class ksImageCaliUI4P;
 
@@ -20,6 +21,7 @@ class WindowActions : public QObject
 public:
     /// All outlive the actions. The dialogs that they show are children of `window`.
     WindowActions(QMainWindow* window, const ModuleSet& modules);
+    ~WindowActions() override;
 
     void setUserControl(IUserCtrl* userCtrl) { m_userCtrl = userCtrl; }
     void setCalibrations(ksImageCaliUI* twoPoint, ksImageCaliUI4P* fourPoint);
@@ -30,6 +32,10 @@ public:
     void trigger(const QString& name);
 
 signals:
+    /// The test-mode widget wants one of QTestWidget::TestMode; another interval, in milliseconds, comes before a
+    /// start.
+    void sgTestMode(int mode);
+    void testIntervalChanged(int milliseconds);
     /// A short text for the status bar.
     void message(const QString& text);
 
@@ -39,6 +45,9 @@ private:
     void logInOut();
     void showUserManager();
     void openCalibration();
+    void openSettings();
+    void openTest();
+    void logChanges(const AuditChanges& changes);
     bool hasOneStation() const { return m_engineList.size() < 2; }
 
     QMainWindow* m_window;
@@ -47,4 +56,6 @@ private:
     ksImageCaliUI* m_twoPoint = nullptr;
     ksImageCaliUI4P* m_fourPoint = nullptr;
     QStringList m_engineList;
+    QTestWidget* m_test;                    ///< child of the window
+    QSystemSettingUI* m_settings = nullptr; ///< child of the window; made when it is first wanted
 };
