@@ -7,8 +7,13 @@
 #include <QInputMethodEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRegularExpression>
+#include <QTranslator>
 #include <QWidget>
 #include <QtTest>
+
+#include <memory>
+#include <vector>
 
 /// Operates a dialog by the names of its controls, with real clicks and keys.
 class DialogDriver
@@ -80,6 +85,22 @@ public:
         return names;
     }
 
+    /// Whatever still reads Chinese, as far as the dialog itself says it; names that a plant gave lie in lists and
+    /// tables.
+    QStringList chinese() const
+    {
+        static const QRegularExpression han(QStringLiteral("\\p{Han}"));
+        QStringList texts{m_dialog.windowTitle()};
+        const auto widgets = m_dialog.findChildren<QWidget*>();
+        for (const QWidget* widget : widgets) {
+            for (const char* property : {"text", "title", "accessibleName"}) {
+                if (!qobject_cast<const QLineEdit*>(widget) || property == QByteArray("accessibleName"))
+                    texts << widget->property(property).toString();
+            }
+        }
+        return texts.filter(han);
+    }
+
     void shoot(const QString& name) const
     {
         const QString folder = QStringLiteral(VALVECELL_BIN_DIR "/../screenshots");
@@ -89,4 +110,25 @@ public:
 
 private:
     QWidget& m_dialog;
+};
+
+/// Switches the program to English for as long as it lives.
+class English
+{
+public:
+    English()
+    {
+        const QDir folder(QStringLiteral(VALVECELL_BIN_DIR "/language/English"));
+        const QStringList files = folder.entryList({QStringLiteral("*.qm")});
+        for (const QString& file : files) {
+            auto translator = std::make_unique<QTranslator>();
+            if (translator->load(folder.filePath(file)) && QCoreApplication::installTranslator(translator.get()))
+                m_translators.push_back(std::move(translator));
+        }
+    }
+
+    explicit operator bool() const { return !m_translators.empty(); }
+
+private:
+    std::vector<std::unique_ptr<QTranslator>> m_translators;
 };

@@ -144,8 +144,7 @@ QString PlcIndexModel::explanation(const Cell& cell) const
         return tr("%1：型号库中没有“%2”，请清除其索引或添加此型号").arg(cell.first, name);
     case Mark::Shared: {
         const QStringList names = owners(cell);
-        return tr("%1：索引%2被%3共用，实际使用“%4”")
-            .arg(cell.first, text(cell), names.join(QStringLiteral("、")), names.first());
+        return tr("%1：索引%2被%3共用，实际使用“%4”").arg(cell.first, text(cell), names.join(tr("、")), names.first());
     }
     }
     return {};

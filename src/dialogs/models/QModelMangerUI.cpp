@@ -16,7 +16,7 @@ const QString kSuffix = QStringLiteral("json");
 
 QString listed(const QStringList& names)
 {
-    return names.join(QStringLiteral("、"));
+    return names.join(QModelMangerUI::tr("、"));
 }
 
 } // namespace
@@ -30,7 +30,11 @@ QModelMangerUI::QModelMangerUI(ModelManager& models, IEngine* engine, QWidget* p
     m_ui->setupUi(this);
     DialogForm::prepare(this);
     m_view = new ModelView(m_ui->table, models, this);
+    m_ui->table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_ui->table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    QPalette paper = m_ui->table->palette(); // the rows are light in every look
+    paper.setColor(QPalette::Text, Qt::black);
+    m_ui->table->setPalette(paper);
     m_edit = new QModelEditUI(models, this);
     connectAll();
     refresh();
@@ -215,7 +219,7 @@ void QModelMangerUI::import(const QString& path)
         QStringList remarks{unknown.isEmpty() ? QString() : tr("没有方案%1，其参数不导入").arg(listed(unknown)),
                             overwritten(name, file.parameters.keys())};
         remarks.removeAll(QString());
-        return remarks.join(QStringLiteral("；"));
+        return remarks.join(tr("；"));
     };
     begin({QModelEditUI::Purpose::Import, file.entry, QString(), remark,
            [this, file](const ModelEntry& entry, QString* error) { return m_actions.import(file, entry, error); }});

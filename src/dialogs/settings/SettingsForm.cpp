@@ -121,5 +121,5 @@ QString SettingsForm::warning() const
         if (field->isVisibleTo(m_dialog) && isMissingChoice(field))
             missing.append(tr("%1“%2”").arg(field->accessibleName(), valueOf(field).toString()));
     }
-    return missing.isEmpty() ? QString() : tr("不存在：%1").arg(missing.join(QStringLiteral("，")));
+    return missing.isEmpty() ? QString() : tr("不存在：%1").arg(missing.join(tr("，")));
 }

@@ -89,7 +89,7 @@ QString listed(const AuditChanges& changes)
     QStringList texts;
     for (const AuditChange& change : changes)
         texts.append(QStringLiteral("%1 %2 → %3").arg(change.name, change.before, change.after));
-    return texts.join(QStringLiteral("，"));
+    return texts.join(Tr::tr("，"));
 }
 
 HomeFiles::JsonRead readGlobalFile()

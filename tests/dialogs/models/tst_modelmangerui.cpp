@@ -351,6 +351,27 @@ private slots:
         QCOMPARE(bench.listed(), "五辐=1 五辐 2=3 钢圈=2");
     }
 
+    void everyTextFollowsTheLanguage()
+    {
+        Bench bench;
+        QString error;
+        QVERIFY(bench.models->addModel("W18", 4, &error));
+        bench.engine.solutions = {{"S1", {{"W18", Bench::parameters(640)}}}};
+        bench.choose("W18");
+        bench.driver().press("modifyButton");
+        bench.editDriver().type("indexEdit", "");
+        const English english;
+        QTRY_COMPARE(bench.edit().windowTitle(), "Modify model");
+        QCOMPARE(bench.editDriver().message(), "PLC index: a number is needed");
+        QCOMPARE(bench.driver().chinese(), QStringList()); // the edit dialog is within
+        QCOMPARE(bench.driver().get<QTableView>("table")->model()->headerData(2, Qt::Horizontal), "Calibration");
+        QTRY_COMPARE(bench.driver().clipped() + bench.editDriver().clipped(), QStringList());
+        bench.editDriver().shoot("model-edit-en");
+        bench.editDriver().press("cancelButton");
+        bench.driver().press("removeButton");
+        bench.driver().shoot("models-en");
+    }
+
     void nothingIsCutOff()
     {
         Bench bench;

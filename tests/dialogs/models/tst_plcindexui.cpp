@@ -243,10 +243,23 @@ private slots:
         QCOMPARE(bench.table->model()->columnCount(), 1);
     }
 
+    void everyTextFollowsTheLanguage()
+    {
+        Bench bench;
+        bench.enter("五辐", 1, "7x");
+        const English english;
+        QTRY_COMPARE(bench.dialog.windowTitle(), "PLC index table");
+        QCOMPARE(bench.driver.message(), "工位1, 五辐: “7x” is no whole number");
+        QCOMPARE(bench.driver.chinese(), QStringList(bench.driver.get<QLabel>("message")->text()));
+        QCOMPARE(bench.text("五辐", 1), "7x");
+        QTRY_COMPARE(bench.driver.clipped(), QStringList());
+        bench.driver.shoot("plcindex-en");
+    }
+
     void nothingIsCutOff()
     {
         Bench bench;
-        QCOMPARE(bench.driver.clipped(), QStringList());
+        QTRY_COMPARE(bench.driver.clipped(), QStringList());
         bench.driver.shoot("plcindex");
     }
 };

@@ -37,7 +37,7 @@ private slots:
         bench.driver.press("stopButton");
         QVERIFY(bench.driver.canPress("startButton") && !bench.driver.canPress("stopButton"));
         QCOMPARE(bench.wanted, QStringList({"snap1", "snap2", "start", "stop"}));
-        QCOMPARE(bench.driver.clipped(), QStringList());
+        QTRY_COMPARE(bench.driver.clipped(), QStringList());
     }
 
     void intervalIsToldBeforeTheStartThatUsesIt()
@@ -82,6 +82,18 @@ private slots:
         bench.dialog.show();
         bench.dialog.reject();
         QCOMPARE(bench.wanted.size(), 2);
+    }
+
+    void everyTextFollowsTheLanguage()
+    {
+        Bench bench;
+        bench.driver.press("startButton");
+        const English english;
+        QTRY_COMPARE(bench.dialog.windowTitle(), "Test mode");
+        QCOMPARE(bench.driver.chinese(), QStringList());
+        QTRY_COMPARE(bench.driver.clipped(), QStringList());
+        QVERIFY2(!bench.driver.canPress("startButton"), "the test goes on");
+        bench.driver.shoot("testmode-en");
     }
 
     void oneStationFormOffersOneSnap()
