@@ -171,6 +171,10 @@
         <source>场景点 P1、P2、P3 共线</source>
         <translation>Machine points P1, P2, P3 lie on one line</translation>
     </message>
+    <message>
+        <source>场景坐标过大，无法计算</source>
+        <translation>Machine points too large to compute</translation>
+    </message>
 </context>
 <context>
     <name>ImageExport</name>

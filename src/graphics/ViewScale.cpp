@@ -39,14 +39,20 @@ QPen cosmeticPen(const QColor& color, double widthPx, Qt::PenStyle style)
     return pen;
 }
 
+QPen forScreen(QPen pen, const QPainter& painter)
+{
+    pen.setWidthF(pen.widthF() * painter.device()->devicePixelRatioF());
+    return pen;
+}
+
 void strokeOutlined(QPainter* painter, const QPainterPath& path, const QPen& pen)
 {
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setBrush(Qt::NoBrush);
-    painter->setPen(cosmeticPen(kEdge, pen.widthF() + 2.0));
+    painter->setPen(forScreen(cosmeticPen(kEdge, pen.widthF() + 2.0), *painter));
     painter->drawPath(path);
-    painter->setPen(pen);
+    painter->setPen(forScreen(pen, *painter));
     painter->drawPath(path);
     painter->restore();
 }

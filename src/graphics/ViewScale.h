@@ -15,8 +15,11 @@ constexpr double hitRadiusPx = 16.0;
 /// The length of one screen pixel in the item's own coordinates, by the first view of its scene; 1 without a view.
 double pixelLength(const QGraphicsItem& item);
 
-/// A pen whose width is in screen pixels at any zoom.
+/// A pen whose width does not follow the zoom.
 QPen cosmeticPen(const QColor& color, double widthPx = 1.5, Qt::PenStyle style = Qt::SolidLine);
+
+/// A cosmetic pen for drawing with `painter`: as wide on a screen of high density as on any other.
+QPen forScreen(QPen pen, const QPainter& painter);
 
 /// Strokes in item coordinates, with a dark edge below that keeps the line readable on any picture.
 void strokeOutlined(QPainter* painter, const QPainterPath& path, const QPen& pen);

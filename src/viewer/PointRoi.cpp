@@ -69,6 +69,6 @@ void PointRoi::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget
         return;
     const QPointF inImage = imagePoint();
     const QPointF corner(std::floor(inImage.x()), std::floor(inImage.y()));
-    painter->setPen(graphics::cosmeticPen(outlinePen().color(), 1.0, Qt::DotLine));
+    painter->setPen(graphics::forScreen(graphics::cosmeticPen(outlinePen().color(), 1.0, Qt::DotLine), *painter));
     painter->drawRect(QRectF(corner - inImage, QSizeF(1, 1)));
 }

@@ -120,7 +120,7 @@ void RectRoi::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*
     drawName(painter);
     if (!handlesShown() || isLocked())
         return;
-    painter->setPen(graphics::cosmeticPen(outlinePen().color()));
+    painter->setPen(graphics::forScreen(graphics::cosmeticPen(outlinePen().color()), *painter));
     painter->setBrush(Qt::white);
     const double half = kHandlePx * graphics::pixelLength(*this);
     for (int i = 0; i < 8; ++i)

@@ -38,6 +38,7 @@ void CalibrationDialog::setPanels(CalibrationPanel* first, CalibrationPanel* sec
 void CalibrationDialog::setOneStation(bool one)
 {
     m_panels[1]->setVisible(!one);
+    m_panels[0]->setWide(one);
 }
 
 int CalibrationDialog::stationOfSender() const
@@ -87,6 +88,13 @@ void CalibrationDialog::timerEvent(QTimerEvent* event)
     m_messageTimer = 0;
     for (CalibrationPanel* panel : m_panels)
         panel->clearMessage();
+}
+
+void CalibrationDialog::showEvent(QShowEvent* event)
+{
+    for (CalibrationPanel* panel : m_panels)
+        panel->refreshReference();
+    QDialog::showEvent(event);
 }
 
 void CalibrationDialog::changeEvent(QEvent* event)

@@ -36,6 +36,7 @@ protected:
     /// Takes the panels of stations 1 and 2, connects and fills them.
     void setPanels(CalibrationPanel* first, CalibrationPanel* second);
 
+    void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
 

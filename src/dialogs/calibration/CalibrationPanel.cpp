@@ -2,6 +2,7 @@
 
 #include "config/ksGlobalConfig.h"
 #include "dialogs/calibration/FieldNumber.h"
+#include "dialogs/fields/Tone.h"
 #include "graphics/ViewOverlay.h"
 #include "platform/AppHome.h"
 #include "ui_CalibrationPanel.h"
@@ -9,6 +10,8 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QtConcurrentRun>
+
+#include <cmath>
 
 namespace {
 
@@ -36,6 +39,8 @@ CalibrationPanel::CalibrationPanel(int station, int factLines, QWidget* parent)
     // What they say comes and goes while a marker is dragged; the picture must not jump.
     keepLines(m_ui->label_facts, factLines);
     keepLines(m_ui->label_warning, 2);
+    setTone(m_ui->label_warning, Tone::Warning);
+    nameForStation(this);
     for (auto* child : findChildren<QWidget*>())
         nameForStation(child);
     connect(&m_replacing, &QFutureWatcherBase::finished, this, &CalibrationPanel::onReplaced);
@@ -71,9 +76,22 @@ void CalibrationPanel::setForm(QWidget* form)
 {
     for (auto* child : form->findChildren<QWidget*>())
         nameForStation(child);
-    for (auto* field : form->findChildren<QLineEdit*>())
+    for (auto* field : form->findChildren<QLineEdit*>()) {
         connect(field, &QLineEdit::textChanged, this, &CalibrationPanel::refreshHints);
+        if (field->isReadOnly()) {
+            QPalette palette; // what cannot be typed does not look as if it could
+            palette.setBrush(QPalette::Base, Qt::transparent);
+            field->setPalette(palette);
+        }
+    }
     m_ui->formPlace->addWidget(form);
+}
+
+void CalibrationPanel::setWide(bool wide)
+{
+    m_ui->column->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    m_ui->column->setStretch(0, wide ? 3 : 1);
+    m_ui->column->setStretch(1, wide ? 2 : 0);
 }
 
 void CalibrationPanel::initialise()
@@ -82,8 +100,21 @@ void CalibrationPanel::initialise()
     fillFields(config());
     recompute();
     m_ui->m_viewer->removeAllRois();
-    showImage(ReferenceImage::read(ReferenceImage::path(m_station)));
+    readReference();
     refreshOverlays();
+}
+
+void CalibrationPanel::readReference()
+{
+    const QString path = ReferenceImage::path(m_station);
+    m_shownSince = QFileInfo(path).lastModified();
+    showImage(ReferenceImage::read(path));
+}
+
+void CalibrationPanel::refreshReference()
+{
+    if (!m_replacing.isRunning() && QFileInfo(ReferenceImage::path(m_station)).lastModified() != m_shownSince)
+        readReference();
 }
 
 void CalibrationPanel::showImage(const QImage& image)
@@ -168,6 +199,7 @@ void CalibrationPanel::onReplaced()
 {
     const ReferenceImage::Replaced replaced = m_replacing.result();
     m_ui->m_pbLoadImg->setEnabled(true);
+    m_shownSince = QFileInfo(ReferenceImage::path(m_station)).lastModified();
     showImage(replaced.image);
     if (!replaced.error.isEmpty())
         showMessage(tr("标定图像未保存：%1").arg(replaced.error), kRefused);
@@ -215,9 +247,10 @@ QString CalibrationPanel::outsideWarning()
 QStringList CalibrationPanel::numberWarnings(const QVector<QLineEdit*>& fields)
 {
     QStringList warnings;
-    for (const QLineEdit* field : fields) {
+    for (QLineEdit* field : fields) {
         bool isNumber = false;
         FieldNumber::value(field->text(), &isNumber);
+        setTone(field, isNumber ? Tone::Plain : Tone::Warning);
         if (!isNumber)
             warnings << tr("“%1”不是数字，按 0 计算").arg(field->text());
     }
@@ -238,7 +271,7 @@ void CalibrationPanel::refreshOverlays()
     const QTransform toMachine = calibration(config());
     const QTransform toPixels = toMachine.inverted(&usable);
     std::vector<std::unique_ptr<ViewOverlay>> overlays;
-    if (usable) {
+    if (usable && std::isfinite(toMachine.determinant()) && std::isfinite(toPixels.determinant())) {
         const QLineF x = toPixels.map(QLineF(0, 0, 1, 0));
         const QLineF y = toPixels.map(QLineF(0, 0, 0, 1));
         overlays.push_back(std::make_unique<AxesOverlay>(x.p2() - x.p1(), y.p2() - y.p1()));

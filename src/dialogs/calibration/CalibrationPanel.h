@@ -3,6 +3,7 @@
 #include "config/StationConfig.h"
 #include "dialogs/calibration/ReferenceImage.h"
 
+#include <QDateTime>
 #include <QFutureWatcher>
 #include <QGroupBox>
 #include <QPointer>
@@ -31,6 +32,12 @@ public:
 
     /// Fills fields and markers from the configuration and shows the stored reference image, locked.
     void initialise();
+
+    /// Shows the stored reference image anew when its file changed since, for example through another dialog.
+    void refreshReference();
+
+    /// Puts the fields beside the image instead of below it.
+    void setWide(bool wide);
 
     ksImgViewer* viewer() const;
     QVector<QPushButton*> buttons() const;
@@ -81,7 +88,7 @@ protected:
     void setForm(QWidget* form);
     /// Names of the markers that lie outside the image, as a warning; empty when there are none.
     QString outsideWarning();
-    /// A warning for each field whose text is no number.
+    /// A warning for each field whose text is no number; such fields are marked.
     static QStringList numberWarnings(const QVector<QLineEdit*>& fields);
     void refreshHints();
 
@@ -93,6 +100,7 @@ private:
     StationConfig& config() const;
     void nameForStation(QWidget* widget) const;
     void showImage(const QImage& image);
+    void readReference();
     void placeMarkers();
     void setLocked(bool locked);
     void chooseImage();
@@ -105,6 +113,7 @@ private:
     int m_station;
     std::unique_ptr<Ui::CalibrationPanel> m_ui;
     bool m_locked = true;
+    QDateTime m_shownSince; ///< when the file of the shown image was written
     QFutureWatcher<ReferenceImage::Replaced> m_replacing;
     QPointer<QFileDialog> m_chooser;
 };

@@ -118,7 +118,9 @@ CalibrationPanel::Hints FourPointPanel::hints()
     const QTransform map = toTransform(solveAffine(m_points, real));
     bool invertible = false;
     const QTransform back = map.inverted(&invertible);
-    if (!invertible)
+    if (!std::isfinite(map.determinant()))
+        hints.warnings << tr("场景坐标过大，无法计算");
+    if (!invertible || !std::isfinite(map.determinant()))
         return hints;
     const double xScale = map.map(QLineF(0, 0, 1, 0)).length();
     const double yScale = map.map(QLineF(0, 0, 0, 1)).length();

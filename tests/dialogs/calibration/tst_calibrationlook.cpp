@@ -1,0 +1,136 @@
+#include "CalibrationBench.h"
+#include "dialogs/calibration/ksImageCaliUI.h"
+#include "dialogs/calibration/ksImageCaliUI4P.h"
+
+#include <QTranslator>
+
+namespace {
+
+/// Texts that do not fit their widget, with the widgets that lie over each other.
+QStringList faults(const QWidget& dialog)
+{
+    QStringList found;
+    const auto widgets = dialog.findChildren<QWidget*>();
+    for (const QWidget* widget : widgets) {
+        const auto* label = qobject_cast<const QLabel*>(widget);
+        if (!label || !label->isVisible())
+            continue;
+        if (label->wordWrap() && label->height() < label->heightForWidth(label->width()))
+            found << label->objectName() + QStringLiteral(" is cut off below");
+    }
+    for (const QWidget* a : widgets) {
+        for (const QWidget* b : widgets) {
+            const bool siblings = a < b && a->parentWidget() == b->parentWidget() && a->isVisible() && b->isVisible();
+            const bool seen = !qobject_cast<const QAbstractScrollArea*>(a->parentWidget());
+            if (siblings && seen && a->geometry().intersects(b->geometry()))
+                found << a->objectName() + QStringLiteral(" lies over ") + b->objectName();
+        }
+    }
+    return found;
+}
+
+bool holdsChinese(const QString& text)
+{
+    return std::any_of(text.cbegin(), text.cend(), [](QChar c) { return c.script() == QChar::Script_Han; });
+}
+
+std::unique_ptr<CalibrationDialog> newDialog(int points)
+{
+    if (points == 4)
+        return std::make_unique<ksImageCaliUI4P>();
+    return std::make_unique<ksImageCaliUI>();
+}
+
+} // namespace
+
+class CalibrationLookTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { initResources(); }
+
+    void everyTextFitsAndIsPictured_data()
+    {
+        QTest::addColumn<int>("points");
+        QTest::addColumn<bool>("english");
+        QTest::addColumn<bool>("oneStation");
+        for (int points : {2, 4}) {
+            for (bool english : {false, true}) {
+                for (bool one : {false, true})
+                    QTest::addRow("%d points, %s, %s", points, english ? "English" : "Chinese", one ? "one" : "two")
+                        << points << english << one;
+            }
+        }
+    }
+
+    void everyTextFitsAndIsPictured()
+    {
+        QFETCH(int, points);
+        QFETCH(bool, english);
+        QFETCH(bool, oneStation);
+        CalibrationBench bench;
+        CalibrationBench::picture({2448, 2048}).save(bench.home.path("/user/StandImage_1.jpg"));
+        StationConfig& first = bench.config()->stations[0];
+        first.twoPoint = {{420, 800}, {1980, 1130}, 478.25, 0.299927, -12.5, 33.75};
+        first.fourPoint.pixelPoints = {QPoint(310, 290), QPoint(2140, 330), QPoint(280, 1720), QPoint(2110, 1755)};
+        first.fourPoint.realPoints = {QPointF(-112.35, 20.1), QPointF(436.95, 33.4), QPointF(-121.3, 449.2),
+                                      QPointF(427.85, 459.85)};
+        first.fourPoint.testPoint = {1224, 1024};
+        bench.config()->stations[1].fourPoint.pixelPoints = {QPoint(10, 10), QPoint(10, 10), QPoint(900, 10), QPoint()};
+        QTranslator texts;
+        if (english) {
+            QVERIFY(texts.load(QStringLiteral(VALVECELL_BIN_DIR "/language/English/calibration_en.qm")));
+            QCoreApplication::installTranslator(&texts);
+        }
+        const auto dialog = newDialog(points);
+        dialog->setOneStation(oneStation);
+        dialog->show();
+        const DialogDriver hand(*dialog);
+        hand.press("m_pbApply");
+        hand.press("m_pbLock");
+        QCoreApplication::processEvents(); // the layout settles
+        QStringList left = hand.clipped();
+        left.removeAll(QStringLiteral("label_status")); // cuts its own text, with the whole in its tip
+        left.removeAll(QStringLiteral("label_status_2"));
+        left += faults(*dialog);
+        QVERIFY2(left.isEmpty(), qPrintable(left.join(QStringLiteral(", "))));
+        if (english) {
+            for (const QLabel* label : dialog->findChildren<QLabel*>())
+                QVERIFY2(!holdsChinese(label->text()), qPrintable(label->text()));
+            for (const QAbstractButton* button : dialog->findChildren<QAbstractButton*>())
+                QVERIFY2(!holdsChinese(button->text()), qPrintable(button->text()));
+        }
+        hand.shoot(QStringLiteral("calibration_%1p_%2_%3_%4x")
+                       .arg(points)
+                       .arg(english ? QStringLiteral("en") : QStringLiteral("zh"),
+                            oneStation ? QStringLiteral("one") : QStringLiteral("two"))
+                       .arg(qApp->devicePixelRatio()));
+    }
+
+    void languageChangesWhileItIsOpen()
+    {
+        CalibrationBench bench;
+        const auto dialog = newDialog(4);
+        dialog->setWindowTitle(QStringLiteral("图像标定 4点标定"));
+        dialog->show();
+        const DialogDriver hand(*dialog);
+        hand.press("m_pbLock_2");
+        const QString real = hand.get<QLabel>("label_testRealPoint")->text();
+        QTranslator texts;
+        QVERIFY(texts.load(QStringLiteral(VALVECELL_BIN_DIR "/language/English/calibration_en.qm")));
+        QCoreApplication::installTranslator(&texts);
+        QTRY_COMPARE(hand.get<QPushButton>("m_pbLock")->text(), QStringLiteral("Unlock"));
+        QCOMPARE(hand.get<QPushButton>("m_pbLock_2")->text(), QStringLiteral("Lock")); // stays unlocked
+        QCOMPARE(hand.get<QLabel>("label_test_2")->text(), QStringLiteral("Test point:"));
+        QCOMPARE(hand.get<QGroupBox>("CalibrationPanel_2")->title(),
+                 QStringLiteral("Station 2: camera field calibration"));
+        QCOMPARE(hand.get<QLabel>("label_testRealPoint")->text(), real);
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("图像标定 4点标定")); // its opener's
+        hand.press("m_pbLock_2");
+        QCOMPARE(hand.get<QLabel>("label_status_2")->text(), QStringLiteral("Locked"));
+    }
+};
+
+QTEST_MAIN(CalibrationLookTest)
+#include "tst_calibrationlook.moc"

@@ -1,0 +1,232 @@
+#include "CalibrationBench.h"
+#include "dialogs/calibration/ksImageCaliUI4P.h"
+#include "finder/Finder.h"
+#include "ksbengine/Wheels.h"
+#include "workflow/CoordinateTransform.h"
+
+#include <cmath>
+
+namespace {
+
+struct Session
+{
+    explicit Session(int number = 1)
+        : station(number)
+    {
+        dialog.show();
+    }
+
+    QByteArray name(const char* base) const { return station == 2 ? QByteArray(base) + "_2" : QByteArray(base); }
+    QString label(const char* base) const { return hand.get<QLabel>(name(base))->text(); }
+
+    void typeReal(const QVector<QPointF>& points)
+    {
+        for (int i = 0; i < points.size(); ++i) {
+            const QByteArray field = "m_lineEdit_RealP" + QByteArray::number(i + 1);
+            hand.type(name(field + 'X'), QString::number(points[i].x(), 'g', 10));
+            hand.type(name(field + 'Y'), QString::number(points[i].y(), 'g', 10));
+        }
+    }
+
+    /// All markers of a new station lie on one place, the latest on top.
+    void dragAll(const QVector<QPoint>& pixels, const QPoint& test)
+    {
+        markers.drag(QStringLiteral("Test"), test);
+        for (int i = pixels.size() - 1; i >= 0; --i)
+            markers.drag(QStringLiteral("P%1").arg(i + 1), pixels[i]);
+    }
+
+    int station;
+    ksImageCaliUI4P dialog;
+    DialogDriver hand{dialog};
+    Markers markers{dialog, station};
+};
+
+QVector<double> storedMap(const QJsonObject& station)
+{
+    QVector<double> map;
+    for (const char* key : {"m11", "m21", "dx", "m12", "m22", "dy"})
+        map.append(station.value(QLatin1String(key)).toDouble());
+    return map;
+}
+
+} // namespace
+
+class FourPointTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { initResources(); }
+
+    void draggedAndTypedPointsAreStored_data()
+    {
+        QTest::addColumn<int>("station");
+        QTest::newRow("station 1") << 1;
+        QTest::newRow("station 2") << 2;
+    }
+
+    // x' = 0.1 x + 0.02 y + 5, y' = -0.02 x + 0.1 y - 7, by hand
+    void draggedAndTypedPointsAreStored()
+    {
+        QFETCH(int, station);
+        CalibrationBench bench;
+        Session session(station);
+        session.hand.press(session.name("m_pbLock"));
+        session.dragAll({{100, 50}, {300, 50}, {100, 250}, {300, 250}}, {200, 150});
+        session.typeReal({{16, -4}, {36, -8}, {20, 16}, {41, 12.5}});
+        session.hand.type(session.name("m_lineEdit_Xoffset"), QStringLiteral("1.5"));
+        session.hand.type(session.name("m_lineEdit_Yoffset"), QStringLiteral("-0.25"));
+        session.hand.press(station == 2 ? "checkBox_XY_2" : "checkBox_XY_1");
+        session.hand.press(session.name("m_pbApply"));
+        QCOMPARE(session.label("label_status"), QStringLiteral("参数已生效"));
+        QCOMPARE(session.label("label_testPixPoint"), QStringLiteral("(200.000，150.000)"));
+        QCOMPARE(session.label("label_testRealPoint"), QStringLiteral("(28.000，4.000)"));
+
+        const QJsonObject file = bench.stored().value(QStringLiteral("station%1_4p").arg(station)).toObject();
+        const QVector<QPair<const char*, double>> numbers{
+            {"pixpoint1_x", 100}, {"pixpoint1_y", 50},    {"pixpoint2_x", 300}, {"pixpoint3_y", 250},
+            {"pixpoint4_x", 300}, {"pixpoint4_y", 250},   {"Realpoint1_x", 16}, {"Realpoint2_y", -8},
+            {"Realpoint4_x", 41}, {"Realpoint4_y", 12.5}, {"testPoint_x", 200}, {"testPoint_y", 150},
+            {"xoffset", 1.5},     {"yoffset", -0.25}};
+        for (const auto& number : numbers)
+            QCOMPARE(file.value(QLatin1String(number.first)), QJsonValue(number.second));
+        QCOMPARE(file.value(QLatin1String("bXYTrans")), QJsonValue(true));
+        const QVector<double> byHand{0.1, 0.02, 5, -0.02, 0.1, -7};
+        const QVector<double> map = storedMap(file);
+        for (int i = 0; i < 6; ++i)
+            QVERIFY2(std::abs(map[i] - byHand[i]) < 1e-12, QByteArray::number(map[i], 'g', 17));
+        QVERIFY(session.label("label_facts").contains(QStringLiteral("P4 残差：X -1.000 mm，Y -0.500 mm")));
+
+        bench.restart();
+        Session again(station);
+        QCOMPARE(again.label("label_testRealPoint"), QStringLiteral("(28.000，4.000)"));
+        QCOMPARE(again.hand.text(again.name("m_lineEdit_RealP4Y")), QStringLiteral("12.5"));
+        QCOMPARE(again.hand.text(again.name("m_lineEdit_P4X")), QStringLiteral("300"));
+        again.hand.press(again.name("m_pbApply")); // nothing changes by applying what was read
+        QCOMPARE(bench.stored().value(QStringLiteral("station%1_4p").arg(station)).toObject(), file);
+    }
+
+    void plainExampleGivesATenth()
+    {
+        CalibrationBench bench;
+        FourPointCalibration& stored = bench.config()->stations[0].fourPoint;
+        stored.pixelPoints = {QPoint(0, 0), QPoint(100, 0), QPoint(0, 100), QPoint(77, 11)};
+        stored.testPoint = {50, 50};
+        Session session;
+        session.typeReal({{0, 0}, {10, 0}, {0, 10}, {1, 2}});
+        session.hand.press("m_pbApply");
+        const QJsonObject first = bench.stored().value(QStringLiteral("station1_4p")).toObject();
+        const QVector<double> map = storedMap(first);
+        const QVector<double> tenth{0.1, 0, 0, 0, 0.1, 0};
+        for (int i = 0; i < 6; ++i)
+            QVERIFY(std::abs(map[i] - tenth[i]) < 1e-9);
+        QCOMPARE(session.label("label_testRealPoint"), QStringLiteral("(5.000，5.000)"));
+
+        session.hand.press("m_pbLock"); // the fourth pair takes no part
+        session.markers.drag(QStringLiteral("P4"), {140, 90});
+        session.hand.type("m_lineEdit_RealP4X", QStringLiteral("99.5"));
+        session.hand.press("m_pbApply");
+        const QJsonObject second = bench.stored().value(QStringLiteral("station1_4p")).toObject();
+        QCOMPARE(storedMap(second), map);
+        QCOMPARE(second.value(QLatin1String("pixpoint4_x")), QJsonValue(140));
+        QCOMPARE(second.value(QLatin1String("Realpoint4_x")), QJsonValue(99.5));
+    }
+
+    void testPointIsMappedByTheMapInForce()
+    {
+        CalibrationBench bench;
+        bench.config()->stations[0].fourPoint.map = {0.5, 0, 1, 0, 0.25, -1};
+        Session session;
+        session.hand.press("m_pbLock");
+        session.markers.drag(QStringLiteral("Test"), {120, 44});
+        QCOMPARE(session.label("label_testPixPoint"), QStringLiteral("(120.000，44.000)"));
+        QCOMPARE(session.label("label_testRealPoint"), QStringLiteral("(61.000，10.000)"));
+        session.markers.drag(QStringLiteral("P1"), {200, 44});
+        QCOMPARE(session.label("label_testRealPoint"), QStringLiteral("(61.000，10.000)"));
+        QVERIFY(bench.stored().isEmpty()); // nothing is written before it is applied
+    }
+
+    void oddPointsAreStoredAsTheyComeAndComeBack_data()
+    {
+        QTest::addColumn<QVector<QPoint>>("pixels");
+        QTest::addColumn<QString>("realP1X");
+        QTest::addColumn<QString>("warning");
+        const QVector<QPoint> good{{0, 0}, {100, 0}, {0, 100}, {50, 50}};
+        QTest::newRow("on one line") << QVector<QPoint>{{0, 0}, {100, 100}, {200, 200}, {1, 5}} << "3"
+                                     << "图像点 P1、P2、P3 共线";
+        QTest::newRow("equal") << QVector<QPoint>{{10, 10}, {10, 10}, {200, 20}, {1, 5}} << "3"
+                               << "P1 与 P2 重合";
+        QTest::newRow("all equal") << QVector<QPoint>{{10, 10}, {10, 10}, {10, 10}, {10, 10}} << "3"
+                                   << "P2 与 P3 重合";
+        QTest::newRow("beyond single precision") << good << "1e39"
+                                                 << "";
+        QTest::newRow("letters") << good << "x"
+                                 << "“x”不是数字";
+        QTest::newRow("outside") << QVector<QPoint>{{-5, 0}, {100, 0}, {0, 100}, {481, 3}} << "3"
+                                 << "P1, P4 在图像之外";
+    }
+
+    void oddPointsAreStoredAsTheyComeAndComeBack()
+    {
+        QFETCH(QVector<QPoint>, pixels);
+        QFETCH(QString, realP1X);
+        QFETCH(QString, warning);
+        CalibrationBench bench;
+        std::copy(pixels.cbegin(), pixels.cend(), bench.config()->stations[0].fourPoint.pixelPoints.begin());
+        Session session;
+        session.typeReal({{0, 0}, {10, 0}, {0, 10}, {1, 2}});
+        session.hand.type("m_lineEdit_RealP1X", realP1X);
+        QVERIFY2(session.label("label_warning").contains(warning), qPrintable(session.label("label_warning")));
+        session.hand.press("m_pbApply");
+        const FourPointCalibration applied = bench.config()->stations[0].fourPoint;
+        bench.restart();
+        const FourPointCalibration& read = bench.config()->stations[0].fourPoint;
+        for (int i = 0; i < 6; ++i)
+            QVERIFY(read.map[i] == applied.map[i] || (std::isnan(read.map[i]) && std::isnan(applied.map[i])));
+        QCOMPARE(read.realPoints[0].x(), realP1X == QLatin1String("x") ? 0.0 : realP1X.toDouble());
+        Session again;
+        QCOMPARE(again.label("label_testRealPoint"), session.label("label_testRealPoint"));
+    }
+
+    // The machine's frame is turned by 3 degrees and stretched; the operator measures to a hundredth of a millimetre.
+    void foundWheelAgreesWithTheMachineToFiveHundredths_data()
+    {
+        QTest::addColumn<quint64>("seed");
+        for (const quint64 seed : {3, 4, 5})
+            QTest::newRow(QByteArray::number(seed)) << seed;
+    }
+
+    void foundWheelAgreesWithTheMachineToFiveHundredths()
+    {
+        QFETCH(quint64, seed);
+        const wheel::WheelSpec spec = Wheels::spec("five", seed);
+        const wheel::WheelTruth truth = wheel::truthOf(spec);
+        QTransform machine;
+        machine.translate(-120, 35).rotate(3).scale(0.301, 0.299);
+        const QVector<QPoint> pixels{{40, 60}, {1180, 75}, {90, 980}, {1150, 960}};
+        QVector<QPointF> measured;
+        for (const QPoint& pixel : pixels) {
+            const QPointF exact = machine.map(QPointF(pixel));
+            measured.append({std::round(exact.x() * 100) / 100, std::round(exact.y() * 100) / 100});
+        }
+        CalibrationBench bench;
+        CalibrationBench::picture({1224, 1024}).save(bench.home.path("/user/StandImage_1.jpg"));
+        Session session;
+        session.hand.press("m_pbLock");
+        session.dragAll(pixels, {600, 500});
+        session.typeReal(measured);
+        session.hand.press("m_pbApply");
+        bench.restart();
+
+        finder::Finder finder;
+        const finder::FindResult found = finder.find(Wheels::image(spec), Wheels::model(spec));
+        QCOMPARE(found.error, finder::FindError::None);
+        const QPointF converted = toMachine(bench.config()->stations[0], true, {found.hole.x, found.hole.y});
+        const QPointF expected = machine.map(QPointF(truth.holeCenter.x, truth.holeCenter.y));
+        QVERIFY2(QLineF(converted, expected).length() < 0.05, QByteArray::number(QLineF(converted, expected).length()));
+    }
+};
+
+QTEST_MAIN(FourPointTest)
+#include "tst_fourpoint.moc"

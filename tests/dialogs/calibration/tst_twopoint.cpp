@@ -1,0 +1,333 @@
+#include "CalibrationBench.h"
+#include "dialogs/calibration/ksImageCaliUI.h"
+
+#include <QFileDialog>
+#include <QSettings>
+
+#include <cmath>
+
+namespace {
+
+const QString kDone = QStringLiteral("background-color: rgb(255, 168, 55);");
+const QString kRefused = QStringLiteral("background-color: rgb(200, 68, 55);");
+
+struct Session
+{
+    Session() { dialog.show(); }
+
+    QString status(const char* name = "label_status") { return hand.get<QLabel>(name)->text(); }
+    QString statusStyle() { return hand.get<QLabel>("label_status")->styleSheet(); }
+
+    /// Chooses a file in the dialog that the button opened.
+    void choose(const QString& path)
+    {
+        hand.press("m_pbLoadImg");
+        auto* chooser = dialog.findChild<QFileDialog*>();
+        QVERIFY(chooser);
+        QCOMPARE(chooser->windowTitle(), QStringLiteral("选择标定图"));
+        QCOMPARE(chooser->nameFilters(), QStringList{QStringLiteral("Image Files (*.png *.jpg *.bmp)")});
+        chooser->selectFile(path);
+        emit chooser->fileSelected(path); // as its own button does
+        chooser->close();
+        QTRY_VERIFY(hand.canPress("m_pbLoadImg"));
+    }
+
+    ksImageCaliUI dialog;
+    DialogDriver hand{dialog};
+    Markers markers{dialog, 1};
+};
+
+} // namespace
+
+class TwoPointTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { initResources(); }
+
+    void panelsShowWhatIsStored()
+    {
+        CalibrationBench bench;
+        StationConfig& second = bench.config()->stations[1];
+        second.twoPoint = {{10, 20}, {310, 420}, 1234.5678, 2.4691356, -12.5, 0.0000123};
+        second.swapXY = true;
+        Session session;
+        QCOMPARE(session.dialog.windowTitle(), QStringLiteral("相机视场标定"));
+        const QVector<QPair<const char*, QString>> shown{
+            {"m_lineEdit_P1X", "0"},           {"m_lineEdit_P2Y", "100"},           {"m_lineEdit_Pixels", "141.421"},
+            {"m_lineEdit_Length", "1000"},     {"m_lineEdit_Scale", "1"},           {"m_lineEdit_P1X_2", "10"},
+            {"m_lineEdit_P1Y_2", "20"},        {"m_lineEdit_P2X_2", "310"},         {"m_lineEdit_P2Y_2", "420"},
+            {"m_lineEdit_Pixels_2", "500"},    {"m_lineEdit_Length_2", "1234.57"},  {"m_lineEdit_Scale_2", "2.46914"},
+            {"m_lineEdit_Xoffset_2", "-12.5"}, {"m_lineEdit_Yoffset_2", "1.23e-05"}};
+        for (const auto& row : shown)
+            QCOMPARE(session.hand.text(row.first), row.second);
+        QVERIFY(session.hand.isChecked("checkBox_XY_2") && !session.hand.isChecked("checkBox_XY_1"));
+        QCOMPARE(session.hand.get<QPushButton>("m_pbLock")->text(), QStringLiteral("解锁"));
+        QCOMPARE(Markers(session.dialog, 2).place(QStringLiteral("P2")), QPointF(310, 420));
+        QCOMPARE(session.hand.get<QGroupBox>("CalibrationPanel")->title(), QStringLiteral("工位1相机视场标定"));
+    }
+
+    void draggedPointsAndTypedLengthAreStored_data()
+    {
+        QTest::addColumn<int>("station");
+        QTest::newRow("station 1") << 1;
+        QTest::newRow("station 2") << 2;
+    }
+
+    void draggedPointsAndTypedLengthAreStored()
+    {
+        QFETCH(int, station);
+        CalibrationBench bench;
+        Session session;
+        Markers markers(session.dialog, station);
+        const QByteArray end = station == 2 ? "_2" : "";
+        session.hand.press("m_pbLock" + end);
+        markers.drag(QStringLiteral("P1"), {50, 60});
+        markers.drag(QStringLiteral("P2"), {290, 240});
+        QCOMPARE(session.hand.text("m_lineEdit_P2X" + end), QStringLiteral("290"));
+        QCOMPARE(session.hand.text("m_lineEdit_Pixels" + end), QStringLiteral("300")); // 240 and 180
+        session.hand.type("m_lineEdit_Length" + end, QStringLiteral("45"));
+        session.hand.type("m_lineEdit_Xoffset" + end, QStringLiteral("12.5"));
+        session.hand.type("m_lineEdit_Yoffset" + end, QStringLiteral("-3.25"));
+        session.hand.press(station == 2 ? "checkBox_XY_2" : "checkBox_XY_1");
+        session.hand.press("m_pbApply" + end);
+        QCOMPARE(session.hand.text("m_lineEdit_Scale" + end), QStringLiteral("0.15"));
+        QCOMPARE(session.status("label_status" + end), QStringLiteral("参数已生效"));
+
+        const QString n = QString::number(station);
+        const QJsonObject file = bench.stored();
+        QCOMPARE(file.value("point1_x_" + n), QJsonValue(50));
+        QCOMPARE(file.value("point1_y_" + n), QJsonValue(60));
+        QCOMPARE(file.value("point2_x_" + n), QJsonValue(290));
+        QCOMPARE(file.value("point2_y_" + n), QJsonValue(240));
+        QCOMPARE(file.value("length_" + n), QJsonValue(45.0));
+        QCOMPARE(file.value("StationScale_" + n), QJsonValue(0.15));
+        QCOMPARE(file.value("StationXOffset_" + n), QJsonValue(12.5));
+        QCOMPARE(file.value("StationYOffset_" + n), QJsonValue(-3.25));
+        QCOMPARE(file.value("station_xytrans_" + n), QJsonValue(true));
+        const QString other = QString::number(3 - station);
+        QCOMPARE(file.value("StationScale_" + other), QJsonValue(1.0));
+        QCOMPARE(file.value("point2_x_" + other), QJsonValue(100));
+
+        bench.restart();
+        Session again;
+        for (const char* field : {"m_lineEdit_P1X", "m_lineEdit_P2Y", "m_lineEdit_Length", "m_lineEdit_Scale",
+                                  "m_lineEdit_Xoffset", "m_lineEdit_Yoffset", "m_lineEdit_Pixels"})
+            QCOMPARE(again.hand.text(field + end), session.hand.text(field + end));
+    }
+
+    void scaleComesFromTheShownTexts_data()
+    {
+        QTest::addColumn<QPoint>("point2"); // point 1 is (0, 0)
+        QTest::addColumn<QString>("length");
+        QTest::addColumn<double>("scale");
+        QTest::addColumn<double>("storedLength");
+        QTest::newRow("3 and 4") << QPoint(3, 4) << "10" << 2.0 << 10.0;
+        // sqrt(100^2 + 72^2) = 123.2233744..., shown as 123.223
+        QTest::newRow("six digits count") << QPoint(100, 72) << "10" << 10.0 / 123.223 << 10.0;
+        QTest::newRow("no length") << QPoint(3, 4) << "" << 0.0 << 0.0;
+        QTest::newRow("equal points") << QPoint(0, 0) << "25" << 1.0 << 25.0;
+        QTest::newRow("equal points, no length") << QPoint(0, 0) << "0" << qQNaN() << 0.0;
+        QTest::newRow("letters") << QPoint(3, 4) << "ten" << 0.0 << 0.0;
+        QTest::newRow("comma") << QPoint(3, 4) << "10,5" << 0.0 << 0.0;
+        QTest::newRow("full-width digits") << QPoint(3, 4) << QStringLiteral("１０") << 0.0 << 0.0;
+        QTest::newRow("more than a number holds") << QPoint(3, 4) << "1e999" << 0.0 << 0.0;
+        QTest::newRow("infinity") << QPoint(3, 4) << "inf" << 0.0 << 0.0;
+        QTest::newRow("negative") << QPoint(3, 4) << "-10" << -2.0 << -10.0;
+        QTest::newRow("blanks around") << QPoint(3, 4) << " 10 " << 2.0 << 10.0;
+    }
+
+    void scaleComesFromTheShownTexts()
+    {
+        QFETCH(QPoint, point2);
+        QFETCH(QString, length);
+        QFETCH(double, scale);
+        QFETCH(double, storedLength);
+        CalibrationBench bench;
+        bench.config()->stations[0].twoPoint.point2 = point2;
+        Session session;
+        session.hand.type("m_lineEdit_Length", length);
+        session.hand.press("m_pbApply");
+        bench.restart();
+        const TwoPointCalibration& stored = bench.config()->stations[0].twoPoint;
+        QVERIFY2(std::isnan(scale) ? std::isnan(stored.scale) : stored.scale == scale,
+                 QByteArray::number(stored.scale, 'g', 17));
+        QCOMPARE(stored.length, storedLength);
+        Session again; // NaN and the like are shown again, not refused
+        QCOMPARE(again.hand.text("m_lineEdit_Scale"), QString::number(scale));
+    }
+
+    void otherNamesOnlyRefreshAndCoordinatesAreCut()
+    {
+        CalibrationBench bench;
+        Session session;
+        AwesomeRoiInfo info;
+        info.center = {10.9, -3.7};
+        emit session.markers.viewer().filterroiChanged(info, QStringLiteral("P2"));
+        QCOMPARE(session.hand.text("m_lineEdit_P2X"), QStringLiteral("10"));
+        QCOMPARE(session.hand.text("m_lineEdit_P2Y"), QStringLiteral("-3"));
+        session.hand.get<QLineEdit>("m_lineEdit_Pixels")->setText(QStringLiteral("7"));
+        emit session.markers.viewer().filterroiChanged(info, QStringLiteral("R1"));
+        QCOMPARE(session.hand.text("m_lineEdit_P2X"), QStringLiteral("10"));
+        QCOMPARE(session.hand.text("m_lineEdit_Pixels"), QStringLiteral("10.4403")); // sqrt(109)
+    }
+
+    void lockGuardsTheMarkersAndMessagesGoTogether()
+    {
+        CalibrationBench bench;
+        Session session;
+        session.markers.drag(QStringLiteral("P2"), {120, 130});
+        QCOMPARE(session.status(), QStringLiteral("不能操作,请解锁"));
+        QCOMPARE(session.statusStyle(), kRefused);
+        QCOMPARE(session.hand.text("m_lineEdit_P2X"), QStringLiteral("100"));
+
+        session.hand.press("m_pbLock");
+        QCOMPARE(session.hand.get<QPushButton>("m_pbLock")->text(), QStringLiteral("上锁"));
+        QCOMPARE(session.status(), QStringLiteral("已解锁"));
+        QCOMPARE(session.statusStyle(), kDone);
+        session.markers.drag(QStringLiteral("P2"), {120, 130});
+        QCOMPARE(session.hand.text("m_lineEdit_P2X"), QStringLiteral("120"));
+        session.hand.press("m_pbLock");
+        session.hand.press("m_pbLock_2");
+        QCOMPARE(session.status(), QStringLiteral("已上锁"));
+        QCOMPARE(session.status("label_status_2"), QStringLiteral("已解锁"));
+        session.markers.drag(QStringLiteral("P2"), {20, 30});
+        QCOMPARE(session.hand.text("m_lineEdit_P2X"), QStringLiteral("120"));
+        QTRY_COMPARE(session.status(), QString()); // all with the first one's timer
+        QCOMPARE(session.status("label_status_2"), QString());
+        QCOMPARE(session.statusStyle(), QString());
+    }
+
+    void chosenImageReplacesTheReference()
+    {
+        CalibrationBench bench;
+        Session session;
+        session.hand.press("m_pbLock");
+        session.markers.drag(QStringLiteral("P1"), {30, 40});
+        const QString chosen = bench.home.path(QStringLiteral("/新图.png"));
+        CalibrationBench::picture({601, 401}).save(chosen);
+        session.choose(chosen);
+        QCOMPARE(session.markers.viewer().imageSize(), QSize(601, 401));
+        QCOMPARE(QImage(bench.home.path("/user/StandImage_1.jpg")).size(), QSize(601, 401));
+        QCOMPARE(session.markers.place(QStringLiteral("P1")).toPoint(), QPoint(31, 41)); // 30.5: the pixel's middle
+        QCOMPARE(session.hand.text("m_lineEdit_P1X"), QStringLiteral("30"));
+        QCOMPARE(session.hand.get<QPushButton>("m_pbLock")->text(), QStringLiteral("解锁"));
+        session.markers.drag(QStringLiteral("P1"), {60, 60});
+        QCOMPARE(session.hand.text("m_lineEdit_P1X"), QStringLiteral("30")); // locked again
+        QVERIFY(QImage(bench.home.path("/user/StandImage_2.jpg")).size() == QSize(480, 320));
+    }
+
+    void unusableImageLeavesNoReference_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("text with a picture's suffix") << QByteArray("no picture");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("the reference itself") << QByteArray("self");
+    }
+
+    void unusableImageLeavesNoReference()
+    {
+        QFETCH(QByteArray, content);
+        CalibrationBench bench;
+        Session session;
+        QString chosen = bench.home.path("/user/StandImage_1.jpg");
+        if (content != "self") {
+            bench.home.write("/chosen.jpg", content);
+            chosen = bench.home.path("/chosen.jpg");
+        }
+        session.choose(chosen);
+        QVERIFY(session.markers.viewer().image().isNull());
+        QVERIFY(!QFile::exists(bench.home.path("/user/StandImage_1.jpg")));
+        QVERIFY2(session.status().startsWith(QStringLiteral("标定图像未保存")), qPrintable(session.status()));
+        QVERIFY(session.markers.viewer().roi(QStringLiteral("P1")));
+        Session without; // a start without a reference image
+        QVERIFY(without.markers.viewer().image().isNull());
+    }
+
+    void damagedReferenceDoesNotStopTheDialog()
+    {
+        CalibrationBench bench;
+        const QByteArray whole = bench.home.read("/user/StandImage_1.jpg");
+        bench.home.write("/user/StandImage_1.jpg", whole.left(whole.size() / 2));
+        bench.home.write("/user/StandImage_2.jpg", "GIF89a");
+        Session session;
+        session.hand.press("m_pbApply");
+        QCOMPARE(session.status(), QStringLiteral("参数已生效"));
+    }
+
+    void imageChosenInTheOtherDialogIsShown()
+    {
+        CalibrationBench bench;
+        Session session;
+        session.dialog.close();
+        CalibrationBench::picture({200, 100}).save(bench.home.path("/user/StandImage_1.jpg"));
+        QFile file(bench.home.path("/user/StandImage_1.jpg"));
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(5), QFileDevice::FileModificationTime));
+        session.dialog.show();
+        QCOMPARE(session.markers.viewer().imageSize(), QSize(200, 100));
+    }
+
+    void failedSaveIsTold()
+    {
+        CalibrationBench bench;
+        Session session;
+        QVERIFY(QDir(bench.home.path("/user")).removeRecursively());
+        bench.home.write("/user", "a file where the folder should be");
+        session.hand.press("m_pbApply");
+        QVERIFY2(session.status().contains(QStringLiteral("未能保存")), qPrintable(session.status()));
+        QCOMPARE(session.statusStyle(), kRefused);
+        QCOMPARE(bench.config()->stations[0].twoPoint.length, 1000.0);
+    }
+
+    void zoomIsRememberedForEachStation()
+    {
+        CalibrationBench bench;
+        Session session;
+        Markers second(session.dialog, 2);
+        second.viewer().setImageScale(1.0);
+        Mouse(second.viewer()).wheel(240);
+        const QSettings file(bench.home.path("/showImg.ini"), QSettings::IniFormat);
+        QCOMPARE(file.value("ShowImg/Scale_Standard_2").toDouble(), 1.21);
+        QCOMPARE(file.allKeys(), QStringList{QStringLiteral("ShowImg/Scale_Standard_2")});
+    }
+
+    void warningsTellWhatIsOdd_data()
+    {
+        QTest::addColumn<QPoint>("point2");
+        QTest::addColumn<QString>("length");
+        QTest::addColumn<QString>("warning");
+        QTest::newRow("good") << QPoint(100, 100) << "10"
+                              << "";
+        QTest::newRow("equal") << QPoint(0, 0) << "10"
+                               << "P1 与 P2 重合";
+        QTest::newRow("outside") << QPoint(480, 10) << "10"
+                                 << "P2 在图像之外";
+        QTest::newRow("no number") << QPoint(100, 100) << "1O"
+                                   << "“1O”不是数字，按 0 计算；两点实际距离应大于 0";
+    }
+
+    void warningsTellWhatIsOdd()
+    {
+        QFETCH(QPoint, point2);
+        QFETCH(QString, length);
+        QFETCH(QString, warning);
+        CalibrationBench bench;
+        bench.config()->stations[0].twoPoint.point2 = point2;
+        Session session;
+        session.hand.type("m_lineEdit_Length", length);
+        QCOMPARE(session.status("label_warning"), warning.isEmpty() ? QString() : QStringLiteral("⚠ ") + warning);
+    }
+
+    void exitCloses()
+    {
+        CalibrationBench bench;
+        Session session;
+        session.hand.press("m_pbExit");
+        QVERIFY(!session.dialog.isVisible());
+    }
+};
+
+QTEST_MAIN(TwoPointTest)
+#include "tst_twopoint.moc"
