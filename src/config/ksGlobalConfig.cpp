@@ -80,7 +80,8 @@ void report(const QStringList& lines, QString* target)
 template <typename Visitor>
 void ksGlobalConfig::visit(Visitor& visitor)
 {
-    auto& [first, second] = stations;
+    StationConfig& first = stations[0];
+    StationConfig& second = stations[1];
     visitor.field("station_camkey_1", first.camKey, QString());
     visitor.field("station_camkey_2", second.camKey, QString());
     visitor.field("station_solution_1", first.solution, QString());

@@ -35,7 +35,7 @@ QString moduleFile(const QString& base)
 
 QString moduleLoadName(const QString& base)
 {
-    const QString name = withoutSuffix(base);
+    QString name = withoutSuffix(base);
     if (name.contains(QLatin1Char('/')))
         return name;
     const QString beside = QCoreApplication::applicationDirPath() + QLatin1Char('/') + name;
