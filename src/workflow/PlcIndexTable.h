@@ -13,7 +13,7 @@ public:
     using StationTable = QMap<QString, qint32>; ///< model name to PLC index
 
     /// `baseDir`: the home, without a separator at its end.
-    explicit PlcIndexTable(QString baseDir);
+    explicit PlcIndexTable(const QString& baseDir);
 
     /// Reads the file anew. A missing file gives an empty table; one that does not parse too, with a warning that
     /// names the place.
