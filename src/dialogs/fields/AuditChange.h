@@ -7,9 +7,9 @@
 /// One value that a dialog changed, for the audit lines of the system log. Names are keys, the same in every language.
 struct AuditChange
 {
-    QString name;
-    QString before;
-    QString after;
+    QString name;   ///< the key in its file, or a path such as "model/W18/plcIndex"
+    QString before; ///< empty when there was none
+    QString after;  ///< empty when there is none any more
 };
 
 using AuditChanges = QVector<AuditChange>;

@@ -18,6 +18,7 @@ public:
     /// Whether "nothing" is among the choices; it is by default.
     void setOptional(bool optional);
 
+    /// Chooses a name, whether or not it is in the list.
     void setValue(const QString& name);
     /// The chosen name; empty for nothing.
     QString value() const { return currentData().toString(); }

@@ -13,6 +13,7 @@ class InlineMessage : public QLabel
 public:
     explicit InlineMessage(QWidget* parent = nullptr);
 
+    /// Takes the place of what was said before.
     void say(Tone tone, const QString& text);
     void clear() { say(Tone::Plain, {}); }
     Tone tone() const { return m_tone; }

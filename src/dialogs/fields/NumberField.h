@@ -14,6 +14,7 @@ class NumberField : public QLineEdit
 public:
     explicit NumberField(QWidget* parent = nullptr);
 
+    /// The smallest and the largest number that are right.
     int minimum() const { return m_minimum; }
     int maximum() const { return m_maximum; }
     void setMinimum(int minimum);

@@ -35,6 +35,7 @@ public slots:
     void dismiss();
 
 signals:
+    /// The question was taken back, or answered by "cancel".
     void dismissed();
 
 protected:

@@ -18,6 +18,7 @@ public:
     /// `engine` may be null, and outlives this object.
     explicit EngineModels(IEngine* engine);
 
+    /// Whether the engine lets its models be read and changed.
     bool hasStore() const { return m_store; }
 
     /// The engine's solutions as they are now; empty without a solution store.
@@ -34,6 +35,7 @@ public:
     bool remove(const QString& model, QString* error);
 
 private:
+    /// Brings these solutions to what they were, as far as the engine lets it; what it refuses is told in the log.
     void putBack(const QString& model, const SolutionParameters& before, const QStringList& solutions);
 
     IEngine* m_engine;

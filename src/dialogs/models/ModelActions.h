@@ -23,13 +23,16 @@ public:
     /// A name and an index that are free, made from `wanted`.
     ModelEntry proposal(const QString& wanted) const;
 
+    /// The name may be known to the engine already: its parameters are then the new model's.
     bool add(const ModelEntry& entry, QString* error);
     /// Renaming renames the engine's model too.
     bool modify(const QString& name, const ModelEntry& entry, QString* error);
     /// The engine's parameters are copied too.
     bool copy(const QString& source, const ModelEntry& entry, QString* error);
+    /// Without `withParameters` the engine keeps its model, which no index means any more.
     bool remove(const QString& name, bool withParameters, QString* error);
 
+    /// Replaces a file of that name.
     bool exportTo(const QString& path, const QString& name, QString* error) const;
     /// Adds the model under the name of `entry` with the parameters of `file`, as far as the engine has their
     /// solutions.
@@ -44,6 +47,7 @@ public:
     AuditChanges takeAudit();
 
 private:
+    // Each is whole or not at all by itself.
     bool addWithParameters(const ModelEntry& entry, const SolutionParameters& parameters, QString* error);
     bool rename(const QString& name, const QString& newName, QString* error);
     bool changeValues(const ModelEntry& before, const ModelEntry& after, QString* error);

@@ -16,7 +16,7 @@ struct ModelEntry
 struct ModelFile
 {
     ModelEntry entry;
-    SolutionParameters parameters;
+    SolutionParameters parameters; ///< without solutions for an engine that has no parameters
 
     /// Reads a file that anybody may have written. On failure file and reason are told in `error`. Name and index are
     /// not judged here, but where they are used.

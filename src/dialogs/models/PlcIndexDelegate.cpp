@@ -3,12 +3,19 @@
 #include "dialogs/fields/NumberField.h"
 #include "dialogs/models/PlcIndexModel.h"
 
-QWidget* PlcIndexDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex&) const
+#include <QKeyEvent>
+
+namespace {
+constexpr const char* kTextBefore = "textBefore";
+} // namespace
+
+QWidget* PlcIndexDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex& index) const
 {
     auto* field = new NumberField(parent);
     field->setMinimum(PlcIndexModel::lowestIndex);
     field->setMaximum(PlcIndexModel::highestIndex);
     field->setOptional(true);
+    field->setProperty(kTextBefore, index.data(Qt::EditRole));
     // The signal is the delegate's, and making an editor does not change the delegate.
     auto* self = const_cast<PlcIndexDelegate*>(this);
     connect(field, &QLineEdit::textEdited, self, [self, field] { emit self->commitData(field); });
@@ -26,4 +33,14 @@ void PlcIndexDelegate::setEditorData(QWidget* editor, const QModelIndex& index) 
 void PlcIndexDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const
 {
     model->setData(index, qobject_cast<NumberField*>(editor)->text());
+}
+
+bool PlcIndexDelegate::eventFilter(QObject* editor, QEvent* event)
+{
+    auto* field = qobject_cast<NumberField*>(editor);
+    if (field && event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        field->setText(field->property(kTextBefore).toString());
+        emit commitData(field);
+    }
+    return QStyledItemDelegate::eventFilter(editor, event);
 }

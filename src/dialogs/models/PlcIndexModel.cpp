@@ -55,6 +55,7 @@ void PlcIndexModel::refresh()
     m_names.clear();
     for (int row = 0; row < m_models.modelCount(); ++row)
         m_names.append(m_models.modelName(row));
+    m_library = QSet<QString>(m_names.begin(), m_names.end());
     for (const QString& station : qAsConst(m_stations))
         m_names += m_stored.table(station).keys();
     for (auto it = m_typed.begin(); it != m_typed.end(); ++it)
@@ -75,7 +76,7 @@ void PlcIndexModel::clear(const QModelIndexList& cells)
     emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
 }
 
-void PlcIndexModel::revert()
+void PlcIndexModel::forgetTyped()
 {
     m_typed.clear();
     refresh();
@@ -107,7 +108,7 @@ PlcIndexModel::Mark PlcIndexModel::mark(const Cell& cell) const
         return Mark::None;
     if (!WholeNumber::problem(text, lowestIndex, highestIndex).isEmpty())
         return Mark::Wrong;
-    if (!m_models.contains(cell.second))
+    if (!m_library.contains(cell.second))
         return Mark::Missing;
     return owners(cell).size() < 2 ? Mark::None : Mark::Shared;
 }
@@ -212,7 +213,7 @@ bool PlcIndexModel::store(AuditChanges* changes, QString* error)
     }
     for (const QString& station : qAsConst(m_stations))
         *changes += differences(station, before[station], after[station]);
-    revert();
+    forgetTyped();
     return true;
 }
 
@@ -281,9 +282,9 @@ QVariant PlcIndexModel::data(const QModelIndex& index, int role) const
     if (role == Qt::DisplayRole || role == Qt::EditRole)
         return nameColumn ? cell.second : text(cell);
     if (role == Qt::BackgroundRole && nameColumn)
-        return m_models.contains(cell.second) ? QVariant() : toneGround(Tone::Error);
+        return m_library.contains(cell.second) ? QVariant() : toneGround(Tone::Error);
     if (role == Qt::ToolTipRole && nameColumn)
-        return m_models.contains(cell.second) ? QVariant() : tr("型号库中没有此型号");
+        return m_library.contains(cell.second) ? QVariant() : tr("型号库中没有此型号");
     if (role == Qt::BackgroundRole)
         return ground(cell);
     return role == Qt::ToolTipRole ? explanation(cell) : QVariant();

@@ -5,6 +5,7 @@
 
 #include <QAbstractTableModel>
 #include <QPair>
+#include <QSet>
 
 class ModelManager;
 
@@ -28,11 +29,12 @@ public:
     /// Reads names and stored tables anew; what was typed stays.
     void refresh();
     /// Forgets what was typed.
-    void revert();
+    void forgetTyped();
     /// Empties these cells; names stay.
     void clear(const QModelIndexList& cells);
 
-    /// What keeps the tables from being stored; empty when nothing does.
+    /// What keeps the tables from being stored: a number that is none, a model that the library lacks. Empty when
+    /// nothing does.
     QString problem() const;
     /// What may be stored, though it is hardly meant: indices that two models of a station share.
     QString warning() const;
@@ -56,6 +58,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 private:
+    /// What is wrong with a cell, the worst first.
     enum class Mark { None, Wrong, Missing, Shared };
     using Cell = QPair<QString, QString>; ///< station and model
 
@@ -74,7 +77,8 @@ private:
     ModelManager& m_models;
     const PlcIndexTable& m_stored;
     QStringList m_stations;
-    QStringList m_names; ///< the rows, in name order
+    QSet<QString> m_library; ///< the models that the library knows
+    QStringList m_names;     ///< the rows, in name order
     QMap<Cell, QString> m_typed;
     QMap<QString, QMultiMap<qint64, QString>> m_owners; ///< by station: an index and the models that have it
 };

@@ -41,6 +41,7 @@ public:
     void begin(const Task& task);
 
 public slots:
+    /// OK: submits, and closes when it was done.
     void accept() override;
 
 protected:

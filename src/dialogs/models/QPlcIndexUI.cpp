@@ -44,7 +44,7 @@ void QPlcIndexUI::setStations(const QStringList& stations)
 void QPlcIndexUI::showEvent(QShowEvent* event)
 {
     if (!event->spontaneous())
-        m_table->revert();
+        m_table->forgetTyped();
     QDialog::showEvent(event);
 }
 

@@ -33,7 +33,9 @@ signals:
     void tablesApplied(const AuditChanges& changes);
 
 public slots:
+    /// OK: applies, and closes when all was stored.
     void accept() override;
+    /// Stores both tables or none; tells in the dialog what keeps it from that.
     void apply();
 
 protected:

@@ -47,6 +47,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    /// What becomes of the dialog once all is stored.
     enum class After { Stay, Close };
 
     void connectAll();
@@ -55,8 +56,10 @@ private:
     QString problem() const;
     bool isEdited() const;
     void submit(After after);
+    /// Lets the operator decide between the files and the form; nothing happens until then.
     void askAboutFiles(const QStringList& foreign, After after);
     void store(After after);
+    /// Gives up what was edited, and takes over what the files hold.
     void takeFiles();
     QString sameChoiceProblem() const;
 

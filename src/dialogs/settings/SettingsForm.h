@@ -17,6 +17,7 @@ public:
     /// `dialog` outlives the form.
     explicit SettingsForm(QWidget* dialog);
 
+    /// Fills all fields; a setting without a field is left aside.
     void show(const SettingsMap& settings);
     /// What the fields hold; a number that is none stands as the typed text.
     SettingsMap values() const;
@@ -29,6 +30,7 @@ public:
     QString warning() const;
 
 signals:
+    /// A field holds something else, or a choice has become missing or is back.
     void edited();
 
 private:

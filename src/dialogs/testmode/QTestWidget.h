@@ -53,6 +53,7 @@ protected:
 private:
     void connectAll();
     void judge();
+    /// Tells of the typed interval, if it is right and another than the one told last.
     void takeInterval();
     void start();
     void stop();

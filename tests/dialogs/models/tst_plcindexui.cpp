@@ -131,6 +131,17 @@ private slots:
         QVERIFY(bench.audit.isEmpty());
     }
 
+    void escapeTakesBackTheCellInHandOnly()
+    {
+        Bench bench;
+        bench.enter("钢圈", 1, "8");
+        bench.enter("五辐", 1, "7");
+        QTest::keyClick(bench.type("五辐", 1, "99999"), Qt::Key_Escape);
+        QTRY_VERIFY(!bench.table->findChild<QLineEdit*>());
+        QCOMPARE(bench.text("五辐", 1) + bench.text("钢圈", 1), "78");
+        QVERIFY(bench.dialog.isVisible() && bench.driver.canPress("applyButton"));
+    }
+
     void sharedIndexIsMarkedInItsStation()
     {
         Bench bench;
