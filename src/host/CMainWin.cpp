@@ -88,6 +88,7 @@ CMainWin::~CMainWin()
     m_router->setEngine(nullptr);
     m_modules.stop();
     m_results->setStore(nullptr);
+    m_actions->setModels(nullptr, nullptr);
     m_records.reset();
     m_controller.reset();
     m_actions->setCalibrations(nullptr, nullptr);
@@ -259,6 +260,7 @@ void CMainWin::createController()
     m_controller->initialise();
     m_dispatch->setController(m_controller.get());
     m_records->openModelLibrary(m_controller->plcIndices(), m_controller->stationNames());
+    m_actions->setModels(m_records->models(), m_controller.get());
 }
 
 void CMainWin::connectStations()

@@ -5,11 +5,14 @@
 #include "db/log/LogLine.h"
 #include "dialogs/calibration/ksImageCaliUI.h"
 #include "dialogs/calibration/ksImageCaliUI4P.h"
+#include "dialogs/models/QModelMangerUI.h"
+#include "dialogs/models/QPlcIndexUI.h"
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "dialogs/testmode/QTestWidget.h"
 #include "host/Messages.h"
 #include "modules/ModuleSet.h"
 #include "platform/ModuleFiles.h"
+#include "workflow/CZdCtrl.h"
 
 #include <valvecell/IDesigner.h>
 #include <valvecell/IUserCtrl.h>
@@ -54,6 +57,7 @@ void WindowActions::trigger(const QString& name)
 {
     static const QPair<const char*, void (WindowActions::*)()> actions[] = {
         {"actionSetting", &WindowActions::openDesigner},
+        {"actionManage", &WindowActions::openModels},
         {"actionTest", &WindowActions::openTest},
         {"action_Check", &WindowActions::startReport},
         {"actionSystem", &WindowActions::openSettings},
@@ -131,6 +135,38 @@ void WindowActions::openSettings()
     m_settings->setSolutions(m_engineList);
     m_settings->setOneStation(hasOneStation());
     showDialog(m_settings);
+}
+
+void WindowActions::setModels(ModelManager* models, CZdCtrl* controller)
+{
+    delete m_indexTable;
+    delete m_modelManager;
+    m_indexTable = nullptr;
+    m_modelManager = nullptr;
+    m_models = models;
+    m_controller = controller;
+}
+
+void WindowActions::openModels()
+{
+    if (!m_models)
+        return;
+    if (!m_modelManager) {
+        m_modelManager = new QModelMangerUI(*m_models, m_modules.engine(), m_window);
+        connect(m_modelManager, &QModelMangerUI::modelsChanged, this, &WindowActions::logChanges);
+        connect(m_modelManager, &QModelMangerUI::indexTableWanted, this, &WindowActions::openIndexTable);
+    }
+    showDialog(m_modelManager);
+}
+
+void WindowActions::openIndexTable()
+{
+    if (!m_indexTable) {
+        m_indexTable = new QPlcIndexUI(*m_models, m_controller->plcIndices(), m_window);
+        connect(m_indexTable, &QPlcIndexUI::tablesApplied, this, &WindowActions::logChanges);
+    }
+    m_indexTable->setStations(m_controller->stationNames());
+    showDialog(m_indexTable);
 }
 
 /// Who changed which setting from what to what.

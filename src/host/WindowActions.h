@@ -5,9 +5,13 @@
 #include <QObject>
 #include <QStringList>
 
+class CZdCtrl;
 class IUserCtrl;
+class ModelManager;
 class ModuleSet;
 class QMainWindow;
+class QModelMangerUI;
+class QPlcIndexUI;
 class QSystemSettingUI;
 class QTestWidget;
 class ksImageCaliUI;
@@ -25,6 +29,8 @@ public:
 
     void setUserControl(IUserCtrl* userCtrl) { m_userCtrl = userCtrl; }
     void setCalibrations(ksImageCaliUI* twoPoint, ksImageCaliUI4P* fourPoint);
+    /// The models and the controller that has their index tables; both null once they go, which ends their dialogs.
+    void setModels(ModelManager* models, CZdCtrl* controller);
     /// The engine's list; with fewer than two entries the dialogs take their one-station form.
     void setEngineList(const QStringList& list) { m_engineList = list; }
 
@@ -47,6 +53,8 @@ private:
     void openCalibration();
     void openSettings();
     void openTest();
+    void openModels();
+    void openIndexTable();
     void logChanges(const AuditChanges& changes);
     bool hasOneStation() const { return m_engineList.size() < 2; }
 
@@ -56,6 +64,10 @@ private:
     ksImageCaliUI* m_twoPoint = nullptr;
     ksImageCaliUI4P* m_fourPoint = nullptr;
     QStringList m_engineList;
+    ModelManager* m_models = nullptr;
+    CZdCtrl* m_controller = nullptr;
+    QModelMangerUI* m_modelManager = nullptr; ///< these are children of the window, made when they are first wanted
+    QPlcIndexUI* m_indexTable = nullptr;
     QTestWidget* m_test;                    ///< child of the window
     QSystemSettingUI* m_settings = nullptr; ///< child of the window; made when it is first wanted
 };

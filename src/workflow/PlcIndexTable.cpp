@@ -30,8 +30,8 @@ QJsonArray toJson(const PlcIndexTable::StationTable& table)
 
 } // namespace
 
-PlcIndexTable::PlcIndexTable(QString baseDir)
-    : m_path(std::move(baseDir) + QStringLiteral("/user/plcIndex.json"))
+PlcIndexTable::PlcIndexTable(const QString& baseDir)
+    : m_path(baseDir + QStringLiteral("/user/plcIndex.json"))
 {
 }
 
