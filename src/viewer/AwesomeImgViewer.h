@@ -24,6 +24,8 @@ public:
     void setImage(const QImage& image);
     const QImage& image() const;
     QSize imageSize() const;
+    /// What drawings over the image are children of; null before the first image.
+    ImageItem* imageItem() const { return m_item; }
 
     /// The current view scale, never below 0.01.
     double imageScale() const { return m_scale; }
@@ -57,7 +59,6 @@ signals:
     void sgItemMoved(QPointF scenePosition); ///< a selected pixmap item is being dragged
 
 protected:
-    ImageItem* imageItem() const { return m_item; }
     /// The image's size changed from `old`; regions that keep to pixels move along.
     virtual void imageResized(const QSize& old) { Q_UNUSED(old) }
 

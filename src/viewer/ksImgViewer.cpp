@@ -1,5 +1,8 @@
 #include "viewer/ksImgViewer.h"
 
+#include "graphics/ImageItem.h"
+#include "viewer/ResultOverlay.h"
+
 #include <QLabel>
 
 ksImgViewer::ksImgViewer(QWidget* parent)
@@ -14,12 +17,25 @@ ksImgViewer::ksImgViewer(QWidget* parent)
     setReadoutLabel(m_readout);
 }
 
+ksImgViewer::~ksImgViewer() = default;
+
 void ksImgViewer::setImage(const QImage& image)
 {
+    if (m_result)
+        m_result->hide();
     const QSize old = imageSize();
     RoiImgViewer::setImage(image);
     if (m_fitted && image.size() != old)
         fitImage();
+}
+
+void ksImgViewer::showResult(const ResultDrawing& drawing)
+{
+    if (image().isNull())
+        return;
+    if (!m_result)
+        m_result = std::make_unique<ResultOverlay>(imageItem());
+    m_result->show(drawing, imageItem()->fromImage({0.5, 0.5}));
 }
 
 void ksImgViewer::resizeEvent(QResizeEvent* event)

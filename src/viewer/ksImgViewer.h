@@ -2,7 +2,11 @@
 
 #include "viewer/RoiImgViewer.h"
 
+#include <memory>
+
 class QLabel;
+class ResultOverlay;
+struct ResultDrawing;
 
 /// The picture of a station: a viewer that shows the whole image until the operator zooms, with the pixel read-out at
 /// its lower edge while the mouse is over it.
@@ -13,7 +17,12 @@ class ksImgViewer : public RoiImgViewer
 public:
     explicit ksImgViewer(QWidget* parent = nullptr);
 
+    ~ksImgViewer() override;
+
+    /// Shows an image; what was drawn over the one before goes.
     void setImage(const QImage& image);
+    /// Draws what was found over the image that is shown.
+    void showResult(const ResultDrawing& drawing);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -27,5 +36,6 @@ private:
     void placeReadout();
 
     QLabel* m_readout;
+    std::unique_ptr<ResultOverlay> m_result;
     bool m_fitted = true; ///< the whole image is shown and stays so when the view's size changes
 };

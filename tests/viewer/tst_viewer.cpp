@@ -3,6 +3,7 @@
 #include "support/Mouse.h"
 #include "viewer/ImageExport.h"
 #include "viewer/QTipWidget.h"
+#include "viewer/ResultOverlay.h"
 #include "viewer/ksImgViewer.h"
 
 #include <QLabel>
@@ -365,6 +366,30 @@ private slots:
         QTest::keyClick(&viewer, Qt::Key_F);
         viewer.resize(200, 150);
         QCOMPARE(viewer.imageScale(), 0.4);
+    }
+
+    void resultIsDrawnOverItsImageAndGoesWithIt()
+    {
+        ksImgViewer viewer;
+        viewer.resize(400, 400);
+        viewer.show();
+        viewer.showResult({{10, 10}, 5, {20, 20}, 10, 0}); // nothing to draw on yet
+        viewer.setImage(filled(400, 400, Qt::black));
+        const auto brightest = [&](const QRect& part) {
+            const QImage screen = viewer.viewport()->grab(part).toImage();
+            int most = 0;
+            for (int i = 0; i < part.width() * part.height(); ++i)
+                most = std::max(most, qGray(screen.pixel(i % part.width(), i / part.width())));
+            return most;
+        };
+        viewer.showResult({{299.5, 199.5}, 12, {199.5, 199.5}, 150, 0});
+        QVERIFY(brightest({298, 198, 4, 4}) > 80); // the hole's centre
+        QVERIFY(brightest({310, 198, 4, 4}) > 80); // its edge
+        QVERIFY(brightest({48, 198, 4, 4}) > 80);  // the rim
+        QVERIFY(brightest({250, 198, 4, 4}) > 80); // the way from hub to hole
+        QCOMPARE(brightest({230, 300, 20, 20}), 0);
+        viewer.setImage(filled(400, 400, Qt::black));
+        QCOMPARE(brightest({0, 0, 400, 400}), 0);
     }
 
     void imageIsSavedWholeOrTheReasonIsTold_data()

@@ -2,7 +2,9 @@
 
 #include "config/ksGlobalConfig.h"
 #include "dialogs/calibration/FieldNumber.h"
+#include "dialogs/calibration/PointDrawing.h"
 #include "dialogs/fields/Tone.h"
+#include "graphics/ImageItem.h"
 #include "graphics/ViewOverlay.h"
 #include "platform/AppHome.h"
 #include "ui_CalibrationPanel.h"
@@ -120,6 +122,8 @@ void CalibrationPanel::refreshReference()
 void CalibrationPanel::showImage(const QImage& image)
 {
     m_ui->m_viewer->setImage(image);
+    if (!m_drawing)
+        m_drawing = std::make_unique<PointDrawing>(m_ui->m_viewer->imageItem());
     placeMarkers();
     refreshHints();
 }
@@ -127,13 +131,18 @@ void CalibrationPanel::showImage(const QImage& image)
 void CalibrationPanel::placeMarkers()
 {
     ksImgViewer* viewer = m_ui->m_viewer;
-    const QPoint center(viewer->imageSize().width() / 2, viewer->imageSize().height() / 2);
     const double size = ksGlobalConfig::instance()->pointCircle;
     viewer->removeAllRois();
     for (const Marker& marker : markers())
-        viewer->addPointRoi(*marker.point - center, kMarkerColor, kMarkerSelected, size, marker.name);
+        viewer->addPointRoi(fromCenter(*marker.point), kMarkerColor, kMarkerSelected, size, marker.name);
     viewer->showRoiHandles();
     setLocked(true);
+}
+
+QPoint CalibrationPanel::fromCenter(const QPoint& pixel) const
+{
+    const QSize size = m_ui->m_viewer->imageSize();
+    return pixel - QPoint(size.width() / 2, size.height() / 2);
 }
 
 void CalibrationPanel::setLocked(bool locked)
@@ -263,6 +272,8 @@ void CalibrationPanel::refreshHints()
     m_ui->label_facts->setText(shown.facts.join(QLatin1Char('\n')));
     m_ui->label_warning->setText(shown.warnings.isEmpty() ? QString()
                                                           : QStringLiteral("⚠ ") + shown.warnings.join(tr("；")));
+    if (m_drawing)
+        draw(*m_drawing);
 }
 
 void CalibrationPanel::refreshOverlays()

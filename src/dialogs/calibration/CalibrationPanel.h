@@ -11,6 +11,7 @@
 
 #include <memory>
 
+class PointDrawing;
 class QFileDialog;
 class QLineEdit;
 class QPushButton;
@@ -82,6 +83,8 @@ protected:
     virtual Hints hints() = 0;
     /// The stored calibration as a map from image pixels to millimetres; a singular one while there is none.
     virtual QTransform calibration(const StationConfig& config) const = 0;
+    /// Draws what joins the markers.
+    virtual void draw(PointDrawing& drawing) = 0;
     virtual void retranslate() {}
 
     /// Puts a form's widgets under the image; their object names get the station's ending.
@@ -90,6 +93,9 @@ protected:
     QString outsideWarning();
     /// A warning for each field whose text is no number; such fields are marked.
     static QStringList numberWarnings(const QVector<QLineEdit*>& fields);
+    /// A pixel's place relative to the image's centre, where its marker is put.
+    QPoint fromCenter(const QPoint& pixel) const;
+    /// Shows anew what follows from fields and markers.
     void refreshHints();
 
     int station() const { return m_station; }
@@ -112,6 +118,7 @@ private:
 
     int m_station;
     std::unique_ptr<Ui::CalibrationPanel> m_ui;
+    std::unique_ptr<PointDrawing> m_drawing;
     bool m_locked = true;
     QDateTime m_shownSince; ///< when the file of the shown image was written
     QFutureWatcher<ReferenceImage::Replaced> m_replacing;

@@ -2,6 +2,7 @@
 
 #include "config/ksGlobalConfig.h"
 #include "dialogs/calibration/FieldNumber.h"
+#include "dialogs/calibration/PointDrawing.h"
 #include "ui_FourPointForm.h"
 #include "workflow/CoordinateTransform.h"
 
@@ -161,6 +162,19 @@ QTransform FourPointPanel::calibration(const StationConfig& config) const
 {
     const QTransform map = toTransform(config.fourPoint.map);
     return config.fourPoint.swapXY ? map * QTransform(0, 1, 1, 0, 0, 0) : map;
+}
+
+void FourPointPanel::draw(PointDrawing& drawing)
+{
+    drawing.setLines(QVector<QPointF>{fromCenter(m_points[0]), fromCenter(m_points[1]), fromCenter(m_points[2])}, true);
+    const std::array<QPointF, 4> real = realPoints();
+    const QTransform map = toTransform(solveAffine(m_points, real));
+    bool invertible = false;
+    const QPointF expected = map.inverted(&invertible).map(real[3]);
+    if (invertible && std::isfinite(expected.x()) && std::isfinite(expected.y()))
+        drawing.setExpected(fromCenter(QPoint()) + expected, fromCenter(m_points[3]));
+    else
+        drawing.hideExpected();
 }
 
 void FourPointPanel::retranslate()

@@ -1,6 +1,7 @@
 #include "dialogs/calibration/TwoPointPanel.h"
 
 #include "dialogs/calibration/FieldNumber.h"
+#include "dialogs/calibration/PointDrawing.h"
 #include "ui_TwoPointForm.h"
 
 #include <QTransform>
@@ -110,6 +111,13 @@ QTransform TwoPointPanel::calibration(const StationConfig& config) const
         return QTransform::fromScale(0, 0);
     const QTransform map(stored.scale, 0, 0, stored.scale, stored.xOffset, stored.yOffset);
     return config.swapXY ? map * QTransform(0, 1, 1, 0, 0, 0) : map;
+}
+
+void TwoPointPanel::draw(PointDrawing& drawing)
+{
+    const double millimetres = FieldNumber::value(m_form->m_lineEdit_Length->text());
+    drawing.setLines(QVector<QPointF>{fromCenter(m_point1), fromCenter(m_point2)}, false,
+                     FieldNumber::text(millimetres) + QStringLiteral(" mm"));
 }
 
 void TwoPointPanel::retranslate()

@@ -23,6 +23,7 @@ protected:
     void store(StationConfig& config) override;
     Hints hints() override;
     QTransform calibration(const StationConfig& config) const override;
+    void draw(PointDrawing& drawing) override;
     void retranslate() override;
 
 private:
