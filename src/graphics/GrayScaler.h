@@ -2,19 +2,23 @@
 
 #include <QImage>
 #include <QTransform>
+#include <QVector>
 
 /// Draws an 8-bit gray image smaller, several times faster than the general painter, which would convert it first.
-/// Bilinear; every pixel of the result depends on its place alone, so neighbouring pieces meet without a seam.
+/// Bilinear; every pixel of the result depends on its place alone, so neighbouring pieces meet without a seam. Any
+/// number of threads may render with one scaler.
 class GrayScaler
 {
 public:
-    /// The pixels `target` (device pixels) of `image` as `toDevice` (a positive scale and a shift) places it. Beyond
-    /// the edge the last row or column goes on. The result is opaque, carries the pixel ratio and is valid until the
-    /// next call.
-    const QImage& scaled(const QImage& image, const QTransform& toDevice, const QRect& target, double pixelRatio);
+    /// \param toDevice a positive scale and a shift, from image to device pixels
+    /// \param target what can be rendered, device pixels; beyond the image its last row or column goes on
+    GrayScaler(const QImage& image, const QTransform& toDevice, const QRect& target);
+
+    /// Fills `band` (RGB32, as wide as the target) with rows of the target, from the row `top` on.
+    void render(QImage& band, int top) const;
 
 private:
-    /// Where a row or column of the target lies between two of the source: `index` and the next, by `weight` / 256.
+    /// Where a row or column of the target lies between two of the source: `index` and `next`, by `weight` / 256.
     struct Sample
     {
         int index;
@@ -23,9 +27,11 @@ private:
     };
 
     static Sample sampleAt(double position, int length);
-    void blendRows(const uchar* upper, const uchar* lower, int weight, int first, int last);
+    void blendRow(const Sample& row, uchar* blended) const;
+    void sampleRow(const uchar* blended, QRgb* line) const;
 
-    QImage m_result;
+    QImage m_image;
+    double m_scale; ///< vertical
+    double m_shift; ///< of the target's first row
     QVector<Sample> m_columns;
-    QVector<uchar> m_row;
 };

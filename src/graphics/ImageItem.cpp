@@ -1,5 +1,7 @@
 #include "graphics/ImageItem.h"
 
+#include "graphics/BandRenderer.h"
+#include "graphics/GrayScaler.h"
 #include "graphics/ViewScale.h"
 
 #include <QPainter>
@@ -23,6 +25,30 @@ QImage drawable(const QImage& image)
         return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
                                                              : QImage::Format_RGB32);
     }
+}
+
+RenderBand grayRenderer(const QImage& image, const QTransform& toDevice, const QRect& target)
+{
+    return [scaler = GrayScaler(image, toDevice, target)](QImage& band, int top) { scaler.render(band, top); };
+}
+
+/// The pixels whose middle lies in a rectangle, but at least one row and column.
+QRect pixelsOf(const QRectF& rect)
+{
+    const QPoint from(qRound(rect.left()), qRound(rect.top()));
+    return {from, QSize(qMax(1, qRound(rect.right()) - from.x()), qMax(1, qRound(rect.bottom()) - from.y()))};
+}
+
+/// For RGB32 the general painter is fast.
+RenderBand colorRenderer(const QImage& image, const QTransform& toDevice, const QRect& target)
+{
+    return [=](QImage& band, int top) {
+        band.fill(image.pixel(0, 0)); // of an image thinner than a screen pixel the painter draws nothing
+        QPainter painter(&band);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.setTransform(toDevice * QTransform::fromTranslate(-target.x(), -target.y() - top));
+        painter.drawImage(0, 0, image);
+    };
 }
 
 } // namespace
@@ -63,8 +89,8 @@ void ImageItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option,
     const double pixel = 1 << level; // of the level, in image pixels
     const QTransform toView = QTransform(pixel, 0, 0, pixel, offset().x(), offset().y()) * painter->worldTransform();
     painter->save();
-    if (scale < 1.0 && image.format() == QImage::Format_Grayscale8 && toView.type() <= QTransform::TxScale) {
-        drawGray(painter, image, toView, painter->worldTransform().mapRect(option->exposedRect));
+    if (scale < 1.0 && !image.hasAlphaChannel() && toView.type() <= QTransform::TxScale) {
+        drawSmaller(painter, image, toView, painter->worldTransform().mapRect(option->exposedRect));
     } else {
         painter->setRenderHint(QPainter::SmoothPixmapTransform, scale < 1.0);
         painter->setWorldTransform(toView);
@@ -75,17 +101,24 @@ void ImageItem::paint(QPainter* painter, const QStyleOptionGraphicsItem* option,
         drawGrid(painter, option->exposedRect & boundingRect());
 }
 
-void ImageItem::drawGray(QPainter* painter, const QImage& image, const QTransform& toView, const QRectF& exposed)
+void ImageItem::drawSmaller(QPainter* painter, const QImage& image, const QTransform& toView, const QRectF& exposed)
 {
     const double ratio = painter->device()->devicePixelRatioF();
     const QTransform toDevice = toView * QTransform::fromScale(ratio, ratio);
     const QRectF visible =
         QRectF(exposed.topLeft() * ratio, exposed.size() * ratio) & toDevice.mapRect(QRectF(QPointF(), image.size()));
-    const QRect target = visible.toAlignedRect();
-    if (target.isEmpty())
+    const QRect target = pixelsOf(visible);
+    if (visible.isEmpty())
         return;
+    const bool gray = image.format() == QImage::Format_Grayscale8;
+    int top = target.top();
     painter->resetTransform();
-    painter->drawImage(QPointF(target.topLeft()) / ratio, m_grayScaler.scaled(image, toDevice, target, ratio));
+    for (QImage& band : renderInBands(target.size(), gray ? grayRenderer(image, toDevice, target)
+                                                          : colorRenderer(image, toDevice, target))) {
+        band.setDevicePixelRatio(ratio);
+        painter->drawImage(QPointF(target.left(), top) / ratio, band);
+        top += band.height();
+    }
 }
 
 void ImageItem::drawGrid(QPainter* painter, const QRectF& exposed) const

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "graphics/GrayScaler.h"
 #include "graphics/ImagePyramid.h"
 
 #include <QGraphicsPixmapItem>
@@ -27,11 +26,10 @@ public:
 
 private:
     void prepare();
-    void drawGray(QPainter* painter, const QImage& image, const QTransform& toView, const QRectF& exposed);
+    void drawSmaller(QPainter* painter, const QImage& image, const QTransform& toView, const QRectF& exposed);
     void drawGrid(QPainter* painter, const QRectF& exposed) const;
 
     QImage m_image;
     bool m_prepared = false; ///< the pyramid holds the image
     ImagePyramid m_pyramid;
-    GrayScaler m_grayScaler;
 };

@@ -1,3 +1,4 @@
+#include "graphics/BandRenderer.h"
 #include "graphics/GrayScaler.h"
 #include "graphics/ImageHalver.h"
 #include "graphics/ImagePyramid.h"
@@ -60,8 +61,8 @@ private slots:
         QFETCH(QTransform, toDevice);
         const QImage image = noise(size.width(), size.height());
         const QRect target = toDevice.mapRect(QRectF(QPointF(), QSizeF(size))).toAlignedRect();
-        GrayScaler scaler;
-        const QImage whole = scaler.scaled(image, toDevice, target, 1.0).copy();
+        QImage whole(target.size(), QImage::Format_RGB32);
+        GrayScaler(image, toDevice, target).render(whole, 0);
         for (int y = 0; y < target.height(); ++y) {
             for (int x = 0; x < target.width(); ++x) {
                 const double u = (target.x() + x + 0.5 - toDevice.dx()) / toDevice.m11() - 0.5;
@@ -71,9 +72,29 @@ private slots:
                 QVERIFY(qRed(got) == qBlue(got) && qRed(got) == qGreen(got));
             }
         }
-        const QRect piece(target.x() + target.width() / 3, target.y() + target.height() / 4, (target.width() + 1) / 2,
-                          (target.height() + 1) / 2);
-        QCOMPARE(scaler.scaled(image, toDevice, piece, 1.0), whole.copy(piece.translated(-target.topLeft())));
+        const int third = target.height() / 3;
+        const QRect right = target.adjusted(target.width() / 2, 0, 0, 0);
+        QImage part(right.width(), target.height() - third, QImage::Format_RGB32);
+        GrayScaler(image, toDevice, right).render(part, third);
+        QCOMPARE(part, whole.copy(target.width() / 2, third, part.width(), part.height()));
+    }
+
+    void bandsCoverThePictureWhoeverRendersThem()
+    {
+        for (int round = 0; round < 200; ++round) {
+            const QSize size(50, 1 + 7 * round);
+            int top = 0;
+            const auto render = [](QImage& band, int first) {
+                for (int y = 0; y < band.height(); ++y)
+                    std::fill_n(reinterpret_cast<QRgb*>(band.scanLine(y)), band.width(), 0xff000000u + first + y);
+            };
+            for (const QImage& band : renderInBands(size, render)) {
+                for (int y = 0; y < band.height(); ++y)
+                    QCOMPARE(band.pixel(49, y), 0xff000000u + top + y);
+                top += band.height();
+            }
+            QCOMPARE(top, size.height());
+        }
     }
 
     void halfIsTheMeanOfFour_data()
