@@ -13,7 +13,7 @@
 namespace Wheels {
 
 inline wheel::WheelSpec spec(const std::string& design = "five", quint64 seed = 1, bool hole = true,
-                             wheel::Difficulty difficulty = wheel::Difficulty::Demo, cv::Size size = {1224, 1024})
+                             wheel::Difficulty difficulty = wheel::Difficulty::Demo, cv::Size size = {1632, 1366})
 {
     const wheel::Design* known = wheel::findDesign(design);
     return wheel::drawWheel(*known, difficulty, size, seed, hole);

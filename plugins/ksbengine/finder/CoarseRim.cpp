@@ -1,5 +1,7 @@
 #include "CoarseRim.h"
 
+#include "Rays.h"
+
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
@@ -10,12 +12,14 @@ namespace finder {
 namespace {
 
 constexpr int rays = 128;
-constexpr float weakestEdge = 4.0F;    // gray levels per pixel; below it is noise even after the reduction
-constexpr double edgeShare = 0.10;     // of all pixels that count as edges
-constexpr double aligned = 0.8;        // cosine between an edge's normal and the ray
-constexpr double leastCoverage = 0.35; // of a circle that is worth a look
+constexpr float weakestEdge = 3.0F;   // gray levels per pixel; below it is noise even after the reduction
+constexpr double edgeShare = 0.08;    // of all pixels that count as edges
+constexpr double leastCoverage = 0.3; // of a circle that is worth a look
 constexpr double nearlyAsComplete = 0.7;
+constexpr double innerShare = 0.7; // of the smallest rim, from where on edges are read
+constexpr double coarseReach = 6;  // pixels by which votes may miss the centre
 constexpr int centersTried = 3;
+constexpr double rivalVotes = 0.5; // of the best centre, for another one that is worth a look
 
 cv::Rect centerWindow(const cv::Size& size, double maxOffset)
 {
@@ -24,38 +28,57 @@ cv::Rect centerWindow(const cv::Size& size, double maxOffset)
     return window & cv::Rect(0, 0, size.width, size.height);
 }
 
-/// For each ray and radius: does a circle's edge pass here, and which side of it is brighter.
-struct CircleEvidence
+/// Shortens a range of distances to those where from + distance * step lies between 0 and `last`.
+void clip(float from, float step, float last, Range* range)
 {
-    int firstRadius;
-    std::vector<int> brightOutside;
-    std::vector<int> brightInside;
-    int raysInside = 0;
-};
-
-bool isPeak(const std::vector<int>& counts, int i)
-{
-    for (int k = -2; k <= 2; ++k) {
-        const int j = i + k;
-        if (k != 0 && j >= 0 && j < static_cast<int>(counts.size()) &&
-            (counts[j] > counts[i] || (counts[j] == counts[i] && k < 0)))
-            return false;
+    if (std::abs(step) < 1e-6F) {
+        if (from < 0 || from > last)
+            range->high = range->low - 1;
+        return;
     }
-    return true;
+    const double one = -from / step;
+    const double two = (last - from) / step;
+    range->low = std::max(range->low, std::min(one, two));
+    range->high = std::min(range->high, std::max(one, two));
 }
 
-void outermostFirst(std::vector<RimGuess>* guesses)
+/// How far a ray runs before it leaves the picture.
+double reachInside(const cv::Mat& picture, const cv::Point2d& center, double angle)
 {
+    const double dx = std::cos(angle);
+    const double dy = std::sin(angle);
+    const double alongX = dx > 0 ? (picture.cols - 2 - center.x) / dx : dx < 0 ? -center.x / dx : 1e9;
+    const double alongY = dy > 0 ? (picture.rows - 2 - center.y) / dy : dy < 0 ? -center.y / dy : 1e9;
+    return std::min(alongX, alongY);
+}
+
+double sumOfSquares(const std::vector<ConcentricCircle>& circles)
+{
+    double sum = 0;
+    for (const ConcentricCircle& circle : circles)
+        sum += circle.support * circle.support;
+    return sum;
+}
+
+std::vector<Outline> rimsAmong(const ConcentricFit& fit, const Range& radius)
+{
+    std::vector<ConcentricCircle> circles;
     double best = 0;
-    for (const RimGuess& guess : *guesses)
-        best = std::max(best, guess.coverage);
-    std::stable_sort(guesses->begin(), guesses->end(), [best](const RimGuess& a, const RimGuess& b) {
-        const bool aComplete = a.coverage >= nearlyAsComplete * best;
-        const bool bComplete = b.coverage >= nearlyAsComplete * best;
-        if (aComplete != bComplete)
-            return aComplete;
-        return a.outline.radius > b.outline.radius;
+    for (const ConcentricCircle& circle : fit.circles) {
+        if (!radius.contains(circle.radius) || circle.support < leastCoverage)
+            continue;
+        circles.push_back(circle);
+        best = std::max(best, circle.support);
+    }
+    std::sort(circles.begin(), circles.end(), [best](const ConcentricCircle& a, const ConcentricCircle& b) {
+        const bool aComplete = a.support >= nearlyAsComplete * best;
+        const bool bComplete = b.support >= nearlyAsComplete * best;
+        return aComplete != bComplete ? aComplete : a.radius > b.radius;
     });
+    std::vector<Outline> rims;
+    for (const ConcentricCircle& circle : circles)
+        rims.push_back({fit.center, circle.radius, fit.c2, fit.s2});
+    return rims;
 }
 
 } // namespace
@@ -89,11 +112,16 @@ void CoarseRim::voteFrom(int x, int y, const Range& radius, const cv::Rect& wind
     const float magnitude = m_magnitude.at<float>(y, x);
     const float nx = m_gx.at<float>(y, x) / magnitude;
     const float ny = m_gy.at<float>(y, x) / magnitude;
+    const cv::Point2f from(static_cast<float>(x - window.x), static_cast<float>(y - window.y));
     for (const float sign : {-1.0F, 1.0F}) {
-        for (auto r = static_cast<float>(radius.low); r <= static_cast<float>(radius.high); r += 1.0F) {
-            const cv::Point point(cvRound(x + sign * r * nx), cvRound(y + sign * r * ny));
-            if (window.contains(point))
-                ++m_votes.at<ushort>(point - window.tl());
+        const cv::Point2f step(sign * nx, sign * ny);
+        Range part = radius;
+        clip(from.x, step.x, static_cast<float>(window.width - 1), &part);
+        clip(from.y, step.y, static_cast<float>(window.height - 1), &part);
+        for (auto r = static_cast<float>(part.low); r <= static_cast<float>(part.high); r += 1.0F) {
+            const int column = static_cast<int>(from.x + r * step.x + 0.5F);
+            const int row = static_cast<int>(from.y + r * step.y + 0.5F);
+            ++m_votes.ptr<ushort>(row)[column];
         }
     }
 }
@@ -118,121 +146,56 @@ std::vector<cv::Point> CoarseRim::centers(const cv::Rect& window) const
 {
     std::vector<cv::Point> found;
     cv::Mat votes = m_votes.clone();
+    double first = 0;
     for (int i = 0; i < centersTried; ++i) {
         double most = 0;
         cv::Point at;
         cv::minMaxLoc(votes, nullptr, &most, nullptr, &at);
-        if (most <= 0)
+        if (most <= 0 || (i > 0 && most < rivalVotes * first))
             break;
+        if (i == 0)
+            first = most;
         found.push_back(at + window.tl());
         cv::circle(votes, at, 6, cv::Scalar(0), cv::FILLED);
     }
     return found;
 }
 
-std::vector<RimGuess> CoarseRim::circlesAround(const cv::Point2d& center, const Range& radius) const
+ConcentricFit CoarseRim::circlesAround(const cv::Point2d& center, const Range& radius) const
 {
-    const int first = std::max(2, cvFloor(radius.low) - 1);
-    const int count = cvCeil(radius.high) + 2 - first;
-    std::array<std::vector<int>, 2> counts{std::vector<int>(count, 0), std::vector<int>(count, 0)};
-    std::vector<std::array<bool, 2>> seen(static_cast<size_t>(count) + 2);
-    for (int ray = 0; ray < rays; ++ray) {
-        const double angle = 2 * CV_PI * ray / rays;
-        const double dx = std::cos(angle);
-        const double dy = std::sin(angle);
-        std::fill(seen.begin(), seen.end(), std::array<bool, 2>{false, false});
-        for (int i = 0; i < count; ++i) {
-            const int x = cvRound(center.x + dx * (first + i));
-            const int y = cvRound(center.y + dy * (first + i));
-            if (x < 0 || y < 0 || x >= m_gx.cols || y >= m_gx.rows)
-                break;
-            const float magnitude = m_magnitude.at<float>(y, x);
-            const double outward = m_gx.at<float>(y, x) * dx + m_gy.at<float>(y, x) * dy;
-            if (magnitude >= m_threshold && std::abs(outward) >= aligned * magnitude)
-                seen[i + 1][outward > 0] = true;
-        }
-        for (int i = 0; i < count; ++i) {
-            for (const int side : {0, 1})
-                counts[side][i] += seen[i][side] || seen[i + 1][side] || seen[i + 2][side];
-        }
-    }
-    std::vector<RimGuess> circles;
-    for (const int side : {0, 1}) {
-        for (int i = 0; i < count; ++i) {
-            if (counts[side][i] >= leastCoverage * rays && isPeak(counts[side], i))
-                circles.push_back(refine(center, first + i, side == 1));
-        }
-    }
-    circles.erase(std::remove_if(circles.begin(), circles.end(),
-                                 [&radius](const RimGuess& guess) {
-                                     return guess.coverage < leastCoverage || !radius.contains(guess.outline.radius);
-                                 }),
-                  circles.end());
-    return circles;
-}
-
-RimGuess CoarseRim::refine(const cv::Point2d& center, double radius, bool brightOutside) const
-{
-    constexpr int reach = 4;
-    RimGuess guess;
-    guess.brightOutside = brightOutside;
-    Outline outline{center, radius, 0, 0};
+    // Edges inside of the rim tell the centre as well.
+    const double first = std::max(2.0, innerShare * radius.low);
+    const double toBorder = std::min({center.x, center.y, m_smooth.cols - 2 - center.x, m_smooth.rows - 2 - center.y});
     std::vector<EdgePoint> points;
-    for (int pass = 0; pass < 2; ++pass) {
-        points.clear();
-        for (int i = 0; i < rays; ++i) {
-            const double angle = 2 * CV_PI * i / rays;
-            const double start = outline.radiusAt(angle) - reach;
-            double best = m_threshold / 2;
-            double at = -1;
-            for (int k = 0; k <= 2 * reach; ++k) {
-                const int x = cvRound(outline.center.x + std::cos(angle) * (start + k));
-                const int y = cvRound(outline.center.y + std::sin(angle) * (start + k));
-                if (x < 0 || y < 0 || x >= m_gx.cols || y >= m_gx.rows)
-                    break;
-                const double outward = m_gx.at<float>(y, x) * std::cos(angle) + m_gy.at<float>(y, x) * std::sin(angle);
-                const double value = brightOutside ? outward : -outward;
-                if (value > best) {
-                    best = value;
-                    at = start + k;
-                }
-            }
-            if (at > 0)
-                points.push_back({angle, at, best, 0, false});
-        }
-        const OutlineFit fit = fitOutline(outline.center, points, {true, 0.02, 1.5});
-        if (!fit.valid)
-            return guess;
-        outline = fit.outline;
+    Ray ray;
+    for (int i = 0; i < rays; ++i) {
+        const double angle = 2 * CV_PI * i / rays;
+        const double last = std::max(toBorder, reachInside(m_smooth, center, angle));
+        const int count = cvFloor(std::min(radius.high + 4, last) - first);
+        if (count > 8 && sampleRay(m_smooth, center, angle, first, 1.0, count, &ray))
+            appendEdges(ray, EdgeKind::Either, {1, 0}, &points);
     }
-    guess.outline = outline;
-    guess.coverage = static_cast<double>(std::count_if(points.begin(), points.end(),
-                                                       [](const EdgePoint& point) { return point.used; })) /
-                     rays;
-    return guess;
+    return fitConcentric(center, points, rays, {coarseReach, 1.0, 1.5});
 }
 
-std::vector<RimGuess> CoarseRim::find(const cv::Mat& small, const Range& radius, double maxOffset)
+std::vector<Outline> CoarseRim::find(const cv::Mat& small, const Range& radius, double maxOffset)
 {
     computeGradients(small);
     m_threshold = chooseThreshold();
     const cv::Rect window = centerWindow(small.size(), maxOffset);
     vote(radius, window);
-    std::vector<RimGuess> all;
+    ConcentricFit best;
     double mostComplete = 0;
     for (const cv::Point& center : centers(window)) {
-        std::vector<RimGuess> circles = circlesAround(center, radius);
-        double sum = 0;
-        for (const RimGuess& guess : circles)
-            sum += guess.coverage * guess.coverage;
+        ConcentricFit fit = circlesAround(center, radius);
         // A wheel has several concentric edges; a chance circle through rollers or a shadow stands alone.
-        if (sum > mostComplete) {
-            mostComplete = sum;
-            all = std::move(circles);
+        const double completeness = sumOfSquares(fit.circles);
+        if (fit.valid && completeness > mostComplete) {
+            mostComplete = completeness;
+            best = std::move(fit);
         }
     }
-    outermostFirst(&all);
-    return all;
+    return rimsAmong(best, radius);
 }
 
 } // namespace finder

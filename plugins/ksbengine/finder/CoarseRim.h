@@ -1,28 +1,22 @@
 #pragma once
 
-#include "OutlineFit.h"
+#include "ConcentricFit.h"
 
 #include <vector>
 
 namespace finder {
 
-/// A circle round the hub, found in the small picture.
-struct RimGuess
-{
-    Outline outline;            ///< pixels of the small picture
-    bool brightOutside = false; ///< side of the edge that is brighter
-    double coverage = 0;        ///< share of the circumference with an edge, 0 to 1
-};
-
-/// Finds the hub's rim in a small picture: the edges vote for the centre that their normals run through, then the
-/// circles around that centre are read from rays. Every concentric edge of a wheel helps to find the centre; spokes,
-/// lettering and missing arcs cost a few votes only. Keeps its buffers; one instance per thread.
+/// Finds the hub in a small picture: the edges vote for the centre that their normals run through, then the concentric
+/// circles around the best centres are read from rays. Every concentric edge of a wheel helps to find the centre;
+/// spokes, lettering, rollers behind the wheel and missing arcs cost a few votes only. Keeps its buffers; one instance
+/// per thread.
 class CoarseRim
 {
 public:
-    /// The circles with a radius in `radius` and a centre no farther than `maxOffset` (share of the picture's shorter
-    /// side) from the middle, the outermost that is nearly as complete as the best first; empty when there is none.
-    std::vector<RimGuess> find(const cv::Mat& small, const Range& radius, double maxOffset);
+    /// The circles with a radius in `radius`, around a centre no farther than `maxOffset` (share of the picture's
+    /// shorter side) from the middle, in pixels of the small picture; first the outermost that is nearly as complete as
+    /// the best. Empty when there is none.
+    std::vector<Outline> find(const cv::Mat& small, const Range& radius, double maxOffset);
 
 private:
     void computeGradients(const cv::Mat& small);
@@ -30,8 +24,7 @@ private:
     void vote(const Range& radius, const cv::Rect& window);
     void voteFrom(int x, int y, const Range& radius, const cv::Rect& window);
     std::vector<cv::Point> centers(const cv::Rect& window) const;
-    std::vector<RimGuess> circlesAround(const cv::Point2d& center, const Range& radius) const;
-    RimGuess refine(const cv::Point2d& center, double radius, bool brightOutside) const;
+    ConcentricFit circlesAround(const cv::Point2d& center, const Range& radius) const;
 
     cv::Mat m_smooth;
     cv::Mat m_gx;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr double leastSupport = 0.12; // of the rays, for a circle to count
 constexpr size_t mostCircles = 5;
-constexpr double coarseBin = 2.0; // pixels
+constexpr size_t startsTried = 5;
 
 struct Place
 {
@@ -25,6 +25,16 @@ std::vector<Place> placesOf(const std::vector<EdgePoint>& points)
         places.push_back({c, s, c * c - s * s, 2 * c * s});
     }
     return places;
+}
+
+double middleStrength(const std::vector<EdgePoint>& points)
+{
+    std::vector<double> strengths;
+    for (const EdgePoint& point : points)
+        strengths.push_back(point.strength);
+    const auto middle = strengths.begin() + static_cast<std::ptrdiff_t>(strengths.size() / 2);
+    std::nth_element(strengths.begin(), middle, strengths.end());
+    return *middle;
 }
 
 /// How the edges' radii pile up when seen from a moved centre.
@@ -96,25 +106,55 @@ private:
     double m_bin = 1;
 };
 
-/// The move of the centre that piles the radii up highest: a grid, then finer ones around its best place.
-cv::Point2d bestMove(Pile& pile, double reach)
+struct Move
 {
-    cv::Point2d best;
-    for (double step = 2.0, span = reach, bin = coarseBin; step >= 0.5; step /= 2, span = 2 * step, bin /= 1.5) {
-        const cv::Point2d from = best;
-        double most = -1;
-        for (double a = -span; a <= span; a += step) {
-            for (double b = -span; b <= span; b += step) {
-                pile.fill(from.x + a, from.y + b, bin);
-                const double value = pile.concentration();
-                if (value > most) {
-                    most = value;
-                    best = from + cv::Point2d(a, b);
-                }
-            }
+    cv::Point2d by;
+    double concentration = 0;
+};
+
+void searchAround(Pile& pile, const cv::Point2d& from, double span, double step, double bin, std::vector<Move>* moves)
+{
+    for (double a = -span; a <= span + 1e-9; a += step) {
+        for (double b = -span; b <= span + 1e-9; b += step) {
+            const cv::Point2d by = from + cv::Point2d(a, b);
+            pile.fill(by.x, by.y, bin);
+            moves->push_back({by, pile.concentration()});
         }
     }
-    return best;
+    std::sort(moves->begin(), moves->end(),
+              [](const Move& a, const Move& b) { return a.concentration > b.concentration; });
+}
+
+/// The best moves of a list sorted by concentration, no two within `apart` pixels.
+std::vector<Move> distinct(const std::vector<Move>& sorted, double apart, size_t most)
+{
+    std::vector<Move> kept;
+    for (const Move& move : sorted) {
+        const bool near = std::any_of(kept.begin(), kept.end(),
+                                      [&](const Move& other) { return cv::norm(other.by - move.by) < apart; });
+        if (!near && kept.size() < most)
+            kept.push_back(move);
+    }
+    return kept;
+}
+
+/// The move of the centre that piles the radii up highest: a grid, then finer ones around its best places.
+cv::Point2d bestMove(Pile& pile, double reach, double finestBin)
+{
+    std::vector<Move> coarse;
+    const double step = std::max(1.0, finestBin);
+    searchAround(pile, {}, reach, 2 * step, 2 * finestBin, &coarse);
+    Move best;
+    for (const Move& start : distinct(coarse, 4 * step, startsTried)) {
+        std::vector<Move> fine;
+        searchAround(pile, start.by, step, step, finestBin, &fine);
+        const cv::Point2d from = fine.front().by;
+        fine.clear();
+        searchAround(pile, from, step / 2, step / 2, finestBin, &fine);
+        if (fine.front().concentration > best.concentration)
+            best = fine.front();
+    }
+    return best.by;
 }
 
 /// Common centre and tilt and one radius for each circle, by least squares on the points near a circle.
@@ -126,14 +166,22 @@ public:
         : m_points(points)
         , m_places(places)
         , m_radii(std::move(radii))
+        , m_trust(m_radii.size(), 0.05)
         , m_shared{move.x, move.y, 0, 0}
     {
+        const double middle = middleStrength(points);
+        for (const EdgePoint& point : points) {
+            const double relative = std::min(1.0, point.strength / (1.5 * middle));
+            m_sharp.push_back(relative * relative);
+        }
+        m_trust[0] = 1;
     }
 
-    bool run()
+    bool run(const ConcentricOptions& options)
     {
-        for (const double near : {3.0, 2.0, 1.5, 1.2, 1.0, 1.0}) {
-            m_near = near;
+        m_tilt = options.tilt;
+        for (const double wider : {3.0, 2.0, 1.5, 1.2, 1.0, 1.0}) {
+            m_near = wider * options.near;
             if (!step())
                 return false;
         }
@@ -142,7 +190,8 @@ public:
 
     ConcentricFit result(const cv::Point2d& center, int rays)
     {
-        ConcentricFit fit{center + cv::Point2d(m_shared[0], m_shared[1]), m_shared[2], m_shared[3], {}, 0, true};
+        ConcentricFit fit{
+            center + cv::Point2d(m_shared[0], m_shared[1]), m_shared[2], m_shared[3], {}, m_radii[0], 0, true};
         std::vector<int> counts(m_radii.size(), 0);
         double squares = 0;
         int used = 0;
@@ -195,7 +244,7 @@ private:
             const double t = (reduced(i) - m_radii[k]) / m_near;
             if (std::abs(t) >= 1)
                 continue;
-            const double weight = (1 - t * t) * (1 - t * t);
+            const double weight = (1 - t * t) * (1 - t * t) * m_trust[k] * m_sharp[i];
             const double basis[5] = {m_places[i].c, m_places[i].s, m_places[i].c2, m_places[i].s2, 1};
             const int column[5] = {0, 1, 2, 3, 4 + static_cast<int>(k)};
             for (int p = 0; p < 5; ++p) {
@@ -206,7 +255,7 @@ private:
             total += weight;
         }
         // A wheel is seen nearly from the front: where arcs are missing the tilt is small.
-        const double expected = 0.01 * m_radii.front();
+        const double expected = m_tilt * m_radii.front();
         for (int p = 0; p < size; ++p)
             normal(p, p) += p == 2 || p == 3 ? 0.001 * total / (expected * expected) : 1e-9 * (1 + total);
         cv::Mat_<double> solution;
@@ -224,25 +273,51 @@ private:
     std::vector<EdgePoint>& m_points;
     const std::vector<Place>& m_places;
     std::vector<double> m_radii;
+    std::vector<double> m_trust; // for each circle
+    std::vector<double> m_sharp; // for each point: a steep edge is placed better
     double m_shared[4];
     double m_near = 1;
+    double m_tilt = 0.01;
 };
+
+double strengthNear(const std::vector<EdgePoint>& points, const std::vector<Place>& places, const cv::Point2d& move,
+                    double radius, double near)
+{
+    double sum = 0;
+    for (size_t i = 0; i < points.size(); ++i) {
+        if (std::abs(points[i].radius - move.x * places[i].c - move.y * places[i].s - radius) < 1.5 * near)
+            sum += points[i].strength;
+    }
+    return sum;
+}
 
 } // namespace
 
-ConcentricFit fitConcentric(const cv::Point2d& center, std::vector<EdgePoint>& points, int rays, double reach)
+ConcentricFit fitConcentric(const cv::Point2d& center, std::vector<EdgePoint>& points, int rays,
+                            const ConcentricOptions& options)
 {
     if (points.size() < 20)
         return {};
     const std::vector<Place> places = placesOf(points);
-    Pile pile(points, places, reach);
-    const cv::Point2d move = bestMove(pile, reach);
-    pile.fill(move.x, move.y, 1.0);
-    const std::vector<double> radii = pile.peaks(leastSupport * rays, 3.0);
+    Pile pile(points, places, options.reach);
+    const cv::Point2d move = bestMove(pile, options.reach, options.bin);
+    pile.fill(move.x, move.y, options.bin);
+    std::vector<double> radii = pile.peaks(leastSupport * rays, 3 * options.bin);
     if (radii.empty())
         return {};
+    // The outermost good circle leads.
+    size_t lead = 0;
+    std::vector<double> weights;
+    for (size_t k = 0; k < radii.size(); ++k)
+        weights.push_back(strengthNear(points, places, move, radii[k], options.bin));
+    const double best = *std::max_element(weights.begin(), weights.end());
+    for (size_t k = 0; k < radii.size(); ++k) {
+        if (weights[k] >= 0.4 * best && (weights[lead] < 0.4 * best || radii[k] > radii[lead]))
+            lead = k;
+    }
+    std::swap(radii[0], radii[lead]);
     JointFit joint(points, places, move, radii);
-    return joint.run() ? joint.result(center, rays) : ConcentricFit();
+    return joint.run(options) ? joint.result(center, rays) : ConcentricFit();
 }
 
 } // namespace finder

@@ -1,5 +1,7 @@
 #include "Finder.h"
 
+#include "MouthFit.h"
+
 #include <algorithm>
 #include <array>
 
@@ -10,11 +12,18 @@ namespace {
 constexpr int leastSide = 64;
 constexpr int greatestSide = 32000;
 constexpr double maxHubOffset = 0.13;    // of the shorter side; wheels lie up to 8 % off
+constexpr double factorOfDetail = 10;    // reduction above which an image has more pixels than detail
 constexpr double leastRimCoverage = 0.4; // of the circumference
 constexpr double leastContrast = 24;     // gray levels between the darkest and the brightest twentieth
 constexpr double unfocused = 0.6;        // blur, as a share of the hole's radius
 constexpr double asGood = 0.85;          // a runner-up with this share of the best score could be the hole as well
-constexpr int candidatesMeasured = 16;   // for each size looked for
+// Drain holes come in sets: holes of the same size (share) on the same ring (share of the rim's radius) are no valve
+// hole if they are nearly as good (share of the score).
+constexpr double twinSize = 0.25;
+constexpr double twinRing = 0.02;
+constexpr double twinScore = 0.4;
+constexpr double faintest = 0.25;      // of the strongest contrast, for a spot that is worth measuring
+constexpr int candidatesMeasured = 12; // for each size looked for
 
 struct Levels
 {
@@ -73,7 +82,7 @@ bool ringLeaves(const cv::Mat& gray, const Outline& hub, const HoleModel& model)
 FindError Finder::judgeLight(const cv::Mat& small)
 {
     const Levels levels = levelsOf(small);
-    m_black = levels.black;
+    m_levels.black = levels.black;
     if (levels.bright - levels.dark >= leastContrast)
         return FindError::None;
     if (levels.bright < 40)
@@ -90,13 +99,12 @@ FindError Finder::locateHub(const cv::Mat& gray, const HoleModel& model, int fac
     if (light != FindError::None)
         return light;
     const Range radius = model.rimRange(gray.rows);
-    for (const RimGuess& guess : m_coarse.find(small, {radius.low / factor, radius.high / factor}, maxHubOffset)) {
-        const Outline& o = guess.outline;
+    for (const Outline& o : m_coarse.find(small, {radius.low / factor, radius.high / factor}, maxHubOffset)) {
         const Outline large{{Reducer::toLarge(o.center.x, factor), Reducer::toLarge(o.center.y, factor)},
                             o.radius * factor,
                             o.c2 * factor,
                             o.s2 * factor};
-        m_trace.rim = fitRim(gray, large, factor + 0.008 * large.radius);
+        m_trace.rim = fitRim(gray, large, factor + 0.008 * large.radius, std::max(1.0, factor / factorOfDetail));
         if (m_trace.rim.valid && m_trace.rim.coverage >= leastRimCoverage) {
             result->hub = m_trace.rim.outline;
             result->rimCoverage = m_trace.rim.coverage;
@@ -108,8 +116,18 @@ FindError Finder::locateHub(const cv::Mat& gray, const HoleModel& model, int fac
 
 void Finder::collectCandidates(const Range& ringRadii, const Range& holeRadii, std::vector<HoleCandidate>* found)
 {
-    for (const double size : sizesWithin(holeRadii))
-        m_candidates.find(m_ring, ringRadii, size, candidatesMeasured, found);
+    const RingMap half = m_ring.halved();
+    for (const double size : sizesWithin(holeRadii)) {
+        const bool large = size > 6 * m_ring.step();
+        m_candidates.find(large ? half : m_ring, ringRadii, size, candidatesMeasured, found);
+    }
+    double best = 0;
+    for (const HoleCandidate& candidate : *found)
+        best = std::max(best, candidate.contrast);
+    found->erase(
+        std::remove_if(found->begin(), found->end(),
+                       [best](const HoleCandidate& candidate) { return candidate.contrast < faintest * best; }),
+        found->end());
 }
 
 FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, FindResult* result)
@@ -117,43 +135,97 @@ FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, FindRe
     const Range ringRadii = model.ringRange(result->hub.radius);
     const Range holeRadii = model.holeRange(result->hub.radius);
     const double margin = 2.2 * holeRadii.high;
-    const double step = std::max(1.0, holeRadii.low / 4);
+    const double step = std::max(1.0, holeRadii.low / 3.7);
     m_ring.unwrap(gray, result->hub, {std::max(1.0, ringRadii.low - margin), ringRadii.high + margin}, step);
+    m_levels.noise = estimateNoise(gray);
     std::vector<HoleCandidate> candidates;
     collectCandidates(ringRadii, holeRadii, &candidates);
     for (const HoleCandidate& candidate : candidates) {
-        const HoleFit hole = measureHole(gray, candidate.point, holeRadii, m_black);
+        const HoleFit hole = measureHole(gray, candidate.point, holeRadii, m_levels);
         if (hole.fit.valid)
             m_trace.holes.push_back({candidate, hole});
     }
     std::stable_sort(m_trace.holes.begin(), m_trace.holes.end(), [](const RankedHole& a, const RankedHole& b) {
         return a.hole.score.total() > b.hole.score.total();
     });
-    return decide(model, result);
+    return decide(gray, model, result);
 }
 
-FindError Finder::decide(const HoleModel& model, FindResult* result) const
+bool Finder::hasTwin(size_t i) const
 {
-    if (m_trace.holes.empty())
-        return FindError::NoHole;
-    const HoleFit& best = m_trace.holes.front().hole;
-    result->score = best.score.total();
+    const Outline& one = m_trace.holes[i].hole.fit.outline;
+    const double reach = cv::norm(one.center - m_trace.rim.outline.center);
     for (const RankedHole& other : m_trace.holes) {
-        if (cv::norm(other.hole.fit.outline.center - best.fit.outline.center) > best.fit.outline.radius) {
-            result->runnerUpScore = other.hole.score.total();
+        const Outline& two = other.hole.fit.outline;
+        const bool apart = cv::norm(one.center - two.center) > one.radius + two.radius;
+        const bool alike = std::abs(one.radius - two.radius) < twinSize * std::max(one.radius, two.radius);
+        const bool sameRing =
+            std::abs(reach - cv::norm(two.center - m_trace.rim.outline.center)) < twinRing * m_trace.rim.outline.radius;
+        if (apart && alike && sameRing && other.hole.score.total() > twinScore * m_trace.holes[i].hole.score.total())
+            return true;
+    }
+    return false;
+}
+
+double Finder::runnerUp() const
+{
+    const Outline* first = nullptr;
+    for (const RankedHole& ranked : m_trace.holes) {
+        const Outline& outline = ranked.hole.fit.outline;
+        if (first && cv::norm(outline.center - first->center) > first->radius)
+            return ranked.hole.score.total();
+        if (!first)
+            first = &outline;
+    }
+    return 0;
+}
+
+FindError Finder::decide(const cv::Mat& gray, const HoleModel& model, FindResult* result)
+{
+    const RankedHole* best = nullptr;
+    double rival = 0;
+    bool twins = false;
+    result->runnerUpScore = runnerUp();
+    for (size_t i = 0; i < m_trace.holes.size(); ++i) {
+        const HoleFit& hole = m_trace.holes[i].hole;
+        const double score = hole.score.total();
+        result->score = std::max(result->score, score);
+        if (score < model.scoreLimit)
+            break;
+        if (hasTwin(i)) {
+            twins = true;
+        } else if (!best) {
+            best = &m_trace.holes[i];
+        } else if (cv::norm(hole.fit.outline.center - best->hole.fit.outline.center) > best->hole.fit.outline.radius) {
+            rival = score;
             break;
         }
     }
-    if (result->score < model.scoreLimit)
-        return FindError::NoHole;
-    if (result->runnerUpScore > asGood * result->score)
+    if (!best)
+        return twins ? FindError::Ambiguous : FindError::NoHole;
+    result->score = best->hole.score.total();
+    if (rival > asGood * result->score)
         return FindError::Ambiguous;
-    result->hole = best.fit.outline.center;
-    result->holeRadius = best.fit.outline.radius;
-    result->edgePoints = best.fit.used;
-    result->residual = best.fit.residual;
-    result->angle = screenAngle(result->hub.center, result->hole);
+    measure(gray, best->hole, result);
     return FindError::None;
+}
+
+void Finder::measure(const cv::Mat& gray, const HoleFit& hole, FindResult* result) const
+{
+    result->hole = hole.fit.outline.center;
+    result->holeRadius = hole.fit.outline.radius;
+    result->edgePoints = hole.fit.used;
+    result->residual = hole.fit.residual;
+    const cv::Point2d arm = result->hole - result->hub.center;
+    Mouth start;
+    start.center = result->hole;
+    start.radius = result->holeRadius;
+    const Mouth mouth = fitMouth(gray, start, std::atan2(arm.y, arm.x));
+    if (mouth.valid) {
+        result->hole = mouth.center;
+        result->holeRadius = mouth.radius;
+    }
+    result->angle = screenAngle(result->hub.center, result->hole);
 }
 
 FindResult Finder::find(const cv::Mat& gray, const HoleModel& model)

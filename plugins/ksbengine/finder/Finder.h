@@ -46,14 +46,17 @@ private:
     FindError locateHub(const cv::Mat& gray, const HoleModel& model, int factor, FindResult* result);
     FindError locateHole(const cv::Mat& gray, const HoleModel& model, FindResult* result);
     void collectCandidates(const Range& ringRadii, const Range& holeRadii, std::vector<HoleCandidate>* found);
-    FindError decide(const HoleModel& model, FindResult* result) const;
+    bool hasTwin(size_t i) const;
+    double runnerUp() const;
+    FindError decide(const cv::Mat& gray, const HoleModel& model, FindResult* result);
+    void measure(const cv::Mat& gray, const HoleFit& hole, FindResult* result) const;
 
     Reducer m_reducer;
     CoarseRim m_coarse;
     RingMap m_ring;
     HoleCandidates m_candidates;
     FindTrace m_trace;
-    double m_black = 0;
+    ImageLevels m_levels;
 };
 
 } // namespace finder

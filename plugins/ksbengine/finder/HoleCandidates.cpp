@@ -1,5 +1,7 @@
 #include "HoleCandidates.h"
 
+#include "Vectorise.h"
+
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
@@ -12,6 +14,8 @@ namespace {
 constexpr double meanWidth = 0.8;     // of the box whose mean stands for a place, in radii
 constexpr double aroundAt = 1.6;      // where the surroundings are looked at, in radii
 constexpr double insideAt = 0.45;     // where a valve in the hole leaves it dark, in radii
+constexpr double bandAt = 0.68;       // where even a valve leaves the hole dark, in radii
+constexpr double bandWidth = 0.25;    // of the box whose mean stands for a place of that band, in radii
 constexpr double leastContrast = 6.0; // gray levels
 
 using Offsets = std::array<cv::Point, 8>;
@@ -26,16 +30,67 @@ Offsets circleOffsets(double radius)
     return offsets;
 }
 
-/// Keeps the three smallest values seen at each place. Two of the eight may be dark without harm: the edge of the ledge
-/// or a shadow.
-void keepLowest(const uchar* value, int count, uchar* lowest, uchar* second, uchar* third)
+inline uchar smaller(uchar a, uchar b)
+{
+    return a < b ? a : b;
+}
+
+inline uchar larger(uchar a, uchar b)
+{
+    return a > b ? a : b;
+}
+
+/// Keeps the three smallest of the values that come by.
+inline void keep(uchar value, uchar& lowest, uchar& second, uchar& third)
+{
+    const uchar a = larger(lowest, value);
+    lowest = smaller(lowest, value);
+    const uchar b = larger(second, a);
+    second = smaller(second, a);
+    third = smaller(third, b);
+}
+
+using Rows = std::array<const uchar*, 8>;
+
+/// The third smallest of eight values, place by place: two of the eight may be dark without harm, the edge of the
+/// ledge or a shadow.
+VC_VECTORISED void thirdSmallest(const Rows& rows, int count, uchar* VC_RESTRICT result)
+{
+    const uchar *r0 = rows[0], *r1 = rows[1], *r2 = rows[2], *r3 = rows[3];
+    const uchar *r4 = rows[4], *r5 = rows[5], *r6 = rows[6], *r7 = rows[7];
+    for (int i = 0; i < count; ++i) {
+        uchar lowest = 255;
+        uchar second = 255;
+        uchar third = 255;
+        keep(r0[i], lowest, second, third);
+        keep(r1[i], lowest, second, third);
+        keep(r2[i], lowest, second, third);
+        keep(r3[i], lowest, second, third);
+        keep(r4[i], lowest, second, third);
+        keep(r5[i], lowest, second, third);
+        keep(r6[i], lowest, second, third);
+        keep(r7[i], lowest, second, third);
+        result[i] = third;
+    }
+}
+
+VC_VECTORISED void meanOfEight(const Rows& rows, int count, uchar* VC_RESTRICT result)
+{
+    const uchar *r0 = rows[0], *r1 = rows[1], *r2 = rows[2], *r3 = rows[3];
+    const uchar *r4 = rows[4], *r5 = rows[5], *r6 = rows[6], *r7 = rows[7];
+    for (int i = 0; i < count; ++i) {
+        const auto sum = static_cast<uint16_t>(r0[i] + r1[i] + r2[i] + r3[i] + r4[i] + r5[i] + r6[i] + r7[i] + 4);
+        result[i] = static_cast<uchar>(sum >> 3);
+    }
+}
+
+/// How much darker the darkest of three is than the surroundings.
+VC_VECTORISED void darkerThan(const uchar* around, const uchar* a, const uchar* b, const uchar* c, int count,
+                              uchar* VC_RESTRICT result)
 {
     for (int i = 0; i < count; ++i) {
-        const uchar a = std::max(lowest[i], value[i]);
-        lowest[i] = std::min(lowest[i], value[i]);
-        const uchar b = std::max(second[i], a);
-        second[i] = std::min(second[i], a);
-        third[i] = std::min(third[i], b);
+        const uchar inside = smaller(smaller(a[i], b[i]), c[i]);
+        result[i] = static_cast<uchar>(larger(around[i], inside) - inside);
     }
 }
 
@@ -52,7 +107,7 @@ std::vector<Spot> peaks(const cv::Mat& contrast, int firstRow, int lastRow, int 
         const uchar* row = contrast.ptr(y);
         const uchar* above = contrast.ptr(y - 1);
         const uchar* below = contrast.ptr(y + 1);
-        for (int x = firstColumn; x < lastColumn; ++x) {
+        for (int x = std::max(1, firstColumn); x < std::min(contrast.cols - 1, lastColumn); ++x) {
             const uchar value = row[x];
             if (value > leastContrast && value >= row[x - 1] && value > row[x + 1] && value >= above[x] &&
                 value > below[x])
@@ -76,32 +131,35 @@ void HoleCandidates::computeContrast(const cv::Mat& map, double radius)
     const int width = std::max(1, cvRound(meanWidth * radius) | 1);
     cv::blur(map, m_mean, {width, width});
     const Offsets around = circleOffsets(aroundAt * radius);
+    const int narrow = std::max(1, cvRound(bandWidth * radius) | 1);
+    cv::blur(map, m_fine, {narrow, narrow});
     const Offsets within = circleOffsets(insideAt * radius);
+    const Offsets band = circleOffsets(bandAt * radius);
     m_contrast.create(map.size(), CV_8UC1);
     m_contrast.setTo(0);
     const int margin = cvCeil(aroundAt * radius) + 1;
     const int count = map.cols - 2 * margin;
     if (count <= 0)
         return;
-    const auto size = static_cast<size_t>(count);
+    m_rows.resize(3 * static_cast<size_t>(count));
+    uchar* const surroundings = m_rows.data();
+    uchar* const middle = surroundings + count;
+    uchar* const bandMean = middle + count;
     for (int y = margin; y < map.rows - margin; ++y) {
-        m_lowest.assign(size, 255);
-        m_second.assign(size, 255);
-        m_third.assign(size, 255);
-        for (const cv::Point& offset : around)
-            keepLowest(m_mean.ptr(y + offset.y) + margin + offset.x, count, m_lowest.data(), m_second.data(),
-                       m_third.data());
-        const uchar* center = m_mean.ptr(y) + margin;
-        const uchar* left = m_mean.ptr(y + within[4].y) + margin + within[4].x;
-        const uchar* right = m_mean.ptr(y + within[0].y) + margin + within[0].x;
-        const uchar* up = m_mean.ptr(y + within[6].y) + margin + within[6].x;
-        const uchar* down = m_mean.ptr(y + within[2].y) + margin + within[2].x;
-        uchar* out = m_contrast.ptr(y) + margin;
-        for (int i = 0; i < count; ++i) {
-            const int round = (left[i] + right[i] + up[i] + down[i] + 2) / 4;
-            const int inside = std::min<int>(center[i], round);
-            out[i] = static_cast<uchar>(std::max(0, m_third[i] - inside));
-        }
+        const auto at = [&](const cv::Mat& from, const cv::Point& offset) {
+            return from.ptr(y + offset.y) + margin + offset.x;
+        };
+        Rows rows{};
+        for (size_t i = 0; i < rows.size(); ++i)
+            rows[i] = at(m_mean, around[i]);
+        thirdSmallest(rows, count, surroundings);
+        for (size_t i = 0; i < rows.size(); ++i)
+            rows[i] = at(m_mean, within[i]);
+        meanOfEight(rows, count, middle);
+        for (size_t i = 0; i < rows.size(); ++i)
+            rows[i] = at(m_fine, band[i]);
+        meanOfEight(rows, count, bandMean);
+        darkerThan(surroundings, m_mean.ptr(y) + margin, middle, bandMean, count, m_contrast.ptr(y) + margin);
     }
 }
 
@@ -109,11 +167,11 @@ void HoleCandidates::find(const RingMap& ring, const Range& radii, double radius
                           std::vector<HoleCandidate>* found)
 {
     computeContrast(ring.map(), radius / ring.step());
-    const int firstRow = cvFloor((radii.low - ring.radiusOfRow(0)) / ring.step());
-    const int lastRow = cvCeil((radii.high - ring.radiusOfRow(0)) / ring.step());
-    const int firstColumn = ring.padding();
+    const int firstColumn = cvFloor((radii.low - ring.radiusOfColumn(0)) / ring.step());
+    const int lastColumn = cvCeil((radii.high - ring.radiusOfColumn(0)) / ring.step());
+    const int firstRow = ring.padding();
     int added = 0;
-    for (const Spot& spot : peaks(m_contrast, firstRow, lastRow, firstColumn, firstColumn + ring.turn())) {
+    for (const Spot& spot : peaks(m_contrast, firstRow, firstRow + ring.turn() - 1, firstColumn, lastColumn + 1)) {
         const cv::Point2d point = ring.toImage(spot.at);
         if (std::any_of(found->begin(), found->end(), [&](const HoleCandidate& known) { return isNear(known, point); }))
             continue;

@@ -27,10 +27,9 @@ private:
     void computeContrast(const cv::Mat& map, double radius);
 
     cv::Mat m_mean;
+    cv::Mat m_fine;
     cv::Mat m_contrast;
-    std::vector<uchar> m_lowest;
-    std::vector<uchar> m_second;
-    std::vector<uchar> m_third;
+    std::vector<uchar> m_rows;
 };
 
 } // namespace finder

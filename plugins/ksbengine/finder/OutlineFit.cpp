@@ -47,6 +47,11 @@ public:
         for (const EdgePoint& point : points)
             m_basis.push_back(basisAt(point.angle));
         m_weights.assign(points.size(), 1.0);
+        double steepest = 0;
+        for (const EdgePoint& point : points)
+            steepest = std::max(steepest, point.strength);
+        for (const EdgePoint& point : points)
+            m_trust.push_back(options.steepCountsMore ? point.strength * point.strength / (steepest * steepest) : 1.0);
     }
 
     bool solve()
@@ -99,7 +104,7 @@ private:
         cv::Vec<double, terms> right = cv::Vec<double, terms>::all(0);
         double total = 0;
         for (size_t i = 0; i < m_points.size(); ++i) {
-            const double weight = m_weights[i];
+            const double weight = m_weights[i] * m_trust[i];
             total += weight;
             for (int row = 0; row < terms; ++row) {
                 right[row] += weight * m_basis[i][row] * m_points[i].radius;
@@ -113,7 +118,7 @@ private:
         }
         addPriors(normal, total);
         cv::Vec<double, terms> solution;
-        if (total < terms || !cv::solve(normal, right, solution, cv::DECOMP_CHOLESKY))
+        if (total <= 0 || !cv::solve(normal, right, solution, cv::DECOMP_CHOLESKY))
             return false;
         std::copy_n(solution.val, terms, m_coefficients.begin());
         return std::isfinite(m_coefficients[0]);
@@ -133,7 +138,8 @@ private:
     const std::vector<EdgePoint>& m_points;
     const OutlineFitOptions& m_options;
     std::vector<Basis> m_basis;
-    std::vector<double> m_weights;
+    std::vector<double> m_weights; // how well a point agrees
+    std::vector<double> m_trust;   // how well a point was measured
     std::vector<double> m_magnitudes;
     Basis m_coefficients{};
 };

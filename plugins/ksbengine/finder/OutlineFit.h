@@ -26,9 +26,10 @@ struct OutlineFit
 
 struct OutlineFitOptions
 {
-    bool tilted = true;        ///< whether to fit c2 and s2
-    double tiltPrior = 0.02;   ///< expected hypot(c2, s2) / radius; missing arcs fall back to a circle
-    double outlierFloor = 0.5; ///< pixels below which no point counts as an outlier
+    bool tilted = true;           ///< whether to fit c2 and s2
+    double tiltPrior = 0.02;      ///< expected hypot(c2, s2) / radius; missing arcs fall back to a circle
+    double outlierFloor = 0.5;    ///< pixels below which no point counts as an outlier
+    bool steepCountsMore = false; ///< weigh points by the square of their strength, as noise shifts flat edges more
 };
 
 /// Fits r(t) = radius + a cos t + b sin t + c2 cos 2t + s2 sin 2t to the points by iteratively reweighted least squares

@@ -8,37 +8,61 @@ namespace finder {
 
 namespace {
 
-constexpr int rays = 400;
-constexpr int slopeWindow = 2;      // pixels
-constexpr double bevelShare = 0.02; // of the radius: edges of the rim's bevel lie this near
-constexpr double leastOuterSupport = 0.3;
+constexpr int rays = 300;
+constexpr EdgeFilter coarseFilter{2, 5};
+constexpr EdgeFilter fineFilter{4, 10};
+constexpr double bevelShare = 0.02; // of the radius: a guess that sits on the inner edge of the bevel is this small
+constexpr int fineRays = 600;
+constexpr double fineReach = 2.5; // pixels either side
+constexpr double fineStep = 0.5;
 
-std::vector<EdgePoint> edgesNear(const cv::Mat& gray, const Outline& outline, double reach)
+std::vector<EdgePoint> edgesNear(const cv::Mat& gray, const Outline& outline, double reach, double unit)
 {
     std::vector<EdgePoint> points;
     Ray ray;
-    const double margin = reach + bevelShare * outline.radius + slopeWindow;
-    const int count = 2 * cvCeil(margin) + 1;
+    const double filter = unit * (coarseFilter.window + coarseFilter.apart);
+    const double inward = 0.7 * reach + filter;
+    const int count = cvCeil((inward + reach + bevelShare * outline.radius + filter) / unit) + 1;
     for (int i = 0; i < rays; ++i) {
         const double angle = 2 * CV_PI * i / rays;
-        if (sampleWideRay(gray, outline.center, angle, outline.radiusAt(angle) - margin, 1.0, count, 2, &ray))
-            appendEdges(ray, slopeWindow, &points);
+        if (sampleWideRay(gray, outline.center, angle, outline.radiusAt(angle) - inward, unit, count, 1, &ray))
+            appendEdges(ray, EdgeKind::Either, coarseFilter, &points);
+    }
+    return points;
+}
+
+/// The steepest edge on each ray near the outline.
+std::vector<EdgePoint> edgesOn(const cv::Mat& gray, const Outline& outline, double unit)
+{
+    std::vector<EdgePoint> points;
+    Ray ray;
+    const double step = fineStep * unit;
+    const double margin = fineReach * unit + step * (fineFilter.window + fineFilter.apart);
+    const int count = 2 * cvRound(margin / step) + 1;
+    for (int i = 0; i < fineRays; ++i) {
+        const double angle = 2 * CV_PI * i / fineRays;
+        if (!sampleWideRay(gray, outline.center, angle, outline.radiusAt(angle) - margin, step, count, 1, &ray))
+            continue;
+        const EdgePoint edge = strongestEdge(ray, EdgeKind::Either, fineFilter);
+        if (edge.strength > 0)
+            points.push_back(edge);
     }
     return points;
 }
 
 /// Step height divided by slope, for a Gaussian edge: the standard deviation of its blur. The middle of all rays.
-double edgeWidth(const cv::Mat& gray, const Outline& outline)
+double edgeWidth(const cv::Mat& gray, const Outline& outline, double unit)
 {
     constexpr int half = 24;
     std::vector<double> widths;
     Ray ray;
     for (int i = 0; i < rays; i += 8) {
         const double angle = 2 * CV_PI * i / rays;
-        if (!sampleWideRay(gray, outline.center, angle, outline.radiusAt(angle) - half, 1.0, 2 * half + 1, 2, &ray))
+        if (!sampleWideRay(gray, outline.center, angle, outline.radiusAt(angle) - half * unit, unit, 2 * half + 1, 1,
+                           &ray))
             continue;
         const auto extremes = std::minmax_element(ray.values.begin(), ray.values.end());
-        const EdgePoint edge = strongestEdge(ray, EdgeKind::Either, slopeWindow);
+        const EdgePoint edge = strongestEdge(ray, EdgeKind::Either, {2, 0});
         if (edge.strength > 0)
             widths.push_back((*extremes.second - *extremes.first) / edge.strength / std::sqrt(2 * CV_PI));
     }
@@ -49,30 +73,26 @@ double edgeWidth(const cv::Mat& gray, const Outline& outline)
     return *middle;
 }
 
-/// The outermost circle that a good part of the rays shows; else the best one.
-double outerRadius(const std::vector<ConcentricCircle>& circles)
-{
-    const ConcentricCircle* best = &circles.front();
-    for (const ConcentricCircle& circle : circles) {
-        if (circle.support >= leastOuterSupport || circle.support >= best->support)
-            best = &circle;
-    }
-    return best->radius;
-}
-
 } // namespace
 
-RimFit fitRim(const cv::Mat& gray, const Outline& guess, double reach)
+RimFit fitRim(const cv::Mat& gray, const Outline& guess, double reach, double unit)
 {
     RimFit rim;
-    rim.points = edgesNear(gray, guess, reach);
-    const ConcentricFit fit = fitConcentric(guess.center, rim.points, rays, reach);
+    rim.points = edgesNear(gray, guess, reach, unit);
+    const ConcentricFit fit = fitConcentric(guess.center, rim.points, rays, {reach, unit, unit});
     if (!fit.valid)
         return rim;
-    rim.outline = {fit.center, outerRadius(fit.circles), fit.c2, fit.s2};
+    rim.outline = {fit.center, fit.lead, fit.c2, fit.s2};
     rim.residual = fit.residual;
     rim.coverage = coverage(rim.points, rays / 4);
-    rim.edgeWidth = edgeWidth(gray, rim.outline);
+    std::vector<EdgePoint> points = edgesOn(gray, rim.outline, unit);
+    const OutlineFit fine = fitOutline(rim.outline.center, points, {true, 0.01, 0.5 * unit, true});
+    if (fine.valid && fine.used > fineRays / 3) {
+        rim.outline = fine.outline;
+        rim.residual = fine.residual;
+        rim.points = std::move(points);
+    }
+    rim.edgeWidth = edgeWidth(gray, rim.outline, unit);
     rim.valid = true;
     return rim;
 }

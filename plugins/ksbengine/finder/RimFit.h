@@ -18,6 +18,8 @@ struct RimFit
 };
 
 /// Fits the rim in `gray` from a guess of its outer edge whose centre and radius are right to within `reach` pixels.
-RimFit fitRim(const cv::Mat& gray, const Outline& guess, double reach);
+/// `unit` is the length in pixels of the smallest detail to look at, 1 up to about 6 megapixels: larger images are not
+/// sharper in proportion.
+RimFit fitRim(const cv::Mat& gray, const Outline& guess, double reach, double unit);
 
 } // namespace finder

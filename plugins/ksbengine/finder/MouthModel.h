@@ -1,0 +1,71 @@
+#pragma once
+
+#include <opencv2/core.hpp>
+
+#include <array>
+#include <cmath>
+
+/// The picture of a hole as a function of its shape: what MouthFit adjusts to the pixels. Places are pixels from a
+/// point near the hole's centre, x along the direction from the hub and y across it.
+namespace finder {
+
+/// The parameters, shapes first, then the gray values that the picture depends on linearly.
+enum MouthParameter {
+    X,
+    Y,
+    R, ///< radius of the mouth: R^2 = x^2 (1 + E) + y^2 (1 - E) + 2 F x y
+    E,
+    F,
+    Chamfer, ///< width
+    Scaled,  ///< 0: a chamfer of constant width; 1: narrower where a tilt narrows the hole
+    Blur,    ///< standard deviation of the lens
+    Turn,    ///< variance of the blur across the direction from the hub, from turning while the shutter is open
+    WallX,   ///< by how much the far end is seen shifted
+    WallY,
+    Far,      ///< size of the far end against the mouth
+    Surface0, ///< surface around: mean and slopes
+    SurfaceX,
+    SurfaceY,
+    Chamfer0, ///< chamfer: mean, and how it changes with the direction from the centre
+    ChamferC,
+    ChamferS,
+    Wall0, ///< inner wall, likewise
+    WallC,
+    WallS,
+    Deep, ///< what is seen through the hole
+    mouthParameters
+};
+
+constexpr int mouthShapes = Surface0; ///< number of parameters before the gray values
+
+using MouthVector = std::array<double, mouthParameters>;
+
+struct MouthPixel
+{
+    float x, y, gray;
+};
+
+/// Distance of a place from an ellipse, positive outside, and its derivatives.
+struct EllipseDistance
+{
+    float distance, byX, byY, byR, byE, byF;
+    float widening; ///< how much wider a band of constant relative size is seen here than one of constant width
+};
+
+EllipseDistance ellipseDistance(float dx, float dy, float radius, float e, float f);
+
+/// Gray value and derivatives of one pixel by the model, for one set of parameters.
+class MouthModel
+{
+public:
+    explicit MouthModel(const MouthVector& parameters);
+
+    /// Fills `derivative` with one value for each parameter.
+    float evaluate(const MouthPixel& pixel, float* derivative) const;
+
+private:
+    std::array<float, mouthParameters> m_p;
+    float m_blurSquare;
+};
+
+} // namespace finder

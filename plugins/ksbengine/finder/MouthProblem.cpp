@@ -1,0 +1,215 @@
+#include "MouthProblem.h"
+
+#include "Vectorise.h"
+
+#include <algorithm>
+
+namespace finder {
+
+namespace {
+
+constexpr float saturated = 254;
+constexpr double huber = 2.5; // standard deviations
+constexpr double grain = 2;   // pixels that vary together even after whitening: data count this much less
+
+constexpr int rowSize = MouthProblem::padded;
+
+VC_VECTORISED void takeOff(const float* at, const float* left, const float* right, const float* above,
+                           const float* below, float share, float* VC_RESTRICT out)
+{
+    for (int k = 0; k < rowSize; ++k)
+        out[k] = at[k] - share * (left[k] + right[k] + above[k] + below[k]);
+}
+
+/// Adds weight * d d^T to the upper triangle of a square matrix, in whole vectors.
+VC_VECTORISED void addSquare(const float* VC_RESTRICT d, float weight, float* VC_RESTRICT matrix)
+{
+    for (int i = 0; i < mouthParameters; ++i) {
+        const float scaled = weight * d[i];
+        float* VC_RESTRICT row = matrix + i * rowSize;
+        for (int k = i & ~7; k < rowSize; ++k)
+            row[k] += scaled * d[k];
+    }
+}
+
+/// Keeps the parameters where they have a meaning.
+void limit(MouthVector* p)
+{
+    MouthVector& v = *p;
+    v[R] = std::max(v[R], 1.5);
+    v[E] = std::clamp(v[E], -0.6, 0.6);
+    v[F] = std::clamp(v[F], -0.6, 0.6);
+    v[Chamfer] = std::clamp(v[Chamfer], 0.0, 0.6 * v[R]);
+    v[Scaled] = std::clamp(v[Scaled], -0.5, 1.5);
+    v[Blur] = std::clamp(v[Blur], 0.4, std::max(6.0, 0.3 * v[R]));
+    v[Turn] = std::clamp(v[Turn], 0.0, std::max(60.0, 0.1 * v[R] * v[R]));
+    v[Far] = std::clamp(v[Far], 0.15, 1.1);
+    const double wall = std::hypot(v[WallX], v[WallY]);
+    const double most = 0.8 * v[R];
+    if (wall > most) {
+        v[WallX] *= most / wall;
+        v[WallY] *= most / wall;
+    }
+}
+
+} // namespace
+
+MouthProblem::MouthProblem(const MouthPatch& patch, const MouthExpectation& expected, double whitening)
+    : m_patch(patch)
+    , m_expected(expected)
+    , m_whitening(static_cast<float>(whitening))
+    , m_rows(patch.pixels.size())
+{
+    std::vector<bool> needed(patch.pixels.size(), false);
+    for (const int index : patch.counting) {
+        for (const int near : {index, index - 1, index + 1, index - patch.width, index + patch.width})
+            needed[near] = true;
+    }
+    for (size_t i = 0; i < needed.size(); ++i) {
+        if (needed[i])
+            m_needed.push_back(static_cast<int>(i));
+    }
+}
+
+void MouthProblem::evaluate(const MouthVector& p)
+{
+    const MouthModel model(p);
+    for (const int index : m_needed) {
+        const MouthPixel& pixel = m_patch.pixels[index];
+        Row& row = m_rows[index];
+        row[error] = pixel.gray - model.evaluate(pixel, row.data());
+        if (row[error] < 0 && pixel.gray >= saturated)
+            row.fill(0); // as bright as the camera can tell
+    }
+}
+
+void MouthProblem::whitened(int index, Row* row) const
+{
+    const Row& at = m_rows[index];
+    const Row& left = m_rows[index - 1];
+    const Row& right = m_rows[index + 1];
+    const Row& above = m_rows[index - m_patch.width];
+    const Row& below = m_rows[index + m_patch.width];
+    takeOff(at.data(), left.data(), right.data(), above.data(), below.data(), m_whitening / 4, row->data());
+}
+
+void MouthProblem::accumulate(const MouthVector& p, double noise)
+{
+    evaluate(p);
+    for (Row& row : m_matrix)
+        row.fill(0);
+    const auto most = static_cast<float>(huber * noise);
+    m_dataCost = 0;
+    alignas(32) Row d{};
+    for (const int index : m_patch.counting) {
+        whitened(index, &d);
+        const float magnitude = std::abs(d[error]);
+        const bool fits = magnitude <= most;
+        m_dataCost += static_cast<double>(fits ? magnitude * magnitude : most * (2 * magnitude - most));
+        const float weight = fits ? 1 : most / magnitude;
+        addSquare(d.data(), weight, m_matrix[0].data());
+    }
+    addExpectations(p, noise);
+}
+
+void MouthProblem::addExpectations(const MouthVector& p, double noise)
+{
+    m_cost = m_dataCost;
+    for (int i = 0; i < mouthParameters; ++i) {
+        const double off = m_expected.value[i] - p[i];
+        const double weight = grain * noise * noise / (m_expected.spread[i] * m_expected.spread[i]);
+        m_right[i] = static_cast<double>(m_matrix[i][error]) + weight * off;
+        m_matrix[i][i] += static_cast<float>(weight);
+        m_cost += weight * off * off;
+    }
+}
+
+bool MouthProblem::step(int first, double damping, MouthVector* p) const
+{
+    const int size = mouthParameters - first;
+    cv::Mat_<double> a(size, size);
+    cv::Mat_<double> b(size, 1);
+    for (int i = 0; i < size; ++i) {
+        for (int k = i; k < size; ++k)
+            a(i, k) = a(k, i) = static_cast<double>(m_matrix[first + i][first + k]);
+        a(i, i) *= 1 + damping;
+        b(i) = m_right[first + i];
+    }
+    cv::Mat_<double> change;
+    if (!cv::solve(a, b, change, cv::DECOMP_CHOLESKY))
+        return false;
+    for (int i = 0; i < size; ++i)
+        (*p)[first + i] += change(i);
+    limit(p);
+    return true;
+}
+
+void MouthProblem::improve(State* state, int first, int steps)
+{
+    double damping = 1e-3;
+    accumulate(state->p, state->noise);
+    state->cost = m_cost;
+    for (int i = 0; i < steps && damping < 1e3; ++i) {
+        const Matrix matrix = m_matrix;
+        const MouthVector right = m_right;
+        MouthVector next = state->p;
+        if (!step(first, damping, &next))
+            return;
+        accumulate(next, state->noise);
+        const double gain = state->cost - m_cost;
+        if (gain > 0) {
+            state->p = next;
+            state->cost = m_cost;
+            damping /= 5;
+            if (gain < 2e-4 * state->cost)
+                return;
+        } else {
+            m_matrix = matrix;
+            m_right = right;
+            damping *= 8;
+        }
+    }
+}
+
+void MouthProblem::measureNoise(State* state)
+{
+    evaluate(state->p);
+    std::vector<float> errors;
+    errors.reserve(m_patch.counting.size());
+    Row d{};
+    for (const int index : m_patch.counting) {
+        whitened(index, &d);
+        errors.push_back(std::abs(d[error]));
+    }
+    if (errors.empty())
+        return;
+    const auto middle = errors.begin() + static_cast<std::ptrdiff_t>(errors.size() / 2);
+    std::nth_element(errors.begin(), middle, errors.end());
+    state->noise = std::max(1.0, 1.4826 * static_cast<double>(*middle));
+}
+
+double MouthProblem::misfit(const MouthVector& p, double noise)
+{
+    accumulate(p, noise);
+    return m_dataCost / (noise * noise);
+}
+
+double MouthProblem::correlation(const MouthVector& p)
+{
+    evaluate(p);
+    double total = 0;
+    for (const int index : m_patch.counting)
+        total += std::abs(static_cast<double>(m_rows[index][error]));
+    // A few large errors of a stain or a letter must not speak for the grain.
+    const double most = 3 * total / std::max<double>(1, static_cast<double>(m_patch.counting.size()));
+    const auto at = [&](int index) { return std::clamp(static_cast<double>(m_rows[index][error]), -most, most); };
+    double squares = 0;
+    double products = 0;
+    for (const int index : m_patch.counting) {
+        squares += 2 * at(index) * at(index);
+        products += at(index) * (at(index + 1) + at(index + m_patch.width));
+    }
+    return squares > 0 ? products / squares : 0;
+}
+
+} // namespace finder

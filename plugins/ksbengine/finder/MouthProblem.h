@@ -1,0 +1,76 @@
+#pragma once
+
+#include "MouthModel.h"
+
+#include <vector>
+
+namespace finder {
+
+/// A square of pixels of which some count; the neighbours of each that counts are in the square too.
+struct MouthPatch
+{
+    int width = 0;
+    std::vector<MouthPixel> pixels;
+    std::vector<int> counting; ///< indices into pixels
+};
+
+/// What is expected of each parameter before looking, and how much it may differ (standard deviations).
+struct MouthExpectation
+{
+    MouthVector value{};
+    MouthVector spread{};
+};
+
+/// The damped least-squares problem of fitting the model to one patch. Errors beyond 2.5 times the noise count less
+/// (Huber). Surfaces have a grain that spans several pixels, which plain least squares would take for edges; so each
+/// pixel is compared after a part of its neighbours' mean was taken off, in image and model alike ("whitening").
+class MouthProblem
+{
+public:
+    struct State
+    {
+        MouthVector p{};
+        double noise = 8; ///< standard deviation of what the model leaves after whitening, gray levels
+        double cost = 0;  ///< of data and expectations, in squared gray levels
+    };
+
+    /// `patch` outlives the problem. `whitening` from 0 (none) to below 1.
+    MouthProblem(const MouthPatch& patch, const MouthExpectation& expected, double whitening);
+
+    /// Improves the parameters from `first` on, `steps` times at most.
+    void improve(State* state, int first, int steps);
+
+    /// Sets the state's noise from what its parameters leave.
+    void measureNoise(State* state);
+
+    /// What the parameters leave of the data, in squared standard deviations of `noise`.
+    double misfit(const MouthVector& p, double noise);
+
+    /// How alike the errors of neighbouring pixels are, -1 to 1: high where the surface has a coarse grain.
+    double correlation(const MouthVector& p);
+
+    static constexpr int padded = 24; ///< the parameters and the error, rounded up to whole vectors
+
+private:
+    static constexpr int error = mouthParameters;
+    using Row = std::array<float, padded>;
+    using Matrix = std::array<Row, padded>;
+
+    void evaluate(const MouthVector& p);
+    void whitened(int index, Row* row) const;
+    void accumulate(const MouthVector& p, double noise);
+    void addExpectations(const MouthVector& p, double noise);
+    bool step(int first, double damping, MouthVector* p) const;
+
+    const MouthPatch& m_patch;
+    MouthExpectation m_expected;
+    float m_whitening;
+    std::vector<int> m_needed; // pixels that count, and their neighbours
+    std::vector<Row> m_rows;   // derivatives and error of each pixel
+    Matrix m_matrix{};
+    MouthVector m_right{};
+    double m_dataCost = 0;
+    double m_cost = 0;
+};
+
+} // namespace finder
