@@ -190,6 +190,10 @@
         <source>未能保存：%1</source>
         <translation>Not saved: %1</translation>
     </message>
+    <message>
+        <source>上一幅图像仍在保存，请稍后再试</source>
+        <translation>The image before is still being saved; try again in a moment</translation>
+    </message>
 </context>
 <context>
     <name>RoiImgViewer</name>

@@ -6,8 +6,7 @@
 
 #include <QPainter>
 #include <QStyleOptionGraphicsItem>
-
-#include <cmath>
+#include <QtMath>
 
 namespace {
 
@@ -58,7 +57,7 @@ ImageItem::ImageItem()
     setShapeMode(BoundingRectShape);
     setTransformationMode(Qt::SmoothTransformation);
     setFlag(ItemUsesExtendedStyleOption); // tells what is exposed
-    QObject::connect(&m_pyramid, &ImagePyramid::refined, [this] { update(); });
+    QObject::connect(&m_pyramid, &ImagePyramid::refined, &m_pyramid, [this] { update(); });
 }
 
 void ImageItem::setImage(const QImage& image)
@@ -123,11 +122,12 @@ void ImageItem::drawSmaller(QPainter* painter, const QImage& image, const QTrans
 
 void ImageItem::drawGrid(QPainter* painter, const QRectF& exposed) const
 {
+    const QRectF pixels(toImage(exposed.topLeft()), exposed.size());
     QVector<QLineF> lines;
-    for (double x = std::ceil(toImage(exposed.topLeft()).x()) + offset().x(); x <= exposed.right(); ++x)
-        lines.append({x, exposed.top(), x, exposed.bottom()});
-    for (double y = std::ceil(toImage(exposed.topLeft()).y()) + offset().y(); y <= exposed.bottom(); ++y)
-        lines.append({exposed.left(), y, exposed.right(), y});
+    for (int x = qCeil(pixels.left()); x <= qFloor(pixels.right()); ++x)
+        lines.append({fromImage({double(x), pixels.top()}), fromImage({double(x), pixels.bottom()})});
+    for (int y = qCeil(pixels.top()); y <= qFloor(pixels.bottom()); ++y)
+        lines.append({fromImage({pixels.left(), double(y)}), fromImage({pixels.right(), double(y)})});
     painter->setPen(graphics::cosmeticPen(QColor(128, 128, 128, 110), 1.0));
     painter->drawLines(lines);
 }

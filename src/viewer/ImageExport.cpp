@@ -28,7 +28,7 @@ void ImageExport::askAndSave(const QImage& image)
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(QStringLiteral("png"));
     connect(dialog, &QFileDialog::filterSelected, dialog, [dialog](const QString& filter) {
-        dialog->setDefaultSuffix(filter.section(QLatin1String("*."), 1).chopped(1));
+        dialog->setDefaultSuffix(filter.mid(filter.lastIndexOf(QLatin1Char('.')) + 1).chopped(1));
     });
     connect(dialog, &QFileDialog::fileSelected, this, [this, image](const QString& path) { save(image, path); });
     dialog->open();
@@ -36,8 +36,10 @@ void ImageExport::askAndSave(const QImage& image)
 
 void ImageExport::save(const QImage& image, const QString& path)
 {
-    if (m_writing.isRunning())
+    if (m_writing.isRunning()) {
+        QTipWidget::showText(m_viewer, tr("上一幅图像仍在保存，请稍后再试"));
         return;
+    }
     m_path = QFileInfo(path).suffix().isEmpty() ? path + QStringLiteral(".png") : path;
     m_writing.setFuture(QtConcurrent::run([image, file = m_path] {
         QString error;

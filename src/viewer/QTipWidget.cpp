@@ -10,7 +10,8 @@ constexpr int kTopMargin = 12;
 
 QTipWidget* QTipWidget::showText(QWidget* over, const QString& text, int milliseconds)
 {
-    for (auto* shown : over->findChildren<QTipWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+    const auto before = over->findChildren<QTipWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    for (auto* shown : before) {
         shown->close();
         shown->deleteLater();
     }

@@ -28,7 +28,8 @@ void CalibrationDialog::setPanels(CalibrationPanel* first, CalibrationPanel* sec
         connect(panel->viewer(), &ksImgViewer::filterroiChanged, this, &CalibrationDialog::onROIChange);
         connect(panel->viewer(), &ksImgViewer::roiLockIng, this, &CalibrationDialog::onRoiLockIng);
         connect(panel->viewer(), &ksImgViewer::sgImageScale, this, &CalibrationDialog::onImageScale);
-        for (QPushButton* button : panel->buttons())
+        const QVector<QPushButton*> buttons = panel->buttons();
+        for (QPushButton* button : buttons)
             connect(button, &QPushButton::clicked, this, &CalibrationDialog::onButtonClicked);
         connect(panel, &CalibrationPanel::messageShown, this, &CalibrationDialog::startMessageTimer);
         panel->initialise();
@@ -46,12 +47,12 @@ int CalibrationDialog::stationOfSender() const
     return sender() == m_panels[1]->viewer() || sender()->objectName().endsWith(QLatin1String("_2")) ? 2 : 1;
 }
 
-void CalibrationDialog::onROIChange(const AwesomeRoiInfo& info, QString name)
+void CalibrationDialog::onROIChange(const AwesomeRoiInfo& info, const QString& name)
 {
     panelOfSender()->moveMarker(info, name);
 }
 
-void CalibrationDialog::onRoiLockIng(QString)
+void CalibrationDialog::onRoiLockIng(const QString&)
 {
     panelOfSender()->tellLocked();
 }

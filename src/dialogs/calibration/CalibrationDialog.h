@@ -25,8 +25,8 @@ public:
     void setOneStation(bool one);
 
 public slots:
-    void onROIChange(const AwesomeRoiInfo& info, QString name);
-    void onRoiLockIng(QString name);
+    void onROIChange(const AwesomeRoiInfo& info, const QString& name);
+    void onRoiLockIng(const QString& name);
     void onImageScale(qreal scale);
     void onButtonClicked();
 

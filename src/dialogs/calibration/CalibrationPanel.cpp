@@ -2,18 +2,16 @@
 
 #include "config/ksGlobalConfig.h"
 #include "dialogs/calibration/FieldNumber.h"
+#include "dialogs/calibration/MachineOverlays.h"
 #include "dialogs/calibration/PointDrawing.h"
 #include "dialogs/fields/Tone.h"
 #include "graphics/ImageItem.h"
-#include "graphics/ViewOverlay.h"
 #include "platform/AppHome.h"
 #include "ui_CalibrationPanel.h"
 
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QtConcurrentRun>
-
-#include <cmath>
 
 namespace {
 
@@ -42,9 +40,8 @@ CalibrationPanel::CalibrationPanel(int station, int factLines, QWidget* parent)
     keepLines(m_ui->label_facts, factLines);
     keepLines(m_ui->label_warning, 2);
     setTone(m_ui->label_warning, Tone::Warning);
-    nameForStation(this);
-    for (auto* child : findChildren<QWidget*>())
-        nameForStation(child);
+    nameForStation({this});
+    nameForStation(findChildren<QWidget*>());
     connect(&m_replacing, &QFutureWatcherBase::finished, this, &CalibrationPanel::onReplaced);
 }
 
@@ -66,19 +63,20 @@ QVector<QPushButton*> CalibrationPanel::buttons() const
 }
 
 // The names of station 2 end in "_2"; one that tells its station anyway ends in "_1" for station 1.
-void CalibrationPanel::nameForStation(QWidget* widget) const
+void CalibrationPanel::nameForStation(const QList<QWidget*>& widgets) const
 {
-    const QString name = widget->objectName();
-    if (m_station == 1 || name.isEmpty() || name.startsWith(QLatin1String("qt_")))
-        return;
-    widget->setObjectName((name.endsWith(QLatin1String("_1")) ? name.chopped(2) : name) + QStringLiteral("_2"));
+    for (QWidget* widget : widgets) {
+        const QString name = widget->objectName();
+        if (m_station == 2 && !name.isEmpty() && !name.startsWith(QLatin1String("qt_")))
+            widget->setObjectName((name.endsWith(QLatin1String("_1")) ? name.chopped(2) : name) + QStringLiteral("_2"));
+    }
 }
 
 void CalibrationPanel::setForm(QWidget* form)
 {
-    for (auto* child : form->findChildren<QWidget*>())
-        nameForStation(child);
-    for (auto* field : form->findChildren<QLineEdit*>()) {
+    nameForStation(form->findChildren<QWidget*>());
+    const auto fields = form->findChildren<QLineEdit*>();
+    for (auto* field : fields) {
         connect(field, &QLineEdit::textChanged, this, &CalibrationPanel::refreshHints);
         if (field->isReadOnly()) {
             QPalette palette; // what cannot be typed does not look as if it could
@@ -103,7 +101,7 @@ void CalibrationPanel::initialise()
     recompute();
     m_ui->m_viewer->removeAllRois();
     readReference();
-    refreshOverlays();
+    m_ui->m_viewer->setOverlays(machineOverlays(calibration(config())));
 }
 
 void CalibrationPanel::readReference()
@@ -133,7 +131,8 @@ void CalibrationPanel::placeMarkers()
     ksImgViewer* viewer = m_ui->m_viewer;
     const double size = ksGlobalConfig::instance()->pointCircle;
     viewer->removeAllRois();
-    for (const Marker& marker : markers())
+    const QVector<Marker> all = markers();
+    for (const Marker& marker : all)
         viewer->addPointRoi(fromCenter(*marker.point), kMarkerColor, kMarkerSelected, size, marker.name);
     viewer->showRoiHandles();
     setLocked(true);
@@ -222,7 +221,7 @@ void CalibrationPanel::apply()
         showMessage(tr("参数已生效"), kDone);
     else
         showMessage(tr("参数已生效，但未能保存：%1").arg(error), kRefused);
-    refreshOverlays();
+    m_ui->m_viewer->setOverlays(machineOverlays(calibration(config())));
     refreshHints();
 }
 
@@ -246,7 +245,8 @@ QString CalibrationPanel::outsideWarning()
 {
     const QRect image(QPoint(), m_ui->m_viewer->imageSize());
     QStringList outside;
-    for (const Marker& marker : markers()) {
+    const QVector<Marker> all = markers();
+    for (const Marker& marker : all) {
         if (!image.isEmpty() && !image.contains(*marker.point))
             outside << marker.name;
     }
@@ -274,21 +274,6 @@ void CalibrationPanel::refreshHints()
                                                           : QStringLiteral("⚠ ") + shown.warnings.join(tr("；")));
     if (m_drawing)
         draw(*m_drawing);
-}
-
-void CalibrationPanel::refreshOverlays()
-{
-    bool usable = false;
-    const QTransform toMachine = calibration(config());
-    const QTransform toPixels = toMachine.inverted(&usable);
-    std::vector<std::unique_ptr<ViewOverlay>> overlays;
-    if (usable && std::isfinite(toMachine.determinant()) && std::isfinite(toPixels.determinant())) {
-        const QLineF x = toPixels.map(QLineF(0, 0, 1, 0));
-        const QLineF y = toPixels.map(QLineF(0, 0, 0, 1));
-        overlays.push_back(std::make_unique<AxesOverlay>(x.p2() - x.p1(), y.p2() - y.p1()));
-        overlays.push_back(std::make_unique<ScaleBarOverlay>(toMachine.map(QLineF(0, 0, 1, 0)).length()));
-    }
-    m_ui->m_viewer->setOverlays(std::move(overlays));
 }
 
 void CalibrationPanel::changeEvent(QEvent* event)

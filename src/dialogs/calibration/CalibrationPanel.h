@@ -104,7 +104,7 @@ protected:
 
 private:
     StationConfig& config() const;
-    void nameForStation(QWidget* widget) const;
+    void nameForStation(const QList<QWidget*>& widgets) const;
     void showImage(const QImage& image);
     void readReference();
     void placeMarkers();
@@ -113,7 +113,6 @@ private:
     void apply();
     void onReplaced();
     void showMessage(const QString& text, const QString& style);
-    void refreshOverlays();
     void retranslateOwn();
 
     int m_station;

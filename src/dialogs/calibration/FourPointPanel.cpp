@@ -69,7 +69,8 @@ void FourPointPanel::fillFields(const StationConfig& config)
     const FourPointCalibration& stored = config.fourPoint;
     m_points = stored.pixelPoints;
     m_testPoint = stored.testPoint;
-    for (const Marker& marker : markers())
+    const QVector<Marker> all = markers();
+    for (const Marker& marker : all)
         showPoint(marker.name);
     const Fields fields = realFields();
     for (int i = 0; i < 4; ++i) {

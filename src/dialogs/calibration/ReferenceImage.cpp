@@ -35,7 +35,7 @@ QImage read(const QString& path, QString* error)
         tell(error, path, QStringLiteral("%1 x %2").arg(size.width()).arg(size.height()));
         return {};
     }
-    const QImage image = reader.read();
+    QImage image = reader.read();
     if (image.isNull())
         tell(error, path, reader.errorString());
     return image;
