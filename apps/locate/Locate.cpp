@@ -3,13 +3,15 @@
 #include "finder/Finder.h"
 #include "finder/ImageConversion.h"
 
-#include <QDir>
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 
 #include <opencv2/imgcodecs.hpp>
 
 #include <condition_variable>
+#include <exception>
 #include <mutex>
 #include <thread>
 
@@ -34,24 +36,48 @@ QImage readImage(const QString& path)
     }
 }
 
-Located locateOne(const QString& path, finder::HoleModel model, const QJsonObject& parameters, finder::Finder& finder)
+LocateRun runOn(const QImage& image, const finder::HoleModel& model, finder::Finder& finder)
+{
+    LocateRun run;
+    QElapsedTimer clock;
+    clock.start();
+    try {
+        run.result = finder.find(finder::toGray(image).gray, model);
+    } catch (const std::exception& problem) {
+        qWarning("the image cannot be judged: %s", problem.what());
+    }
+    run.milliseconds = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+    return run;
+}
+
+/// Takes over the values that stand in for the model's; refuses what is no set of parameters.
+bool standIn(const QJsonValue& values, finder::HoleModel* model, QString* error)
+{
+    *error = QStringLiteral("not an object");
+    return values.isUndefined() ||
+           (values.isObject() && finder::applyParameters(values.toObject().toVariantMap(), model, error));
+}
+
+Located locateOne(const QString& path, const LocatePlan& plan, finder::Finder& finder)
 {
     Located located;
     located.file = path;
+    located.compared = !plan.edited.isEmpty();
     const QImage image = readImage(path);
     located.read = !image.isNull();
+    finder::HoleModel model = plan.model;
+    finder::HoleModel edited;
     QString error;
-    if (!finder::applyParameters(parameters.value(QFileInfo(path).fileName()).toObject().toVariantMap(), &model,
-                                 &error)) {
+    const bool usable = standIn(plan.parameters.value(QFileInfo(path).fileName()), &model, &error);
+    edited = model;
+    const bool editable = finder::applyParameters(plan.edited, &edited, &error);
+    if (!usable || !editable)
         qWarning("parameters of %s: %s", qUtf8Printable(path), qUtf8Printable(error));
-        located.result.error = finder::FindError::BadModel;
-        return located;
-    }
-    QElapsedTimer clock;
-    clock.start();
-    const finder::GrayImage gray = finder::toGray(image);
-    located.result = finder.find(gray.gray, model);
-    located.milliseconds = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+    located.present.result.error = located.edited.result.error = finder::FindError::BadModel;
+    if (usable)
+        located.present = runOn(image, model, finder);
+    if (usable && editable && located.compared)
+        located.edited = runOn(image, edited, finder);
     return located;
 }
 
@@ -96,11 +122,6 @@ private:
     int m_next = 0;
 };
 
-QJsonValue ifSo(bool known, double value)
-{
-    return known ? QJsonValue(value) : QJsonValue();
-}
-
 } // namespace
 
 QStringList imageFiles(const QStringList& arguments)
@@ -111,49 +132,30 @@ QStringList imageFiles(const QStringList& arguments)
             files.append(argument);
             continue;
         }
-        const QDir folder(argument);
-        for (const QString& name : folder.entryList(imagePatterns, QDir::Files, QDir::Name))
-            files.append(folder.filePath(name));
+        QStringList below;
+        QDirIterator walk(argument, imagePatterns, QDir::Files, QDirIterator::Subdirectories);
+        while (walk.hasNext())
+            below.append(walk.next());
+        below.sort();
+        files += below;
     }
     return files;
 }
 
-void locateAll(const QStringList& files, const finder::HoleModel& model, const QJsonObject& parameters, int jobs,
-               const std::function<void(const Located&)>& done)
+void locateAll(const QStringList& files, const LocatePlan& plan, const std::function<void(const Located&)>& done)
 {
     Sorter sorter(files.size());
     const auto work = [&] {
         finder::Finder finder;
         for (int i = sorter.next(); i >= 0; i = sorter.next())
-            sorter.put(i, locateOne(files[i], model, parameters, finder));
+            sorter.put(i, locateOne(files[i], plan, finder));
     };
     std::vector<std::thread> threads;
-    for (int i = 0; i < jobs; ++i)
+    threads.reserve(static_cast<size_t>(plan.jobs));
+    for (int i = 0; i < plan.jobs; ++i)
         threads.emplace_back(work);
     for (int i = 0; i < files.size(); ++i)
         done(sorter.waitFor(i));
     for (std::thread& thread : threads)
         thread.join();
-}
-
-QJsonObject lineOf(const Located& located)
-{
-    const finder::FindResult& r = located.result;
-    const bool hub = r.hub.radius > 0;
-    return {{QStringLiteral("image"), QFileInfo(located.file).fileName()},
-            {QStringLiteral("found"), r.found()},
-            {QStringLiteral("angle"), r.angle},
-            {QStringLiteral("x"), ifSo(r.found(), r.hole.x)},
-            {QStringLiteral("y"), ifSo(r.found(), r.hole.y)},
-            {QStringLiteral("hub_x"), ifSo(hub, r.hub.center.x)},
-            {QStringLiteral("hub_y"), ifSo(hub, r.hub.center.y)},
-            {QStringLiteral("radius"), ifSo(r.found(), r.holeRadius)},
-            {QStringLiteral("score"), r.score},
-            {QStringLiteral("error"), static_cast<int>(r.error)},
-            {QStringLiteral("tip"), finder::resultTip(r.error)},
-            {QStringLiteral("ms"), located.milliseconds},
-            {QStringLiteral("rim_radius"), ifSo(hub, r.hub.radius)},
-            {QStringLiteral("runner_up"), r.runnerUpScore},
-            {QStringLiteral("edge_points"), r.edgePoints},
-            {QStringLiteral("residual"), r.residual}};
 }

@@ -5,27 +5,40 @@
 
 #include <QJsonObject>
 #include <QStringList>
+#include <QVariantMap>
 #include <QVector>
 
 #include <functional>
+
+/// What shall be run on every image.
+struct LocatePlan
+{
+    finder::HoleModel model;
+    QJsonObject parameters; ///< by file name: values that stand in for the model's
+    QVariantMap edited;     ///< values that stand in for all of these in a second run; empty for none
+    int jobs = 1;           ///< threads
+};
+
+struct LocateRun
+{
+    finder::FindResult result;
+    double milliseconds = 0; ///< of the location, without reading and decoding the file
+};
 
 /// What the engine says of one file.
 struct Located
 {
     QString file; ///< path
     bool read = false;
-    finder::FindResult result;
-    double milliseconds = 0; ///< of the location, without reading and decoding the file
+    LocateRun present;
+    LocateRun edited;
+    bool compared = false; ///< whether the edited values were run
 };
 
-/// The images behind the arguments: files as given, folders with all their images in name order. A path that is
-/// neither is listed as it is, so that its line tells that it cannot be read.
+/// The images behind the arguments: files as given, folders with all images in them and below them in path order. A
+/// path that is neither is listed as it is, so that its line tells that it cannot be read.
 QStringList imageFiles(const QStringList& arguments);
 
-/// Runs the finder on all files on `jobs` threads. `parameters` holds, by file name, values that stand in for the
-/// model's. `done` is called on this thread, in the order of the files, as soon as all before it are done.
-void locateAll(const QStringList& files, const finder::HoleModel& model, const QJsonObject& parameters, int jobs,
-               const std::function<void(const Located&)>& done);
-
-/// One output line.
-QJsonObject lineOf(const Located& located);
+/// Runs the finder on all files. `done` is called on this thread, in the order of the files, as soon as all before it
+/// are done.
+void locateAll(const QStringList& files, const LocatePlan& plan, const std::function<void(const Located&)>& done);

@@ -1,4 +1,5 @@
-#include "Locate.h"
+#include "Comparison.h"
+#include "Report.h"
 #include "SolutionStore.h"
 
 #include <valvecell/HomeFiles.h>
@@ -33,6 +34,11 @@ void addOptions(QCommandLineParser& parser)
          finder::autoModelName()},
         {QStringLiteral("params"), QStringLiteral("Parameters by image name that stand in for the model's."),
          QStringLiteral("FILE.json")},
+        {QStringLiteral("against"),
+         QStringLiteral("Edited parameters, for example a model file: every image is run with them as well, and each "
+                        "line tells what changed."),
+         QStringLiteral("FILE.json")},
+        {QStringLiteral("csv"), QStringLiteral("Writes a table for spreadsheets as well."), QStringLiteral("FILE")},
         {QStringLiteral("jobs"), QStringLiteral("Images located at the same time."), QStringLiteral("N"),
          QStringLiteral("1")},
     });
@@ -66,12 +72,41 @@ bool loadParameters(const QString& file, QJsonObject* parameters, QString* error
     return read.state == HomeFiles::JsonRead::Good;
 }
 
-bool printLine(const Located& located)
+bool loadPlan(const QCommandLineParser& parser, LocatePlan* plan, QString* error)
 {
-    const QByteArray line = QJsonDocument(lineOf(located)).toJson(QJsonDocument::Compact) + '\n';
+    QJsonObject edited;
+    const bool loaded = loadModel(parser, &plan->model, error) &&
+                        loadParameters(parser.value(QStringLiteral("params")), &plan->parameters, error) &&
+                        loadParameters(parser.value(QStringLiteral("against")), &edited, error);
+    plan->edited = edited.toVariantMap();
+    finder::HoleModel tried = plan->model;
+    return loaded && finder::applyParameters(plan->edited, &tried, error);
+}
+
+void printLine(const Located& located)
+{
+    const QByteArray line = QJsonDocument(Report::lineOf(located)).toJson(QJsonDocument::Compact) + '\n';
     std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stdout);
     std::fflush(stdout);
-    return located.read;
+}
+
+int run(const QStringList& files, const LocatePlan& plan, const QString& csvFile)
+{
+    bool allRead = true;
+    ComparisonSummary summary;
+    QByteArray csv = Report::csvHeader(!plan.edited.isEmpty());
+    locateAll(files, plan, [&](const Located& located) {
+        allRead = located.read && allRead;
+        printLine(located);
+        summary.add(located);
+        csv += Report::csvLine(located);
+    });
+    if (!plan.edited.isEmpty())
+        std::fprintf(stderr, "%s\n", qUtf8Printable(summary.text()));
+    QString error;
+    if (!csvFile.isEmpty() && !HomeFiles::writeFile(csvFile, csv, &error))
+        return fail(error);
+    return allRead ? Done : SomeUnreadable;
 }
 
 } // namespace
@@ -86,19 +121,14 @@ int main(int argc, char* argv[])
     if (parser.isSet(QStringLiteral("home")))
         qputenv("VALVECELL_HOME", parser.value(QStringLiteral("home")).toUtf8());
     bool isNumber = false;
-    const int jobs = parser.value(QStringLiteral("jobs")).toInt(&isNumber);
-    finder::HoleModel model;
-    QJsonObject parameters;
+    LocatePlan plan;
     QString error;
-    if (!isNumber || jobs < 1 || jobs > 256)
+    plan.jobs = parser.value(QStringLiteral("jobs")).toInt(&isNumber);
+    if (!isNumber || plan.jobs < 1 || plan.jobs > 256)
         return fail(QStringLiteral("--jobs must be a number from 1 to 256"));
     if (parser.positionalArguments().isEmpty())
         return fail(QStringLiteral("no image or folder given"));
-    if (!loadModel(parser, &model, &error) ||
-        !loadParameters(parser.value(QStringLiteral("params")), &parameters, &error))
+    if (!loadPlan(parser, &plan, &error))
         return fail(error);
-    bool allRead = true;
-    locateAll(imageFiles(parser.positionalArguments()), model, parameters, jobs,
-              [&allRead](const Located& located) { allRead = printLine(located) && allRead; });
-    return allRead ? Done : SomeUnreadable;
+    return run(imageFiles(parser.positionalArguments()), plan, parser.value(QStringLiteral("csv")));
 }

@@ -1,11 +1,14 @@
 #include "Engine.h"
 
+#include "Task.h"
+
 #include <opencv2/core/utility.hpp>
 
 #include <cstring>
 
 Engine::Engine(const QString& folder)
     : m_store(folder)
+    , m_trials(&m_store)
 {
     // Both stations run side by side; a task that spreads over all cores would only slow the other station down.
     cv::setNumThreads(1);
@@ -13,6 +16,7 @@ Engine::Engine(const QString& folder)
 
 Engine::~Engine()
 {
+    m_trials.stop();
     for (auto& entry : m_threads)
         entry.second->stop();
 }
@@ -42,14 +46,22 @@ void Engine::runTask(const QVariantMap& input, const QString& solution, const QS
     task.solution = solution;
     task.model = model;
     task.known = m_store.lookUp(solution, model, &task.parameters, &task.answer);
-    task.callback = std::move(callback);
     // All unknown solutions share one thread, so that wrong names cannot pile up threads.
-    threadOf(m_store.list().contains(solution) ? solution : QString()).add(std::move(task));
+    threadOf(m_store.list().contains(solution) ? solution : QString())
+        .add([task = std::move(task), callback = std::move(callback)](finder::Finder& finder) {
+            const QVariantMap result = ::runTask(task, finder);
+            if (callback)
+                callback(result);
+        });
 }
 
 void* Engine::extension(const char* id)
 {
     if (std::strcmp(id, ISolutionStore::id) == 0)
         return static_cast<ISolutionStore*>(&m_store);
+    if (std::strcmp(id, IModelTeacher::id) == 0)
+        return static_cast<IModelTeacher*>(&m_teacher);
+    if (std::strcmp(id, IModelTrial::id) == 0)
+        return static_cast<IModelTrial*>(&m_trials);
     return nullptr;
 }

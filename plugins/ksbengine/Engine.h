@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ModelTeacher.h"
+#include "ModelTrials.h"
 #include "SolutionStore.h"
 #include "TaskThread.h"
 
@@ -8,7 +10,7 @@
 #include <map>
 #include <memory>
 
-/// The bundled inspection engine: a store of solutions, and one thread for each solution that was run.
+/// The bundled inspection engine: a store of solutions, one thread for each solution that was run, and one for trials.
 class Engine : public IEngine
 {
 public:
@@ -26,5 +28,7 @@ private:
     TaskThread& threadOf(const QString& solution);
 
     SolutionStore m_store;
+    ModelTeacher m_teacher;
+    ModelTrials m_trials;
     std::map<QString, std::unique_ptr<TaskThread>> m_threads;
 };

@@ -30,16 +30,6 @@ QString nameOf(const QString& fileName)
     return QUrl::fromPercentEncoding(fileName.toUtf8());
 }
 
-bool validName(const QString& name, QString* error)
-{
-    const bool valid = !name.trimmed().isEmpty() && name == name.trimmed() && name.size() <= longestName;
-    if (!valid)
-        *error = QStringLiteral("\"%1\": a name has 1 to %2 characters and no spaces at its ends")
-                     .arg(name)
-                     .arg(longestName);
-    return valid;
-}
-
 QString text(const QJsonObject& object, const QString& key, const QString& fallback)
 {
     return object.value(key).toString(fallback);
@@ -63,6 +53,14 @@ QString SolutionStore::fileName(const QString& name)
             file += escaped(name[i]);
     }
     return file;
+}
+
+bool SolutionStore::isValidName(const QString& name, QString* error)
+{
+    const bool valid = !name.trimmed().isEmpty() && name == name.trimmed() && name.size() <= longestName;
+    if (!valid)
+        *error = tr("“%1”：名称应为 1 到 %2 个字符，首尾不能有空格").arg(name).arg(longestName);
+    return valid;
 }
 
 void SolutionStore::read()
@@ -175,12 +173,11 @@ bool SolutionStore::saveModel(const QString& solution, const QString& model, con
     QString* const why = error ? error : &reason;
     const auto found = m_solutions.find(solution);
     if (found == m_solutions.end() || isBuiltIn(model)) {
-        *why = isBuiltIn(model) ? QStringLiteral("\"%1\" is built in").arg(model)
-                                : QStringLiteral("no solution \"%1\"").arg(solution);
+        *why = isBuiltIn(model) ? tr("“%1”是内置型号，不能修改").arg(model) : tr("没有方案“%1”").arg(solution);
         return false;
     }
     finder::HoleModel changed;
-    if (!validName(model, why) || !finder::applyParameters(parameters, &changed, why))
+    if (!isValidName(model, why) || !finder::applyParameters(parameters, &changed, why))
         return false;
     QVariantMap stored = finder::parametersOf(changed);
     stored.insert(QStringLiteral("name"), model);
@@ -198,7 +195,7 @@ bool SolutionStore::removeModel(const QString& solution, const QString& model, Q
     QString* const why = error ? error : &reason;
     const auto found = m_solutions.find(solution);
     if (found == m_solutions.end() || !found->models.contains(model)) {
-        *why = QStringLiteral("no model \"%1\" in solution \"%2\" that can be removed").arg(model, solution);
+        *why = tr("方案“%2”中没有可删除的型号“%1”").arg(model, solution);
         return false;
     }
     QFile file(modelFile(*found, model));
@@ -215,10 +212,10 @@ bool SolutionStore::addSolution(const QString& solution, QString* error)
 {
     QString reason;
     QString* const why = error ? error : &reason;
-    if (!validName(solution, why))
+    if (!isValidName(solution, why))
         return false;
     if (m_solutions.contains(solution)) {
-        *why = QStringLiteral("there is a solution \"%1\" already").arg(solution);
+        *why = tr("已有方案“%1”").arg(solution);
         return false;
     }
     const QString folder = m_folder + QLatin1Char('/') + fileName(solution);

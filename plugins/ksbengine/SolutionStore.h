@@ -5,6 +5,7 @@
 #include <valvecell/IEngine.h>
 #include <valvecell/ISolutionStore.h>
 
+#include <QCoreApplication>
 #include <QMap>
 #include <QString>
 
@@ -12,6 +13,8 @@
 /// user/solutions/<solution>/solution.json and <model>.model.json, file names made by fileName(). GUI thread.
 class SolutionStore : public ITaskList, public ISolutionStore
 {
+    Q_DECLARE_TR_FUNCTIONS(SolutionStore)
+
 public:
     /// Where a solution's answer points: the hole's centre or the hub's.
     enum class Answer { Hole, Hub };
@@ -50,6 +53,7 @@ private:
         QMap<QString, QString> files;
     };
 
+    static bool isValidName(const QString& name, QString* error);
     void readSolution(const QString& folder);
     void readModel(const QString& file, Solution* solution);
     QString modelFile(const Solution& solution, const QString& model) const;

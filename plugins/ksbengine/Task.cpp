@@ -23,15 +23,23 @@ QPointF pointOf(const cv::Point2d& point)
     return {point.x, point.y};
 }
 
-QVariantMap algoResult(const finder::FindResult& found, SolutionStore::Answer answer, const QImage& picture)
+struct Answered
 {
+    finder::FindResult found;
+    QString tip;
+    QImage picture;
+};
+
+QVariantMap algoResult(const Answered& answered, SolutionStore::Answer answer)
+{
+    const finder::FindResult& found = answered.found;
     const bool hub = answer == SolutionStore::Answer::Hub;
     QVariantMap map{
         {key(ResultKeys::angle), found.angle},
         {key(ResultKeys::error), static_cast<int>(found.error)},
         {key(ResultKeys::score), found.score},
-        {key(ResultKeys::image), picture},
-        {key(ResultKeys::resultTip), finder::resultTip(found.error)},
+        {key(ResultKeys::image), answered.picture},
+        {key(ResultKeys::resultTip), answered.tip},
         {key(ResultKeys::centerPoint), found.found() ? pointOf(hub ? found.hub.center : found.hole) : QPointF()},
     };
     map.insert(key(ResultKeys::edgePoints), found.edgePoints);
@@ -43,11 +51,14 @@ QVariantMap algoResult(const finder::FindResult& found, SolutionStore::Answer an
     return map;
 }
 
-struct Answered
+Answered refused(finder::FindError error, const QString& reason)
 {
-    finder::FindResult found;
-    QImage picture;
-};
+    Answered answered;
+    answered.found.error = error;
+    answered.tip =
+        reason.isEmpty() ? finder::resultTip(error) : QStringLiteral("%1：%2").arg(finder::resultTip(error), reason);
+    return answered;
+}
 
 /// An image that exhausts the memory, or that a library call refuses, is a bad image and nothing worse.
 Answered answer(const QImage& origin, const finder::HoleModel& model, finder::Finder& finder)
@@ -55,16 +66,16 @@ Answered answer(const QImage& origin, const finder::HoleModel& model, finder::Fi
     try {
         const finder::GrayImage image = finder::toGray(origin);
         const finder::FindResult found = finder.find(image.gray, model);
-        return {found, drawResult(image.gray, found)};
+        return {found, finder::resultTip(found.error), drawResult(image.gray, found)};
     } catch (const std::exception& problem) {
         qWarning("the image cannot be judged: %s", problem.what());
-        return {};
+        return refused(finder::FindError::BadImage, {});
     }
 }
 
 } // namespace
 
-QVariantMap runTask(const Task& task, finder::Finder& finder)
+QVariantMap runTask(const Task& task, finder::Finder& finder, finder::FindResult* found)
 {
     QElapsedTimer clock;
     clock.start();
@@ -77,8 +88,11 @@ QVariantMap runTask(const Task& task, finder::Finder& finder)
         {key(ResultKeys::taskCali), !task.known || task.parameters.taught},
     };
     if (task.known) {
-        const Answered answered = answer(origin.value<QImage>(), task.parameters, finder);
-        map.insert(key(ResultKeys::algoResult), algoResult(answered.found, task.answer, answered.picture));
+        const Answered answered = task.refusal.isEmpty() ? answer(origin.value<QImage>(), task.parameters, finder)
+                                                         : refused(finder::FindError::BadModel, task.refusal);
+        map.insert(key(ResultKeys::algoResult), algoResult(answered, task.answer));
+        if (found)
+            *found = answered.found;
     }
     map.insert(key(ResultKeys::taskTime), static_cast<double>(clock.nsecsElapsed()) / 1e6);
     return map;

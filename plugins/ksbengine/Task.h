@@ -14,8 +14,9 @@ struct Task
     bool known = false; ///< solution and model exist; without them there is no "AlgoResult"
     finder::HoleModel parameters;
     SolutionStore::Answer answer = SolutionStore::Answer::Hole;
-    IEngine::ResultCallback callback;
+    QString refusal; ///< why the parameters cannot be used, in the operator's language; empty when they can
 };
 
-/// Runs one task to its result map. Any thread, one finder a thread.
-QVariantMap runTask(const Task& task, finder::Finder& finder);
+/// Runs one task to its result map. `found`, if given, receives what the map was made of. Any thread, one finder a
+/// thread.
+QVariantMap runTask(const Task& task, finder::Finder& finder, finder::FindResult* found = nullptr);

@@ -11,11 +11,11 @@ TaskThread::~TaskThread()
     m_thread.join();
 }
 
-void TaskThread::add(Task task)
+void TaskThread::add(Job job)
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_waiting.push_back(std::move(task));
+        m_waiting.push_back(std::move(job));
     }
     m_changed.notify_one();
 }
@@ -29,13 +29,13 @@ void TaskThread::stop()
     m_changed.notify_one();
 }
 
-bool TaskThread::take(Task* task)
+bool TaskThread::take(Job* job)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
     m_changed.wait(lock, [this] { return m_stopping || !m_waiting.empty(); });
     if (m_stopping)
         return false;
-    *task = std::move(m_waiting.front());
+    *job = std::move(m_waiting.front());
     m_waiting.pop_front();
     return true;
 }
@@ -43,9 +43,7 @@ bool TaskThread::take(Task* task)
 void TaskThread::run()
 {
     finder::Finder finder;
-    for (Task task; take(&task); task = Task()) {
-        const QVariantMap result = runTask(task, finder);
-        if (task.callback)
-            task.callback(result);
-    }
+    // Each job goes before the next is waited for: it may hold an image of many megabytes.
+    for (Job job; take(&job); job = nullptr)
+        job(finder);
 }

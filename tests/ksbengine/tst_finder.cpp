@@ -63,8 +63,14 @@ private slots:
     void wheelWithoutHoleIsRefused_data()
     {
         QTest::addColumn<wheel::WheelSpec>("spec");
-        for (const wheel::Design& design : wheel::designs())
+        for (const wheel::Design& design : wheel::designs()) {
             QTest::newRow(design.key.c_str()) << Wheels::spec(design.key, 21, false);
+            wheel::WheelSpec dirty = Wheels::spec(design.key, 22, false);
+            dirty.scene.dirt = 60;
+            dirty.scene.letterings = 3;
+            dirty.light.glares = 3;
+            QTest::newRow((design.key + " full of dirt").c_str()) << dirty;
+        }
     }
 
     void wheelWithoutHoleIsRefused()
@@ -108,6 +114,11 @@ private slots:
         row("noise of sigma 15", [](auto& s) { s.optics.noise = 15; });
         row("blur", [](auto& s) { s.optics.blur = 2; });
         row("rubber valve", [](auto& s) { s.hole.valve = wheel::Valve::Rubber; });
+        row("metal valve", [](auto& s) { s.hole.valve = wheel::Valve::Metal; });
+        row("lit wall seen to half of the hole", [](auto& s) {
+            const double out = s.hole.angle * CV_PI / 180;
+            s.hole.wall = 0.5 * s.hole.radius * cv::Point2d(-std::cos(out), std::sin(out));
+        });
         row("hole at 0 degrees", [](auto& s) { s.hole.angle = 0.001; });
         row("hole at 360 degrees", [](auto& s) { s.hole.angle = 359.999; });
     }

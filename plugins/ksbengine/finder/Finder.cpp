@@ -14,16 +14,19 @@ constexpr int greatestSide = 32000;
 constexpr double maxHubOffset = 0.13;    // of the shorter side; wheels lie up to 8 % off
 constexpr double factorOfDetail = 10;    // reduction above which an image has more pixels than detail
 constexpr double leastRimCoverage = 0.4; // of the circumference
-constexpr double leastContrast = 24;     // gray levels between the darkest and the brightest twentieth
+constexpr double leastContrast = 12;     // gray levels between the darkest and the brightest twentieth
 constexpr double unfocused = 0.6;        // blur, as a share of the hole's radius
 constexpr double asGood = 0.85;          // a runner-up with this share of the best score could be the hole as well
 // Drain holes come in sets: holes of the same size (share) on the same ring (share of the rim's radius) are no valve
 // hole if they are nearly as good (share of the score).
 constexpr double twinSize = 0.25;
 constexpr double twinRing = 0.02;
-constexpr double twinScore = 0.4;
-constexpr double faintest = 0.25;      // of the strongest contrast, for a spot that is worth measuring
-constexpr int candidatesMeasured = 12; // for each size looked for
+constexpr double twinScore = 0.7;
+constexpr double slackOfPlace = 0.025; // of the ring's radius, within which a hole is where it is expected
+constexpr double usualRing = 0.87;     // of the rim's radius, where the ledge of most wheels is
+constexpr double slackOfUsual = 0.07;
+constexpr double faintest = 0.25;     // of the strongest contrast, for a spot that is worth measuring
+constexpr int candidatesMeasured = 8; // for each size looked for
 
 struct Levels
 {
@@ -75,6 +78,18 @@ bool ringLeaves(const cv::Mat& gray, const Outline& hub, const HoleModel& model)
     const double reach = (model.ringRadius > 0 ? ring.middle() : ring.high) + hole.low;
     const cv::Rect2d seen(reach, reach, gray.cols - 1 - 2 * reach, gray.rows - 1 - 2 * reach);
     return seen.width < 0 || seen.height < 0 || !seen.contains(hub.center);
+}
+
+/// What lies near the end of the ring's tolerance is rather another feature of the wheel: a taught ring is known better
+/// than its tolerance says, and without one the hole is expected on the ledge.
+double placeScore(double radius, double rim, const HoleModel& model)
+{
+    const Range ring = model.ringRange(rim);
+    const bool taught = model.ringRadius > 0;
+    const double middle = taught ? ring.middle() : usualRing * rim;
+    const double slack = (taught ? slackOfPlace : slackOfUsual) * middle;
+    const double most = std::max(radius < middle ? middle - ring.low : ring.high - middle, slack + 0.01 * middle);
+    return 1 - 0.7 * std::clamp((std::abs(radius - middle) - slack) / (most - slack), 0.0, 1.0);
 }
 
 } // namespace
@@ -141,7 +156,9 @@ FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, FindRe
     std::vector<HoleCandidate> candidates;
     collectCandidates(ringRadii, holeRadii, &candidates);
     for (const HoleCandidate& candidate : candidates) {
-        const HoleFit hole = measureHole(gray, candidate.point, holeRadii, m_levels);
+        HoleFit hole = measureHole(gray, candidate.point, candidate.size, holeRadii, m_levels);
+        const double distance = cv::norm(hole.fit.outline.center - result->hub.center);
+        hole.score.place = placeScore(distance, result->hub.radius, model);
         if (hole.fit.valid)
             m_trace.holes.push_back({candidate, hole});
     }
@@ -206,21 +223,27 @@ FindError Finder::decide(const cv::Mat& gray, const HoleModel& model, FindResult
     result->score = best->hole.score.total();
     if (rival > asGood * result->score)
         return FindError::Ambiguous;
-    measure(gray, best->hole, result);
+    measure(gray, model, best->hole, result);
     return FindError::None;
 }
 
-void Finder::measure(const cv::Mat& gray, const HoleFit& hole, FindResult* result) const
+void Finder::measure(const cv::Mat& gray, const HoleModel& model, const HoleFit& hole, FindResult* result) const
 {
     result->hole = hole.fit.outline.center;
     result->holeRadius = hole.fit.outline.radius;
     result->edgePoints = hole.fit.used;
     result->residual = hole.fit.residual;
-    const cv::Point2d arm = result->hole - result->hub.center;
     Mouth start;
     start.center = result->hole;
     start.radius = result->holeRadius;
-    const Mouth mouth = fitMouth(gray, start, std::atan2(arm.y, arm.x));
+    TaughtMouth taught;
+    if (model.holeRadius > 0) {
+        taught.radius = model.holeRange(result->hub.radius).middle();
+        start.radius = std::clamp(start.radius, 0.8 * taught.radius, 1.1 * taught.radius);
+    }
+    if (model.ringRadius > 0)
+        taught.ring = model.ringRange(result->hub.radius).middle();
+    const Mouth mouth = fitMouth(gray, start, result->hub.center, taught);
     if (mouth.valid) {
         result->hole = mouth.center;
         result->holeRadius = mouth.radius;

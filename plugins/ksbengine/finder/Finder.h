@@ -49,7 +49,7 @@ private:
     bool hasTwin(size_t i) const;
     double runnerUp() const;
     FindError decide(const cv::Mat& gray, const HoleModel& model, FindResult* result);
-    void measure(const cv::Mat& gray, const HoleFit& hole, FindResult* result) const;
+    void measure(const cv::Mat& gray, const HoleModel& model, const HoleFit& hole, FindResult* result) const;
 
     Reducer m_reducer;
     CoarseRim m_coarse;

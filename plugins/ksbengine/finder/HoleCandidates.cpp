@@ -14,7 +14,7 @@ namespace {
 constexpr double meanWidth = 0.8;     // of the box whose mean stands for a place, in radii
 constexpr double aroundAt = 1.6;      // where the surroundings are looked at, in radii
 constexpr double insideAt = 0.45;     // where a valve in the hole leaves it dark, in radii
-constexpr double bandAt = 0.68;       // where even a valve leaves the hole dark, in radii
+constexpr double bandAt = 0.75;       // where even a valve leaves the hole dark, in radii
 constexpr double bandWidth = 0.25;    // of the box whose mean stands for a place of that band, in radii
 constexpr double leastContrast = 6.0; // gray levels
 
@@ -52,9 +52,9 @@ inline void keep(uchar value, uchar& lowest, uchar& second, uchar& third)
 
 using Rows = std::array<const uchar*, 8>;
 
-/// The third smallest of eight values, place by place: two of the eight may be dark without harm, the edge of the
-/// ledge or a shadow.
-VC_VECTORISED void thirdSmallest(const Rows& rows, int count, uchar* VC_RESTRICT result)
+/// How bright it is around, place by place: the third smallest of eight values, as two of the eight may be dark without
+/// harm, the edge of the ledge or a shadow; but no two opposite ones, as in a groove.
+VC_VECTORISED void surroundingsOf(const Rows& rows, int count, uchar* VC_RESTRICT result)
 {
     const uchar *r0 = rows[0], *r1 = rows[1], *r2 = rows[2], *r3 = rows[3];
     const uchar *r4 = rows[4], *r5 = rows[5], *r6 = rows[6], *r7 = rows[7];
@@ -70,7 +70,9 @@ VC_VECTORISED void thirdSmallest(const Rows& rows, int count, uchar* VC_RESTRICT
         keep(r5[i], lowest, second, third);
         keep(r6[i], lowest, second, third);
         keep(r7[i], lowest, second, third);
-        result[i] = third;
+        const uchar pairs = smaller(smaller(larger(r0[i], r4[i]), larger(r1[i], r5[i])),
+                                    smaller(larger(r2[i], r6[i]), larger(r3[i], r7[i])));
+        result[i] = smaller(third, pairs);
     }
 }
 
@@ -152,7 +154,7 @@ void HoleCandidates::computeContrast(const cv::Mat& map, double radius)
         Rows rows{};
         for (size_t i = 0; i < rows.size(); ++i)
             rows[i] = at(m_mean, around[i]);
-        thirdSmallest(rows, count, surroundings);
+        surroundingsOf(rows, count, surroundings);
         for (size_t i = 0; i < rows.size(); ++i)
             rows[i] = at(m_mean, within[i]);
         meanOfEight(rows, count, middle);

@@ -19,12 +19,15 @@ double estimateNoise(const cv::Mat& gray);
 /// What makes a spot a hole, each 0 to 1; their product is the score.
 struct HoleScore
 {
-    double evidence = 0;  ///< brighter outside than inside all round, looked at sector by sector
-    double roundness = 0; ///< how near the edge points lie to one outline, beyond what noise explains
-    double darkness = 0;  ///< how black it is inside, measured against its surroundings and the image's black
-    double size = 0;      ///< how well the radius fits what the model expects
+    double evidence = 0; ///< brighter outside than inside all round, looked at sector by sector
+    double roundness =
+        0; ///< how near the edge points lie to one outline, beyond what noise explains, and how round it is
+    double darkness = 0; ///< how black it is inside, measured against its surroundings and the image's black
+    double size = 0;     ///< how well the radius fits what the model expects
 
-    double total() const { return evidence * roundness * darkness * size; }
+    double place = 1; ///< how near to the middle of the ring that the model names
+
+    double total() const { return evidence * roundness * darkness * size * place; }
 };
 
 /// One hole, measured at full resolution.
@@ -35,8 +38,9 @@ struct HoleFit
     std::vector<EdgePoint> points;
 };
 
-/// Measures the hole whose middle is expected within about half a radius of `near`. `radius` is the range of its radius
-/// in pixels. A spot without a usable outline scores 0.
-HoleFit measureHole(const cv::Mat& gray, const cv::Point2d& near, const Range& radius, const ImageLevels& levels);
+/// Measures the hole whose middle is expected within about half a radius of `near`, with a radius of about `expected`
+/// pixels; `radius` is the range that the model allows. A spot without a usable outline scores 0.
+HoleFit measureHole(const cv::Mat& gray, const cv::Point2d& near, double expected, const Range& radius,
+                    const ImageLevels& levels);
 
 } // namespace finder

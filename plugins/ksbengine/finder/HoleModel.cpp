@@ -1,10 +1,17 @@
 #include "HoleModel.h"
 
+#include <QCoreApplication>
+
 #include <array>
 
 namespace finder {
 
 namespace {
+
+struct Tr
+{
+    Q_DECLARE_TR_FUNCTIONS(HoleModel)
+};
 
 struct Field
 {
@@ -27,8 +34,9 @@ constexpr std::array<Field, 7> fields{{
 
 // Broad limits of the built-in model, a little wider than what it promises so that a wheel at a limit is still inside.
 constexpr Range autoRimOfHeight{0.24, 0.53};
-constexpr Range autoRingOfRim{0.58, 0.97};
+constexpr Range autoRingOfRim{0.72, 0.97};
 constexpr Range autoHole{5.5, 22};
+constexpr double autoScoreLimit = 0.7; // where place and size are not known, the rest has to be right
 
 bool isNumber(const QVariant& value)
 {
@@ -55,10 +63,7 @@ bool applyField(const Field& field, const QVariant& value, HoleModel* model, QSt
     const double number = value.toDouble();
     const bool unknown = field.zeroMeansUnknown && number == 0;
     if (!isNumber(value) || (!unknown && (number < field.low || number > field.high))) {
-        *error = QStringLiteral("%1 must be a number from %2 to %3")
-                     .arg(QLatin1String(field.name))
-                     .arg(field.low)
-                     .arg(field.high);
+        *error = Tr::tr("%1 应为 %2 到 %3 之间的数").arg(QLatin1String(field.name)).arg(field.low).arg(field.high);
         return false;
     }
     model->*field.member = number;
@@ -69,10 +74,10 @@ bool agrees(const HoleModel& model, QString* error)
 {
     const bool ringOutside = model.rimRadius > 0 && model.ringRadius >= model.rimRadius;
     if (ringOutside)
-        *error = QStringLiteral("ring_radius must be smaller than rim_radius");
+        *error = Tr::tr("ring_radius 应小于 rim_radius");
     const bool holeTooLarge = model.ringRadius > 0 && model.holeRadius >= model.ringRadius / 2;
     if (holeTooLarge)
-        *error = QStringLiteral("hole_radius must be smaller than half of ring_radius");
+        *error = Tr::tr("hole_radius 应小于 ring_radius 的一半");
     return !ringOutside && !holeTooLarge;
 }
 
@@ -105,6 +110,7 @@ QString autoModelName()
 HoleModel autoModel()
 {
     HoleModel model;
+    model.scoreLimit = autoScoreLimit;
     model.taught = true;
     return model;
 }
@@ -119,7 +125,7 @@ bool applyParameters(const QVariantMap& parameters, HoleModel* model, QString* e
     }
     const QVariant taught = parameters.value(QStringLiteral("taught"), changed.taught);
     if (static_cast<QMetaType::Type>(taught.type()) != QMetaType::Bool) {
-        *error = QStringLiteral("taught must be true or false");
+        *error = Tr::tr("taught 应为 true 或 false");
         return false;
     }
     changed.taught = taught.toBool();

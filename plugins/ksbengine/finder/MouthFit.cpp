@@ -69,50 +69,6 @@ double percentile(const MouthPatch& patch, double share)
     return *at;
 }
 
-MouthExpectation expectOpen(const Mouth& start, double surface, double deep)
-{
-    MouthExpectation expected;
-    MouthVector& value = expected.value;
-    MouthVector& spread = expected.spread;
-    const double contrast = std::max(10.0, surface - deep);
-    const double radius = start.radius;
-    value[R] = radius;
-    spread[X] = spread[Y] = spread[R] = 0.15 * radius;
-    spread[E] = 0.15;
-    spread[F] = 0.06;
-    value[Chamfer] = 0.12 * radius;
-    spread[Chamfer] = 0.1 * radius;
-    value[Scaled] = 0.5;
-    spread[Scaled] = 0.5;
-    // An image that was enlarged is blurred in proportion; where nothing is enlarged the lens decides.
-    value[Blur] = std::max(start.blur, 0.07 * radius);
-    spread[Blur] = 0.5 * value[Blur];
-    spread[Turn] = 1;
-    spread[WallX] = 0.3 * radius;
-    spread[WallY] = 0.15 * radius;
-    value[Far] = 1;
-    spread[Far] = 0.03;
-    value[Surface0] = value[Chamfer0] = surface;
-    value[Wall0] = 0.6 * deep + 0.4 * surface;
-    value[Deep] = deep;
-    spread[SurfaceX] = spread[SurfaceY] = contrast / radius;
-    for (const int i : {Surface0, Chamfer0, ChamferC, ChamferS})
-        spread[i] = 0.5 * contrast;
-    for (const int i : {Wall0, WallC, WallS, Deep})
-        spread[i] = 0.3 * contrast;
-    return expected;
-}
-
-/// Only a band along the mouth counts, whose gray value changes smoothly around; what is deeper may be anything.
-MouthExpectation expectFilled(MouthExpectation expected)
-{
-    expected.value[Wall0] = expected.value[Deep];
-    expected.value[Far] = 0.2;
-    for (const int i : {Far, WallX, WallY})
-        expected.spread[i] = 1e-3;
-    return expected;
-}
-
 float distanceFromMouth(const MouthPixel& pixel, const MouthVector& p)
 {
     return ellipseDistance(pixel.x - static_cast<float>(p[X]), pixel.y - static_cast<float>(p[Y]),
@@ -193,53 +149,120 @@ double whiteningFor(double correlation)
     return std::clamp(0.3 + 0.75 * correlation, 0.0, 0.9);
 }
 
+/// How far around the start to look, and how many pixels (a side) to average to one.
+struct Extent
+{
+    double reach;
+    int coarseBin;
+    int fineBin;
+};
+
+Extent extentFor(double radius)
+{
+    return {1.55 * radius + 3, std::max(1, cvRound(radius / 4)), std::max(1, cvRound((radius + 1) / 7))};
+}
+
+/// What all stages of a fit look at.
+struct View
+{
+    Frame frame;
+    MouthPatch whole;
+    MouthPatch sparse; // the same in coarser pixels
+    MouthExpectation open;
+    MouthExpectation filled;
+};
+
+View viewOf(const cv::Mat& gray, const Mouth& start, const Extent& extent, const cv::Point2d& hub,
+            const TaughtMouth& taught)
+{
+    const cv::Point2d arm = start.center - hub;
+    const double distance = std::max(1.0, cv::norm(arm));
+    const Frame frame{arm.x / distance, arm.y / distance};
+    View view{frame,
+              patchAround(gray, start.center, extent.reach, extent.fineBin, frame),
+              patchAround(gray, start.center, extent.reach, extent.coarseBin, frame),
+              {},
+              {}};
+    view.open = expectOpen(start, percentile(view.whole, 0.65), percentile(view.whole, 0.04));
+    expectTaught(taught, distance, &view.open);
+    view.filled = expectFilled(view.open);
+    return view;
+}
+
+/// The mouth alone, in coarse pixels: right enough to start from, whether something stands in the hole or not.
+State roughFit(const View& view, double radius)
+{
+    State state;
+    state.p = view.filled.value;
+    const MouthPatch wide = withoutInside(view.sparse, state.p, 0.35 * radius);
+    MouthProblem problem(wide, view.filled, 0.5);
+    problem.improve(&state, mouthShapes, 1);
+    problem.improve(&state, 0, 10);
+    return state;
+}
+
+struct OpenFit
+{
+    State state;
+    double whitening; // for the surface's grain
+};
+
+OpenFit openFit(const View& view, const State& rough)
+{
+    MouthProblem coarse(view.sparse, view.open, 0);
+    State state = openStart(coarse, view.open, rough);
+    MouthProblem trial(view.whole, view.open, 0.5);
+    trial.measureNoise(&state);
+    trial.improve(&state, 0, 2);
+
+    const double whitening = whiteningFor(trial.correlation(state.p));
+    MouthProblem last(view.whole, view.open, whitening);
+    last.measureNoise(&state);
+    last.improve(&state, 0, 8);
+    return {state, whitening};
+}
+
+State filledFit(const View& view, const MouthPatch& band, State state, double whitening)
+{
+    MouthProblem problem(band, view.filled, whitening);
+    problem.measureNoise(&state);
+    problem.improve(&state, 0, 5);
+    return state;
+}
+
+bool looksFilled(const View& view, const MouthPatch& band, const OpenFit& open, const State& filled)
+{
+    if (misfitInside(view.whole, open.state.p) > 1.4)
+        return true;
+    MouthProblem judge(band, view.open, open.whitening);
+    const double noise = std::min(open.state.noise, filled.noise);
+    return judge.misfit(filled.p, noise) < judge.misfit(open.state.p, noise);
+}
+
+bool staysNear(const Mouth& start, const Mouth& mouth)
+{
+    return cv::norm(mouth.center - start.center) < 0.6 * start.radius && mouth.radius > 0.6 * start.radius &&
+           mouth.radius < 1.5 * start.radius;
+}
+
 } // namespace
 
-Mouth fitMouth(const cv::Mat& gray, const Mouth& start, double direction)
+Mouth fitMouth(const cv::Mat& gray, const Mouth& start, const cv::Point2d& hub, const TaughtMouth& taught)
 {
-    const double reach = 1.55 * start.radius + 3;
-    const int coarseBin = std::max(1, cvRound(start.radius / 4));
-    const int fineBin = std::max(1, cvRound(start.radius / 7));
-    if (start.radius < 2 || !fitsInside(gray, start.center, reach + 2 * coarseBin + 2))
+    const Extent extent = extentFor(start.radius);
+    if (start.radius < 2 || !fitsInside(gray, start.center, extent.reach + 2 * extent.coarseBin + 2))
         return {};
-    const Frame frame{std::cos(direction), std::sin(direction)};
-    const MouthPatch whole = patchAround(gray, start.center, reach, fineBin, frame);
-    const MouthPatch sparse = patchAround(gray, start.center, reach, coarseBin, frame);
-    const MouthExpectation open = expectOpen(start, percentile(whole, 0.65), percentile(whole, 0.04));
-    const MouthExpectation filledUp = expectFilled(open);
+    const View view = viewOf(gray, start, extent, hub, taught);
+    const State rough = roughFit(view, start.radius);
+    const OpenFit open = openFit(view, rough);
+    const MouthPatch band = withoutInside(view.whole, rough.p, 0.1 * rough.p[R] + 1);
+    const State filled = filledFit(view, band, rough, open.whitening);
 
-    State filled;
-    filled.p = filledUp.value;
-    const MouthPatch wide = withoutInside(sparse, filled.p, 0.35 * start.radius);
-    MouthProblem first(wide, filledUp, 0.5);
-    first.improve(&filled, mouthShapes, 1);
-    first.improve(&filled, 0, 10);
-
-    MouthProblem coarse(sparse, open, 0);
-    State full = openStart(coarse, open, filled);
-    MouthProblem trial(whole, open, 0.5);
-    trial.measureNoise(&full);
-    trial.improve(&full, 0, 5);
-
-    const double whitening = whiteningFor(trial.correlation(full.p));
-    MouthProblem last(whole, open, whitening);
-    last.measureNoise(&full);
-    last.improve(&full, 0, 4);
-
-    const MouthPatch band = withoutInside(whole, filled.p, 0.1 * filled.p[R] + 1);
-    MouthProblem narrow(band, filledUp, whitening);
-    narrow.measureNoise(&filled);
-    narrow.improve(&filled, 0, 5);
-
-    MouthProblem judge(band, open, whitening);
-    const double noise = std::min(full.noise, filled.noise);
-    const bool isFilled =
-        misfitInside(whole, full.p) > 1.4 || judge.misfit(filled.p, noise) < judge.misfit(full.p, noise);
-    Mouth mouth = toMouth(isFilled ? filled : full, start, frame);
+    const bool isFilled = looksFilled(view, band, open, filled);
+    Mouth mouth = toMouth(isFilled ? filled : open.state, start, view.frame);
     mouth.filled = isFilled;
-    mouth.pixels = static_cast<int>(isFilled ? band.counting.size() : whole.counting.size());
-    mouth.valid = cv::norm(mouth.center - start.center) < 0.6 * start.radius && mouth.radius > 0.6 * start.radius &&
-                  mouth.radius < 1.5 * start.radius;
+    mouth.pixels = static_cast<int>(isFilled ? band.counting.size() : view.whole.counting.size());
+    mouth.valid = staysNear(start, mouth);
     return mouth;
 }
 

@@ -20,10 +20,18 @@ struct Mouth
     bool valid = false;
 };
 
+/// What a model knows of the mouth beforehand. It decides where the picture leaves open whether a part belongs to the
+/// chamfer or to the wall.
+struct TaughtMouth
+{
+    double radius = 0; ///< half of the longer axis; 0: not known
+    double ring = 0;   ///< distance from the hub; 0: not known
+};
+
 /// Fits a mouth to the pixels around `start`, whose centre and radius are right to within about a quarter of the
-/// radius. `direction` is that from the hub, in radians of the image: a wheel is a surface of revolution, so tilts and
-/// what shows of the wall lie nearly along it. Not valid when the hole lies too near to the image's border or the fit
-/// runs away from its start.
-Mouth fitMouth(const cv::Mat& gray, const Mouth& start, double direction);
+/// radius. `hub` is the wheel's centre: a wheel is a surface of revolution, so tilts and what shows of the wall lie
+/// nearly along the direction from there. Not valid when the hole lies too near to the image's border or the fit runs
+/// away from its start.
+Mouth fitMouth(const cv::Mat& gray, const Mouth& start, const cv::Point2d& hub, const TaughtMouth& taught);
 
 } // namespace finder

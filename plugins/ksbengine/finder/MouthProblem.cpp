@@ -12,6 +12,8 @@ constexpr float saturated = 254;
 constexpr double huber = 2.5; // standard deviations
 constexpr double grain = 2;   // pixels that vary together even after whitening: data count this much less
 
+constexpr double farOff = 3; // spreads
+
 constexpr int rowSize = MouthProblem::padded;
 
 VC_VECTORISED void takeOff(const float* at, const float* left, const float* right, const float* above,
@@ -122,6 +124,35 @@ void MouthProblem::addExpectations(const MouthVector& p, double noise)
         m_matrix[i][i] += static_cast<float>(weight);
         m_cost += weight * off * off;
     }
+    if (m_expected.major > 0)
+        addMajor(p, grain * noise * noise / (m_expected.majorSpread * m_expected.majorSpread));
+    if (m_expected.alongSpread > 0)
+        addAlong(p, grain * noise * noise / (m_expected.alongSpread * m_expected.alongSpread));
+}
+
+void MouthProblem::addAlong(const MouthVector& p, double weight)
+{
+    const double off = m_expected.along - p[X];
+    const double limit = farOff * m_expected.alongSpread;
+    const double belief = 1 / (1 + off * off / (limit * limit)); // Geman and McClure's
+    m_right[X] += weight * belief * belief * off;
+    m_matrix[X][X] += static_cast<float>(weight * belief * belief);
+    m_cost += weight * belief * off * off;
+}
+
+void MouthProblem::addMajor(const MouthVector& p, double weight)
+{
+    const double flatness =
+        std::sqrt(p[E] * p[E] + p[F] * p[F] + 1e-4); // rounded off, so that it has a derivative at 0
+    const double off = m_expected.major - p[R] * (1 + 0.5 * flatness);
+    const std::array<int, 3> index{R, E, F};
+    const std::array<double, 3> by{1 + 0.5 * flatness, 0.5 * p[R] * p[E] / flatness, 0.5 * p[R] * p[F] / flatness};
+    for (size_t i = 0; i < index.size(); ++i) {
+        m_right[index[i]] += weight * by[i] * off;
+        for (size_t k = i; k < index.size(); ++k)
+            m_matrix[index[i]][index[k]] += static_cast<float>(weight * by[i] * by[k]);
+    }
+    m_cost += weight * off * off;
 }
 
 bool MouthProblem::step(int first, double damping, MouthVector* p) const
@@ -161,7 +192,7 @@ void MouthProblem::improve(State* state, int first, int steps)
             state->p = next;
             state->cost = m_cost;
             damping /= 5;
-            if (gain < 2e-4 * state->cost)
+            if (gain < 5e-5 * state->cost)
                 return;
         } else {
             m_matrix = matrix;

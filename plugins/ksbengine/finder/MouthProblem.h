@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MouthModel.h"
+#include "MouthExpectation.h"
 
 #include <vector>
 
@@ -12,13 +12,6 @@ struct MouthPatch
     int width = 0;
     std::vector<MouthPixel> pixels;
     std::vector<int> counting; ///< indices into pixels
-};
-
-/// What is expected of each parameter before looking, and how much it may differ (standard deviations).
-struct MouthExpectation
-{
-    MouthVector value{};
-    MouthVector spread{};
 };
 
 /// The damped least-squares problem of fitting the model to one patch. Errors beyond 2.5 times the noise count less
@@ -60,6 +53,8 @@ private:
     void whitened(int index, Row* row) const;
     void accumulate(const MouthVector& p, double noise);
     void addExpectations(const MouthVector& p, double noise);
+    void addMajor(const MouthVector& p, double weight);
+    void addAlong(const MouthVector& p, double weight);
     bool step(int first, double damping, MouthVector* p) const;
 
     const MouthPatch& m_patch;

@@ -36,104 +36,67 @@ double robustSigma(std::vector<double>& magnitudes)
     return 1.4826 * *middle;
 }
 
+/// The weighted normal equations of an outline's coefficients.
+class HarmonicEquations
+{
+public:
+    void add(const Basis& basis, double radius, double weight)
+    {
+        m_total += weight;
+        for (int row = 0; row < terms; ++row) {
+            m_right[row] += weight * basis[row] * radius;
+            for (int column = 0; column <= row; ++column)
+                m_normal(row, column) += weight * basis[row] * basis[column];
+        }
+    }
+
+    /// A full circle decides its tilt by itself; the priors only speak where an arc is missing.
+    void addPriors(const OutlineFitOptions& options, double radius)
+    {
+        const double expected = options.tiltPrior * radius;
+        const double tilt =
+            options.tilted ? 0.001 * m_total / std::max(1e-6, expected * expected) : 1e9 * (1 + m_total);
+        m_normal(1, 1) += 1e-9 * (1 + m_total);
+        m_normal(2, 2) += 1e-9 * (1 + m_total);
+        m_normal(3, 3) += tilt;
+        m_normal(4, 4) += tilt;
+    }
+
+    bool solve(Basis* coefficients)
+    {
+        for (int row = 0; row < terms; ++row) {
+            for (int column = row + 1; column < terms; ++column)
+                m_normal(row, column) = m_normal(column, row);
+        }
+        cv::Vec<double, terms> solution;
+        if (m_total <= 0 || !cv::solve(m_normal, m_right, solution, cv::DECOMP_CHOLESKY))
+            return false;
+        std::copy_n(solution.val, terms, coefficients->begin());
+        return std::isfinite(coefficients->front());
+    }
+
+private:
+    cv::Matx<double, terms, terms> m_normal = cv::Matx<double, terms, terms>::zeros(); // lower half until solved
+    cv::Vec<double, terms> m_right = cv::Vec<double, terms>::all(0);
+    double m_total = 0;
+};
+
+/// Least squares, weighted anew in each round by what the last one left.
 class HarmonicSolver
 {
 public:
-    HarmonicSolver(const std::vector<EdgePoint>& points, const OutlineFitOptions& options)
-        : m_points(points)
-        , m_options(options)
-    {
-        m_basis.reserve(points.size());
-        for (const EdgePoint& point : points)
-            m_basis.push_back(basisAt(point.angle));
-        m_weights.assign(points.size(), 1.0);
-        double steepest = 0;
-        for (const EdgePoint& point : points)
-            steepest = std::max(steepest, point.strength);
-        for (const EdgePoint& point : points)
-            m_trust.push_back(options.steepCountsMore ? point.strength * point.strength / (steepest * steepest) : 1.0);
-    }
+    HarmonicSolver(const std::vector<EdgePoint>& points, const OutlineFitOptions& options);
 
-    bool solve()
-    {
-        if (!start())
-            return false;
-        for (int i = 0; i < iterations; ++i) {
-            reweight();
-            if (!leastSquares())
-                return false;
-        }
-        reweight();
-        return true;
-    }
+    bool solve();
 
     const Basis& coefficients() const { return m_coefficients; }
     double residual(size_t i) const { return m_points[i].radius - valueOf(m_coefficients, m_basis[i]); }
     bool used(size_t i) const { return m_weights[i] > 0.1; }
 
 private:
-    bool start()
-    {
-        std::vector<double> radii;
-        for (const EdgePoint& point : m_points)
-            radii.push_back(point.radius);
-        if (radii.size() < 2 * terms)
-            return false;
-        const auto middle = radii.begin() + static_cast<std::ptrdiff_t>(radii.size() / 2);
-        std::nth_element(radii.begin(), middle, radii.end());
-        m_coefficients = {*middle, 0, 0, 0, 0};
-        return true;
-    }
-
-    void reweight()
-    {
-        m_magnitudes.clear();
-        for (size_t i = 0; i < m_points.size(); ++i)
-            m_magnitudes.push_back(std::abs(residual(i)));
-        const double sigma = robustSigma(m_magnitudes);
-        const double limit = tukey * std::max(sigma, m_options.outlierFloor / tukey);
-        for (size_t i = 0; i < m_points.size(); ++i) {
-            const double t = residual(i) / limit;
-            m_weights[i] = std::abs(t) < 1 ? (1 - t * t) * (1 - t * t) : 0;
-        }
-    }
-
-    bool leastSquares()
-    {
-        cv::Matx<double, terms, terms> normal = cv::Matx<double, terms, terms>::zeros();
-        cv::Vec<double, terms> right = cv::Vec<double, terms>::all(0);
-        double total = 0;
-        for (size_t i = 0; i < m_points.size(); ++i) {
-            const double weight = m_weights[i] * m_trust[i];
-            total += weight;
-            for (int row = 0; row < terms; ++row) {
-                right[row] += weight * m_basis[i][row] * m_points[i].radius;
-                for (int column = 0; column <= row; ++column)
-                    normal(row, column) += weight * m_basis[i][row] * m_basis[i][column];
-            }
-        }
-        for (int row = 0; row < terms; ++row) {
-            for (int column = row + 1; column < terms; ++column)
-                normal(row, column) = normal(column, row);
-        }
-        addPriors(normal, total);
-        cv::Vec<double, terms> solution;
-        if (total <= 0 || !cv::solve(normal, right, solution, cv::DECOMP_CHOLESKY))
-            return false;
-        std::copy_n(solution.val, terms, m_coefficients.begin());
-        return std::isfinite(m_coefficients[0]);
-    }
-
-    /// A full circle decides its tilt by itself; the priors only speak where an arc is missing.
-    void addPriors(cv::Matx<double, terms, terms>& normal, double total) const
-    {
-        const double expected = m_options.tiltPrior * m_coefficients[0];
-        const double tilt = m_options.tilted ? 0.001 * total / std::max(1e-6, expected * expected) : 1e9 * (1 + total);
-        normal(1, 1) += 1e-9 * (1 + total);
-        normal(2, 2) += 1e-9 * (1 + total);
-        normal(3, 3) += tilt;
-        normal(4, 4) += tilt;
-    }
+    bool start();
+    void reweight();
+    bool leastSquares();
 
     const std::vector<EdgePoint>& m_points;
     const OutlineFitOptions& m_options;
@@ -143,6 +106,70 @@ private:
     std::vector<double> m_magnitudes;
     Basis m_coefficients{};
 };
+
+HarmonicSolver::HarmonicSolver(const std::vector<EdgePoint>& points, const OutlineFitOptions& options)
+    : m_points(points)
+    , m_options(options)
+    , m_weights(points.size(), 1.0)
+{
+    m_basis.reserve(points.size());
+    for (const EdgePoint& point : points)
+        m_basis.push_back(basisAt(point.angle));
+    double steepest = 0;
+    for (const EdgePoint& point : points)
+        steepest = std::max(steepest, point.strength);
+    for (const EdgePoint& point : points)
+        m_trust.push_back(options.steepCountsMore ? point.strength * point.strength / (steepest * steepest) : 1.0);
+}
+
+bool HarmonicSolver::solve()
+{
+    if (!start())
+        return false;
+    for (int i = 0; i < iterations; ++i) {
+        reweight();
+        if (!leastSquares())
+            return false;
+    }
+    reweight();
+    return true;
+}
+
+/// A circle of the middle radius.
+bool HarmonicSolver::start()
+{
+    std::vector<double> radii;
+    for (const EdgePoint& point : m_points)
+        radii.push_back(point.radius);
+    if (radii.size() < 2 * terms)
+        return false;
+    const auto middle = radii.begin() + static_cast<std::ptrdiff_t>(radii.size() / 2);
+    std::nth_element(radii.begin(), middle, radii.end());
+    m_coefficients = {*middle, 0, 0, 0, 0};
+    return true;
+}
+
+void HarmonicSolver::reweight()
+{
+    m_magnitudes.clear();
+    for (size_t i = 0; i < m_points.size(); ++i)
+        m_magnitudes.push_back(std::abs(residual(i)));
+    const double sigma = robustSigma(m_magnitudes);
+    const double limit = tukey * std::max(sigma, m_options.outlierFloor / tukey);
+    for (size_t i = 0; i < m_points.size(); ++i) {
+        const double t = residual(i) / limit;
+        m_weights[i] = std::abs(t) < 1 ? (1 - t * t) * (1 - t * t) : 0;
+    }
+}
+
+bool HarmonicSolver::leastSquares()
+{
+    HarmonicEquations equations;
+    for (size_t i = 0; i < m_points.size(); ++i)
+        equations.add(m_basis[i], m_points[i].radius, m_weights[i] * m_trust[i]);
+    equations.addPriors(m_options, m_coefficients[0]);
+    return equations.solve(&m_coefficients);
+}
 
 } // namespace
 

@@ -8,7 +8,7 @@ namespace finder {
 
 namespace {
 
-constexpr int rays = 300;
+constexpr int rays = 200;
 constexpr EdgeFilter coarseFilter{2, 5};
 constexpr EdgeFilter fineFilter{4, 10};
 constexpr double bevelShare = 0.02; // of the radius: a guess that sits on the inner edge of the bevel is this small

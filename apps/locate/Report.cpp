@@ -1,0 +1,104 @@
+#include "Report.h"
+
+#include "Comparison.h"
+
+#include <QFileInfo>
+
+namespace {
+
+const QStringList columns{QStringLiteral("found"), QStringLiteral("angle"), QStringLiteral("x"),
+                          QStringLiteral("y"),     QStringLiteral("score"), QStringLiteral("error"),
+                          QStringLiteral("tip"),   QStringLiteral("ms")};
+const QStringList comparisonColumns{QStringLiteral("change"), QStringLiteral("moved_px"), QStringLiteral("turned_deg")};
+
+QJsonValue ifSo(bool known, double value)
+{
+    return known ? QJsonValue(value) : QJsonValue();
+}
+
+QJsonObject objectOf(const LocateRun& run)
+{
+    const finder::FindResult& r = run.result;
+    const bool hub = r.hub.radius > 0;
+    return {{QStringLiteral("found"), r.found()},
+            {QStringLiteral("angle"), r.angle},
+            {QStringLiteral("x"), ifSo(r.found(), r.hole.x)},
+            {QStringLiteral("y"), ifSo(r.found(), r.hole.y)},
+            {QStringLiteral("hub_x"), ifSo(hub, r.hub.center.x)},
+            {QStringLiteral("hub_y"), ifSo(hub, r.hub.center.y)},
+            {QStringLiteral("radius"), ifSo(r.found(), r.holeRadius)},
+            {QStringLiteral("score"), r.score},
+            {QStringLiteral("error"), static_cast<int>(r.error)},
+            {QStringLiteral("tip"), finder::resultTip(r.error)},
+            {QStringLiteral("ms"), run.milliseconds},
+            {QStringLiteral("rim_radius"), ifSo(hub, r.hub.radius)},
+            {QStringLiteral("runner_up"), r.runnerUpScore},
+            {QStringLiteral("edge_points"), r.edgePoints},
+            {QStringLiteral("residual"), r.residual}};
+}
+
+/// A name that a spreadsheet would take for a formula gets an apostrophe in front.
+QString cell(const QJsonValue& value)
+{
+    if (!value.isString())
+        return value.toVariant().toString();
+    QString text = value.toString();
+    if (!text.isEmpty() && QStringLiteral("=+-@\t\r\n").contains(text.at(0)))
+        text.prepend(QLatin1Char('\''));
+    return QLatin1Char('"') + text.replace(QLatin1Char('"'), QStringLiteral("\"\"")) + QLatin1Char('"');
+}
+
+void appendCells(QStringList* cells, const QJsonObject& object, const QStringList& names)
+{
+    for (const QString& name : names)
+        cells->append(cell(object.value(name)));
+}
+
+QByteArray joined(const QStringList& cells)
+{
+    return cells.join(QLatin1Char(',')).toUtf8() + "\r\n";
+}
+
+} // namespace
+
+namespace Report {
+
+QJsonObject lineOf(const Located& located)
+{
+    QJsonObject line = objectOf(located.present);
+    line.insert(QStringLiteral("image"), QFileInfo(located.file).fileName());
+    if (located.compared) {
+        const Comparison comparison = Comparison::of(located.present.result, located.edited.result);
+        line.insert(QStringLiteral("change"), comparison.name());
+        line.insert(QStringLiteral("moved_px"), comparison.moved);
+        line.insert(QStringLiteral("turned_deg"), comparison.turned);
+        line.insert(QStringLiteral("edited"), objectOf(located.edited));
+    }
+    return line;
+}
+
+QByteArray csvHeader(bool compared)
+{
+    QStringList cells{QChar(QChar::ByteOrderMark) + QStringLiteral("image")};
+    cells += columns;
+    if (compared) {
+        cells += comparisonColumns;
+        for (const QString& column : columns)
+            cells.append(QStringLiteral("edited_") + column);
+    }
+    return joined(cells);
+}
+
+QByteArray csvLine(const Located& located)
+{
+    const QJsonObject line = lineOf(located);
+    QStringList cells{cell(located.file)};
+    appendCells(&cells, line, columns);
+    if (located.compared) {
+        appendCells(&cells, line, comparisonColumns);
+        appendCells(&cells, line.value(QStringLiteral("edited")).toObject(), columns);
+    }
+    return joined(cells);
+}
+
+} // namespace Report

@@ -1,0 +1,153 @@
+#include "Rivals.h"
+#include "finder/Finder.h"
+#include "sets/WheelSet.h"
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+namespace {
+
+const cv::Size size5MP(2448, 2048);
+const cv::Size size20MP(5472, 3648);
+constexpr quint64 seedOfReport = 424242;
+
+/// A third of the wheels has no hole. VALVECELL_BENCH_WHEELS sets another number, 1500 for the full table.
+int wheelCount()
+{
+    const int wanted = qEnvironmentVariableIntValue("VALVECELL_BENCH_WHEELS");
+    return wanted > 0 ? wanted : 150;
+}
+
+QVector<PlannedWheel> wheels(int count, cv::Size size)
+{
+    WheelSetPlan plan;
+    plan.count = count;
+    plan.seed = seedOfReport;
+    plan.withoutHole = 1.0 / 3;
+    plan.size = size;
+    return WheelSet::wheels(plan);
+}
+
+Truth truthOf(const wheel::WheelTruth& truth)
+{
+    return {truth.hole, truth.holeCenter, truth.holeRadius, truth.angle};
+}
+
+finder::HoleModel modelOf(const wheel::WheelSpec& spec)
+{
+    finder::HoleModel model;
+    QString error;
+    finder::applyParameters(WheelSet::modelParameters(wheel::nominalOf(spec), 10).toVariantMap(), &model, &error);
+    return model;
+}
+
+Answer answerOf(const finder::FindResult& result)
+{
+    return {result.found(), result.hole, result.angle};
+}
+
+template <typename Find>
+void timed(ScoreSheet& sheet, const Truth& truth, Find find)
+{
+    const auto start = std::chrono::steady_clock::now();
+    const Answer answer = find();
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    sheet.add(truth, answer, taken.count());
+}
+
+struct Table
+{
+    ScoreSheet taught;
+    ScoreSheet builtIn;
+    ScoreSheet hough;
+    ScoreSheet templates;
+};
+
+/// Every way on every wheel, each image rendered once.
+const Table& table()
+{
+    static const Table made = [] {
+        Table sheets;
+        finder::Finder finder;
+        const HoughRival hough;
+        TemplateRival templates;
+        for (const PlannedWheel& planned : wheels(wheelCount(), size5MP)) {
+            const wheel::RenderedWheel wheel = wheel::renderWheel(planned.spec);
+            const finder::HoleModel model = modelOf(planned.spec);
+            const Truth truth = truthOf(wheel.truth);
+            const std::string& design = planned.spec.design;
+            timed(sheets.taught, truth, [&] { return answerOf(finder.find(wheel.image, model)); });
+            timed(sheets.builtIn, truth, [&] { return answerOf(finder.find(wheel.image, finder::autoModel())); });
+            timed(sheets.hough, truth, [&] { return hough.find(wheel.image, model); });
+            if (templates.taught(design))
+                timed(sheets.templates, truth, [&] { return templates.find(design, wheel.image, model); });
+            else if (truth.hole)
+                templates.teach(design, wheel.image, truth);
+        }
+        return sheets;
+    }();
+    return made;
+}
+
+void way(benchmark::State& state, ScoreSheet Table::*sheet)
+{
+    (table().*sheet).report(state);
+}
+
+void taughtModel20MP(benchmark::State& state)
+{
+    static const ScoreSheet sheet = [] {
+        ScoreSheet made;
+        finder::Finder finder;
+        for (const PlannedWheel& planned : wheels(std::max(12, wheelCount() / 10), size20MP)) {
+            const wheel::RenderedWheel wheel = wheel::renderWheel(planned.spec);
+            timed(made, truthOf(wheel.truth),
+                  [&] { return answerOf(finder.find(wheel.image, modelOf(planned.spec))); });
+        }
+        return made;
+    }();
+    sheet.report(state);
+    state.counters["times_5MP"] = sheet.middleSeconds() / table().taught.middleSeconds();
+}
+
+/// Both stations at once: how many times the throughput of one, where two processors are free.
+void twoStations(benchmark::State& state)
+{
+    constexpr int repeats = 40;
+    const PlannedWheel planned = wheels(1, size5MP).first();
+    const cv::Mat image = wheel::renderWheel(planned.spec).image;
+    const finder::HoleModel model = modelOf(planned.spec);
+    const auto secondsOf = [&](int stations) {
+        const auto start = std::chrono::steady_clock::now();
+        std::vector<std::thread> threads;
+        for (int i = 0; i < stations; ++i)
+            threads.emplace_back([&] {
+                finder::Finder finder;
+                for (int k = 0; k < repeats; ++k)
+                    benchmark::DoNotOptimize(finder.find(image, model));
+            });
+        for (std::thread& thread : threads)
+            thread.join();
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    };
+    double gain = 0;
+    for (auto _ : state) {
+        const double one = secondsOf(1);
+        const double two = secondsOf(2);
+        gain = std::max(gain, 2 * one / two);
+        state.SetIterationTime(two);
+    }
+    state.counters["throughput_of_one"] = gain;
+}
+
+// The number of iterations is that of the wheels: every wheel counts once.
+#define EACH_WHEEL UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(wheelCount())
+BENCHMARK_CAPTURE(way, taught_model_5MP, &Table::taught)->EACH_WHEEL;
+BENCHMARK_CAPTURE(way, auto_model_5MP, &Table::builtIn)->EACH_WHEEL;
+BENCHMARK_CAPTURE(way, hough_circles_5MP, &Table::hough)->EACH_WHEEL;
+BENCHMARK_CAPTURE(way, rotated_templates_5MP, &Table::templates)->EACH_WHEEL;
+BENCHMARK(taughtModel20MP)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(12);
+BENCHMARK(twoStations)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
+
+} // namespace

@@ -1,0 +1,125 @@
+#include "Wheels.h"
+#include "support/TempHome.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+
+namespace {
+
+struct Answer
+{
+    int code = -1;
+    QList<QJsonObject> lines;
+    QByteArray messages;
+};
+
+Answer locate(const QStringList& arguments)
+{
+    QProcess program;
+    program.start(QStringLiteral(VALVECELL_BIN_DIR "/locate"), arguments);
+    if (!program.waitForFinished(60000))
+        return {};
+    Answer answer;
+    answer.code = program.exitCode();
+    answer.messages = program.readAllStandardError();
+    for (const QByteArray& line : program.readAllStandardOutput().split('\n')) {
+        if (!line.isEmpty())
+            answer.lines.append(QJsonDocument::fromJson(line).object());
+    }
+    return answer;
+}
+
+/// A day of the archive: wheels with a hole and one without, in folders below folders.
+struct Archive
+{
+    Archive()
+    {
+        save(QStringLiteral("Station1/a.png"), 1, true);
+        save(QStringLiteral("Station1/b.png"), 2, false);
+        save(QStringLiteral("Station2/=c.png"), 3, true);
+    }
+
+    void save(const QString& name, quint64 seed, bool hole) const
+    {
+        const QString path = day() + QLatin1Char('/') + name;
+        QDir().mkpath(QFileInfo(path).path());
+        QVERIFY(finder::toImage(Wheels::image(Wheels::spec("five", seed, hole))).save(path));
+    }
+
+    QString day() const { return home.path(QStringLiteral("/DBFiles/SrcImages/2024-05-06")); }
+
+    TempHome home;
+};
+
+QStringList valuesOf(const Answer& answer, const char* key)
+{
+    QStringList values;
+    for (const QJsonObject& line : answer.lines)
+        values.append(line.value(QLatin1String(key)).toVariant().toString());
+    return values;
+}
+
+} // namespace
+
+class LocateTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void dayOfTheArchiveIsRunWithPresentAndEditedParameters()
+    {
+        const Archive archive;
+        archive.home.write(QStringLiteral("/edited.json"), R"({"hole_radius": 100, "taught": true})");
+        const QString csv = archive.home.path(QStringLiteral("/复检.csv"));
+        const Answer answer =
+            locate({QStringLiteral("--against"), archive.home.path(QStringLiteral("/edited.json")),
+                    QStringLiteral("--csv"), csv, QStringLiteral("--jobs"), QStringLiteral("3"), archive.day()});
+        QVERIFY2(answer.code == 0, answer.messages);
+        QCOMPARE(valuesOf(answer, "image"), QStringList({"a.png", "b.png", "=c.png"}));
+        QCOMPARE(valuesOf(answer, "found"), QStringList({"true", "false", "true"}));
+        QCOMPARE(valuesOf(answer, "change"), QStringList({"lost", "missed", "lost"}));
+        QVERIFY2(answer.messages.contains("3 images, found 2 -> 0, gained 0, lost 2"), answer.messages);
+        QFile table(csv);
+        QVERIFY(table.open(QIODevice::ReadOnly));
+        const QList<QByteArray> rows = table.readAll().split('\n');
+        QCOMPARE(rows.size(), 5);
+        QVERIFY(rows[0].startsWith("\xEF\xBB\xBFimage,found,angle"));
+        for (int i = 1; i < 4; ++i)
+            QCOMPARE(rows[i].count(','), rows[0].count(','));
+    }
+
+    void parametersByImageThatMakeNoSenseAreTold()
+    {
+        const Archive archive;
+        archive.home.write(QStringLiteral("/params.json"),
+                           R"({"a.png": {"rim_radius": -5}, "b.png": 7, "=c.png": {"score_limit": 0.4}})");
+        const Answer answer =
+            locate({QStringLiteral("--params"), archive.home.path(QStringLiteral("/params.json")), archive.day()});
+        QCOMPARE(answer.code, 0);
+        QCOMPARE(valuesOf(answer, "error"), QStringList({"9", "9", "0"}));
+        QVERIFY2(answer.messages.contains("rim_radius") && answer.messages.contains("b.png"), answer.messages);
+    }
+
+    void wrongUseIsRefused_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("code");
+        QTest::newRow("no image") << QStringList() << 2;
+        QTest::newRow("no number") << QStringList{"--jobs", "many", "x.png"} << 2;
+        QTest::newRow("model without solution") << QStringList{"--model", "W18", "x.png"} << 2;
+        QTest::newRow("missing parameters") << QStringList{"--against", "nowhere.json", "x.png"} << 2;
+        QTest::newRow("missing image") << QStringList{"nowhere.png"} << 1;
+    }
+
+    void wrongUseIsRefused()
+    {
+        QFETCH(QStringList, arguments);
+        const Answer answer = locate(arguments);
+        QTEST(answer.code, "code");
+        QCOMPARE(answer.lines.size(), answer.code == 1 ? 1 : 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(LocateTest)
+#include "tst_locate.moc"
