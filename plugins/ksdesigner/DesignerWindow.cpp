@@ -18,14 +18,15 @@
 DesignerWindow::DesignerWindow(IEngine* engine, QWidget* parent)
     : QWidget(parent, Qt::Window)
     , m_ui(std::make_unique<Ui::DesignerWindow>())
+    , m_engine(engine)
 {
     m_ui->setupUi(this);
     if (auto* store = extensionOf<ISolutionStore>(engine)) {
         m_drafts = new ModelDrafts(store, this);
-        buildPanels(engine);
-    } else {
-        explainMissing(engine);
+        connect(m_drafts, &ModelDrafts::changed, this, &DesignerWindow::updateTitle);
+        connect(m_drafts, &ModelDrafts::listChanged, this, &DesignerWindow::updateTitle);
     }
+    build();
 }
 
 DesignerWindow::~DesignerWindow() = default;
@@ -38,19 +39,27 @@ Panel* DesignerWindow::adopt(Panel* panel)
     return panel;
 }
 
-void DesignerWindow::buildPanels(IEngine* engine)
+void DesignerWindow::build()
 {
-    m_models = adopt(new ModelPanel(engine->taskList(), m_drafts));
+    if (m_drafts)
+        buildPanels();
+    else
+        explainMissing();
+}
+
+void DesignerWindow::buildPanels()
+{
+    m_models = adopt(new ModelPanel(m_engine->taskList(), m_drafts));
     auto* parameters = adopt(new ParameterPanel(m_drafts));
-    m_trial = adopt(new TryPanel(engine, m_drafts));
-    m_batch = adopt(new BatchPanel(engine, m_drafts));
-    auto* tabs = new QTabWidget;
-    tabs->setObjectName(QStringLiteral("tabs"));
-    tabs->addTab(m_trial, tr("试运行与示教"));
-    tabs->addTab(m_batch, tr("批量复检"));
+    m_trial = adopt(new TryPanel(m_engine, m_drafts));
+    m_batch = adopt(new BatchPanel(m_engine, m_drafts));
+    m_tabs = new QTabWidget;
+    m_tabs->setObjectName(QStringLiteral("tabs"));
+    m_tabs->addTab(m_trial, tr("试运行与示教"));
+    m_tabs->addTab(m_batch, tr("批量复检"));
     m_ui->splitter->addWidget(m_models);
     m_ui->splitter->addWidget(parameters);
-    m_ui->splitter->addWidget(tabs);
+    m_ui->splitter->addWidget(m_tabs);
     m_ui->splitter->setStretchFactor(2, 1);
     m_ui->splitter->setSizes({230, 350, 800});
     const auto showModel = [=](const ModelId& id) {
@@ -60,21 +69,42 @@ void DesignerWindow::buildPanels(IEngine* engine)
     };
     connect(m_models, &ModelPanel::modelChosen, this, showModel);
     connect(m_batch, &BatchPanel::imageWanted, this, [=](const QString& path) {
-        tabs->setCurrentWidget(m_trial);
+        m_tabs->setCurrentWidget(m_trial);
         m_trial->openImage(path);
     });
-    connect(m_drafts, &ModelDrafts::changed, this, &DesignerWindow::updateTitle);
-    connect(m_drafts, &ModelDrafts::listChanged, this, &DesignerWindow::updateTitle);
     showModel(m_models->current());
 }
 
-void DesignerWindow::explainMissing(IEngine* engine)
+void DesignerWindow::switchLanguage()
+{
+    m_ui->retranslateUi(this);
+    m_ui->ask->dismiss();
+    m_ui->status->clear();
+    if (!m_drafts) {
+        explainMissing();
+        return;
+    }
+    const ModelId model = m_models->current();
+    const int tab = m_tabs->currentIndex();
+    const QString image = m_trial->imageFile();
+    const QList<int> widths = m_ui->splitter->sizes();
+    while (m_ui->splitter->count() > 0)
+        delete m_ui->splitter->widget(0);
+    buildPanels();
+    m_ui->splitter->setSizes(widths);
+    m_models->select(model);
+    m_tabs->setCurrentIndex(tab);
+    if (!image.isEmpty())
+        m_trial->openImage(image);
+}
+
+void DesignerWindow::explainMissing()
 {
     QString text = tr("没有可用的检测引擎，无法设计型号。");
-    if (engine) {
-        const QStringList solutions = engine->taskList()->list();
+    if (m_engine) {
+        const QStringList solutions = m_engine->taskList()->list();
         text = tr("当前检测引擎不提供方案库接口，不能在此查看和修改型号。\n请使用引擎自带的工具。\n\n引擎中的方案：%1")
-                   .arg(solutions.isEmpty() ? tr("无") : solutions.join(QStringLiteral("、")));
+                   .arg(solutions.isEmpty() ? tr("无") : solutions.join(tr("、")));
     }
     m_ui->missingLabel->setText(text);
     m_ui->pages->setCurrentWidget(m_ui->missingPage);
@@ -96,6 +126,13 @@ void DesignerWindow::showError(const QString& message)
 {
     m_ui->status->setStyleSheet(QStringLiteral("color: #b3261e; font-weight: bold;"));
     m_ui->status->setText(message);
+}
+
+void DesignerWindow::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        switchLanguage();
+    QWidget::changeEvent(event);
 }
 
 void DesignerWindow::showEvent(QShowEvent* event)
@@ -122,7 +159,7 @@ void DesignerWindow::askBeforeClosing()
     const QList<ModelId> unsaved = m_drafts->unsaved();
     for (const ModelId& id : unsaved)
         names.append(QStringLiteral("%1 / %2").arg(id.solution, id.model));
-    m_ui->ask->ask(tr("以下型号有未保存的更改：%1").arg(names.join(QStringLiteral("、"))),
+    m_ui->ask->ask(tr("以下型号有未保存的更改：%1").arg(names.join(tr("、"))),
                    {tr("全部保存并关闭"), [this] { saveAllAndClose(); }},
                    {tr("放弃更改并关闭"), [this] { dropAllAndClose(); }});
 }

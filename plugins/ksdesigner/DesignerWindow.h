@@ -12,6 +12,7 @@ class ModelPanel;
 class BatchPanel;
 class TryPanel;
 class QImage;
+class QTabWidget;
 
 namespace Ui {
 class DesignerWindow;
@@ -37,6 +38,7 @@ public:
     void showError(const QString& message);
 
 protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
@@ -44,8 +46,11 @@ private:
     /// Gives a panel's messages to the message line.
     template <typename Panel>
     Panel* adopt(Panel* panel);
-    void buildPanels(IEngine* engine);
-    void explainMissing(IEngine* engine);
+    void build();
+    void buildPanels();
+    void explainMissing();
+    /// Makes all panels anew; drafts, the chosen model and the tried image file stay, a re-run under way is dropped.
+    void switchLanguage();
     void askBeforeClosing();
     /// Stops at the first model that cannot be saved, with that model chosen and the window open.
     void saveAllAndClose();
@@ -53,8 +58,10 @@ private:
     void updateTitle();
 
     std::unique_ptr<Ui::DesignerWindow> m_ui;
+    IEngine* m_engine;
     ModelDrafts* m_drafts = nullptr;
     ModelPanel* m_models = nullptr;
     TryPanel* m_trial = nullptr;
     BatchPanel* m_batch = nullptr;
+    QTabWidget* m_tabs = nullptr;
 };

@@ -19,9 +19,10 @@ struct Bench
     Designer designer;
     QTemporaryDir dir;
 
-    void open()
+    /// With the engine that the test drives, or with another.
+    void open(IEngine* other = nullptr)
     {
-        designer.attachEngine(&engine);
+        designer.attachEngine(other ? other : &engine);
         designer.openDesigner(nullptr);
     }
 

@@ -1,4 +1,5 @@
 #include "Bench.h"
+#include "support/TempHome.h"
 
 class DesignerModelsTest : public QObject
 {
@@ -58,6 +59,40 @@ private slots:
         QCOMPARE(saved["taught"], QVariant(false));
         QVERIFY(!bench.canPress("saveButton"));
         QVERIFY(bench.text("status").contains("已保存"));
+    }
+
+    void calibratedStationTakesMillimetres_data()
+    {
+        QTest::addColumn<QByteArray>("config");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("hint");
+        const QByteArray scale = R"({"station_solution_1": "工位1", "StationScale_1": 0.25})";
+        const QByteArray affine = R"({"station_solution_2": "工位1", "use4pointstand": true, "StationScale_2": 9,
+            "station2_4p": {"m11": 0, "m21": 0.25, "dx": 7, "m12": -0.25, "m22": 0, "dy": 3}})";
+        QTest::newRow("two points") << scale << "150 mm"
+                                    << "582 – 618 px\n145.5 – 154.5 mm";
+        QTest::newRow("four points") << affine << "150mm"
+                                     << "582 – 618 px\n145.5 – 154.5 mm";
+        QTest::newRow("pixels") << scale << "600"
+                                << "582 – 618 px\n145.5 – 154.5 mm";
+        QTest::newRow("not calibrated") << QByteArray("{}") << "600"
+                                        << "582 – 618 px";
+        QTest::newRow("millimetres of an uncalibrated station") << QByteArray("{}") << "150 mm"
+                                                                << "请输入数字";
+    }
+
+    void calibratedStationTakesMillimetres()
+    {
+        QFETCH(QByteArray, config);
+        QFETCH(QString, typed);
+        const TempHome home;
+        home.write(QStringLiteral("/user/globalConfig.json"), config);
+        Bench bench;
+        bench.open();
+        bench.choose(1);
+        bench.type("ring_radius", typed);
+        QTEST(bench.text("ring_radius_hint"), "hint");
+        QCOMPARE(bench.get<QLineEdit>("ring_radius")->text(), typed);
     }
 
     void unsavedChangesStayVisibleWhileOtherModelsAreLookedAt()

@@ -73,5 +73,5 @@ QString BatchSummary::text() const
         parts.append(Tr::tr("未找到 %1").arg(images - unreadable - foundFirst));
         parts.append(Tr::tr("最慢 %1 ms（%2）").arg(slowestFirst, 0, 'f', 1).arg(slowestName));
     }
-    return parts.join(QStringLiteral("，"));
+    return parts.join(Tr::tr("，"));
 }

@@ -53,7 +53,7 @@ bool ModelDrafts::save(const ModelId& id, QString* error)
     const QVariantMap wanted = parameters(id);
     const auto problems = ParameterRules::problems(wanted);
     if (!problems.isEmpty()) {
-        *error = QStringLiteral("%1：%2").arg(ParameterRules::label(problems.firstKey()), problems.first());
+        *error = tr("%1：%2").arg(ParameterRules::label(problems.firstKey()), problems.first());
         return false;
     }
     if (!m_store->saveModel(id.solution, id.model, wanted, error))

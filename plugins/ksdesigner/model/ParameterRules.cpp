@@ -86,6 +86,16 @@ void findContradictions(const QVariantMap& parameters, QMap<QString, QString>* w
         wrong->insert(QStringLiteral("hole_radius"), Tr::tr("应小于孔圆半径的一半"));
 }
 
+QString span(double middle, double slack, const QString& unit)
+{
+    const int decimals = slack < 10 ? 1 : 0;
+    return QStringLiteral("%1 – %2 %3")
+        .arg(middle - slack, 0, 'f', decimals)
+        .arg(middle + slack, 0, 'f', decimals)
+        .arg(unit)
+        .trimmed();
+}
+
 } // namespace
 
 namespace ParameterRules {
@@ -157,13 +167,16 @@ QString textOf(const QString& name, const QVariant& value)
     return text;
 }
 
-QVariant valueOf(const QString& name, const QString& text)
+QVariant valueOf(const QString& name, const QString& text, double scale)
 {
-    const QString typed = text.trimmed();
+    QString typed = text.trimmed();
     if (typed.isEmpty() && mayBeUnknown(name))
         return 0.0;
+    const bool millimetres = scale > 0 && mayBeUnknown(name) && typed.endsWith(QLatin1String("mm"));
+    if (millimetres)
+        typed.chop(2);
     bool number = false;
-    const double value = typed.toDouble(&number);
+    const double value = typed.trimmed().toDouble(&number) / (millimetres ? scale : 1);
     return number && std::isfinite(value) ? QVariant(value) : QVariant(text);
 }
 
@@ -179,19 +192,16 @@ QMap<QString, QString> problems(const QVariantMap& parameters)
     return found;
 }
 
-QString rangeText(const QVariantMap& parameters, const QString& name)
+QString rangeText(const QVariantMap& parameters, const QString& name, double scale)
 {
     const double value = parameters.value(name).toDouble();
     const double percent = parameters.value(name + toleranceSuffix).toDouble();
     if (value <= 0 || percent <= 0)
         return {};
-    const double slack = value * percent / 100;
-    const int decimals = slack < 10 ? 1 : 0;
-    return QStringLiteral("%1 – %2 %3")
-        .arg(value - slack, 0, 'f', decimals)
-        .arg(value + slack, 0, 'f', decimals)
-        .arg(unit(name))
-        .trimmed();
+    const QString pixels = span(value, value * percent / 100, unit(name));
+    if (scale <= 0 || !mayBeUnknown(name))
+        return pixels;
+    return pixels + QLatin1Char('\n') + span(scale * value, scale * value * percent / 100, QStringLiteral("mm"));
 }
 
 QString readable(const QString& message)

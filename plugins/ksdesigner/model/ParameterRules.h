@@ -28,15 +28,17 @@ bool mayBeUnknown(const QString& name);
 
 /// A value as text: at most three decimals, "." as the decimal point, empty for an unknown one.
 QString textOf(const QString& name, const QVariant& value);
-/// A typed text as a value: a double, or the text itself when it is no number, so that nothing typed is lost.
-QVariant valueOf(const QString& name, const QString& text);
+/// A typed text as a value: a double, or the text itself when it is no number, so that nothing typed is lost. With a
+/// scale in millimetres per pixel, lengths may be typed as "150 mm".
+QVariant valueOf(const QString& name, const QString& text, double scale = 0);
 
 /// What is wrong, by parameter name, in the operator's language; empty when all may be saved. Limits and
 /// contradictions between parameters.
 QMap<QString, QString> problems(const QVariantMap& parameters);
 
-/// The lengths that a value with its tolerance allows, "780 – 860 px"; empty when value or tolerance are unknown.
-QString rangeText(const QVariantMap& parameters, const QString& name);
+/// The lengths that a value with its tolerance allows, "780 – 860 px", with a scale a second line in millimetres; empty
+/// when value or tolerance are unknown.
+QString rangeText(const QVariantMap& parameters, const QString& name, double scale = 0);
 
 /// An engine's message with the parameters' names on the screen instead of the plain ones.
 QString readable(const QString& message);

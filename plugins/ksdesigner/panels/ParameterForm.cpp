@@ -45,6 +45,12 @@ void ParameterForm::show(const QVariantMap& parameters, bool readOnly)
     update();
 }
 
+void ParameterForm::setScale(double scale)
+{
+    m_scale = scale;
+    update();
+}
+
 void ParameterForm::build()
 {
     qDeleteAll(findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
@@ -115,7 +121,7 @@ QLineEdit* ParameterForm::addField(const QString& name)
     if (ParameterRules::mayBeUnknown(name))
         field->setPlaceholderText(tr("自动"));
     connect(field, &QLineEdit::textEdited, this,
-            [this, name](const QString& text) { take(name, ParameterRules::valueOf(name, text)); });
+            [this, name](const QString& text) { take(name, ParameterRules::valueOf(name, text, m_scale)); });
     m_fields.insert(name, field);
     return field;
 }
@@ -132,7 +138,7 @@ void ParameterForm::update()
     for (auto it = m_fields.begin(); it != m_fields.end(); ++it) {
         const QVariant value = m_parameters.value(it.key());
         // "12." and "12" are one value: what is being typed stays.
-        if (ParameterRules::valueOf(it.key(), it.value()->text()) != value)
+        if (ParameterRules::valueOf(it.key(), it.value()->text(), m_scale) != value)
             it.value()->setText(ParameterRules::textOf(it.key(), value));
     }
     for (auto it = m_switches.begin(); it != m_switches.end(); ++it)
@@ -146,7 +152,7 @@ void ParameterForm::updateHints(const QMap<QString, QString>& problems)
         setWrong(it.value(), problems.contains(it.key()));
     for (auto it = m_hints.begin(); it != m_hints.end(); ++it) {
         const QString problem = problems.value(it.key(), problems.value(it.key() + ParameterRules::toleranceSuffix));
-        const QString range = ParameterRules::rangeText(m_parameters, it.key());
+        const QString range = ParameterRules::rangeText(m_parameters, it.key(), m_scale);
         it.value()->setText(problem.isEmpty() ? range : problem);
         it.value()->setVisible(!it.value()->text().isEmpty());
         it.value()->setStyleSheet(problem.isEmpty() ? QStringLiteral("color: #5f6368;")

@@ -22,6 +22,8 @@ public:
 
     /// Shows these values; a field that already reads as its value keeps its text and cursor.
     void show(const QVariantMap& parameters, bool readOnly);
+    /// Millimetres per pixel, so that lengths are shown and may be typed in millimetres as well; 0 for unknown.
+    void setScale(double scale);
     /// Marks one field as refused by the engine until the next show() or edit.
     void markRefused(const QString& name, const QString& reason);
 
@@ -40,6 +42,7 @@ private:
     void updateHints(const QMap<QString, QString>& problems);
 
     QVariantMap m_parameters;
+    double m_scale = 0;
     QMap<QString, QLineEdit*> m_fields;
     QMap<QString, QCheckBox*> m_switches;
     QMap<QString, QLabel*> m_hints; ///< below each line: what is wrong, else the range

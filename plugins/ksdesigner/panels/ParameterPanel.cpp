@@ -2,6 +2,7 @@
 
 #include "model/ModelDrafts.h"
 #include "model/ParameterRules.h"
+#include "model/PixelScale.h"
 #include "ui_ParameterPanel.h"
 
 ParameterPanel::ParameterPanel(ModelDrafts* drafts, QWidget* parent)
@@ -26,6 +27,7 @@ ParameterPanel::~ParameterPanel() = default;
 void ParameterPanel::setModel(const ModelId& id)
 {
     m_id = id;
+    m_ui->form->setScale(millimetresPerPixel(id.solution));
     refresh();
 }
 

@@ -120,8 +120,10 @@ void TryPanel::offerCaptured(const QString& cameraKey, const QImage& image)
         m_ui->cameraBox->addItem(cameraKey);
     m_ui->cameraBox->show();
     const bool followed = m_ui->cameraBox->currentIndex() > 0 && m_ui->cameraBox->currentText() == cameraKey;
-    if (followed && !m_running && m_teach->step() == TeachGuide::Step::Idle && !image.isNull())
-        takeImage(tr("相机 %1").arg(cameraKey), image);
+    if (!followed || m_running || m_teach->step() != TeachGuide::Step::Idle || image.isNull())
+        return;
+    m_path.clear();
+    takeImage(tr("相机 %1").arg(cameraKey), image);
 }
 
 void TryPanel::takeImage(const QString& name, const QImage& image)
@@ -166,6 +168,8 @@ void TryPanel::takeProposal(const QVariantMap& parameters)
     for (auto it = parameters.begin(); it != parameters.end(); ++it)
         taught.insert(it.key(), it.value());
     m_drafts->edit(m_id, taught);
+    if (m_runner->runsUnsaved())
+        run();
     emit done(m_runner->runsUnsaved() ? tr("已按示教填入参数，请核对结果后保存")
                                       : tr("已按示教填入参数，请保存后试运行核对"));
 }

@@ -36,6 +36,9 @@ public:
     /// An image of a camera; taken when this camera is followed and nothing is being taught or run.
     void offerCaptured(const QString& cameraKey, const QImage& image);
 
+    /// The path of the image that was opened; empty while it is a camera's or there is none.
+    QString imageFile() const { return m_path; }
+
 public slots:
     /// Loads the image and runs the model on it as soon as it is there.
     void openImage(const QString& path);

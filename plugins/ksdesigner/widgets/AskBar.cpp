@@ -83,6 +83,13 @@ void AskBar::dismiss()
     hide();
 }
 
+void AskBar::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        m_ui->retranslateUi(this);
+    QFrame::changeEvent(event);
+}
+
 void AskBar::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Escape)

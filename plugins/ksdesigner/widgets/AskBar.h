@@ -41,6 +41,7 @@ public slots:
     void dismiss();
 
 protected:
+    void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

@@ -1,0 +1,151 @@
+#include "Bench.h"
+#include "Engine.h"
+#include "batch/BatchTable.h"
+#include "ksbengine/Wheels.h"
+#include "panels/BatchPanel.h"
+#include "panels/TryPanel.h"
+#include "support/English.h"
+#include "support/Look.h"
+#include "support/TempHome.h"
+
+#include <valvecell/Extension.h>
+
+#include <QTabWidget>
+#include <QTableView>
+
+namespace {
+
+const QString solution = QStringLiteral("工位1");
+const QString newModel = QStringLiteral("新轮18寸");
+
+/// The designer with the engine that the cell runs, and wheels as a camera sees them.
+struct EngineBench : Bench
+{
+    TempHome home;
+    Engine cell{home.path(QStringLiteral("/user/solutions"))};
+
+    EngineBench()
+    {
+        cell.initialise();
+        store()->addSolution(solution, nullptr);
+        open(&cell);
+    }
+
+    QString saveWheel(const wheel::WheelSpec& spec, const QString& name) const
+    {
+        const QString path = home.path(QStringLiteral("/images/") + name);
+        QDir().mkpath(QFileInfo(path).path());
+        return finder::toImage(Wheels::image(spec)).save(path) ? path : QString();
+    }
+
+    void openImage(const QString& path) const { get<TryPanel>("TryPanel")->openImage(path); }
+
+    /// Adds a model and teaches it on a wheel by the clicks of a person: five presses and a name.
+    void teach(const wheel::WheelSpec& spec) const
+    {
+        const wheel::WheelTruth truth = wheel::truthOf(spec);
+        openImage(saveWheel(spec, QStringLiteral("good.png")));
+        QTRY_VERIFY(canPress("runButton"));
+        press("addButton");
+        accept(QStringLiteral("ModelPanel"), newModel);
+        QTRY_VERIFY(canPress("teachButton"));
+        press("teachButton");
+        clickImage({truth.hub.x, truth.hub.y - truth.rimRadius});
+        clickImage({truth.holeCenter.x, truth.holeCenter.y});
+        QTRY_VERIFY(canPress("saveButton"));
+        press("saveButton");
+    }
+
+    ISolutionStore* store() { return extensionOf<ISolutionStore>(static_cast<IEngine*>(&cell)); }
+    QVariantMap stored() { return store()->parameters(solution, newModel); }
+};
+
+} // namespace
+
+class DesignerEngineTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void newWheelIsTaughtAndEveryStageShown()
+    {
+        EngineBench bench;
+        const wheel::WheelSpec spec = Wheels::spec("seven", 77);
+        bench.teach(spec);
+        QVERIFY(bench.stored().value("taught").toBool());
+        QTRY_VERIFY(bench.text("score").startsWith("0.9") || bench.text("score").startsWith("1.0"));
+        QVERIFY(Wheels::turnBetween(bench.text("angle").chopped(1).toDouble(), wheel::truthOf(spec).angle) < 0.1);
+        auto* stages = bench.get<QComboBox>("stageBox");
+        QTRY_COMPARE(stages->count(), 7);
+        for (int i = 0; i < stages->count(); ++i) {
+            stages->setCurrentIndex(i);
+            QVERIFY(i < 2 || !bench.text("stageNote").isEmpty());
+            QVERIFY(!bench.get<ImageView>("view")->grab().isNull());
+            Look::shoot(*bench.designer.window(), QStringLiteral("designer-stage%1").arg(i));
+        }
+        bench.openImage(bench.saveWheel(Wheels::spec("seven", 78, false), QStringLiteral("none.png")));
+        QTRY_VERIFY(bench.text("verdict").contains("错误码 1"));
+    }
+
+    void everyTabReadsInBothLanguages()
+    {
+        EngineBench bench;
+        bench.teach(Wheels::spec("mesh", 12));
+        QWidget& window = *bench.designer.window();
+        auto* tabs = bench.get<QTabWidget>("tabs");
+        tabs->setCurrentIndex(1);
+        QCOMPARE(Look::clipped(window), QStringList());
+        const English english;
+        QVERIFY(english);
+        QTRY_COMPARE(window.windowTitle(), "Task Designer[*]");
+        QTRY_VERIFY(bench.text("verdict").contains("Located"));
+        for (int tab = 0; tab < 2; ++tab) {
+            bench.get<QTabWidget>("tabs")->setCurrentIndex(tab);
+            QTest::qWait(0);
+            const QStringList chinese = Look::chinese(window);
+            QCOMPARE(chinese.filter(QRegularExpression("^(?!.*新轮18寸)")), QStringList());
+            QCOMPARE(Look::clipped(window), QStringList());
+            QCOMPARE(Look::overlapping(window), QStringList());
+            Look::shoot(window, QStringLiteral("designer-tab%1-English").arg(tab));
+        }
+        auto* stages = bench.get<QComboBox>("stageBox");
+        for (int i = 2; i < stages->count(); ++i) {
+            bench.get<QTabWidget>("tabs")->setCurrentIndex(0);
+            stages->setCurrentIndex(i);
+            QTest::qWait(0);
+            QCOMPARE(Look::clipped(window), QStringList());
+            Look::shoot(window, QStringLiteral("designer-stage%1-English").arg(i));
+        }
+    }
+
+    void storedAndEditedModelAreComparedOnAFolder()
+    {
+        EngineBench bench;
+        bench.teach(Wheels::spec("five", 31));
+        for (quint64 seed = 1; seed <= 3; ++seed)
+            bench.saveWheel(Wheels::spec("five", seed), QStringLiteral("day/%1.png").arg(seed));
+        bench.saveWheel(Wheels::spec("five", 4, false), QStringLiteral("day/4.png"));
+        bench.get<QTabWidget>("tabs")->setCurrentIndex(1);
+        bench.type("hole_radius", "60");
+        auto* panel = bench.get<BatchPanel>("BatchPanel");
+        panel->setFolder(bench.home.path("/images/day"));
+        bench.press("startButton");
+        QTRY_VERIFY_WITH_TIMEOUT(bench.canPress("exportButton"), 60000);
+        Look::shoot(*bench.designer.window(), QStringLiteral("designer-batch"));
+        const QAbstractItemModel* table = bench.get<QTableView>("table")->model();
+        QStringList changes;
+        for (int row = 0; row < table->rowCount(); ++row)
+            changes << table->index(row, BatchTable::ChangeColumn).data().toString();
+        QCOMPARE(changes, QStringList({"丢失", "丢失", "丢失", "均未找到"}));
+        const QString file = bench.home.path("/batch.csv");
+        panel->exportTo(file);
+        QTRY_VERIFY(QFile::exists(file));
+        QFile csv(file);
+        QVERIFY(csv.open(QIODevice::ReadOnly));
+        QCOMPARE(csv.readAll().count("\r\n"), 5);
+    }
+};
+
+QTEST_MAIN(DesignerEngineTest)
+
+#include "tst_designerengine.moc"
