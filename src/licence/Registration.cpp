@@ -1,0 +1,55 @@
+#include "licence/Registration.h"
+
+#include <valvecell/HomeFiles.h>
+
+Registration::Registration(Setting setting)
+    : m_setting(std::move(setting))
+    , m_key(m_setting.publicKey)
+{
+}
+
+QString Registration::previousFile() const
+{
+    return m_setting.file + QStringLiteral(".previous");
+}
+
+LicenceVerdict Registration::check(const QByteArray& text) const
+{
+    return checkLicence(text, m_key, {m_setting.machine, m_setting.today(), m_setting.stations()});
+}
+
+/// One byte more than a licence has is enough to tell that a file holds none.
+QByteArray Registration::stored() const
+{
+    QFile file(m_setting.file);
+    return file.open(QIODevice::ReadOnly) ? file.read(LicenceText::maxBytes + 1) : QByteArray();
+}
+
+LicenceVerdict Registration::present() const
+{
+    return check(stored());
+}
+
+LicenceVerdict Registration::judge(const QByteArray& text) const
+{
+    return check(LicenceText::tidied(text));
+}
+
+LicenceVerdict Registration::submit(const QByteArray& text, QString* error)
+{
+    error->clear();
+    const QByteArray plain = LicenceText::tidied(text);
+    LicenceVerdict verdict = check(plain);
+    if (verdict.isGood())
+        store(plain, error);
+    return verdict;
+}
+
+bool Registration::store(const QByteArray& text, QString* error) const
+{
+    const QByteArray before = stored();
+    if (before == text)
+        return true;
+    return (before.isEmpty() || HomeFiles::writeFile(previousFile(), before, error)) &&
+           HomeFiles::writeFile(m_setting.file, text, error);
+}

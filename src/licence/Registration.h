@@ -1,0 +1,42 @@
+#pragma once
+
+#include "licence/LicenceCheck.h"
+
+#include <functional>
+
+/// The licence of this program on this machine: one file, judged with one key. One thread.
+class Registration
+{
+public:
+    struct Setting
+    {
+        QString file;         ///< where the licence lies
+        QByteArray publicKey; ///< PEM; licences signed by its counterpart count
+        QString machine;      ///< the code of this machine, empty when it has none
+        /// How many stations the cell runs, at the moment of asking.
+        std::function<int()> stations = [] { return 1; };
+        std::function<QDate()> today = [] { return QDate::currentDate(); };
+    };
+
+    explicit Registration(Setting setting);
+
+    QString machine() const { return m_setting.machine; }
+    /// Where the licence that was there before the last one lies.
+    QString previousFile() const;
+
+    /// Judges the licence that the file holds now.
+    LicenceVerdict present() const;
+    /// Judges a text as it was pasted or read from somewhere; nothing is stored.
+    LicenceVerdict judge(const QByteArray& text) const;
+    /// Stores a text that judge() finds good; what the file held is kept in previousFile(). Anything else changes
+    /// nothing. `error` (never null) is empty unless the files cannot be written; the old licence is then unchanged.
+    LicenceVerdict submit(const QByteArray& text, QString* error);
+
+private:
+    LicenceVerdict check(const QByteArray& text) const;
+    QByteArray stored() const;
+    bool store(const QByteArray& text, QString* error) const;
+
+    const Setting m_setting;
+    const Rsa::PublicKey m_key;
+};

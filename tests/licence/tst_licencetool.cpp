@@ -1,0 +1,105 @@
+#include "licence/MachineCode.h"
+#include "licence/RsaKey.h"
+#include "support/TempHome.h"
+
+#include <QProcess>
+
+namespace {
+
+struct Answer
+{
+    int code = -1;
+    QString out;
+    QString error;
+};
+
+Answer run(const QStringList& arguments)
+{
+    QProcess tool;
+    tool.start(QStringLiteral(VALVECELL_BIN_DIR "/licencetool"), arguments);
+    if (!tool.waitForFinished(60000))
+        qFatal("%s", qPrintable(tool.errorString()));
+    return {tool.exitCode(), QString::fromUtf8(tool.readAllStandardOutput()),
+            QString::fromUtf8(tool.readAllStandardError())};
+}
+
+} // namespace
+
+class LicenceToolTest : public QObject
+{
+    Q_OBJECT
+
+    TempHome m_home;
+    const QString m_secret = m_home.path("/keys/private.pem");
+    const QString m_open = m_home.path("/keys/public.pem");
+    const QString m_licence = m_home.path("/某厂.lic");
+    const QString m_machine = MachineCode::of("customer's machine");
+
+private slots:
+    void initTestCase()
+    {
+        const Answer made = run({"keygen", "--out", m_home.path("/keys")});
+        QVERIFY2(made.code == 0, qPrintable(made.error));
+    }
+
+    void secondRunKeepsTheKey()
+    {
+        const QByteArray before = m_home.read("/keys/private.pem");
+        QVERIFY(Rsa::PrivateKey(before).isValid());
+        QCOMPARE(run({"keygen", "--out", m_home.path("/keys")}).code, 0);
+        QCOMPARE(m_home.read("/keys/private.pem"), before);
+        QVERIFY2(!(QFile::permissions(m_secret) & (QFile::ReadGroup | QFile::ReadOther)), "the secret is to be one");
+    }
+
+    void issuedLicenceCountsWhereItIsMeantTo()
+    {
+        const Answer issued =
+            run({"issue", "--key", m_secret, "--machine", m_machine.toLower(), "--customer", "某厂", "--stations", "1",
+                 "--issued", "2026-01-01", "--expires", "2026-12-31", "--out", m_licence});
+        QVERIFY2(issued.code == 0, qPrintable(issued.error));
+        const QStringList verify{"verify", "--key", m_open, m_licence};
+        const Answer good = run(verify + QStringList{"--machine", m_machine, "--date", "2026-12-31"});
+        QCOMPARE(good.code, 0);
+        QVERIFY2(good.out.contains("customer: 某厂\n") && good.out.endsWith("counts\n"), qPrintable(good.out));
+        const Answer late = run(verify + QStringList{"--machine", m_machine, "--date", "2027-01-01"});
+        QVERIFY2(late.code == 3 && late.out.endsWith("expired\n"), qPrintable(late.out));
+        const Answer more =
+            run(verify + QStringList{"--machine", m_machine, "--date", "2026-06-01", "--stations", "2"});
+        QVERIFY2(more.code == 3 && more.out.endsWith("for fewer stations\n"), qPrintable(more.out));
+        const Answer elsewhere = run(verify + QStringList{"--date", "2026-06-01"});
+        QVERIFY2(elsewhere.code == 3 && elsewhere.out.endsWith("for another machine\n"), qPrintable(elsewhere.out));
+    }
+
+    void wrongArgumentsAreTold_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("told");
+        const QStringList issue{"issue", "--key", m_secret, "--machine", m_machine, "--customer", "C"};
+        QTest::newRow("no command") << QStringList() << 2 << "which command";
+        QTest::newRow("unknown command") << QStringList{"revoke"} << 2 << "\"revoke\"";
+        QTest::newRow("unknown option") << QStringList{"keygen", "--bits", "512"} << 2 << "bits";
+        QTest::newRow("mistyped machine")
+            << issue + QStringList{"--machine", m_machine.chopped(1) + "U"} << 2 << "no machine code";
+        QTest::newRow("customer of two lines")
+            << issue + QStringList{"--customer", "C\nstations: 9"} << 2 << "printable";
+        QTest::newRow("stations in letters") << issue + QStringList{"--stations", "two"} << 2 << "stations";
+        QTest::newRow("day that is none") << issue + QStringList{"--expires", "2027-02-30"} << 2 << "2027-02-30";
+        QTest::newRow("over before it begins") << issue + QStringList{"--expires", "2001-01-01"} << 2 << "expires";
+        QTest::newRow("public key to sign with") << issue + QStringList{"--key", m_open} << 1 << "no private key";
+        QTest::newRow("missing key") << issue + QStringList{"--key", "/nowhere"} << 1 << "/nowhere";
+        QTest::newRow("no licence file") << QStringList{"verify", "--key", m_open, "/nowhere.lic"} << 1
+                                         << "nowhere.lic";
+    }
+    void wrongArgumentsAreTold()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, told);
+        const Answer answer = run(arguments);
+        QTEST(answer.code, "code");
+        QVERIFY2(answer.error.contains(told) && answer.out.isEmpty(), qPrintable(answer.error));
+    }
+};
+
+QTEST_GUILESS_MAIN(LicenceToolTest)
+#include "tst_licencetool.moc"
