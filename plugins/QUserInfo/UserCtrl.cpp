@@ -30,8 +30,10 @@ void bringUp(QDialog* dialog)
 
 UserCtrl::UserCtrl()
     : m_session(HomeFiles::home() + QStringLiteral("/user/users.json"))
+    , m_rules(HomeFiles::home() + QStringLiteral("/user/login.json"))
 {
     connect(&m_session, &UserSession::currentUserChanged, this, &UserCtrl::onCurrentUserChanged);
+    connect(&m_idle, &IdleWatch::idle, &m_session, &UserSession::logOut);
 }
 
 UserCtrl::~UserCtrl()
@@ -77,15 +79,25 @@ void UserCtrl::onCurrentUserChanged(const QString& name, int level)
 {
     if (!name.isEmpty())
         m_lastName = name;
+    watchIdle();
     emit sgCurrentUserInfo(name, level, state());
+}
+
+void UserCtrl::watchIdle()
+{
+    m_idle.watch(m_session.role() == Role::None ? std::chrono::minutes(0) : m_rules.idleLimit());
 }
 
 /// Administrators manage the users, others their own password, and nobody nothing.
 QDialog* UserCtrl::makeManager(QWidget* parent)
 {
     m_session.reload();
-    if (m_session.role() == Role::Administrator)
-        return new UserManagerDialog(m_session, parent);
+    if (m_session.role() == Role::Administrator) {
+        m_rules.load();
+        auto* manager = new UserManagerDialog(m_session, m_rules, parent);
+        connect(manager, &UserManagerDialog::idleLimitChanged, this, &UserCtrl::watchIdle);
+        return manager;
+    }
     if (m_session.role() != Role::None)
         return new PasswordDialog(m_session, PasswordDialog::Own, m_session.userName(), parent);
     auto* box =

@@ -39,6 +39,18 @@ void LineWorker::start(const std::shared_ptr<std::promise<bool>>& opened)
     opened->set_value(m_port.isOpen());
 }
 
+void LineWorker::change(const LineSettings& settings)
+{
+    m_state->session = 0;
+    m_retry.stop();
+    if (m_port.isOpen())
+        m_port.close();
+    m_settings = settings;
+    m_told = false;
+    m_pause.reset();
+    openOrRetry();
+}
+
 void LineWorker::openOrRetry()
 {
     ++m_state->openAttempts;

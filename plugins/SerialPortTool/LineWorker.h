@@ -30,6 +30,8 @@ public:
 
     /// Tries to open the line; `opened` learns whether the first attempt did it.
     void start(const std::shared_ptr<std::promise<bool>>& opened);
+    /// Takes another line, in place of the one that is open or tried.
+    void change(const LineSettings& settings);
     /// Writes a frame that was handed over in `session`.
     void write(const SComFrame& frame, quint32 session);
     /// Closes the line for good and ends the thread.
@@ -44,7 +46,7 @@ private:
     void closeAndRetry();
     void noteFailure(const QString& problem);
 
-    const LineSettings m_settings;
+    LineSettings m_settings;
     const std::shared_ptr<LineState> m_state;
     QSerialPort m_port{this};
     QTimer m_retry{this};

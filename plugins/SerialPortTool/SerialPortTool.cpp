@@ -35,25 +35,49 @@ void SerialPortTool::setReceiveCallback(QObject*, ReceiveCallback callback)
     m_receive = std::move(callback);
 }
 
-bool SerialPortTool::open(const QString& portName, const QString& baudRate)
+LineSettings SerialPortTool::settingsFor(const QString& portName, const QString& baudRate) const
 {
-    close();
     const qint32 baud = baudFrom(baudRate);
-    if (portName.isEmpty() || baud == 0) {
-        m_state->setLastError(QStringLiteral("port \"%1\", baud rate \"%2\": no such line").arg(portName, baudRate));
-        return false;
-    }
-    m_state->stopping = false;
     const auto receive = m_receive ? m_receive : [](const SComFrame&) {};
-    m_worker = new LineWorker({portName, baud, receive}, m_state);
+    if (!portName.isEmpty() && baud > 0)
+        return {portName, baud, receive};
+    m_state->setLastError(QStringLiteral("port \"%1\", baud rate \"%2\": no such line").arg(portName, baudRate));
+    return {};
+}
+
+void SerialPortTool::startThread(const LineSettings& settings)
+{
+    m_state->stopping = false;
+    m_worker = new LineWorker(settings, m_state);
     m_worker->moveToThread(&m_thread);
     QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
     m_thread.start(QThread::TimeCriticalPriority);
+}
+
+bool SerialPortTool::open(const QString& portName, const QString& baudRate)
+{
+    close();
+    const LineSettings settings = settingsFor(portName, baudRate);
+    if (settings.portName.isEmpty())
+        return false;
+    startThread(settings);
     const auto opened = std::make_shared<std::promise<bool>>();
     auto outcome = opened->get_future();
     QMetaObject::invokeMethod(
         m_worker, [worker = m_worker, opened] { worker->start(opened); }, Qt::QueuedConnection);
     return outcome.wait_for(kOpenWait) == std::future_status::ready && outcome.get();
+}
+
+bool SerialPortTool::reopen(const QString& portName, const QString& baudRate)
+{
+    const LineSettings settings = settingsFor(portName, baudRate);
+    if (settings.portName.isEmpty())
+        return false;
+    if (!m_worker)
+        startThread(settings);
+    QMetaObject::invokeMethod(
+        m_worker, [worker = m_worker, settings] { worker->change(settings); }, Qt::QueuedConnection);
+    return true;
 }
 
 void SerialPortTool::close()
@@ -81,7 +105,9 @@ void SerialPortTool::send(const SComFrame* frame)
 
 void* SerialPortTool::extension(const char* id)
 {
-    return id && std::strcmp(id, ISerialStatus::id) == 0 ? static_cast<ISerialStatus*>(this) : nullptr;
+    if (id && std::strcmp(id, ISerialStatus::id) == 0)
+        return static_cast<ISerialStatus*>(this);
+    return id && std::strcmp(id, ISerialReopen::id) == 0 ? static_cast<ISerialReopen*>(this) : nullptr;
 }
 
 VALVECELL_MODULE_EXPORT ISerialPort* SerialPortCreate()

@@ -3,15 +3,17 @@
 #include "LineState.h"
 
 #include <valvecell/ISerialPort.h>
+#include <valvecell/ISerialReopen.h>
 
 #include <QThread>
 
 #include <memory>
 
 class LineWorker;
+struct LineSettings;
 
 /// The module's object: hands everything over to the line's thread, which lives from open() to close().
-class SerialPortTool : public ISerialPort, public ISerialStatus
+class SerialPortTool : public ISerialPort, public ISerialStatus, public ISerialReopen
 {
 public:
     SerialPortTool();
@@ -20,12 +22,17 @@ public:
     void setReceiveCallback(QObject* owner, ReceiveCallback callback) override;
     bool open(const QString& portName, const QString& baudRate) override;
     void close() override;
+    bool reopen(const QString& portName, const QString& baudRate) override;
     void send(const SComFrame* frame) override;
     void* extension(const char* id) override;
 
     SerialStatus status() const override { return m_state->snapshot(); }
 
 private:
+    /// What a line of that name and baud rate is to do; without a name when there can be none.
+    LineSettings settingsFor(const QString& portName, const QString& baudRate) const;
+    void startThread(const LineSettings& settings);
+
     const std::shared_ptr<LineState> m_state = std::make_shared<LineState>();
     ReceiveCallback m_receive;
     QThread m_thread;

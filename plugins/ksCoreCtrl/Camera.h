@@ -1,5 +1,6 @@
 #pragma once
 
+#include <valvecell/ICameraPreview.h>
 #include <valvecell/ICameraSettings.h>
 
 /// One camera of the core control. A new kind of camera is one class that implements this and one line in
@@ -19,6 +20,8 @@ public:
 
     /// Captures one image; queued when the camera is busy.
     virtual void trigger() = 0;
+    /// Captures one image for the callback alone, once no trigger waits; false when it cannot.
+    virtual bool preview(ICameraPreview::Callback callback) = 0;
 
     virtual CameraStatus status() const = 0;
     virtual QVariantMap settings() const = 0;

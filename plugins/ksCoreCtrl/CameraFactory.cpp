@@ -13,3 +13,13 @@ std::unique_ptr<Camera> makeCamera(const CameraConfig& config, CameraEvents& eve
         return std::make_unique<DriverlessCamera>(config, events);
     }
 }
+
+QVector<CameraType> drivenTypes()
+{
+    return {CameraType::Virtual};
+}
+
+QVariantMap defaultSettings(CameraType type)
+{
+    return type == CameraType::Virtual ? VirtualSettings().toMap() : QVariantMap();
+}

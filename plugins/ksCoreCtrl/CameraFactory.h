@@ -10,3 +10,9 @@ class CameraEvents;
 /// Makes the camera of one entry. Never null: for a type without a driver it is one that is never ready and says so.
 /// `events` outlives the camera.
 std::unique_ptr<Camera> makeCamera(const CameraConfig& config, CameraEvents& events);
+
+/// The types with a driver.
+QVector<CameraType> drivenTypes();
+
+/// The settings of a camera of that type with their first values; empty for a type without a driver.
+QVariantMap defaultSettings(CameraType type);

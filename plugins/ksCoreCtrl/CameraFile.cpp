@@ -2,7 +2,6 @@
 
 #include <valvecell/HomeFiles.h>
 
-#include <QCoreApplication>
 #include <QJsonArray>
 #include <QSet>
 
@@ -28,20 +27,28 @@ CameraConfig configOf(const QJsonObject& entry)
     return config;
 }
 
-bool changeEntry(QJsonObject* file, const QString& key, const QVariantMap& settings)
+QJsonObject merged(QJsonObject entry, const QVariantMap& settings)
 {
-    QJsonArray entries = (*file)[kCameras].toArray();
-    for (QJsonValueRef value : entries) {
-        QJsonObject entry = value.toObject();
-        if (entry[kKey].toString() != key)
-            continue;
-        for (auto it = settings.begin(); it != settings.end(); ++it)
-            entry[it.key()] = QJsonValue::fromVariant(it.value());
-        value = entry;
-        (*file)[kCameras] = entries;
-        return true;
+    for (auto it = settings.begin(); it != settings.end(); ++it)
+        entry[it.key()] = QJsonValue::fromVariant(it.value());
+    return entry;
+}
+
+QJsonObject merged(QJsonObject entry, const CameraConfig& config)
+{
+    entry[kKey] = config.key;
+    entry[kType] = config.type;
+    return merged(entry, config.settings);
+}
+
+/// The place of a camera among the entries; -1 when there is none.
+int indexOf(const QJsonArray& entries, const QString& key)
+{
+    for (int i = 0; i < entries.size(); ++i) {
+        if (entries[i].toObject()[kKey].toString() == key)
+            return i;
     }
-    return false;
+    return -1;
 }
 
 } // namespace
@@ -83,15 +90,56 @@ QVector<CameraConfig> CameraFile::read()
     return configs;
 }
 
+QJsonObject CameraFile::present() const
+{
+    const auto file = HomeFiles::readJson(m_path);
+    return file.state == HomeFiles::JsonRead::Good ? file.object : m_lastRead;
+}
+
+bool CameraFile::fail(QString* error, const QString& reason)
+{
+    if (error)
+        *error = reason;
+    return false;
+}
+
 bool CameraFile::store(const QString& key, const QVariantMap& settings, QString* error)
 {
-    const auto present = HomeFiles::readJson(m_path);
-    QJsonObject file = present.state == HomeFiles::JsonRead::Good ? present.object : m_lastRead;
-    if (changeEntry(&file, key, settings))
-        return HomeFiles::writeJson(m_path, file, error);
-    if (error)
-        *error = QCoreApplication::translate("CameraFile", "%1 中没有相机“%2”").arg(m_path, key);
-    return false;
+    QJsonObject file = present();
+    QJsonArray entries = file[kCameras].toArray();
+    const int at = indexOf(entries, key);
+    if (at < 0)
+        return fail(error, tr("%1 中没有相机“%2”").arg(m_path, key));
+    entries[at] = merged(entries[at].toObject(), settings);
+    file[kCameras] = entries;
+    return HomeFiles::writeJson(m_path, file, error);
+}
+
+bool CameraFile::change(QVector<CameraConfig>* known, const QVector<CameraConfig>& added, const QStringList& removed,
+                        QString* error)
+{
+    QJsonObject file = present();
+    QJsonArray entries = file[kCameras].toArray();
+    for (const QString& key : removed) {
+        for (int at; (at = indexOf(entries, key)) >= 0;) // a key may be there twice, of which the first counted
+            entries.removeAt(at);
+    }
+    for (CameraConfig& config : *known) {
+        const int at = indexOf(entries, config.key);
+        if (at < 0)
+            return fail(error, tr("%1 中没有相机“%2”").arg(m_path, config.key));
+        entries[at] = merged(entries[at].toObject(), config);
+        config = configOf(entries[at].toObject());
+    }
+    for (const CameraConfig& config : added) {
+        if (indexOf(entries, config.key) >= 0)
+            return fail(error, tr("%1 中已有相机“%2”，重新启动后生效").arg(m_path, config.key));
+        entries.append(merged(QJsonObject(), config));
+    }
+    if (entries.isEmpty() || entries.size() > maxCameras)
+        return fail(error, tr("相机数量必须在 1 到 %1 之间").arg(maxCameras));
+    file[kCameras] = entries;
+    return HomeFiles::writeJson(m_path, file, error);
 }
 
 void CameraFile::warn(const QString& place, const char* what) const

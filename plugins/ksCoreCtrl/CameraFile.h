@@ -2,7 +2,9 @@
 
 #include "CameraConfig.h"
 
+#include <QCoreApplication>
 #include <QJsonObject>
+#include <QStringList>
 #include <QVector>
 
 /// The cameras' configuration, "user/camera.json" in the home:
@@ -14,6 +16,8 @@
 /// that names file and place. One thread.
 class CameraFile
 {
+    Q_DECLARE_TR_FUNCTIONS(CameraFile)
+
 public:
     /// More entries than any cell has; those beyond are left out.
     static constexpr int maxCameras = 64;
@@ -26,7 +30,14 @@ public:
     /// included. A file that no longer parses is kept beside, and what was read last is written with the change.
     bool store(const QString& key, const QVariantMap& settings, QString* error);
 
+    /// Takes out the removed cameras, changes those of `known` and appends those of `added`, in one step, and leaves
+    /// all else as store() does. `known` comes back with what the file says of them beyond what was given.
+    bool change(QVector<CameraConfig>* known, const QVector<CameraConfig>& added, const QStringList& removed,
+                QString* error);
+
 private:
+    QJsonObject present() const;
+    static bool fail(QString* error, const QString& reason);
     void warn(const QString& place, const char* what) const;
 
     const QString m_path;

@@ -1,6 +1,7 @@
 #include "CoreCtrl.h"
 
 #include "CameraFactory.h"
+#include "CameraKey.h"
 
 #include <valvecell/Export.h>
 #include <valvecell/HomeFiles.h>
@@ -31,16 +32,40 @@ void CoreCtrl::start()
 {
     const auto configs = m_file.read();
     for (const CameraConfig& config : configs) {
-        m_keys.append(config.key);
-        m_cameras.push_back(makeCamera(config, m_events));
-        m_cameras.back()->open();
+        bringIn(config);
     }
+}
+
+/// Adds a camera, or puts it in the place of the one with its key.
+void CoreCtrl::bringIn(const CameraConfig& config)
+{
+    int at = m_keys.indexOf(config.key);
+    if (at < 0) {
+        at = m_keys.size();
+        m_keys.append(config.key);
+        m_cameras.emplace_back();
+    } else {
+        retire(std::move(m_cameras[size_t(at)]));
+    }
+    m_cameras[size_t(at)] = makeCamera(config, m_events);
+    m_cameras[size_t(at)]->open();
+}
+
+/// Closing waits for the camera's thread, which the caller must not.
+void CoreCtrl::retire(std::unique_ptr<Camera> camera)
+{
+    const auto isDone = [](const std::future<void>& closing) {
+        return closing.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    };
+    m_retired.erase(std::remove_if(m_retired.begin(), m_retired.end(), isDone), m_retired.end());
+    m_retired.push_back(std::async(std::launch::async, [gone = std::move(camera)] { gone->close(); }));
 }
 
 void CoreCtrl::stop()
 {
     for (const auto& camera : m_cameras)
         camera->close();
+    m_retired.clear(); // waits for each
     m_events.setImageCallback({});
     m_events.setNotificationCallback({});
 }
@@ -57,7 +82,11 @@ void CoreCtrl::trigger(const QStringList& cameraKeys)
 
 void* CoreCtrl::extension(const char* id)
 {
-    return qstrcmp(id, ICameraSettings::id) == 0 ? static_cast<ICameraSettings*>(this) : nullptr;
+    if (qstrcmp(id, ICameraSettings::id) == 0)
+        return static_cast<ICameraSettings*>(this);
+    if (qstrcmp(id, ICameraList::id) == 0)
+        return static_cast<ICameraList*>(this);
+    return qstrcmp(id, ICameraPreview::id) == 0 ? static_cast<ICameraPreview*>(this) : nullptr;
 }
 
 CameraStatus CoreCtrl::status(const QString& cameraKey)
@@ -82,6 +111,74 @@ bool CoreCtrl::applySettings(const QString& cameraKey, const QVariantMap& settin
     else if (error)
         *error = reason;
     return stored;
+}
+
+QVector<CameraType> CoreCtrl::drivenTypes()
+{
+    return ::drivenTypes();
+}
+
+QVariantMap CoreCtrl::defaultSettings(CameraType type)
+{
+    return ::defaultSettings(type);
+}
+
+bool CoreCtrl::isNewKey(const QString& key, QString* error)
+{
+    QString reason = cameraKeyProblem(key);
+    if (reason.isEmpty() && m_keys.contains(key))
+        reason = tr("已有名为“%1”的相机").arg(key);
+    if (error)
+        *error = reason;
+    return reason.isEmpty();
+}
+
+/// Whether the entry makes a camera that works, as far as the entry is concerned.
+bool CoreCtrl::accepts(const CameraEntry& entry, QString* error)
+{
+    const bool known = m_keys.contains(entry.key);
+    if (!known && !isNewKey(entry.key, error))
+        return false;
+    if (!::drivenTypes().contains(entry.type)) {
+        *error = tr("没有相机类型 %1 的驱动程序").arg(int(entry.type));
+        return false;
+    }
+    return makeCamera({entry.key, int(entry.type), {}}, m_events)->accepts(entry.settings, error);
+}
+
+bool CoreCtrl::changeCameras(const QVector<CameraEntry>& put, const QStringList& removed, QString* error)
+{
+    QString reason;
+    QVector<CameraConfig> known;
+    QVector<CameraConfig> added;
+    bool good = true;
+    for (const CameraEntry& entry : put) {
+        good = good && accepts(entry, &reason);
+        (m_keys.contains(entry.key) ? known : added).append({entry.key, int(entry.type), entry.settings});
+    }
+    if (!good || !m_file.change(&known, added, removed, &reason)) {
+        if (error)
+            *error = reason;
+        return false;
+    }
+    for (const QString& key : removed) {
+        const int at = m_keys.indexOf(key);
+        if (at < 0)
+            continue;
+        retire(std::move(m_cameras[size_t(at)]));
+        m_cameras.erase(m_cameras.begin() + at);
+        m_keys.removeAt(at);
+    }
+    known += added;
+    for (const CameraConfig& config : qAsConst(known))
+        bringIn(config);
+    return true;
+}
+
+bool CoreCtrl::preview(const QString& cameraKey, ICameraPreview::Callback callback)
+{
+    Camera* named = camera(cameraKey);
+    return named && named->preview(std::move(callback));
 }
 
 Camera* CoreCtrl::camera(const QString& key) const

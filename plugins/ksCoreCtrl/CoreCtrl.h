@@ -4,16 +4,19 @@
 #include "CameraEvents.h"
 #include "CameraFile.h"
 
+#include <valvecell/ICameraList.h>
+#include <valvecell/ICameraPreview.h>
 #include <valvecell/ICameraSettings.h>
 #include <valvecell/ICoreCtrl.h>
 
 #include <QCoreApplication>
 
+#include <future>
 #include <memory>
 #include <vector>
 
 /// The core control: the cameras of "user/camera.json", read by start().
-class CoreCtrl final : public ICoreCtrl, public ICameraSettings
+class CoreCtrl final : public ICoreCtrl, public ICameraSettings, public ICameraList, public ICameraPreview
 {
     Q_DECLARE_TR_FUNCTIONS(CoreCtrl)
 
@@ -34,11 +37,22 @@ public:
     QVariantMap settings(const QString& cameraKey) override;
     bool applySettings(const QString& cameraKey, const QVariantMap& settings, QString* error) override;
 
+    QVector<CameraType> drivenTypes() override;
+    QVariantMap defaultSettings(CameraType type) override;
+    bool isNewKey(const QString& key, QString* error) override;
+    bool changeCameras(const QVector<CameraEntry>& put, const QStringList& removed, QString* error) override;
+
+    bool preview(const QString& cameraKey, ICameraPreview::Callback callback) override;
+
 private:
     Camera* camera(const QString& key) const;
+    bool accepts(const CameraEntry& entry, QString* error);
+    void bringIn(const CameraConfig& config);
+    void retire(std::unique_ptr<Camera> camera);
 
     CameraFile m_file;
     CameraEvents m_events;
     QStringList m_keys; ///< parallel to m_cameras
     std::vector<std::unique_ptr<Camera>> m_cameras;
+    std::vector<std::future<void>> m_retired; ///< cameras that close on threads of their own
 };

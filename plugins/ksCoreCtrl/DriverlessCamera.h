@@ -18,6 +18,7 @@ public:
     void open() override {}
     void close() override {}
     void trigger() override;
+    bool preview(ICameraPreview::Callback) override { return false; }
     CameraStatus status() const override;
     QVariantMap settings() const override { return {}; }
     bool accepts(const QVariantMap& settings, QString* error) const override;

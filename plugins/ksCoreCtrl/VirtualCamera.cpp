@@ -9,6 +9,9 @@
 
 namespace {
 
+/// What was delivered is being judged; decoding the next image meanwhile would share the processor with that.
+constexpr std::chrono::milliseconds restAfterImage(40);
+
 PixelFormat pixelFormat(const QImage& image)
 {
     switch (image.format()) {
@@ -73,6 +76,9 @@ void VirtualCamera::close()
     m_wake.notify_all();
     m_thread.join();
     m_status.state = CameraState::Closed;
+    for (const auto& callback : m_previews)
+        callback({}, tr("相机已关闭"));
+    m_previews.clear();
 }
 
 void VirtualCamera::trigger()
@@ -87,6 +93,18 @@ void VirtualCamera::trigger()
         m_wake.notify_all();
     else
         m_events.notify(Topics::triggerDropped, m_key, tr("等待的触发过多，已丢弃一次触发"));
+}
+
+bool VirtualCamera::preview(ICameraPreview::Callback callback)
+{
+    {
+        Lock lock(m_mutex);
+        if (m_stopping || m_previews.size() == maxPreviews)
+            return false;
+        m_previews.push_back(std::move(callback));
+    }
+    m_wake.notify_all();
+    return true;
 }
 
 CameraStatus VirtualCamera::status() const
@@ -127,33 +145,52 @@ void VirtualCamera::run()
         if (m_images.path() != m_folder) {
             m_images = ImageFolder(m_folder);
             readAhead(lock);
-        } else if (m_triggers.empty()) {
-            m_wake.wait(lock);
-        } else {
+        } else if (!m_triggers.empty()) {
             capture(lock);
+        } else if (!m_previews.empty()) {
+            capturePreview(lock);
+        } else if (m_readAheadDue) {
+            if (!m_wake.wait_for(lock, restAfterImage, [this] { return hasWork(); }))
+                readAhead(lock);
+        } else {
+            m_wake.wait(lock);
         }
     }
 }
 
-void VirtualCamera::capture(Lock& lock)
+bool VirtualCamera::hasWork() const
+{
+    return m_stopping || !m_triggers.empty() || !m_previews.empty() || m_images.path() != m_folder;
+}
+
+VirtualCamera::Clock::duration VirtualCamera::delay() const
 {
     const std::chrono::duration<double, std::milli> delay(m_settings.exposureMs + m_settings.transferMs);
-    m_freeAt = std::max(m_triggers.front(), m_freeAt) + std::chrono::duration_cast<Clock::duration>(delay);
+    return std::chrono::duration_cast<Clock::duration>(delay);
+}
+
+void VirtualCamera::capture(Lock& lock)
+{
+    m_freeAt = std::max(m_triggers.front(), m_freeAt) + delay();
     m_triggers.pop_front();
     m_capturing = true;
-    m_wake.wait_until(lock, m_freeAt, [this] { return m_stopping; });
     if (m_ahead.image.isNull())
         readAhead(lock);
-    if (!m_ahead.image.isNull()) {
-        m_status.format = pixelFormat(m_ahead.image);
-        m_status.size = m_ahead.image.size();
-    }
+    m_wake.wait_until(lock, m_freeAt, [this] { return m_stopping; });
+    noteImage(m_ahead.image);
     lock.unlock();
     deliver();
     lock.lock();
     m_capturing = false;
-    if (!m_stopping)
-        readAhead(lock);
+    m_readAheadDue = true;
+}
+
+void VirtualCamera::noteImage(const QImage& image)
+{
+    if (image.isNull())
+        return;
+    m_status.format = pixelFormat(image);
+    m_status.size = image.size();
 }
 
 void VirtualCamera::deliver()
@@ -169,6 +206,7 @@ void VirtualCamera::deliver()
 
 void VirtualCamera::readAhead(Lock& lock)
 {
+    m_readAheadDue = false;
     lock.unlock();
     m_ahead = m_images.next();
     const bool there = !m_images.path().isEmpty() && QDir(m_images.path()).exists();
@@ -184,4 +222,23 @@ void VirtualCamera::readAhead(Lock& lock)
     else
         m_status.message =
             m_ahead.skipped.isEmpty() ? QString() : tr("已跳过无法读取的图像 %1").arg(m_ahead.skipped.last());
+}
+
+/// A trigger that comes meanwhile goes first, and the preview begins anew.
+void VirtualCamera::capturePreview(Lock& lock)
+{
+    if (m_wake.wait_for(lock, delay(), [this] { return m_stopping || !m_triggers.empty(); }))
+        return;
+    const auto callback = std::move(m_previews.front());
+    m_previews.pop_front();
+    const QString folder = m_folder;
+    const QString status = m_status.message;
+    lock.unlock();
+    if (m_previewImages.path() != folder)
+        m_previewImages = ImageFolder(folder);
+    const QImage image = m_previewImages.next().image;
+    const QString reason = status.isEmpty() ? tr("没有图像") : status;
+    callback(image, image.isNull() ? reason : QString());
+    lock.lock();
+    noteImage(image);
 }

@@ -19,6 +19,9 @@ class CameraEvents;
 /// configured time; it holds no more than that image. Triggers that come meanwhile are captured one after the other.
 /// close() delivers the capture in hand, or else the first that waits, at once instead of waiting its time out.
 ///
+/// Previews go through the folder on their own, so that the triggers' images stay in their order, and wait while there
+/// is a trigger.
+///
 /// States: Uninitialized while a setting is wrong or the folder is missing, Opened while the folder holds no image that
 /// can be read, else Running. A trigger looks for images that came since, so the first two mend themselves.
 class VirtualCamera final : public Camera
@@ -28,6 +31,8 @@ class VirtualCamera final : public Camera
 public:
     /// Triggers that may wait; a further one is dropped and told.
     static constexpr size_t maxWaiting = 16;
+    /// Previews that may wait.
+    static constexpr size_t maxPreviews = 4;
 
     VirtualCamera(const CameraConfig& config, CameraEvents& events);
     ~VirtualCamera() override;
@@ -35,6 +40,7 @@ public:
     void open() override;
     void close() override;
     void trigger() override;
+    bool preview(ICameraPreview::Callback callback) override;
     CameraStatus status() const override;
     QVariantMap settings() const override;
     bool accepts(const QVariantMap& settings, QString* error) const override;
@@ -46,8 +52,12 @@ private:
 
     void run();
     void capture(Lock& lock);
+    void noteImage(const QImage& image);
     void deliver();
     void readAhead(Lock& lock);
+    void capturePreview(Lock& lock);
+    Clock::duration delay() const;
+    bool hasWork() const; ///< under the lock
 
     const QString m_key;
     CameraEvents& m_events;
@@ -56,6 +66,8 @@ private:
     // The thread's own.
     ImageFolder m_images;
     ImageFolder::Shot m_ahead;
+    ImageFolder m_previewImages;
+    bool m_readAheadDue = false;
 
     mutable std::mutex m_mutex; // protects everything below
     std::condition_variable m_wake;
@@ -64,6 +76,7 @@ private:
     VirtualSettings m_settings;
     QString m_folder; ///< full path; empty while a setting is wrong
     std::deque<Clock::time_point> m_triggers;
+    std::deque<ICameraPreview::Callback> m_previews;
     Clock::time_point m_freeAt; ///< when the capture before is through
     CameraStatus m_status;
 };

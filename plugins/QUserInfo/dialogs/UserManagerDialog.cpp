@@ -1,5 +1,6 @@
 #include "dialogs/UserManagerDialog.h"
 
+#include "accounts/LogInRules.h"
 #include "accounts/UserSession.h"
 #include "dialogs/NewUserDialog.h"
 #include "dialogs/PasswordDialog.h"
@@ -10,11 +11,13 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSignalBlocker>
 
-UserManagerDialog::UserManagerDialog(UserSession& session, QWidget* parent)
+UserManagerDialog::UserManagerDialog(UserSession& session, LogInRules& rules, QWidget* parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::UserManagerDialog>())
     , m_session(session)
+    , m_rules(rules)
     , m_roleMenu(new QMenu(this))
 {
     m_ui->setupUi(this);
@@ -30,6 +33,9 @@ UserManagerDialog::UserManagerDialog(UserSession& session, QWidget* parent)
     connect(m_ui->addButton, &QPushButton::clicked, this, &UserManagerDialog::onAdd);
     connect(m_ui->passwordButton, &QPushButton::clicked, this, &UserManagerDialog::onPassword);
     connect(m_ui->removeButton, &QPushButton::clicked, this, &UserManagerDialog::onRemove);
+    m_ui->idleBox->setMaximum(LogInRules::maxIdleMinutes);
+    showIdleLimit();
+    connect(m_ui->idleBox, QOverload<int>::of(&QSpinBox::valueChanged), this, &UserManagerDialog::onIdleLimit);
     connect(&session, &UserSession::usersChanged, this, &UserManagerDialog::fillTable);
     connect(&session, &UserSession::currentUserChanged, this, &UserManagerDialog::onCurrentUserChanged);
     retranslate();
@@ -122,6 +128,22 @@ void UserManagerDialog::onRemove()
         m_ui->messageLabel->setText(error);
     });
     box->open();
+}
+
+void UserManagerDialog::onIdleLimit(int minutes)
+{
+    QString error;
+    if (m_rules.setIdleLimit(std::chrono::minutes(minutes), &error))
+        emit idleLimitChanged();
+    else
+        showIdleLimit();
+    m_ui->messageLabel->setText(error);
+}
+
+void UserManagerDialog::showIdleLimit()
+{
+    const QSignalBlocker quiet(m_ui->idleBox);
+    m_ui->idleBox->setValue(int(m_rules.idleLimit().count()));
 }
 
 QString UserManagerDialog::selectedName() const

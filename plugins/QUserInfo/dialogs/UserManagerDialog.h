@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class LogInRules;
 class QMenu;
 class UserSession;
 
@@ -20,9 +21,13 @@ class UserManagerDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// `session` outlives the dialog.
-    UserManagerDialog(UserSession& session, QWidget* parent);
+    /// `session` and `rules` outlive the dialog.
+    UserManagerDialog(UserSession& session, LogInRules& rules, QWidget* parent);
     ~UserManagerDialog() override;
+
+signals:
+    /// Another time until the automatic log-out was stored.
+    void idleLimitChanged();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -37,9 +42,12 @@ private:
     void onRole(Role role);
     void onPassword();
     void onRemove();
+    void onIdleLimit(int minutes);
+    void showIdleLimit();
     QString selectedName() const;
 
     const std::unique_ptr<Ui::UserManagerDialog> m_ui;
     UserSession& m_session;
+    LogInRules& m_rules;
     QMenu* m_roleMenu;
 };

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+#include <chrono>
+
+/// Rules of the log-in that an administrator sets, in one file of the home:
+///
+///     {"idle_minutes": 15}
+///
+/// A missing file has the defaults; so does a value that is wrong. One thread.
+class LogInRules
+{
+public:
+    static constexpr int maxIdleMinutes = 480;
+
+    explicit LogInRules(QString path);
+
+    /// After how long without a touch the present user is logged out; zero, the default: never.
+    std::chrono::minutes idleLimit() const { return m_idleLimit; }
+
+    /// Reads the file anew.
+    void load();
+    /// Stores a limit of 0 to maxIdleMinutes; on failure nothing is changed and `error` (never null) says why.
+    bool setIdleLimit(std::chrono::minutes limit, QString* error);
+
+private:
+    const QString m_path;
+    std::chrono::minutes m_idleLimit{0};
+};
