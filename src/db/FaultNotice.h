@@ -6,13 +6,14 @@
 class FaultNotice
 {
 public:
+    /// Logs the first failure; those that follow are only counted.
     void failed(const QString& text)
     {
         if (++m_failures == 1)
             SystemLog::warning(text);
     }
 
-    /// "%1" in the text is the number of failures.
+    /// Logs the end, if anything had failed. "%1" in the text is the number of failures.
     void over(const QString& text)
     {
         if (m_failures > 0)

@@ -1,6 +1,7 @@
 #include "db/ResultReader.h"
 
 #include "db/SqliteFile.h"
+#include "db/StationDB.h"
 
 #include <QVariant>
 
@@ -62,4 +63,19 @@ int ResultReader::count(QDate first, QDate last)
 {
     QSqlQuery query = m_connection.exec(QStringLiteral("SELECT count(*)") + condition(first, last));
     return query.next() ? query.value(0).toInt() : -1;
+}
+
+bool ResultReader::countStation(const QString& stationName, const QDateTime& end, double angleLimit, int* all,
+                                int* below)
+{
+    QSqlQuery query = m_connection.exec(
+        QStringLiteral("SELECT count(*), total(dAngle < %1) FROM RltTable WHERE time >= '%2' AND time < '%3' AND "
+                       "stationName = '%4'")
+            .arg(QString::number(angleLimit), end.toString(QStringLiteral("yyyy-MM-dd")), StationDB::timeText(end),
+                 stationName));
+    if (!query.next())
+        return false;
+    *all = query.value(0).toInt();
+    *below = query.value(1).toInt();
+    return true;
 }

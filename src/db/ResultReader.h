@@ -3,7 +3,7 @@
 #include "db/SqlConnection.h"
 #include "db/StationResult.h"
 
-#include <QDate>
+#include <QDateTime>
 #include <QVector>
 
 /// Reads recorded results beside the program that writes them, without ever keeping it waiting. The thread that opens
@@ -27,6 +27,10 @@ public:
     /// How many there are; -1 when they cannot be read.
     int count(QDate first, QDate last);
     int countOfDay(QDate day) { return count(day, day); }
+
+    /// How many results a station has of the day of `end` and before it, and how many of them have an angle below
+    /// `angleLimit`; false when they cannot be read.
+    bool countStation(const QString& stationName, const QDateTime& end, double angleLimit, int* all, int* below);
 
 private:
     SqlConnection m_connection;

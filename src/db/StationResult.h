@@ -14,7 +14,7 @@ struct StationResult
     QString stationName;
     QString value1; ///< path of the saved result image below the home; empty when none was saved
     QString value2; ///< as threshBenchMark
-    QString value3;
+    QString value3; ///< what the answer rests on, see TaskResult::evidence
 };
 
 /// A recorded result.

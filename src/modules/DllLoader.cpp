@@ -1,6 +1,7 @@
 #include "modules/DllLoader.h"
 
 #include "modules/ModuleCall.h"
+#include "modules/ModuleReport.h"
 #include "platform/ModuleFiles.h"
 
 #include <QFileInfo>
@@ -31,6 +32,7 @@ DllLoader::DllLoader(const QString& baseName, const char* initSymbol, const char
     } else {
         qDebug("DllLoader Error: %s", qUtf8Printable(errorString()));
     }
+    m_info = describeModule(baseName, *this, initSymbol);
 }
 
 DllLoader::~DllLoader()

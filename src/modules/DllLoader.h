@@ -1,5 +1,7 @@
 #pragma once
 
+#include "modules/ModuleInfo.h"
+
 #include <QLibrary>
 #include <QStringList>
 
@@ -17,10 +19,14 @@ public:
     /// Calls the initialise function; null when there is none, when it returns null, or when it throws.
     void* instance(void* argument = nullptr);
 
+    /// What was found out about the library when it was loaded.
+    const ModuleInfo& info() const { return m_info; }
+
 private:
     using InitFunction = void* (*)(void*);
     using FreeFunction = void (*)(void*);
 
     InitFunction m_init = nullptr;
+    ModuleInfo m_info;
     FreeFunction m_free = nullptr; ///< kept for a module's own use; instances are released by their destructors
 };

@@ -3,7 +3,9 @@
 #include "modules/CDllCoreCtrl.h"
 #include "modules/CDllDesigner.h"
 #include "modules/CDllEngine.h"
+#include "modules/DllLoader.h"
 #include "modules/ModuleCall.h"
+#include "modules/ModuleReport.h"
 #include "platform/ModuleFiles.h"
 
 #include <valvecell/IDesigner.h>
@@ -17,7 +19,7 @@ namespace {
 
 /// Calls a factory of a library that then stays loaded for the life of the process.
 template <typename Object, typename Factory>
-Object* createFrom(const QString& base, const char* symbol)
+Object* createFrom(const QString& base, const char* symbol, QVector<ModuleInfo>* report)
 {
     QLibrary library(platform::moduleLoadName(base));
     const auto factory = reinterpret_cast<Factory>(library.resolve(symbol));
@@ -26,6 +28,7 @@ Object* createFrom(const QString& base, const char* symbol)
     Object* made = nullptr;
     if (factory)
         callModule(base, [&] { made = factory(); });
+    report->append(withObject(describeModule(base, library, symbol), made != nullptr));
     return made;
 }
 
@@ -89,12 +92,26 @@ QString ModuleSet::startDesigner()
 
 ISerialPort* ModuleSet::createSerialPort()
 {
-    return createFrom<ISerialPort, SerialPortCreateFunction>(QStringLiteral("SerialPortTool"), "SerialPortCreate");
+    return createFrom<ISerialPort, SerialPortCreateFunction>(QStringLiteral("SerialPortTool"), "SerialPortCreate",
+                                                             &m_optional);
 }
 
 IUserCtrl* ModuleSet::createUserCtrl()
 {
-    return createFrom<IUserCtrl, UserCtrlCreateFunction>(QStringLiteral("QUserInfo"), "UserCtrlCreate");
+    return createFrom<IUserCtrl, UserCtrlCreateFunction>(QStringLiteral("QUserInfo"), "UserCtrlCreate", &m_optional);
+}
+
+QVector<ModuleInfo> ModuleSet::report() const
+{
+    QVector<ModuleInfo> all;
+    const auto add = [&all](const auto& module) {
+        if (module)
+            all.append(withObject(module->loader().info(), module->instance() != nullptr));
+    };
+    add(m_coreCtrl);
+    add(m_engine);
+    add(m_designer);
+    return all + m_optional;
 }
 
 void ModuleSet::stop()

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "modules/ModuleInfo.h"
+
 #include <valvecell/ICoreCtrl.h>
+
+#include <QVector>
 
 #include <memory>
 
@@ -26,8 +30,11 @@ public:
     QString start(const ICoreCtrl::ImageCallback& image);
 
     /// Loads the optional modules; null when the library or its symbol is missing. The caller owns the object.
-    static ISerialPort* createSerialPort();
-    static IUserCtrl* createUserCtrl();
+    ISerialPort* createSerialPort();
+    IUserCtrl* createUserCtrl();
+
+    /// All modules that were to be loaded so far, in the order of the start-up.
+    QVector<ModuleInfo> report() const;
 
     /// Takes down the core control, so that no more images arrive, then the designer and the engine.
     void stop();
@@ -45,4 +52,5 @@ private:
     std::unique_ptr<CDllCoreCtrl> m_coreCtrl;
     std::unique_ptr<CDllEngine> m_engine;
     std::unique_ptr<CDllDesigner> m_designer;
+    QVector<ModuleInfo> m_optional;
 };

@@ -40,6 +40,14 @@ std::unique_ptr<QDiskCleanThread> CellRecords::startCleaner(const QString& root,
     return cleaner;
 }
 
+void CellRecords::applySettings()
+{
+    if (m_sourceCleaner)
+        m_sourceCleaner->change(m_settings.cleanSrcImages, m_settings.cleanDays, m_settings.minFreeSpace);
+    if (m_resultCleaner)
+        m_resultCleaner->change(m_settings.cleanRltImages, m_settings.cleanDays, m_settings.minFreeSpace);
+}
+
 void CellRecords::openResultDatabase()
 {
     const QString folder = platform::inHome(QStringLiteral("\\DBFiles"));
@@ -62,4 +70,22 @@ void CellRecords::openModelLibrary(PlcIndexTable& indices, const QStringList& st
 IResultStore* CellRecords::store() const
 {
     return m_store.get();
+}
+
+CellRecords::Health CellRecords::health() const
+{
+    Health health;
+    health.wantedMiB = qint64(m_settings.minFreeSpace) * 1024;
+    health.imagesGivenUp = m_archive->givenUp();
+    health.imagesUnwritable = m_archive->isUnwritable();
+    if (m_sourceCleaner)
+        health.freeMiB = m_sourceCleaner->lastFreeMiB();
+    if (m_recorder)
+        health.resultsWaiting = m_recorder->waiting();
+    if (m_results)
+        health.movedAside << m_results->openReport().keptAside;
+    if (m_library)
+        health.movedAside << m_library->openReport().keptAside;
+    health.movedAside.removeAll({});
+    return health;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 
 #include <memory>
 
@@ -21,6 +22,17 @@ class CellRecords : public QObject
     Q_OBJECT
 
 public:
+    /// How the disk and the databases do, at the moment of asking.
+    struct Health
+    {
+        qint64 freeMiB = -1;   ///< of the archive's drive, as its cleaner last saw it; -1: not known
+        qint64 wantedMiB = 0;  ///< that are to stay free
+        int imagesGivenUp = 0; ///< since the start
+        bool imagesUnwritable = false;
+        int resultsWaiting = 0; ///< rows that the database does not take at present
+        QStringList movedAside; ///< under which names files that could not be used were kept
+    };
+
     /// `home`: without a separator at its end. `settings` outlive the records.
     CellRecords(const QString& home, const ksSysConfig& settings, QObject* parent = nullptr);
     /// Stops the cleaners and writes what still waits.
@@ -28,6 +40,8 @@ public:
 
     /// Makes the archive's folders, and starts a cleaner for each.
     void prepareImageFolders();
+    /// Gives the cleaners what the settings hold now; the archive's switches act by themselves.
+    void applySettings();
     /// Opens "\\DBFiles\\Pellix.db" below the home; a file that cannot be used is kept aside and a fresh one begun.
     void openResultDatabase();
     /// Opens the model library, and brings it and the index tables into agreement.
@@ -36,6 +50,7 @@ public:
     /// Where results go; present once the result database was opened.
     IResultStore* store() const;
     ImageArchive& archive() { return *m_archive; }
+    Health health() const;
     /// Null until the model library was opened.
     ModelManager* models() { return m_models.get(); }
 

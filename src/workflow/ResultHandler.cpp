@@ -47,7 +47,7 @@ void ResultHandler::onResult(const QVariantMap& map)
         refuse(station, result, " No Cali!!!");
     } else if (!result.hasAlgoResult) {
         refuse(station, result, " No Task!!!");
-        emit sgShowImg(station, result.originImage);
+        emit sgShowSrcImg(result.solution, result.originImage);
     } else {
         answer(station, result);
     }
@@ -98,6 +98,7 @@ void ResultHandler::store(int station, const TaskResult& result)
     record.stationName = QStringLiteral("Station_") + number;
     record.value1 = m_store->saveResultImage(station, result.taskName, result.image);
     record.value2 = record.threshBenchMark;
+    record.value3 = result.evidence;
     m_store->saveSourceImage(station, result.taskName, result.originImage);
     m_store->insertResult(record);
 }

@@ -41,6 +41,8 @@ signals:
     void replied(int station, double taskTime);
     /// A picture for the station's view.
     void sgShowImg(int station, const QImage& image);
+    /// A picture of which there is no result, for the view of the station with that solution.
+    void sgShowSrcImg(const QString& solution, const QImage& image);
     /// A line for the station's log panel.
     void sgShowLog(int station, const QString& text);
     /// What was answered, for the station's panel.

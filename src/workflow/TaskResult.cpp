@@ -2,6 +2,8 @@
 
 #include <valvecell/ResultKeys.h>
 
+#include <QStringList>
+
 #include <cmath>
 
 namespace {
@@ -14,6 +16,29 @@ T valueOf(const QVariantMap& map, const char* key, T fallback)
     return value.canConvert<T>() ? value.value<T>() : fallback;
 }
 
+struct Evidence
+{
+    const char* key;
+    const char* name;
+    int decimals;
+};
+
+constexpr Evidence evidence[] = {{ResultKeys::score, "score", 3},     {ResultKeys::runnerUpScore, "second", 3},
+                                 {ResultKeys::edgePoints, "edge", 0}, {ResultKeys::residual, "residual", 3},
+                                 {ResultKeys::hubRadius, "rim", 1},   {ResultKeys::holeRadius, "hole", 2}};
+
+QString evidenceOf(const QVariantMap& map)
+{
+    if (!map.contains(QLatin1String(ResultKeys::edgePoints)))
+        return {};
+    QStringList parts;
+    for (const Evidence& part : evidence) {
+        const double value = valueOf(map, part.key, 0.0);
+        parts.append(QStringLiteral("%1=%2").arg(QLatin1String(part.name)).arg(value, 0, 'f', part.decimals));
+    }
+    return parts.join(QLatin1Char(';'));
+}
+
 void readAlgoResult(TaskResult& result, const QVariantMap& map)
 {
     result.angle = valueOf(map, ResultKeys::angle, result.angle);
@@ -24,6 +49,7 @@ void readAlgoResult(TaskResult& result, const QVariantMap& map)
     result.image = valueOf(map, ResultKeys::image, result.image);
     result.tip = valueOf(map, ResultKeys::resultTip, result.tip);
     result.center = valueOf(map, ResultKeys::centerPoint, result.center);
+    result.evidence = evidenceOf(map);
 }
 
 } // namespace

@@ -21,6 +21,9 @@ struct TaskResult
     QImage image;
     QString tip;
     QPointF center; ///< pixels
+    /// What the answer rests on, of what the engine tells: "score=0.993;second=0.477;edge=32;residual=0.028;rim=808.2;
+    /// hole=15.53", without the line break; lengths in pixels. Empty when the engine tells nothing.
+    QString evidence;
 
     static TaskResult fromMap(const QVariantMap& map);
 };

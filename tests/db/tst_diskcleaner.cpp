@@ -26,6 +26,7 @@ private slots:
     void datedFoldersGoByAge_data();
     void datedFoldersGoByAge();
     void foldersStayWhileAgeCleaningIsOffAndThereIsSpace();
+    void changedLimitsCountFromTheNextPass();
     void lowSpaceOverridesTheSettingForGood();
     void unknownSpaceCountsAsNone();
     void linksAreNeverFollowed_data();
@@ -142,6 +143,22 @@ void tst_diskcleaner::foldersStayWhileAgeCleaningIsOffAndThereIsSpace()
     QCOMPARE(hiddenToo(m_root->filePath("2024-05-01")).size(), 3);
 }
 
+void tst_diskcleaner::changedLimitsCountFromTheNextPass()
+{
+    makeFiles("2024-05-01", names(3, ".jpg"));
+    QDiskCleanThread cleaner;
+    prepare(cleaner, QDiskCleanThread::Folders, 20);
+    cleaner.setAgeCleaning(true);
+    cleaner.setAgeLimit(30);
+    cleaner.pass();
+    cleaner.change(false, 7, 10);
+    cleaner.pass();
+    QCOMPARE(hiddenToo(m_root->filePath("2024-05-01")).size(), 3);
+    cleaner.change(true, 7, 10);
+    cleaner.pass();
+    QVERIFY(hiddenToo(m_root->path()).isEmpty());
+}
+
 void tst_diskcleaner::lowSpaceOverridesTheSettingForGood()
 {
     QDiskCleanThread cleaner;
@@ -150,6 +167,7 @@ void tst_diskcleaner::lowSpaceOverridesTheSettingForGood()
     m_freeMiB = 10 * 1024 - 1;
     cleaner.pass();
     m_freeMiB = 100 * 1024; // space is back, the override stays
+    cleaner.change(false, 30, 10);
     makeFiles("2024-05-01", names(3, ".jpg"));
     cleaner.pass();
     QVERIFY(hiddenToo(m_root->path()).isEmpty());

@@ -85,6 +85,10 @@ public:
 
 } // namespace
 
+#ifdef FAKE_IS_GOOD
+VALVECELL_MODULE_VERSION("1.2 测试")
+#endif
+
 #ifndef FAKE_IS_NOSYMBOL
 VALVECELL_MODULE_EXPORT void* INIT([[maybe_unused]] void* reserved)
 {

@@ -107,8 +107,40 @@ private slots:
 
     void optionalModulesMayBeMissing()
     {
-        QVERIFY(!ModuleSet::createSerialPort());
-        QVERIFY(!ModuleSet::createUserCtrl());
+        ModuleSet modules;
+        QVERIFY(!modules.createSerialPort());
+        QVERIFY(!modules.createUserCtrl());
+        QCOMPARE(modules.report().size(), 2);
+        QCOMPARE(modules.report()[1].name, QStringLiteral("QUserInfo"));
+        QVERIFY2(modules.report()[1].problem.contains("QUserInfo"), qPrintable(modules.report()[1].problem));
+    }
+
+    void reportTellsFileVersionAndReason_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("right") << "good"
+                               << "";
+        QTest::newRow("no object") << "null"
+                                   << "系统日志";
+        QTest::newRow("no symbol") << "nosymbol"
+                                   << "Lib_CoreCtrl_Init";
+        QTest::newRow("no library") << "missing"
+                                    << "ksCoreCtrl";
+    }
+    void reportTellsFileVersionAndReason()
+    {
+        QFETCH(QString, folder);
+        QFETCH(QString, problem);
+        ModuleSet modules({fakes(qPrintable(folder))});
+        modules.start(kNoImage);
+        const ModuleInfo core = modules.report().value(0);
+        QCOMPARE(core.name, QStringLiteral("ksCoreCtrl"));
+        QCOMPARE(core.working, problem.isEmpty());
+        QVERIFY(core.file.contains(folder));
+        QVERIFY2(core.problem.contains(problem) && core.problem.isEmpty() == problem.isEmpty(),
+                 qPrintable(core.problem));
+        QCOMPARE(core.version, problem.isEmpty() ? QStringLiteral("1.2 测试") : core.version);
     }
 };
 

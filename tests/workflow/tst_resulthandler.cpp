@@ -68,6 +68,9 @@ struct Cell
         });
         QObject::connect(&handler, &ResultHandler::sgShowImg,
                          [this](int station, const QImage& image) { shown << qMakePair(station, image.width()); });
+        QObject::connect(&handler, &ResultHandler::sgShowSrcImg, [this](const QString& solution, const QImage& image) {
+            shown << qMakePair(config.stationOfSolution(solution), image.width());
+        });
     }
 
     static QVariantMap result(const QString& solution, const QVariantMap& algo)
@@ -145,6 +148,21 @@ private slots:
         QCOMPARE(QStringList({row.resultTip, row.threshBenchMark, row.stationName, row.value1, row.value2}),
                  QStringList({"成功", "2_五辐", "Station_2", "path/result", "2_五辐"}));
         QCOMPARE(cell.shown, (QList<QPair<int, int>>{{2, 9}}));
+    }
+
+    void recordKeepsWhatTheAnswerRestsOn()
+    {
+        Cell cell;
+        QVariantMap answer = Cell::found(45.5);
+        cell.handler.onResult(Cell::result("工位2", answer));
+        QVERIFY2(cell.store.last.value3.isEmpty(), "the engine told nothing");
+        answer.insert({{"edgePoints", 32},
+                       {"residual", 0.0284},
+                       {"runnerUpScore", 0.4},
+                       {"hubRadius", 808.19},
+                       {"holeRadius", 15.526}});
+        cell.handler.onResult(Cell::result("工位2", answer));
+        QCOMPARE(cell.store.last.value3, "score=0.875;second=0.400;edge=32;residual=0.028;rim=808.2;hole=15.53");
     }
 
     void anglesThatTellWhyThereIsNone_data()

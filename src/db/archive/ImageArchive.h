@@ -47,6 +47,8 @@ public:
     int givenUp() const { return m_givenUp; } ///< since the start
     int failed() const { return m_failed; }   ///< images that could not be written, since the start
 
+    bool isUnwritable() const { return m_unwritable.lasts(); } ///< the last image could not be written
+
     static QString folderOf(Kind kind);
 
 signals:

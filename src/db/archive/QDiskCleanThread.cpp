@@ -56,6 +56,7 @@ qint64 QDiskCleanThread::freeMiB()
     if (free < 0 && !m_probeFailed)
         qWarning("ERROR: Call to GetDiskFreeSpaceEx() failed.");
     m_probeFailed = free < 0;
+    m_lastFree = free;
     return qMax<qint64>(0, free);
 }
 
@@ -87,10 +88,34 @@ void QDiskCleanThread::cleanFolders()
     FolderSweep::deleteFoldersBefore(m_root, cutOff(), [this] { return isStopped(); });
 }
 
+void QDiskCleanThread::change(bool byAge, qint32 days, qint32 minFreeGiB)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_change = Change{byAge, days, minFreeGiB};
+}
+
+void QDiskCleanThread::takeChange()
+{
+    std::optional<Change> change;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        change.swap(m_change);
+    }
+    if (!change)
+        return;
+    m_minFreeGiB = change->minFreeGiB;
+    if (m_overridden)
+        return;
+    m_cleanByAge = change->byAge;
+    m_days = change->days;
+}
+
 void QDiskCleanThread::pass()
 {
+    takeChange();
     if (spaceIsLow()) {
         // Kept: from here on to the end of the thread the setting is overridden.
+        m_overridden = true;
         m_cleanByAge = true;
         m_days = daysWhenSpaceIsLow;
     }

@@ -3,12 +3,14 @@
 #include <QDateTime>
 #include <QThread>
 
+#include <atomic>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
+#include <optional>
 
 /// Keeps a disk from filling: deletes old images below a root, by age or when space runs low, in a pass every second.
-/// The setters are called before start(). See FolderSweep for what it never touches.
+/// The setters are called before start(); change() at any time. See FolderSweep for what it never touches.
 class QDiskCleanThread : public QThread
 {
     Q_OBJECT
@@ -27,9 +29,16 @@ public:
     void setRootPath(const QString& root) { m_root = root; }
     void setMinFreeSpace(qint32 gib) { m_minFreeGiB = gib; }
 
+    /// Other values, from the next pass on; a limit that low space has set stays as it is. Any thread.
+    void change(bool byAge, qint32 days, qint32 minFreeGiB);
+
     /// What a pass takes for the present and for the free MiB of the root's drive; -1 when they cannot be told.
     void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
     void setFreeSpaceProbe(std::function<qint64(const QString&)> probe) { m_freeSpace = std::move(probe); }
+
+    /// The free MiB of the root's drive that the last pass saw; -1 before the first, or when they cannot be told. Any
+    /// thread.
+    qint64 lastFreeMiB() const { return m_lastFree; }
 
     /// Sets the stop flag; the thread ends after the deletion in hand. Any thread.
     void stop();
@@ -41,6 +50,14 @@ protected:
     void run() override;
 
 private:
+    struct Change
+    {
+        bool byAge;
+        qint32 days;
+        qint32 minFreeGiB;
+    };
+
+    void takeChange();
     qint64 freeMiB();
     bool spaceIsLow() { return freeMiB() < qint64(m_minFreeGiB) * 1024; }
     void cleanFiles();
@@ -57,10 +74,13 @@ private:
     qint32 m_mode = Files;
     qint32 m_interval = 0; ///< seconds; kept, and without effect
     bool m_probeFailed = false;
+    bool m_overridden = false; ///< space was low once
+    std::atomic<qint64> m_lastFree{-1};
     std::function<QDateTime()> m_clock;
     std::function<qint64(const QString&)> m_freeSpace;
 
-    mutable std::mutex m_mutex; ///< guards m_stop
+    mutable std::mutex m_mutex; ///< guards m_stop and m_change
     std::condition_variable m_stopped;
     bool m_stop = false;
+    std::optional<Change> m_change;
 };

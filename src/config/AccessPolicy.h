@@ -1,0 +1,22 @@
+#pragma once
+
+#include "config/ks_singleton_base.h"
+
+#include <QString>
+
+/// Who may open what, kept in "/user/access.json" below the home:
+///
+///     {"engineer_only": true}
+///
+/// A missing file restricts nothing. One that is damaged, or says anything but true or false, restricts: whoever
+/// spoils it gains nothing. GUI thread.
+class AccessPolicy : public ks_singleton_base<AccessPolicy>
+{
+public:
+    bool engineerOnly = false; ///< calibration, settings, models and designer are for engineers and administrators
+
+    void load();
+    /// Replaces the file in one step; false with the reason when it cannot be written, and the old one is unchanged.
+    bool save(QString* error);
+    static QString path();
+};

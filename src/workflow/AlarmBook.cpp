@@ -1,0 +1,108 @@
+#include "workflow/AlarmBook.h"
+
+#include <algorithm>
+
+namespace {
+
+template <typename Alarms>
+auto position(Alarms& alarms, Alarm::Kind kind, const QString& subject)
+{
+    return std::find_if(alarms.begin(), alarms.end(),
+                        [&](const Alarm& alarm) { return alarm.kind == kind && alarm.subject == subject; });
+}
+
+} // namespace
+
+AlarmBook::AlarmBook(QObject* parent)
+    : AlarmBook([] { return QDateTime::currentDateTime(); }, parent)
+{
+}
+
+AlarmBook::AlarmBook(Clock clock, QObject* parent)
+    : QObject(parent)
+    , m_clock(std::move(clock))
+{
+}
+
+Alarm* AlarmBook::find(Alarm::Kind kind, const QString& subject)
+{
+    const auto found = position(m_alarms, kind, subject);
+    return found == m_alarms.end() ? nullptr : &*found;
+}
+
+void AlarmBook::begin(Alarm alarm)
+{
+    alarm.since = m_clock();
+    m_alarms.prepend(alarm);
+    emit changed();
+}
+
+void AlarmBook::raise(Alarm::Kind kind, const QString& subject, const QString& detail)
+{
+    if (Alarm* const known = find(kind, subject)) {
+        if (known->detail == detail)
+            return;
+        known->detail = detail;
+        emit changed();
+        return;
+    }
+    Alarm alarm;
+    alarm.kind = kind;
+    alarm.subject = subject;
+    alarm.detail = detail;
+    const auto past = position(m_past, kind, subject);
+    if (past != m_past.end()) {
+        alarm.count = past->count + 1;
+        m_past.erase(past);
+    }
+    begin(alarm);
+}
+
+void AlarmBook::raiseCounted(Alarm::Kind kind, const QString& subject, int count)
+{
+    const auto past = position(m_past, kind, subject);
+    if (past != m_past.end() && past->count >= count)
+        return; // acknowledged, and nothing new since
+    const auto known = position(m_alarms, kind, subject);
+    if (known != m_alarms.end() && known->count >= count)
+        return;
+    if (known != m_alarms.end())
+        m_alarms.erase(known);
+    if (past != m_past.end())
+        m_past.erase(past);
+    Alarm alarm;
+    alarm.kind = kind;
+    alarm.subject = subject;
+    alarm.count = count;
+    begin(alarm);
+}
+
+void AlarmBook::clear(Alarm::Kind kind, const QString& subject)
+{
+    const auto known = position(m_alarms, kind, subject);
+    if (known == m_alarms.end() || !known->lasts())
+        return;
+    m_past.append(*known);
+    m_alarms.erase(known);
+    emit changed();
+}
+
+void AlarmBook::set(bool present, Alarm::Kind kind, const QString& subject, const QString& detail)
+{
+    if (present)
+        raise(kind, subject, detail);
+    else
+        clear(kind, subject);
+}
+
+void AlarmBook::acknowledge()
+{
+    for (Alarm& alarm : m_alarms) {
+        alarm.acknowledged = true;
+        if (!alarm.lasts())
+            m_past.append(alarm);
+    }
+    const auto isOver = [](const Alarm& alarm) { return !alarm.lasts(); };
+    m_alarms.erase(std::remove_if(m_alarms.begin(), m_alarms.end(), isOver), m_alarms.end());
+    emit changed();
+}

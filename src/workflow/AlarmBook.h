@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QDateTime>
+#include <QObject>
+#include <QVector>
+
+#include <functional>
+
+/// One thing that somebody ought to look at.
+struct Alarm
+{
+    enum Kind {
+        PortLost,
+        CameraLost,
+        DiskLow,            ///< less is free than the setting demands, although the cleaner works
+        ImagesUnwritable,   ///< the archive's disk takes no images
+        ImagesGivenUp,      ///< more images came than the disk could take
+        ResultsWaiting,     ///< the result database takes no rows
+        DatabaseMovedAside, ///< a file that could not be used was kept under another name
+    };
+
+    Kind kind = PortLost;
+    QString subject; ///< which one, where there are several: a camera key, a file; part of the alarm's identity
+    QString detail;  ///< the reason or the number, as its source tells it
+    QDateTime since; ///< when it began, the last time
+    int count = 1;   ///< how often it began; or what its source counts, such as images
+    bool acknowledged = false;
+
+    /// Whether the alarm goes when its cause goes. The others tell of a loss, and stay until they are acknowledged.
+    bool lasts() const { return kind != ImagesGivenUp && kind != DatabaseMovedAside; }
+};
+
+/// The alarms of the cell: what is wrong at present, and what was lost and not yet acknowledged. GUI thread.
+class AlarmBook : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Clock = std::function<QDateTime()>;
+
+    explicit AlarmBook(QObject* parent = nullptr);
+    AlarmBook(Clock clock, QObject* parent = nullptr);
+
+    /// Newest first.
+    const QVector<Alarm>& alarms() const { return m_alarms; }
+
+    /// The cause is there; told again and again while it lasts.
+    void raise(Alarm::Kind kind, const QString& subject, const QString& detail);
+    /// As raise(), for a number that only grows, of which `count` is the present value: a higher one raises the alarm
+    /// anew, acknowledged or not.
+    void raiseCounted(Alarm::Kind kind, const QString& subject, int count);
+    /// The cause is gone. An alarm that does not last is left alone.
+    void clear(Alarm::Kind kind, const QString& subject);
+    /// raise() or clear().
+    void set(bool present, Alarm::Kind kind, const QString& subject, const QString& detail);
+
+public slots:
+    /// Somebody has seen them all: those that do not last go, the others stay until their cause goes.
+    void acknowledge();
+
+signals:
+    void changed();
+
+private:
+    Alarm* find(Alarm::Kind kind, const QString& subject);
+    void begin(Alarm alarm);
+
+    const Clock m_clock;
+    QVector<Alarm> m_alarms;
+    QVector<Alarm> m_past; ///< each alarm that went, once, for its count
+};

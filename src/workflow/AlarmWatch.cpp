@@ -1,0 +1,74 @@
+#include "workflow/AlarmWatch.h"
+
+#include "config/ksGlobalConfig.h"
+#include "workflow/AlarmBook.h"
+#include "workflow/CellRecords.h"
+
+#include <valvecell/Extension.h>
+#include <valvecell/ICameraSettings.h>
+#include <valvecell/ICoreCtrl.h>
+#include <valvecell/ISerialPort.h>
+#include <valvecell/ISerialStatus.h>
+
+AlarmWatch::AlarmWatch(const ksGlobalConfig& config, AlarmBook& book, QObject* parent)
+    : QObject(parent)
+    , m_config(config)
+    , m_book(book)
+{
+}
+
+void AlarmWatch::check()
+{
+    checkPort();
+    checkCameras();
+    checkRecords();
+}
+
+void AlarmWatch::checkPort()
+{
+    const auto* port = extensionOf<ISerialStatus>(m_port);
+    if (!port)
+        return;
+    const SerialStatus status = port->status();
+    m_book.set(!status.open, Alarm::PortLost, status.device, status.lastError);
+}
+
+void AlarmWatch::checkCameras()
+{
+    auto* cameras = extensionOf<ICameraSettings>(m_cameras);
+    if (!cameras)
+        return;
+    const QStringList present = m_cameras->cameraKeys();
+    QStringList wanted;
+    for (const StationConfig& station : m_config.stations) {
+        if (present.contains(station.camKey))
+            wanted.append(station.camKey);
+    }
+    for (const QString& key : qAsConst(m_watched)) {
+        if (!wanted.contains(key)) // the station has another camera now
+            m_book.clear(Alarm::CameraLost, key);
+    }
+    for (const QString& key : qAsConst(wanted)) {
+        const QString message = cameras->status(key).message;
+        m_book.set(!message.isEmpty(), Alarm::CameraLost, key, message);
+    }
+    m_watched = wanted;
+}
+
+void AlarmWatch::checkRecords()
+{
+    if (!m_records)
+        return;
+    const CellRecords::Health health = m_records->health();
+    // The cleaner keeps the disk at its limit; well below it, it does not keep up. -1: not known (yet).
+    const bool low = health.freeMiB >= 0 && health.freeMiB < health.wantedMiB * 9 / 10;
+    const bool enough = health.freeMiB < 0 || health.freeMiB >= health.wantedMiB;
+    if (low || enough)
+        m_book.set(low, Alarm::DiskLow, {}, QString::number(health.freeMiB / 1024.0, 'f', 1));
+    m_book.set(health.imagesUnwritable, Alarm::ImagesUnwritable, {}, {});
+    m_book.set(health.resultsWaiting > 0, Alarm::ResultsWaiting, {}, QString::number(health.resultsWaiting));
+    if (health.imagesGivenUp > 0)
+        m_book.raiseCounted(Alarm::ImagesGivenUp, {}, health.imagesGivenUp);
+    for (const QString& file : health.movedAside)
+        m_book.raiseCounted(Alarm::DatabaseMovedAside, file, 1);
+}
