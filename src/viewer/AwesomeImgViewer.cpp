@@ -158,10 +158,15 @@ void AwesomeImgViewer::keyPressEvent(QKeyEvent* event)
 
 void AwesomeImgViewer::contextMenuEvent(QContextMenuEvent* event)
 {
+    popUpMenu(event->globalPos());
+}
+
+void AwesomeImgViewer::popUpMenu(const QPoint& globalPosition)
+{
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     fillMenu(menu);
-    menu->popup(event->globalPos());
+    menu->popup(globalPosition);
 }
 
 void AwesomeImgViewer::fillMenu(QMenu* menu)

@@ -21,7 +21,7 @@ public:
     ~AwesomeImgViewer() override;
 
     /// Shows an image of any format; the data is shared, not copied. An empty image shows a place-holder.
-    void setImage(const QImage& image);
+    virtual void setImage(const QImage& image);
     const QImage& image() const;
     QSize imageSize() const;
     /// What drawings over the image are children of; null before the first image.
@@ -48,6 +48,9 @@ public:
     /// While picking, the cursor is a pipette, and dragging does not pan; Esc ends it.
     void setPicking(bool on);
     bool isPicking() const { return m_picking; }
+
+    /// Opens the context menu.
+    void popUpMenu(const QPoint& globalPosition);
 
 signals:
     void filterroiChanged(const AwesomeRoiInfo& info, QString name); ///< a region of interest was moved or resized

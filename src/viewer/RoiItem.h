@@ -11,7 +11,7 @@ struct RoiPlace
 {
     QPointF pos;
     QSizeF size;
-    double rotation = 0;
+    double rotation = 0; ///< degrees, clockwise as seen on the screen
 };
 
 /// A region of interest on an image: a child of the image item, so its position is relative to the image's centre.
@@ -41,7 +41,7 @@ public:
 signals:
     void moveBegins(const RoiPlace& from); ///< the operator begins to drag, or presses an arrow key
     void placeChanged();
-    void lockedTouched();
+    void lockedTouched(); ///< somebody tried to move it although it is locked
 
 protected:
     /// Starts a drag at a point of the item; false when the point meets nothing to drag.

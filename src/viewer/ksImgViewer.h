@@ -20,7 +20,7 @@ public:
     ~ksImgViewer() override;
 
     /// Shows an image; what was drawn over the one before goes.
-    void setImage(const QImage& image);
+    void setImage(const QImage& image) override;
     /// Draws what was found over the image that is shown.
     void showResult(const ResultDrawing& drawing);
 

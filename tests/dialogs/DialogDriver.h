@@ -1,19 +1,10 @@
 #pragma once
 
 #include "dialogs/fields/QuestionStrip.h"
+#include "support/English.h"
+#include "support/Look.h"
 
-#include <QAbstractButton>
-#include <QDir>
 #include <QInputMethodEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QRegularExpression>
-#include <QTranslator>
-#include <QWidget>
-#include <QtTest>
-
-#include <memory>
-#include <vector>
 
 /// Operates a dialog by the names of its controls, with real clicks and keys.
 class DialogDriver
@@ -68,67 +59,10 @@ public:
         return get<QuestionStrip>("question")->isVisible() ? get<QLabel>("question")->text() : QString();
     }
 
-    /// Texts that are cut off because their control is too small for them, so that nobody has to look for them.
-    QStringList clipped() const
-    {
-        QStringList names;
-        const auto labels = m_dialog.findChildren<QLabel*>();
-        for (const QLabel* label : labels) {
-            if (label->isVisible() && !label->wordWrap() && label->width() < label->sizeHint().width())
-                names.append(label->objectName());
-        }
-        const auto buttons = m_dialog.findChildren<QAbstractButton*>();
-        for (const QAbstractButton* button : buttons) {
-            if (button->isVisible() && button->width() < button->minimumSizeHint().width())
-                names.append(button->objectName());
-        }
-        return names;
-    }
-
-    /// Whatever still reads Chinese, as far as the dialog itself says it; names that a plant gave lie in lists and
-    /// tables.
-    QStringList chinese() const
-    {
-        static const QRegularExpression han(QStringLiteral("\\p{Han}"));
-        QStringList texts{m_dialog.windowTitle()};
-        const auto widgets = m_dialog.findChildren<QWidget*>();
-        for (const QWidget* widget : widgets) {
-            for (const char* property : {"text", "title", "accessibleName"}) {
-                if (!qobject_cast<const QLineEdit*>(widget) || property == QByteArray("accessibleName"))
-                    texts << widget->property(property).toString();
-            }
-        }
-        return texts.filter(han);
-    }
-
-    void shoot(const QString& name) const
-    {
-        const QString folder = QStringLiteral(VALVECELL_BIN_DIR "/../screenshots");
-        QVERIFY(QDir().mkpath(folder));
-        QVERIFY(m_dialog.grab().save(QStringLiteral("%1/%2.png").arg(folder, name)));
-    }
+    QStringList clipped() const { return Look::clipped(m_dialog); }
+    QStringList chinese() const { return Look::chinese(m_dialog); }
+    void shoot(const QString& name) const { Look::shoot(m_dialog, name); }
 
 private:
     QWidget& m_dialog;
-};
-
-/// Switches the program to English for as long as it lives.
-class English
-{
-public:
-    English()
-    {
-        const QDir folder(QStringLiteral(VALVECELL_BIN_DIR "/language/English"));
-        const QStringList files = folder.entryList({QStringLiteral("*.qm")});
-        for (const QString& file : files) {
-            auto translator = std::make_unique<QTranslator>();
-            if (translator->load(folder.filePath(file)) && QCoreApplication::installTranslator(translator.get()))
-                m_translators.push_back(std::move(translator));
-        }
-    }
-
-    explicit operator bool() const { return !m_translators.empty(); }
-
-private:
-    std::vector<std::unique_ptr<QTranslator>> m_translators;
 };

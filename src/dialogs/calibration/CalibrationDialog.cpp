@@ -32,6 +32,7 @@ void CalibrationDialog::setPanels(CalibrationPanel* first, CalibrationPanel* sec
         for (QPushButton* button : buttons)
             connect(button, &QPushButton::clicked, this, &CalibrationDialog::onButtonClicked);
         connect(panel, &CalibrationPanel::messageShown, this, &CalibrationDialog::startMessageTimer);
+        connect(panel, &CalibrationPanel::calibrationApplied, this, &CalibrationDialog::calibrationApplied);
         panel->initialise();
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dialogs/fields/AuditChange.h"
+
 #include <QDialog>
 
 #include <array>
@@ -23,6 +25,10 @@ public:
 
     /// The form for a cell with one station hides the second panel.
     void setOneStation(bool one);
+
+signals:
+    /// A station's calibration holds other values; names are keys of the configuration.
+    void calibrationApplied(const AuditChanges& changes);
 
 public slots:
     void onROIChange(const AwesomeRoiInfo& info, const QString& name);

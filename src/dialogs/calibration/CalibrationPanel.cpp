@@ -4,6 +4,7 @@
 #include "dialogs/calibration/FieldNumber.h"
 #include "dialogs/calibration/MachineOverlays.h"
 #include "dialogs/calibration/PointDrawing.h"
+#include "dialogs/fields/JsonChanges.h"
 #include "dialogs/fields/Tone.h"
 #include "graphics/ImageItem.h"
 #include "platform/AppHome.h"
@@ -215,14 +216,19 @@ void CalibrationPanel::onReplaced()
 
 void CalibrationPanel::apply()
 {
+    ksGlobalConfig& global = *ksGlobalConfig::instance();
+    const QByteArray before = global.text();
     store(config());
     QString error;
-    if (ksGlobalConfig::instance()->save(&error))
+    if (global.save(&error))
         showMessage(tr("参数已生效"), kDone);
     else
         showMessage(tr("参数已生效，但未能保存：%1").arg(error), kRefused);
     m_ui->m_viewer->setOverlays(machineOverlays(calibration(config())));
     refreshHints();
+    const AuditChanges changes = jsonChanges(before, global.text());
+    if (!changes.isEmpty())
+        emit calibrationApplied(changes);
 }
 
 void CalibrationPanel::showMessage(const QString& text, const QString& style)

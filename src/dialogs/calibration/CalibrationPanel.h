@@ -2,6 +2,7 @@
 
 #include "config/StationConfig.h"
 #include "dialogs/calibration/ReferenceImage.h"
+#include "dialogs/fields/AuditChange.h"
 
 #include <QDateTime>
 #include <QFutureWatcher>
@@ -55,6 +56,8 @@ public:
 
 signals:
     void messageShown();
+    /// The calibration holds other values; names are keys of the configuration.
+    void calibrationApplied(const AuditChanges& changes);
 
 protected:
     struct Marker

@@ -8,6 +8,8 @@ class FourPointForm;
 }
 
 /// A station's affine map from image pixels to machine coordinates, from pairs of points, with a point to try it on.
+/// P1 to P3 make the map exactly; P4 only tells by its residual how good they are. Points in image pixels, machine
+/// coordinates in millimetres. GUI thread.
 class FourPointPanel : public CalibrationPanel
 {
     Q_OBJECT

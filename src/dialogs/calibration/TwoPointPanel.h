@@ -6,7 +6,8 @@ namespace Ui {
 class TwoPointForm;
 }
 
-/// A station's scale from two points and their real distance, with offsets.
+/// A station's scale from two points and their real distance, with offsets: machine = pixel * scale + offset, then X
+/// and Y swapped if so set. Points in image pixels, lengths in millimetres. GUI thread.
 class TwoPointPanel : public CalibrationPanel
 {
     Q_OBJECT
@@ -27,6 +28,7 @@ protected:
     void retranslate() override;
 
 private:
+    /// Millimetres a pixel, as the fields stand; 1 while the points lie on each other.
     double scaleFromFields() const;
 
     std::unique_ptr<Ui::TwoPointForm> m_form;

@@ -15,15 +15,6 @@ struct Tr
 constexpr ushort kFullWidthFirst = 0xFF01; // the full-width forms repeat '!' to '~' in their order
 constexpr ushort kFullWidthLast = 0xFF5E;
 
-QString halfWidth(QString text)
-{
-    for (QChar& c : text) {
-        if (c.unicode() >= kFullWidthFirst && c.unicode() <= kFullWidthLast)
-            c = QChar(c.unicode() - kFullWidthFirst + '!');
-    }
-    return text;
-}
-
 /// A number that is too large for any field is still a number, and is told so.
 bool isLong(const QString& text)
 {
@@ -33,6 +24,15 @@ bool isLong(const QString& text)
 }
 
 } // namespace
+
+QString halfWidth(QString text)
+{
+    for (QChar& c : text) {
+        if (c.unicode() >= kFullWidthFirst && c.unicode() <= kFullWidthLast)
+            c = QChar(c.unicode() - kFullWidthFirst + '!');
+    }
+    return text;
+}
 
 std::optional<qint64> parse(const QString& text)
 {

@@ -17,10 +17,10 @@ QMap<QString, QString> languageCaptions()
 
 } // namespace
 
-QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, QWidget* parent)
+QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, QWidget* parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::QSystemSettingUI>())
-    , m_store(system, global)
+    , m_store(system, global, access)
 {
     m_ui->setupUi(this);
     DialogForm::prepare(this);

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class AccessPolicy;
 class SettingsForm;
 
 namespace Ui {
@@ -19,8 +20,8 @@ class QSystemSettingUI : public QDialog
     Q_OBJECT
 
 public:
-    /// Both outlive the dialog.
-    QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, QWidget* parent = nullptr);
+    /// All outlive the dialog.
+    QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, QWidget* parent = nullptr);
     ~QSystemSettingUI() override;
 
     /// What can be chosen now; may be told anew at any time. A chosen name that is gone stays, marked as missing.

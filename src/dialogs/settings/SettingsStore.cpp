@@ -1,5 +1,6 @@
 #include "dialogs/settings/SettingsStore.h"
 
+#include "config/AccessPolicy.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "platform/AppHome.h"
@@ -7,6 +8,9 @@
 #include <valvecell/HomeFiles.h>
 
 #include <QCoreApplication>
+
+#include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -48,6 +52,12 @@ void visitGlobal(ksGlobalConfig& global, Visit visit)
     visit(QStringLiteral("use4pointstand"), global.use4pointstand);
 }
 
+template <typename Visit>
+void visitAccess(AccessPolicy& access, Visit visit)
+{
+    visit(QStringLiteral("engineer_only"), access.engineerOnly);
+}
+
 struct Reader
 {
     SettingsMap& settings;
@@ -83,6 +93,13 @@ SettingsMap read(ksGlobalConfig& global)
     return settings;
 }
 
+SettingsMap read(AccessPolicy& access)
+{
+    SettingsMap settings;
+    visitAccess(access, Reader{settings});
+    return settings;
+}
+
 /// What `file` holds, compared with what the program uses: "COM/Port COM3 → COM7".
 QString listed(const AuditChanges& changes)
 {
@@ -104,9 +121,10 @@ QString sentence(const QString& path, const QString& what)
 
 } // namespace
 
-SettingsStore::SettingsStore(ksSysConfig& system, ksGlobalConfig& global)
+SettingsStore::SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access)
     : m_system(system)
     , m_global(global)
+    , m_access(access)
 {
 }
 
@@ -114,12 +132,13 @@ SettingsMap SettingsStore::current() const
 {
     SettingsMap settings = read(m_system);
     settings.insert(read(m_global));
+    settings.insert(read(m_access));
     return settings;
 }
 
 QStringList SettingsStore::foreignChanges() const
 {
-    QStringList sentences{foreignSystemChange(), foreignGlobalChange()};
+    QStringList sentences{foreignSystemChange(), foreignGlobalChange(), foreignAccessChange()};
     sentences.removeAll(QString());
     return sentences;
 }
@@ -152,24 +171,53 @@ QString SettingsStore::foreignGlobalChange() const
     return stored.text() == m_global.text() ? QString() : sentence(kGlobalFile, Tr::tr("标定数据与程序中的不同"));
 }
 
+QString SettingsStore::foreignAccessChange() const
+{
+    if (!QFile::exists(AccessPolicy::path()))
+        return {};
+    AccessPolicy stored;
+    stored.load();
+    const AuditChanges changes = differences(read(m_access), read(stored));
+    return changes.isEmpty() ? QString() : sentence(AccessPolicy::path(), listed(changes));
+}
+
 void SettingsStore::assign(const SettingsMap& settings)
 {
     visitSystem(m_system, Writer{settings});
     visitGlobal(m_global, Writer{settings});
+    visitAccess(m_access, Writer{settings});
+}
+
+bool SettingsStore::saveSystem(QString* error)
+{
+    if (m_system.save())
+        return true;
+    *error = Tr::tr("%1 无法写入").arg(m_system.filePath);
+    return false;
+}
+
+/// The file stays away as long as nothing is restricted, and untouched as long as it is right.
+bool SettingsStore::saveAccess(QString* error)
+{
+    AccessPolicy stored;
+    stored.load();
+    return stored.engineerOnly == m_access.engineerOnly || m_access.save(error);
 }
 
 bool SettingsStore::store(const SettingsMap& settings, QString* error)
 {
+    const std::function<bool()> saves[] = {[&] { return saveSystem(error); }, [&] { return m_global.save(error); },
+                                           [&] { return saveAccess(error); }};
     const SettingsMap before = current();
     assign(settings);
-    const bool systemStored = m_system.save();
-    if (!systemStored)
-        *error = Tr::tr("%1 无法写入").arg(m_system.filePath);
-    if (systemStored && m_global.save(error))
+    const auto failed = std::find_if_not(std::begin(saves), std::end(saves), [](const auto& save) { return save(); });
+    if (failed == std::end(saves))
         return true;
+    const QString reason = *error;
     assign(before);
-    if (systemStored && !m_system.save())
-        qWarning("%s: holds settings that are not in use", qUtf8Printable(m_system.filePath));
+    if (!std::all_of(std::begin(saves), failed, [](const auto& save) { return save(); })) // puts back what was written
+        qWarning("%s; the files hold settings that are not in use", qUtf8Printable(*error));
+    *error = reason;
     return false;
 }
 
@@ -183,6 +231,7 @@ void SettingsStore::reload()
     const QString runModels[2] = {m_global.station(1).runModel, m_global.station(2).runModel};
     m_system.load();
     m_global.load();
+    m_access.load();
     for (int station = 1; station <= 2; ++station)
         m_global.station(station).runModel = runModels[station - 1];
 }

@@ -6,18 +6,20 @@
 #include <QStringList>
 #include <QVariant>
 
+class AccessPolicy;
 class ksGlobalConfig;
 class ksSysConfig;
 
-/// The settings of both files by their keys, such as "COM/Baute" or "trigerFilter": texts, whole numbers and switches.
+/// The settings of all three files by their keys, such as "COM/Baute" or "trigerFilter": texts, whole numbers and
+/// switches.
 using SettingsMap = QMap<QString, QVariant>;
 
 /// Reads and stores what the system settings dialog edits. GUI thread.
 class SettingsStore
 {
 public:
-    /// Both outlive the store.
-    SettingsStore(ksSysConfig& system, ksGlobalConfig& global);
+    /// All outlive the store.
+    SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access);
 
     /// The settings as the program uses them now.
     SettingsMap current() const;
@@ -26,7 +28,7 @@ public:
     /// program read or wrote them last. The run models are left aside: production changes them without storing them.
     QStringList foreignChanges() const;
 
-    /// Gives the program these settings and writes both files. On failure the program keeps the old ones and `error`
+    /// Gives the program these settings and writes the files. On failure the program keeps the old ones and `error`
     /// names file and reason.
     bool store(const SettingsMap& settings, QString* error);
 
@@ -40,9 +42,13 @@ public:
 
 private:
     void assign(const SettingsMap& settings);
+    bool saveSystem(QString* error);
+    bool saveAccess(QString* error);
     QString foreignSystemChange() const;
     QString foreignGlobalChange() const;
+    QString foreignAccessChange() const;
 
     ksSysConfig& m_system;
     ksGlobalConfig& m_global;
+    AccessPolicy& m_access;
 };

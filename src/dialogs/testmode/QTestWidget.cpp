@@ -16,7 +16,10 @@ QTestWidget::QTestWidget(QWidget* parent)
     judge();
 }
 
-QTestWidget::~QTestWidget() = default;
+QTestWidget::~QTestWidget()
+{
+    hide(); // the interval field loses the focus and tells its value, while there is still somebody to hear it
+}
 
 void QTestWidget::connectAll()
 {

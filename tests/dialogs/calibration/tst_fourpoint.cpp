@@ -229,7 +229,7 @@ private slots:
         finder::Finder finder;
         const finder::FindResult found = finder.find(Wheels::image(spec), Wheels::model(spec));
         QCOMPARE(found.error, finder::FindError::None);
-        QVERIFY2(error(found.hole) < 0.1, QByteArray::number(error(found.hole))); // and the finder's
+        QVERIFY2(error(found.hole) < 0.05, QByteArray::number(error(found.hole))); // and the finder's
     }
 };
 

@@ -81,6 +81,11 @@ private slots:
         CalibrationBench bench;
         Session session;
         Markers markers(session.dialog, station);
+        QStringList audited;
+        connect(&session.dialog, &CalibrationDialog::calibrationApplied, [&audited](const AuditChanges& changes) {
+            for (const AuditChange& change : changes)
+                audited << change.name + ' ' + change.before + '>' + change.after;
+        });
         const QByteArray end = station == 2 ? "_2" : "";
         session.hand.press("m_pbLock" + end);
         markers.drag(QStringLiteral("P1"), {50, 60});
@@ -96,6 +101,10 @@ private slots:
         QCOMPARE(session.status("label_status" + end), QStringLiteral("参数已生效"));
 
         const QString n = QString::number(station);
+        QCOMPARE(audited.filter("_" + n).size(), 9);
+        QVERIFY2(audited.contains("StationScale_" + n + " 1>0.15"), qPrintable(audited.join(' ')));
+        session.hand.press("m_pbApply" + end);
+        QVERIFY2(audited.size() == 9, "applied again without a change");
         const QJsonObject file = bench.stored();
         QCOMPARE(file.value("point1_x_" + n), QJsonValue(50));
         QCOMPARE(file.value("point1_y_" + n), QJsonValue(60));

@@ -377,10 +377,10 @@ private slots:
         Bench bench;
         bench.models->setCurrentModel("钢圈");
         bench.choose("五辐");
-        QCOMPARE(bench.driver().clipped(), QStringList());
+        QTRY_COMPARE(bench.driver().clipped(), QStringList());
         bench.driver().shoot("models");
         bench.driver().press("modifyButton");
-        QCOMPARE(bench.editDriver().clipped(), QStringList());
+        QTRY_COMPARE(bench.editDriver().clipped(), QStringList());
     }
 };
 

@@ -1,3 +1,4 @@
+#include "config/AccessPolicy.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "dialogs/DialogDriver.h"
@@ -18,7 +19,8 @@ struct Bench
     TempHome home;
     ksSysConfig system;
     ksGlobalConfig global;
-    QSystemSettingUI dialog{system, global};
+    AccessPolicy access;
+    QSystemSettingUI dialog{system, global, access};
     DialogDriver driver{dialog};
     QVector<AuditChanges> applied;
 
@@ -123,7 +125,7 @@ private slots:
         bench.choose("solutionBox2", "工位3");
         bench.choose("languageBox", "English");
         for (const char* box : {"saveSource1", "saveResult2", "onlineCheck", "protectCheck", "fourPointCheck",
-                                "cleanSource", "cleanResult"})
+                                "cleanSource", "cleanResult", "engineerCheck"})
             bench.driver.press(box);
         bench.driver.type("filterEdit", "２50");
         bench.driver.type("burstEdit", "3");
@@ -143,13 +145,15 @@ private slots:
                  "COM/Baute:115200>9600 COM/Port:COM3>/dev/ttyUSB0 CheckThread/Enable_RltImg:false>true "
                  "CheckThread/Enable_SrcImg:false>true CheckThread/days:7>14 CheckThread/days_dir:30>60 "
                  "CheckThread/spacesize:10>25 Image/RltImgSave_st2:false>true Image/SrcImgSave_st1:false>true "
-                 "TrigDetector/FilterTime:10>3 language/select:Chinese>English onlineMode:false>true "
+                 "TrigDetector/FilterTime:10>3 engineer_only:false>true language/select:Chinese>English "
+                 "onlineMode:false>true "
                  "station_camkey_1:相机A>相机C station_solution_2:工位2>工位3 trigerFilter:1000>250 "
                  "use4pointstand:false>true use_clear_protect:false>true");
         ksGlobalConfig stored;
         QVERIFY(stored.load());
         QCOMPARE(stored.text(), bench.global.text());
         QCOMPARE(stored.trigerFilter, 250);
+        QVERIFY(bench.home.read("/user/access.json").contains("\"engineer_only\": true"));
         QCOMPARE(stored.station(1).camKey, "相机C");
         const QSettings ini(bench.home.path(kIni), QSettings::IniFormat);
         QCOMPARE(ini.value("COM/Port").toString(), "/dev/ttyUSB0");
@@ -233,7 +237,7 @@ private slots:
     void secondDialogDoesNotUndoTheFirst()
     {
         Bench bench;
-        QSystemSettingUI other(bench.system, bench.global);
+        QSystemSettingUI other(bench.system, bench.global, bench.access);
         Bench::equip(other);
         other.show();
         bench.driver.type("daysEdit", "14");

@@ -1,0 +1,120 @@
+#include "dialogs/cameras/QCameraEditUI.h"
+
+#include "dialogs/cameras/CameraAccess.h"
+#include "dialogs/cameras/CameraNames.h"
+#include "dialogs/fields/DialogForm.h"
+#include "ui_QCameraEditUI.h"
+
+#include <QEvent>
+#include <QSignalBlocker>
+
+QCameraEditUI::QCameraEditUI(CameraAccess& cameras, QWidget* parent)
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::QCameraEditUI>())
+    , m_cameras(cameras)
+{
+    m_ui->setupUi(this);
+    DialogForm::prepare(this);
+    connect(m_ui->keyEdit, &QLineEdit::textChanged, this, &QCameraEditUI::judge);
+    connect(m_ui->form, &CameraForm::edited, this, &QCameraEditUI::judge);
+    connect(m_ui->typeBox, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &QCameraEditUI::showSettings);
+    connect(m_ui->okButton, &QPushButton::clicked, this, &QCameraEditUI::accept);
+    connect(m_ui->cancelButton, &QPushButton::clicked, this, &QCameraEditUI::reject);
+}
+
+QCameraEditUI::~QCameraEditUI() = default;
+
+void QCameraEditUI::begin(const Task& task)
+{
+    m_task = task;
+    retranslate();
+    m_ui->keyEdit->setText(task.entry.key);
+    m_ui->keyEdit->setReadOnly(!task.isNew);
+    listTypes();
+    showSettings();
+    open();
+    QWidget* first = task.isNew ? static_cast<QWidget*>(m_ui->keyEdit) : m_ui->typeBox;
+    first->setFocus();
+}
+
+/// The types that work; a camera of another type shows it until another is chosen.
+void QCameraEditUI::listTypes()
+{
+    const QSignalBlocker quiet(m_ui->typeBox);
+    const QVector<CameraType> driven = m_cameras.list->drivenTypes();
+    m_ui->typeBox->clear();
+    for (CameraType type : CameraNames::types()) {
+        if (driven.contains(type))
+            m_ui->typeBox->addItem(CameraNames::of(type), int(type));
+    }
+    if (!m_task.isNew && !driven.contains(m_task.entry.type))
+        m_ui->typeBox->addItem(CameraNames::of(m_task.entry.type), int(m_task.entry.type));
+    m_ui->typeBox->setCurrentIndex(qMax(0, m_ui->typeBox->findData(int(m_task.entry.type))));
+}
+
+CameraType QCameraEditUI::type() const
+{
+    return CameraType(m_ui->typeBox->currentData().toInt());
+}
+
+void QCameraEditUI::showSettings()
+{
+    QVariantMap settings = m_cameras.list->defaultSettings(type());
+    const QVariantMap& own = m_task.entry.settings;
+    for (auto it = own.begin(); it != own.end(); ++it) {
+        if (settings.contains(it.key()))
+            settings.insert(it.key(), it.value());
+    }
+    m_ui->form->setSettings(settings);
+    judge();
+}
+
+CameraEntry QCameraEditUI::typed() const
+{
+    return {m_ui->keyEdit->text(), type(), m_ui->form->values()};
+}
+
+QString QCameraEditUI::problem() const
+{
+    const QString name = m_task.isNew ? m_task.keyProblem(m_ui->keyEdit->text()) : QString();
+    if (!name.isEmpty())
+        return name;
+    if (!m_cameras.list->drivenTypes().contains(type()))
+        return tr("没有类型“%1”的驱动程序，请选择其他类型").arg(m_ui->typeBox->currentText());
+    return m_ui->form->problem();
+}
+
+void QCameraEditUI::judge()
+{
+    if (!m_task.keyProblem)
+        return;
+    const bool wrongKey = m_task.isNew && !m_task.keyProblem(m_ui->keyEdit->text()).isEmpty();
+    setTone(m_ui->keyEdit, wrongKey ? Tone::Error : Tone::Plain);
+    const QString problem = this->problem();
+    m_ui->okButton->setEnabled(problem.isEmpty());
+    m_ui->message->say(Tone::Error, problem);
+}
+
+void QCameraEditUI::accept()
+{
+    judge(); // another window may have taken the name meanwhile
+    if (!m_ui->okButton->isEnabled())
+        return;
+    m_task.submit(typed());
+    QDialog::accept();
+}
+
+void QCameraEditUI::retranslate()
+{
+    m_ui->retranslateUi(this);
+    setWindowTitle(m_task.isNew ? tr("添加相机") : tr("修改相机"));
+}
+
+void QCameraEditUI::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        retranslate();
+        judge();
+    }
+    QDialog::changeEvent(event);
+}

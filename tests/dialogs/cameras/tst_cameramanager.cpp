@@ -1,0 +1,264 @@
+#include "CameraCell.h"
+#include "dialogs/cameras/CameraDraft.h"
+#include "dialogs/cameras/CameraNames.h"
+#include "dialogs/cameras/QCameraEditUI.h"
+#include "dialogs/cameras/QCameraManagerUI.h"
+
+#include <QTableView>
+
+namespace {
+
+/// The manager on a cell's cameras, and a hand for it and for the fields that it opens.
+struct Bench
+{
+    CameraCell cell;
+    QCameraManagerUI dialog{*cell.core, cell.config};
+    DialogDriver hand{dialog};
+    DialogDriver fields{*dialog.findChild<QCameraEditUI*>()};
+
+    Bench()
+    {
+        QObject::connect(&dialog, &QCameraManagerUI::camerasApplied,
+                         [this](const AuditChanges& changes) { cell.audit += changes; });
+        dialog.show();
+    }
+
+    QString at(int row, int column) const
+    {
+        return hand.get<QTableView>("table")->model()->index(row, column).data().toString();
+    }
+    int rows() const { return hand.get<QTableView>("table")->model()->rowCount(); }
+    void choose(int row) const { hand.get<QTableView>("table")->selectRow(row); }
+
+    void add(const QString& key, const QString& folder) const
+    {
+        hand.press("addButton");
+        fields.type("keyEdit", key);
+        fields.type("folderEdit", folder);
+        fields.press("okButton");
+    }
+};
+
+} // namespace
+
+class CameraManagerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void codesHaveTheNamesThatPlantsKnow()
+    {
+        QStringList types;
+        for (CameraType type : CameraNames::types())
+            types << CameraNames::of(type);
+        QCOMPARE(types.join('|'), "Unknown(0)|Virtual Camera(100)|BitFlow(110)|Gige(120)|USB Camera(130)|HIK(140)|"
+                                  "Vimba(150)|Baumer(160)|AdLink(170)|DaHua(180)|Basler(190)|PtGray(200)|"
+                                  "Euresys(220)|Dalsa(230)");
+        QCOMPARE(CameraNames::of(CameraType(210)), "Unknown(0)");
+        QStringList states;
+        for (int code = 0; code <= 5; ++code)
+            states << CameraNames::of(CameraState(code));
+        QCOMPARE(states.join('|'), "Uninitialized|Initialized|Opened|Running|Paused|Closed");
+        QStringList formats;
+        for (int code : {0, 1, 2, 3, 4, 5, 11, 12})
+            formats << CameraNames::of(PixelFormat(code));
+        QCOMPARE(formats.join('|'), "None|GRAY8|RGB24|RGB32|GRAY16|RGB48|BGR24|BGR32");
+    }
+
+    void listTellsHowTheCamerasDoAndWhoUsesThem()
+    {
+        Bench bench;
+        QCOMPARE(bench.rows(), 2);
+        QCOMPARE(bench.at(0, CameraDraft::Key), CameraCell::left());
+        QCOMPARE(bench.at(0, CameraDraft::Type), "Virtual Camera(100)");
+        QTRY_COMPARE(bench.at(0, CameraDraft::State), "Running");
+        QCOMPARE(bench.at(0, CameraDraft::Stations), "工位1");
+        QCOMPARE(bench.at(1, CameraDraft::Stations), "");
+        bench.cell.core->trigger({CameraCell::left()});
+        QTRY_COMPARE(bench.at(0, CameraDraft::Format), "GRAY8");
+        QDir(bench.cell.home.path("/images/2")).removeRecursively();
+        bench.cell.core->trigger({CameraCell::right()});
+        bench.cell.core->trigger({CameraCell::right()});
+        QTRY_VERIFY(bench.at(1, CameraDraft::Note).contains("images/2"));
+    }
+
+    void engineerAddsACameraAndItWorksAtOnce()
+    {
+        Bench bench;
+        const QByteArray before = bench.cell.file();
+        bench.add("第三台", "images/3");
+        QCOMPARE(bench.at(2, CameraDraft::Note), "新增，尚未应用");
+        QCOMPARE(bench.cell.file(), before);
+        bench.hand.press("applyButton");
+        QCOMPARE(bench.hand.message(), "已保存");
+        QVERIFY(bench.cell.file().contains("夜班"));
+        QTRY_COMPARE(bench.at(2, CameraDraft::State), "Running");
+        QCOMPARE(bench.cell.audited(), "camera/第三台:>Virtual Camera(100) camera/第三台/exposure_ms:>5 "
+                                       "camera/第三台/folder:>images/3 camera/第三台/transfer_ms:>10");
+        bench.choose(2);
+        bench.hand.press("modifyButton");
+        QVERIFY(bench.fields.get<QLineEdit>("keyEdit")->isReadOnly());
+        bench.fields.type("exposureEdit", "２.５");
+        bench.fields.press("okButton");
+        bench.hand.press("okButton");
+        QVERIFY(!bench.dialog.isVisible());
+        QCOMPARE(bench.cell.settings()->settings("第三台")["exposure_ms"].toDouble(), 2.5);
+        QVERIFY(bench.cell.audited().endsWith("camera/第三台/exposure_ms:5>2.5"));
+    }
+
+    void cancelLeavesTheCamerasAlone()
+    {
+        Bench bench;
+        const QByteArray before = bench.cell.file();
+        bench.add("新", "images/3");
+        bench.choose(0);
+        bench.hand.press("removeButton");
+        QVERIFY(bench.hand.message().contains("工位1"));
+        bench.hand.press("cancelButton");
+        QCOMPARE(bench.cell.file(), before);
+        QCOMPARE(bench.cell.core->cameraKeys(), QStringList({CameraCell::left(), CameraCell::right()}));
+        bench.dialog.show();
+        QCOMPARE(bench.rows(), 2);
+        QCOMPARE(bench.at(0, CameraDraft::Note), "");
+    }
+
+    void wrongFieldIsToldWhileItIsTyped_data()
+    {
+        QTest::addColumn<QByteArray>("field");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("no name") << QByteArray("keyEdit") << " "
+                                 << "不能为空";
+        QTest::newRow("taken") << QByteArray("keyEdit") << CameraCell::right() << "已有";
+        QTest::newRow("taken by a new one") << QByteArray("keyEdit") << "刚加的"
+                                            << "已有";
+        QTest::newRow("path") << QByteArray("keyEdit") << "a/b"
+                              << "“/”";
+        QTest::newRow("apostrophe") << QByteArray("keyEdit") << "a'b"
+                                    << "“'”";
+        QTest::newRow("endless") << QByteArray("keyEdit") << QString(65, 'x') << "64";
+        QTest::newRow("letters") << QByteArray("exposureEdit") << "1O"
+                                 << "曝光时间：“1O”不是数字";
+        QTest::newRow("comma") << QByteArray("transferEdit") << "1,5"
+                               << "不是数字";
+        QTest::newRow("negative") << QByteArray("exposureEdit") << "-1"
+                                  << "应在0到10000之间";
+        QTest::newRow("endless number") << QByteArray("exposureEdit") << "1e400"
+                                        << "不是数字";
+        QTest::newRow("no folder") << QByteArray("folderEdit") << ""
+                                   << "图像文件夹：不能为空";
+        QTest::newRow("full-width digits") << QByteArray("exposureEdit") << "１５．５"
+                                           << "";
+    }
+    void wrongFieldIsToldWhileItIsTyped()
+    {
+        QFETCH(QByteArray, field);
+        QFETCH(QString, typed);
+        QFETCH(QString, problem);
+        Bench bench;
+        bench.add("刚加的", "images/3");
+        bench.hand.press("addButton");
+        bench.fields.type("keyEdit", "cam 3-左.1");
+        bench.fields.type("folderEdit", "images/3");
+        QVERIFY2(bench.fields.canPress("okButton"), qPrintable(bench.fields.message()));
+        bench.fields.type(field, typed);
+        QVERIFY2(bench.fields.message().contains(problem), qPrintable(bench.fields.message()));
+        QCOMPARE(bench.fields.canPress("okButton"), problem.isEmpty());
+    }
+
+    void removingAStationsCameraAsksFirst()
+    {
+        Bench bench;
+        bench.choose(0);
+        bench.hand.press("removeButton");
+        bench.hand.press("okButton");
+        QVERIFY(bench.hand.question().contains("工位1不能拍照"));
+        bench.hand.shoot("cameras-remove");
+        bench.hand.press("noAnswer");
+        QVERIFY(bench.dialog.isVisible() && bench.cell.audit.isEmpty());
+        bench.hand.press("applyButton");
+        bench.hand.press("firstAnswer");
+        QCOMPARE(bench.cell.core->cameraKeys(), QStringList(CameraCell::right()));
+        QCOMPARE(bench.cell.audited(), "camera/左:Virtual Camera(100)>");
+        QVERIFY(bench.hand.message().contains("重新启动"));
+        bench.choose(0);
+        bench.hand.press("removeButton");
+        QVERIFY2(!bench.hand.canPress("okButton"), "without a camera the program does not start");
+        bench.hand.press("removeButton");
+        QVERIFY(bench.hand.canPress("okButton"));
+    }
+
+    void twoWindowsDoNotUndoEachOther()
+    {
+        Bench bench;
+        bench.add("新", "images/3");
+        bench.choose(1);
+        bench.hand.press("modifyButton");
+        QVERIFY(bench.cell.remove(CameraCell::right()) && bench.cell.add("新")); // as another window does
+        bench.fields.type("exposureEdit", "7");
+        bench.fields.press("okButton");
+        bench.hand.press("okButton");
+        QVERIFY(bench.dialog.isVisible());
+        QCOMPARE(bench.hand.message(), "已有名为“新”的相机");
+        QTRY_COMPARE(bench.rows(), 2); // the camera that is gone has gone from the list
+        bench.choose(1);
+        bench.hand.press("removeButton"); // the own draft of it
+        bench.hand.press("okButton");
+        QVERIFY(!bench.dialog.isVisible());
+        QCOMPARE(bench.cell.core->cameraKeys(), QStringList({CameraCell::left(), QStringLiteral("新")}));
+    }
+
+    void changeElsewhereOfTheSameCameraStays()
+    {
+        Bench bench;
+        bench.choose(0);
+        bench.hand.press("modifyButton");
+        bench.fields.type("exposureEdit", "7");
+        bench.fields.press("okButton");
+        QVERIFY(bench.cell.settings()->applySettings(CameraCell::left(), {{"transfer_ms", 44}}, nullptr));
+        bench.hand.press("okButton");
+        const QVariantMap now = bench.cell.settings()->settings(CameraCell::left());
+        QCOMPARE(now["exposure_ms"].toDouble(), 7.0);
+        QCOMPARE(now["transfer_ms"].toDouble(), 44.0);
+    }
+
+    void fileChangedByHandMeanwhileIsKept()
+    {
+        Bench bench;
+        bench.add("新", "images/3");
+        const QByteArray hand = R"({"note": "早班", "cameras": [{"key": "手", "type": 100}, {"key": "新"}]})";
+        bench.cell.home.write("/user/camera.json", hand);
+        bench.hand.press("okButton");
+        QVERIFY2(bench.hand.message().startsWith("未能保存，相机没有改变"), qPrintable(bench.hand.message()));
+        QCOMPARE(bench.cell.file(), hand);
+        bench.cell.home.write("/user/camera.json", QByteArray(hand).replace("新", "旧"));
+        bench.hand.press("okButton");
+        QVERIFY(!bench.dialog.isVisible());
+        QVERIFY(bench.cell.file().contains("早班") && bench.cell.file().contains("手"));
+    }
+
+    void everyTextFollowsTheLanguageAndFits()
+    {
+        Bench bench;
+        QTRY_COMPARE(bench.at(0, CameraDraft::State), "Running");
+        bench.cell.add("cam3");
+        bench.add("cam4", "images/4");
+        QTRY_COMPARE(bench.hand.clipped(), QStringList());
+        bench.hand.shoot("cameras-zh");
+        bench.hand.press("addButton");
+        bench.fields.type("keyEdit", "a:b");
+        QTRY_COMPARE(bench.fields.clipped(), QStringList());
+        bench.fields.shoot("camera-edit-zh");
+        const English english;
+        QTRY_COMPARE(bench.dialog.windowTitle(), "Cameras");
+        QTRY_COMPARE(bench.fields.chinese() + bench.hand.chinese(), QStringList());
+        QTRY_COMPARE(bench.fields.clipped() + bench.hand.clipped(), QStringList());
+        bench.fields.shoot("camera-edit-en");
+        bench.fields.press("cancelButton");
+        bench.hand.shoot("cameras-en");
+        QVERIFY(bench.dialog.minimumSizeHint().width() <= 1240);
+    }
+};
+
+QTEST_MAIN(CameraManagerTest)
+#include "tst_cameramanager.moc"

@@ -1,0 +1,137 @@
+#include "Resources.h"
+#include "dialogs/DialogDriver.h"
+#include "dialogs/about/QAboutUI.h"
+#include "dialogs/help/GuideView.h"
+#include "dialogs/help/QHelpUI.h"
+
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QTableWidget>
+#include <QTextBlock>
+
+namespace {
+
+const QString kGuides = QStringLiteral(VALVECELL_BIN_DIR "/docs");
+
+/// The help with the guides as they are shipped.
+struct Bench
+{
+    QHelpUI dialog{kGuides};
+    DialogDriver driver{dialog};
+    GuideView* page = driver.get<GuideView>("page");
+    QListWidget* contents = driver.get<QListWidget>("contents");
+
+    Bench() { dialog.show(); }
+
+    void click(QListWidgetItem* item) const
+    {
+        contents->scrollToItem(item);
+        QTest::mouseClick(contents->viewport(), Qt::LeftButton, {}, contents->visualItemRect(item).center());
+    }
+    QString atTop() const { return page->cursorForPosition({30, 25}).block().text(); }
+};
+
+} // namespace
+
+class HelpTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { initResources(); }
+
+    void operatorFindsWhatAnAngleMeans()
+    {
+        Bench bench;
+        QVERIFY(bench.contents->count() > 10);
+        for (const char* angle : {"361", "365", "999"}) {
+            bench.driver.type("searchEdit", angle);
+            QVERIFY2(bench.page->foundCount() > 0, angle);
+            QVERIFY(bench.page->viewport()->rect().contains(
+                bench.page->cursorRect(bench.page->extraSelections()[bench.page->current() - 1].cursor).center()));
+        }
+        const int count = bench.page->foundCount();
+        const int before = bench.page->current();
+        bench.driver.press("nextButton");
+        QCOMPARE(bench.page->current(), before % count + 1);
+        bench.driver.press("previousButton");
+        QCOMPARE(bench.page->current(), before);
+        bench.driver.shoot("help-search");
+        bench.driver.type("searchEdit", "没有这样的字");
+        QCOMPARE(bench.driver.message("foundLabel"), "没有找到");
+        QVERIFY(!bench.driver.canPress("nextButton"));
+    }
+
+    void contentsLeadToTheirChapters()
+    {
+        Bench bench;
+        for (int row : {3, 6, 1}) {
+            QListWidgetItem* item = bench.contents->item(row);
+            bench.click(item);
+            QCOMPARE(bench.atTop(), item->text().trimmed());
+        }
+    }
+
+    void guideFollowsTheLanguage()
+    {
+        Bench bench;
+        const int chapters = bench.contents->count();
+        bench.driver.shoot("help");
+        const English english;
+        QTRY_COMPARE(bench.dialog.windowTitle(), "Help");
+        QVERIFY(bench.page->source().path().endsWith("/user-guide.md"));
+        QCOMPARE(bench.contents->count(), chapters);
+        QCOMPARE(bench.driver.chinese(), QStringList());
+        QTRY_COMPARE(bench.driver.clipped(), QStringList());
+        bench.driver.shoot("help-en");
+    }
+
+    void everyPictureOfTheGuidesIsShipped()
+    {
+        for (const char* guide : {"/user-guide.md", "/user-guide.zh-CN.md"}) {
+            GuideView page;
+            QVERIFY(page.open(kGuides + QLatin1String(guide)));
+            int pictures = 0;
+            for (QTextBlock block = page.document()->begin(); block.isValid(); block = block.next()) {
+                for (auto it = block.begin(); !it.atEnd(); ++it) {
+                    const QTextImageFormat picture = it.fragment().charFormat().toImageFormat();
+                    if (!picture.isValid())
+                        continue;
+                    ++pictures;
+                    QVERIFY2(QFile::exists(kGuides + '/' + picture.name()), qPrintable(picture.name()));
+                }
+            }
+            QVERIFY(pictures >= 3);
+        }
+    }
+
+    void missingGuideIsTold()
+    {
+        QHelpUI dialog(QStringLiteral("/nowhere"));
+        QVERIFY(dialog.findChild<GuideView*>("page")->toPlainText().startsWith("没有找到手册：/nowhere"));
+    }
+
+    void aboutNamesVersionAndLicenceOfEveryPart()
+    {
+        QAboutUI about;
+        about.show();
+        const DialogDriver driver(about);
+        const auto* table = driver.get<QTableWidget>("table");
+        for (int row = 0; row < table->rowCount(); ++row) {
+            QVERIFY(!table->item(row, 0)->text().isEmpty() && !table->item(row, 3)->text().isEmpty());
+            if (row < 4)
+                QVERIFY2(table->item(row, 1)->text().at(0).isDigit(), qPrintable(table->item(row, 0)->text()));
+        }
+        QVERIFY(driver.get<QPlainTextEdit>("licenceText")->toPlainText().startsWith("MIT License"));
+        QTRY_COMPARE(driver.clipped(), QStringList());
+        driver.shoot("about");
+        const English english;
+        QTRY_COMPARE(about.windowTitle(), "About");
+        QCOMPARE(driver.chinese(), QStringList());
+        QTRY_COMPARE(driver.clipped(), QStringList());
+        driver.shoot("about-en");
+    }
+};
+
+QTEST_MAIN(HelpTest)
+#include "tst_help.moc"
