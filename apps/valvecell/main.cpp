@@ -1,6 +1,8 @@
 // The host process: loads the program's library, shows it, and takes it down when the window closes or the process is
 // told to end.
 
+#include "LoopWatch.h"
+
 #include <valvecell/HomeFiles.h>
 #include <valvecell/IMainWidget.h>
 
@@ -73,10 +75,13 @@ int runProgram(const QString& screenshot)
 
 int main(int argc, char** argv)
 {
+    QElapsedTimer start;
+    start.start();
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("ValveCell"));
+    const LoopWatch watch(start);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Locates the valve hole on wheel hubs at two stations."));

@@ -12,19 +12,23 @@
 
 class AutoTrigger;
 class CZdCtrl;
+class CellMonitor;
 class CellRecords;
 class CellStatusBar;
-class ImageRouter;
+class DeviceActions;
 class LanguageSwitch;
-class ModuleRelay;
-class PlcLink;
-class ResultHandler;
-class RoadTimer;
-class TriggerDispatch;
+class LicenceDesk;
+class WindowLook;
+class SettingsEffects;
+class StationAccounts;
+class StationPanels;
+class TestMode;
+class TriggerRoad;
+class ViewMenu;
 class WindowActions;
 class ksImageCaliUI;
 class ksImageCaliUI4P;
-struct StationReading;
+class ksImgViewer;
 
 namespace SystemLog {
 class WarningForward;
@@ -53,12 +57,19 @@ public slots:
     void onAppanalysis(SComFrame frame);
     void onHeardBit();
     void onShowImage(int station, const QImage& image);
+    /// For the station with that solution.
+    void onShowImage(const QString& solution, const QImage& image);
     void onShowLog(int station, const QString& text);
     void onShowName(const QString& station, const QString& label);
     void onSelModel(int station, const QString& model);
+    /// The licence check or the registration dialog found the system registered, or not.
+    void onLineseCheck(bool registered);
     void onLogInOut(const QString& name, int level, int state);
     void onImageScale(qreal scale);
-    void onSystemLog(const QString& text);
+    /// Opens the pop-up menu of the viewer that sends it.
+    void onPopMenu(const QPoint& position);
+    /// Switches the language of every open window, and keeps the choice.
+    void onLanguageChange(const QString& language);
     void onActionClicked();
     /// One of QTestWidget::TestMode.
     void onTestMode(int mode);
@@ -68,6 +79,7 @@ public slots:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     // The start-up, in its order; each step is a line of the constructor.
@@ -76,7 +88,9 @@ private:
     void loadSettings();
     void loadGlobalConfig();
     void applyLanguage();
+    void dress();
     void createWorkflow();
+    void createInfoActions();
     void loadModules();
     void openSerialPort();
     void createUserControl();
@@ -87,42 +101,46 @@ private:
     void openResultDatabase();
     void createAutoTrigger();
     void connectTestMode();
+    void connectSettings();
     void createController();
     void connectStations();
     void selectRunModels();
     void createCalibrations();
+    void checkLicence();
     void startStatusTick();
     void readEngineList();
     void enableStations();
     void layOutForCameras();
 
-    void onReading(int station, const StationReading& reading);
-    QStringList cameraKeys() const;
-
     std::unique_ptr<Ui::CMainWin> m_ui;
     std::unique_ptr<SystemLog::WarningForward> m_warnings;
     std::unique_ptr<LanguageSwitch> m_language;
-    std::shared_ptr<ModuleRelay> m_relay; ///< shared with the modules' callbacks
     ModuleSet m_modules;
     std::unique_ptr<ISerialPort> m_serialPort;
     std::unique_ptr<IUserCtrl> m_userCtrl;
 
-    std::unique_ptr<PlcLink> m_link;
-    std::unique_ptr<TriggerDispatch> m_dispatch;
-    std::unique_ptr<ImageRouter> m_router;
-    std::unique_ptr<ResultHandler> m_results;
-    std::unique_ptr<RoadTimer> m_road;
+    std::unique_ptr<TriggerRoad> m_road;
     std::unique_ptr<CellRecords> m_records;
     std::unique_ptr<CZdCtrl> m_controller;
     std::unique_ptr<AutoTrigger> m_autoTrigger;
+    std::unique_ptr<TestMode> m_testMode;
 
     std::unique_ptr<ksImageCaliUI> m_twoPoint;
     std::unique_ptr<ksImageCaliUI4P> m_fourPoint;
+    std::unique_ptr<LicenceDesk> m_licence;
+    std::unique_ptr<SettingsEffects> m_effects;
+    std::unique_ptr<StationAccounts> m_accounts;
+    std::unique_ptr<CellMonitor> m_monitor;
+    ksImgViewer* m_ImgViewer_A = nullptr; ///< of station 1
+    ksImgViewer* m_ImgViewer_B = nullptr; ///< of station 2
+    StationPanels* m_panels = nullptr;
+    ViewMenu* m_viewMenu = nullptr;
+    WindowLook* m_look = nullptr;
     WindowActions* m_actions = nullptr;
+    DeviceActions* m_devices = nullptr;
     CellStatusBar* m_status = nullptr;
     QTimer m_heartbeat;
     int m_statusTimer = 0;
     QStringList m_engineList;
-    int m_testIntervalMs = 1000;
     bool m_stationEnabled[2] = {false, false};
 };

@@ -1,5 +1,6 @@
 #include "host/LanguageSwitch.h"
 
+#include "config/ksSysConfig.h"
 #include "platform/AppHome.h"
 
 #include <QCoreApplication>
@@ -18,6 +19,16 @@ void LanguageSwitch::apply(const QString& language)
     loadFolder(shipped);
     if (own != shipped)
         loadFolder(own);
+}
+
+void LanguageSwitch::choose(const QString& language)
+{
+    apply(language);
+    ksSysConfig& settings = *ksSysConfig::instance();
+    if (settings.language == language)
+        return;
+    settings.language = language;
+    settings.save();
 }
 
 void LanguageSwitch::loadFolder(const QString& path)

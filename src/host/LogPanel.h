@@ -1,14 +1,51 @@
 #pragma once
 
-#include <QPlainTextEdit>
+#include <QStringList>
+#include <QTimer>
+#include <QWidget>
 
-/// A station's log lines, newest at the end; old ones fall off.
-class LogPanel : public QPlainTextEdit
+#include <deque>
+#include <memory>
+
+namespace Ui {
+class LogPanel;
+}
+
+/// A station's log lines, newest at the end, coloured by their kind; old ones fall off. Lines that come in quick
+/// succession are shown together, so that a line costs the caller next to nothing. GUI thread.
+class LogPanel : public QWidget
 {
     Q_OBJECT
 
 public:
-    explicit LogPanel(QWidget* parent = nullptr);
+    static constexpr int maxLines = 2000;
 
-    void append(const QString& line) { appendPlainText(line); }
+    explicit LogPanel(QWidget* parent = nullptr);
+    ~LogPanel() override;
+
+    void setStation(int number);
+    void append(const QString& line);
+
+    /// The lines that are kept and that the filter lets through, oldest first.
+    QStringList shownLines() const;
+
+public slots:
+    /// The selected lines, or all that are shown, to the clipboard.
+    void copy() const;
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    bool isShown(const QString& line) const;
+    void showPending();
+    void showAll();
+    void retranslate();
+
+    std::unique_ptr<Ui::LogPanel> m_ui;
+    int m_number = 0;
+    std::deque<QString> m_lines;
+    QStringList m_pending; ///< kept, and not shown yet
+    QTimer m_flush;
+    QTimer m_filter; ///< waits for the end of typing
 };

@@ -17,7 +17,7 @@ QString translated(const char* text)
 void critical(const QString& title, const QString& text)
 {
     QMessageBox box(QMessageBox::Critical, title, text, QMessageBox::Yes);
-    box.button(QMessageBox::Yes)->setText(QStringLiteral("确认"));
+    box.button(QMessageBox::Yes)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "确认")));
     box.setWindowIcon(QIcon(QStringLiteral(":/image/vantor")));
     box.exec();
 }
@@ -56,10 +56,11 @@ void portNotOpen(QWidget* parent, const QString& port, const QString& baudRate)
 
 bool confirmClose(QWidget* parent)
 {
-    QMessageBox box(QMessageBox::Warning, QStringLiteral("警告"), QStringLiteral("本检测系统正在运行，您真的要关闭？"),
+    QMessageBox box(QMessageBox::Warning, translated(QT_TRANSLATE_NOOP("CMainWin", "警告")),
+                    translated(QT_TRANSLATE_NOOP("CMainWin", "本检测系统正在运行，您真的要关闭？")),
                     QMessageBox::Ok | QMessageBox::Cancel, parent);
-    box.button(QMessageBox::Ok)->setText(QStringLiteral("确定"));
-    box.button(QMessageBox::Cancel)->setText(QStringLiteral("取消"));
+    box.button(QMessageBox::Ok)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "确定")));
+    box.button(QMessageBox::Cancel)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "取消")));
     box.setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
     return box.exec() == QMessageBox::Ok;
 }

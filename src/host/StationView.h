@@ -1,16 +1,19 @@
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
 
+class ksImgViewer;
+struct DayCount;
 struct StationReading;
 
 namespace Ui {
 class StationView;
 }
 
-/// One station on the screen: its model, its picture and its last reading.
+/// One station on the screen: its model, its picture, its last reading and its day. GUI thread.
 class StationView : public QWidget
 {
     Q_OBJECT
@@ -19,15 +22,37 @@ public:
     explicit StationView(QWidget* parent = nullptr);
     ~StationView() override;
 
+    ksImgViewer* viewer() const;
+
     void setStation(int number);
-    void setImage(const QImage& image);
+    /// Puts the reading beside the picture, where the view has the window for itself, or below it.
+    void setWide(bool wide);
     void setModelLabel(const QString& richText);
     void setReading(const StationReading& reading);
+    void setCount(const DayCount& count);
     void hideReading();
 
-signals:
-    void sgImageScale(qreal scale);
+    /// A trigger was taken at this moment; the last reading goes when no other follows soon.
+    void triggered();
+    /// A trigger was refused at this moment.
+    void refused();
+
+protected:
+    void changeEvent(QEvent* event) override;
 
 private:
+    enum State { Idle, Waiting, Found, NotFound, Refused };
+
+    void arrange(bool wide);
+    void retranslate();
+    void show(State state);
+    void showTip();
+    void stampTime();
+
     std::unique_ptr<Ui::StationView> m_ui;
+    int m_number = 0;
+    QString m_label; ///< the model label as it was told
+    QString m_tip;   ///< the engine's
+    State m_state = Idle;
+    QTimer m_overdue;
 };

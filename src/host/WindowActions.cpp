@@ -1,5 +1,6 @@
 #include "host/WindowActions.h"
 
+#include "config/AccessPolicy.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
@@ -10,6 +11,7 @@
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "dialogs/testmode/QTestWidget.h"
 #include "host/Messages.h"
+#include "host/ShowDialog.h"
 #include "modules/ModuleSet.h"
 #include "platform/ModuleFiles.h"
 #include "workflow/CZdCtrl.h"
@@ -21,24 +23,11 @@
 #include <QMainWindow>
 #include <QProcess>
 
-namespace {
-
-template <typename Dialog>
-void showDialog(Dialog* dialog)
-{
-    if (!dialog->isVisible())
-        dialog->setWindowFlags(Qt::Dialog | Qt::WindowCloseButtonHint);
-    dialog->show();
-    dialog->raise();
-    dialog->activateWindow();
-}
-
-} // namespace
-
 WindowActions::WindowActions(QMainWindow* window, const ModuleSet& modules)
     : QObject(window)
     , m_window(window)
     , m_modules(modules)
+    , m_gate(*AccessPolicy::instance())
     , m_test(new QTestWidget(window))
 {
     connect(m_test, &QTestWidget::sgTestMode, this, &WindowActions::sgTestMode);
@@ -51,6 +40,40 @@ void WindowActions::setCalibrations(ksImageCaliUI* twoPoint, ksImageCaliUI4P* fo
 {
     m_twoPoint = twoPoint;
     m_fourPoint = fourPoint;
+    for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{twoPoint, fourPoint}) {
+        if (dialog)
+            connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);
+    }
+}
+
+void WindowActions::setUserControl(IUserCtrl* userCtrl)
+{
+    m_userCtrl = userCtrl;
+    if (!userCtrl)
+        return;
+    connect(userCtrl, &IUserCtrl::sgCurrentUserInfo, this, [this](const QString&, int level) { onUserChanged(level); });
+}
+
+void WindowActions::onUserChanged(int level)
+{
+    m_gate.setLevel(level);
+    if (m_gate.allowsEngineering())
+        return;
+    for (QDialog* dialog :
+         std::initializer_list<QDialog*>{m_indexTable, m_modelManager, m_settings, m_twoPoint, m_fourPoint}) {
+        if (dialog)
+            dialog->reject();
+    }
+    emit engineeringEnded();
+}
+
+void WindowActions::askForRights()
+{
+    emit message(tr("需要工程师权限，请先登录"));
+    if (m_userCtrl)
+        m_userCtrl->showLogInDialog(m_window);
+    else
+        messages::notEnabled();
 }
 
 void WindowActions::trigger(const QString& name)
@@ -65,10 +88,13 @@ void WindowActions::trigger(const QString& name)
         {"main_action_userManager", &WindowActions::showUserManager},
         {"actionStandard", &WindowActions::openCalibration},
     };
+    if (!m_gate.allows(name))
+        return askForRights();
     for (const auto& [known, act] : actions) {
         if (name == QLatin1String(known))
             return (this->*act)();
     }
+    emit otherTriggered(name);
 }
 
 void WindowActions::openDesigner()
@@ -127,8 +153,10 @@ void WindowActions::openTest()
 void WindowActions::openSettings()
 {
     if (!m_settings) {
-        m_settings = new QSystemSettingUI(*ksSysConfig::instance(), *ksGlobalConfig::instance(), m_window);
+        m_settings = new QSystemSettingUI(*ksSysConfig::instance(), *ksGlobalConfig::instance(),
+                                          *AccessPolicy::instance(), m_window);
         connect(m_settings, &QSystemSettingUI::settingsApplied, this, &WindowActions::logChanges);
+        connect(m_settings, &QSystemSettingUI::settingsApplied, this, &WindowActions::settingsApplied);
     }
     ICoreCtrl* core = m_modules.coreCtrl();
     m_settings->setCameras(core ? core->cameraKeys() : QStringList());
@@ -169,7 +197,6 @@ void WindowActions::openIndexTable()
     showDialog(m_indexTable);
 }
 
-/// Who changed which setting from what to what.
 void WindowActions::logChanges(const AuditChanges& changes)
 {
     const QString user = m_userCtrl ? m_userCtrl->currentUserName() : QString();

@@ -1,60 +1,16 @@
+#include "WindowDriver.h"
 #include "host/CMainWin.h"
 #include "host/CellStatusBar.h"
 #include "host/LanguageSwitch.h"
-#include "support/TempHome.h"
 
 #include <valvecell/IMainWidget.h>
 
 #include <QLabel>
 #include <QLibrary>
-#include <QMessageBox>
 #include <QProcess>
-#include <QPushButton>
 #include <QSettings>
-#include <QTimer>
 
 namespace {
-
-/// Presses a button of every message box that comes up, and keeps what the boxes said.
-class BoxPresser : public QObject
-{
-public:
-    explicit BoxPresser(QMessageBox::StandardButton button, bool print = false)
-    {
-        connect(&m_poll, &QTimer::timeout, this, [this, button, print] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (!box)
-                return;
-            said << box->windowTitle() + QLatin1Char('|') + box->text() + QLatin1Char('|') +
-                        box->button(button)->text();
-            if (print)
-                std::puts(qUtf8Printable(said.last()));
-            box->button(button)->click();
-        });
-        m_poll.start(5);
-    }
-
-    QStringList said;
-
-private:
-    QTimer m_poll;
-};
-
-void writeCameras(const TempHome& home, int count)
-{
-    QStringList cameras;
-    for (int i = 1; i <= count; ++i) {
-        home.write(QStringLiteral("/images/%1/none.txt").arg(i), "no image");
-        cameras << QStringLiteral(R"({"key": "cam%1", "type": 100, "folder": "images/%1"})").arg(i);
-    }
-    home.write("/user/camera.json", "{\"cameras\": [" + cameras.join(',').toUtf8() + "]}");
-}
-
-void writeSolutions(const TempHome& home, const QStringList& names)
-{
-    for (const QString& name : names)
-        home.write("/user/solutions/" + name + "/solution.json", "{\"name\": \"" + name.toUtf8() + "\"}");
-}
 
 /// A start-up that must end its process; what its box said goes to the standard output.
 int fatalChild()

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QColor>
+
+/// The colours of the window, light or dark, for what a widget paints itself.
+struct LookColors
+{
+    struct Sign
+    {
+        QColor ink;
+        QColor ground;
+    };
+
+    QColor window;
+    QColor card; ///< the ground of what stands out from the window
+    QColor border;
+    QColor text;
+    QColor faint; ///< captions and what matters less
+    QColor accent;
+    Sign good;
+    Sign caution;
+    Sign bad;
+};
+
+/// Those of the application's present palette. GUI thread.
+const LookColors& lookColors();
+
+/// Those of one look.
+const LookColors& lookColors(bool dark);

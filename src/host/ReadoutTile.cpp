@@ -1,0 +1,106 @@
+#include "host/ReadoutTile.h"
+
+#include "host/LookColors.h"
+
+#include <QPainter>
+
+namespace {
+
+constexpr int kCaptionPixels = 13;
+constexpr int kSmallestDigits = 11;
+constexpr int kMargin = 6;
+
+LookColors::Sign colorsOf(ReadoutTile::Sign sign)
+{
+    const LookColors& colors = lookColors();
+    switch (sign) {
+    case ReadoutTile::Good:
+        return colors.good;
+    case ReadoutTile::Caution:
+        return colors.caution;
+    case ReadoutTile::Bad:
+        return colors.bad;
+    case ReadoutTile::Faint:
+        return {colors.faint, colors.window};
+    case ReadoutTile::Plain:
+        break;
+    }
+    return {colors.text, colors.window};
+}
+
+QFont captionFont(QFont font)
+{
+    font.setPixelSize(kCaptionPixels);
+    return font;
+}
+
+} // namespace
+
+ReadoutTile::ReadoutTile(QWidget* parent)
+    : QWidget(parent)
+{
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+void ReadoutTile::setCaption(const QString& caption)
+{
+    m_caption = caption;
+    update();
+}
+
+void ReadoutTile::setValue(const QString& value, Sign sign)
+{
+    if (value == m_value && sign == m_sign)
+        return;
+    m_value = value;
+    m_sign = sign;
+    update();
+}
+
+QSize ReadoutTile::sizeHint() const
+{
+    return {2 * minimumSizeHint().width(), minimumSizeHint().height()};
+}
+
+QSize ReadoutTile::minimumSizeHint() const
+{
+    const int digits = qMin(m_maximumDigits, 24);
+    return {3 * digits, digits + 2 * kMargin + (m_caption.isEmpty() ? 0 : kCaptionPixels)};
+}
+
+QFont ReadoutTile::fitting(const QRect& room) const
+{
+    QFont result = font();
+    result.setBold(true);
+    result.setPixelSize(qBound(kSmallestDigits, room.height() * 9 / 10, m_maximumDigits));
+    while (result.pixelSize() > kSmallestDigits && QFontMetrics(result).horizontalAdvance(m_value) > room.width())
+        result.setPixelSize(result.pixelSize() - 1);
+    return result;
+}
+
+void ReadoutTile::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    const LookColors::Sign colors = colorsOf(m_sign);
+    if (m_grounded) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colors.ground);
+        painter.drawRoundedRect(QRectF(rect()), 6, 6);
+    }
+    QRect room = rect().adjusted(kMargin, 2, -kMargin, -2);
+    if (!m_caption.isEmpty()) {
+        painter.setFont(captionFont(font()));
+        painter.setPen(lookColors().faint);
+        const int height = painter.fontMetrics().height();
+        painter.drawText(room.left(), room.top() + painter.fontMetrics().ascent(), m_caption);
+        room.setTop(room.top() + height);
+    }
+    painter.setFont(fitting(room));
+    painter.setPen(colors.ink);
+    const int alignment = m_caption.isEmpty() ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter;
+    // Digits are never cut off: a wrong value would be read. Only a long text, which is as small as it gets, may be.
+    const bool cut = painter.font().pixelSize() <= kSmallestDigits;
+    painter.drawText(room, alignment | Qt::TextDontClip,
+                     cut ? painter.fontMetrics().elidedText(m_value, Qt::ElideRight, room.width()) : m_value);
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QWidget>
+
+/// A value with its caption, in digits as large as the room allows. It paints itself: another value costs one small
+/// paint and never moves its neighbours. GUI thread.
+class ReadoutTile : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QString caption READ caption WRITE setCaption)
+    Q_PROPERTY(int maximumDigits READ maximumDigits WRITE setMaximumDigits)
+
+public:
+    enum Sign { Plain, Faint, Good, Caution, Bad };
+
+    explicit ReadoutTile(QWidget* parent = nullptr);
+
+    /// A small text above the value; none when it is empty.
+    QString caption() const { return m_caption; }
+    void setCaption(const QString& caption);
+
+    /// The largest height of the value's font, pixels.
+    int maximumDigits() const { return m_maximumDigits; }
+    void setMaximumDigits(int pixels) { m_maximumDigits = pixels; }
+
+    QString value() const { return m_value; }
+    Sign sign() const { return m_sign; }
+    void setValue(const QString& value, Sign sign = Plain);
+    /// Whether the sign colours the ground, too.
+    void setGrounded(bool grounded) { m_grounded = grounded; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QFont fitting(const QRect& room) const;
+
+    QString m_caption;
+    QString m_value;
+    Sign m_sign = Plain;
+    int m_maximumDigits = 64;
+    bool m_grounded = false;
+};

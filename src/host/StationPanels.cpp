@@ -1,0 +1,70 @@
+#include "host/StationPanels.h"
+
+#include "host/LogPanel.h"
+#include "host/StationView.h"
+#include "viewer/ksImgViewer.h"
+#include "workflow/DayCounts.h"
+#include "workflow/ResultHandler.h"
+
+StationPanels::StationPanels(Panel first, Panel second, QObject* parent)
+    : QObject(parent)
+    , m_panels{first, second}
+{
+    for (int station = 1; station <= 2; ++station) {
+        panel(station)->view->setStation(station);
+        panel(station)->log->setStation(station);
+    }
+}
+
+StationPanels::Panel* StationPanels::panel(int station)
+{
+    return station == 1 || station == 2 ? &m_panels[station - 1] : nullptr;
+}
+
+void StationPanels::showSecond(bool shown)
+{
+    m_panels[0].view->setWide(!shown);
+    m_panels[1].view->setVisible(shown);
+    m_panels[1].log->setVisible(shown);
+}
+
+void StationPanels::soon(int station, const std::function<void(const Panel&)>& show)
+{
+    if (const Panel* own = panel(station))
+        m_pace.later([show, own] { show(*own); });
+}
+
+void StationPanels::showImage(int station, const QImage& image)
+{
+    soon(station, [image](const Panel& own) { own.view->viewer()->setImage(image); });
+}
+
+void StationPanels::showReading(int station, const StationReading& reading)
+{
+    soon(station, [reading](const Panel& own) { own.view->setReading(reading); });
+}
+
+void StationPanels::showModelLabel(int station, const QString& richText)
+{
+    soon(station, [richText](const Panel& own) { own.view->setModelLabel(richText); });
+}
+
+void StationPanels::showLog(int station, const QString& line)
+{
+    soon(station, [line](const Panel& own) { own.log->append(line); });
+}
+
+void StationPanels::showCount(int station, const DayCount& count)
+{
+    soon(station, [count](const Panel& own) { own.view->setCount(count); });
+}
+
+void StationPanels::showTrigger(int station)
+{
+    soon(station, [](const Panel& own) { own.view->triggered(); });
+}
+
+void StationPanels::showRefusal(int station)
+{
+    soon(station, [](const Panel& own) { own.view->refused(); });
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "host/ScreenPace.h"
+
+class LogPanel;
+class QImage;
+class StationView;
+struct DayCount;
+struct StationReading;
+
+/// What each station has on the screen, by the number of the station; anything of another number is not shown. GUI
+/// thread.
+class StationPanels : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Panel
+    {
+        StationView* view;
+        LogPanel* log;
+    };
+
+    /// The widgets outlive this object.
+    StationPanels(Panel first, Panel second, QObject* parent);
+
+    /// The second station's display; the first station takes its room while it is hidden.
+    void showSecond(bool shown);
+
+public slots:
+    void showImage(int station, const QImage& image);
+    void showReading(int station, const StationReading& reading);
+    void showModelLabel(int station, const QString& richText);
+    void showLog(int station, const QString& line);
+    void showCount(int station, const DayCount& count);
+    void showTrigger(int station);
+    void showRefusal(int station);
+
+private:
+    Panel* panel(int station);
+    /// Shows it a little later, so that the reply to the PLC goes first.
+    void soon(int station, const std::function<void(const Panel&)>& show);
+
+    ScreenPace m_pace;
+    Panel m_panels[2];
+};

@@ -1,0 +1,159 @@
+#include "WindowDriver.h"
+#include "config/AccessPolicy.h"
+#include "config/ksGlobalData.h"
+#include "dialogs/DialogDriver.h"
+#include "dialogs/registration/QCryptokeyUI.h"
+#include "dialogs/settings/QSystemSettingUI.h"
+#include "host/CMainWin.h"
+#include "host/LanguageSwitch.h"
+#include "licence/Licence.h"
+#include "licence/RsaKey.h"
+#include "platform/PseudoTerminal.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QPlainTextEdit>
+
+namespace {
+
+/// The program in a home of its own, operated by its actions.
+struct Program
+{
+    TempHome home;
+    std::unique_ptr<CMainWin> window;
+
+    void start()
+    {
+        writeStations(home, 2);
+        const BoxPresser noPort(QMessageBox::Yes);
+        window = std::make_unique<CMainWin>();
+        window->show();
+    }
+    void act(const char* action) const { window->findChild<QAction*>(action)->trigger(); }
+
+    /// The dialog of that class, if it is on the screen.
+    template <typename Dialog = QDialog>
+    Dialog* open(const char* className) const
+    {
+        const auto all = QApplication::topLevelWidgets();
+        for (QWidget* widget : all) {
+            if (widget->isVisible() && widget->inherits(className))
+                return static_cast<Dialog*>(widget);
+        }
+        return nullptr;
+    }
+    bool isBannerShown() const { return window->findChild<QWidget*>("registerBanner")->isVisible(); }
+};
+
+} // namespace
+
+class SettingsInUseTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void otherPortAndLanguageAreUsedAtOnce()
+    {
+        platform::PseudoTerminal plc;
+        QVERIFY2(plc.open(QIODevice::ReadWrite), qPrintable(plc.errorString()));
+        QByteArray heard;
+        connect(&plc, &QIODevice::readyRead, [&] { heard += plc.readAll(); });
+        Program program;
+        program.start();
+        program.act("actionSystem");
+        auto* dialog = program.open("QSystemSettingUI");
+        QVERIFY(dialog);
+        const DialogDriver driver(*dialog);
+        driver.type("portEdit", plc.farEnd());
+        auto* languages = driver.get<QComboBox>("languageBox");
+        languages->setCurrentIndex(languages->findData("English"));
+        driver.press("applyButton");
+        QTRY_VERIFY2(heard.contains("\xAA\x55"), "no heartbeat on the new port");
+        QTRY_COMPARE(dialog->windowTitle(), QStringLiteral("System settings"));
+        LanguageSwitch().apply("Chinese");
+    }
+
+    void engineeringNeedsAnEngineer()
+    {
+        Program program;
+        program.home.write("/user/access.json", "{\"engineer_only\": true}");
+        program.start();
+        for (const char* action : {"actionSystem", "actionManage", "actionStandard", "actionSetting"}) {
+            program.act(action);
+            QDialog* logIn = program.open("NewUserDialog");
+            QVERIFY2(logIn && QApplication::topLevelWidgets().contains(logIn), action);
+            QVERIFY2(!program.open("QSystemSettingUI") && !program.open("QModelMangerUI"), action);
+            QVERIFY2(!program.open("CalibrationDialog"), action);
+            if (qstrcmp(action, "actionSetting") != 0)
+                logIn->reject();
+        }
+        program.act("actionTest");
+        QVERIFY2(program.open("QTestWidget"), "what an operator does needs nobody's leave");
+        QDialog* first = program.open("NewUserDialog");
+        const DialogDriver driver(*first);
+        driver.type("nameEdit", "boss");
+        driver.type("passwordEdit", "correct horse");
+        driver.type("againEdit", "correct horse");
+        QPointer<QDialog> gone(first);
+        first->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        QTRY_VERIFY_WITH_TIMEOUT(!gone || !gone->isVisible(), 30'000);
+        program.act("actionSystem");
+        program.act("actionManage");
+        QVERIFY(program.open("QSystemSettingUI") && program.open("QModelMangerUI"));
+        const BoxPresser yes(QMessageBox::Yes);
+        program.act("main_Login_action"); // logs out
+        QVERIFY(!program.open("QSystemSettingUI") && !program.open("QModelMangerUI"));
+        QVERIFY(program.open("QTestWidget"));
+    }
+
+    void spoiledPolicyRestricts_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<bool>("restricted");
+        QTest::newRow("missing") << QByteArray() << false;
+        QTest::newRow("off") << QByteArray("{\"engineer_only\": false}") << false;
+        QTest::newRow("no truth value") << QByteArray("{\"engineer_only\": \"no\"}") << true;
+        QTest::newRow("emptied") << QByteArray("{}") << true;
+        QTest::newRow("cut off") << QByteArray("{\"engineer_only\": fal") << true;
+    }
+    void spoiledPolicyRestricts()
+    {
+        QFETCH(QByteArray, file);
+        const TempHome home;
+        if (!file.isEmpty())
+            home.write("/user/access.json", file);
+        AccessPolicy policy;
+        policy.load();
+        QTEST(policy.engineerOnly, "restricted");
+    }
+
+    void licenceTakesTheBannerAway()
+    {
+        QFile secret(QStringLiteral(VALVECELL_BIN_DIR "/../licence/private.pem"));
+        if (!secret.open(QIODevice::ReadOnly))
+            QSKIP("built with a vendor's key");
+        const Rsa::PrivateKey key(secret.readAll());
+        Program program;
+        program.start();
+        QVERIFY(program.isBannerShown());
+        program.act("actionRegister");
+        auto* dialog = program.open("QCryptokeyUI");
+        QVERIFY(dialog && dialog->isModal() && dialog->parentWidget() == program.window.get());
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("注册"));
+        const DialogDriver driver(*dialog);
+        const QDate today = QDate::currentDate();
+        const Licence licence{"演示", driver.text("codeEdit"), 2, today, today.addDays(40)};
+        const QByteArray payload = LicenceText::payload(licence);
+        driver.get<QPlainTextEdit>("licenceEdit")
+            ->setPlainText(QString::fromUtf8(LicenceText::sealed(payload, key.sign(payload))));
+        driver.press("registerButton");
+        QVERIFY(!program.isBannerShown() && ksGlobalData::instance()->registered);
+        program.window.reset();
+        program.start();
+        QVERIFY2(!program.isBannerShown(), "the licence is found at the next start");
+    }
+};
+
+QTEST_MAIN(SettingsInUseTest)
+#include "tst_settingsinuse.moc"

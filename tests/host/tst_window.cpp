@@ -1,0 +1,291 @@
+#include "WindowDriver.h"
+#include "config/ksSysConfig.h"
+#include "host/AlarmStrip.h"
+#include "host/CMainWin.h"
+#include "host/LogPanel.h"
+#include "host/ReadoutTile.h"
+#include "host/StationView.h"
+#include "render/SpecDraw.h"
+#include "render/WheelRenderer.h"
+#include "support/Look.h"
+#include "workflow/AlarmBook.h"
+#include "workflow/DayCounts.h"
+#include "workflow/ResultHandler.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QTextBlock>
+#include <QToolBar>
+
+namespace {
+
+const QImage& wheelImage()
+{
+    static const QImage image = [] {
+        const wheel::WheelSpec spec =
+            wheel::drawWheel(*wheel::findDesign("five"), wheel::Difficulty::Easy, {1280, 1024}, 5, true);
+        const cv::Mat mat = wheel::renderWheel(spec).image;
+        return QImage(mat.data, mat.cols, mat.rows, static_cast<int>(mat.step), QImage::Format_Grayscale8).copy();
+    }();
+    return image;
+}
+
+std::unique_ptr<CMainWin> startWindow()
+{
+    const BoxPresser noPort(QMessageBox::Yes);
+    return std::make_unique<CMainWin>();
+}
+
+StationReading reading(bool found, const QString& tip = {})
+{
+    return {found, found ? 213.417 : 361.0, 1024.508, -87.251, tip, 21.5};
+}
+
+const ReadoutTile* tile(const QWidget& view, const char* name)
+{
+    return view.findChild<ReadoutTile*>(QLatin1String(name) + QLatin1String("Tile"));
+}
+
+QPlainTextEdit* linesOf(const LogPanel& panel)
+{
+    return panel.findChild<QPlainTextEdit*>("view");
+}
+
+/// The middle of a shift: a part found, one not found, lines of every kind.
+void fillWindow(CMainWin& window)
+{
+    const QStringList lines{"★工位%1:切换型号为[W18-5H],型号索引ID为[12],时间:07:59:58 120",
+                            "07:59:59 431:W18-5H angle :213.417 center:(1024.508,-87.251)",
+                            "08:00:03 077:W18-5H angle :361.000 no found Value",
+                            "08:00:06 102::该型号ID:7在模型库中不存在，不能拍照！！！"};
+    for (int station = 1; station <= 2; ++station) {
+        auto* view = window.findChild<StationView*>(QStringLiteral("stationView%1").arg(station));
+        for (const QString& line : lines)
+            window.onShowLog(station, QString(line).replace("%1", QString::number(station)));
+        window.onShowImage(station, wheelImage());
+        window.onSelModel(station, "W18-5H");
+        view->triggered();
+        view->setReading(station == 1 ? reading(true, "OK") : reading(false, "没有找到气门孔"));
+        view->setCount(station == 1 ? DayCount{1284, 3, 0} : DayCount{1279, 6, 2});
+    }
+}
+
+void shoot(QWidget& window, int ratio)
+{
+    QPixmap picture(window.size() * ratio);
+    picture.setDevicePixelRatio(ratio);
+    window.render(&picture);
+    const QString folder = QStringLiteral(VALVECELL_BIN_DIR "/../screenshots");
+    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(picture.save(QStringLiteral("%1/%2.png").arg(folder, QTest::currentDataTag())));
+}
+
+} // namespace
+
+class WindowTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void panelNeverShowsThePartBefore()
+    {
+        StationView view;
+        view.setStation(1);
+        QCOMPARE(tile(view, "angle")->value(), QStringLiteral("—"));
+        view.triggered();
+        view.setReading(reading(true));
+        QCOMPARE(tile(view, "angle")->value(), QStringLiteral("213.417°"));
+        QCOMPARE(tile(view, "y")->value(), QStringLiteral("-87.251"));
+        QCOMPARE(tile(view, "tip")->sign(), ReadoutTile::Good);
+        QVERIFY(QTime::fromString(tile(view, "time")->value(), "hh:mm:ss").isValid());
+
+        view.setReading(reading(false, " No Cali!!!"));
+        QCOMPARE(tile(view, "angle")->value(), QStringLiteral("—"));
+        QCOMPARE(tile(view, "tip")->value(), QStringLiteral("No Cali!!!"));
+        QCOMPARE(tile(view, "tip")->sign(), ReadoutTile::Bad);
+
+        view.setReading(reading(true));
+        view.refused();
+        QCOMPARE(tile(view, "angle")->value(), QStringLiteral("—"));
+        QCOMPARE(tile(view, "tip")->sign(), ReadoutTile::Caution);
+
+        view.setReading(reading(true));
+        view.triggered(); // whose image never comes
+        QTRY_COMPARE(tile(view, "angle")->value(), QStringLiteral("—"));
+
+        view.setCount({3, 1, 0});
+        QCOMPARE(tile(view, "yield")->value(), QStringLiteral("75.0 %"));
+    }
+
+    void logOfALongShiftIsLimitedFilteredAndCopied()
+    {
+        LogPanel panel;
+        panel.setStation(2);
+        QElapsedTimer clock;
+        clock.start();
+        for (int i = 1; i <= 5000; ++i)
+            panel.append(QStringLiteral("%1 angle :%2").arg(i).arg(i % 10 == 0 ? "361.000 no found Value" : "17.000"));
+        const qint64 appended = clock.restart();
+        QTRY_COMPARE(linesOf(panel)->blockCount(), LogPanel::maxLines);
+        qInfo("5000 lines: %lld ms to append, shown after %lld ms", appended, clock.elapsed());
+        QVERIFY(linesOf(panel)->toPlainText().startsWith("3001 "));
+
+        panel.findChild<QAbstractButton*>("troubleButton")->click();
+        QCOMPARE(linesOf(panel)->blockCount(), LogPanel::maxLines / 10);
+        panel.findChild<QLineEdit*>("filterEdit")->setText("499");
+        QTRY_COMPARE(linesOf(panel)->toPlainText(), QStringLiteral("4990 angle :361.000 no found Value"));
+        panel.append("4991 angle :17.000");
+        panel.append("4992 No Task!!!");
+        panel.append("5000 No Task!!!");
+        panel.append("14993 No Task!!!");
+        QTRY_COMPARE(linesOf(panel)->blockCount(), 3);
+        QVERIFY(linesOf(panel)->toPlainText().endsWith("14993 No Task!!!"));
+        panel.findChild<QAbstractButton*>("copyButton")->click();
+        QCOMPARE(QApplication::clipboard()->text(), linesOf(panel)->toPlainText());
+    }
+
+    void languageIsSwitchedOnEveryOpenWindow()
+    {
+        const TempHome home;
+        writeStations(home, 2);
+        ksSysConfig::instance()->filePath = home.path("/user/systemConfig.ini");
+        const auto window = startWindow();
+        window->show();
+        fillWindow(*window);
+        for (const char* action : {"actionSystem", "actionManage", "actionTest"})
+            window->findChild<QAction*>(action)->trigger();
+        QVERIFY(!Look::chinese(*window).isEmpty());
+        QCoreApplication::processEvents();
+
+        QElapsedTimer clock;
+        clock.start();
+        window->onLanguageChange("English");
+        QCoreApplication::processEvents();
+        qInfo("language switched in %lld ms", clock.elapsed());
+        QCOMPARE(window->windowTitle(), QStringLiteral("Valve Hole Locating System"));
+        QStringList chinese;
+        const auto all = QApplication::topLevelWidgets();
+        for (const QWidget* top : all) {
+            if (top->isVisible())
+                chinese << Look::chinese(*top);
+        }
+        // Names and what the workflow tells stay as they are.
+        for (const char* own : {"工位1", "工位2", "中文"})
+            chinese.removeAll(QString(own));
+        QVERIFY2(chinese.filter(QRegularExpression("^(?!<html>|Camera )")).isEmpty(), qPrintable(chinese.join('\n')));
+        QTRY_VERIFY(linesOf(*window->findChild<LogPanel*>("logPanel1"))->toPlainText().contains("切换型号为"));
+        QVERIFY(home.read("/user/systemConfig.ini").contains("English"));
+
+        window->onLanguageChange("Chinese");
+        QCoreApplication::processEvents();
+        QCOMPARE(window->windowTitle(), QStringLiteral("气门芯定位检测系统"));
+    }
+
+    void lookIsKeptForTheNextStart()
+    {
+        const TempHome home;
+        writeStations(home, 1);
+        const auto choose = [](CMainWin& window, int index) {
+            window.findChild<QMenu*>("viewMenu")->actions().at(index)->trigger();
+        };
+        choose(*startWindow(), 4);
+        QVERIFY(QApplication::palette().color(QPalette::Window).lightness() < 64);
+        QApplication::setPalette(QPalette());
+        const auto window = startWindow();
+        QVERIFY(QApplication::palette().color(QPalette::Window).lightness() < 64);
+        auto* panel = window->findChild<LogPanel*>("logPanel1");
+        window->onShowLog(1, "08:00:00 000:a line");
+        QTRY_VERIFY(!linesOf(*panel)->toPlainText().isEmpty());
+        const auto ink = [panel] {
+            return linesOf(*panel)->document()->firstBlock().layout()->formats().value(0).format.foreground().color();
+        };
+        QVERIFY(ink().lightness() > 192);
+        choose(*window, 3);
+        QVERIFY(QApplication::palette().color(QPalette::Window).lightness() > 192);
+        QTRY_VERIFY(ink().lightness() < 64);
+    }
+
+    void viewersOfferTheirMenu()
+    {
+        const TempHome home;
+        writeStations(home, 2);
+        const auto window = startWindow();
+        window->show();
+        auto* viewer = window->findChild<QWidget*>("stationView2")->findChild<QWidget*>("viewer");
+        emit viewer->customContextMenuRequested({20, 20});
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        QVERIFY(qobject_cast<QMenu*>(QApplication::activePopupWidget())->actions().size() >= 4);
+        QApplication::activePopupWidget()->close();
+    }
+
+    void alarmsStayQuiet()
+    {
+        AlarmBook book;
+        AlarmStrip strip;
+        strip.setBook(&book);
+        const auto text = [&strip](const char* name) { return strip.findChild<QLabel*>(name)->text(); };
+        QVERIFY(strip.isHidden());
+        book.raise(Alarm::PortLost, "COM3", "gone");
+        book.raiseCounted(Alarm::ImagesGivenUp, {}, 12);
+        QVERIFY(!strip.isHidden());
+        QCOMPARE(text("textLabel").section('\n', 0, 0), QStringLiteral("图像保存过慢，已放弃图像  ×12"));
+        book.raise(Alarm::CameraLost, "cam1", "x");
+        book.raise(Alarm::CameraLost, "cam2", "x");
+        QCOMPARE(text("textLabel").count('\n'), 2);
+        QCOMPARE(text("moreLabel"), QStringLiteral("另有1条"));
+        strip.findChild<QAbstractButton*>("acknowledgeButton")->click();
+        QVERIFY(strip.findChild<QAbstractButton*>("acknowledgeButton")->isHidden());
+        QCOMPARE(book.alarms().size(), 3);
+        book.clear(Alarm::PortLost, "COM3");
+        book.clear(Alarm::CameraLost, "cam1");
+        book.clear(Alarm::CameraLost, "cam2");
+        QVERIFY(strip.isHidden());
+    }
+
+    void windowFitsItsScreens_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<bool>("dark");
+        QTest::addColumn<int>("cameras");
+        QTest::addColumn<QSize>("size");
+        const QSize small(1280, 800);
+        const QSize large(1920, 1080); // of 4K, at two pixels to one
+        QTest::newRow("window-light") << "Chinese" << false << 2 << small;
+        QTest::newRow("window-dark") << "Chinese" << true << 2 << small;
+        QTest::newRow("window-light-4k") << "Chinese" << false << 2 << large;
+        QTest::newRow("window-en-light") << "English" << false << 2 << small;
+        QTest::newRow("window-en-dark-4k") << "English" << true << 2 << large;
+        QTest::newRow("window-one-camera") << "Chinese" << false << 1 << small;
+        QTest::newRow("window-en-one-camera") << "English" << true << 1 << small;
+        QTest::newRow("window-one-camera-4k") << "Chinese" << true << 1 << large;
+    }
+
+    void windowFitsItsScreens()
+    {
+        QFETCH(QString, language);
+        QFETCH(bool, dark);
+        QFETCH(int, cameras);
+        QFETCH(QSize, size);
+        const TempHome home;
+        writeStations(home, cameras);
+        ksSysConfig::instance()->filePath = home.path("/user/systemConfig.ini");
+        home.write("/user/systemConfig.ini", "[language]\nselect=" + language.toUtf8() + "\n");
+        home.write("/user/look.ini", dark ? "[Look]\nDark=true\n" : "[Look]\nDark=false\n");
+        const auto window = startWindow();
+        window->resize(size);
+        window->show();
+        QTRY_VERIFY(window->findChild<AlarmStrip*>()->isVisible()); // there is no serial port
+        fillWindow(*window);
+        QTRY_VERIFY(!linesOf(*window->findChild<LogPanel*>("logPanel1"))->toPlainText().isEmpty());
+        QCOMPARE(window->size(), size);
+        shoot(*window, size.width() > 1280 ? 2 : 1);
+        QVERIFY2(Look::overlapping(*window).isEmpty(), qPrintable(Look::overlapping(*window).join('\n')));
+        QVERIFY2(Look::clipped(*window).isEmpty(), qPrintable(Look::clipped(*window).join('\n')));
+    }
+};
+
+QTEST_MAIN(WindowTest)
+#include "tst_window.moc"
