@@ -343,6 +343,18 @@
 <context>
     <name>QSystemSettingUI</name>
     <message>
+        <source>权限</source>
+        <translation>Rights</translation>
+    </message>
+    <message>
+        <source>需要工程师权限</source>
+        <translation>Engineer’s rights needed</translation>
+    </message>
+    <message>
+        <source>标定、设置、型号和设计器需要工程师登录(&amp;R)</source>
+        <translation>Calibration, settings, models and designer need an enginee&amp;r</translation>
+    </message>
+    <message>
         <source>系统设置</source>
         <translation>System settings</translation>
     </message>

@@ -1,0 +1,580 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US" sourcelanguage="zh_CN">
+<context>
+    <name>CameraAccess</name>
+    <message>
+        <source>工位%1</source>
+        <translation>Station %1</translation>
+    </message>
+    <message>
+        <source>、</source>
+        <translation>, </translation>
+    </message>
+</context>
+<context>
+    <name>CameraDraft</name>
+    <message>
+        <source>至少要保留一个相机，否则程序无法启动</source>
+        <translation>At least one camera has to stay, or the program does not start</translation>
+    </message>
+    <message>
+        <source>、</source>
+        <translation>, </translation>
+    </message>
+    <message>
+        <source>新增，尚未应用</source>
+        <translation>New, not applied yet</translation>
+    </message>
+    <message>
+        <source>已修改，尚未应用</source>
+        <translation>Changed, not applied yet</translation>
+    </message>
+    <message>
+        <source>将删除，尚未应用</source>
+        <translation>To be removed, not applied yet</translation>
+    </message>
+    <message>
+        <source>相机</source>
+        <translation>Camera</translation>
+    </message>
+    <message>
+        <source>类型</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>状态</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <source>像素格式</source>
+        <translation>Pixel format</translation>
+    </message>
+    <message>
+        <source>工位</source>
+        <translation>Station</translation>
+    </message>
+    <message>
+        <source>说明</source>
+        <translation>Note</translation>
+    </message>
+</context>
+<context>
+    <name>CameraFile</name>
+    <message>
+        <source>%1 中没有相机“%2”</source>
+        <translation>%1 holds no camera “%2”</translation>
+    </message>
+    <message>
+        <source>%1 中已有相机“%2”，重新启动后生效</source>
+        <translation>%1 holds a camera “%2” already, which comes with the next start</translation>
+    </message>
+    <message>
+        <source>相机数量必须在 1 到 %1 之间</source>
+        <translation>There must be 1 to %1 cameras</translation>
+    </message>
+</context>
+<context>
+    <name>CameraForm</name>
+    <message>
+        <source>曝光时间(&amp;E)</source>
+        <translation>&amp;Exposure</translation>
+    </message>
+    <message>
+        <source>曝光时间</source>
+        <translation>Exposure</translation>
+    </message>
+    <message>
+        <source>毫秒</source>
+        <translation>ms</translation>
+    </message>
+    <message>
+        <source>增益(&amp;G)</source>
+        <translation>&amp;Gain</translation>
+    </message>
+    <message>
+        <source>增益</source>
+        <translation>Gain</translation>
+    </message>
+    <message>
+        <source>dB</source>
+        <translation>dB</translation>
+    </message>
+    <message>
+        <source>传输时间(&amp;R)</source>
+        <translation>T&amp;ransfer time</translation>
+    </message>
+    <message>
+        <source>传输时间</source>
+        <translation>Transfer time</translation>
+    </message>
+    <message>
+        <source>图像文件夹(&amp;F)</source>
+        <translation>Image &amp;folder</translation>
+    </message>
+    <message>
+        <source>图像文件夹</source>
+        <translation>Image folder</translation>
+    </message>
+    <message>
+        <source>浏览(&amp;B)…</source>
+        <translation>&amp;Browse…</translation>
+    </message>
+    <message>
+        <source>%1：%2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1：不能为空</source>
+        <translation>%1: must not be empty</translation>
+    </message>
+</context>
+<context>
+    <name>CameraKey</name>
+    <message>
+        <source>相机名称不能为空</source>
+        <translation>A camera needs a name</translation>
+    </message>
+    <message>
+        <source>相机名称不能以空格或点开头或结尾</source>
+        <translation>A camera’s name cannot begin or end with a blank or a dot</translation>
+    </message>
+    <message>
+        <source>相机名称不能超过 %1 个字符</source>
+        <translation>A camera’s name has %1 characters at most</translation>
+    </message>
+    <message>
+        <source>相机名称不能含有字符“%1”</source>
+        <translation>A camera’s name cannot hold the character “%1”</translation>
+    </message>
+</context>
+<context>
+    <name>CoreCtrl</name>
+    <message>
+        <source>没有名为“%1”的相机</source>
+        <translation>There is no camera “%1”</translation>
+    </message>
+    <message>
+        <source>已有名为“%1”的相机</source>
+        <translation>There is a camera “%1” already</translation>
+    </message>
+    <message>
+        <source>没有相机类型 %1 的驱动程序</source>
+        <translation>There is no driver for cameras of type %1</translation>
+    </message>
+</context>
+<context>
+    <name>DecimalField</name>
+    <message>
+        <source>请输入数字</source>
+        <translation>Please enter a number</translation>
+    </message>
+    <message>
+        <source>“%1”不是数字</source>
+        <translation>“%1” is no number</translation>
+    </message>
+    <message>
+        <source>应在%1到%2之间</source>
+        <translation>must be between %1 and %2</translation>
+    </message>
+</context>
+<context>
+    <name>DriverlessCamera</name>
+    <message>
+        <source>相机类型不是数字</source>
+        <translation>The camera’s type is no number</translation>
+    </message>
+    <message>
+        <source>没有相机类型 %1 的驱动程序</source>
+        <translation>There is no driver for cameras of type %1</translation>
+    </message>
+</context>
+<context>
+    <name>LivePicture</name>
+    <message>
+        <source>相机现在不能取像</source>
+        <translation>The camera cannot take a picture now</translation>
+    </message>
+</context>
+<context>
+    <name>ModuleReport</name>
+    <message>
+        <source>文件中没有函数 %1</source>
+        <translation>The file holds no function %1</translation>
+    </message>
+    <message>
+        <source>模块未能启动，原因见系统日志</source>
+        <translation>The module did not start; the system log tells why</translation>
+    </message>
+</context>
+<context>
+    <name>QCameraEditUI</name>
+    <message>
+        <source>相机名称(&amp;N)</source>
+        <translation>&amp;Name</translation>
+    </message>
+    <message>
+        <source>相机名称</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>类型(&amp;T)</source>
+        <translation>&amp;Type</translation>
+    </message>
+    <message>
+        <source>类型</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>确定(&amp;O)</source>
+        <translation>&amp;OK</translation>
+    </message>
+    <message>
+        <source>取消(&amp;C)</source>
+        <translation>&amp;Cancel</translation>
+    </message>
+    <message>
+        <source>没有类型“%1”的驱动程序，请选择其他类型</source>
+        <translation>There is no driver for “%1”: choose another type</translation>
+    </message>
+    <message>
+        <source>添加相机</source>
+        <translation>Add camera</translation>
+    </message>
+    <message>
+        <source>修改相机</source>
+        <translation>Change camera</translation>
+    </message>
+</context>
+<context>
+    <name>QCameraManagerUI</name>
+    <message>
+        <source>相机管理</source>
+        <translation>Cameras</translation>
+    </message>
+    <message>
+        <source>相机</source>
+        <translation>Camera</translation>
+    </message>
+    <message>
+        <source>添加(&amp;A)…</source>
+        <translation>&amp;Add…</translation>
+    </message>
+    <message>
+        <source>修改(&amp;M)…</source>
+        <translation>Chan&amp;ge…</translation>
+    </message>
+    <message>
+        <source>删除(&amp;D)</source>
+        <translation>&amp;Remove</translation>
+    </message>
+    <message>
+        <source>参数与图像(&amp;S)…</source>
+        <translation>&amp;Settings and picture…</translation>
+    </message>
+    <message>
+        <source>确定(&amp;O)</source>
+        <translation>&amp;OK</translation>
+    </message>
+    <message>
+        <source>取消(&amp;C)</source>
+        <translation>&amp;Cancel</translation>
+    </message>
+    <message>
+        <source>应用(&amp;P)</source>
+        <translation>A&amp;pply</translation>
+    </message>
+    <message>
+        <source>恢复(&amp;D)</source>
+        <translation>&amp;Keep</translation>
+    </message>
+    <message>
+        <source>%1的相机将被删除</source>
+        <translation>%1: the camera is to be removed</translation>
+    </message>
+    <message>
+        <source>此核心控制模块的相机不能在这里添加和删除</source>
+        <translation>This core control’s cameras cannot be added or removed here</translation>
+    </message>
+    <message>
+        <source>已有名为“%1”的相机</source>
+        <translation>There is a camera “%1” already</translation>
+    </message>
+    <message>
+        <source>相机“%1”已不存在</source>
+        <translation>The camera “%1” is gone</translation>
+    </message>
+    <message>
+        <source>删除后%1不能拍照，直到在系统设置中为它选择其他相机。</source>
+        <translation>%1 cannot take pictures any more until another camera is chosen for it in the system settings.</translation>
+    </message>
+    <message>
+        <source>删除</source>
+        <translation>Remove</translation>
+    </message>
+    <message>
+        <source>未能保存，相机没有改变：%1</source>
+        <translation>Not saved, the cameras are as before: %1</translation>
+    </message>
+    <message>
+        <source>已保存；重新启动后窗口按新的相机数量显示工位</source>
+        <translation>Saved; with the next start the window shows as many stations as there are cameras now</translation>
+    </message>
+    <message>
+        <source>已保存</source>
+        <translation>Saved</translation>
+    </message>
+</context>
+<context>
+    <name>QCameraSettingsUI</name>
+    <message>
+        <source>相机设置</source>
+        <translation>Camera settings</translation>
+    </message>
+    <message>
+        <source>相机</source>
+        <translation>Camera</translation>
+    </message>
+    <message>
+        <source>名称</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>类型</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>状态</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <source>像素格式</source>
+        <translation>Pixel format</translation>
+    </message>
+    <message>
+        <source>工位</source>
+        <translation>Station</translation>
+    </message>
+    <message>
+        <source>参数</source>
+        <translation>Settings</translation>
+    </message>
+    <message>
+        <source>图像</source>
+        <translation>Picture</translation>
+    </message>
+    <message>
+        <source>实时图像(&amp;L)</source>
+        <translation>&amp;Live picture</translation>
+    </message>
+    <message>
+        <source>取一帧(&amp;I)</source>
+        <translation>S&amp;ingle picture</translation>
+    </message>
+    <message>
+        <source>确定(&amp;O)</source>
+        <translation>&amp;OK</translation>
+    </message>
+    <message>
+        <source>取消(&amp;C)</source>
+        <translation>&amp;Cancel</translation>
+    </message>
+    <message>
+        <source>应用(&amp;P)</source>
+        <translation>A&amp;pply</translation>
+    </message>
+    <message>
+        <source>（未使用）</source>
+        <translation>(not used)</translation>
+    </message>
+    <message>
+        <source>相机已不存在</source>
+        <translation>The camera is gone</translation>
+    </message>
+    <message>
+        <source>此核心控制模块没有实时图像</source>
+        <translation>This core control has no live picture</translation>
+    </message>
+    <message>
+        <source>在线模式下，工位的相机不能实时取像</source>
+        <translation>No live picture of a station’s camera in online mode</translation>
+    </message>
+    <message>
+        <source>相机“%1”已不存在</source>
+        <translation>The camera “%1” is gone</translation>
+    </message>
+    <message>
+        <source>已保存</source>
+        <translation>Saved</translation>
+    </message>
+    <message>
+        <source>未能保存，参数没有改变：%1</source>
+        <translation>Not saved, the settings are as before: %1</translation>
+    </message>
+</context>
+<context>
+    <name>QDeviceManagerUI</name>
+    <message>
+        <source>设备管理</source>
+        <translation>Devices</translation>
+    </message>
+    <message>
+        <source>模块</source>
+        <translation>Module</translation>
+    </message>
+    <message>
+        <source>状态</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <source>版本</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>文件</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>串口</source>
+        <translation>Serial line</translation>
+    </message>
+    <message>
+        <source>设置的端口</source>
+        <translation>Port as set</translation>
+    </message>
+    <message>
+        <source>设备</source>
+        <translation>Device</translation>
+    </message>
+    <message>
+        <source>打开次数</source>
+        <translation>Times opened</translation>
+    </message>
+    <message>
+        <source>接收帧</source>
+        <translation>Frames received</translation>
+    </message>
+    <message>
+        <source>发送帧</source>
+        <translation>Frames sent</translation>
+    </message>
+    <message>
+        <source>放弃的帧</source>
+        <translation>Frames given up</translation>
+    </message>
+    <message>
+        <source>无效字节</source>
+        <translation>Stray bytes</translation>
+    </message>
+    <message>
+        <source>校验错误</source>
+        <translation>Checksum errors</translation>
+    </message>
+    <message>
+        <source>复制到剪贴板(&amp;Y)</source>
+        <translation>Cop&amp;y to clipboard</translation>
+    </message>
+    <message>
+        <source>关闭(&amp;C)</source>
+        <translation>&amp;Close</translation>
+    </message>
+    <message>
+        <source>核心控制</source>
+        <translation>Core control</translation>
+    </message>
+    <message>
+        <source>算法引擎</source>
+        <translation>Engine</translation>
+    </message>
+    <message>
+        <source>方案设计</source>
+        <translation>Designer</translation>
+    </message>
+    <message>
+        <source>用户管理</source>
+        <translation>Users</translation>
+    </message>
+    <message>
+        <source>正常</source>
+        <translation>Working</translation>
+    </message>
+    <message>
+        <source>不可用</source>
+        <translation>Not working</translation>
+    </message>
+    <message>
+        <source>%1：%2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>此串口模块不提供状态</source>
+        <translation>This serial module does not tell its state</translation>
+    </message>
+    <message>
+        <source>没有串口模块，不能与PLC通信</source>
+        <translation>There is no serial module: no connection to the PLC</translation>
+    </message>
+    <message>
+        <source>已打开</source>
+        <translation>Open</translation>
+    </message>
+    <message>
+        <source>未打开</source>
+        <translation>Not open</translation>
+    </message>
+    <message>
+        <source>最近的错误：%1</source>
+        <translation>Last error: %1</translation>
+    </message>
+    <message>
+        <source>已复制到剪贴板</source>
+        <translation>Copied to the clipboard</translation>
+    </message>
+</context>
+<context>
+    <name>VirtualCamera</name>
+    <message>
+        <source>没有设置图像文件夹 (folder)</source>
+        <translation>No image folder is set (folder)</translation>
+    </message>
+    <message>
+        <source>相机已关闭</source>
+        <translation>The camera is closed</translation>
+    </message>
+    <message>
+        <source>等待的触发过多，已丢弃一次触发</source>
+        <translation>Too many triggers wait; one was dropped</translation>
+    </message>
+    <message>
+        <source>已跳过无法读取的图像 %1</source>
+        <translation>Skipped an image that cannot be read: %1</translation>
+    </message>
+    <message>
+        <source>图像文件夹 %1 不存在</source>
+        <translation>The image folder %1 does not exist</translation>
+    </message>
+    <message>
+        <source>图像文件夹 %1 中没有可读的图像</source>
+        <translation>The image folder %1 holds no image that can be read</translation>
+    </message>
+    <message>
+        <source>没有图像</source>
+        <translation>No image</translation>
+    </message>
+</context>
+<context>
+    <name>VirtualSettings</name>
+    <message>
+        <source>%1 必须是 0 到 %2 之间的毫秒数</source>
+        <translation>%1 must be 0 to %2 milliseconds</translation>
+    </message>
+    <message>
+        <source>folder 必须是图像文件夹的路径</source>
+        <translation>folder must be the path of an image folder</translation>
+    </message>
+    <message>
+        <source>虚拟相机没有设置项“%1”</source>
+        <translation>A virtual camera has no setting “%1”</translation>
+    </message>
+</context>
+</TS>

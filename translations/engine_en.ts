@@ -1,0 +1,163 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US" sourcelanguage="zh_CN">
+<context>
+    <name>FindResult</name>
+    <message>
+        <source>定位成功</source>
+        <translation>Located</translation>
+    </message>
+    <message>
+        <source>未找到气门孔</source>
+        <translation>No valve hole found</translation>
+    </message>
+    <message>
+        <source>存在多个相似的气门孔</source>
+        <translation>Several similar valve holes</translation>
+    </message>
+    <message>
+        <source>未找到轮毂</source>
+        <translation>No wheel found</translation>
+    </message>
+    <message>
+        <source>轮毂超出视野</source>
+        <translation>Wheel out of view</translation>
+    </message>
+    <message>
+        <source>图像过暗</source>
+        <translation>Image too dark</translation>
+    </message>
+    <message>
+        <source>图像过亮</source>
+        <translation>Image too bright</translation>
+    </message>
+    <message>
+        <source>图像模糊</source>
+        <translation>Image out of focus</translation>
+    </message>
+    <message>
+        <source>图像无效</source>
+        <translation>Invalid image</translation>
+    </message>
+    <message>
+        <source>模型参数无效</source>
+        <translation>Invalid model parameters</translation>
+    </message>
+</context>
+<context>
+    <name>HoleModel</name>
+    <message>
+        <source>%1 应为 %2 到 %3 之间的数</source>
+        <translation>%1 must be a number from %2 to %3</translation>
+    </message>
+    <message>
+        <source>ring_radius 应小于 rim_radius</source>
+        <translation>ring_radius must be smaller than rim_radius</translation>
+    </message>
+    <message>
+        <source>hole_radius 应小于 ring_radius 的一半</source>
+        <translation>hole_radius must be smaller than half of ring_radius</translation>
+    </message>
+    <message>
+        <source>taught 应为 true 或 false</source>
+        <translation>taught must be true or false</translation>
+    </message>
+</context>
+<context>
+    <name>ModelTeacher</name>
+    <message>
+        <source>所点位置不在图像内</source>
+        <translation>the point lies outside of the image</translation>
+    </message>
+    <message>
+        <source>所点位置附近不是轮缘外边</source>
+        <translation>no outer edge of a rim near the point</translation>
+    </message>
+    <message>
+        <source>气门孔应在轮缘以内</source>
+        <translation>the valve hole must lie inside of the rim</translation>
+    </message>
+    <message>
+        <source>所点位置附近没有清晰的孔</source>
+        <translation>no clear hole near the point</translation>
+    </message>
+    <message>
+        <source>用提出的参数找到的是另一个孔</source>
+        <translation>with the proposed parameters another hole is found</translation>
+    </message>
+</context>
+<context>
+    <name>SolutionStore</name>
+    <message>
+        <source>“%1”：名称应为 1 到 %2 个字符，首尾不能有空格</source>
+        <translation>"%1": a name has 1 to %2 characters and no spaces at its ends</translation>
+    </message>
+    <message>
+        <source>“%1”是内置型号，不能修改</source>
+        <translation>"%1" is built in and cannot be changed</translation>
+    </message>
+    <message>
+        <source>没有方案“%1”</source>
+        <translation>There is no solution "%1"</translation>
+    </message>
+    <message>
+        <source>方案“%2”中没有可删除的型号“%1”</source>
+        <translation>Solution "%2" has no model "%1" that can be removed</translation>
+    </message>
+    <message>
+        <source>已有方案“%1”</source>
+        <translation>There is a solution "%1" already</translation>
+    </message>
+</context>
+<context>
+    <name>TrialStages</name>
+    <message>
+        <source>轮毂拟合</source>
+        <translation>Hub fit</translation>
+    </message>
+    <message>
+        <source>轮缘可见 %1%，残差 %2 px，边缘宽 %3 px</source>
+        <translation>%1% of the rim seen, residual %2 px, edge width %3 px</translation>
+    </message>
+    <message>
+        <source>%1：%2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>展开的环</source>
+        <translation>Unwrapped ring</translation>
+    </message>
+    <message>
+        <source>从轮毂中心起 %1 到 %2 px，上方为外侧，角度同结果</source>
+        <translation>%1 to %2 px from the hub centre, outside up, angles as in the result</translation>
+    </message>
+    <message>
+        <source>候选孔与得分</source>
+        <translation>Candidates and scores</translation>
+    </message>
+    <message>
+        <source>%1 处，得分下限 %2</source>
+        <translation>Places: %1, score limit %2</translation>
+    </message>
+    <message>
+        <source>；最佳 %1（对比 %2，圆度 %3，暗度 %4，尺寸 %5），次高 %6</source>
+        <translation>; best %1 (contrast %2, roundness %3, darkness %4, size %5), second %6</translation>
+    </message>
+    <message>
+        <source>边缘点</source>
+        <translation>Edge points</translation>
+    </message>
+    <message>
+        <source>%1 点中采用 %2 点，孔半径 %3 px</source>
+        <translation>%2 of %1 points used, hole radius %3 px</translation>
+    </message>
+    <message>
+        <source>残差</source>
+        <translation>Residuals</translation>
+    </message>
+    <message>
+        <source>均方根 %1 px；横轴：方向（°），纵轴：偏离轮廓（px），灰圈未采用</source>
+        <translation>RMS %1 px; across: direction (°), up: distance from the outline (px), gray circles not used</translation>
+    </message>
+</context>
+</TS>
