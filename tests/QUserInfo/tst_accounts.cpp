@@ -1,8 +1,10 @@
+#include "accounts/IdleWatch.h"
 #include "accounts/PasswordHash.h"
 #include "accounts/UserSession.h"
 #include "support/TempHome.h"
 
 #include <QtTest>
+#include <qtestspontaneevent.h>
 
 #include <memory>
 
@@ -67,6 +69,34 @@ class AccountsTest : public QObject
     Q_OBJECT
 
 private slots:
+    void userWhoLeavesIsLoggedOutAndOneWhoWorksIsNot()
+    {
+        auto now = IdleWatch::TimePoint();
+        IdleWatch watch([&now] { return now; });
+        QSignalSpy idle(&watch, &IdleWatch::idle);
+        const auto after = [&](int seconds) {
+            now += std::chrono::seconds(seconds);
+            watch.check();
+            return idle.size();
+        };
+        QObject window;
+        const auto touch = [&window](bool byHand) {
+            QEvent event(QEvent::MouseMove);
+            if (byHand)
+                QSpontaneKeyEvent::setSpontaneous(&event);
+            QCoreApplication::instance()->notify(&window, &event); // sendEvent() would take the hand for its own
+        };
+        watch.watch(std::chrono::minutes(5));
+        QCOMPARE(after(299), 0);
+        touch(true);
+        QCOMPARE(after(299), 0);
+        touch(false);
+        QCOMPARE(after(2), 1);
+        QCOMPARE(after(3600), 1);
+        watch.watch(std::chrono::minutes(0));
+        QCOMPARE(after(3600), 1);
+    }
+
     void firstStartMakesOneAdministratorWithItsOwnPassword()
     {
         Cell cell;

@@ -14,6 +14,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QTableWidget>
 #include <QTranslator>
 #include <QtTest>
@@ -284,6 +285,29 @@ private slots:
         type(dialog, "presentEdit", "guess");
         okButton(dialog)->click();
         QTRY_VERIFY(message(dialog).contains(QStringLiteral("密码错误")));
+    }
+
+    void administratorSetsTheAutomaticLogOut()
+    {
+        Program program;
+        program.createAdministrator();
+        program.users->showUserManager(&program.window);
+        QDialog* manager = openDialog("UserManagerDialog");
+        auto* minutes = in<QSpinBox>(manager, "idleBox");
+        QCOMPARE(minutes->value(), 0);
+        minutes->setFocus();
+        minutes->selectAll();
+        QTest::keyClicks(minutes, "15");
+        QVERIFY2(program.home.read("/user/login.json").isEmpty(), "not the 1 that is typed first");
+        QTest::keyClick(minutes, Qt::Key_Return);
+        QVERIFY(program.home.read("/user/login.json").contains("\"idle_minutes\": 15"));
+        look(manager, "quserinfo_idle");
+        manager->reject();
+        program.home.write("/user/login.json", "{\"idle_minutes\": -3}");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("login.json"));
+        program.users->showUserManager(&program.window);
+        QCOMPARE(in<QSpinBox>(openDialog("UserManagerDialog"), "idleBox")->value(), 0);
+        QCOMPARE(program.users->state(), int(IUserCtrl::LoggedIn));
     }
 
     void openDialogsFollowTheLanguage()

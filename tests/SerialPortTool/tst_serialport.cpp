@@ -3,6 +3,7 @@
 
 #include <valvecell/Extension.h>
 #include <valvecell/ISerialPort.h>
+#include <valvecell/ISerialReopen.h>
 #include <valvecell/ISerialStatus.h>
 
 #include <QElapsedTimer>
@@ -196,6 +197,32 @@ private slots:
             QTRY_VERIFY(status().open && status().device == m_plc->device());
         }
         QVERIFY2(time.elapsed() >= 600, "a line that opens and fails at once is tried without growing pauses");
+    }
+
+    void otherPortIsTakenWhileTheCellRuns()
+    {
+        auto* line = extensionOf<ISerialReopen>(m_port.get());
+        QVERIFY(openPort());
+        Plc other;
+        QVERIFY(!line->reopen(QString(), "115200") && !line->reopen(other.link(), "fast"));
+        QVERIFY2(sendAndArrives(1), "the line stays when there can be no other");
+        QVERIFY(line->reopen(other.link(), "115200"));
+        QTRY_VERIFY(status().open && status().device == other.device());
+        m_plc->send(7);
+        other.send(8);
+        QTRY_COMPARE(m_inbox->numbers(), QVector<qint16>{8});
+        const SComFrame frame = reply(2);
+        m_port->send(&frame);
+        QTRY_COMPARE(other.received.size(), 1);
+        QCOMPARE(m_plc->received.size(), 1);
+        QVERIFY(line->reopen("/nowhere/tty", "9600"));
+        QTRY_VERIFY(!status().open && status().lastError.contains("/nowhere/tty"));
+        QVERIFY(line->reopen(m_plc->link(), "9600"));
+        QTRY_VERIFY(status().open);
+        QVERIFY(sendAndArrives(3));
+        m_port->close();
+        QVERIFY2(line->reopen(other.link(), "115200"), "from a closed port, too");
+        QTRY_VERIFY(status().open);
     }
 
     void nameIsFollowedToAnotherDevice()

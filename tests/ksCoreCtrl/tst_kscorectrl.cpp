@@ -1,6 +1,8 @@
 #include "support/TempHome.h"
 
 #include <valvecell/Extension.h>
+#include <valvecell/ICameraList.h>
+#include <valvecell/ICameraPreview.h>
 #include <valvecell/ICameraSettings.h>
 #include <valvecell/ICoreCtrl.h>
 
@@ -14,6 +16,7 @@
 #include <memory>
 #include <mutex>
 
+Q_DECLARE_METATYPE(CameraEntry)
 Q_DECLARE_METATYPE(PixelFormat)
 Q_DECLARE_METATYPE(QImage::Format)
 
@@ -74,6 +77,26 @@ public:
     }
 
     ICameraSettings* settings() const { return extensionOf<ICameraSettings>(core.get()); }
+    ICameraList* list() const { return extensionOf<ICameraList>(core.get()); }
+
+    /// Asks for an image to look at; its width, or why there is none, is kept.
+    bool preview(const QString& key)
+    {
+        return extensionOf<ICameraPreview>(core.get())->preview(key, [this](const QImage& image, const QString& error) {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_previews << (image.isNull() ? error : QString::number(image.width()));
+        });
+    }
+    QStringList previews() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_previews;
+    }
+
+    QJsonArray stored() const
+    {
+        return QJsonDocument::fromJson(home.read("/user/camera.json")).object()["cameras"].toArray();
+    }
 
     QVector<int> widths(const QString& camera) const
     {
@@ -101,6 +124,7 @@ private:
     mutable std::mutex m_mutex;
     QVector<Picture> m_pictures;
     QStringList m_notes;
+    QStringList m_previews;
 };
 
 QByteArray oneCamera(const char* settings = R"("exposure_ms":1,"transfer_ms":1)")
@@ -368,6 +392,124 @@ private slots:
         cell.home.write("/user/camera.json", R"({"cameras":[]})");
         QVERIFY(!cell.settings()->applySettings("cam1", {{"exposure_ms", 4}}, &error));
         QVERIFY(error.contains("cam1"));
+    }
+
+    void livePictureIsNeverTakenForAPart()
+    {
+        Cell cell;
+        for (int width = 1; width <= 3; ++width)
+            cell.saveImage(QStringLiteral("/images/1/%1.png").arg(width), width);
+        ICoreCtrl* core = cell.start(oneCamera());
+        for (int i = 1; i <= 5; ++i) {
+            QVERIFY(cell.preview("cam1"));
+            QTRY_COMPARE(cell.previews().size(), i);
+        }
+        QCOMPARE(cell.previews(), QStringList({"1", "2", "3", "1", "2"}));
+        QCOMPARE(cell.widths("cam1"), QVector<int>());
+        core->trigger(kCam1);
+        core->trigger(kCam1);
+        QTRY_COMPARE(cell.widths("cam1"), QVector<int>({1, 2}));
+        QVERIFY(!cell.preview("stranger"));
+    }
+
+    void triggerGoesBeforeTheLivePicture()
+    {
+        Cell cell;
+        cell.saveImage("/images/1/a.png", 5);
+        ICoreCtrl* core = cell.start(oneCamera(R"("exposure_ms":10000)"));
+        for (int i = 0; i < 10; ++i)
+            cell.preview("cam1");
+        QVERIFY2(!cell.preview("cam1"), "they do not pile up");
+        QVERIFY(cell.settings()->applySettings("cam1", {{"exposure_ms", 0}, {"transfer_ms", 0}}, nullptr));
+        core->trigger(kCam1);
+        QTRY_COMPARE(cell.widths("cam1"), QVector<int>{5});
+        QTRY_COMPARE(cell.previews().size(), 4);
+    }
+
+    void livePictureOfAnEmptyFolderSaysWhy()
+    {
+        Cell cell;
+        cell.start(oneCamera());
+        QTRY_VERIFY(!cell.settings()->status("cam1").message.isEmpty());
+        QVERIFY(cell.preview("cam1"));
+        QTRY_VERIFY(cell.previews().join(' ').contains("images/1"));
+    }
+
+    void camerasComeChangeAndGoWhileTheOthersWork()
+    {
+        Cell cell;
+        cell.saveImage("/images/1/a.png", 5);
+        cell.saveImage("/images/2/a.png", 6);
+        cell.start(R"({"note":"夜班","cameras":[{"key":"gige","type":120,"ip":"10.0.0.1"}, {"key":" ","type":100},
+            {"key":"cam1","type":100,"folder":"images/1","exposure_ms":0},
+            {"key":"old","type":100,"folder":"images/1","exposure_ms":10000}]})");
+        cell.core->trigger({"old"});
+        cell.home.write("/user/camera.json", cell.home.read("/user/camera.json").replace("10.0.0.1", "10.0.0.2"));
+        const CameraEntry added{QStringLiteral("左相机"), CameraType::Virtual, {{"folder", "images/2"}}};
+        const CameraEntry changed{"gige", CameraType::Virtual, {{"folder", "images/2"}, {"exposure_ms", 1}}};
+        QString error;
+        QVERIFY2(cell.list()->changeCameras({added, changed}, {"old"}, &error), qPrintable(error));
+        const QStringList keys{"gige", "cam1", QStringLiteral("左相机")};
+        QCOMPARE(cell.core->cameraKeys(), keys);
+        cell.core->trigger(keys);
+        for (const QString& key : keys)
+            QTRY_COMPARE(cell.widths(key), QVector<int>{key == "cam1" ? 5 : 6});
+        QTRY_COMPARE(cell.widths("old"), QVector<int>{5}); // the capture in hand
+        QVERIFY(cell.home.read("/user/camera.json").contains("夜班"));
+        QCOMPARE(cell.stored().at(0)["ip"].toString(), QStringLiteral("10.0.0.2"));
+        QCOMPARE(cell.stored().size(), 4);
+        QCOMPARE(cell.settings()->status("old").state, CameraState::Uninitialized);
+        cell.stop();
+        QCOMPARE(cell.start(QByteArray())->cameraKeys(), keys);
+    }
+
+    void wrongCameraListIsRefusedAndNothingChanges_data()
+    {
+        QTest::addColumn<CameraEntry>("entry");
+        QTest::addColumn<QString>("removed");
+        QTest::addColumn<QString>("said");
+        const QVariantMap folder{{"folder", "f"}};
+        const auto camera = [&](const char* key) { return CameraEntry{key, CameraType::Virtual, folder}; };
+        QTest::newRow("last one") << CameraEntry() << "cam1"
+                                  << "1";
+        QTest::newRow("no key") << camera(" ") << ""
+                                << "不能为空";
+        QTest::newRow("path") << camera("../cam") << ""
+                              << "点";
+        QTest::newRow("separator") << camera("a\\b") << ""
+                                   << "“\\”";
+        QTest::newRow("apostrophe") << camera("a'b") << ""
+                                    << "“'”";
+        QTest::newRow("line break") << camera("a\nb") << ""
+                                    << "字符";
+        QTest::newRow("endless") << camera(QByteArray(65, 'x')) << ""
+                                 << "64";
+        QTest::newRow("no driver") << CameraEntry{"cam2", CameraType::Gige, {}} << ""
+                                   << "120";
+        QTest::newRow("no folder") << CameraEntry{"cam2", CameraType::Virtual, {{"folder", ""}}} << ""
+                                   << "folder";
+        QTest::newRow("one is wrong") << CameraEntry{"cam2", CameraType::Virtual, {{"gain_db", 1}}} << "cam1"
+                                      << "gain_db";
+        QTest::newRow("added by hand meanwhile") << camera("hand") << ""
+                                                 << "hand";
+    }
+    void wrongCameraListIsRefusedAndNothingChanges()
+    {
+        QFETCH(CameraEntry, entry);
+        QFETCH(QString, removed);
+        QFETCH(QString, said);
+        Cell cell;
+        cell.start(oneCamera());
+        if (entry.key == "hand")
+            cell.home.write("/user/camera.json", R"({"cameras":[{"key":"cam1"},{"key":"hand"}]})");
+        const QByteArray json = cell.home.read("/user/camera.json");
+        QString error;
+        const bool isEntry = entry.type != CameraType::Unknown;
+        QVERIFY(!cell.list()->changeCameras(isEntry ? QVector<CameraEntry>{entry} : QVector<CameraEntry>(),
+                                            removed.isEmpty() ? QStringList() : QStringList{removed}, &error));
+        QVERIFY2(error.contains(said), qPrintable(error));
+        QCOMPARE(cell.core->cameraKeys(), kCam1);
+        QCOMPARE(cell.home.read("/user/camera.json"), json);
     }
 };
 

@@ -1,0 +1,5 @@
+// Linked into every bundled module.
+
+#include <valvecell/Export.h>
+
+VALVECELL_MODULE_VERSION(VALVECELL_VERSION)
