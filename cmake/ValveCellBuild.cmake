@@ -96,6 +96,8 @@ function(vc_test name)
     endif()
     add_executable(${name} ${TEST_SOURCES})
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+    target_compile_options(${name} PRIVATE
+        "SHELL:$<IF:$<CXX_COMPILER_ID:MSVC>,/FI,-include> \"${CMAKE_SOURCE_DIR}/tests/support/Patience.h\"")
     target_compile_definitions(${name} PRIVATE VALVECELL_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
     target_link_libraries(${name} PRIVATE ${TEST_LINK} Qt5::Test vc_flags)
     if(TEST_DEPENDS)

@@ -75,7 +75,11 @@ void WalKeeper::moveLog()
     if (!connection.database().open())
         return;
     QSqlQuery passive = connection.exec(QStringLiteral("PRAGMA wal_checkpoint(PASSIVE)"));
-    const bool tooLong = passive.next() && passive.value(1).toInt() > framesTooMany;
+    constexpr int framesInLog = 1;
+    constexpr int framesMoved = 2;
+    if (!passive.next() || passive.value(framesMoved).toInt() <= 0)
+        return; // another program held the file: the next flush tries again
+    const bool tooLong = passive.value(framesInLog).toInt() > framesTooMany;
     passive.finish();
     if (tooLong)
         connection.exec(QStringLiteral("PRAGMA wal_checkpoint(RESTART)"));

@@ -192,7 +192,7 @@ private slots:
             line.pull(10);
             QVERIFY(!QFileInfo(link()).isSymLink());
             line.send({}); // goes nowhere
-            QVERIFY(back.wait());
+            QVERIFY(back.wait(patienceMs));
             FarEnd program(link());
             QVERIFY(runScript(line, "P 1\nwait F 9000").isEmpty());
         }
@@ -220,7 +220,7 @@ private slots:
             if (round == 0)
                 QVERIFY2(line.openPort(link(), 115200, &error), qPrintable(error));
             else
-                QVERIFY(QSignalSpy(&line, &PlcLine::pluggedIn).wait());
+                QVERIFY(QSignalSpy(&line, &PlcLine::pluggedIn).wait(patienceMs));
             QByteArray got;
             connect(&program, &QIODevice::readyRead, this, [&] { got += program.readAll(); });
             line.send({});
