@@ -1,6 +1,7 @@
 #include "db/archive/FolderSweep.h"
 #include "db/archive/QDiskCleanThread.h"
 #include "platform/DiskSpace.h"
+#include "support/Table.h"
 
 #include <QtTest>
 
@@ -19,21 +20,169 @@ class tst_diskcleaner : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void fewOldFilesStay();
-    void oldFilesGoOnceThereAreMoreThanTen();
-    void oldestImagesGoWhenSpaceIsLow();
-    void datedFoldersGoByAge_data();
-    void datedFoldersGoByAge();
-    void foldersStayWhileAgeCleaningIsOffAndThereIsSpace();
-    void changedLimitsCountFromTheNextPass();
-    void lowSpaceOverridesTheSettingForGood();
-    void unknownSpaceCountsAsNone();
-    void linksAreNeverFollowed_data();
-    void linksAreNeverFollowed();
-    void nothingIsCleanedWithoutARoot();
-    void cleanerRunsBesideTheCellAndStopsAtOnce();
-    void freeSpaceIsThatOfTheRootsDisk();
+    void init()
+    {
+        m_root.reset(new QTemporaryDir(QDir::tempPath() + QStringLiteral("/图像-XXXXXX")));
+        m_freeMiB = 10 * 1024;
+    }
+
+    void oldFilesGoOnceThereAreMoreThanTen()
+    {
+        makeFiles("2024-05-02", names(5, ".txt"));
+        makeFiles(QStringLiteral("2024-05-01/轮毂"), names(5, ".jpg"));
+        QDiskCleanThread& cleaner = prepared(QDiskCleanThread::Files, 7);
+        cleaner.setAgeLimit(7);
+        cleaner.setAgeCleaning(true);
+        cleaner.pass(); // ten
+        makeFiles(QStringLiteral("2024-05-01/轮毂"), {"eleventh.jpg"});
+        cleaner.setAgeCleaning(false);
+        cleaner.pass();
+        cleaner.setAgeCleaning(true);
+        cleaner.setAgeLimit(8);
+        cleaner.pass(); // they are younger
+        QCOMPARE(hiddenToo(m_root->filePath("2024-05-02")).size(), 5);
+        cleaner.setAgeLimit(0); // counts as 3
+        cleaner.pass();
+        QVERIFY(hiddenToo(m_root->filePath("2024-05-02")).isEmpty());
+        QCOMPARE(hiddenToo(m_root->path()), (QStringList{"2024-05-01", "2024-05-02"}));
+    }
+
+    void oldestImagesGoWhenSpaceIsLow()
+    {
+        makeFiles("a", {"x.JPG", "y.bmp", "z.Png", "x.jpeg", "notes.txt", "jpg"});
+        makeFiles("b", names(700, ".jpg"));
+        m_freeMiB = 10 * 1024 - 1;
+        QDiskCleanThread& cleaner = prepared(QDiskCleanThread::Files, 0);
+        QTest::ignoreMessage(QtWarningMsg, "Delete Imgs  Finish...");
+        cleaner.pass();
+        QCOMPARE(hiddenToo(m_root->filePath("a")), (QStringList{"jpg", "notes.txt", "x.jpeg"}));
+        QCOMPARE(hiddenToo(m_root->filePath("b")).size(), 106); // 600 less the six of the other folder
+    }
+
+    void datedFoldersGoByAge_data()
+    {
+        Table::of<int, int, bool>({{"a week", 7, 7, true},
+                                   {"a day less", 7, 6, false},
+                                   {"no limit is three days", 0, 3, true},
+                                   {"no limit, two days", -5, 2, false}});
+    }
+    void datedFoldersGoByAge()
+    {
+        const auto [limit, daysAhead, gone] = Table::row<int, int, bool>();
+        makeFiles("2024-05-01/Station1/W18", names(3, ".jpg"));
+        makeFiles("2024-05-01", {".hidden", "any.txt"});
+        makeFiles(".", {"beside.jpg"});
+        QDiskCleanThread& cleaner = prepared(QDiskCleanThread::Folders, daysAhead);
+        cleaner.setAgeCleaning(true);
+        cleaner.setAgeLimit(limit);
+        cleaner.pass();
+        QCOMPARE(!QDir(m_root->filePath("2024-05-01")).exists(), gone);
+        QVERIFY(QFile::exists(m_root->filePath("beside.jpg")));
+    }
+
+    void changedLimitsCountFromTheNextPass()
+    {
+        makeFiles("2024-05-01", names(3, ".jpg"));
+        QDiskCleanThread& cleaner = prepared(QDiskCleanThread::Folders, 20);
+        cleaner.pass(); // age cleaning is off
+        cleaner.setAgeCleaning(true);
+        cleaner.setAgeLimit(30);
+        cleaner.pass();
+        cleaner.change(false, 7, 10);
+        cleaner.pass();
+        QCOMPARE(hiddenToo(m_root->filePath("2024-05-01")).size(), 3);
+        cleaner.change(true, 7, 10);
+        cleaner.pass();
+        QVERIFY(hiddenToo(m_root->path()).isEmpty());
+    }
+
+    void lowSpaceOverridesTheSettingForGood()
+    {
+        QDiskCleanThread& cleaner = prepared(QDiskCleanThread::Folders, 1);
+        cleaner.setAgeLimit(30);
+        m_freeMiB = 10 * 1024 - 1;
+        cleaner.pass();
+        m_freeMiB = 100 * 1024; // space is back, the override stays
+        cleaner.change(false, 30, 10);
+        makeFiles("2024-05-01", names(3, ".jpg"));
+        cleaner.pass();
+        QVERIFY(hiddenToo(m_root->path()).isEmpty());
+    }
+
+    void unknownSpaceCountsAsNone()
+    {
+        makeFiles("2024-05-01", names(3, ".jpg"));
+        QDiskCleanThread& cleaner = prepared(QDiskCleanThread::Folders, 1);
+        m_freeMiB = -1;
+        QTest::ignoreMessage(QtWarningMsg, "ERROR: Call to GetDiskFreeSpaceEx() failed.");
+        cleaner.pass();
+        QVERIFY(hiddenToo(m_root->path()).isEmpty());
+        cleaner.pass(); // not told again
+    }
+
+    void linksAreNeverFollowed_data()
+    {
+        Table::of<int>({{"files", int(QDiskCleanThread::Files)}, {"folders", int(QDiskCleanThread::Folders)}});
+    }
+    void linksAreNeverFollowed()
+    {
+        const auto [mode] = Table::row<int>();
+        const QTemporaryDir outside;
+        for (int i = 0; i < 20; ++i)
+            QVERIFY(QFile(outside.filePath(QString("%1.jpg").arg(i))).open(QIODevice::WriteOnly));
+        makeFiles("2024-05-01/Station1", names(20, ".jpg"));
+        QVERIFY(QFile::link(outside.path(), m_root->filePath("linked")));
+        QVERIFY(QFile::link(outside.path(), m_root->filePath("2024-05-01/linked")));
+        QVERIFY(QFile::link(outside.filePath("0.jpg"), m_root->filePath("2024-05-01/Station1/linked.jpg")));
+        QVERIFY(QFile::link(m_root->path(), m_root->filePath("2024-05-01/round")));
+        m_freeMiB = 0;
+        QDiskCleanThread& cleaner = prepared(mode, 100);
+        if (mode == QDiskCleanThread::Files)
+            QTest::ignoreMessage(QtWarningMsg, "Delete Imgs  Finish...");
+        cleaner.pass();
+        QCOMPARE(hiddenToo(outside.path()).size(), 20);
+        QVERIFY(QFileInfo(m_root->filePath("linked")).isSymLink());
+        QVERIFY(!QFile::exists(m_root->filePath("2024-05-01/Station1/0000.jpg")));
+        QCOMPARE(QDir(m_root->filePath("2024-05-01")).exists(), mode == QDiskCleanThread::Files);
+    }
+
+    void nothingIsCleanedWithoutARoot()
+    {
+        makeFiles("2024-05-01", names(20, ".jpg"));
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(m_root->path()));
+        const QDateTime future = QDateTime::currentDateTime().addYears(1);
+        const auto never = [] { return false; };
+        for (const char* root : {"", "/no/such/folder"}) {
+            QCOMPARE(FolderSweep::deleteFilesBefore(root, future, never), 0);
+            QCOMPARE(FolderSweep::deleteOldestImages(root, never), 0);
+            QCOMPARE(FolderSweep::deleteFoldersBefore(root, future, never), 0);
+        }
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(FolderSweep::deleteFoldersBefore(m_root->path(), future, [] { return true; }), 0);
+        QCOMPARE(hiddenToo(m_root->filePath("2024-05-01")).size(), 20);
+    }
+
+    void cleanerRunsBesideTheCellAndStopsAtOnce()
+    {
+        QDiskCleanThread& cleaner = prepared(QDiskCleanThread::Folders, 8);
+        cleaner.setAgeCleaning(true);
+        makeFiles("2024-05-01", names(3, ".jpg"));
+        cleaner.start();
+        QTRY_VERIFY(hiddenToo(m_root->path()).isEmpty());
+        makeFiles("2024-05-02", names(3, ".jpg")); // for a second pass
+        QTRY_VERIFY(hiddenToo(m_root->path()).isEmpty());
+        cleaner.stop();
+        QVERIFY(cleaner.wait(10000));
+    }
+
+    void freeSpaceIsThatOfTheRootsDisk()
+    {
+        const qint64 free = platform::freeSpaceMiB(m_root->path());
+        QVERIFY(free >= 0);
+        QVERIFY(qAbs(platform::freeSpaceMiB(m_root->path() + "/not/there/yet") - free) < 1024);
+        QCOMPARE(platform::freeSpaceMiB(""), qint64(-1));
+    }
 
 private:
     void makeFiles(const QString& folder, const QStringList& names)
@@ -49,210 +198,20 @@ private:
             all << QString("%1%2").arg(i, 4, 10, QChar('0')).arg(suffix);
         return all;
     }
-    void prepare(QDiskCleanThread& cleaner, int mode, int daysAhead)
+    QDiskCleanThread& prepared(int mode, int daysAhead)
     {
-        cleaner.setMode(mode);
-        cleaner.setRootPath(m_root->path() + "/");
-        cleaner.setMinFreeSpace(10);
-        cleaner.setClock([daysAhead] { return QDateTime::currentDateTime().addDays(daysAhead).addSecs(60); });
-        cleaner.setFreeSpaceProbe([this](const QString&) { return m_freeMiB.load(); });
+        m_cleaner.reset(new QDiskCleanThread);
+        m_cleaner->setMode(mode);
+        m_cleaner->setRootPath(m_root->path() + "/");
+        m_cleaner->setMinFreeSpace(10);
+        m_cleaner->setClock([daysAhead] { return QDateTime::currentDateTime().addDays(daysAhead).addSecs(60); });
+        m_cleaner->setFreeSpaceProbe([this](const QString&) { return m_freeMiB.load(); });
+        return *m_cleaner;
     }
     QScopedPointer<QTemporaryDir> m_root;
+    QScopedPointer<QDiskCleanThread> m_cleaner;
     std::atomic<qint64> m_freeMiB{0}; // the cleaner asks on its thread
 };
-
-void tst_diskcleaner::init()
-{
-    m_root.reset(new QTemporaryDir(QDir::tempPath() + QStringLiteral("/图像-XXXXXX")));
-    m_freeMiB = 10 * 1024;
-}
-
-void tst_diskcleaner::fewOldFilesStay()
-{
-    makeFiles("2024-05-01", names(10, ".jpg"));
-    QDiskCleanThread cleaner;
-    prepare(cleaner, QDiskCleanThread::Files, 8);
-    cleaner.setAgeCleaning(true);
-    cleaner.pass();
-    QCOMPARE(hiddenToo(m_root->filePath("2024-05-01")).size(), 10);
-}
-
-void tst_diskcleaner::oldFilesGoOnceThereAreMoreThanTen()
-{
-    makeFiles(QStringLiteral("2024-05-01/轮毂"), names(6, ".jpg"));
-    makeFiles("2024-05-02", names(5, ".txt"));
-    QDiskCleanThread cleaner;
-    prepare(cleaner, QDiskCleanThread::Files, 7);
-    cleaner.pass(); // age cleaning is off
-    cleaner.setAgeCleaning(true);
-    cleaner.setAgeLimit(8);
-    cleaner.pass(); // they are younger
-    QCOMPARE(hiddenToo(m_root->filePath("2024-05-02")).size(), 5);
-    cleaner.setAgeLimit(0); // counts as 3
-    cleaner.pass();
-    QVERIFY(hiddenToo(m_root->filePath("2024-05-02")).isEmpty());
-    QCOMPARE(hiddenToo(m_root->path()), (QStringList{"2024-05-01", "2024-05-02"}));
-}
-
-void tst_diskcleaner::oldestImagesGoWhenSpaceIsLow()
-{
-    makeFiles("a", {"x.JPG", "y.bmp", "z.Png", "x.jpeg", "notes.txt", "jpg"});
-    makeFiles("b", names(700, ".jpg"));
-    m_freeMiB = 10 * 1024 - 1;
-    QDiskCleanThread cleaner;
-    prepare(cleaner, QDiskCleanThread::Files, 0);
-    QTest::ignoreMessage(QtWarningMsg, "Delete Imgs  Finish...");
-    cleaner.pass();
-    QCOMPARE(hiddenToo(m_root->filePath("a")), (QStringList{"jpg", "notes.txt", "x.jpeg"}));
-    QCOMPARE(hiddenToo(m_root->filePath("b")).size(), 106); // 600 less the six of the other folder
-}
-
-void tst_diskcleaner::datedFoldersGoByAge_data()
-{
-    QTest::addColumn<int>("limit");
-    QTest::addColumn<int>("daysAhead");
-    QTest::addColumn<bool>("gone");
-    QTest::newRow("a week") << 7 << 7 << true;
-    QTest::newRow("a day less") << 7 << 6 << false;
-    QTest::newRow("no limit is three days") << 0 << 3 << true;
-    QTest::newRow("no limit, two days") << -5 << 2 << false;
-}
-
-void tst_diskcleaner::datedFoldersGoByAge()
-{
-    QFETCH(int, limit);
-    QFETCH(int, daysAhead);
-    makeFiles("2024-05-01/Station1/W18", names(3, ".jpg"));
-    makeFiles("2024-05-01", {".hidden", "any.txt"});
-    makeFiles(".", {"beside.jpg"});
-    QDiskCleanThread cleaner;
-    prepare(cleaner, QDiskCleanThread::Folders, daysAhead);
-    cleaner.setAgeCleaning(true);
-    cleaner.setAgeLimit(limit);
-    cleaner.pass();
-    QTEST(!QDir(m_root->filePath("2024-05-01")).exists(), "gone");
-    QVERIFY(QFile::exists(m_root->filePath("beside.jpg")));
-}
-
-void tst_diskcleaner::foldersStayWhileAgeCleaningIsOffAndThereIsSpace()
-{
-    makeFiles("2024-05-01", names(3, ".jpg"));
-    QDiskCleanThread cleaner;
-    prepare(cleaner, QDiskCleanThread::Folders, 100);
-    cleaner.pass();
-    QCOMPARE(hiddenToo(m_root->filePath("2024-05-01")).size(), 3);
-}
-
-void tst_diskcleaner::changedLimitsCountFromTheNextPass()
-{
-    makeFiles("2024-05-01", names(3, ".jpg"));
-    QDiskCleanThread cleaner;
-    prepare(cleaner, QDiskCleanThread::Folders, 20);
-    cleaner.setAgeCleaning(true);
-    cleaner.setAgeLimit(30);
-    cleaner.pass();
-    cleaner.change(false, 7, 10);
-    cleaner.pass();
-    QCOMPARE(hiddenToo(m_root->filePath("2024-05-01")).size(), 3);
-    cleaner.change(true, 7, 10);
-    cleaner.pass();
-    QVERIFY(hiddenToo(m_root->path()).isEmpty());
-}
-
-void tst_diskcleaner::lowSpaceOverridesTheSettingForGood()
-{
-    QDiskCleanThread cleaner;
-    prepare(cleaner, QDiskCleanThread::Folders, 1);
-    cleaner.setAgeLimit(30);
-    m_freeMiB = 10 * 1024 - 1;
-    cleaner.pass();
-    m_freeMiB = 100 * 1024; // space is back, the override stays
-    cleaner.change(false, 30, 10);
-    makeFiles("2024-05-01", names(3, ".jpg"));
-    cleaner.pass();
-    QVERIFY(hiddenToo(m_root->path()).isEmpty());
-}
-
-void tst_diskcleaner::unknownSpaceCountsAsNone()
-{
-    makeFiles("2024-05-01", names(3, ".jpg"));
-    QDiskCleanThread cleaner;
-    prepare(cleaner, QDiskCleanThread::Folders, 1);
-    m_freeMiB = -1;
-    QTest::ignoreMessage(QtWarningMsg, "ERROR: Call to GetDiskFreeSpaceEx() failed.");
-    cleaner.pass();
-    QVERIFY(hiddenToo(m_root->path()).isEmpty());
-    cleaner.pass(); // not told again
-}
-
-void tst_diskcleaner::linksAreNeverFollowed_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::newRow("files") << int(QDiskCleanThread::Files);
-    QTest::newRow("folders") << int(QDiskCleanThread::Folders);
-}
-
-void tst_diskcleaner::linksAreNeverFollowed()
-{
-    QFETCH(int, mode);
-    const QTemporaryDir outside;
-    for (int i = 0; i < 20; ++i)
-        QVERIFY(QFile(outside.filePath(QString("%1.jpg").arg(i))).open(QIODevice::WriteOnly));
-    makeFiles("2024-05-01/Station1", names(20, ".jpg"));
-    QVERIFY(QFile::link(outside.path(), m_root->filePath("linked")));
-    QVERIFY(QFile::link(outside.path(), m_root->filePath("2024-05-01/linked")));
-    QVERIFY(QFile::link(outside.filePath("0.jpg"), m_root->filePath("2024-05-01/Station1/linked.jpg")));
-    QVERIFY(QFile::link(m_root->path(), m_root->filePath("2024-05-01/round")));
-    m_freeMiB = 0;
-    QDiskCleanThread cleaner;
-    prepare(cleaner, mode, 100);
-    if (mode == QDiskCleanThread::Files)
-        QTest::ignoreMessage(QtWarningMsg, "Delete Imgs  Finish...");
-    cleaner.pass();
-    QCOMPARE(hiddenToo(outside.path()).size(), 20);
-    QVERIFY(QFileInfo(m_root->filePath("linked")).isSymLink());
-    QVERIFY(!QFile::exists(m_root->filePath("2024-05-01/Station1/0000.jpg")));
-    QCOMPARE(QDir(m_root->filePath("2024-05-01")).exists(), mode == QDiskCleanThread::Files);
-}
-
-void tst_diskcleaner::nothingIsCleanedWithoutARoot()
-{
-    makeFiles("2024-05-01", names(20, ".jpg"));
-    const QString before = QDir::currentPath();
-    QVERIFY(QDir::setCurrent(m_root->path()));
-    const QDateTime future = QDateTime::currentDateTime().addYears(1);
-    const auto never = [] { return false; };
-    for (const char* root : {"", "/no/such/folder"}) {
-        QCOMPARE(FolderSweep::deleteFilesBefore(root, future, never), 0);
-        QCOMPARE(FolderSweep::deleteOldestImages(root, never), 0);
-        QCOMPARE(FolderSweep::deleteFoldersBefore(root, future, never), 0);
-    }
-    QVERIFY(QDir::setCurrent(before));
-    QCOMPARE(FolderSweep::deleteFoldersBefore(m_root->path(), future, [] { return true; }), 0);
-    QCOMPARE(hiddenToo(m_root->filePath("2024-05-01")).size(), 20);
-}
-
-void tst_diskcleaner::cleanerRunsBesideTheCellAndStopsAtOnce()
-{
-    QDiskCleanThread cleaner;
-    prepare(cleaner, QDiskCleanThread::Folders, 8);
-    cleaner.setAgeCleaning(true);
-    makeFiles("2024-05-01", names(3, ".jpg"));
-    cleaner.start();
-    QTRY_VERIFY(hiddenToo(m_root->path()).isEmpty());
-    makeFiles("2024-05-02", names(3, ".jpg")); // for a second pass
-    QTRY_VERIFY(hiddenToo(m_root->path()).isEmpty());
-    cleaner.stop();
-    QVERIFY(cleaner.wait(10000));
-}
-
-void tst_diskcleaner::freeSpaceIsThatOfTheRootsDisk()
-{
-    const qint64 free = platform::freeSpaceMiB(m_root->path());
-    QVERIFY(free >= 0);
-    QVERIFY(qAbs(platform::freeSpaceMiB(m_root->path() + "/not/there/yet") - free) < 1024);
-    QCOMPARE(platform::freeSpaceMiB(""), qint64(-1));
-}
 
 QTEST_GUILESS_MAIN(tst_diskcleaner)
 #include "tst_diskcleaner.moc"

@@ -1,3 +1,4 @@
+#include "OtherProgram.h"
 #include "db/ModelModel.h"
 #include "db/QSqliteWheelHubZd.h"
 
@@ -5,35 +6,11 @@
 
 namespace {
 
-/// The library's tables as another program sees them.
-class Spy
+/// The columns of a table with their types.
+QStringList columns(const QString& file, const QString& table)
 {
-public:
-    explicit Spy(const QString& path)
-        : m_connection("QSQLITE")
-    {
-        m_connection.database().setDatabaseName(path);
-        m_connection.database().open();
-    }
-
-    QString value(const QString& sql)
-    {
-        QSqlQuery query = m_connection.exec(sql);
-        return query.next() ? query.value(0).toString() : QString();
-    }
-
-    QStringList columns(const QString& table)
-    {
-        QStringList names;
-        QSqlQuery query = m_connection.exec("PRAGMA table_info(" + table + ")");
-        while (query.next())
-            names << query.value("name").toString() + " " + query.value("type").toString();
-        return names;
-    }
-
-private:
-    SqlConnection m_connection;
-};
+    return OtherProgram(file).column("select name || ' ' || type from pragma_table_info('" + table + "')");
+}
 
 struct TwoModels : IModelSource
 {
@@ -51,155 +28,142 @@ class tst_modellibrary : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void libraryIsMadeOnTheFirstStart();
-    void modelIsAddedReadChangedAndDeleted();
-    void nameWithAnApostropheFailsAndHarmsNothing();
-    void columnIsAddedOnlyOnceThereIsAModel();
-    void modelInformationIsKeptInATableOfItsOwn();
-    void relationThatOthersWriteIsRead();
-    void damagedLibraryIsKeptAsideAndTheCellRunsOn();
-    void listOfModelsShowsTheCurrentOneInGreen();
+    void init() { m_folder.reset(new QTemporaryDir(QDir::tempPath() + QStringLiteral("/型号库-XXXXXX"))); }
+
+    void libraryIsMadeOnTheFirstStart()
+    {
+        QSqliteWheelHubZd library(folder());
+        QVERIFY(!library.addModel("W18", {{"md_index", 1}})); // not open yet
+        QVERIFY(library.createTable());
+        QVERIFY(library.createTable());
+        QVERIFY(library.openReport().text.isEmpty());
+        const QStringList expected{"md_unique VARCHAR(60)", "md_cali INT(1)",       "md_camKey VARCHAR(32)",
+                                   "md_count INT(1)",       "md_id VARCHAR(2)",     "md_index INT(100)",
+                                   "md_model VARCHAR(20)",  "md_stamp VARCHAR(32)", "md_text TEXT"};
+        QCOMPARE(columns(file(), "e_wh_models"), expected);
+    }
+
+    void modelIsAddedReadChangedAndDeleted()
+    {
+        const QString name = QStringLiteral("轮毂18");
+        QSqliteWheelHubZd library(folder());
+        QVERIFY(library.createTable());
+        QVERIFY(!library.addModel("", {{"md_index", 1}}));
+        QVERIFY(!library.addModel(name, {}));
+        QVERIFY(library.addModel(name, {{"md_index", 7}, {"md_text", "a\nb"}}));
+        QVERIFY(!library.addModel(name, {{"md_index", 8}}));
+        QVERIFY(!library.lastError().isEmpty());
+
+        QVariant value;
+        QVERIFY(library.readValue(name, "md_index", &value));
+        QCOMPARE(value.toInt(), 7);
+        QVERIFY(!library.readValue(name, "no_such_column", &value));
+        QVERIFY(!library.readValue("W19", "md_index", &value));
+
+        QVERIFY(library.updateValue(name, "md_index", 9));
+        QVERIFY(!library.updateValue(name, "md_index", 10, 1));
+        SqlValueMap record;
+        QVERIFY(library.readRecord(name, &record));
+        QCOMPARE(record.size(), 9);
+        QCOMPARE(record["md_index"].toInt(), 9);
+        QCOMPARE(record["md_cali"].toInt(), 0);
+        QCOMPARE(record["md_text"].toString(), QString("a\nb"));
+
+        QVERIFY(library.addModel("W19", {{"md_index", 1}}));
+        QCOMPARE(library.modelNames(), (QStringList{"W19", name}));
+        QVERIFY(library.deleteModel(name));
+        QVERIFY(library.deleteModel(name)); // as if it had been there
+        QCOMPARE(library.modelNames(), QStringList{"W19"});
+    }
+
+    void nameWithAnApostropheFailsAndHarmsNothing()
+    {
+        QSqliteWheelHubZd library(folder());
+        QVERIFY(library.createTable());
+        QVERIFY(library.addModel("W18", {{"md_index", 1}}));
+        QVERIFY(!library.addModel("o'k", {{"md_index", 1}}));
+        QVERIFY(!library.updateValue("W18", "md_text", "o'k"));
+        QVERIFY(!library.readRecord("o'k", nullptr));
+        QCOMPARE(library.modelNames(), QStringList{"W18"});
+    }
+
+    void columnIsAddedOnlyOnceThereIsAModel()
+    {
+        QSqliteWheelHubZd library(folder());
+        QVERIFY(!library.ensureColumn("md_extra", "TEXT"));
+        QVERIFY(library.createTable());
+        QVERIFY(library.ensureColumn("md_extra", "TEXT"));
+        QVERIFY(!columns(file(), "e_wh_models").contains("md_extra TEXT"));
+        QVERIFY(library.addModel("W18", {{"md_index", 1}}));
+        QVERIFY(library.ensureColumn("md_extra", "TEXT"));
+        QVERIFY(library.ensureColumn("md_extra", "TEXT"));
+        QVERIFY(columns(file(), "e_wh_models").contains("md_extra TEXT"));
+        QVERIFY(library.dropColumn("md_extra"));
+        QVERIFY(!library.dropColumn("md_extra"));
+        QVERIFY(!columns(file(), "e_wh_models").contains("md_extra TEXT"));
+    }
+
+    void modelInformationIsKeptInATableOfItsOwn()
+    {
+        QSqliteWheelHubZd library(folder());
+        QVERIFY(library.createTable());
+        QVERIFY(library.saveModelInfo("_w18", "mf_time", "2024-05-01", {{"score", 97}, {"angle", 12.5}}));
+        QVERIFY(!library.saveModelInfo("_w18", "mf_time", "2024-05-01", {{"score", 98}}));
+        QCOMPARE(columns(file(), "e_zd_model_info_w18"),
+                 (QStringList{"mf_time VARCHAR(90)", "angle VARCHAR(20)", "score VARCHAR(20)"}));
+        QCOMPARE(OtherProgram(file()).value("select score from e_zd_model_info_w18"), QString("97"));
+    }
+
+    void relationThatOthersWriteIsRead()
+    {
+        QSqliteWheelHubZd library(folder());
+        QVERIFY(library.createTable());
+        QVERIFY(library.modelsOfCamera("cam1").isEmpty());
+        OtherProgram other(file());
+        other.run("create table r_wh_model_camera(model_id, camera_id, camera_key)");
+        other.run("insert into r_wh_model_camera values('m1', 1, 'cam1'), ('m1', 'x', 'cam2'), ('m2', 2, 'cam1')");
+        QCOMPARE(library.modelsOfCamera("cam1"), (QStringList{"m1", "m2"}));
+        QCOMPARE(library.camerasOfModel("m1"), (QList<QPair<int, QString>>{{1, "cam1"}}));
+    }
+
+    void damagedLibraryIsKeptAsideAndTheCellRunsOn()
+    {
+        QFile damaged(file());
+        QVERIFY(damaged.open(QIODevice::WriteOnly));
+        damaged.write(QByteArray(8192, 'x'));
+        damaged.close();
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("wheelhubzd\\.db.*damaged-"));
+        QSqliteWheelHubZd library(folder());
+        QVERIFY(library.createTable());
+        QVERIFY(library.addModel("W18", {{"md_index", 1}}));
+        QCOMPARE(QFileInfo(library.openReport().keptAside).size(), 8192);
+    }
+
+    void listOfModelsShowsTheCurrentOneInGreen()
+    {
+        const TwoModels source;
+        const ModelModel model(source);
+        QCOMPARE(model.rowCount(), 2);
+        QCOMPARE(model.columnCount(), 3);
+        const auto at = [&model](int row, int column, int role) { return model.data(model.index(row, column), role); };
+        QCOMPARE(at(1, 0, Qt::DisplayRole).toString(), QString("W1"));
+        QCOMPARE(at(1, 1, Qt::DisplayRole).toInt(), 10);
+        QCOMPARE(at(0, 2, Qt::DisplayRole).toString(), QStringLiteral("未标定"));
+        QCOMPARE(at(1, 2, Qt::DisplayRole).toString(), QStringLiteral("已标定"));
+        QCOMPARE(at(0, 1, Qt::BackgroundRole).value<QBrush>().color(), QColor(255, 255, 255));
+        QCOMPARE(at(1, 1, Qt::BackgroundRole).value<QBrush>().color(), QColor(50, 250, 0, 80));
+        QCOMPARE(at(0, 2, Qt::ForegroundRole).value<QBrush>().color(), QColor(255, 0, 25));
+        QVERIFY(!at(0, 1, Qt::ForegroundRole).isValid());
+        QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), QStringLiteral("PLC索引值"));
+        QVERIFY(!model.headerData(3, Qt::Horizontal).isValid());
+        QCOMPARE(model.headerData(3, Qt::Vertical).toInt(), 4);
+    }
 
 private:
     QScopedPointer<QTemporaryDir> m_folder;
     QString folder() const { return m_folder->path() + "/"; }
     QString file() const { return folder() + "wheelhubzd.db"; }
 };
-
-void tst_modellibrary::init()
-{
-    m_folder.reset(new QTemporaryDir(QDir::tempPath() + QStringLiteral("/型号库-XXXXXX")));
-}
-
-void tst_modellibrary::libraryIsMadeOnTheFirstStart()
-{
-    QSqliteWheelHubZd library(folder());
-    QVERIFY(!library.addModel("W18", {{"md_index", 1}})); // not open yet
-    QVERIFY(library.createTable());
-    QVERIFY(library.createTable());
-    QVERIFY(library.openReport().text.isEmpty());
-    const QStringList expected{"md_unique VARCHAR(60)", "md_cali INT(1)",       "md_camKey VARCHAR(32)",
-                               "md_count INT(1)",       "md_id VARCHAR(2)",     "md_index INT(100)",
-                               "md_model VARCHAR(20)",  "md_stamp VARCHAR(32)", "md_text TEXT"};
-    QCOMPARE(Spy(file()).columns("e_wh_models"), expected);
-}
-
-void tst_modellibrary::modelIsAddedReadChangedAndDeleted()
-{
-    const QString name = QStringLiteral("轮毂18");
-    QSqliteWheelHubZd library(folder());
-    QVERIFY(library.createTable());
-    QVERIFY(!library.addModel("", {{"md_index", 1}}));
-    QVERIFY(!library.addModel(name, {}));
-    QVERIFY(library.addModel(name, {{"md_index", 7}, {"md_text", "a\nb"}}));
-    QVERIFY(!library.addModel(name, {{"md_index", 8}}));
-    QVERIFY(!library.lastError().isEmpty());
-
-    QVariant value;
-    QVERIFY(library.readValue(name, "md_index", &value));
-    QCOMPARE(value.toInt(), 7);
-    QVERIFY(!library.readValue(name, "no_such_column", &value));
-    QVERIFY(!library.readValue("W19", "md_index", &value));
-
-    QVERIFY(library.updateValue(name, "md_index", 9));
-    QVERIFY(!library.updateValue(name, "md_index", 10, 1));
-    SqlValueMap record;
-    QVERIFY(library.readRecord(name, &record));
-    QCOMPARE(record.size(), 9);
-    QCOMPARE(record["md_index"].toInt(), 9);
-    QCOMPARE(record["md_cali"].toInt(), 0);
-    QCOMPARE(record["md_text"].toString(), QString("a\nb"));
-
-    QVERIFY(library.addModel("W19", {{"md_index", 1}}));
-    QCOMPARE(library.modelNames(), (QStringList{"W19", name}));
-    QVERIFY(library.deleteModel(name));
-    QVERIFY(library.deleteModel(name)); // as if it had been there
-    QCOMPARE(library.modelNames(), QStringList{"W19"});
-}
-
-void tst_modellibrary::nameWithAnApostropheFailsAndHarmsNothing()
-{
-    QSqliteWheelHubZd library(folder());
-    QVERIFY(library.createTable());
-    QVERIFY(library.addModel("W18", {{"md_index", 1}}));
-    QVERIFY(!library.addModel("o'k", {{"md_index", 1}}));
-    QVERIFY(!library.updateValue("W18", "md_text", "o'k"));
-    QVERIFY(!library.readRecord("o'k", nullptr));
-    QCOMPARE(library.modelNames(), QStringList{"W18"});
-}
-
-void tst_modellibrary::columnIsAddedOnlyOnceThereIsAModel()
-{
-    QSqliteWheelHubZd library(folder());
-    QVERIFY(!library.ensureColumn("md_extra", "TEXT"));
-    QVERIFY(library.createTable());
-    QVERIFY(library.ensureColumn("md_extra", "TEXT"));
-    QVERIFY(!Spy(file()).columns("e_wh_models").contains("md_extra TEXT"));
-    QVERIFY(library.addModel("W18", {{"md_index", 1}}));
-    QVERIFY(library.ensureColumn("md_extra", "TEXT"));
-    QVERIFY(library.ensureColumn("md_extra", "TEXT"));
-    QVERIFY(Spy(file()).columns("e_wh_models").contains("md_extra TEXT"));
-    QVERIFY(library.dropColumn("md_extra"));
-    QVERIFY(!library.dropColumn("md_extra"));
-    QVERIFY(!Spy(file()).columns("e_wh_models").contains("md_extra TEXT"));
-}
-
-void tst_modellibrary::modelInformationIsKeptInATableOfItsOwn()
-{
-    QSqliteWheelHubZd library(folder());
-    QVERIFY(library.createTable());
-    QVERIFY(library.saveModelInfo("_w18", "mf_time", "2024-05-01", {{"score", 97}, {"angle", 12.5}}));
-    QVERIFY(!library.saveModelInfo("_w18", "mf_time", "2024-05-01", {{"score", 98}}));
-    QCOMPARE(Spy(file()).columns("e_zd_model_info_w18"),
-             (QStringList{"mf_time VARCHAR(90)", "angle VARCHAR(20)", "score VARCHAR(20)"}));
-    QCOMPARE(Spy(file()).value("select score from e_zd_model_info_w18"), QString("97"));
-}
-
-void tst_modellibrary::relationThatOthersWriteIsRead()
-{
-    QSqliteWheelHubZd library(folder());
-    QVERIFY(library.createTable());
-    QVERIFY(library.modelsOfCamera("cam1").isEmpty());
-    Spy other(file());
-    other.value("create table r_wh_model_camera(model_id, camera_id, camera_key)");
-    other.value("insert into r_wh_model_camera values('m1', 1, 'cam1'), ('m1', 'x', 'cam2'), ('m2', 2, 'cam1')");
-    QCOMPARE(library.modelsOfCamera("cam1"), (QStringList{"m1", "m2"}));
-    QCOMPARE(library.camerasOfModel("m1"), (QList<QPair<int, QString>>{{1, "cam1"}}));
-}
-
-void tst_modellibrary::damagedLibraryIsKeptAsideAndTheCellRunsOn()
-{
-    QFile damaged(file());
-    QVERIFY(damaged.open(QIODevice::WriteOnly));
-    damaged.write(QByteArray(8192, 'x'));
-    damaged.close();
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("wheelhubzd\\.db.*damaged-"));
-    QSqliteWheelHubZd library(folder());
-    QVERIFY(library.createTable());
-    QVERIFY(library.addModel("W18", {{"md_index", 1}}));
-    QCOMPARE(QFileInfo(library.openReport().keptAside).size(), 8192);
-}
-
-void tst_modellibrary::listOfModelsShowsTheCurrentOneInGreen()
-{
-    const TwoModels source;
-    const ModelModel model(source);
-    QCOMPARE(model.rowCount(), 2);
-    QCOMPARE(model.columnCount(), 3);
-    const auto at = [&model](int row, int column, int role) { return model.data(model.index(row, column), role); };
-    QCOMPARE(at(1, 0, Qt::DisplayRole).toString(), QString("W1"));
-    QCOMPARE(at(1, 1, Qt::DisplayRole).toInt(), 10);
-    QCOMPARE(at(0, 2, Qt::DisplayRole).toString(), QStringLiteral("未标定"));
-    QCOMPARE(at(1, 2, Qt::DisplayRole).toString(), QStringLiteral("已标定"));
-    QCOMPARE(at(0, 1, Qt::BackgroundRole).value<QBrush>().color(), QColor(255, 255, 255));
-    QCOMPARE(at(1, 1, Qt::BackgroundRole).value<QBrush>().color(), QColor(50, 250, 0, 80));
-    QCOMPARE(at(0, 2, Qt::ForegroundRole).value<QBrush>().color(), QColor(255, 0, 25));
-    QVERIFY(!at(0, 1, Qt::ForegroundRole).isValid());
-    QCOMPARE(model.headerData(1, Qt::Horizontal).toString(), QStringLiteral("PLC索引值"));
-    QVERIFY(!model.headerData(3, Qt::Horizontal).isValid());
-    QCOMPARE(model.headerData(3, Qt::Vertical).toInt(), 4);
-}
 
 QTEST_GUILESS_MAIN(tst_modellibrary)
 #include "tst_modellibrary.moc"

@@ -2,6 +2,7 @@
 #include "db/DetectDataDB.h"
 #include "db/ResultReader.h"
 #include "db/StationDB.h"
+#include "support/Table.h"
 
 #include <QtTest>
 
@@ -30,275 +31,257 @@ class tst_results : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void tablesAreMadeOnceInTheFormThatReportsKnow();
-    void resultIsReadBackAsItWasAnswered();
-    void valuesThatNoStatementCarriesAreRefused();
-    void oneDayIsReadInPagesAndCounted();
-    void readerHoldsARowWhileTheCellRecords();
-    void rowsReachTheDiskWhileTheCellRuns();
-    void detectionQueriesAreComposedByteForByte_data();
-    void detectionQueriesAreComposedByteForByte();
-    void detectionRecordKeepsItsPicture();
-    void oldestWarningsOfAClassAreTrimmed();
-    void timeRangesAreKeptByType();
-    void generalStatementsKeepTheirOddities();
+    void init() { m_folder.reset(new QTemporaryDir(QDir::tempPath() + QStringLiteral("/结果-XXXXXX"))); }
+
+    void tablesAreMadeOnceInTheFormThatReportsKnow()
+    {
+        for (int start = 0; start < 2; ++start) {
+            StationDB results(file());
+            DetectDataDB detections(file());
+            QVERIFY(results.initialise());
+            QVERIFY(detections.initialise());
+            QVERIFY(results.openReport().text.isEmpty());
+            QCOMPARE(results.tableList(),
+                     (QStringList{"RltTable", "sqlite_sequence", "warningtable", "zdtable", "zdtimetable"}));
+        }
+        OtherProgram other(file());
+        const auto sqlOf = [&other](const char* name) {
+            return other.value(
+                QStringLiteral("select sql from sqlite_master where name='%1'").arg(QLatin1String(name)));
+        };
+        QCOMPARE(sqlOf("RltTable"),
+                 QString("CREATE TABLE RltTable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, dAngle INT(100), "
+                         "errorType INT(100), matchScore INT(100), resultTip VARCHAR(32), stationName VARCHAR(32), "
+                         "threshBenchMark VARCHAR(32), time DATETIME(32), value1 VARCHAR(32), value2 VARCHAR(32), "
+                         "value3 VARCHAR(32))"));
+        QCOMPARE(sqlOf("zdtable"),
+                 QString("CREATE TABLE zdtable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, channel INT(100), "
+                         "correlate INT(100), detecttime VARCHAR(32), diameter INT(100), hight INT(100), "
+                         "model VARCHAR(32), pic BLOB, time DATETIME(32))"));
+        QCOMPARE(sqlOf("zdtimetable"),
+                 QString("CREATE TABLE zdtimetable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, "
+                         "endtime VARCHAR(32), starttime VARCHAR(32), type VARCHAR(32))"));
+        QCOMPARE(sqlOf("warningtable"), QString("CREATE TABLE warningtable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT "
+                                                "NULL, class VARCHAR(32), message VARCHAR(256), time DATETIME(32))"));
+        QCOMPARE(other.column("select name from sqlite_master where type='index' order by name"),
+                 (QStringList{"idx_RltTable", "idx_warningtable", "idx_zdtable"}));
+        QCOMPARE(other.value("PRAGMA journal_mode"), QString("wal"));
+    }
+
+    void resultIsReadBackAsItWasAnswered()
+    {
+        StationDB results(file());
+        QVERIFY(results.initialise());
+        const QString before = StationDB::timeText(QDateTime::currentDateTime());
+        QVERIFY(results.insertResult(sampleResult()));
+        const QString after = StationDB::timeText(QDateTime::currentDateTime());
+
+        ResultReader reader(file());
+        QVERIFY(reader.open(nullptr));
+        const auto rows = reader.results(QDate(2000, 1, 1), QDate(2999, 1, 1));
+        QCOMPARE(rows.size(), 1);
+        QCOMPARE(rows[0].uid, 1);
+        QVERIFY(before <= rows[0].time && rows[0].time <= after);
+        const StationResult& read = rows[0].result;
+        QCOMPARE(read.angle, 123.4567);
+        QCOMPARE(read.errorType, 3);
+        QCOMPARE(read.matchScore, 97.25);
+        QCOMPARE(QStringList({read.resultTip, read.stationName, read.threshBenchMark, read.value2, read.value3}),
+                 QStringList({"气门孔 OK", "Station_1", "1_轮毂18", "1_轮毂18", ""}));
+        QCOMPARE(read.value1, sampleResult().value1);
+    }
+
+    void valuesThatNoStatementCarriesAreRefused()
+    {
+        StationDB results(file());
+        QVERIFY(!results.insertResult(sampleResult())); // not open
+        QVERIFY(results.initialise());
+        QVERIFY(!results.insertResult(sampleResult("can't")));
+        QVERIFY(!results.lastError().isEmpty());
+        QVERIFY(results.insertResult(sampleResult("%1 \"%2\" ; --")));
+        QCOMPARE(OtherProgram(file()).column("select resultTip from RltTable"), QStringList{"%1 \"%2\" ; --"});
+    }
+
+    void oneDayIsReadInPagesAndCounted()
+    {
+        StationDB results(file());
+        QVERIFY(results.initialise());
+        const QTime midnight(0, 0);
+        const QDate day = noon.date();
+        QVERIFY(results.insertResult(sampleResult("before"), QDateTime(day.addDays(-1), QTime(23, 59, 59, 999))));
+        for (int i = 0; i < 5; ++i)
+            QVERIFY(results.insertResult(sampleResult(QString::number(i)), QDateTime(day, midnight.addSecs(i))));
+        QVERIFY(results.insertResult(sampleResult("last"), QDateTime(day, QTime(23, 59, 59, 999))));
+        // The clock was set back: what comes later lies before.
+        QVERIFY(results.insertResult(sampleResult("set back"), QDateTime(day, midnight.addMSecs(1))));
+        QVERIFY(results.insertResult(sampleResult("after"), QDateTime(day.addDays(1), midnight)));
+
+        ResultReader reader(file());
+        QString error;
+        QVERIFY2(reader.open(&error), qPrintable(error));
+        const auto tips = [](const QVector<StationResultRow>& rows) {
+            QStringList texts;
+            for (const StationResultRow& row : rows)
+                texts << row.result.resultTip;
+            return texts;
+        };
+        QCOMPARE(tips(reader.resultsOfDay(day)), (QStringList{"0", "set back", "1", "2", "3", "4", "last"}));
+        QCOMPARE(tips(reader.resultsOfDay(day, 2, 1)), (QStringList{"set back", "1"}));
+        QCOMPARE(reader.countOfDay(day), 7);
+        QCOMPARE(reader.count(day.addDays(-1), day.addDays(1)), 9);
+        QVERIFY(!ResultReader(m_folder->filePath("none.db")).open(&error));
+        QVERIFY(error.contains("none.db"));
+    }
+
+    void readerHoldsARowWhileTheCellRecords()
+    {
+        StationDB results(file());
+        QVERIFY(results.initialise());
+        for (int i = 0; i < 10; ++i)
+            QVERIFY(results.insertResult(sampleResult()));
+        SqlConnection reader("QSQLITE");
+        reader.database().setDatabaseName(file());
+        QVERIFY(reader.database().open());
+        QSqlQuery halfRead = reader.exec("select * from RltTable");
+        QVERIFY(halfRead.next());
+        for (int i = 0; i < 2000; ++i)
+            QVERIFY2(results.insertResult(sampleResult()), qPrintable(results.lastError()));
+        int rest = 0;
+        while (halfRead.next())
+            ++rest;
+        QCOMPARE(rest, 9); // it sees the database as it was
+    }
+
+    void rowsReachTheDiskWhileTheCellRuns()
+    {
+        StationDB results(file());
+        QVERIFY(results.initialise());
+        // Enough rows that the log is moved into the file once, which without its log has them then; whatever is
+        // committed while it is moved stays behind, and a copy made meanwhile may not be whole.
+        for (int i = 0; i < 1500; ++i)
+            QVERIFY(results.insertResult(sampleResult()));
+        const auto rowsInFileAlone = [this] {
+            const QString copy = m_folder->filePath("copy.db");
+            QFile::remove(copy);
+            QFile::copy(file(), copy);
+            return OtherProgram(copy).value("select count(*) from RltTable").toInt();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(rowsInFileAlone() > 900, 60000);
+    }
+
+    void detectionQueriesAreComposedByteForByte_data()
+    {
+        Table::columns<QVariantMap, QString>();
+        const auto with = [](int type, int count, const QVariantMap& more = {}) {
+            QVariantMap map{{"Type", type}, {"Count", count}, {"time1", "a"}, {"time2", "b"}};
+            for (auto it = more.cbegin(); it != more.cend(); ++it)
+                map[it.key()] = it.value();
+            return map;
+        };
+        QTest::newRow("0") << with(0, 0) << "select * from zdtable where time ='a'";
+        QTest::newRow("0 count") << with(0, 1) << "select count(*) from zdtable where time ='a'";
+        QTest::newRow("1") << with(1, 0, {{"name", "W18"}})
+                           << "select * from zdtable where time >'a' and time < 'b' and model='W18'";
+        QTest::newRow("2") << with(2, 0, {{"CheckType", "x"}})
+                           << "select * from zdtable where time >'a' and time < 'b'";
+        QTest::newRow("2 models") << with(2, 0, {{"CheckType", "Count"}})
+                                  << "select model from zdtable where time >'a' and time < 'b'";
+        QTest::newRow("2 count") << with(2, 1, {{"CheckType", "Count"}})
+                                 << "select count(*) from zdtable where time >'a' and time < 'b'";
+        QTest::newRow("3")
+            << with(3, 0, {{"logType", 2}})
+            << "select * from warningtable where time >'a' and time < 'b' and class = '2' order by time desc ";
+        QTest::newRow("3 count") << with(3, 1, {{"logType", 2}})
+                                 << "select count(*) from warningtable where time >'a' and time < 'b' and class = '2' "
+                                    "order by time desc ";
+        QTest::newRow("4 models") << with(4, 0, {{"CheckType", "Count"}})
+                                  << "select model from zdtable where time >'a' and time < 'b'";
+        QTest::newRow("5") << with(5, 0) << "";
+        QTest::newRow("none") << QVariantMap() << "";
+    }
+    void detectionQueriesAreComposedByteForByte()
+    {
+        const auto [parameters, sql] = Table::row<QVariantMap, QString>();
+        QCOMPARE(DetectDataDB::buildQuery(parameters), sql);
+    }
+
+    void detectionRecordKeepsItsPicture()
+    {
+        DetectDataDB detections(file());
+        QVERIFY(detections.initialise());
+        const QByteArray picture("a'b\0c\xff", 6);
+        QVERIFY(detections.insertRecord({{"model", "it's"}, {"pic", picture}, {"time", "2024-05-01 12:00:00 000"}}));
+        QVERIFY(detections.insertRecord("zdtable", {{"model", "W19"}, {"time", "2024-05-02 12:00:00 000"}}));
+        QVERIFY(detections.insertRecord("no_such_table", {{"model", "W19"}})); // as if it were there
+        OtherProgram other(file());
+        QCOMPARE(other.value("select hex(pic) from zdtable where model = 'it''s'"), QString(picture.toHex().toUpper()));
+        QVERIFY(detections.deleteBefore("2024-05-02"));
+        QCOMPARE(other.column("select model from zdtable"), QStringList{"W19"});
+        QVERIFY(detections.saveTimeRange("day", "08:00:00", "20:00:00"));
+        QVERIFY(detections.insertWarning("m", "1", "t"));
+        QVERIFY(detections.clearAll());
+        QCOMPARE(other.value("select (select count(*) from zdtable) || (select count(*) from warningtable) || "
+                             "(select count(*) from zdtimetable)"),
+                 QString("001"));
+    }
+
+    void oldestWarningsOfAClassAreTrimmed()
+    {
+        DetectDataDB detections(file());
+        QVERIFY(detections.initialise());
+        for (int i = 0; i < 6; ++i)
+            QVERIFY(detections.insertWarning(QString::number(i), i == 0 ? "2" : "1", QString::number(i)));
+        OtherProgram other(file());
+        QVERIFY(detections.trimWarnings("1", 5));
+        QCOMPARE(other.value("select count(*) from warningtable"), QString("6"));
+        QVERIFY(detections.trimWarnings("1", 2));
+        QCOMPARE(other.column("select message from warningtable order by time"), (QStringList{"0", "4", "5"}));
+        QCOMPARE(other.column(DetectDataDB::buildQuery({{"Type", 3}, {"time1", "0"}, {"time2", "9"}, {"logType", 1}}))
+                     .size(),
+                 2);
+    }
+
+    void timeRangesAreKeptByType()
+    {
+        DetectDataDB detections(file());
+        QMap<QString, DetectDataDB::TimeRange> ranges;
+        QVERIFY(!detections.readTimeRanges(&ranges));
+        QVERIFY(detections.initialise());
+        QVERIFY(detections.saveTimeRange("day", "08:00:00", "20:00:00"));
+        QVERIFY(detections.saveTimeRange("night", "20:00:00", "08:00:00"));
+        QVERIFY(detections.deleteTimeRange("night"));
+        QVERIFY(!detections.deleteTimeRange("it's"));
+        QVERIFY(detections.readTimeRanges(&ranges));
+        QCOMPARE(ranges.keys(), QStringList{"day"});
+        QCOMPARE(ranges["day"].uid, 1);
+        QCOMPARE(ranges["day"].start, QTime(8, 0));
+        QCOMPARE(ranges["day"].end, QTime(20, 0));
+    }
+
+    void generalStatementsKeepTheirOddities()
+    {
+        DataBaseSql general(file(), "QSQLITE");
+        QVERIFY(general.open());
+        QVERIFY(general.createTable("t", "uid", {{"b", "TEXT"}, {"a", "TEXT"}}));
+        QVERIFY(!general.createTable("t t", "uid", {}));
+        QVERIFY(!general.insert("", {{"a", 1}}));
+        QVERIFY(!general.insert("t", {}));
+        QVERIFY(general.insert("t", {{"a", 1}}));
+        QVERIFY(!general.update("t", {{"a", 2}})); // there is no e_report_forms
+        OtherProgram other(file());
+        QVERIFY(other.run("create table e_report_forms(md_unique)"));
+        QVERIFY(other.run("insert into t(uid, a) values(0, 'x')"));
+        QVERIFY(general.update("t", {{"a", 2}}));
+        QCOMPARE(other.column("select a from t order by uid"), (QStringList{"2", "1"}));
+        QVERIFY(!general.clear("t", ""));
+        QVERIFY(general.clear("t", "all"));
+        QVERIFY(other.column("select a from t").isEmpty());
+    }
 
 private:
     QScopedPointer<QTemporaryDir> m_folder;
     QString file() const { return m_folder->filePath("DBFiles/Pellix.db"); }
 };
-
-void tst_results::init()
-{
-    m_folder.reset(new QTemporaryDir(QDir::tempPath() + QStringLiteral("/结果-XXXXXX")));
-}
-
-void tst_results::tablesAreMadeOnceInTheFormThatReportsKnow()
-{
-    for (int start = 0; start < 2; ++start) {
-        StationDB results(file());
-        DetectDataDB detections(file());
-        QVERIFY(results.initialise());
-        QVERIFY(detections.initialise());
-        QVERIFY(results.openReport().text.isEmpty());
-        QCOMPARE(results.tableList(),
-                 (QStringList{"RltTable", "sqlite_sequence", "warningtable", "zdtable", "zdtimetable"}));
-    }
-    OtherProgram other(file());
-    const auto sqlOf = [&other](const char* name) {
-        return other.value(QStringLiteral("select sql from sqlite_master where name='%1'").arg(QLatin1String(name)));
-    };
-    QCOMPARE(sqlOf("RltTable"),
-             QString("CREATE TABLE RltTable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, dAngle INT(100), "
-                     "errorType INT(100), matchScore INT(100), resultTip VARCHAR(32), stationName VARCHAR(32), "
-                     "threshBenchMark VARCHAR(32), time DATETIME(32), value1 VARCHAR(32), value2 VARCHAR(32), "
-                     "value3 VARCHAR(32))"));
-    QCOMPARE(sqlOf("zdtable"),
-             QString("CREATE TABLE zdtable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, channel INT(100), "
-                     "correlate INT(100), detecttime VARCHAR(32), diameter INT(100), hight INT(100), "
-                     "model VARCHAR(32), pic BLOB, time DATETIME(32))"));
-    QCOMPARE(sqlOf("zdtimetable"), QString("CREATE TABLE zdtimetable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, "
-                                           "endtime VARCHAR(32), starttime VARCHAR(32), type VARCHAR(32))"));
-    QCOMPARE(sqlOf("warningtable"), QString("CREATE TABLE warningtable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT "
-                                            "NULL, class VARCHAR(32), message VARCHAR(256), time DATETIME(32))"));
-    QCOMPARE(other.column("select name from sqlite_master where type='index' order by name"),
-             (QStringList{"idx_RltTable", "idx_warningtable", "idx_zdtable"}));
-    QCOMPARE(other.value("PRAGMA journal_mode"), QString("wal"));
-}
-
-void tst_results::resultIsReadBackAsItWasAnswered()
-{
-    StationDB results(file());
-    QVERIFY(results.initialise());
-    const QString before = StationDB::timeText(QDateTime::currentDateTime());
-    QVERIFY(results.insertResult(sampleResult()));
-    const QString after = StationDB::timeText(QDateTime::currentDateTime());
-
-    ResultReader reader(file());
-    QVERIFY(reader.open(nullptr));
-    const auto rows = reader.results(QDate(2000, 1, 1), QDate(2999, 1, 1));
-    QCOMPARE(rows.size(), 1);
-    QCOMPARE(rows[0].uid, 1);
-    QVERIFY(before <= rows[0].time && rows[0].time <= after);
-    QCOMPARE(rows[0].result.angle, 123.4567);
-    QCOMPARE(rows[0].result.errorType, 3);
-    QCOMPARE(rows[0].result.matchScore, 97.25);
-    QCOMPARE(rows[0].result.resultTip, QStringLiteral("气门孔 OK"));
-    QCOMPARE(rows[0].result.threshBenchMark, QStringLiteral("1_轮毂18"));
-    QCOMPARE(rows[0].result.stationName, QString("Station_1"));
-    QCOMPARE(rows[0].result.value1, sampleResult().value1);
-    QCOMPARE(rows[0].result.value2, QStringLiteral("1_轮毂18"));
-    QCOMPARE(rows[0].result.value3, QString());
-}
-
-void tst_results::valuesThatNoStatementCarriesAreRefused()
-{
-    StationDB results(file());
-    QVERIFY(!results.insertResult(sampleResult())); // not open
-    QVERIFY(results.initialise());
-    QVERIFY(!results.insertResult(sampleResult("can't")));
-    QVERIFY(!results.lastError().isEmpty());
-    QVERIFY(results.insertResult(sampleResult("%1 \"%2\" ; --")));
-    QCOMPARE(OtherProgram(file()).column("select resultTip from RltTable"), QStringList{"%1 \"%2\" ; --"});
-}
-
-void tst_results::oneDayIsReadInPagesAndCounted()
-{
-    StationDB results(file());
-    QVERIFY(results.initialise());
-    const QTime midnight(0, 0);
-    const QDate day = noon.date();
-    QVERIFY(results.insertResult(sampleResult("before"), QDateTime(day.addDays(-1), QTime(23, 59, 59, 999))));
-    for (int i = 0; i < 5; ++i)
-        QVERIFY(results.insertResult(sampleResult(QString::number(i)), QDateTime(day, midnight.addSecs(i))));
-    QVERIFY(results.insertResult(sampleResult("last"), QDateTime(day, QTime(23, 59, 59, 999))));
-    // The clock was set back: what comes later lies before.
-    QVERIFY(results.insertResult(sampleResult("set back"), QDateTime(day, midnight.addMSecs(1))));
-    QVERIFY(results.insertResult(sampleResult("after"), QDateTime(day.addDays(1), midnight)));
-
-    ResultReader reader(file());
-    QString error;
-    QVERIFY2(reader.open(&error), qPrintable(error));
-    const auto tips = [](const QVector<StationResultRow>& rows) {
-        QStringList texts;
-        for (const StationResultRow& row : rows)
-            texts << row.result.resultTip;
-        return texts;
-    };
-    QCOMPARE(tips(reader.resultsOfDay(day)), (QStringList{"0", "set back", "1", "2", "3", "4", "last"}));
-    QCOMPARE(tips(reader.resultsOfDay(day, 2, 1)), (QStringList{"set back", "1"}));
-    QCOMPARE(reader.countOfDay(day), 7);
-    QCOMPARE(reader.count(day.addDays(-1), day.addDays(1)), 9);
-    QVERIFY(!ResultReader(m_folder->filePath("none.db")).open(&error));
-    QVERIFY(error.contains("none.db"));
-}
-
-void tst_results::readerHoldsARowWhileTheCellRecords()
-{
-    StationDB results(file());
-    QVERIFY(results.initialise());
-    for (int i = 0; i < 10; ++i)
-        QVERIFY(results.insertResult(sampleResult()));
-    SqlConnection reader("QSQLITE");
-    reader.database().setDatabaseName(file());
-    QVERIFY(reader.database().open());
-    QSqlQuery halfRead = reader.exec("select * from RltTable");
-    QVERIFY(halfRead.next());
-    for (int i = 0; i < 2000; ++i)
-        QVERIFY2(results.insertResult(sampleResult()), qPrintable(results.lastError()));
-    int rest = 0;
-    while (halfRead.next())
-        ++rest;
-    QCOMPARE(rest, 9); // it sees the database as it was
-}
-
-void tst_results::rowsReachTheDiskWhileTheCellRuns()
-{
-    StationDB results(file());
-    QVERIFY(results.initialise());
-    // Enough rows that the log is moved into the file once, which without its log has them then; whatever is committed
-    // while it is moved stays behind, and a copy made meanwhile may not be whole.
-    for (int i = 0; i < 1500; ++i)
-        QVERIFY(results.insertResult(sampleResult()));
-    const auto rowsInFileAlone = [this] {
-        const QString copy = m_folder->filePath("copy.db");
-        QFile::remove(copy);
-        QFile::copy(file(), copy);
-        return OtherProgram(copy).value("select count(*) from RltTable").toInt();
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(rowsInFileAlone() > 900, 60000);
-}
-
-void tst_results::detectionQueriesAreComposedByteForByte_data()
-{
-    QTest::addColumn<QVariantMap>("parameters");
-    QTest::addColumn<QString>("sql");
-    const auto with = [](int type, int count, const QVariantMap& more = {}) {
-        QVariantMap map{{"Type", type}, {"Count", count}, {"time1", "a"}, {"time2", "b"}};
-        for (auto it = more.cbegin(); it != more.cend(); ++it)
-            map[it.key()] = it.value();
-        return map;
-    };
-    QTest::newRow("0") << with(0, 0) << "select * from zdtable where time ='a'";
-    QTest::newRow("0 count") << with(0, 1) << "select count(*) from zdtable where time ='a'";
-    QTest::newRow("1") << with(1, 0, {{"name", "W18"}})
-                       << "select * from zdtable where time >'a' and time < 'b' and model='W18'";
-    QTest::newRow("2") << with(2, 0, {{"CheckType", "x"}}) << "select * from zdtable where time >'a' and time < 'b'";
-    QTest::newRow("2 models") << with(2, 0, {{"CheckType", "Count"}})
-                              << "select model from zdtable where time >'a' and time < 'b'";
-    QTest::newRow("2 count") << with(2, 1, {{"CheckType", "Count"}})
-                             << "select count(*) from zdtable where time >'a' and time < 'b'";
-    QTest::newRow("3")
-        << with(3, 0, {{"logType", 2}})
-        << "select * from warningtable where time >'a' and time < 'b' and class = '2' order by time desc ";
-    QTest::newRow("3 count") << with(3, 1, {{"logType", 2}})
-                             << "select count(*) from warningtable where time >'a' and time < 'b' and class = '2' "
-                                "order by time desc ";
-    QTest::newRow("4 models") << with(4, 0, {{"CheckType", "Count"}})
-                              << "select model from zdtable where time >'a' and time < 'b'";
-    QTest::newRow("5") << with(5, 0) << "";
-    QTest::newRow("none") << QVariantMap() << "";
-}
-
-void tst_results::detectionQueriesAreComposedByteForByte()
-{
-    QFETCH(QVariantMap, parameters);
-    QTEST(DetectDataDB::buildQuery(parameters), "sql");
-}
-
-void tst_results::detectionRecordKeepsItsPicture()
-{
-    DetectDataDB detections(file());
-    QVERIFY(detections.initialise());
-    const QByteArray picture("a'b\0c\xff", 6);
-    QVERIFY(detections.insertRecord({{"model", "it's"}, {"pic", picture}, {"time", "2024-05-01 12:00:00 000"}}));
-    QVERIFY(detections.insertRecord("zdtable", {{"model", "W19"}, {"time", "2024-05-02 12:00:00 000"}}));
-    QVERIFY(detections.insertRecord("no_such_table", {{"model", "W19"}})); // as if it were there
-    OtherProgram other(file());
-    QCOMPARE(other.value("select hex(pic) from zdtable where model = 'it''s'"), QString(picture.toHex().toUpper()));
-    QVERIFY(detections.deleteBefore("2024-05-02"));
-    QCOMPARE(other.column("select model from zdtable"), QStringList{"W19"});
-    QVERIFY(detections.saveTimeRange("day", "08:00:00", "20:00:00"));
-    QVERIFY(detections.insertWarning("m", "1", "t"));
-    QVERIFY(detections.clearAll());
-    QCOMPARE(other.value("select (select count(*) from zdtable) || (select count(*) from warningtable) || "
-                         "(select count(*) from zdtimetable)"),
-             QString("001"));
-}
-
-void tst_results::oldestWarningsOfAClassAreTrimmed()
-{
-    DetectDataDB detections(file());
-    QVERIFY(detections.initialise());
-    for (int i = 0; i < 6; ++i)
-        QVERIFY(detections.insertWarning(QString::number(i), i == 0 ? "2" : "1", QString::number(i)));
-    OtherProgram other(file());
-    QVERIFY(detections.trimWarnings("1", 5));
-    QCOMPARE(other.value("select count(*) from warningtable"), QString("6"));
-    QVERIFY(detections.trimWarnings("1", 2));
-    QCOMPARE(other.column("select message from warningtable order by time"), (QStringList{"0", "4", "5"}));
-    QCOMPARE(
-        other.column(DetectDataDB::buildQuery({{"Type", 3}, {"time1", "0"}, {"time2", "9"}, {"logType", 1}})).size(),
-        2);
-}
-
-void tst_results::timeRangesAreKeptByType()
-{
-    DetectDataDB detections(file());
-    QMap<QString, DetectDataDB::TimeRange> ranges;
-    QVERIFY(!detections.readTimeRanges(&ranges));
-    QVERIFY(detections.initialise());
-    QVERIFY(detections.saveTimeRange("day", "08:00:00", "20:00:00"));
-    QVERIFY(detections.saveTimeRange("night", "20:00:00", "08:00:00"));
-    QVERIFY(detections.deleteTimeRange("night"));
-    QVERIFY(!detections.deleteTimeRange("it's"));
-    QVERIFY(detections.readTimeRanges(&ranges));
-    QCOMPARE(ranges.keys(), QStringList{"day"});
-    QCOMPARE(ranges["day"].uid, 1);
-    QCOMPARE(ranges["day"].start, QTime(8, 0));
-    QCOMPARE(ranges["day"].end, QTime(20, 0));
-}
-
-void tst_results::generalStatementsKeepTheirOddities()
-{
-    DataBaseSql general(file(), "QSQLITE");
-    QVERIFY(general.open());
-    QVERIFY(general.createTable("t", "uid", {{"b", "TEXT"}, {"a", "TEXT"}}));
-    QVERIFY(!general.createTable("t t", "uid", {}));
-    QVERIFY(!general.insert("", {{"a", 1}}));
-    QVERIFY(!general.insert("t", {}));
-    QVERIFY(general.insert("t", {{"a", 1}}));
-    QVERIFY(!general.update("t", {{"a", 2}})); // there is no e_report_forms
-    OtherProgram other(file());
-    QVERIFY(other.run("create table e_report_forms(md_unique)"));
-    QVERIFY(other.run("insert into t(uid, a) values(0, 'x')"));
-    QVERIFY(general.update("t", {{"a", 2}}));
-    QCOMPARE(other.column("select a from t order by uid"), (QStringList{"2", "1"}));
-    QVERIFY(!general.clear("t", ""));
-    QVERIFY(general.clear("t", "all"));
-    QVERIFY(other.column("select a from t").isEmpty());
-}
 
 QTEST_GUILESS_MAIN(tst_results)
 #include "tst_results.moc"

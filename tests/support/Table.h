@@ -37,11 +37,22 @@ void of(const std::initializer_list<Row<Types...>>& rows)
         std::apply([&](const auto&... cells) { (QTest::newRow(row.name) << ... << cells); }, row.values);
 }
 
+template <typename Type>
+const Type& cell(int column)
+{
+    return *static_cast<Type*>(QTest::qData(kColumns[column], qMetaTypeId<Type>()));
+}
+
+template <typename... Types, std::size_t... Columns>
+std::tuple<Types...> cells(std::index_sequence<Columns...>)
+{
+    return {cell<Types>(Columns)...};
+}
+
 template <typename... Types>
 std::tuple<Types...> row()
 {
-    int i = 0;
-    return std::tuple<Types...>{*static_cast<Types*>(QTest::qData(kColumns[i++], qMetaTypeId<Types>()))...};
+    return cells<Types...>(std::index_sequence_for<Types...>());
 }
 
 } // namespace Table
