@@ -31,15 +31,20 @@ public:
             renderIfFree(i);
     }
 
-    QVector<QImage> finish()
+    void finish(const DrawBand& draw)
     {
-        for (int i = 0; i < count(); ++i)
+        std::vector<int> late;
+        for (int i = 0; i < count(); ++i) {
             renderIfFree(i);
-        QVector<QImage> images;
-        for (int i = 0; i < count(); ++i)
-            images.append(m_bands[i].state.load(std::memory_order_acquire) == Done ? std::move(m_bands[i].image)
-                                                                                   : rendered(i));
-        return images;
+            if (!drawIfDone(i, draw))
+                late.push_back(i);
+        }
+        for (const int i : late) {
+            if (drawIfDone(i, draw))
+                continue;
+            QImage image = rendered(i);
+            draw(image, i * kBandRows);
+        }
     }
 
 private:
@@ -69,6 +74,15 @@ private:
         m_bands[i].state.store(Done, std::memory_order_release);
     }
 
+    bool drawIfDone(int i, const DrawBand& draw)
+    {
+        if (m_bands[i].state.load(std::memory_order_acquire) != Done)
+            return false;
+        draw(m_bands[i].image, i * kBandRows);
+        m_bands[i].image = QImage(); // its memory serves the next one
+        return true;
+    }
+
     const QSize m_size;
     const RenderBand m_render;
     std::vector<Band> m_bands;
@@ -83,7 +97,7 @@ QThreadPool& helpers()
 
 } // namespace
 
-QVector<QImage> renderInBands(const QSize& size, const RenderBand& render)
+void renderInBands(const QSize& size, const RenderBand& render, const DrawBand& draw)
 {
     const auto job = std::make_shared<Job>(size, render);
     const bool helped = size.height() >= kRowsWorthHelp && QThread::idealThreadCount() > 1;
@@ -92,5 +106,5 @@ QVector<QImage> renderInBands(const QSize& size, const RenderBand& render)
         if (!helpers().tryStart(helper))
             delete helper;
     }
-    return job->finish();
+    job->finish(draw);
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QImage>
-#include <QVector>
 
 #include <functional>
 
@@ -9,6 +8,10 @@
 /// possibly for a moment after renderInBands() has returned; so it holds all that it needs by value.
 using RenderBand = std::function<void(QImage& band, int top)>;
 
-/// Renders a picture (RGB32) in bands, from top to bottom, on this thread and on idle processors. Never waits for them:
-/// a band that a helper has begun and not finished when everything else is done is rendered here.
-QVector<QImage> renderInBands(const QSize& size, const RenderBand& render);
+/// Takes a band that is ready, on the thread that asked for it; in any order.
+using DrawBand = std::function<void(QImage& band, int top)>;
+
+/// Renders a picture (RGB32) in bands, on this thread and on idle processors, and hands each on while it is still in
+/// the processor's cache. Never waits for the others: a band that a helper has begun and not finished when everything
+/// else is done is rendered here.
+void renderInBands(const QSize& size, const RenderBand& render, const DrawBand& draw);

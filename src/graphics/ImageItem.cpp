@@ -1,7 +1,7 @@
 #include "graphics/ImageItem.h"
 
 #include "graphics/BandRenderer.h"
-#include "graphics/GrayScaler.h"
+#include "graphics/SmoothScaler.h"
 #include "graphics/ViewScale.h"
 
 #include <QPainter>
@@ -26,28 +26,11 @@ QImage drawable(const QImage& image)
     }
 }
 
-RenderBand grayRenderer(const QImage& image, const QTransform& toDevice, const QRect& target)
-{
-    return [scaler = GrayScaler(image, toDevice, target)](QImage& band, int top) { scaler.render(band, top); };
-}
-
 /// The pixels whose middle lies in a rectangle, but at least one row and column.
 QRect pixelsOf(const QRectF& rect)
 {
     const QPoint from(qRound(rect.left()), qRound(rect.top()));
     return {from, QSize(qMax(1, qRound(rect.right()) - from.x()), qMax(1, qRound(rect.bottom()) - from.y()))};
-}
-
-/// For RGB32 the general painter is fast.
-RenderBand colorRenderer(const QImage& image, const QTransform& toDevice, const QRect& target)
-{
-    return [=](QImage& band, int top) {
-        band.fill(image.pixel(0, 0)); // of an image thinner than a screen pixel the painter draws nothing
-        QPainter painter(&band);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.setTransform(toDevice * QTransform::fromTranslate(-target.x(), -target.y() - top));
-        painter.drawImage(0, 0, image);
-    };
 }
 
 } // namespace
@@ -109,15 +92,14 @@ void ImageItem::drawSmaller(QPainter* painter, const QImage& image, const QTrans
     const QRect target = pixelsOf(visible);
     if (visible.isEmpty())
         return;
-    const bool gray = image.format() == QImage::Format_Grayscale8;
-    int top = target.top();
     painter->resetTransform();
-    for (QImage& band : renderInBands(target.size(), gray ? grayRenderer(image, toDevice, target)
-                                                          : colorRenderer(image, toDevice, target))) {
+    const auto draw = [&](QImage& band, int top) {
         band.setDevicePixelRatio(ratio);
-        painter->drawImage(QPointF(target.left(), top) / ratio, band);
-        top += band.height();
-    }
+        painter->drawImage(QPointF(target.left(), target.top() + top) / ratio, band);
+    };
+    const SmoothScaler scaler(image, toDevice, target);
+    renderInBands(
+        target.size(), [scaler](QImage& band, int top) { scaler.render(band, top); }, draw);
 }
 
 void ImageItem::drawGrid(QPainter* painter, const QRectF& exposed) const
