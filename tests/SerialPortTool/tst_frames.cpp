@@ -1,3 +1,4 @@
+#include "support/Table.h"
 #include "wire/FrameCodec.h"
 
 #include <QVector>
@@ -51,17 +52,14 @@ class FramesTest : public QObject
 private slots:
     void checksumAgreesWithPublishedVectors_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<int>("crc");
-        QTest::newRow("check value") << QByteArray("123456789") << 0x4B37;
-        QTest::newRow("nothing") << QByteArray() << 0xFFFF;
-        QTest::newRow("one zero") << QByteArray(1, '\0') << 0x40BF;
-        QTest::newRow("read holding registers") << QByteArray::fromHex("010300000001") << 0x0A84;
+        Table::of<QByteArray, int>({{"check value", "123456789", 0x4B37},
+                                    {"nothing", QByteArray(), 0xFFFF},
+                                    {"one zero", QByteArray(1, '\0'), 0x40BF},
+                                    {"read holding registers", QByteArray::fromHex("010300000001"), 0x0A84}});
     }
     void checksumAgreesWithPublishedVectors()
     {
-        QFETCH(QByteArray, bytes);
-        QFETCH(int, crc);
+        const auto [bytes, crc] = Table::row<QByteArray, int>();
         const auto* data = reinterpret_cast<const quint8*>(bytes.constData());
         QCOMPARE(int(wire::crc16Modbus(data, bytes.size())), crc);
         const int half = bytes.size() / 2;
@@ -115,8 +113,7 @@ private slots:
 
     void wholeFrameAfterDirtIsTaken_data()
     {
-        QTest::addColumn<QByteArray>("dirt");
-        QTest::addColumn<int>("crcErrors");
+        Table::columns<QByteArray, int>();
         QTest::newRow("noise") << QByteArray(1000, '\x37') << 0;
         QTest::newRow("start mark again and again") << QByteArray::fromHex("aaaaaa55aa55aa55") << 0;
         QTest::newRow("wrong fourth byte") << QByteArray::fromHex("aa55000111") << 0;
@@ -134,8 +131,7 @@ private slots:
     }
     void wholeFrameAfterDirtIsTaken()
     {
-        QFETCH(QByteArray, dirt);
-        QFETCH(int, crcErrors);
+        const auto [dirt, crcErrors] = Table::row<QByteArray, int>();
         for (const int piece : {1, 5, 2000}) {
             wire::FrameDecoder decoder;
             const auto frames = decode(decoder, dirt + kTrigger, piece);

@@ -1,4 +1,5 @@
 #include "platform/PseudoTerminal.h"
+#include "support/Table.h"
 #include "wire/FrameCodec.h"
 
 #include <valvecell/Extension.h>
@@ -252,27 +253,18 @@ private slots:
 
     void lineThatCannotBeIsRefused_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("baud");
-        QTest::newRow("no name") << ""
-                                 << "115200";
-        QTest::newRow("missing device") << "/nowhere/tty"
-                                        << "115200";
-        QTest::newRow("a folder") << QDir::tempPath() << "115200";
-        QTest::newRow("an ordinary file") << QCoreApplication::applicationFilePath() << "115200";
-        QTest::newRow("Windows name") << "COM3"
-                                      << "115200";
-        QTest::newRow("baud rate is text") << "link"
-                                           << "fast";
-        QTest::newRow("baud rate is zero") << "link"
-                                           << "0";
-        QTest::newRow("baud rate is too large a number") << "link"
-                                                         << "99999999999";
+        Table::of<QString, QString>({{"no name", "", "115200"},
+                                     {"missing device", "/nowhere/tty", "115200"},
+                                     {"a folder", QDir::tempPath(), "115200"},
+                                     {"an ordinary file", QCoreApplication::applicationFilePath(), "115200"},
+                                     {"Windows name", "COM3", "115200"},
+                                     {"baud rate is text", "link", "fast"},
+                                     {"baud rate is zero", "link", "0"},
+                                     {"baud rate is too large a number", "link", "99999999999"}});
     }
     void lineThatCannotBeIsRefused()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, baud);
+        const auto [name, baud] = Table::row<QString, QString>();
         QVERIFY(!m_port->open(name == "link" ? m_plc->link() : name, baud));
         QVERIFY(!status().open);
         QVERIFY(status().lastError.contains(name == "link" ? baud : name));

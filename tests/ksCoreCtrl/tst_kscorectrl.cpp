@@ -1,3 +1,4 @@
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <valvecell/Extension.h>
@@ -179,20 +180,18 @@ private slots:
 
     void spoiledConfigurationGivesNoCameraAndSaysWhere_data()
     {
-        QTest::addColumn<QByteArray>("json");
-        QTest::addColumn<QString>("said");
-        QTest::newRow("missing") << QByteArray() << "camera.json: no such file";
-        QTest::newRow("empty") << QByteArray("") << "camera.json, line 1";
-        QTest::newRow("cut off") << oneCamera().chopped(9).replace(",", ",\n") << "camera.json, line 5";
-        QTest::newRow("list") << QByteArray("[1,2]") << "camera.json: the top level";
-        QTest::newRow("wrong type") << QByteArray(R"({"cameras":{"key":"a"}})") << "camera.json, cameras: ";
-        QTest::newRow("without list") << QByteArray("{}") << "camera.json, cameras: ";
-        QTest::newRow("huge") << QByteArray(65 * 1024 * 1024, ' ') << "camera.json: larger";
+        Table::of<QByteArray, QString>(
+            {{"missing", QByteArray(), "camera.json: no such file"},
+             {"empty", "", "camera.json, line 1"},
+             {"cut off", oneCamera().chopped(9).replace(",", ",\n"), "camera.json, line 5"},
+             {"list", "[1,2]", "camera.json: the top level"},
+             {"wrong type", QByteArray(R"({"cameras":{"key":"a"}})"), "camera.json, cameras: "},
+             {"without list", "{}", "camera.json, cameras: "},
+             {"huge", QByteArray(65 * 1024 * 1024, ' '), "camera.json: larger"}});
     }
     void spoiledConfigurationGivesNoCameraAndSaysWhere()
     {
-        QFETCH(QByteArray, json);
-        QFETCH(QString, said);
+        const auto [json, said] = Table::row<QByteArray, QString>();
         Cell cell;
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QRegularExpression::escape(said)));
         QCOMPARE(cell.start(json)->cameraKeys(), QStringList());
@@ -269,10 +268,6 @@ private slots:
 
     void grayImagesComeWithoutPalette_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QImage>("saved");
-        QTest::addColumn<QImage::Format>("delivered");
-        QTest::addColumn<PixelFormat>("told");
         QImage gray(31, 2, QImage::Format_Grayscale8);
         gray.fill(QColor(90, 90, 90));
         QImage reversed(31, 2, QImage::Format_Indexed8);
@@ -281,19 +276,17 @@ private slots:
         QImage coloured = reversed;
         coloured.setColor(1, qRgb(255, 0, 0));
         const auto gray8 = QImage::Format_Grayscale8;
-        QTest::newRow("bmp") << "a.bmp" << gray << gray8 << PixelFormat::Gray8;
-        QTest::newRow("png") << "a.png" << gray << gray8 << PixelFormat::Gray8;
-        QTest::newRow("palette out of order") << "a.bmp" << reversed << gray8 << PixelFormat::Gray8;
-        QTest::newRow("coloured palette") << "a.bmp" << coloured << QImage::Format_RGB32 << PixelFormat::Rgb32;
-        QTest::newRow("16 bit") << "a.png" << gray.convertToFormat(QImage::Format_Grayscale16)
-                                << QImage::Format_Grayscale16 << PixelFormat::Gray16;
+        Table::of<QString, QImage, QImage::Format, PixelFormat>(
+            {{"bmp", "a.bmp", gray, gray8, PixelFormat::Gray8},
+             {"png", "a.png", gray, gray8, PixelFormat::Gray8},
+             {"palette out of order", "a.bmp", reversed, gray8, PixelFormat::Gray8},
+             {"coloured palette", "a.bmp", coloured, QImage::Format_RGB32, PixelFormat::Rgb32},
+             {"16 bit", "a.png", gray.convertToFormat(QImage::Format_Grayscale16), QImage::Format_Grayscale16,
+              PixelFormat::Gray16}});
     }
     void grayImagesComeWithoutPalette()
     {
-        QFETCH(QString, file);
-        QFETCH(QImage, saved);
-        QFETCH(QImage::Format, delivered);
-        QFETCH(PixelFormat, told);
+        const auto [file, saved, delivered, told] = Table::row<QString, QImage, QImage::Format, PixelFormat>();
         Cell cell;
         cell.saveImage("/images/1/" + file, saved);
         cell.start(oneCamera())->trigger(kCam1);
@@ -352,22 +345,18 @@ private slots:
 
     void wrongSettingIsRefusedAndNothingChanges_data()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QVariantMap>("settings");
-        QTest::addColumn<QString>("said");
-        QTest::newRow("negative") << "cam1" << QVariantMap{{"exposure_ms", -1}, {"folder", "x"}} << "exposure_ms";
-        QTest::newRow("not a number") << "cam1" << QVariantMap{{"transfer_ms", qQNaN()}} << "transfer_ms";
-        QTest::newRow("text") << "cam1" << QVariantMap{{"transfer_ms", "１０"}} << "transfer_ms";
-        QTest::newRow("blank folder") << "cam1" << QVariantMap{{"folder", " "}} << "folder";
-        QTest::newRow("unknown") << "cam1" << QVariantMap{{"gain_db", 3}} << "gain_db";
-        QTest::newRow("no driver") << "gige" << QVariantMap{{"exposure_ms", 3}} << "120";
-        QTest::newRow("no camera") << "camX" << QVariantMap{{"exposure_ms", 3}} << "camX";
+        Table::of<QString, QVariantMap, QString>(
+            {{"negative", "cam1", QVariantMap{{"exposure_ms", -1}, {"folder", "x"}}, "exposure_ms"},
+             {"not a number", "cam1", QVariantMap{{"transfer_ms", qQNaN()}}, "transfer_ms"},
+             {"text", "cam1", QVariantMap{{"transfer_ms", "１０"}}, "transfer_ms"},
+             {"blank folder", "cam1", QVariantMap{{"folder", " "}}, "folder"},
+             {"unknown", "cam1", QVariantMap{{"gain_db", 3}}, "gain_db"},
+             {"no driver", "gige", QVariantMap{{"exposure_ms", 3}}, "120"},
+             {"no camera", "camX", QVariantMap{{"exposure_ms", 3}}, "camX"}});
     }
     void wrongSettingIsRefusedAndNothingChanges()
     {
-        QFETCH(QString, key);
-        QFETCH(QVariantMap, settings);
-        QFETCH(QString, said);
+        const auto [key, settings, said] = Table::row<QString, QVariantMap, QString>();
         Cell cell;
         const QByteArray json = R"({"cameras":[{"key":"cam1","type":100,"folder":"f"},{"key":"gige","type":120}]})";
         cell.start(json);
@@ -465,9 +454,7 @@ private slots:
 
     void wrongCameraListIsRefusedAndNothingChanges_data()
     {
-        QTest::addColumn<CameraEntry>("entry");
-        QTest::addColumn<QString>("removed");
-        QTest::addColumn<QString>("said");
+        Table::columns<CameraEntry, QString, QString>();
         const QVariantMap folder{{"folder", "f"}};
         const auto camera = [&](const char* key) { return CameraEntry{key, CameraType::Virtual, folder}; };
         QTest::newRow("last one") << CameraEntry() << "cam1"
@@ -495,9 +482,7 @@ private slots:
     }
     void wrongCameraListIsRefusedAndNothingChanges()
     {
-        QFETCH(CameraEntry, entry);
-        QFETCH(QString, removed);
-        QFETCH(QString, said);
+        const auto [entry, removed, said] = Table::row<CameraEntry, QString, QString>();
         Cell cell;
         cell.start(oneCamera());
         if (entry.key == "hand")

@@ -1,6 +1,7 @@
 #include "modules/DllLoader.h"
 #include "modules/ModuleSet.h"
 #include "platform/ModuleFiles.h"
+#include "support/Table.h"
 
 #include <QtTest>
 
@@ -29,14 +30,11 @@ private slots:
 
     void suffixIsNeverDoubled_data()
     {
-        QTest::addColumn<QString>("base");
-        QTest::newRow("bare") << "dir/ksX";
-        QTest::newRow("lower case") << "dir/ksX.dll";
-        QTest::newRow("upper case") << "dir/ksX.DLL";
+        Table::of<QString>({{"bare", "dir/ksX"}, {"lower case", "dir/ksX.dll"}, {"upper case", "dir/ksX.DLL"}});
     }
     void suffixIsNeverDoubled()
     {
-        QFETCH(QString, base);
+        const auto [base] = Table::row<QString>();
         QCOMPARE(platform::moduleFile(base).count('.'), 1);
         QCOMPARE(platform::moduleLoadName(base), QStringLiteral("dir/ksX"));
     }
@@ -77,8 +75,7 @@ private slots:
 
     void wrongModuleEndsStartUpWithItsText_data()
     {
-        QTest::addColumn<QStringList>("folders");
-        QTest::addColumn<QString>("fatal");
+        Table::columns<QStringList, QString>();
         const QString core = QStringLiteral("Corectrl模块加载失败,请检查!");
         const QString engine = QStringLiteral("ksbengine模块加载失败,请检查!");
         const QString designer = QStringLiteral("ksdesigner模块加载失败,请检查!");
@@ -93,8 +90,7 @@ private slots:
     }
     void wrongModuleEndsStartUpWithItsText()
     {
-        QFETCH(QStringList, folders);
-        QFETCH(QString, fatal);
+        const auto [folders, fatal] = Table::row<QStringList, QString>();
         QTemporaryDir mixed;
         const QStringList names{"ksCoreCtrl", "ksbengine", "ksdesigner"};
         for (int i = 0; i < 3; ++i) {
@@ -117,21 +113,14 @@ private slots:
 
     void reportTellsFileVersionAndReason_data()
     {
-        QTest::addColumn<QString>("folder");
-        QTest::addColumn<QString>("problem");
-        QTest::newRow("right") << "good"
-                               << "";
-        QTest::newRow("no object") << "null"
-                                   << "系统日志";
-        QTest::newRow("no symbol") << "nosymbol"
-                                   << "Lib_CoreCtrl_Init";
-        QTest::newRow("no library") << "missing"
-                                    << "ksCoreCtrl";
+        Table::of<QString, QString>({{"right", "good", ""},
+                                     {"no object", "null", "系统日志"},
+                                     {"no symbol", "nosymbol", "Lib_CoreCtrl_Init"},
+                                     {"no library", "missing", "ksCoreCtrl"}});
     }
     void reportTellsFileVersionAndReason()
     {
-        QFETCH(QString, folder);
-        QFETCH(QString, problem);
+        const auto [folder, problem] = Table::row<QString, QString>();
         ModuleSet modules({fakes(qPrintable(folder))});
         modules.start(kNoImage);
         const ModuleInfo core = modules.report().value(0);

@@ -4,6 +4,7 @@
 #include "SimOptions.h"
 #include "TriggerPace.h"
 #include "config/ksGlobalConfig.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <QJsonArray>
@@ -42,51 +43,43 @@ class PlcReportTest : public QObject
 private slots:
     void percentilesAreMeasuredValues_data()
     {
-        QTest::addColumn<int>("count");
-        QTest::addColumn<QVector<double>>("expected"); // p50, p95, p99, max of 1 .. count
-        QTest::newRow("one") << 1 << QVector<double>{1, 1, 1, 1};
-        QTest::newRow("two") << 2 << QVector<double>{1, 2, 2, 2};
-        QTest::newRow("twenty") << 20 << QVector<double>{10, 19, 20, 20};
-        QTest::newRow("hundred") << 100 << QVector<double>{50, 95, 99, 100};
-        QTest::newRow("two hundred") << 200 << QVector<double>{100, 190, 198, 200};
+        // p50, p95, p99, max of 1 .. count
+        Table::of<int, QVector<double>>({{"one", 1, QVector<double>{1, 1, 1, 1}},
+                                         {"two", 2, QVector<double>{1, 2, 2, 2}},
+                                         {"twenty", 20, QVector<double>{10, 19, 20, 20}},
+                                         {"hundred", 100, QVector<double>{50, 95, 99, 100}},
+                                         {"two hundred", 200, QVector<double>{100, 190, 198, 200}}});
     }
     void percentilesAreMeasuredValues()
     {
-        QFETCH(int, count);
+        const auto [count, expected] = Table::row<int, QVector<double>>();
         QVector<double> values;
         for (int i = count; i > 0; --i)
             values.append(i);
         const Spread spread = *spreadOf(values);
-        QTEST(QVector<double>({spread.p50, spread.p95, spread.p99, spread.max}), "expected");
+        QCOMPARE(QVector<double>({spread.p50, spread.p95, spread.p99, spread.max}), expected);
         QVERIFY(!spreadOf({}));
     }
 
     void partIsJudged_data()
     {
-        QTest::addColumn<double>("angle");
-        QTest::addColumn<double>("truth");
-        QTest::addColumn<int>("hole"); // -1: truth unknown
-        QTest::addColumn<double>("error");
-        QTest::addColumn<Verdict>("verdict");
-        QTest::newRow("found") << 90.4 << 90.0 << 1 << 0.4 << Verdict::Right;
-        QTest::newRow("just outside") << 90.501 << 90.0 << 1 << 0.501 << Verdict::Wrong;
-        QTest::newRow("across 0, upwards") << 0.2 << 359.9 << 1 << 0.3 << Verdict::Right;
-        QTest::newRow("across 0, downwards") << 359.8 << 0.1 << 1 << 0.3 << Verdict::Right;
-        QTest::newRow("opposite") << 270.0 << 90.0 << 1 << 180.0 << Verdict::Wrong;
-        QTest::newRow("missed") << kNoAngle << 90.0 << 1 << -1.0 << Verdict::Missed;
-        QTest::newRow("no hole") << kNoAngle << 0.0 << 0 << -1.0 << Verdict::Right;
-        QTest::newRow("invented") << 0.0 << 0.0 << 0 << -1.0 << Verdict::Invented;
-        QTest::newRow("refused") << 999.0 << 90.0 << 1 << -1.0 << Verdict::Missed;
-        QTest::newRow("truth unknown") << 12.0 << 0.0 << -1 << -1.0 << Verdict::Answered;
+        // -1: truth unknown
+        Table::of<double, double, int, double, Verdict>({{"found", 90.4, 90.0, 1, 0.4, Verdict::Right},
+                                                         {"just outside", 90.501, 90.0, 1, 0.501, Verdict::Wrong},
+                                                         {"across 0, upwards", 0.2, 359.9, 1, 0.3, Verdict::Right},
+                                                         {"across 0, downwards", 359.8, 0.1, 1, 0.3, Verdict::Right},
+                                                         {"opposite", 270.0, 90.0, 1, 180.0, Verdict::Wrong},
+                                                         {"missed", kNoAngle, 90.0, 1, -1.0, Verdict::Missed},
+                                                         {"no hole", kNoAngle, 0.0, 0, -1.0, Verdict::Right},
+                                                         {"invented", 0.0, 0.0, 0, -1.0, Verdict::Invented},
+                                                         {"refused", 999.0, 90.0, 1, -1.0, Verdict::Missed},
+                                                         {"truth unknown", 12.0, 0.0, -1, -1.0, Verdict::Answered}});
     }
     void partIsJudged()
     {
-        QFETCH(double, angle);
-        QFETCH(double, truth);
-        QFETCH(int, hole);
-        QFETCH(double, error);
+        const auto [angle, truth, hole, error, verdict] = Table::row<double, double, int, double, Verdict>();
         PartRow row = rowOf(1, angle, hole < 0 ? std::nullopt : std::optional<bool>(hole > 0), truth);
-        QTEST(row.verdict(), "verdict");
+        QCOMPARE(row.verdict(), verdict);
         QVERIFY(qAbs(row.angleErrorDeg().value_or(-1) - error) < 1e-9);
         row.noticed = false;
         if (angle >= 360)
@@ -182,21 +175,19 @@ private slots:
 
     void timingLineIsFoundInTheProgramsOutput_data()
     {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<double>("engineMs"); // below 0: no timing line
+        // below 0: no timing line
         const QString good =
             "valvecell.road: station=2 engine_ms=4.213 capture_ms=15.402 total_ms=21.210 rss_kib=123456";
-        QTest::newRow("as written") << good << 4.213;
-        QTest::newRow("with time before and line end") << "12:00:01 info " + good + "\r\n" << 4.213;
-        QTest::newRow("cut off") << good.left(80) << -1.0;
-        QTest::newRow("another line") << "valvecell.serial: /dev/pts/1: open again" << -1.0;
-        QTest::newRow("no number") << QString(good).replace("4.213", "fast") << -1.0;
-        QTest::newRow("empty") << "" << -1.0;
+        Table::of<QString, double>({{"as written", good, 4.213},
+                                    {"with time before and line end", "12:00:01 info " + good + "\r\n", 4.213},
+                                    {"cut off", good.left(80), -1.0},
+                                    {"another line", "valvecell.serial: /dev/pts/1: open again", -1.0},
+                                    {"no number", QString(good).replace("4.213", "fast"), -1.0},
+                                    {"empty", "", -1.0}});
     }
     void timingLineIsFoundInTheProgramsOutput()
     {
-        QFETCH(QString, line);
-        QFETCH(double, engineMs);
+        const auto [line, engineMs] = Table::row<QString, double>();
         const auto timing = RoadLog::parse(line);
         QCOMPARE(timing.has_value(), engineMs > 0);
         if (!timing)
@@ -209,20 +200,15 @@ private slots:
 
     void machinePointLeadsBackToItsPixel_data()
     {
-        QTest::addColumn<bool>("fourPoint");
-        QTest::addColumn<bool>("swapped");
-        QTest::addColumn<QPointF>("machine");
-        QTest::newRow("two points") << false << false << QPointF(60.25, 120.125);
-        QTest::newRow("two points, swapped") << false << true << QPointF(120.125, 60.25);
-        // q = (2 * 100.5 - 200.25 + 5, 100.5 + 3 * 200.25 + 7), offsets 1 and 2
-        QTest::newRow("four points") << true << false << QPointF(6.75, 710.25);
-        QTest::newRow("four points, swapped") << true << true << QPointF(710.25, 6.75);
+        Table::of<bool, bool, QPointF>({{"two points", false, false, QPointF(60.25, 120.125)},
+                                        {"two points, swapped", false, true, QPointF(120.125, 60.25)},
+                                        // q = (2 * 100.5 - 200.25 + 5, 100.5 + 3 * 200.25 + 7), offsets 1 and 2
+                                        {"four points", true, false, QPointF(6.75, 710.25)},
+                                        {"four points, swapped", true, true, QPointF(710.25, 6.75)}});
     }
     void machinePointLeadsBackToItsPixel()
     {
-        QFETCH(bool, fourPoint);
-        QFETCH(bool, swapped);
-        QFETCH(QPointF, machine);
+        const auto [fourPoint, swapped, machine] = Table::row<bool, bool, QPointF>();
         const TempHome home;
         ksGlobalConfig config;
         config.use4pointstand = fourPoint;
@@ -266,20 +252,16 @@ private slots:
 
     void spoiledTruthIsNamed_data()
     {
-        QTest::addColumn<QByteArray>("truth");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("no JSON") << QByteArray("{\n\"images\": [") << "line 2";
-        QTest::newRow("no file name") << QByteArray(R"({"images": [{"index": 1, "hole": false}]})") << "entry 1";
-        QTest::newRow("hole without angle")
-            << QByteArray(R"({"images": [{"file": "a", "index": 1, "hole": true}]})") << "entry 1";
-        QTest::newRow("huge index") << QByteArray(R"({"images": [{"file": "a", "index": 99999, "hole": false}]})")
-                                    << "entry 1";
-        QTest::newRow("not objects") << QByteArray(R"({"images": [7]})") << "entry 1";
+        Table::of<QByteArray, QString>(
+            {{"no JSON", "{\n\"images\": [", "line 2"},
+             {"no file name", R"({"images": [{"index": 1, "hole": false}]})", "entry 1"},
+             {"hole without angle", R"({"images": [{"file": "a", "index": 1, "hole": true}]})", "entry 1"},
+             {"huge index", R"({"images": [{"file": "a", "index": 99999, "hole": false}]})", "entry 1"},
+             {"not objects", R"({"images": [7]})", "entry 1"}});
     }
     void spoiledTruthIsNamed()
     {
-        QFETCH(QByteArray, truth);
-        QFETCH(QString, message);
+        const auto [truth, message] = Table::row<QByteArray, QString>();
         const TempHome home;
         home.write("/images/a.bmp", "x");
         home.write("/images/truth.json", truth);
@@ -305,20 +287,18 @@ private slots:
 
     void wrongOptionsAreRefused_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("no line") << QStringList{} << "--link";
-        QTest::newRow("two lines") << QStringList{"--link", "a", "--port", "b"} << "--port";
-        QTest::newRow("unknown") << QStringList{"--link", "a", "--colour"} << "colour";
-        QTest::newRow("loose word") << QStringList{"--link", "a", "b"} << "b";
-        QTest::newRow("text for a number") << QStringList{"--link", "a", "--parts", "many"} << "--parts many";
-        QTest::newRow("below zero") << QStringList{"--link", "a", "--filter", "-1"} << "--filter -1";
-        QTest::newRow("two modes") << QStringList{"--link", "a", "--parts", "1", "--script", "s"} << "--script";
+        Table::of<QStringList, QString>(
+            {{"no line", QStringList{}, "--link"},
+             {"two lines", QStringList{"--link", "a", "--port", "b"}, "--port"},
+             {"unknown", QStringList{"--link", "a", "--colour"}, "colour"},
+             {"loose word", QStringList{"--link", "a", "b"}, "b"},
+             {"text for a number", QStringList{"--link", "a", "--parts", "many"}, "--parts many"},
+             {"below zero", QStringList{"--link", "a", "--filter", "-1"}, "--filter -1"},
+             {"two modes", QStringList{"--link", "a", "--parts", "1", "--script", "s"}, "--script"}});
     }
     void wrongOptionsAreRefused()
     {
-        QFETCH(QStringList, arguments);
-        QFETCH(QString, message);
+        const auto [arguments, message] = Table::row<QStringList, QString>();
         QString error;
         QVERIFY(!SimOptions().parse(arguments, &error));
         QVERIFY2(error.contains(message), qPrintable(error));

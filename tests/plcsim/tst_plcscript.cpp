@@ -2,6 +2,7 @@
 #include "PlcScript.h"
 #include "ScriptRunner.h"
 #include "platform/PseudoTerminal.h"
+#include "support/Table.h"
 
 #include <QSerialPort>
 #include <QTemporaryDir>
@@ -73,42 +74,18 @@ class PlcScriptTest : public QObject
 private slots:
     void mistakeInAScriptIsNamedWithItsLine_data()
     {
-        QTest::addColumn<QString>("text");
-        for (const char* text : {"dance",
-                                 "c 1 2",
-                                 "C 1",
-                                 "C 1 2 3",
-                                 "C one 2",
-                                 "C 70000 1",
-                                 "P",
-                                 "P 3",
-                                 "P 0",
-                                 "wait F",
-                                 "wait FG 100",
-                                 "wait F soon",
-                                 "wait F -1",
-                                 "wait 0x1FF 10",
-                                 "none F",
-                                 "raw",
-                                 "raw abc",
-                                 "raw xy",
-                                 "garbage 0",
-                                 "garbage 99999999",
-                                 "pull",
-                                 "pull -5",
-                                 "sleep",
-                                 "sleep 1s",
-                                 "shutdown now",
-                                 "send",
-                                 "send Q 1 2 3 4 5 6 7 8 9",
-                                 "send Q x",
-                                 "repeat 0",
-                                 "repeat twice"})
+        Table::columns<QString>();
+        const QByteArray mistakes =
+            "dance|c 1 2|C 1|C 1 2 3|C one 2|C 70000 1|P|P 3|P 0|wait F|wait FG 100|wait F soon|"
+            "wait F -1|wait 0x1FF 10|none F|raw|raw abc|raw xy|garbage 0|garbage 99999999|pull|"
+            "pull -5|sleep|sleep 1s|shutdown now|send|send Q 1 2 3 4 5 6 7 8 9|send Q x|repeat 0|"
+            "repeat twice";
+        for (const QByteArray& text : mistakes.split('|'))
             QTest::newRow(text) << QString(text);
     }
     void mistakeInAScriptIsNamedWithItsLine()
     {
-        QFETCH(QString, text);
+        const auto [text] = Table::row<QString>();
         QVector<ScriptCommand> commands;
         QString error;
         QVERIFY(!PlcScript::parse("# a comment\n\nP 1 # trigger\n" + text + "\nP 2", &commands, &error));

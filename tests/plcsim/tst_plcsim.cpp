@@ -1,5 +1,6 @@
 #include "FakeProgram.h"
 #include "config/ksGlobalConfig.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <QJsonArray>
@@ -119,18 +120,15 @@ private slots:
 
     void runFailsWhenOnePartDoes_data()
     {
-        QTest::addColumn<ScriptedAnswer>("answer");
-        QTest::addColumn<QString>("result");
-        QTest::newRow("wrong direction") << ScriptedAnswer{101} << "wrong";
-        QTest::newRow("missed") << ScriptedAnswer{361} << "missed";
-        QTest::newRow("refused") << ScriptedAnswer{999} << "missed";
-        QTest::newRow("silent") << ScriptedAnswer{0, 0, 0, true} << "no answer";
-        QTest::newRow("no H after 361") << ScriptedAnswer{361, 0, 0, false, true} << "no H frame";
+        Table::of<ScriptedAnswer, QString>({{"wrong direction", ScriptedAnswer{101}, "wrong"},
+                                            {"missed", ScriptedAnswer{361}, "missed"},
+                                            {"refused", ScriptedAnswer{999}, "missed"},
+                                            {"silent", ScriptedAnswer{0, 0, 0, true}, "no answer"},
+                                            {"no H after 361", ScriptedAnswer{361, 0, 0, false, true}, "no H frame"}});
     }
     void runFailsWhenOnePartDoes()
     {
-        QFETCH(ScriptedAnswer, answer);
-        QFETCH(QString, result);
+        const auto [answer, result] = Table::row<ScriptedAnswer, QString>();
         // Only what can run out gets a short time; a slow machine must not turn another answer into silence.
         const bool runsOut = answer.silent || answer.withoutNotice;
         startBoth(QStringList{"--parts", "2", "--timeout", runsOut ? "1500" : "20000"} + truthOptions());
@@ -155,15 +153,10 @@ private slots:
         QVERIFY(errors().contains("heartbeat"));
     }
 
-    void endlessFeedingEndsWhenAsked_data()
-    {
-        QTest::addColumn<bool>("bySignal");
-        QTest::newRow("SIGTERM") << true;
-        QTest::newRow("standard input closed") << false;
-    }
+    void endlessFeedingEndsWhenAsked_data() { Table::of<bool>({{"SIGTERM", true}, {"standard input closed", false}}); }
     void endlessFeedingEndsWhenAsked()
     {
-        QFETCH(bool, bySignal);
+        const auto [bySignal] = Table::row<bool>();
         startBoth(QStringList{"--parts", "0", "--interval", "10"} + truthOptions());
         m_program->answers[0] = {{100}, {361}, {100}, {361}, {100}, {361}};
         m_program->answers[1] = {{359.9}};
@@ -189,18 +182,13 @@ private slots:
 
     void failureOfAScriptTellsItsLine_data()
     {
-        QTest::addColumn<QByteArray>("script");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("nothing comes") << QByteArray("wait C 20000\n\nwait G 30\n") << 1 << "line 3: no frame G";
-        QTest::newRow("mistake") << QByteArray("sleep 1\nP 9\n") << 2 << "line 2";
-        QTest::newRow("missing") << QByteArray() << 2 << "/script";
+        Table::of<QByteArray, int, QString>({{"nothing comes", "wait C 20000\n\nwait G 30\n", 1, "line 3: no frame G"},
+                                             {"mistake", "sleep 1\nP 9\n", 2, "line 2"},
+                                             {"missing", QByteArray(), 2, "/script"}});
     }
     void failureOfAScriptTellsItsLine()
     {
-        QFETCH(QByteArray, script);
-        QFETCH(int, exitCode);
-        QFETCH(QString, message);
+        const auto [script, exitCode, message] = Table::row<QByteArray, int, QString>();
         if (!script.isEmpty())
             m_home->write("/script", script);
         startPlc({"--script", m_home->path("/script")});

@@ -32,6 +32,13 @@ public:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
+    /// From now on nothing can be written to user/.
+    void block() const
+    {
+        QVERIFY(QDir(path("/user")).removeRecursively());
+        write("/user", "a file where a folder is needed");
+    }
+
     /// Files beside `below` whose names begin with its name: what was kept aside.
     QStringList keptAside(const QString& below) const
     {

@@ -1,5 +1,6 @@
 #include "sets/DemoHome.h"
 #include "sets/WheelSet.h"
+#include "support/Table.h"
 
 #include <valvecell/HomeFiles.h>
 
@@ -84,15 +85,10 @@ class WheelgenTest : public QObject
     Q_OBJECT
 
 private slots:
-    void folderWithChineseNameGetsImagesAndTruth_data()
-    {
-        QTest::addColumn<QString>("format");
-        QTest::newRow("bmp") << QStringLiteral("bmp");
-        QTest::newRow("png") << QStringLiteral("png");
-    }
+    void folderWithChineseNameGetsImagesAndTruth_data() { Table::of<QString>({{"bmp", "bmp"}, {"png", "png"}}); }
     void folderWithChineseNameGetsImagesAndTruth()
     {
-        QFETCH(QString, format);
+        const auto [format] = Table::row<QString>();
         const QTemporaryDir dir;
         const QString folder = dir.path() + QStringLiteral("/轮毂 样品/一");
         const Outcome outcome = wheelgen({"--out", folder, "--count", "10", "--without-hole", "0.2", "--size",
@@ -130,8 +126,7 @@ private slots:
 
     void badArgumentsAreNamed_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("named");
+        Table::columns<QStringList, QString>();
         const auto row = [](const char* name, const QStringList& arguments, const char* named) {
             QTest::newRow(name) << arguments << QString::fromLatin1(named);
         };
@@ -155,8 +150,7 @@ private slots:
     }
     void badArgumentsAreNamed()
     {
-        QFETCH(QStringList, arguments);
-        QFETCH(QString, named);
+        const auto [arguments, named] = Table::row<QStringList, QString>();
         const Outcome outcome = wheelgen(arguments);
         QCOMPARE(outcome.code, 2);
         QVERIFY2(outcome.complaint.contains(named), qPrintable(outcome.complaint));
@@ -224,13 +218,12 @@ private slots:
 
     void makingThatWasCutShortIsRepeated_data()
     {
-        QTest::addColumn<QJsonObject>("change");
-        QTest::newRow("cut short") << QJsonObject{{"complete", false}};
-        QTest::newRow("other version") << QJsonObject{{"version", 0}};
+        Table::of<QJsonObject>(
+            {{"cut short", QJsonObject{{"complete", false}}}, {"other version", QJsonObject{{"version", 0}}}});
     }
     void makingThatWasCutShortIsRepeated()
     {
-        QFETCH(QJsonObject, change);
+        const auto [change] = Table::row<QJsonObject>();
         const QTemporaryDir dir;
         const DemoPlan plan = smallDemo(dir);
         QVERIFY(make(plan));

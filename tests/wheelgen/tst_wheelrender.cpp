@@ -1,5 +1,6 @@
 #include "render/SpecDraw.h"
 #include "render/WheelRenderer.h"
+#include "support/Table.h"
 
 #include <QtTest>
 
@@ -100,27 +101,17 @@ class WheelRenderTest : public QObject
 private slots:
     void holeLiesWhereTheTruthSays_data()
     {
-        QTest::addColumn<double>("angle");
-        QTest::addColumn<double>("radius");
-        QTest::addColumn<double>("ratio");
-        QTest::addColumn<double>("axisTurn");
-        QTest::addColumn<double>("blur");
-        QTest::addColumn<double>("motion");
-        QTest::newRow("small") << 12.3 << 6.0 << 1.0 << 0.0 << 0.0 << 0.0;
-        QTest::newRow("large") << 101.7 << 19.6 << 1.0 << 0.0 << 0.0 << 0.0;
-        QTest::newRow("tilted") << 203.1 << 8.3 << 0.75 << 0.0 << 0.0 << 0.0;
-        QTest::newRow("tilted askew") << 261.9 << 12.7 << 0.8 << 35.0 << 0.0 << 0.0;
-        QTest::newRow("out of focus") << 77.7 << 7.1 << 0.9 << 10.0 << 2.2 << 0.0;
-        QTest::newRow("turning") << 333.3 << 10.2 << 1.0 << 0.0 << 0.6 << 0.8;
+        Table::of<double, double, double, double, double, double>({{"small", 12.3, 6.0, 1.0, 0.0, 0.0, 0.0},
+                                                                   {"large", 101.7, 19.6, 1.0, 0.0, 0.0, 0.0},
+                                                                   {"tilted", 203.1, 8.3, 0.75, 0.0, 0.0, 0.0},
+                                                                   {"tilted askew", 261.9, 12.7, 0.8, 35.0, 0.0, 0.0},
+                                                                   {"out of focus", 77.7, 7.1, 0.9, 10.0, 2.2, 0.0},
+                                                                   {"turning", 333.3, 10.2, 1.0, 0.0, 0.6, 0.8}});
     }
     void holeLiesWhereTheTruthSays()
     {
-        QFETCH(double, angle);
-        QFETCH(double, radius);
-        QFETCH(double, ratio);
-        QFETCH(double, axisTurn);
-        QFETCH(double, blur);
-        QFETCH(double, motion);
+        const auto [angle, radius, ratio, axisTurn, blur, motion] =
+            Table::row<double, double, double, double, double, double>();
         WheelSpec spec = plainWheel();
         spec.hole.angle = angle;
         spec.hole.radius = radius;
@@ -142,19 +133,14 @@ private slots:
 
     void zeroDegreesPointRightAndAnglesGrowCounterClockwise_data()
     {
-        QTest::addColumn<double>("angle");
-        QTest::addColumn<QPoint>("side");
-        QTest::addColumn<double>("told");
-        QTest::newRow("right") << 0.0 << QPoint(1, 0) << 0.0;
-        QTest::newRow("top") << 90.0 << QPoint(0, -1) << 90.0;
-        QTest::newRow("left") << -180.0 << QPoint(-1, 0) << 180.0;
-        QTest::newRow("bottom") << 630.0 << QPoint(0, 1) << 270.0;
+        Table::of<double, QPoint, double>({{"right", 0.0, QPoint(1, 0), 0.0},
+                                           {"top", 90.0, QPoint(0, -1), 90.0},
+                                           {"left", -180.0, QPoint(-1, 0), 180.0},
+                                           {"bottom", 630.0, QPoint(0, 1), 270.0}});
     }
     void zeroDegreesPointRightAndAnglesGrowCounterClockwise()
     {
-        QFETCH(double, angle);
-        QFETCH(QPoint, side);
-        QFETCH(double, told);
+        const auto [angle, side, told] = Table::row<double, QPoint, double>();
         WheelSpec spec = plainWheel();
         spec.hole.angle = angle;
         const RenderedWheel wheel = renderWheel(spec);
@@ -216,15 +202,14 @@ private slots:
 
     void everyDrawnWheelKeepsTheLimits_data()
     {
-        QTest::addColumn<QSize>("size");
-        QTest::newRow("5 megapixels") << QSize(2448, 2048);
-        QTest::newRow("20 megapixels") << QSize(5472, 3648);
-        QTest::newRow("square") << QSize(1600, 1600);
-        QTest::newRow("upright") << QSize(900, 1200);
+        Table::of<QSize>({{"5 megapixels", QSize(2448, 2048)},
+                          {"20 megapixels", QSize(5472, 3648)},
+                          {"square", QSize(1600, 1600)},
+                          {"upright", QSize(900, 1200)}});
     }
     void everyDrawnWheelKeepsTheLimits()
     {
-        QFETCH(QSize, size);
+        const auto [size] = Table::row<QSize>();
         const double height = size.height();
         for (quint64 seed = 0; seed < 900; ++seed) {
             const Design& design = designs()[seed % designs().size()];
