@@ -34,6 +34,7 @@ licencetool verify --key PUBLIC.pem FILE [--machine CODE] [--stations N] [--date
 Exit code: 0 done, or the licence counts; 1 a file or a key is of no use; 2 wrong arguments; 3 the licence
 does not count.)";
 
+/// In the order of LicenceRefusal.
 const char* const kRefusals[] = {"counts",
                                  "the file is empty",
                                  "this is no licence",
@@ -66,6 +67,7 @@ bool parse(QCommandLineParser& parser, const QStringList& arguments, const QStri
     return error->isEmpty();
 }
 
+/// One byte more than any licence has, so that a larger file is noticed and none fills the memory.
 bool readFile(const QString& path, QByteArray* content, QString* error)
 {
     QFile file(path);
@@ -127,6 +129,7 @@ Rsa::PrivateKey readOrMake(const QString& path, QString* error)
     return !isNew || writeSecret(path, key.pem(), error) ? key : Rsa::PrivateKey(QByteArray());
 }
 
+/// An existing private key is kept: a new one would void every licence that was issued with it.
 Outcome keygen(const QStringList& arguments)
 {
     QCommandLineParser parser;
@@ -212,6 +215,7 @@ LicenceConditions readConditions(const QCommandLineParser& parser)
     return conditions;
 }
 
+/// What the licence says is shown even when it is refused, as far as it can be read.
 Outcome verify(const QStringList& arguments)
 {
     QCommandLineParser parser;

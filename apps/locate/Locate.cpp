@@ -21,6 +21,7 @@ const QStringList imagePatterns{QStringLiteral("*.bmp"),  QStringLiteral("*.png"
                                 QStringLiteral("*.jpeg"), QStringLiteral("*.tif"), QStringLiteral("*.tiff"),
                                 QStringLiteral("*.pgm")};
 
+/// Through memory, since the decoder opens no path with Chinese in it on every platform.
 QImage readImage(const QString& path)
 {
     QFile file(path);
@@ -58,6 +59,7 @@ bool standIn(const QJsonValue& values, finder::HoleModel* model, QString* error)
            (values.isObject() && finder::applyParameters(values.toObject().toVariantMap(), model, error));
 }
 
+/// Parameters that make no model count as an error of the model, as they do in the engine.
 Located locateOne(const QString& path, const LocatePlan& plan, finder::Finder& finder)
 {
     Located located;
@@ -142,6 +144,7 @@ QStringList imageFiles(const QStringList& arguments)
     return files;
 }
 
+/// Each thread has a finder of its own, which reuses its memory from image to image.
 void locateAll(const QStringList& files, const LocatePlan& plan, const std::function<void(const Located&)>& done)
 {
     Sorter sorter(files.size());

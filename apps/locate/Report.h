@@ -12,6 +12,7 @@ QJsonObject lineOf(const Located& located);
 
 /// The same as a table of comma-separated text for spreadsheets: UTF-8 with a byte order mark, lines end with CR LF.
 QByteArray csvHeader(bool compared);
+/// Numbers with a point, and empty where there is no value.
 QByteArray csvLine(const Located& located);
 
 } // namespace Report

@@ -72,6 +72,7 @@ bool loadParameters(const QString& file, QJsonObject* parameters, QString* error
     return read.state == HomeFiles::JsonRead::Good;
 }
 
+/// The edited parameters are tried on the model here, so that a mistake in them ends the run before the first image.
 bool loadPlan(const QCommandLineParser& parser, LocatePlan* plan, QString* error)
 {
     QJsonObject edited;

@@ -47,6 +47,7 @@ bool readTruth(const QString& path, QVector<KnownImage>* images, QString* error)
     return true;
 }
 
+/// In plain order of the names, as the virtual cameras take them: "10" before "2".
 QStringList imageFiles(const QDir& folder)
 {
     static const QStringList kinds{"*.bmp", "*.png", "*.jpg", "*.jpeg", "*.pgm", "*.ppm", "*.tif", "*.tiff"};

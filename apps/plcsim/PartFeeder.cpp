@@ -43,6 +43,7 @@ void PartFeeder::announceModels()
     m_announced = indices;
 }
 
+/// A refused trigger takes no image, so the camera's next one is still the same.
 void PartFeeder::onDone(const ExchangeResult& result)
 {
     if (!m_running)

@@ -25,6 +25,7 @@ signals:
 
 private:
     void next();
+    /// Sends the model indices of both stations' next images, if one of them has changed.
     void announceModels();
     void onDone(const ExchangeResult& result);
 

@@ -51,6 +51,7 @@ private:
     template <typename Condition>
     int count(Condition condition) const;
     void addTimes(ReportFigures& figures) const;
+    /// After 20 parts, when everything has been made that a part needs, and at the end: a leak shows between the two.
     void addMemory(ReportFigures& figures) const;
 
     const double m_cameraDelayMs;

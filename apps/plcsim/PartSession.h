@@ -28,12 +28,15 @@ signals:
     void finished(int exitCode);
 
 private:
+    /// Reads what the options name, before anything is sent.
     bool prepare(std::array<ImageCycle, 2>* images, QString* error) const;
     void onFrame(const SComFrame& frame);
+    /// The program is there: its first heartbeat begins the run.
     void onHeartbeat();
     void onNoProgram();
     void onPartDone(PartRow row);
     void afterParts();
+    /// The program's timing lines may come a little later than its last answer.
     void afterRefusals();
     void report();
     bool writeJson() const;

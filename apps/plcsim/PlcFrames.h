@@ -14,6 +14,7 @@ constexpr quint8 notice = 'H';    ///< follows an answer without an angle
 constexpr double firstNoAngle = 360.0; ///< this and above: no angle of a wheel
 constexpr double refusedAngle = 999.0;
 
+/// A frame whose other words are 0.
 inline SComFrame make(quint8 command, int word0 = 0, int word1 = 0)
 {
     SComFrame frame;
@@ -46,6 +47,7 @@ struct Answer
     double y = 0;
 };
 
+/// Whole parts and thousandths carry the same sign, so that their sum is the number.
 inline Answer answerFrom(const SComFrame& frame)
 {
     const auto value = [&](int word) { return frame.data[word] + frame.data[word + 1] / 1000.0; };

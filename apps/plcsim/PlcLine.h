@@ -43,9 +43,11 @@ signals:
 private:
     using Device = std::unique_ptr<QIODevice>;
 
+    /// Makes the device anew; frames begin afresh.
     bool plugIn(QString* error);
     void putBack();
     void onReadyRead();
+    /// At once; what is written while the cable is pulled is lost.
     void write(const QByteArray& bytes);
 
     std::function<Device(QString* error)> m_make; ///< null when it cannot be had

@@ -10,6 +10,7 @@
 
 namespace {
 
+/// Bytes in one command.
 constexpr int kMaxGarbage = 1'000'000;
 
 bool numberFrom(const QString& text, int least, int most, int* number)
@@ -19,6 +20,7 @@ bool numberFrom(const QString& text, int least, int most, int* number)
     return good && *number >= least && *number <= most;
 }
 
+/// A word may be written with or without sign: 65535 and -1 are the same on the line.
 bool wordsFrom(const QStringList& texts, SComFrame* frame)
 {
     for (int i = 0; i < texts.size(); ++i) {
@@ -38,6 +40,7 @@ bool models(Arguments arguments, ScriptCommand* command)
     return wordsFrom(arguments, &command->frame);
 }
 
+/// A person counts stations; the frame carries 5 and 6.
 bool trigger(Arguments arguments, ScriptCommand* command)
 {
     int station = 0;

@@ -12,6 +12,7 @@ PortLink::~PortLink()
     remove();
 }
 
+/// A link cannot be turned, only replaced.
 bool PortLink::point(const QString& device, QString* error)
 {
     if (!mayReplace()) {

@@ -16,7 +16,9 @@ public:
     void remove();
 
 private:
+    /// Whether the link still leads to the device that it was turned to.
     bool isOurs() const;
+    /// Whether nothing, or only a link to a device, stands in the way.
     bool mayReplace() const;
 
     const QString m_path;

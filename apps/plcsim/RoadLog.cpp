@@ -8,6 +8,7 @@ namespace {
 
 // A part's line is written after its answer, so the last ones may still be on their way.
 constexpr int kLookMs = 50;
+/// For lines that the program has yet to write; then the report does without them.
 constexpr int kPatienceMs = 5000;
 
 } // namespace
@@ -51,6 +52,7 @@ void RoadLog::look()
     emit collected(timings);
 }
 
+/// The program writes on while this reads: a line without its end is read the next time.
 QVector<RoadTiming> RoadLog::readNew() const
 {
     QVector<RoadTiming> timings;

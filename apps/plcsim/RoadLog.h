@@ -38,6 +38,7 @@ signals:
     void collected(const QVector<RoadTiming>& timings);
 
 private:
+    /// All timings since begin(), whenever it is called.
     QVector<RoadTiming> readNew() const;
     void look();
 

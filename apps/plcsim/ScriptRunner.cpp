@@ -8,6 +8,7 @@
 
 namespace {
 
+/// Frames that nobody waited for; beyond, an endless script would fill the memory.
 constexpr int kMaxUnread = 1000;
 
 } // namespace
@@ -109,6 +110,7 @@ QByteArray ScriptRunner::garbage(int count)
     return bytes;
 }
 
+/// A frame that came before it was waited for counts.
 void ScriptRunner::expect(const ScriptCommand& command)
 {
     m_busy = true;

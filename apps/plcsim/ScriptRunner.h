@@ -41,11 +41,15 @@ private:
     void step();
     void run(const ScriptCommand& command);
     void send(const SComFrame& frame);
+    /// Begins a wait or none.
     void expect(const ScriptCommand& command);
+    /// Back to the first command, or on when all rounds were run.
     void repeat(const ScriptCommand& command);
+    /// The same bytes in every run.
     QByteArray garbage(int count);
     void onFrame(const SComFrame& frame, qint64 atNs);
     void onTimeout();
+    /// Ends a wait, well or not, by the frame that came.
     void settle(const Arrival& arrival);
     void fail(const QString& reason);
 

@@ -27,6 +27,7 @@ signals:
 
 private:
     void begin(bool stopAtFailure);
+    /// A line that is not understood is told, counts as a failure, and the next one is taken.
     void onLine(const QString& text);
 
     PlcLine& m_line;

@@ -28,5 +28,6 @@ struct SimOptions
 
     /// Reads a command line without the program's name; false with what is wrong with it.
     bool parse(const QStringList& arguments, QString* error);
+    /// The text of --help, commands of the standard input included.
     static QString help();
 };

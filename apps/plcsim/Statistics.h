@@ -16,6 +16,7 @@ struct Spread
     double max = 0;
 };
 
+/// `sorted` in ascending order and not empty; `part` from 0 to 1.
 inline double percentile(const QVector<double>& sorted, double part)
 {
     const int rank = static_cast<int>(std::ceil(part * sorted.size() - 1e-9));

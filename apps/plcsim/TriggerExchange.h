@@ -41,7 +41,9 @@ private:
 
     void sendTrigger();
     void onFrame(const SComFrame& frame, qint64 atNs);
+    /// An answer without an angle is complete with its "H" frame only.
     void onAnswer(const SComFrame& frame, qint64 atNs);
+    /// Also when the time has run out: what came until then is the result.
     void finish();
 
     PlcLine& m_line;

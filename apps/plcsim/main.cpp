@@ -14,12 +14,14 @@
 
 namespace {
 
+/// Exit code: wrong options, or nothing to talk to; 0 and 1 tell how a run ended.
 constexpr int kCannotBegin = 2;
 
 volatile std::sig_atomic_t endRequested = 0;
 
 /// Calls `stop` soon after SIGTERM or SIGINT; the one portable thing that a handler may do is to set a flag.
 template <typename Stop>
+/// A signal handler may do next to nothing, so a timer looks for what it left.
 void stopOnSignal(QTimer& poll, Stop stop)
 {
     for (const int signal : {SIGTERM, SIGINT})
@@ -37,6 +39,7 @@ int cannotBegin(const QString& error)
     return kCannotBegin;
 }
 
+/// Endless feeding ends with the standard input when somebody holds its other end.
 int feedParts(PlcLine& line, const SimOptions& options)
 {
     PartSession session(line, options);

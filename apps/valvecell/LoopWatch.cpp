@@ -9,7 +9,9 @@
 namespace {
 Q_LOGGING_CATEGORY(loop, "valvecell.loop", QtWarningMsg)
 
+/// Below this nobody sees or feels that the loop was held.
 constexpr double stallMs = 20;
+/// Modules load and the window is built in this time after the start.
 constexpr qint64 startMs = 5000;
 
 QString eventName(QEvent::Type type)

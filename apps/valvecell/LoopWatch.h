@@ -19,6 +19,7 @@ public:
     bool eventFilter(QObject* receiver, QEvent* event) override;
 
 private:
+    /// The event before is through: notes how long it held the loop.
     void endStretch();
 
     const QElapsedTimer m_start;

@@ -31,6 +31,7 @@ void quitOnSignal(QTimer& poll)
     poll.start(100);
 }
 
+/// The main window alone; dialogs and message boxes are top-level, too.
 void saveScreenshot(const QString& path)
 {
     const QWidgetList windows = QApplication::topLevelWidgets();

@@ -7,6 +7,7 @@
 
 namespace {
 
+/// Larger images fit no camera, and would take the machine's memory.
 constexpr int kMaxSide = 20000;
 constexpr qint64 kMaxPixels = 200'000'000;
 

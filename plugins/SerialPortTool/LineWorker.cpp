@@ -86,6 +86,7 @@ void LineWorker::onOpened()
     m_state->session = ++m_sessions;
 }
 
+/// A good frame proves the line; rubbish does not.
 void LineWorker::onReadyRead()
 {
     const quint64 badBytes = m_decoder.badBytes();

@@ -39,11 +39,15 @@ public:
 
 private:
     QString tryOpen(); ///< what went wrong; empty when the line is open
+    /// One attempt; when it fails, the next after the pause.
     void openOrRetry();
+    /// Begins a session: what the line holds from before belongs to parts that are gone, and is dropped.
     void onOpened();
     void onReadyRead();
     void onError(QSerialPort::SerialPortError error);
+    /// Needs the event loop between it and whatever the port itself told.
     void closeAndRetry();
+    /// The last error is always kept; the log gets the first of a row.
     void noteFailure(const QString& problem);
 
     LineSettings m_settings;

@@ -146,6 +146,7 @@ bool CoreCtrl::accepts(const CameraEntry& entry, QString* error)
     return makeCamera({entry.key, int(entry.type), {}}, m_events)->accepts(entry.settings, error);
 }
 
+/// The file first: when it cannot be written, no camera has changed.
 bool CoreCtrl::changeCameras(const QVector<CameraEntry>& put, const QStringList& removed, QString* error)
 {
     QString reason;

@@ -45,9 +45,11 @@ public:
     bool preview(const QString& cameraKey, ICameraPreview::Callback callback) override;
 
 private:
+    /// Null for a key that no camera has.
     Camera* camera(const QString& key) const;
     bool accepts(const CameraEntry& entry, QString* error);
     void bringIn(const CameraConfig& config);
+    /// The camera goes on a thread of its own, which stop() waits for.
     void retire(std::unique_ptr<Camera> camera);
 
     CameraFile m_file;

@@ -7,6 +7,7 @@
 
 namespace {
 
+/// Gray bitmaps are stored with a palette; the engine and the viewers expect the gray values themselves.
 QImage withoutPalette(QImage image)
 {
     const bool paletted = image.format() == QImage::Format_Indexed8 || image.format() == QImage::Format_Mono ||
@@ -23,6 +24,7 @@ ImageFolder::ImageFolder(QString path)
 {
 }
 
+/// Lists the folder once at most, so that one without a single good image ends the search.
 ImageFolder::Shot ImageFolder::next()
 {
     Shot shot;

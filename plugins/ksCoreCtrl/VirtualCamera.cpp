@@ -64,6 +64,7 @@ void VirtualCamera::open()
         m_thread = std::thread([this] { run(); });
 }
 
+/// Of the triggers that wait, the first alone keeps its place, and only if no capture is in hand.
 void VirtualCamera::close()
 {
     if (!m_thread.joinable())
@@ -138,6 +139,7 @@ void VirtualCamera::apply(const QVariantMap& settings)
     m_wake.notify_all();
 }
 
+/// A new folder first, then captures, previews, and reading ahead only when nobody waits.
 void VirtualCamera::run()
 {
     Lock lock(m_mutex);
@@ -169,6 +171,7 @@ VirtualCamera::Clock::duration VirtualCamera::delay() const
     return std::chrono::duration_cast<Clock::duration>(delay);
 }
 
+/// Exposures follow each other: one begins with its trigger, or when the one before is through.
 void VirtualCamera::capture(Lock& lock)
 {
     m_freeAt = std::max(m_triggers.front(), m_freeAt) + delay();

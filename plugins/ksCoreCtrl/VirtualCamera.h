@@ -50,12 +50,17 @@ private:
     using Clock = std::chrono::steady_clock;
     using Lock = std::unique_lock<std::mutex>;
 
+    /// The thread. Each of the steps below is entered and left under the lock, and sets it free while it waits, reads
+    /// or calls back.
     void run();
     void capture(Lock& lock);
+    /// What the status says of the last image.
     void noteImage(const QImage& image);
+    /// Without the lock: the program may ask for the status from within its callback.
     void deliver();
     void readAhead(Lock& lock);
     void capturePreview(Lock& lock);
+    /// Exposure and transfer, under the lock.
     Clock::duration delay() const;
     bool hasWork() const; ///< under the lock
 

@@ -25,6 +25,7 @@ bool isNumber(const QVariant& value)
 
 } // namespace
 
+/// All or nothing: the changes are tried on a copy.
 bool VirtualSettings::change(const QVariantMap& changes, QString* error)
 {
     VirtualSettings next = *this;

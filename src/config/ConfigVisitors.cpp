@@ -17,6 +17,7 @@ QString nonFiniteText(double value)
     return value > 0 ? QStringLiteral("inf") : QStringLiteral("-inf");
 }
 
+/// The texts that JsonWriteVisitor writes for numbers that JSON has no form for.
 bool readNonFinite(const QString& text, double& value)
 {
     if (text == QLatin1String("nan"))

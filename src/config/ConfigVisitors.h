@@ -17,6 +17,7 @@ public:
     {
     }
 
+    /// A key that is absent, or of a wrong type, gives the fallback; the latter is a problem.
     void field(const char* key, QString& value, const QString& fallback);
     void field(const char* key, bool& value, bool fallback);
     void field(const char* key, int& value, int fallback);
@@ -54,6 +55,7 @@ public:
     {
     }
 
+    /// The fallback is the reader's: every key is written.
     void field(const char* key, const QString& value, const QString&);
     void field(const char* key, bool value, bool);
     void field(const char* key, int value, int);

@@ -66,6 +66,7 @@ QString filePath()
     return platform::inHome(QStringLiteral("/user/globalConfig.json"));
 }
 
+/// Each problem is a warning of its own; the caller gets them as one text.
 void report(const QStringList& lines, QString* target)
 {
     for (const QString& line : lines)

@@ -16,6 +16,7 @@ qint32 toInt(const QVariant& value, qint32 fallback)
     return good ? number : fallback;
 }
 
+/// Settings written by hand have capitals, blanks, or 1 and 0.
 bool toBool(const QVariant& value, bool fallback)
 {
     const QString text = value.toString().trimmed().toLower();

@@ -86,6 +86,7 @@ QStringList DataBaseSql::tableList()
     return names;
 }
 
+/// MySQL is known by name only: its statement is a fixed one, kept as earlier versions had it.
 bool DataBaseSql::createTable(const QString& table, const QString& keyColumn, const SqlValueMap& columns)
 {
     if (m_driverType == mysqlDriver) {

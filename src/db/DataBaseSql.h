@@ -40,6 +40,7 @@ public:
     /// With `keyColumn` as a key that counts up by itself, and the other columns in ascending order.
     bool createTable(const QString& table, const QString& keyColumn, const SqlValueMap& columns);
 
+    /// False for an empty name or map, and for values that a statement cannot carry.
     bool insert(const QString& table, const SqlValueMap& values);
 
     /// Kept as earlier versions had it: it changes the row with uid 0, and only in a file that has e_report_forms.

@@ -12,6 +12,7 @@ const QString shortText = QStringLiteral("VARCHAR(32)");
 const QString number = QStringLiteral("INT(100)");
 const QString dateTime = QStringLiteral("DATETIME(32)");
 
+/// Names and types, "hight" included, are those of the files that plants have.
 const SqlValueMap& recordColumns()
 {
     static const SqlValueMap columns{
@@ -138,6 +139,7 @@ bool DetectDataDB::clearAll()
     return true;
 }
 
+/// SQLite takes no OFFSET without a LIMIT, so the limit is the number of all rows of the class.
 bool DetectDataDB::trimWarnings(const QString& warningClass, int keep)
 {
     using SqlBuilder::filled;

@@ -33,6 +33,7 @@ public:
     bool insertRecord(const SqlValueMap& values);
     bool insertRecord(const QString& table, const SqlValueMap& values);
 
+    /// Texts go into the statement as they are: one with an apostrophe fails.
     bool insertWarning(const QString& message, const QString& warningClass, const QString& time);
 
     /// Deletes the detection records before the time. Always true.
@@ -44,7 +45,9 @@ public:
     /// Deletes the oldest warnings of one class beyond the newest `keep`. Always true.
     bool trimWarnings(const QString& warningClass, int keep);
 
+    /// Adds the ranges by their types; false when they cannot be read.
     bool readTimeRanges(QMap<QString, TimeRange>* ranges);
     bool deleteTimeRange(const QString& type);
+    /// Times as "hh:mm:ss"; a range may reach over midnight.
     bool saveTimeRange(const QString& type, const QString& start, const QString& end);
 };

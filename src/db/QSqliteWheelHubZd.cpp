@@ -14,6 +14,7 @@ QString whereName(const QString& name)
     return keyColumnName + QStringLiteral(" = '") + name + QLatin1Char('\'');
 }
 
+/// Beside the key. The widths are those of the libraries that plants have; SQLite does not hold texts to them.
 const SqlValueMap& modelColumns()
 {
     static const SqlValueMap columns{
@@ -29,6 +30,7 @@ const SqlValueMap& modelColumns()
     return columns;
 }
 
+/// Others write this file too, and a change of a model may wait for them: longer than a row in production may.
 SqliteFile::OpenRules openRules()
 {
     SqliteFile::OpenRules rules;
@@ -117,6 +119,7 @@ bool QSqliteWheelHubZd::dropColumn(const QString& column)
     return !connection().failed();
 }
 
+/// The table's key is mf_time, whatever `keyColumn` says: a row with another key column fails.
 bool QSqliteWheelHubZd::saveModelInfo(const QString& tableSuffix, const QString& keyColumn, const QString& keyValue,
                                       const SqlValueMap& values)
 {
@@ -143,6 +146,7 @@ QStringList QSqliteWheelHubZd::modelsOfCamera(const QString& cameraKey)
     return models;
 }
 
+/// Others write this table: a row whose camera id is no number is passed over.
 QList<QPair<int, QString>> QSqliteWheelHubZd::camerasOfModel(const QString& modelId)
 {
     QList<QPair<int, QString>> cameras;

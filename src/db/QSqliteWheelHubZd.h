@@ -23,6 +23,7 @@ public:
     /// True as well when there is no such model.
     bool deleteModel(const QString& name);
 
+    /// False when there is no such model or no such column.
     bool readValue(const QString& name, const QString& column, QVariant* value);
     bool readRecord(const QString& name, SqlValueMap* record);
 
@@ -32,6 +33,7 @@ public:
     /// Adds a column that is missing; only once the table holds a model, until then nothing happens and it is true.
     bool ensureColumn(const QString& column, const QString& type);
 
+    /// False when there is no such column; its values are gone for good.
     bool dropColumn(const QString& column);
 
     /// A row of the information table with this suffix, which is made on demand with a column for each key.

@@ -15,6 +15,7 @@ QString condition(QDate first, QDate last)
         .arg(start(first), start(last.addDays(1)));
 }
 
+/// In the order of the columns that results() asks for.
 StationResultRow rowOf(const QSqlQuery& query)
 {
     StationResultRow row;
@@ -45,6 +46,7 @@ bool ResultReader::open(QString* error)
     return SqliteFile::openForReading(m_connection, error);
 }
 
+/// By time, then by number: after the clock was set back, the later row may bear the earlier time.
 QVector<StationResultRow> ResultReader::results(QDate first, QDate last, int limit, int offset, QString* error)
 {
     QVector<StationResultRow> rows;
@@ -65,6 +67,7 @@ int ResultReader::count(QDate first, QDate last)
     return query.next() ? query.value(0).toInt() : -1;
 }
 
+/// Stored times compare as texts, so the bare day stands for its first moment.
 bool ResultReader::countStation(const QString& stationName, const QDateTime& end, double angleLimit, int* all,
                                 int* below)
 {

@@ -13,6 +13,7 @@ class ResultReader
 public:
     explicit ResultReader(const QString& path);
 
+    /// False when the file is missing or no database; a reader makes none.
     bool open(QString* error);
 
     /// Results from `first` to `last`, both included, in the order of their times; at most `limit` of them from the

@@ -9,6 +9,7 @@ namespace {
 /// Bytes that every common file system takes for one name, with room for a suffix.
 constexpr int maxFolderBytes = 200;
 
+/// Reserved on one of the platforms or the other; an archive may be copied between them.
 const QString pathCharacters = QStringLiteral("\\/:*?\"<>|");
 
 struct Texts
@@ -35,6 +36,7 @@ bool holdsMarker(const QString& text)
     return text.contains(marker);
 }
 
+/// Tells the first reason only: an operator mends one thing at a time.
 bool carriesText(const QString& text, QString* error, int maxLength, bool lineBreaks)
 {
     if (text.size() > maxLength)
@@ -79,6 +81,7 @@ bool carriesFreeText(const QString& text, QString* error, int maxLength)
     return carriesText(text, error, maxLength, true);
 }
 
+/// folderName() has the last word: a name that it would change could meet another model's folder.
 bool carriesModelName(const QString& name, QString* error)
 {
     if (name.trimmed().isEmpty())
@@ -107,6 +110,7 @@ QString madeCarriable(QString text)
     return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
 }
 
+/// Cut to its length before the end is trimmed, since the cut may leave a dot or a blank there.
 QString folderName(const QString& name)
 {
     QString folder = name.trimmed();

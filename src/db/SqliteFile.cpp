@@ -11,6 +11,7 @@ namespace {
 
 // SQLite's primary result codes.
 constexpr int codeReadOnly = 8;
+/// SQLite's primary result codes.
 constexpr int codeCorrupt = 11;
 constexpr int codeNotADatabase = 26;
 
@@ -29,6 +30,7 @@ struct Verdict
     QString reason;
 };
 
+/// Unfit is only what a fresh file mends; whatever else it is (locked, no rights, no space) may pass by itself.
 Verdict verdictOf(const SqlConnection& connection)
 {
     const QString reason = connection.lastError().text().simplified();
@@ -54,6 +56,7 @@ QVariant firstValue(SqlConnection& connection, const QString& sql)
     return query.next() ? query.value(0) : QVariant();
 }
 
+/// Those of others as well, but not SQLite's own.
 QStringList tableNames(SqlConnection& connection)
 {
     QStringList names;
@@ -78,6 +81,7 @@ bool isReadable(SqlConnection& connection, const OwnTable& table)
     return !isUnfit(connection);
 }
 
+/// Whether a table can be read comes first: a damaged file would otherwise pass for another program's.
 Verdict examineTables(SqlConnection& connection, const QVector<OwnTable>& ownTables)
 {
     const QStringList present = tableNames(connection);
@@ -140,6 +144,7 @@ Verdict openConnection(SqlConnection& connection, int busyMs)
     return {};
 }
 
+/// Looks before it writes: journal mode and pragmas change a file, and another program's is left as it is.
 Verdict tryOpening(SqlConnection& connection, const OpenRules& rules)
 {
     Verdict verdict = openConnection(connection, rules.busyMs);
@@ -170,6 +175,7 @@ QString keepAside(const QString& path)
     return aside;
 }
 
+/// A file that cannot be renamed stays, and nothing is recorded: data is never overwritten.
 OpenReport openFresh(SqlConnection& connection, const OpenRules& rules, const QString& reason)
 {
     const QString path = connection.database().databaseName();
@@ -207,6 +213,7 @@ OpenReport openForWriting(SqlConnection& connection, const OpenRules& rules)
     return report;
 }
 
+/// Opening reads nothing yet, so a query has to show that this is a database.
 bool openForReading(SqlConnection& connection, QString* error)
 {
     QSqlDatabase& database = connection.database();

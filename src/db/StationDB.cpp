@@ -4,6 +4,7 @@ namespace {
 
 const QString resultTable = QStringLiteral("RltTable");
 
+/// Names and types are those that the plants' reports ask for.
 const SqlValueMap& resultColumns()
 {
     static const QString number = QStringLiteral("INT(100)");

@@ -27,6 +27,7 @@ public:
 private:
     void run();
     bool flushNext();
+    /// Does not wait for a program that holds the file; the next flush tries again.
     void moveLog();
 
     const QString m_path;

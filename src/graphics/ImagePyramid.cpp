@@ -9,6 +9,7 @@
 
 namespace {
 
+/// When no new image has come for so long, the present one is none of a live picture.
 constexpr int kQuietMs = 60;
 
 QThreadPool& pool()

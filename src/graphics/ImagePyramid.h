@@ -29,7 +29,9 @@ signals:
     void refined(); ///< more levels are there
 
 private:
+    /// Begins to make the smaller levels on another thread.
     void build();
+    /// Takes them over, unless the image has changed meanwhile.
     void onBuilt();
 
     QVector<QImage> m_images;

@@ -10,6 +10,7 @@
 
 namespace {
 
+/// Lengths on the screen, whatever the zoom.
 constexpr double kMarginPx = 16.0;
 constexpr double kAxisPx = 44.0;
 constexpr double kArrowPx = 7.0;

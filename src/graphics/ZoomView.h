@@ -68,6 +68,7 @@ private:
     enum class Drag { None, Pressed, Panning };
 
     void pan(const QPoint& by);
+    /// Two fingers scale about the point between them, and pan along with it.
     bool pinch(const class QGestureEvent& event);
 
     Drag m_drag = Drag::None;

@@ -5,6 +5,7 @@
 
 #include <valvecell/IEngine.h>
 
+/// An engine that throws while it initialises is deleted: half of one could not be asked for anything.
 CDllEngine::CDllEngine(const QStringList& searchDirs)
 {
     m_loader =

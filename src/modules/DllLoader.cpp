@@ -8,6 +8,7 @@
 
 namespace {
 
+/// Where no folder has the file, the last one is named, so that the message tells where it was looked for.
 QString findModule(const QString& baseName, const QStringList& searchDirs)
 {
     QString candidate = baseName;

@@ -13,6 +13,7 @@ struct Tr
 
 } // namespace
 
+/// A module need not tell its version.
 ModuleInfo describeModule(const QString& name, QLibrary& library, const char* symbol)
 {
     using VersionFunction = const char* (*)();

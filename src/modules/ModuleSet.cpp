@@ -54,6 +54,7 @@ QString ModuleSet::start(const ICoreCtrl::ImageCallback& image)
     return fatal;
 }
 
+/// Nothing is asked or told by the first two callbacks, but a module may count on having them.
 QString ModuleSet::startCoreCtrl(const ICoreCtrl::ImageCallback& image)
 {
     if (m_coreCtrl)

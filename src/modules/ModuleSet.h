@@ -44,6 +44,7 @@ public:
     IDesigner* designer() const;
 
 private:
+    /// Each returns the text of the fatal message, empty when its module runs.
     QString startCoreCtrl(const ICoreCtrl::ImageCallback& image);
     QString startEngine();
     QString startDesigner();

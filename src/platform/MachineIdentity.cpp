@@ -59,6 +59,7 @@ private:
     Object* m_object = nullptr;
 };
 
+/// The hardware classes of the local machine, asked for as the present user.
 bool connectTo(ComPointer<IWbemServices>& services)
 {
     ComPointer<IWbemLocator> locator;

@@ -35,6 +35,7 @@ protected:
     qint64 writeData(const char* data, qint64 size) override;
 
 private:
+    /// Opens both ends; what was opened of them when it fails is closed by closePair().
     bool makePair();
     void closePair();
 

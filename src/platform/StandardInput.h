@@ -23,6 +23,7 @@ signals:
     void closed();
 
 private:
+    /// Tells the lines that are complete, and keeps the beginning of the next.
     void take(const QByteArray& bytes);
     void readSome();
     void end();

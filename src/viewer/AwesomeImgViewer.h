@@ -79,6 +79,7 @@ protected:
 
 private:
     void onClicked(const QPoint& position);
+    /// The wheel's steps in the second mode.
     void shrinkImage(int steps);
     void drawPlaceHolder(QPainter* painter) const;
 

@@ -28,6 +28,7 @@ signals:
     void saved(const QString& path, const QString& error);
 
 private:
+    /// Tells the operator by a tip over the viewer how it went.
     void onWritten();
 
     QWidget* m_viewer;

@@ -8,6 +8,7 @@
 #include <cmath>
 
 namespace {
+/// A marker far zoomed out can still be seen and met.
 constexpr double kSmallestRadiusPx = 6.0;
 constexpr double kPixelSeenPx = 8.0; ///< from this size on the pixel that the point names is framed
 } // namespace

@@ -25,6 +25,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    /// In the upper middle of the widget below, whose size may change while the text is shown.
     void place();
 
     QLabel* m_label;

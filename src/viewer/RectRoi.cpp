@@ -112,6 +112,7 @@ QCursor RectRoi::cursorAt(const QPointF& at) const
     return bodyRect().contains(at) ? Qt::SizeAllCursor : Qt::ArrowCursor;
 }
 
+/// Handles keep their screen size; a locked region shows none, since they would do nothing.
 void RectRoi::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*)
 {
     QPainterPath outline;

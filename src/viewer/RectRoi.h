@@ -28,7 +28,9 @@ protected:
     QPointF labelAnchor() const override { return bodyRect().topRight(); }
 
 private:
+    /// The handle's place, by its direction as handleAt() tells it.
     QPointF handlePoint(int direction) const;
+    /// Moves the grabbed handle there; the opposite side or corner stays.
     void resizeTo(const QPointF& at);
 
     int m_handle = noHandle;

@@ -28,6 +28,7 @@ ResultOverlay::ResultOverlay(QGraphicsItem* image)
     hide();
 }
 
+/// Without a hub only the hole is drawn: rim, way and angle would begin nowhere.
 void ResultOverlay::show(const ResultDrawing& drawing, const QPointF& origin)
 {
     const QPointF hole = origin + drawing.hole;

@@ -10,8 +10,9 @@
 #include <algorithm>
 
 namespace {
+/// Moves that can be undone.
 constexpr int kMostMoves = 50;
-}
+} // namespace
 
 RoiItem* RoiImgViewer::addPointRoi(const QPointF& position, const QColor& color, const QColor& selectedColor,
                                    double size, const QString& name)
@@ -73,6 +74,7 @@ void RoiImgViewer::lockRois(bool locked)
         roi->setLocked(locked);
 }
 
+/// A locked region stays where it is, and so do the moves before it.
 bool RoiImgViewer::undoMove()
 {
     if (m_moves.isEmpty() || m_moves.constLast().roi->isLocked())
@@ -92,6 +94,7 @@ void RoiImgViewer::fillMenu(QMenu* menu)
     undo->setEnabled(!m_moves.isEmpty() && !m_moves.constLast().roi->isLocked());
 }
 
+/// Items lie relative to the image's centre, which has moved; what could be undone moves along.
 void RoiImgViewer::imageResized(const QSize& old)
 {
     const QPointF shift((old.width() - imageSize().width()) / 2.0, (old.height() - imageSize().height()) / 2.0);

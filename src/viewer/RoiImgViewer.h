@@ -47,6 +47,7 @@ private:
     };
 
     RoiItem* add(RoiItem* roi, const RoiPlace& place);
+    /// Remembers for undoMove() where the region was; a row of arrow keys held down counts as one move.
     void onMoveBegins(const RoiPlace& from);
     void onPlaceChanged();
 

@@ -105,6 +105,7 @@ void RoiItem::moveBy(const QPointF& by)
     emit placeChanged();
 }
 
+/// A locked region takes the press and says so: passed on, it would pan the picture.
 void RoiItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
 {
     event->accept();

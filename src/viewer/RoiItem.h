@@ -46,11 +46,14 @@ signals:
 protected:
     /// Starts a drag at a point of the item; false when the point meets nothing to drag.
     virtual bool beginDrag(const QPointF& at) = 0;
+    /// The mouse is at this point of the item, as it lies before it gives way.
     virtual void dragTo(const QPointF& at) = 0;
+    /// The button was released.
     virtual void endDrag() {}
     virtual QCursor cursorAt(const QPointF& at) const = 0;
     /// The region without its screen-sized parts.
     virtual QRectF bodyRect() const = 0;
+    /// Where the name begins.
     virtual QPointF labelAnchor() const = 0;
 
     QPointF imagePoint() const; ///< the centre, image pixels

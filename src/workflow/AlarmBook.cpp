@@ -37,6 +37,7 @@ void AlarmBook::begin(Alarm alarm)
     emit changed();
 }
 
+/// With another reason it stays the same alarm; one that had gone and comes back counts on.
 void AlarmBook::raise(Alarm::Kind kind, const QString& subject, const QString& detail)
 {
     if (Alarm* const known = find(kind, subject)) {

@@ -8,6 +8,7 @@
 namespace {
 
 constexpr int checkIntervalMs = 4000;
+/// Triggers whose image has not come.
 constexpr int maxOutstanding = 1;
 constexpr qint64 burstGapMs = 350;
 

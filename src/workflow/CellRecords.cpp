@@ -72,6 +72,7 @@ IResultStore* CellRecords::store() const
     return m_store.get();
 }
 
+/// Both cleaners look at the same drive, so one tells for both.
 CellRecords::Health CellRecords::health() const
 {
     Health health;

@@ -55,6 +55,7 @@ public:
     ModelManager* models() { return m_models.get(); }
 
 private:
+    /// Sweeps one of the archive's two folders; `byAge` as the settings have it for that folder.
     std::unique_ptr<QDiskCleanThread> startCleaner(const QString& root, bool byAge) const;
 
     const QString m_home;

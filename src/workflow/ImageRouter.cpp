@@ -11,6 +11,7 @@ ImageRouter::ImageRouter(const ksGlobalConfig& config, IEngine::ResultCallback r
 {
 }
 
+/// Tells of the image before the engine has it: the engine's time counts from there.
 void ImageRouter::onImage(const QString& cameraKey, const QImage& image)
 {
     const int number = m_config.stationOfCamera(cameraKey);

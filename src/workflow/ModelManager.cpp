@@ -80,6 +80,7 @@ bool ModelManager::isNewName(const QString& name, QString* error) const
     return !contains(name) || fail(error, tr("型号%1已存在").arg(name));
 }
 
+/// Beyond 32767 no word of a frame carries it.
 bool ModelManager::isFreeIndex(qint32 index, const QString& exceptName, QString* error) const
 {
     if (index < 1 || index > 32767)
@@ -115,6 +116,7 @@ bool ModelManager::changeTables(Change change, QString* error)
     return false;
 }
 
+/// The library first, whose key refuses a second model of that name; taken out again when the tables cannot be written.
 bool ModelManager::addModel(const QString& name, qint32 index, QString* error)
 {
     if (!isNewName(name, error) || !isFreeIndex(index, name, error))
@@ -144,6 +146,7 @@ bool ModelManager::changeIndex(const QString& name, qint32 index, QString* error
     return tabled;
 }
 
+/// A station whose table lacks the model goes on without it.
 bool ModelManager::renameModel(const QString& name, const QString& newName, QString* error)
 {
     if (!contains(name))

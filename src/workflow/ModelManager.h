@@ -62,7 +62,9 @@ private:
         bool calibrated = false;
     };
 
+    /// Plants write index tables by hand: a model that only a table knows gets into the library.
     void adoptTabledModels();
+    /// The library's reason, as the answer false.
     bool libraryFailed(QString* error) const;
     template <typename Change>
     bool changeTables(Change change, QString* error);

@@ -36,6 +36,7 @@ SComFrame heartbeat()
     return frame;
 }
 
+/// Words 2 to 7 hold angle, X and Y, two words each.
 SComFrame result(int station, double angle, double x, double y)
 {
     SComFrame frame;

@@ -9,6 +9,7 @@ namespace {
 const QString kName = QStringLiteral("Name");
 const QString kIndex = QStringLiteral("PlcIndex");
 
+/// Of a name that occurs twice the later entry counts; one without an index gets 0, which means no model.
 PlcIndexTable::StationTable readTable(const QJsonArray& entries)
 {
     PlcIndexTable::StationTable table;

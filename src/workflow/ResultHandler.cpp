@@ -37,6 +37,7 @@ ResultHandler::ResultHandler(const ksGlobalConfig& config, PlcLink& link, QObjec
     qRegisterMetaType<StationReading>();
 }
 
+/// Without a solution nobody knows for which station the result is: it is dropped.
 void ResultHandler::onResult(const QVariantMap& map)
 {
     const TaskResult result = TaskResult::fromMap(map);
@@ -84,6 +85,7 @@ QPointF ResultHandler::reply(int station, const TaskResult& result)
     return machine;
 }
 
+/// The result image goes first, since the row names its path.
 void ResultHandler::store(int station, const TaskResult& result)
 {
     if (!m_store)

@@ -49,8 +49,11 @@ signals:
     void readingChanged(int station, const StationReading& reading);
 
 private:
+    /// A result that holds no answer: 361 to the PLC, the reason to the panel, the source image to the archive.
     void refuse(int station, const TaskResult& result, const char* reason);
+    /// Everything else; the reply goes first.
     void answer(int station, const TaskResult& result);
+    /// The machine coordinates that were sent.
     QPointF reply(int station, const TaskResult& result);
     void store(int station, const TaskResult& result);
 

@@ -26,6 +26,7 @@ private:
         qint64 captured = 0;
     };
 
+    /// Null when nobody measures, and for a station other than 1 and 2.
     QQueue<Part>* parts(int station);
 
     QElapsedTimer m_clock;

@@ -19,6 +19,7 @@ public:
                     const ImageRouter& router);
 
 private:
+    /// Null when the controller has no station of that solution.
     Station* account(int station) const;
 
     const ksGlobalConfig& m_config;

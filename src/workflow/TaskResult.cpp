@@ -27,6 +27,7 @@ constexpr Evidence evidence[] = {{ResultKeys::score, "score", 3},     {ResultKey
                                  {ResultKeys::edgePoints, "edge", 0}, {ResultKeys::residual, "residual", 3},
                                  {ResultKeys::hubRadius, "rim", 1},   {ResultKeys::holeRadius, "hole", 2}};
 
+/// An engine that tells no edge points tells none of the others.
 QString evidenceOf(const QVariantMap& map)
 {
     if (!map.contains(QLatin1String(ResultKeys::edgePoints)))
@@ -39,6 +40,7 @@ QString evidenceOf(const QVariantMap& map)
     return parts.join(QLatin1Char(';'));
 }
 
+/// An angle that is no number must not reach a frame: it counts as none.
 void readAlgoResult(TaskResult& result, const QVariantMap& map)
 {
     result.angle = valueOf(map, ResultKeys::angle, result.angle);

@@ -14,6 +14,7 @@ TriggerDispatch::TriggerDispatch(ksGlobalConfig& config, PlcLink& link, Capture 
 {
 }
 
+/// The PLC repeats its frame; the same pair again changes nothing and is not looked up.
 void TriggerDispatch::onModelIndices(int index1, int index2)
 {
     const bool repeated = index1 == m_lastIndices[0] && index2 == m_lastIndices[1];
@@ -30,6 +31,7 @@ void TriggerDispatch::onModelIndices(int index1, int index2)
     }
 }
 
+/// The model follows a changed index only; whether the table still has it is looked at each time.
 void TriggerDispatch::switchModel(int station, const IStation& target, qint32 index)
 {
     QString model;

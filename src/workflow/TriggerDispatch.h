@@ -53,12 +53,16 @@ private:
     };
 
     StationState& state(int station) { return m_states[station - 1]; }
+    /// What the index asks for at one station; `changed` below: it is another than before.
     void switchModel(int station, const IStation& target, qint32 index);
     void modelMissing(int station, qint32 index, bool changed);
     void modelFound(int station, qint32 index, bool changed);
+    /// Also starts the filter time of a trigger that is taken.
     bool isFiltered(int station);
+    /// Offline, and without the protection, every trigger may.
     bool mayCapture(int station);
     void capture(int station);
+    /// Tells why on the panel and in the log; the PLC gets 999 unless its index is a cleared one.
     void refuse(int station);
 
     ksGlobalConfig& m_config;

@@ -4,6 +4,7 @@
 #include <valvecell/IDesigner.h>
 #include <valvecell/IImageWatch.h>
 
+/// What comes from the relay is queued, since modules call on threads of their own; all else is a plain call.
 TriggerRoad::TriggerRoad(ksGlobalConfig& config, TriggerDispatch::Capture capture)
     : m_relay(std::make_shared<ModuleRelay>())
     , m_dispatch(config, m_link, std::move(capture))

@@ -56,6 +56,7 @@ void paintValve(cv::Mat& image, const WheelSpec& spec, cv::Point2d center)
     paintDome(image, center - lean, 0.13 * r, 185, 0.3, spec.light);
 }
 
+/// A round hole whose far end is seen shifted towards the image's centre, as the camera looks into it from there.
 Pit plainPit(cv::Point2d center, double radius, const WheelSpec& spec)
 {
     Pit pit;
@@ -67,6 +68,7 @@ Pit plainPit(cv::Point2d center, double radius, const WheelSpec& spec)
     return pit;
 }
 
+/// Bolt holes lie between the spokes' directions, half a division from the first spoke.
 void paintHub(cv::Mat& image, const WheelSpec& spec)
 {
     const FaceSpec& face = spec.face;
@@ -84,6 +86,7 @@ void paintHub(cv::Mat& image, const WheelSpec& spec)
     }
 }
 
+/// Off the valve hole's ring and smaller than it, so that no drain can be taken for a second valve hole.
 void paintDrains(cv::Mat& image, const WheelSpec& spec)
 {
     Random random(spec.seed, 21);

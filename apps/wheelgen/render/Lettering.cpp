@@ -20,6 +20,7 @@ constexpr Glyph kGlyphs[] = {{'0', "002024040020"},   {'1', "011014"},     {'2',
                              {'9', "220200202404"},   {'J', "20240403"},   {'X', "0024122004"},
                              {'E', "20000212020424"}, {'T', "00201014"},   {'H', "000402222024"}};
 
+/// Empty for a letter that is not among the glyphs: it leaves a gap.
 const char* pathOf(char letter)
 {
     for (const Glyph& glyph : kGlyphs)

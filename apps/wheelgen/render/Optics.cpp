@@ -31,6 +31,7 @@ void applyLight(cv::Mat& image, const LightSpec& light)
     }
 }
 
+/// Beyond the border its pixels go on.
 float bilinear(const cv::Mat& image, float x, float y)
 {
     x = std::clamp(x, 0.0f, static_cast<float>(image.cols) - 1.001f);
@@ -109,6 +110,7 @@ std::vector<float> normalQuantiles()
     return table;
 }
 
+/// One random number serves four pixels, 16 bits each: the noise is most of a rendering's time.
 cv::Mat digitise(const cv::Mat& image, const OpticsSpec& optics, std::uint64_t seed)
 {
     static const std::vector<float> normal = normalQuantiles();

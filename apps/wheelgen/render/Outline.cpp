@@ -104,6 +104,7 @@ EdgeDistance Outline::meshBars(const Folded& p, float x, float y, float radius) 
     return blend(annulus(x, y, radius), bars);
 }
 
+/// A rectangle with rounded corners; with corners as large as its half length, a circle.
 EdgeDistance Outline::slot(const Folded& p) const
 {
     const float middle = 0.5f * (m_inner + m_outer), halfU = 0.5f * (m_outer - m_inner);

@@ -35,14 +35,19 @@ private:
         float flip;   ///< -1 when v was mirrored
     };
 
+    /// The point as seen in one sector, mirrored to its upper half: all sectors are the same.
     Folded fold(float x, float y) const;
+    /// As at(), without the bend of the spokes.
     EdgeDistance straight(float x, float y, float radius) const;
     EdgeDistance spokes(const Folded& p, float x, float y, float radius) const;
     EdgeDistance meshBars(const Folded& p, float x, float y, float radius) const;
     EdgeDistance bar(const Folded& p, float u0, float v0, float u1, float v1) const;
     EdgeDistance slot(const Folded& p) const;
+    /// The ring between inner and outer end of the windows.
     EdgeDistance annulus(float x, float y, float radius) const;
+    /// The nearer of two edges, rounded where they meet.
     EdgeDistance blend(EdgeDistance a, EdgeDistance b) const;
+    /// Turns a direction of the sector back into one of the image.
     EdgeDistance fromSector(const Folded& p, float distance, float du, float dv) const;
 
     FaceSpec m_face;

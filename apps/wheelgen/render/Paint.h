@@ -15,6 +15,7 @@ inline float coverage(double distance)
     return static_cast<float>(std::clamp(0.5 + distance, 0.0, 1.0));
 }
 
+/// `part` 0 is a, 1 is b.
 inline float mix(float a, float b, float part)
 {
     return a + (b - a) * part;

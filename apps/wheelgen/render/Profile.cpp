@@ -38,6 +38,7 @@ std::vector<Node> crossSection(const FaceSpec& f)
             {1.0, ledgeEnd + 0.028, f.albedo}};
 }
 
+/// The mean over 2 * half + 1 values, fewer at the ends; by running sums, whatever the width.
 std::vector<float> smoothed(const std::vector<float>& values, int half)
 {
     std::vector<double> sums(values.size() + 1, 0.0);
@@ -55,6 +56,7 @@ std::vector<float> smoothed(const std::vector<float>& values, int half)
 
 } // namespace
 
+/// Slopes are smoothed twice, so that the shading has no kink where two parts of the section meet.
 Profile::Profile(const WheelSpec& spec)
 {
     const auto nodes = crossSection(spec.face);

@@ -11,6 +11,7 @@ namespace wheel {
 class Random
 {
 public:
+    /// Streams of one seed are independent: each part of a picture draws from its own, whatever the others take.
     explicit Random(std::uint64_t seed, std::uint64_t stream = 0)
     {
         std::uint64_t state = seed ^ mix(stream + 0x632BE59BD9B4E019ULL);

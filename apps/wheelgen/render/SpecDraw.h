@@ -9,6 +9,7 @@ namespace wheel {
 /// Easy: clean and sharp. Demo: as on a well kept line. Varied: all that a plant can show within the finder's limits.
 enum class Difficulty { Easy, Demo, Varied };
 
+/// "easy", "demo" or "varied"; false, and nothing changed, for any other name.
 bool difficultyFromName(const std::string& name, Difficulty* difficulty);
 
 /// A wheel of that design, drawn at random: size, place, light, surface and camera. The same arguments give the same

@@ -6,6 +6,7 @@ namespace wheel {
 
 namespace {
 
+/// What all designs begin with; half widths and inner end as fractions of the rim radius.
 FaceSpec spokes(int count, double atHub, double atRim, double inner)
 {
     FaceSpec face;

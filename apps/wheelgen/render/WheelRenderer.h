@@ -22,6 +22,7 @@ struct RenderedWheel
     WheelTruth truth;
 };
 
+/// Where the hole lies in the image that renderWheel() makes, in the middle of the exposure.
 WheelTruth truthOf(const WheelSpec& spec);
 
 /// The same spec gives the same image, byte for byte. Any thread.

@@ -44,6 +44,7 @@ struct FaceSpec
 
 enum class Valve { None, Rubber, Metal };
 
+/// The valve hole of one wheel.
 struct HoleSpec
 {
     bool present = true;
@@ -60,6 +61,7 @@ struct HoleSpec
     double twin = 0; ///< degrees from this hole to a second, equal one; 0: there is none
 };
 
+/// How the wheel is lit; fractions of the surface's brightness where nothing else is said.
 struct LightSpec
 {
     double azimuth = 120; ///< where the strongest light comes from
@@ -73,6 +75,7 @@ struct LightSpec
     double exposure = 1; ///< factor on everything; see ledgeGray()
 };
 
+/// What else is seen, and what lies on the wheel.
 struct SceneSpec
 {
     double background = 50;
@@ -88,6 +91,7 @@ struct SceneSpec
     double grain = 0.04;
 };
 
+/// The camera: lens, shutter and sensor.
 struct OpticsSpec
 {
     double blur = 0.6;   ///< sigma of the lens blur
@@ -97,6 +101,7 @@ struct OpticsSpec
     double pedestal = 0; ///< gray value of black
 };
 
+/// One wheel in one image.
 struct WheelSpec
 {
     cv::Size size{2448, 2048};

@@ -47,6 +47,7 @@ WheelSetPlan wheelsOf(int station, const DemoPlan& plan)
     return wheels;
 }
 
+/// The stations differ in offsets and in the order of X and Y, so that a mix-up of the two shows in the answers.
 QJsonObject globalConfig(const DemoPlan& plan)
 {
     QJsonObject config{{QStringLiteral("onlineMode"), true},
@@ -69,6 +70,7 @@ QJsonObject globalConfig(const DemoPlan& plan)
     return config;
 }
 
+/// Both stations know all designs, and the engine's built-in model under 99.
 QJsonObject plcIndex()
 {
     QJsonArray table;
@@ -92,6 +94,7 @@ QJsonObject cameras(const DemoPlan& plan)
     return {{QStringLiteral("cameras"), list}};
 }
 
+/// Taught by the design's nominal lengths; the demo's wheels differ from them by up to 3 percent.
 QJsonObject model(const wheel::Design& design, cv::Size size)
 {
     const double rim = wheel::nominalRimRadius(size);

@@ -6,6 +6,7 @@
 
 namespace {
 
+/// Counts up when a demo home made before would not do any more.
 constexpr int kVersion = 1;
 
 struct Stamp
@@ -21,6 +22,7 @@ QString stampPath(const QString& home)
     return home + QStringLiteral("/demo.json");
 }
 
+/// A home without a stamp is ours only while it is empty.
 Stamp readStamp(const QString& home)
 {
     const HomeFiles::JsonRead read = HomeFiles::readJson(stampPath(home));
@@ -77,6 +79,7 @@ bool forgetCameras(const QString& home, QString* error)
 
 } // namespace
 
+/// The stamp says incomplete before the first file changes, and complete after the last.
 bool DemoHome::make(const DemoPlan& plan, QStringList* made, QString* error)
 {
     const Stamp stamp = readStamp(plan.home);

@@ -115,6 +115,7 @@ QJsonObject WheelSet::modelParameters(const wheel::Nominal& nominal, double spre
             {QStringLiteral("taught"), true}};
 }
 
+/// truth.json goes first and comes last: while it is there, the folder is complete.
 bool WheelSet::write(const QString& folder, const WheelSetPlan& plan, QString* error)
 {
     const QString truthFile = folder + QStringLiteral("/truth.json");

@@ -9,6 +9,7 @@ namespace wire {
 
 namespace {
 
+/// Places of checksum, command and words in a frame.
 constexpr int kCrcAt = 5;
 constexpr int kCommandAt = 7;
 constexpr int kWordsAt = 8;

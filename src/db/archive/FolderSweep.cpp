@@ -10,7 +10,9 @@
 namespace FolderSweep {
 namespace {
 
+/// So many old files stay: a cell that stood still for long keeps its last images.
 constexpr std::size_t fewFiles = 10;
+/// One sweep's worth: an archive of months is not emptied at once.
 constexpr std::size_t oldestFiles = 600;
 
 struct OldFile
@@ -90,6 +92,7 @@ QDateTime creationTime(const QString& path)
     return creationTime(QFileInfo(path));
 }
 
+/// Lists first and deletes then: whether there are more than a few is known only at the end.
 int deleteFilesBefore(const QString& root, const QDateTime& time, const Stop& stop)
 {
     if (!mayBeCleaned(root))
@@ -128,6 +131,7 @@ int deleteOldestImages(const QString& root, const Stop& stop)
     return deleted;
 }
 
+/// Counts what is really gone: of a folder in use, some files may stay.
 int deleteFoldersBefore(const QString& root, const QDateTime& time, const Stop& stop)
 {
     if (!mayBeCleaned(root))

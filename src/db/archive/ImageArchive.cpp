@@ -63,6 +63,7 @@ QString ImageArchive::freeName(const QString& folder) const
     return name;
 }
 
+/// The path is given before the image is written, since the record that names it goes in at once.
 QString ImageArchive::save(int station, const QString& subFolder, const QImage& image, Kind kind)
 {
     const QString folder = folderOf(kind) + m_rules.clock().toString(QStringLiteral("/yyyy-MM-dd/")) +

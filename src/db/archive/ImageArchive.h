@@ -56,10 +56,13 @@ signals:
     void saved(const QString& path);
 
 private:
+    /// A file name of this moment that neither an image on the disk nor one that waits has.
     QString freeName(const QString& folder) const;
     bool isTaken(const QString& path) const;
+    /// Lets the oldest image be written, if fewer threads run than may.
     void startNext();
     void onEnded(SaveImgThread* thread);
+    /// Success or failure of an image whose thread has ended.
     void count(const SaveImgThread& thread);
 
     const QString m_home;

@@ -38,6 +38,7 @@ extern "C" void leaveLibrary(j_common_ptr jpeg)
     std::longjmp(failure->escape, 1);
 }
 
+/// A pixel of RGB32 is one number, so its bytes lie as the processor orders them.
 constexpr J_COLOR_SPACE rgb32Order = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? JCS_EXT_BGRX : JCS_EXT_XRGB;
 
 Pixels ofPalette(const QImage& image)
@@ -50,6 +51,7 @@ Pixels ofPalette(const QImage& image)
     return pixels;
 }
 
+/// The byte order in memory as libjpeg names it, so that the usual formats are compressed without a copy.
 Pixels pixelsOf(const QImage& image)
 {
     switch (image.format()) {
@@ -83,6 +85,7 @@ void fillRow(const Pixels& pixels, int y, quint32* row)
         row[x] = palette[line[x]];
 }
 
+/// Only the rows of a palette image need `row`; all others are compressed from where they lie.
 void writeRows(jpeg_compress_struct* jpeg, const Pixels& pixels, quint32* row)
 {
     while (jpeg->next_scanline < jpeg->image_height) {

@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::chrono::milliseconds betweenPasses(1000);
 constexpr int daysWhenUnset = 3;
+/// The archive's last day is the least that is kept.
 constexpr int daysWhenSpaceIsLow = 1;
 
 } // namespace
@@ -65,6 +66,7 @@ QDateTime QDiskCleanThread::cutOff() const
     return m_clock().addDays(-(m_days < 1 ? daysWhenUnset : m_days));
 }
 
+/// Low space asks for one sweep of the oldest images, whatever that frees; the next pass looks again.
 void QDiskCleanThread::cleanFiles()
 {
     const auto stop = [this] { return isStopped(); };
@@ -94,6 +96,7 @@ void QDiskCleanThread::change(bool byAge, qint32 days, qint32 minFreeGiB)
     m_change = Change{byAge, days, minFreeGiB};
 }
 
+/// Once space was low, the limit that was set for it stays; only the space to keep free follows the settings.
 void QDiskCleanThread::takeChange()
 {
     std::optional<Change> change;

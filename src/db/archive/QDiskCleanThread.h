@@ -57,13 +57,16 @@ private:
         qint32 minFreeGiB;
     };
 
+    /// What change() left, for the pass that begins.
     void takeChange();
     qint64 freeMiB();
     bool spaceIsLow() { return freeMiB() < qint64(m_minFreeGiB) * 1024; }
     void cleanFiles();
     void cleanFolders();
+    /// Whatever was made before it is old.
     QDateTime cutOff() const;
     bool isStopped() const;
+    /// False when the thread is to end.
     bool pauseUnlessStopped();
 
     QString m_root;

@@ -10,6 +10,7 @@
 namespace SystemLog {
 namespace {
 
+/// Of "yyyy-MM-dd hh:mm:ss".
 constexpr std::size_t timeLength = 19;
 
 std::atomic<Output> s_output{nullptr};
@@ -88,6 +89,7 @@ LogLine::LogLine(int type)
     m_stream << ' ';
 }
 
+/// Nearly every line is without an apostrophe and goes out of the stream's buffer, not copied.
 LogLine::~LogLine()
 {
     const Output output = s_output.load(std::memory_order_acquire);

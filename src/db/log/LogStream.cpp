@@ -7,6 +7,7 @@ namespace SystemLog {
 namespace {
 
 constexpr char digits[] = "0123456789abcdef";
+/// Characters: more than any of the numbers below takes.
 constexpr std::size_t longestNumber = 32;
 
 /// Writes the value's digits so that they end at `end`; returns where they begin.

@@ -12,6 +12,7 @@ namespace {
 
 std::atomic<QtMessageHandler> s_before{nullptr};
 
+/// Handed on to whoever handled the stream before, in any case.
 void forward(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     const bool ownLine = qstrcmp(context.category, ownCategory) == 0;
