@@ -33,6 +33,7 @@ UserCtrl::UserCtrl()
     , m_rules(HomeFiles::home() + QStringLiteral("/user/login.json"))
 {
     connect(&m_session, &UserSession::currentUserChanged, this, &UserCtrl::onCurrentUserChanged);
+    connect(&m_session, &UserSession::changed, this, &UserCtrl::tell);
     connect(&m_idle, &IdleWatch::idle, &m_session, &UserSession::logOut);
 }
 
@@ -57,6 +58,7 @@ void UserCtrl::showUserManager(QWidget* parent)
 {
     if (!isOpen(m_manager))
         m_manager = makeManager(parent);
+    m_managedBy = m_session.userName();
     bringUp(m_manager);
 }
 
@@ -75,12 +77,32 @@ int UserCtrl::state()
     return m_session.role() == Role::None ? LoggedOut : LoggedIn;
 }
 
+void UserCtrl::setListener(Listener listener)
+{
+    m_listener = std::move(listener);
+}
+
+void UserCtrl::tell(const UserChange& change) const
+{
+    if (m_listener)
+        m_listener(change);
+}
+
 void UserCtrl::onCurrentUserChanged(const QString& name, int level)
 {
     if (!name.isEmpty())
         m_lastName = name;
+    if (m_manager && name != m_managedBy)
+        m_manager->reject(); // nobody finds another's dialog
     watchIdle();
     emit sgCurrentUserInfo(name, level, state());
+}
+
+void UserCtrl::onIdleLimitChanged(std::chrono::minutes before, std::chrono::minutes after)
+{
+    watchIdle();
+    const auto number = [](std::chrono::minutes limit) { return QString::number(limit.count()); };
+    tell({m_session.userName(), QStringLiteral("login/idle_minutes"), number(before), number(after)});
 }
 
 void UserCtrl::watchIdle()
@@ -95,7 +117,7 @@ QDialog* UserCtrl::makeManager(QWidget* parent)
     if (m_session.role() == Role::Administrator) {
         m_rules.load();
         auto* manager = new UserManagerDialog(m_session, m_rules, parent);
-        connect(manager, &UserManagerDialog::idleLimitChanged, this, &UserCtrl::watchIdle);
+        connect(manager, &UserManagerDialog::idleLimitChanged, this, &UserCtrl::onIdleLimitChanged);
         return manager;
     }
     if (m_session.role() != Role::None)

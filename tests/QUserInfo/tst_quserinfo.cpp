@@ -1,5 +1,6 @@
 #include "support/TempHome.h"
 
+#include <valvecell/IUserAudit.h>
 #include <valvecell/IUserCtrl.h>
 
 #include <QApplication>
@@ -104,7 +105,16 @@ struct Program
     QWidget window;
     std::unique_ptr<IUserCtrl> users{createUserCtrl()};
     QSignalSpy changes{users.get(), &IUserCtrl::sgCurrentUserInfo};
+    QStringList audit; ///< "by: what before>after"
 
+    Program()
+    {
+        if (auto* teller = qobject_cast<IUserAudit*>(users.get())) {
+            teller->setListener([this](const UserChange& change) {
+                audit << QStringLiteral("%1: %2 %3>%4").arg(change.by, change.name, change.before, change.after);
+            });
+        }
+    }
     void createAdministrator()
     {
         users->showLogInDialog(&window);
@@ -236,6 +246,9 @@ private slots:
         in<QPushButton>(manager, "roleButton")->menu()->actions().at(0)->trigger();
         QVERIFY(message(manager).contains(QStringLiteral("至少")));
         look(manager, "quserinfo_manager");
+        table->selectRow(1);
+        for (const int role : {0, 0, 1}) // the second changes nothing
+            in<QPushButton>(manager, "roleButton")->menu()->actions().at(role)->trigger();
 
         table->selectRow(2);
         in<QPushButton>(manager, "passwordButton")->click();
@@ -253,6 +266,11 @@ private slots:
         QVERIFY(question && question->text().contains(QStringLiteral("王师傅")));
         question->button(QMessageBox::Ok)->click();
         QTRY_COMPARE(table->rowCount(), 2);
+        const QStringList told{": user/boss/role >administrator",        "boss: user/李工/role >engineer",
+                               "boss: user/王师傅/role >operator",       "boss: user/李工/role engineer>operator",
+                               "boss: user/李工/role operator>engineer", "boss: user/王师傅/password ***>***",
+                               "boss: user/王师傅/role operator>"};
+        QCOMPARE(program.audit, told);
         program.users->logOut();
         QVERIFY2(!manager->isVisible(), "the list closes with its administrator");
     }
@@ -285,6 +303,9 @@ private slots:
         type(dialog, "presentEdit", "guess");
         okButton(dialog)->click();
         QTRY_VERIFY(message(dialog).contains(QStringLiteral("密码错误")));
+        QVERIFY2(!program.audit.last().contains("password"), "it was not changed");
+        program.users->logOut();
+        QVERIFY2(!openDialog("PasswordDialog"), "nobody finds another's dialog");
     }
 
     void administratorSetsTheAutomaticLogOut()
@@ -301,6 +322,7 @@ private slots:
         QVERIFY2(program.home.read("/user/login.json").isEmpty(), "not the 1 that is typed first");
         QTest::keyClick(minutes, Qt::Key_Return);
         QVERIFY(program.home.read("/user/login.json").contains("\"idle_minutes\": 15"));
+        QCOMPARE(program.audit.last(), QStringLiteral("boss: login/idle_minutes 0>15"));
         look(manager, "quserinfo_idle");
         manager->reject();
         program.home.write("/user/login.json", "{\"idle_minutes\": -3}");

@@ -13,17 +13,11 @@ const auto kName = QStringLiteral("name");
 const auto kRole = QStringLiteral("role");
 const auto kPassword = QStringLiteral("password");
 
-QString roleWord(Role role)
-{
-    return role == Role::Administrator ? QStringLiteral("administrator")
-           : role == Role::Engineer    ? QStringLiteral("engineer")
-                                       : QStringLiteral("operator");
-}
-
 Role roleOf(const QString& word)
 {
     const auto roles = AccountRules::roles();
-    const auto found = std::find_if(roles.begin(), roles.end(), [&](Role role) { return roleWord(role) == word; });
+    const auto found =
+        std::find_if(roles.begin(), roles.end(), [&](Role role) { return UserFile::roleWord(role) == word; });
     return found == roles.end() ? Role::None : *found;
 }
 
@@ -71,6 +65,13 @@ bool UserFile::fromJson(const QJsonObject& file, QVector<Account>* accounts, QSt
     }
     *accounts = read;
     return true;
+}
+
+QString UserFile::roleWord(Role role)
+{
+    return role == Role::Administrator ? QStringLiteral("administrator")
+           : role == Role::Engineer    ? QStringLiteral("engineer")
+                                       : QStringLiteral("operator");
 }
 
 bool UserFile::hasAdministrator(const QVector<Account>& accounts)

@@ -13,6 +13,9 @@ QJsonObject toJson(const QVector<Account>& accounts);
 /// administrator or a user twice; `error` then holds the place, such as "users[1].role", and `accounts` is untouched.
 bool fromJson(const QJsonObject& file, QVector<Account>* accounts, QString* error);
 
+/// The word of a role in the file.
+QString roleWord(Role role);
+
 /// Whether somebody in the list may manage the others.
 bool hasAdministrator(const QVector<Account>& accounts);
 

@@ -1,10 +1,21 @@
 #include "accounts/UserSession.h"
 
 #include "accounts/PasswordHash.h"
+#include "accounts/UserFile.h"
 
 #include <QPointer>
 
 #include <cmath>
+
+namespace {
+
+UserChange roleChange(const QString& by, const QString& name, Role before, Role after)
+{
+    const auto word = [](Role role) { return role == Role::None ? QString() : UserFile::roleWord(role); };
+    return {by, QStringLiteral("user/%1/role").arg(name), word(before), word(after)};
+}
+
+} // namespace
 
 UserSession::UserSession(const QString& usersFile)
     : m_store(usersFile)
@@ -52,7 +63,7 @@ void UserSession::createAdministrator(const QString& name, const QString& passwo
         const bool added = m_store.add(account, &error);
         if (added)
             enter(account);
-        return told(added, error);
+        return told(added, error, roleChange({}, name, Role::None, account.role));
     };
     const QString problem = AccountRules::passwordProblem(name, password);
     problem.isEmpty() ? withHash(password, context, store, done) : done(problem);
@@ -78,9 +89,9 @@ void UserSession::changeOwnPassword(const QString& present, const QString& next,
         const auto store = [this, name](const QByteArray& hash) {
             QString error;
             const bool stored = m_store.setHash(name, hash, &error);
-            if (stored)
+            if (stored && name == m_user.name) // who may have logged out meanwhile
                 m_user.hash = hash;
-            return told(stored, error);
+            return told(stored, error, passwordChange(name, name));
         };
         withHash(next, guard, store, done);
     });
@@ -90,7 +101,8 @@ void UserSession::addUser(const QString& name, Role role, const QString& passwor
 {
     const auto store = [this, name, role](const QByteArray& hash) {
         QString error = refuseManaging();
-        return told(error.isEmpty() && m_store.add({name, role, hash}, &error), error);
+        const bool added = error.isEmpty() && m_store.add({name, role, hash}, &error);
+        return told(added, error, roleChange(m_user.name, name, Role::None, role));
     };
     const QString problem = AccountRules::passwordProblem(name, password);
     problem.isEmpty() ? withHash(password, context, store, done) : done(problem);
@@ -103,7 +115,7 @@ void UserSession::resetPassword(const QString& name, const QString& password, QO
         const bool stored = error.isEmpty() && m_store.setHash(name, hash, &error);
         if (stored && AccountRules::sameName(name, m_user.name))
             m_user.hash = hash;
-        return told(stored, error);
+        return told(stored, error, passwordChange(m_user.name, name));
     };
     const QString problem = AccountRules::passwordProblem(name, password);
     problem.isEmpty() ? withHash(password, context, store, done) : done(problem);
@@ -112,10 +124,11 @@ void UserSession::resetPassword(const QString& name, const QString& password, QO
 bool UserSession::setRole(const QString& name, Role role, QString* error)
 {
     *error = refuseManaging();
+    const UserChange change = roleChange(m_user.name, storedName(name), storedRole(name), role);
     const bool stored = error->isEmpty() && m_store.setRole(name, role, error);
     if (stored && AccountRules::sameName(name, m_user.name))
         enter({m_user.name, role, m_user.hash});
-    return told(stored, *error).isEmpty();
+    return told(stored, *error, change).isEmpty();
 }
 
 bool UserSession::removeUser(const QString& name, QString* error)
@@ -123,7 +136,8 @@ bool UserSession::removeUser(const QString& name, QString* error)
     *error = refuseManaging();
     if (error->isEmpty() && AccountRules::sameName(name, m_user.name))
         *error = tr("不能删除当前登录的用户");
-    return told(error->isEmpty() && m_store.remove(name, error), *error).isEmpty();
+    const UserChange change = roleChange(m_user.name, storedName(name), storedRole(name), Role::None);
+    return told(error->isEmpty() && m_store.remove(name, error), *error, change).isEmpty();
 }
 
 void UserSession::enter(const Account& account)
@@ -156,11 +170,31 @@ void UserSession::withHash(const QString& password, QObject* context, const Stor
     });
 }
 
+UserChange UserSession::passwordChange(const QString& by, const QString& name) const
+{
+    return {by, QStringLiteral("user/%1/password").arg(storedName(name)), IUserAudit::secret(), IUserAudit::secret()};
+}
+
+/// As the user's account has it, whatever its case here.
+QString UserSession::storedName(const QString& name) const
+{
+    const Account* account = m_store.find(name);
+    return account ? account->name : name;
+}
+
+Role UserSession::storedRole(const QString& name) const
+{
+    const Account* account = m_store.find(name);
+    return account ? account->role : Role::None;
+}
+
 /// Tells listeners of a change that was stored; hands back the error of one that was not.
-QString UserSession::told(bool stored, const QString& error)
+QString UserSession::told(bool stored, const QString& error, const UserChange& change)
 {
     if (!stored)
         return error;
     emit usersChanged();
+    if (change.before != change.after || change.before == IUserAudit::secret())
+        emit changed(change);
     return {};
 }

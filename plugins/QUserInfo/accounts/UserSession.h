@@ -4,6 +4,8 @@
 #include "accounts/RetryDelay.h"
 #include "accounts/UserStore.h"
 
+#include <valvecell/IUserAudit.h>
+
 #include <QObject>
 
 #include <functional>
@@ -55,6 +57,8 @@ signals:
     void currentUserChanged(const QString& name, int level);
     /// The list of users changed: somebody came or went, or got another role or password.
     void usersChanged();
+    /// What changed of a user was stored.
+    void changed(const UserChange& change);
 
 private:
     using Store = std::function<QString(const QByteArray& hash)>;
@@ -63,7 +67,10 @@ private:
     QString refuseAttempt() const;
     QString refuseManaging() const;
     void withHash(const QString& password, QObject* context, const Store& store, const Done& done);
-    QString told(bool stored, const QString& error);
+    UserChange passwordChange(const QString& by, const QString& name) const;
+    QString storedName(const QString& name) const;
+    Role storedRole(const QString& name) const;
+    QString told(bool stored, const QString& error, const UserChange& change);
 
     UserStore m_store;
     Account m_user;

@@ -26,7 +26,10 @@ LogInDialog::LogInDialog(UserSession& session, const QString& name, QWidget* par
         m_ui->passwordEdit->setFocus();
 }
 
-LogInDialog::~LogInDialog() = default;
+LogInDialog::~LogInDialog()
+{
+    hide(); // a field that loses the focus tells it while there is still somebody to hear it
+}
 
 QString LogInDialog::problem() const
 {

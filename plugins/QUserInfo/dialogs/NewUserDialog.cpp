@@ -29,7 +29,10 @@ NewUserDialog::NewUserDialog(UserSession& session, Purpose purpose, QWidget* par
     setUpForm(m_ui->messageLabel, m_ui->buttonBox);
 }
 
-NewUserDialog::~NewUserDialog() = default;
+NewUserDialog::~NewUserDialog()
+{
+    hide(); // a field that loses the focus tells it while there is still somebody to hear it
+}
 
 QString NewUserDialog::problem() const
 {

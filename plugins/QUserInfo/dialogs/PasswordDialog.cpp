@@ -22,7 +22,10 @@ PasswordDialog::PasswordDialog(UserSession& session, Purpose purpose, const QStr
     setUpForm(m_ui->messageLabel, m_ui->buttonBox);
 }
 
-PasswordDialog::~PasswordDialog() = default;
+PasswordDialog::~PasswordDialog()
+{
+    hide(); // a field that loses the focus tells it while there is still somebody to hear it
+}
 
 QString PasswordDialog::problem() const
 {

@@ -41,7 +41,10 @@ UserManagerDialog::UserManagerDialog(UserSession& session, LogInRules& rules, QW
     retranslate();
 }
 
-UserManagerDialog::~UserManagerDialog() = default;
+UserManagerDialog::~UserManagerDialog()
+{
+    hide(); // a field that loses the focus tells it while there is still somebody to hear it
+}
 
 void UserManagerDialog::changeEvent(QEvent* event)
 {
@@ -133,8 +136,9 @@ void UserManagerDialog::onRemove()
 void UserManagerDialog::onIdleLimit(int minutes)
 {
     QString error;
+    const std::chrono::minutes before = m_rules.idleLimit();
     if (m_rules.setIdleLimit(std::chrono::minutes(minutes), &error))
-        emit idleLimitChanged();
+        emit idleLimitChanged(before, m_rules.idleLimit());
     else
         showIdleLimit();
     m_ui->messageLabel->setText(error);

@@ -4,6 +4,7 @@
 
 #include <QDialog>
 
+#include <chrono>
 #include <memory>
 
 class LogInRules;
@@ -27,7 +28,7 @@ public:
 
 signals:
     /// Another time until the automatic log-out was stored.
-    void idleLimitChanged();
+    void idleLimitChanged(std::chrono::minutes before, std::chrono::minutes after);
 
 protected:
     void changeEvent(QEvent* event) override;
