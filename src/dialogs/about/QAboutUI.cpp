@@ -34,7 +34,10 @@ QAboutUI::QAboutUI(QWidget* parent)
     fill();
 }
 
-QAboutUI::~QAboutUI() = default;
+QAboutUI::~QAboutUI()
+{
+    DialogForm::takeDown(this);
+}
 
 void QAboutUI::fill()
 {

@@ -2,6 +2,7 @@
 
 #include "config/IniFile.h"
 #include "dialogs/calibration/CalibrationPanel.h"
+#include "dialogs/fields/DialogForm.h"
 #include "ui_CalibrationDialog.h"
 #include "viewer/ksImgViewer.h"
 
@@ -18,7 +19,10 @@ CalibrationDialog::CalibrationDialog(QWidget* parent)
     connect(m_ui->m_pbExit, &QPushButton::clicked, this, &CalibrationDialog::onButtonClicked);
 }
 
-CalibrationDialog::~CalibrationDialog() = default;
+CalibrationDialog::~CalibrationDialog()
+{
+    DialogForm::takeDown(this);
+}
 
 void CalibrationDialog::setPanels(CalibrationPanel* first, CalibrationPanel* second)
 {

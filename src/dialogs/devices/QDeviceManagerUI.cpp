@@ -74,7 +74,10 @@ QDeviceManagerUI::QDeviceManagerUI(Source source, const ksSysConfig& config, QWi
     refresh();
 }
 
-QDeviceManagerUI::~QDeviceManagerUI() = default;
+QDeviceManagerUI::~QDeviceManagerUI()
+{
+    DialogForm::takeDown(this);
+}
 
 void QDeviceManagerUI::showEvent(QShowEvent* event)
 {

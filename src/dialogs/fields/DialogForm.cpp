@@ -19,3 +19,11 @@ void DialogForm::prepare(QDialog* dialog)
             child->setMinimumHeight(kFingerHeight);
     }
 }
+
+void DialogForm::takeDown(QWidget* window)
+{
+    const auto dialogs = window->findChildren<QDialog*>();
+    for (QDialog* dialog : dialogs)
+        dialog->hide(); // each may ask its window something when it goes
+    window->hide();
+}

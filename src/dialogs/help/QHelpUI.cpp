@@ -21,7 +21,10 @@ QHelpUI::QHelpUI(const QString& folder, QWidget* parent)
     openGuide();
 }
 
-QHelpUI::~QHelpUI() = default;
+QHelpUI::~QHelpUI()
+{
+    DialogForm::takeDown(this);
+}
 
 void QHelpUI::connectAll()
 {

@@ -20,7 +20,10 @@ QModelEditUI::QModelEditUI(const ModelManager& models, QWidget* parent)
     connect(&m_models, &ModelManager::changed, this, &QModelEditUI::judge); // another dialog may take a name
 }
 
-QModelEditUI::~QModelEditUI() = default;
+QModelEditUI::~QModelEditUI()
+{
+    DialogForm::takeDown(this);
+}
 
 void QModelEditUI::begin(const Task& task)
 {

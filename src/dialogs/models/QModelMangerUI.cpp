@@ -40,7 +40,10 @@ QModelMangerUI::QModelMangerUI(ModelManager& models, IEngine* engine, QWidget* p
     refresh();
 }
 
-QModelMangerUI::~QModelMangerUI() = default;
+QModelMangerUI::~QModelMangerUI()
+{
+    DialogForm::takeDown(this);
+}
 
 void QModelMangerUI::connectAll()
 {

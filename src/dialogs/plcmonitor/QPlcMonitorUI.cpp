@@ -35,7 +35,10 @@ QPlcMonitorUI::QPlcMonitorUI(const PlcLink& link, QWidget* parent)
     count();
 }
 
-QPlcMonitorUI::~QPlcMonitorUI() = default;
+QPlcMonitorUI::~QPlcMonitorUI()
+{
+    DialogForm::takeDown(this);
+}
 
 void QPlcMonitorUI::connectAll()
 {

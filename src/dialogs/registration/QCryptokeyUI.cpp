@@ -28,7 +28,10 @@ QCryptokeyUI::QCryptokeyUI(Registration& registration, QWidget* parent)
     judge();
 }
 
-QCryptokeyUI::~QCryptokeyUI() = default;
+QCryptokeyUI::~QCryptokeyUI()
+{
+    DialogForm::takeDown(this);
+}
 
 void QCryptokeyUI::connectAll()
 {

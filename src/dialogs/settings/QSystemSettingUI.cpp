@@ -31,7 +31,10 @@ QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, 
     load();
 }
 
-QSystemSettingUI::~QSystemSettingUI() = default;
+QSystemSettingUI::~QSystemSettingUI()
+{
+    DialogForm::takeDown(this);
+}
 
 void QSystemSettingUI::connectAll()
 {

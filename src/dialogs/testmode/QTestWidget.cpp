@@ -18,7 +18,7 @@ QTestWidget::QTestWidget(QWidget* parent)
 
 QTestWidget::~QTestWidget()
 {
-    hide(); // the interval field loses the focus and tells its value, while there is still somebody to hear it
+    DialogForm::takeDown(this);
 }
 
 void QTestWidget::connectAll()
