@@ -128,6 +128,10 @@
         <source>%1：不能为空</source>
         <translation>%1: must not be empty</translation>
     </message>
+    <message>
+        <source>图像文件夹“%1”不存在</source>
+        <translation>The image folder “%1” does not exist</translation>
+    </message>
 </context>
 <context>
     <name>CameraKey</name>
@@ -323,6 +327,10 @@
     <message>
         <source>已保存</source>
         <translation>Saved</translation>
+    </message>
+    <message>
+        <source>重新启动后窗口按新的相机数量显示工位</source>
+        <translation>With the next start the window shows as many stations as there are cameras then</translation>
     </message>
 </context>
 <context>

@@ -135,6 +135,11 @@ QString CameraDraft::orphans() const
     return stations.join(tr("、"));
 }
 
+int CameraDraft::count() const
+{
+    return int(std::count_if(m_rows.begin(), m_rows.end(), [](const Row& row) { return row.mark != Mark::Removed; }));
+}
+
 AuditChanges CameraDraft::audit() const
 {
     AuditChanges changes;

@@ -45,6 +45,9 @@ public:
     /// Stations whose camera is to be removed, in the operator's language; empty when there is none.
     QString orphans() const;
 
+    /// How many cameras there would be.
+    int count() const;
+
     /// Applies all or nothing; the changes, or why it could not be done.
     bool apply(AuditChanges* changes, QString* error);
 

@@ -1,5 +1,6 @@
 #include "dialogs/cameras/CameraForm.h"
 
+#include "dialogs/cameras/FolderProbe.h"
 #include "ui_CameraForm.h"
 
 #include <valvecell/HomeFiles.h>
@@ -18,11 +19,14 @@ struct CameraForm::Row
 CameraForm::CameraForm(QWidget* parent)
     : QWidget(parent)
     , m_ui(std::make_unique<Ui::CameraForm>())
+    , m_probe(new FolderProbe(this))
 {
     m_ui->setupUi(this);
     const QVector<Row> all = rows();
     for (const Row& row : all)
         connect(row.field, &QLineEdit::textChanged, this, &CameraForm::edited);
+    connect(m_ui->folderEdit, &QLineEdit::textChanged, this, &CameraForm::lookForFolder);
+    connect(m_probe, &FolderProbe::looked, this, &CameraForm::warningChanged);
     connect(m_ui->folderButton, &QPushButton::clicked, this, &CameraForm::askFolder);
     setSettings({});
 }
@@ -80,11 +84,28 @@ QString CameraForm::problem() const
     return {};
 }
 
+QString CameraForm::folder() const
+{
+    return QDir(HomeFiles::home()).absoluteFilePath(m_ui->folderEdit->text().trimmed());
+}
+
+void CameraForm::lookForFolder()
+{
+    if (!m_ui->folderEdit->text().trimmed().isEmpty())
+        m_probe->look(folder());
+}
+
+QString CameraForm::warning() const
+{
+    const bool missing = m_shown.contains(QStringLiteral("folder")) && m_probe->isMissing(folder());
+    return missing ? tr("图像文件夹“%1”不存在").arg(folder()) : QString();
+}
+
 /// A dialog of the program's own: the platform's would block, and cannot be told the language.
 void CameraForm::askFolder()
 {
     const QDir home(HomeFiles::home());
-    auto* dialog = new QFileDialog(this, tr("图像文件夹"), home.absoluteFilePath(m_ui->folderEdit->text().trimmed()));
+    auto* dialog = new QFileDialog(this, tr("图像文件夹"), folder());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setOption(QFileDialog::DontUseNativeDialog);
     dialog->setFileMode(QFileDialog::Directory);

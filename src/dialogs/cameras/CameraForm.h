@@ -5,6 +5,8 @@
 
 #include <memory>
 
+class FolderProbe;
+
 namespace Ui {
 class CameraForm;
 }
@@ -24,10 +26,14 @@ public:
     QVariantMap values() const;
     /// The first thing that is wrong, in the operator's language; empty when all can be taken.
     QString problem() const;
+    /// What can be taken, though it will hardly work: an image folder that does not exist (yet).
+    QString warning() const;
 
 signals:
     /// Somebody typed.
     void edited();
+    /// More is known about what was typed.
+    void warningChanged();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -37,7 +43,10 @@ private:
 
     QVector<Row> rows() const;
     void askFolder();
+    void lookForFolder();
+    QString folder() const;
 
     std::unique_ptr<Ui::CameraForm> m_ui;
+    FolderProbe* m_probe;
     QVariantMap m_shown;
 };

@@ -17,12 +17,16 @@ QCameraEditUI::QCameraEditUI(CameraAccess& cameras, QWidget* parent)
     DialogForm::prepare(this);
     connect(m_ui->keyEdit, &QLineEdit::textChanged, this, &QCameraEditUI::judge);
     connect(m_ui->form, &CameraForm::edited, this, &QCameraEditUI::judge);
+    connect(m_ui->form, &CameraForm::warningChanged, this, &QCameraEditUI::judge);
     connect(m_ui->typeBox, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &QCameraEditUI::showSettings);
     connect(m_ui->okButton, &QPushButton::clicked, this, &QCameraEditUI::accept);
     connect(m_ui->cancelButton, &QPushButton::clicked, this, &QCameraEditUI::reject);
 }
 
-QCameraEditUI::~QCameraEditUI() = default;
+QCameraEditUI::~QCameraEditUI()
+{
+    DialogForm::takeDown(this);
+}
 
 void QCameraEditUI::begin(const Task& task)
 {
@@ -92,7 +96,10 @@ void QCameraEditUI::judge()
     setTone(m_ui->keyEdit, wrongKey ? Tone::Error : Tone::Plain);
     const QString problem = this->problem();
     m_ui->okButton->setEnabled(problem.isEmpty());
-    m_ui->message->say(Tone::Error, problem);
+    if (!problem.isEmpty())
+        m_ui->message->say(Tone::Error, problem);
+    else
+        m_ui->message->say(Tone::Warning, m_ui->form->warning());
 }
 
 void QCameraEditUI::accept()

@@ -33,7 +33,10 @@ QCameraManagerUI::QCameraManagerUI(ICoreCtrl& core, const ksGlobalConfig& config
     judge();
 }
 
-QCameraManagerUI::~QCameraManagerUI() = default;
+QCameraManagerUI::~QCameraManagerUI()
+{
+    DialogForm::takeDown(this);
+}
 
 void QCameraManagerUI::connectAll()
 {
@@ -64,7 +67,7 @@ void QCameraManagerUI::addShortcut(const QKeySequence& keys, QWidget* button)
 
 void QCameraManagerUI::load()
 {
-    m_ui->question->dismiss();
+    beginEdit();
     m_draft->reset();
     m_ui->table->selectRow(0);
 }
@@ -109,10 +112,13 @@ void QCameraManagerUI::judge()
     const bool edited = m_draft->isEdited();
     m_ui->okButton->setEnabled(problem.isEmpty());
     m_ui->applyButton->setEnabled(problem.isEmpty() && edited);
-    if (!problem.isEmpty())
-        m_ui->message->say(Tone::Error, problem);
+    const QString wrong = problem.isEmpty() ? m_failure : problem;
+    if (!wrong.isEmpty())
+        m_ui->message->say(Tone::Error, wrong);
     else if (!orphans.isEmpty())
         m_ui->message->say(Tone::Warning, tr("%1的相机将被删除").arg(orphans));
+    else if (edited && (m_draft->count() == 1) != (m_cameras.core.cameraKeys().size() == 1))
+        m_ui->message->say(Tone::Plain, tr("重新启动后窗口按新的相机数量显示工位"));
     else if (!m_cameras.list)
         m_ui->message->say(Tone::Plain, tr("此核心控制模块的相机不能在这里添加和删除"));
     else if (edited || m_ui->message->tone() != Tone::Plain)
@@ -127,6 +133,13 @@ QString QCameraManagerUI::keyProblem(const QString& key) const
     return m_draft->find(key) >= 0 ? tr("已有名为“%1”的相机").arg(key) : QString();
 }
 
+/// What was asked and what failed was about another list.
+void QCameraManagerUI::beginEdit()
+{
+    m_ui->question->dismiss();
+    m_failure.clear();
+}
+
 void QCameraManagerUI::add()
 {
     const QVector<CameraType> driven = m_cameras.list->drivenTypes();
@@ -137,7 +150,7 @@ void QCameraManagerUI::add()
         m_draft->add(entry);
         m_ui->table->selectRow(m_draft->rowCount() - 1);
     };
-    m_ui->question->dismiss(); // its answer was about another list
+    beginEdit();
     m_edit->begin(task);
 }
 
@@ -157,15 +170,16 @@ void QCameraManagerUI::modify()
         if (at >= 0)
             m_draft->change(at, entry);
         else
-            m_ui->message->say(Tone::Error, tr("相机“%1”已不存在").arg(oldKey));
+            m_failure = tr("相机“%1”已不存在").arg(oldKey);
+        judge();
     };
-    m_ui->question->dismiss();
+    beginEdit();
     m_edit->begin(task);
 }
 
 void QCameraManagerUI::removeOrKeep()
 {
-    m_ui->question->dismiss();
+    beginEdit();
     if (chosen() >= 0)
         m_draft->toggleRemoved(chosen());
 }
@@ -206,8 +220,11 @@ void QCameraManagerUI::store(After after)
     AuditChanges changes;
     QString error;
     const int before = m_cameras.core.cameraKeys().size();
-    if (!m_draft->apply(&changes, &error))
-        return m_ui->message->say(Tone::Error, tr("未能保存，相机没有改变：%1").arg(error));
+    if (!m_draft->apply(&changes, &error)) {
+        m_failure = tr("未能保存，相机没有改变：%1").arg(error);
+        return judge();
+    }
+    m_failure.clear();
     const int now = m_cameras.core.cameraKeys().size();
     emit camerasApplied(changes);
     if (after == After::Close)
@@ -221,6 +238,7 @@ void QCameraManagerUI::changeEvent(QEvent* event)
     if (event->type() == QEvent::LanguageChange) {
         m_ui->retranslateUi(this);
         m_ui->message->clear();
+        m_failure.clear();
         emit m_draft->headerDataChanged(Qt::Horizontal, 0, CameraDraft::columns - 1);
         m_draft->refresh();
         showChosen();

@@ -52,6 +52,7 @@ private:
     void judge();
     void showChosen();
     int chosen() const;
+    void beginEdit();
     void add();
     void modify();
     void removeOrKeep();
@@ -65,4 +66,5 @@ private:
     CameraDraft* m_draft;
     QCameraEditUI* m_edit;
     QTimer m_tick;
+    QString m_failure; ///< of the last storing, told until something is edited
 };

@@ -27,12 +27,19 @@ QCameraSettingsUI::QCameraSettingsUI(ICoreCtrl& core, const ksGlobalConfig& conf
     load();
 }
 
-QCameraSettingsUI::~QCameraSettingsUI() = default;
+QCameraSettingsUI::~QCameraSettingsUI()
+{
+    DialogForm::takeDown(this);
+}
 
 void QCameraSettingsUI::connectAll()
 {
     connect(&m_tick, &QTimer::timeout, this, &QCameraSettingsUI::tick);
-    connect(m_ui->form, &CameraForm::edited, this, &QCameraSettingsUI::judge);
+    connect(m_ui->form, &CameraForm::edited, this, [this] {
+        m_failure.clear();
+        judge();
+    });
+    connect(m_ui->form, &CameraForm::warningChanged, this, &QCameraSettingsUI::judge);
     connect(m_ui->liveButton, &QPushButton::toggled, m_live, &LivePicture::setRunning);
     connect(m_ui->singleButton, &QPushButton::clicked, m_live, &LivePicture::single);
     connect(m_live, &LivePicture::pictureCame, this, &QCameraSettingsUI::showPicture);
@@ -44,6 +51,7 @@ void QCameraSettingsUI::connectAll()
 
 void QCameraSettingsUI::load()
 {
+    m_failure.clear();
     m_shown = m_cameras.settingsOf(m_key);
     m_ui->form->setSettings(m_shown);
     m_ui->settingsGroup->setVisible(!m_shown.isEmpty());
@@ -140,12 +148,15 @@ QString QCameraSettingsUI::problem() const
 void QCameraSettingsUI::judge()
 {
     const QString problem = this->problem();
+    const QString wrong = problem.isEmpty() ? m_failure : problem;
     const bool edited = !edits().isEmpty();
     m_ui->okButton->setEnabled(problem.isEmpty());
     m_ui->applyButton->setEnabled(problem.isEmpty() && edited);
-    if (!problem.isEmpty())
-        m_ui->message->say(Tone::Error, problem);
-    else if (m_ui->message->tone() == Tone::Error || edited)
+    if (!wrong.isEmpty())
+        m_ui->message->say(Tone::Error, wrong);
+    else if (edits().contains(QStringLiteral("folder")) && !m_ui->form->warning().isEmpty())
+        m_ui->message->say(Tone::Warning, m_ui->form->warning()); // of the stored folder the camera itself tells
+    else if (m_ui->message->tone() != Tone::Plain || edited)
         m_ui->message->clear();
 }
 
@@ -173,7 +184,8 @@ bool QCameraSettingsUI::store()
     const CameraEntry before{m_key, type, m_cameras.settingsOf(m_key)};
     QString error;
     if (!m_cameras.settings->applySettings(m_key, wanted, &error)) {
-        m_ui->message->say(Tone::Error, tr("未能保存，参数没有改变：%1").arg(error));
+        m_failure = tr("未能保存，参数没有改变：%1").arg(error);
+        judge();
         return false;
     }
     load();
@@ -187,6 +199,7 @@ void QCameraSettingsUI::changeEvent(QEvent* event)
         m_ui->retranslateUi(this);
         m_ui->keyLabel->setText(m_key);
         m_ui->message->clear();
+        m_failure.clear();
         tick();
     }
     QDialog::changeEvent(event);

@@ -58,4 +58,5 @@ private:
     LivePicture* m_live;
     QVariantMap m_shown; ///< the settings as the form got them
     QTimer m_tick;
+    QString m_failure; ///< of the last storing, told until something is edited
 };

@@ -2,7 +2,6 @@
 
 #include "config/ksGlobalConfig.h"
 #include "dialogs/DialogDriver.h"
-#include "dialogs/fields/AuditChange.h"
 #include "support/TempHome.h"
 
 #include <valvecell/Extension.h>
@@ -62,13 +61,5 @@ struct CameraCell
     bool add(const QString& key) const
     {
         return list()->changeCameras({{key, CameraType::Virtual, {{"folder", "images/3"}}}}, {}, nullptr);
-    }
-
-    QString audited() const
-    {
-        QStringList lines;
-        for (const AuditChange& change : audit)
-            lines << QStringLiteral("%1:%2>%3").arg(change.name, change.before, change.after);
-        return lines.join(' ');
     }
 };

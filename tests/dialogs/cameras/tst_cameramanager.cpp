@@ -3,6 +3,7 @@
 #include "dialogs/cameras/CameraNames.h"
 #include "dialogs/cameras/QCameraEditUI.h"
 #include "dialogs/cameras/QCameraManagerUI.h"
+#include "support/Table.h"
 
 #include <QTableView>
 
@@ -93,8 +94,8 @@ private slots:
         QCOMPARE(bench.hand.message(), "已保存");
         QVERIFY(bench.cell.file().contains("夜班"));
         QTRY_COMPARE(bench.at(2, CameraDraft::State), "Running");
-        QCOMPARE(bench.cell.audited(), "camera/第三台:>Virtual Camera(100) camera/第三台/exposure_ms:>5 "
-                                       "camera/第三台/folder:>images/3 camera/第三台/transfer_ms:>10");
+        QCOMPARE(listed(bench.cell.audit), "camera/第三台:>Virtual Camera(100) camera/第三台/exposure_ms:>5 "
+                                           "camera/第三台/folder:>images/3 camera/第三台/transfer_ms:>10");
         bench.choose(2);
         bench.hand.press("modifyButton");
         QVERIFY(bench.fields.get<QLineEdit>("keyEdit")->isReadOnly());
@@ -103,7 +104,7 @@ private slots:
         bench.hand.press("okButton");
         QVERIFY(!bench.dialog.isVisible());
         QCOMPARE(bench.cell.settings()->settings("第三台")["exposure_ms"].toDouble(), 2.5);
-        QVERIFY(bench.cell.audited().endsWith("camera/第三台/exposure_ms:5>2.5"));
+        QVERIFY(listed(bench.cell.audit).endsWith("camera/第三台/exposure_ms:5>2.5"));
     }
 
     void cancelLeavesTheCamerasAlone()
@@ -124,37 +125,22 @@ private slots:
 
     void wrongFieldIsToldWhileItIsTyped_data()
     {
-        QTest::addColumn<QByteArray>("field");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("problem");
-        QTest::newRow("no name") << QByteArray("keyEdit") << " "
-                                 << "不能为空";
-        QTest::newRow("taken") << QByteArray("keyEdit") << CameraCell::right() << "已有";
-        QTest::newRow("taken by a new one") << QByteArray("keyEdit") << "刚加的"
-                                            << "已有";
-        QTest::newRow("path") << QByteArray("keyEdit") << "a/b"
-                              << "“/”";
-        QTest::newRow("apostrophe") << QByteArray("keyEdit") << "a'b"
-                                    << "“'”";
-        QTest::newRow("endless") << QByteArray("keyEdit") << QString(65, 'x') << "64";
-        QTest::newRow("letters") << QByteArray("exposureEdit") << "1O"
-                                 << "曝光时间：“1O”不是数字";
-        QTest::newRow("comma") << QByteArray("transferEdit") << "1,5"
-                               << "不是数字";
-        QTest::newRow("negative") << QByteArray("exposureEdit") << "-1"
-                                  << "应在0到10000之间";
-        QTest::newRow("endless number") << QByteArray("exposureEdit") << "1e400"
-                                        << "不是数字";
-        QTest::newRow("no folder") << QByteArray("folderEdit") << ""
-                                   << "图像文件夹：不能为空";
-        QTest::newRow("full-width digits") << QByteArray("exposureEdit") << "１５．５"
-                                           << "";
+        Table::of<QByteArray, QString, QString>({{"no name", "keyEdit", " ", "不能为空"},
+                                                 {"taken", "keyEdit", CameraCell::right(), "已有"},
+                                                 {"taken by a new one", "keyEdit", "刚加的", "已有"},
+                                                 {"path", "keyEdit", "a/b", "“/”"},
+                                                 {"apostrophe", "keyEdit", "a'b", "“'”"},
+                                                 {"endless", "keyEdit", QString(65, 'x'), "64"},
+                                                 {"letters", "exposureEdit", "1O", "曝光时间：“1O”不是数字"},
+                                                 {"comma", "transferEdit", "1,5", "不是数字"},
+                                                 {"negative", "exposureEdit", "-1", "应在0到10000之间"},
+                                                 {"endless number", "exposureEdit", "1e400", "不是数字"},
+                                                 {"no folder", "folderEdit", "", "图像文件夹：不能为空"},
+                                                 {"full-width digits", "exposureEdit", "１５．５", ""}});
     }
     void wrongFieldIsToldWhileItIsTyped()
     {
-        QFETCH(QByteArray, field);
-        QFETCH(QString, typed);
-        QFETCH(QString, problem);
+        const auto [field, typed, problem] = Table::row<QByteArray, QString, QString>();
         Bench bench;
         bench.add("刚加的", "images/3");
         bench.hand.press("addButton");
@@ -179,7 +165,7 @@ private slots:
         bench.hand.press("applyButton");
         bench.hand.press("firstAnswer");
         QCOMPARE(bench.cell.core->cameraKeys(), QStringList(CameraCell::right()));
-        QCOMPARE(bench.cell.audited(), "camera/左:Virtual Camera(100)>");
+        QCOMPARE(listed(bench.cell.audit), "camera/左:Virtual Camera(100)>");
         QVERIFY(bench.hand.message().contains("重新启动"));
         bench.choose(0);
         bench.hand.press("removeButton");
@@ -243,20 +229,14 @@ private slots:
         QTRY_COMPARE(bench.at(0, CameraDraft::State), "Running");
         bench.cell.add("cam3");
         bench.add("cam4", "images/4");
-        QTRY_COMPARE(bench.hand.clipped(), QStringList());
-        bench.hand.shoot("cameras-zh");
+        bench.hand.fits("cameras-zh");
         bench.hand.press("addButton");
         bench.fields.type("keyEdit", "a:b");
-        QTRY_COMPARE(bench.fields.clipped(), QStringList());
-        bench.fields.shoot("camera-edit-zh");
+        bench.fields.fits("camera-edit-zh");
         const English english;
-        QTRY_COMPARE(bench.dialog.windowTitle(), "Cameras");
-        QTRY_COMPARE(bench.fields.chinese() + bench.hand.chinese(), QStringList());
-        QTRY_COMPARE(bench.fields.clipped() + bench.hand.clipped(), QStringList());
-        bench.fields.shoot("camera-edit-en");
+        bench.fields.readsInEnglish("Add camera", "camera-edit-en");
         bench.fields.press("cancelButton");
-        bench.hand.shoot("cameras-en");
-        QVERIFY(bench.dialog.minimumSizeHint().width() <= 1240);
+        bench.hand.readsInEnglish("Cameras", "cameras-en");
     }
 };
 
