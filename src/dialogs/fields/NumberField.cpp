@@ -4,13 +4,13 @@
 #include "dialogs/fields/WholeNumber.h"
 
 namespace {
-constexpr int kLongestText = 40;
+constexpr int kLongestNumber = 40;
 } // namespace
 
 NumberField::NumberField(QWidget* parent)
     : QLineEdit(parent)
 {
-    setMaxLength(kLongestText);
+    setMaxLength(kLongestNumber);
     connect(this, &QLineEdit::textChanged, this, &NumberField::judge);
     connect(this, &QLineEdit::editingFinished, this, &NumberField::tidy);
 }
