@@ -26,10 +26,13 @@ void CellMonitor::follow(const TriggerDispatch& dispatch, const ResultHandler& r
     connect(&results, &ResultHandler::readingChanged, &m_counts, &DayCounts::onReading);
 }
 
-void CellMonitor::countOn(const QString& database)
+void CellMonitor::countOn(const QString& folder)
 {
-    m_earlier = std::make_unique<EarlierCounts>(database);
+    const QString file = folder + QStringLiteral("/dayCounts.json");
+    m_file = std::make_unique<DayCountsFile>(m_counts, file);
+    m_earlier = std::make_unique<EarlierCounts>(folder + QStringLiteral("/Pellix.db"), file);
     connect(m_earlier.get(), &EarlierCounts::counted, &m_counts, &DayCounts::addEarlier);
+    connect(m_earlier.get(), &EarlierCounts::finished, m_file.get(), &DayCountsFile::begin);
     m_earlier->start();
 }
 
@@ -37,4 +40,6 @@ void CellMonitor::tick()
 {
     m_counts.checkDay();
     m_watch.check();
+    if (m_file)
+        m_file->tick();
 }

@@ -3,6 +3,7 @@
 #include "workflow/AlarmBook.h"
 #include "workflow/AlarmWatch.h"
 #include "workflow/DayCounts.h"
+#include "workflow/DayCountsFile.h"
 
 #include <memory>
 
@@ -24,8 +25,8 @@ public:
 
     /// Shows and counts what comes of the triggers. Both outlive the monitor.
     void follow(const TriggerDispatch& dispatch, const ResultHandler& results);
-    /// Counts on from what the result database at this path has of the present day.
-    void countOn(const QString& database);
+    /// Counts on from what the records of this folder have of the present day, and keeps the counts there.
+    void countOn(const QString& folder);
 
     AlarmWatch& alarms() { return m_watch; }
 
@@ -37,5 +38,6 @@ private:
     DayCounts m_counts;
     AlarmBook m_book;
     AlarmWatch m_watch;
+    std::unique_ptr<DayCountsFile> m_file;
     std::unique_ptr<EarlierCounts> m_earlier;
 };

@@ -1,6 +1,7 @@
 #include "workflow/AlarmWatch.h"
 
 #include "config/ksGlobalConfig.h"
+#include "db/log/ksLogDB.h"
 #include "workflow/AlarmBook.h"
 #include "workflow/CellRecords.h"
 
@@ -9,6 +10,8 @@
 #include <valvecell/ICoreCtrl.h>
 #include <valvecell/ISerialPort.h>
 #include <valvecell/ISerialStatus.h>
+
+#include <QFileInfo>
 
 AlarmWatch::AlarmWatch(const ksGlobalConfig& config, AlarmBook& book, QObject* parent)
     : QObject(parent)
@@ -21,6 +24,7 @@ void AlarmWatch::check()
 {
     checkPort();
     checkCameras();
+    checkLog();
     checkRecords();
 }
 
@@ -53,6 +57,13 @@ void AlarmWatch::checkCameras()
         m_book.set(!message.isEmpty(), Alarm::CameraLost, key, message);
     }
     m_watched = wanted;
+}
+
+void AlarmWatch::checkLog()
+{
+    const QStringList files = m_log ? m_log->movedAside() : QStringList();
+    for (const QString& file : files)
+        m_book.raiseCounted(Alarm::DatabaseMovedAside, QFileInfo(file).absoluteFilePath(), 1);
 }
 
 void AlarmWatch::checkRecords()

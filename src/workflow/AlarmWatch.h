@@ -8,6 +8,10 @@ class ICoreCtrl;
 class ISerialPort;
 class ksGlobalConfig;
 
+namespace SystemLog {
+class ksLogDB;
+}
+
 /// Looks after what the cell stands on (its serial line, the cameras of its stations, its disk and databases) and keeps
 /// the alarms accordingly. Modules that tell nothing of their state raise none. GUI thread; nothing waits.
 class AlarmWatch : public QObject
@@ -21,6 +25,7 @@ public:
     // What is watched; null for nothing, which has to be told before it goes.
     void setPort(ISerialPort* port) { m_port = port; }
     void setCameras(ICoreCtrl* cameras) { m_cameras = cameras; }
+    void setLog(const SystemLog::ksLogDB* log) { m_log = log; }
     void setRecords(const CellRecords* records) { m_records = records; }
 
 public slots:
@@ -30,12 +35,14 @@ public slots:
 private:
     void checkPort();
     void checkCameras();
+    void checkLog();
     void checkRecords();
 
     const ksGlobalConfig& m_config;
     AlarmBook& m_book;
     ISerialPort* m_port = nullptr;
     ICoreCtrl* m_cameras = nullptr;
+    const SystemLog::ksLogDB* m_log = nullptr;
     const CellRecords* m_records = nullptr;
     QStringList m_watched; ///< cameras that were checked the last time
 };

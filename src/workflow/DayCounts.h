@@ -31,6 +31,8 @@ public:
     explicit DayCounts(QObject* parent = nullptr);
     DayCounts(Calendar today, QObject* parent = nullptr);
 
+    /// The day that is counted.
+    QDate day() const { return m_day; }
     /// Of station 1 or 2.
     const DayCount& of(int station) const { return m_counts[station - 1]; }
 

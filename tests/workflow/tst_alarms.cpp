@@ -1,6 +1,7 @@
 #include "FakePort.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
+#include "db/log/ksLogDB.h"
 #include "support/TempHome.h"
 #include "workflow/AlarmBook.h"
 #include "workflow/AlarmWatch.h"
@@ -142,6 +143,11 @@ private slots:
             return book.alarms().size();
         };
         QTRY_COMPARE(told(), 2);
+        home.write("/dbLog.db", "no database either, and just as long as one that a power failure has spoiled");
+        const SystemLog::ksLogDB log(home.path("/dbLog.db"));
+        watch.setLog(&log);
+        QCOMPARE(told(), 3);
+        QVERIFY(list(book).contains(home.keptAside("/dbLog.db").value(0)));
         const QString aside = home.keptAside("/DBFiles/Pellix.db").value(0);
         QVERIFY2(list(book).contains(aside), qPrintable(list(book)));
         book.acknowledge();

@@ -1,6 +1,7 @@
 #include "db/StationDB.h"
 #include "support/TempHome.h"
 #include "workflow/DayCounts.h"
+#include "workflow/DayCountsFile.h"
 #include "workflow/EarlierCounts.h"
 #include "workflow/ResultHandler.h"
 
@@ -20,6 +21,33 @@ void record(StationDB& database, int station, double angle, const QDateTime& tim
     result.angle = angle;
     QVERIFY(database.insertResult(result, time));
 }
+
+/// One run of the program, as far as it counts.
+struct Run
+{
+    DayCounts counts;
+    DayCountsFile file;
+    EarlierCounts earlier;
+
+    Run(const TempHome& home, const QDate& today)
+        : counts([today] { return today; })
+        , file(counts, home.path("/dayCounts.json"))
+        , earlier(home.path("/Pellix.db"), home.path("/dayCounts.json"))
+    {
+        QObject::connect(&earlier, &EarlierCounts::counted, &counts, &DayCounts::addEarlier);
+        QObject::connect(&earlier, &EarlierCounts::finished, &file, &DayCountsFile::begin);
+        bool read = false;
+        QObject::connect(&earlier, &EarlierCounts::finished, &counts, [&read] { read = true; });
+        earlier.start();
+        if (!QTest::qWaitFor([&read] { return read; }, patienceMs))
+            qFatal("nothing read");
+    }
+    QString told(int station) const
+    {
+        const DayCount& count = counts.of(station);
+        return QStringLiteral("%1 %2 %3").arg(count.found).arg(count.notFound).arg(count.refused);
+    }
+};
 
 } // namespace
 
@@ -67,14 +95,45 @@ private slots:
             record(database, 2, 18.5, today.addMSecs(-1)); // yesterday's last
             record(database, 2, 19.5, now.addDays(1));     // counted by its own signal
         }
-        DayCounts counts([day = now.date()] { return day; });
-        EarlierCounts earlier(home.path("/Pellix.db"));
-        connect(&earlier, &EarlierCounts::counted, &counts, &DayCounts::addEarlier);
-        earlier.start();
-        QTRY_COMPARE(counts.of(2).found, 1);
-        QCOMPARE(counts.of(2).notFound, 0);
-        QCOMPARE(counts.of(1).found, 2);
-        QCOMPARE(counts.of(1).notFound, 2);
+        Run run(home, now.date());
+        QCOMPARE(run.told(2), QStringLiteral("1 0 0"));
+        QCOMPARE(run.told(1), QStringLiteral("2 2 0"));
+    }
+
+    void refusedAndUntaughtSurviveTheDayAndNoLonger()
+    {
+        const TempHome home;
+        const QDate today = QDate::currentDate();
+        const auto kept = [&] { return home.read("/dayCounts.json"); };
+        {
+            Run run(home, today);
+            run.counts.onRefused(2);
+            run.counts.onReading(2, reading(false)); // " No Cali!!!": answered, and no row
+            for (int i = 1; i < DayCountsFile::secondsBetweenWrites; ++i)
+                run.file.tick();
+            QVERIFY(!QFile::exists(home.path("/dayCounts.json")));
+            run.file.tick();
+            QTRY_VERIFY(kept().contains("\"refused\": 1"));
+            run.counts.onRefused(2);
+        }
+        {
+            Run run(home, today);
+            QCOMPARE(run.told(2), QStringLiteral("0 1 2"));
+            StationDB database(home.path("/Pellix.db"));
+            QVERIFY(database.initialise());
+            for (const double angle : {361.0, 361.0, 17.5}) // then the program dies: the file knows nothing of them
+                record(database, 2, angle, QDateTime(today, QTime(0, 0)));
+        }
+        QCOMPARE(Run(home, today).told(2), QStringLiteral("1 2 2"));
+        home.write("/dayCounts.json", kept().replace(today.toString(Qt::ISODate).toLatin1(), "2026-03-31"));
+        QCOMPARE(Run(home, today).told(2), QStringLiteral("1 2 0"));
+        const QByteArray before = kept();
+        {
+            DayCounts counts;
+            const DayCountsFile file(counts, home.path("/dayCounts.json"));
+            counts.onRefused(1);
+        }
+        QVERIFY2(kept() == before, "written before the day so far was read");
     }
 };
 

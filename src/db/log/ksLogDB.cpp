@@ -66,6 +66,12 @@ int ksLogDB::waiting() const
     return static_cast<int>(m_queue.size());
 }
 
+QStringList ksLogDB::movedAside() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_movedAside;
+}
+
 void ksLogDB::stop()
 {
     {
@@ -86,6 +92,10 @@ bool ksLogDB::openTable()
     if (!text.isEmpty() && text != m_told)
         qWarning().noquote() << text;
     m_told = text;
+    if (!m_database->openReport().keptAside.isEmpty()) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_movedAside << m_database->openReport().keptAside;
+    }
     if (!open)
         return false;
     m_database->connection().exec(createTable);

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QPair>
+#include <QStringList>
 #include <QThread>
 
 #include <chrono>
@@ -44,6 +45,9 @@ public:
     /// Lines that wait. Any thread.
     int waiting() const;
 
+    /// Under which names files that could not be used were kept, the first at the start. Any thread.
+    QStringList movedAside() const;
+
     /// Stops the thread after the pass in hand, and waits for it. Idempotent.
     void stop();
 
@@ -81,6 +85,7 @@ private:
     mutable std::mutex m_mutex; ///< guards what follows
     std::condition_variable m_lineCame;
     std::condition_variable m_stopped;
+    QStringList m_movedAside;
     std::deque<Entry> m_queue;
     std::size_t m_bytes = 0;      ///< of the texts in m_queue
     std::size_t m_lost = 0;       ///< lines that went since the last line that told so

@@ -1,34 +1,21 @@
-// The start-up of the main window: the steps of its constructor, in their order.
+// The start-up of the main window: the steps that bring up the cell, from settings and log to stations.
 
-#include "Resources.h"
 #include "config/AccessPolicy.h"
 #include "config/ksGlobalConfig.h"
-#include "config/ksGlobalData.h"
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
 #include "db/log/WarningForward.h"
 #include "db/log/ksSysLog.h"
-#include "dialogs/calibration/ksImageCaliUI.h"
-#include "dialogs/calibration/ksImageCaliUI4P.h"
-#include "dialogs/registration/QCryptokeyUI.h"
 #include "host/CMainWin.h"
 #include "host/CellMonitor.h"
 #include "host/CellStatusBar.h"
 #include "host/DeviceActions.h"
-#include "host/InfoActions.h"
-#include "host/LanguageSwitch.h"
-#include "host/LicenceDesk.h"
 #include "host/Messages.h"
-#include "host/SettingsEffects.h"
 #include "host/StationPanels.h"
-#include "host/StationView.h"
 #include "host/TestMode.h"
-#include "host/ViewMenu.h"
 #include "host/WindowActions.h"
-#include "host/WindowLook.h"
 #include "platform/AppHome.h"
 #include "ui_CMainWin.h"
-#include "viewer/ksImgViewer.h"
 #include "workflow/AutoTrigger.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/CellRecords.h"
@@ -36,7 +23,6 @@
 #include "workflow/StationAccounts.h"
 #include "workflow/TriggerRoad.h"
 
-#include <valvecell/IEngine.h>
 #include <valvecell/IUserCtrl.h>
 
 #include <QApplication>
@@ -45,23 +31,7 @@
 
 namespace {
 constexpr int kHeartbeatMs = 300;
-constexpr int kStatusTickMs = 1000;
 } // namespace
-
-void CMainWin::buildUi()
-{
-    initResources();
-    qRegisterMetaType<SComFrame>();
-    m_ui = std::make_unique<Ui::CMainWin>();
-    m_ui->setupUi(this);
-    m_panels = new StationPanels({m_ui->stationView1, m_ui->logPanel1}, {m_ui->stationView2, m_ui->logPanel2}, this);
-    m_actions = new WindowActions(this, m_modules);
-    const QList<QAction*> actions = m_ui->toolBar->actions();
-    for (QAction* action : actions)
-        connect(action, &QAction::triggered, this, &CMainWin::onActionClicked);
-    m_viewMenu = new ViewMenu(this);
-    m_viewMenu->addTo(m_ui->toolBar);
-}
 
 void CMainWin::startSystemLog()
 {
@@ -79,22 +49,6 @@ void CMainWin::loadSettings()
 void CMainWin::loadGlobalConfig()
 {
     ksGlobalConfig::instance()->load();
-}
-
-void CMainWin::applyLanguage()
-{
-    m_language = std::make_unique<LanguageSwitch>();
-    onLanguageChange(ksSysConfig::instance()->language);
-}
-
-void CMainWin::dress()
-{
-    m_look = new WindowLook(this);
-    m_look->load();
-    m_look->dress(m_ui->toolBar);
-    m_look->dress(m_ui->central);
-    m_viewMenu->setDark(m_look->isDark());
-    connect(m_viewMenu, &ViewMenu::darkChosen, m_look, &WindowLook::choose);
 }
 
 void CMainWin::createWorkflow()
@@ -119,16 +73,8 @@ void CMainWin::createWorkflow()
     connect(this, &CMainWin::sgShowLog, this, &CMainWin::onShowLog);
 
     m_monitor = std::make_unique<CellMonitor>(config, *m_panels, *m_ui->alarmStrip);
+    m_monitor->alarms().setLog(&SystemLog::ksSysLog::instance()->database());
     m_monitor->follow(m_road->dispatch(), m_road->results());
-}
-
-void CMainWin::createInfoActions()
-{
-    connect(m_actions, &WindowActions::otherTriggered, new InfoActions(this, m_road->link()), &InfoActions::trigger);
-    m_devices = new DeviceActions(this, m_modules);
-    connect(m_actions, &WindowActions::otherTriggered, m_devices, &DeviceActions::trigger);
-    connect(m_devices, &DeviceActions::changed, m_actions, &WindowActions::logChanges);
-    connect(m_actions, &WindowActions::engineeringEnded, m_devices, &DeviceActions::closeCameras);
 }
 
 void CMainWin::loadModules()
@@ -170,26 +116,6 @@ void CMainWin::createUserControl()
         connect(m_userCtrl.get(), &IUserCtrl::sgCurrentUserInfo, this, &CMainWin::onLogInOut);
 }
 
-void CMainWin::connectViewers()
-{
-    m_ImgViewer_A = m_ui->stationView1->viewer();
-    m_ImgViewer_B = m_ui->stationView2->viewer();
-    for (ksImgViewer* viewer : {m_ImgViewer_A, m_ImgViewer_B}) {
-        connect(viewer, &ksImgViewer::sgImageScale, this, &CMainWin::onImageScale);
-        connect(viewer, &ksImgViewer::customContextMenuRequested, this, &CMainWin::onPopMenu);
-    }
-}
-
-void CMainWin::buildStatusBar()
-{
-    m_status = new CellStatusBar(this);
-    setStatusBar(m_status);
-    m_look->dress(m_status);
-    m_status->setRegistered(ksGlobalData::instance()->registered);
-    connect(m_actions, &WindowActions::message, m_status,
-            [this](const QString& text) { m_status->showMessage(text, 5000); });
-}
-
 void CMainWin::prepareImageFolders()
 {
     m_records = std::make_unique<CellRecords>(platform::home(), *ksSysConfig::instance());
@@ -206,7 +132,7 @@ void CMainWin::openResultDatabase()
     m_records->openResultDatabase();
     m_road->results().setStore(m_records->store());
     m_monitor->alarms().setRecords(m_records.get());
-    m_monitor->countOn(platform::inHome(QStringLiteral("\\DBFiles\\Pellix.db")));
+    m_monitor->countOn(platform::inHome(QStringLiteral("\\DBFiles")));
 }
 
 void CMainWin::createAutoTrigger()
@@ -214,22 +140,6 @@ void CMainWin::createAutoTrigger()
     m_autoTrigger = std::make_unique<AutoTrigger>();
     connect(m_autoTrigger.get(), &AutoTrigger::sgTrig, this, &CMainWin::onTrigImage);
     m_testMode = std::make_unique<TestMode>(*m_autoTrigger, m_road->dispatch());
-}
-
-void CMainWin::connectTestMode()
-{
-    connect(m_actions, &WindowActions::sgTestMode, this, &CMainWin::onTestMode);
-    connect(m_viewMenu, &ViewMenu::sgChangeLanguage, this, &CMainWin::onLanguageChange);
-    connect(m_actions, &WindowActions::testIntervalChanged, this, [this](int ms) { m_testMode->setInterval(ms); });
-}
-
-void CMainWin::connectSettings()
-{
-    m_effects = std::make_unique<SettingsEffects>(*ksSysConfig::instance());
-    m_effects->setPort(m_serialPort.get());
-    m_effects->setRecords(m_records.get());
-    connect(m_actions, &WindowActions::settingsApplied, m_effects.get(), &SettingsEffects::apply);
-    connect(m_effects.get(), &SettingsEffects::sgChangeLanguage, this, &CMainWin::onLanguageChange);
 }
 
 void CMainWin::createController()
@@ -256,45 +166,7 @@ void CMainWin::selectRunModels()
         m_controller->selectModel(station.solution, station.runModel);
 }
 
-void CMainWin::createCalibrations()
-{
-    m_twoPoint = std::make_unique<ksImageCaliUI>();
-    m_fourPoint = std::make_unique<ksImageCaliUI4P>();
-    m_actions->setCalibrations(m_twoPoint.get(), m_fourPoint.get());
-}
-
-void CMainWin::checkLicence()
-{
-    m_licence = std::make_unique<LicenceDesk>(this);
-    onLineseCheck(m_licence->check());
-    connect(m_licence->dialog(), &QCryptokeyUI::sgRegisterFinish, this, &CMainWin::onLineseCheck);
-    connect(m_actions, &WindowActions::otherTriggered, m_licence.get(), &LicenceDesk::trigger);
-}
-
-void CMainWin::startStatusTick()
-{
-    m_statusTimer = startTimer(kStatusTickMs, Qt::CoarseTimer);
-}
-
-void CMainWin::readEngineList()
-{
-    m_engineList = m_modules.engine()->taskList()->list();
-    m_actions->setEngineList(m_engineList);
-    if (m_engineList.size() < 2)
-        m_ui->stationView2->hideReading();
-}
-
 void CMainWin::enableStations()
 {
     m_stationEnabled[0] = m_stationEnabled[1] = true;
-}
-
-void CMainWin::layOutForCameras()
-{
-    ICoreCtrl* const core = m_modules.coreCtrl();
-    const bool single = core && core->cameraKeys().size() == 1;
-    m_ui->singleStationHint->setVisible(single);
-    m_panels->showSecond(!single);
-    m_ui->grid->setColumnStretch(1, single ? 0 : 1);
-    m_ui->grid->setHorizontalSpacing(single ? 0 : m_ui->grid->verticalSpacing());
 }
