@@ -391,8 +391,8 @@ Solutions of the engine: %1</translation>
         <translation>Removed model "%1"</translation>
     </message>
     <message>
-        <source>已新建方案“%1”</source>
-        <translation>Added solution "%1"</translation>
+        <source>已新建方案“%1”，程序重新启动后可供工位使用</source>
+        <translation>Added solution "%1"; a station can use it after the program has been restarted</translation>
     </message>
     <message>
         <source>请输入名称</source>

@@ -99,6 +99,18 @@
         <source>设备管理</source>
         <translation>Devices</translation>
     </message>
+    <message>
+        <source>任务设计器中有未保存的更改，关闭后将丢失：
+%1
+仍要关闭？</source>
+        <translation>The task designer has unsaved changes, which will be lost:
+%1
+Close anyway?</translation>
+    </message>
+    <message>
+        <source>放弃更改并关闭</source>
+        <translation>Discard changes and close</translation>
+    </message>
 </context>
 <context>
     <name>CellRecords</name>

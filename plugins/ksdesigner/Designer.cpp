@@ -26,7 +26,20 @@ void Designer::openDesigner(QWidget* parent)
 
 void* Designer::extension(const char* id)
 {
+    if (std::strcmp(id, IDesignerEdits::id) == 0)
+        return static_cast<IDesignerEdits*>(this);
     return std::strcmp(id, IImageWatch::id) == 0 ? static_cast<IImageWatch*>(this) : nullptr;
+}
+
+QStringList Designer::unsaved()
+{
+    return m_window ? m_window->unsavedNames() : QStringList();
+}
+
+void Designer::hideDesigner()
+{
+    if (m_window)
+        m_window->leave();
 }
 
 void Designer::imageCaptured(const QString& cameraKey, const QImage& image)

@@ -3,13 +3,14 @@
 #include "DesignerWindow.h"
 
 #include <valvecell/IDesigner.h>
+#include <valvecell/IDesignerEdits.h>
 #include <valvecell/IImageWatch.h>
 
 #include <QPointer>
 
 /// The bundled designer: one window, made when it is first opened and kept while it is closed. Its parent may delete it
 /// at any time.
-class Designer : public IDesigner, public IImageWatch
+class Designer : public IDesigner, public IDesignerEdits, public IImageWatch
 {
 public:
     ~Designer() override;
@@ -18,8 +19,11 @@ public:
     void attachEngine(IEngine* engine) override;
     /// `parent` counts when the window is made; later calls only bring it to the front.
     void openDesigner(QWidget* parent) override;
-    /// Offers IImageWatch.
+    /// Offers IDesignerEdits and IImageWatch.
     void* extension(const char* id) override;
+
+    QStringList unsaved() override;
+    void hideDesigner() override;
 
     /// Dropped while the window is closed.
     void imageCaptured(const QString& cameraKey, const QImage& image) override;

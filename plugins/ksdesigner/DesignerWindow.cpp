@@ -7,12 +7,14 @@
 #include "panels/ParameterPanel.h"
 #include "panels/TryPanel.h"
 #include "ui_DesignerWindow.h"
+#include "widgets/Ink.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/IEngine.h>
 #include <valvecell/ISolutionStore.h>
 
 #include <QCloseEvent>
+#include <QDialog>
 #include <QTabWidget>
 
 DesignerWindow::DesignerWindow(IEngine* engine, QWidget* parent)
@@ -29,7 +31,10 @@ DesignerWindow::DesignerWindow(IEngine* engine, QWidget* parent)
     build();
 }
 
-DesignerWindow::~DesignerWindow() = default;
+DesignerWindow::~DesignerWindow()
+{
+    leave(); // a field that loses the focus tells it while there is still somebody to hear it
+}
 
 template <typename Panel>
 Panel* DesignerWindow::adopt(Panel* panel)
@@ -124,7 +129,7 @@ void DesignerWindow::showMessage(const QString& message)
 
 void DesignerWindow::showError(const QString& message)
 {
-    m_ui->status->setStyleSheet(QStringLiteral("color: #b3261e; font-weight: bold;"));
+    m_ui->status->setStyleSheet(inkStyle(Ink::Trouble, *this) + QStringLiteral("font-weight: bold;"));
     m_ui->status->setText(message);
 }
 
@@ -145,7 +150,7 @@ void DesignerWindow::showEvent(QShowEvent* event)
 
 void DesignerWindow::closeEvent(QCloseEvent* event)
 {
-    const bool unsaved = m_drafts && !m_drafts->unsaved().isEmpty();
+    const bool unsaved = !unsavedNames().isEmpty();
     event->setAccepted(!unsaved);
     if (unsaved)
         askBeforeClosing();
@@ -153,13 +158,29 @@ void DesignerWindow::closeEvent(QCloseEvent* event)
         m_batch->stop();
 }
 
-void DesignerWindow::askBeforeClosing()
+QStringList DesignerWindow::unsavedNames() const
 {
     QStringList names;
-    const QList<ModelId> unsaved = m_drafts->unsaved();
+    const QList<ModelId> unsaved = m_drafts ? m_drafts->unsaved() : QList<ModelId>();
     for (const ModelId& id : unsaved)
         names.append(QStringLiteral("%1 / %2").arg(id.solution, id.model));
-    m_ui->ask->ask(tr("以下型号有未保存的更改：%1").arg(names.join(tr("、"))),
+    return names;
+}
+
+void DesignerWindow::leave()
+{
+    const auto dialogs = findChildren<QDialog*>();
+    for (QDialog* dialog : dialogs)
+        dialog->reject();
+    m_ui->ask->dismiss();
+    if (m_batch)
+        m_batch->stop();
+    hide();
+}
+
+void DesignerWindow::askBeforeClosing()
+{
+    m_ui->ask->ask(tr("以下型号有未保存的更改：%1").arg(unsavedNames().join(tr("、"))),
                    {tr("全部保存并关闭"), [this] { saveAllAndClose(); }},
                    {tr("放弃更改并关闭"), [this] { dropAllAndClose(); }});
 }

@@ -37,6 +37,11 @@ public:
     /// Writes what went wrong, standing out, and with the reason that the failing operation gave.
     void showError(const QString& message);
 
+    /// The models with unsaved changes, by "solution / model".
+    QStringList unsavedNames() const;
+    /// Hides the window and what it has opened, and stops a re-run; asks nothing and keeps unsaved changes.
+    void leave();
+
 protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

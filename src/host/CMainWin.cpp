@@ -6,6 +6,7 @@
 #include "db/log/WarningForward.h"
 #include "dialogs/calibration/ksImageCaliUI.h"
 #include "dialogs/calibration/ksImageCaliUI4P.h"
+#include "dialogs/fields/DialogForm.h"
 #include "host/CellMonitor.h"
 #include "host/CellStatusBar.h"
 #include "host/DeviceActions.h"
@@ -65,6 +66,7 @@ CMainWin::CMainWin(QWidget* parent)
 
 CMainWin::~CMainWin()
 {
+    DialogForm::takeDown(this);
     killTimer(m_statusTimer);
     m_effects.reset();
     m_devices->close();
@@ -176,7 +178,10 @@ void CMainWin::onTrigImage()
 
 void CMainWin::closeEvent(QCloseEvent* event)
 {
-    event->setAccepted(messages::confirmClose(this));
+    const auto mayLose = [this](const QStringList& models) {
+        return models.isEmpty() || messages::confirmLoss(this, models);
+    };
+    event->setAccepted(messages::confirmClose(this) && mayLose(m_actions->unsavedModels()));
 }
 
 void CMainWin::timerEvent(QTimerEvent* event)

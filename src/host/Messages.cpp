@@ -65,4 +65,18 @@ bool confirmClose(QWidget* parent)
     return box.exec() == QMessageBox::Ok;
 }
 
+bool confirmLoss(QWidget* parent, const QStringList& models)
+{
+    QMessageBox box(
+        QMessageBox::Warning, translated(QT_TRANSLATE_NOOP("CMainWin", "警告")),
+        translated(QT_TRANSLATE_NOOP("CMainWin", "任务设计器中有未保存的更改，关闭后将丢失：\n%1\n仍要关闭？"))
+            .arg(models.join(QLatin1Char('\n'))),
+        QMessageBox::Ok | QMessageBox::Cancel, parent);
+    box.button(QMessageBox::Ok)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "放弃更改并关闭")));
+    box.button(QMessageBox::Cancel)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "取消")));
+    box.setDefaultButton(QMessageBox::Cancel);
+    box.setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
+    return box.exec() == QMessageBox::Ok;
+}
+
 } // namespace messages

@@ -1,6 +1,7 @@
 #pragma once
 
-class QString;
+#include <QStringList>
+
 class QWidget;
 
 /// The modal boxes of the main window. GUI thread; each returns when it is closed.
@@ -20,5 +21,8 @@ bool confirmLogOut(QWidget* parent, const QString& user);
 
 /// Asks whether the running system is really to be closed.
 bool confirmClose(QWidget* parent);
+
+/// Asks whether the program is to be closed although unsaved changes of these models would be lost.
+bool confirmLoss(QWidget* parent, const QStringList& models);
 
 } // namespace messages

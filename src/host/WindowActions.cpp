@@ -3,20 +3,23 @@
 #include "config/AccessPolicy.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
-#include "db/log/LogLine.h"
 #include "dialogs/calibration/ksImageCaliUI.h"
 #include "dialogs/calibration/ksImageCaliUI4P.h"
 #include "dialogs/models/QModelMangerUI.h"
 #include "dialogs/models/QPlcIndexUI.h"
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "dialogs/testmode/QTestWidget.h"
+#include "host/AuditLine.h"
 #include "host/Messages.h"
 #include "host/ShowDialog.h"
 #include "modules/ModuleSet.h"
 #include "platform/ModuleFiles.h"
 #include "workflow/CZdCtrl.h"
 
+#include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
+#include <valvecell/IDesignerEdits.h>
+#include <valvecell/IUserAudit.h>
 #include <valvecell/IUserCtrl.h>
 
 #include <QCoreApplication>
@@ -52,6 +55,11 @@ void WindowActions::setUserControl(IUserCtrl* userCtrl)
     if (!userCtrl)
         return;
     connect(userCtrl, &IUserCtrl::sgCurrentUserInfo, this, [this](const QString&, int level) { onUserChanged(level); });
+    if (auto* audit = qobject_cast<IUserAudit*>(userCtrl)) {
+        audit->setListener([](const UserChange& change) {
+            logAudit({change.name, change.before, change.after}, change.by);
+        });
+    }
 }
 
 void WindowActions::onUserChanged(int level)
@@ -64,6 +72,8 @@ void WindowActions::onUserChanged(int level)
         if (dialog)
             dialog->reject();
     }
+    if (auto* edits = extensionOf<IDesignerEdits>(m_modules.designer()))
+        edits->hideDesigner();
     emit engineeringEnded();
 }
 
@@ -101,6 +111,12 @@ void WindowActions::openDesigner()
 {
     if (IDesigner* designer = m_modules.designer())
         designer->openDesigner(m_window);
+}
+
+QStringList WindowActions::unsavedModels() const
+{
+    auto* edits = extensionOf<IDesignerEdits>(m_modules.designer());
+    return edits ? edits->unsaved() : QStringList();
 }
 
 void WindowActions::startReport()
@@ -201,7 +217,5 @@ void WindowActions::logChanges(const AuditChanges& changes)
 {
     const QString user = m_userCtrl ? m_userCtrl->currentUserName() : QString();
     for (const AuditChange& change : changes)
-        SystemLog::information(
-            QStringLiteral("设置更改[%1]:%2 → %3,用户:%4")
-                .arg(change.name, change.before, change.after, user.isEmpty() ? QStringLiteral("无") : user));
+        logAudit(change, user);
 }

@@ -37,6 +37,9 @@ public:
     /// The engine's list; with fewer than two entries the dialogs take their one-station form.
     void setEngineList(const QStringList& list) { m_engineList = list; }
 
+    /// Models with changes in the designer, on the screen or not, that would be lost with the program.
+    QStringList unsavedModels() const;
+
     /// Does what the action of that object name is for, if the present user may; an unknown name is handed on.
     void trigger(const QString& name);
 

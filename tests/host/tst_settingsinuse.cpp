@@ -43,6 +43,18 @@ struct Program
         }
         return nullptr;
     }
+    /// By the dialog that is open.
+    void createAdministrator() const
+    {
+        const QPointer<QDialog> first = open("NewUserDialog");
+        QVERIFY(first);
+        const DialogDriver driver(*first);
+        driver.type("nameEdit", "boss");
+        driver.type("passwordEdit", "correct horse");
+        driver.type("againEdit", "correct horse");
+        first->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        QTRY_VERIFY(!first || !first->isVisible());
+    }
     bool isBannerShown() const { return window->findChild<QWidget*>("registerBanner")->isVisible(); }
 };
 
@@ -90,14 +102,7 @@ private slots:
         }
         program.act("actionTest");
         QVERIFY2(program.open("QTestWidget"), "what an operator does needs nobody's leave");
-        QDialog* first = program.open("NewUserDialog");
-        const DialogDriver driver(*first);
-        driver.type("nameEdit", "boss");
-        driver.type("passwordEdit", "correct horse");
-        driver.type("againEdit", "correct horse");
-        QPointer<QDialog> gone(first);
-        first->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-        QTRY_VERIFY_WITH_TIMEOUT(!gone || !gone->isVisible(), 30'000);
+        program.createAdministrator();
         program.act("actionSystem");
         program.act("actionManage");
         QVERIFY(program.open("QSystemSettingUI") && program.open("QModelMangerUI"));
@@ -105,6 +110,44 @@ private slots:
         program.act("main_Login_action"); // logs out
         QVERIFY(!program.open("QSystemSettingUI") && !program.open("QModelMangerUI"));
         QVERIFY(program.open("QTestWidget"));
+    }
+
+    void designerGoesWithItsEngineerAndKeepsHisEdits()
+    {
+        Program program;
+        program.home.write("/user/access.json", "{\"engineer_only\": true}");
+        program.start();
+        program.act("actionSetting");
+        program.createAdministrator();
+        program.act("actionSetting");
+        auto* designer = program.open<QWidget>("DesignerWindow");
+        QVERIFY(designer);
+        const DialogDriver driver(*designer);
+        driver.press("addButton");
+        auto* question = driver.get<QWidget>("ModelPanel")->findChild<QWidget*>("ask", Qt::FindDirectChildrenOnly);
+        question->findChild<QPushButton*>("firstButton")->click();
+        driver.type("hole_radius", "15");
+        QVERIFY(designer->isWindowModified());
+        driver.press("chooseButton"); // opens a file dialog
+        {
+            const BoxPresser yes(QMessageBox::Yes);
+            program.act("main_Login_action"); // logs out
+        }
+        QVERIFY(!designer->isVisible() && !program.open("QFileDialog"));
+        QCOMPARE(driver.text("hole_radius"), QStringLiteral("15"));
+        QStringList said;
+        QTimer hand; // confirms closing, and takes fright at what would be lost
+        connect(&hand, &QTimer::timeout, [&said] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            said << box->text();
+            box->button(said.size() == 1 ? QMessageBox::Ok : QMessageBox::Cancel)->click();
+        });
+        hand.start(5);
+        program.window->close();
+        QVERIFY(program.window->isVisible());
+        QVERIFY2(said.value(1).contains("工位1 / "), qPrintable(said.join('\n')));
     }
 
     void spoiledPolicyRestricts_data()

@@ -184,7 +184,7 @@ void ModelPanel::askSolution()
         const bool added = m_drafts->addSolution(name, &error);
         if (added)
             m_ui->solutionBox->setCurrentText(name);
-        report(added, tr("已新建方案“%1”").arg(name), error);
+        report(added, tr("已新建方案“%1”，程序重新启动后可供工位使用").arg(name), error);
     };
     const auto problem = [this](const QString& name) {
         return name.trimmed().isEmpty()             ? tr("请输入名称")
