@@ -22,6 +22,9 @@ constexpr double asGood = 0.85;          // a runner-up with this share of the b
 constexpr double twinSize = 0.25;
 constexpr double twinRing = 0.02;
 constexpr double twinScore = 0.7;
+// Beside a valve the dark looks like a smaller hole, and rounder than the whole.
+constexpr double asWhole = 0.7;
+constexpr double muchLarger = 1.3;
 constexpr double slackOfPlace = 0.025; // of the ring's radius, within which a hole is where it is expected
 constexpr double usualRing = 0.87;     // of the rim's radius, where the ledge of most wheels is
 constexpr double slackOfUsual = 0.07;
@@ -129,20 +132,21 @@ FindError Finder::locateHub(const cv::Mat& gray, const HoleModel& model, int fac
     return FindError::NoHub;
 }
 
-void Finder::collectCandidates(const Range& ringRadii, const Range& holeRadii, std::vector<HoleCandidate>* found)
+void Finder::collectCandidates(const HoleModel& model, double rim, std::vector<HoleCandidate>* found)
 {
+    const Range ringRadii = model.ringRange(rim);
+    const auto likelihood = [&](double radius) { return placeScore(radius, rim, model); };
     const RingMap half = m_ring.halved();
-    for (const double size : sizesWithin(holeRadii)) {
+    for (const double size : sizesWithin(model.holeRange(rim))) {
         const bool large = size > 6 * m_ring.step();
-        m_candidates.find(large ? half : m_ring, ringRadii, size, candidatesMeasured, found);
+        m_candidates.find(large ? half : m_ring, ringRadii, size, candidatesMeasured, likelihood, found);
     }
     double best = 0;
     for (const HoleCandidate& candidate : *found)
-        best = std::max(best, candidate.contrast);
-    found->erase(
-        std::remove_if(found->begin(), found->end(),
-                       [best](const HoleCandidate& candidate) { return candidate.contrast < faintest * best; }),
-        found->end());
+        best = std::max(best, candidate.rank);
+    found->erase(std::remove_if(found->begin(), found->end(),
+                                [best](const HoleCandidate& candidate) { return candidate.rank < faintest * best; }),
+                 found->end());
 }
 
 FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, FindResult* result)
@@ -154,7 +158,7 @@ FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, FindRe
     m_ring.unwrap(gray, result->hub, {std::max(1.0, ringRadii.low - margin), ringRadii.high + margin}, step);
     m_levels.noise = estimateNoise(gray);
     std::vector<HoleCandidate> candidates;
-    collectCandidates(ringRadii, holeRadii, &candidates);
+    collectCandidates(model, result->hub.radius, &candidates);
     for (const HoleCandidate& candidate : candidates) {
         HoleFit hole = measureHole(gray, candidate.point, candidate.size, holeRadii, m_levels);
         const double distance = cv::norm(hole.fit.outline.center - result->hub.center);
@@ -168,9 +172,15 @@ FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, FindRe
     return decide(gray, model, result);
 }
 
-bool Finder::hasTwin(size_t i) const
+/// A valve leaves dark parts beside it that look like small holes within the hole.
+bool sameSpot(const Outline& one, const Outline& other)
 {
-    const Outline& one = m_trace.holes[i].hole.fit.outline;
+    return cv::norm(one.center - other.center) < 1.1 * std::max(one.radius, other.radius);
+}
+
+bool Finder::hasTwin(const RankedHole& hole) const
+{
+    const Outline& one = hole.hole.fit.outline;
     const double reach = cv::norm(one.center - m_trace.rim.outline.center);
     for (const RankedHole& other : m_trace.holes) {
         const Outline& two = other.hole.fit.outline;
@@ -178,7 +188,7 @@ bool Finder::hasTwin(size_t i) const
         const bool alike = std::abs(one.radius - two.radius) < twinSize * std::max(one.radius, two.radius);
         const bool sameRing =
             std::abs(reach - cv::norm(two.center - m_trace.rim.outline.center)) < twinRing * m_trace.rim.outline.radius;
-        if (apart && alike && sameRing && other.hole.score.total() > twinScore * m_trace.holes[i].hole.score.total())
+        if (apart && alike && sameRing && other.hole.score.total() > twinScore * hole.hole.score.total())
             return true;
     }
     return false;
@@ -189,12 +199,26 @@ double Finder::runnerUp() const
     const Outline* first = nullptr;
     for (const RankedHole& ranked : m_trace.holes) {
         const Outline& outline = ranked.hole.fit.outline;
-        if (first && cv::norm(outline.center - first->center) > first->radius)
+        if (first && !sameSpot(outline, *first))
             return ranked.hole.score.total();
         if (!first)
             first = &outline;
     }
     return 0;
+}
+
+/// The hole itself, where `spot` is a dark part within it.
+const RankedHole& Finder::wholeOf(const RankedHole& spot) const
+{
+    const RankedHole* whole = &spot;
+    for (const RankedHole& other : m_trace.holes) {
+        const Outline& inner = whole->hole.fit.outline;
+        const Outline& outer = other.hole.fit.outline;
+        if (other.hole.score.total() >= asWhole * spot.hole.score.total() && outer.radius > muchLarger * inner.radius &&
+            sameSpot(inner, outer))
+            whole = &other;
+    }
+    return *whole;
 }
 
 FindError Finder::decide(const cv::Mat& gray, const HoleModel& model, FindResult* result)
@@ -203,18 +227,19 @@ FindError Finder::decide(const cv::Mat& gray, const HoleModel& model, FindResult
     double rival = 0;
     bool twins = false;
     result->runnerUpScore = runnerUp();
-    for (size_t i = 0; i < m_trace.holes.size(); ++i) {
-        const HoleFit& hole = m_trace.holes[i].hole;
-        const double score = hole.score.total();
-        result->score = std::max(result->score, score);
-        if (score < model.scoreLimit)
+    for (const RankedHole& spot : m_trace.holes) {
+        result->score = std::max(result->score, spot.hole.score.total());
+        if (spot.hole.score.total() < model.scoreLimit)
             break;
-        if (hasTwin(i)) {
+        const RankedHole& whole = wholeOf(spot);
+        if (best && sameSpot(whole.hole.fit.outline, best->hole.fit.outline))
+            continue;
+        if (hasTwin(whole)) {
             twins = true;
         } else if (!best) {
-            best = &m_trace.holes[i];
-        } else if (cv::norm(hole.fit.outline.center - best->hole.fit.outline.center) > best->hole.fit.outline.radius) {
-            rival = score;
+            best = &whole;
+        } else {
+            rival = spot.hole.score.total();
             break;
         }
     }

@@ -45,8 +45,9 @@ private:
     FindError judgeLight(const cv::Mat& small);
     FindError locateHub(const cv::Mat& gray, const HoleModel& model, int factor, FindResult* result);
     FindError locateHole(const cv::Mat& gray, const HoleModel& model, FindResult* result);
-    void collectCandidates(const Range& ringRadii, const Range& holeRadii, std::vector<HoleCandidate>* found);
-    bool hasTwin(size_t i) const;
+    void collectCandidates(const HoleModel& model, double rim, std::vector<HoleCandidate>* found);
+    bool hasTwin(const RankedHole& hole) const;
+    const RankedHole& wholeOf(const RankedHole& spot) const;
     double runnerUp() const;
     FindError decide(const cv::Mat& gray, const HoleModel& model, FindResult* result);
     void measure(const cv::Mat& gray, const HoleModel& model, const HoleFit& hole, FindResult* result) const;

@@ -99,24 +99,27 @@ VC_VECTORISED void darkerThan(const uchar* around, const uchar* a, const uchar* 
 struct Spot
 {
     int value;
+    double rank;
     cv::Point at;
 };
 
-std::vector<Spot> peaks(const cv::Mat& contrast, int firstRow, int lastRow, int firstColumn, int lastColumn)
+/// `shares` multiplies the contrast of each column to its rank.
+std::vector<Spot> peaks(const cv::Mat& contrast, const cv::Range& rows, const cv::Range& columns,
+                        const std::vector<double>& shares)
 {
     std::vector<Spot> spots;
-    for (int y = std::max(1, firstRow); y <= std::min(contrast.rows - 2, lastRow); ++y) {
+    for (int y = std::max(1, rows.start); y < std::min(contrast.rows - 1, rows.end); ++y) {
         const uchar* row = contrast.ptr(y);
         const uchar* above = contrast.ptr(y - 1);
         const uchar* below = contrast.ptr(y + 1);
-        for (int x = std::max(1, firstColumn); x < std::min(contrast.cols - 1, lastColumn); ++x) {
+        for (int x = std::max(1, columns.start); x < std::min(contrast.cols - 1, columns.end); ++x) {
             const uchar value = row[x];
             if (value > leastContrast && value >= row[x - 1] && value > row[x + 1] && value >= above[x] &&
                 value > below[x])
-                spots.push_back({value, {x, y}});
+                spots.push_back({value, value * shares[static_cast<size_t>(x)], {x, y}});
         }
     }
-    std::stable_sort(spots.begin(), spots.end(), [](const Spot& a, const Spot& b) { return a.value > b.value; });
+    std::stable_sort(spots.begin(), spots.end(), [](const Spot& a, const Spot& b) { return a.rank > b.rank; });
     return spots;
 }
 
@@ -166,18 +169,21 @@ void HoleCandidates::computeContrast(const cv::Mat& map, double radius)
 }
 
 void HoleCandidates::find(const RingMap& ring, const Range& radii, double radius, int most,
-                          std::vector<HoleCandidate>* found)
+                          const Likelihood& likelihood, std::vector<HoleCandidate>* found)
 {
     computeContrast(ring.map(), radius / ring.step());
     const int firstColumn = cvFloor((radii.low - ring.radiusOfColumn(0)) / ring.step());
     const int lastColumn = cvCeil((radii.high - ring.radiusOfColumn(0)) / ring.step());
-    const int firstRow = ring.padding();
+    std::vector<double> shares;
+    for (int x = 0; x < ring.map().cols; ++x)
+        shares.push_back(likelihood(ring.radiusOfColumn(x)));
+    const cv::Range rows(ring.padding(), ring.padding() + ring.turn());
     int added = 0;
-    for (const Spot& spot : peaks(m_contrast, firstRow, firstRow + ring.turn() - 1, firstColumn, lastColumn + 1)) {
+    for (const Spot& spot : peaks(m_contrast, rows, {firstColumn, lastColumn + 1}, shares)) {
         const cv::Point2d point = ring.toImage(spot.at);
         if (std::any_of(found->begin(), found->end(), [&](const HoleCandidate& known) { return isNear(known, point); }))
             continue;
-        found->push_back({point, static_cast<double>(spot.value), radius});
+        found->push_back({point, static_cast<double>(spot.value), radius, spot.rank});
         if (++added == most)
             return;
     }

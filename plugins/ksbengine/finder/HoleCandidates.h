@@ -2,6 +2,7 @@
 
 #include "RingMap.h"
 
+#include <functional>
 #include <vector>
 
 namespace finder {
@@ -12,7 +13,11 @@ struct HoleCandidate
     cv::Point2d point;   ///< image pixels, right to about a third of the hole's radius
     double contrast = 0; ///< gray levels between surroundings and inside
     double size = 0;     ///< radius that it was looked for with, pixels
+    double rank = 0;     ///< contrast, less where a hole is less likely
 };
+
+/// How likely a hole is at this distance from the hub centre, 0 to 1.
+using Likelihood = std::function<double(double)>;
 
 /// Looks for dark spots of a size that are bright almost all round, so that edges, gaps between spokes and the ends of
 /// dark strips do not count. Keeps its buffers; one instance per thread.
@@ -20,8 +25,9 @@ class HoleCandidates
 {
 public:
     /// Adds the spots of `radius` pixels (of the image) whose centre lies in the radii `ring`, at most `most`,
-    /// strongest first. Spots nearer than a radius to a stronger one are left out.
-    void find(const RingMap& ring, const Range& radii, double radius, int most, std::vector<HoleCandidate>* found);
+    /// highest rank first. Spots nearer than a radius to a higher one are left out.
+    void find(const RingMap& ring, const Range& radii, double radius, int most, const Likelihood& likelihood,
+              std::vector<HoleCandidate>* found);
 
 private:
     void computeContrast(const cv::Mat& map, double radius);

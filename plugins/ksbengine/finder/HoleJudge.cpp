@@ -144,7 +144,9 @@ HoleScore judge(const HoleFit& hole, const Fan& fan, const Range& radius, const 
     score.darkness = darknessOf(typical / std::max(10.0, outside - levels.black), sharpness,
                                 hole.fit.residual / (outline.radius + 4)) *
                      ramp(typical / levels.noise * std::sqrt(outline.radius / 10), 1.2, 3.2);
-    const double off = std::max(radius.low - outline.radius, outline.radius - radius.high);
+    // A tilted hole is as large as its longer half axis.
+    const double largest = outline.radius + std::hypot(outline.c2, outline.s2);
+    const double off = std::max(radius.low - largest, outline.radius - radius.high);
     score.size = 1 - ramp(off / outline.radius, 0.0, 0.3);
     return score;
 }

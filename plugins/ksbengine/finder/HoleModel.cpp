@@ -36,7 +36,7 @@ constexpr std::array<Field, 7> fields{{
 constexpr Range autoRimOfHeight{0.24, 0.53};
 constexpr Range autoRingOfRim{0.72, 0.97};
 constexpr Range autoHole{5.5, 22};
-constexpr double autoScoreLimit = 0.7; // where place and size are not known, the rest has to be right
+constexpr double autoScoreLimit = 0.73; // where place and size are not known, the rest has to be right
 
 bool isNumber(const QVariant& value)
 {

@@ -9,8 +9,8 @@ namespace finder {
 namespace {
 
 // To within these shares a taught radius and its ring are right: wheels are drilled alike.
-constexpr double drilledAlike = 0.03;
-constexpr double placedAlike = 0.0015;
+constexpr double drilledAlike = 0.02;
+constexpr double placedAlike = 0.001;
 
 } // namespace
 
@@ -23,8 +23,10 @@ MouthExpectation expectOpen(const Mouth& start, double surface, double deep)
     const double radius = start.radius;
     value[R] = radius;
     spread[X] = spread[Y] = spread[R] = 0.15 * radius;
-    spread[E] = 0.15;
-    spread[F] = 0.06;
+    // The ledge lies in a slope, so that the hole is seen narrower along the direction from the hub.
+    value[E] = 0.12;
+    spread[E] = 0.1;
+    spread[F] = 0.05;
     value[Chamfer] = 0.12 * radius;
     spread[Chamfer] = 0.1 * radius;
     value[Scaled] = 0.5;
@@ -33,7 +35,9 @@ MouthExpectation expectOpen(const Mouth& start, double surface, double deep)
     value[Blur] = std::max(start.blur, 0.07 * radius);
     spread[Blur] = 0.5 * value[Blur];
     spread[Turn] = 1;
-    spread[WallX] = 0.3 * radius;
+    // From above the wheel's middle, what lies deeper is seen nearer to the hub.
+    value[WallX] = -0.2 * radius;
+    spread[WallX] = 0.2 * radius;
     spread[WallY] = 0.15 * radius;
     value[Far] = 1;
     spread[Far] = 0.03;
@@ -52,6 +56,7 @@ MouthExpectation expectFilled(MouthExpectation expected)
 {
     expected.value[Wall0] = expected.value[Deep];
     expected.value[Far] = 0.2;
+    expected.value[WallX] = 0;
     for (const int i : {Far, WallX, WallY})
         expected.spread[i] = 1e-3;
     return expected;

@@ -10,6 +10,9 @@ namespace {
 
 using State = MouthProblem::State;
 
+constexpr int binnedSteps = 6;
+constexpr int lastSteps = 6;
+
 /// Axes along and across the direction from the hub.
 struct Frame
 {
@@ -155,19 +158,22 @@ struct Extent
     double reach;
     int coarseBin;
     int fineBin;
+    int finestBin;
 };
 
 Extent extentFor(double radius)
 {
-    return {1.55 * radius + 3, std::max(1, cvRound(radius / 4)), std::max(1, cvRound((radius + 1) / 7))};
+    return {1.55 * radius + 3, std::max(1, cvRound(radius / 4)), std::max(1, cvRound((radius + 1) / 7)),
+            std::max(1, cvRound(radius / 20))};
 }
 
 /// What all stages of a fit look at.
 struct View
 {
     Frame frame;
-    MouthPatch whole;
-    MouthPatch sparse; // the same in coarser pixels
+    MouthPatch full;   // every pixel
+    MouthPatch whole;  // the same, averaged as far as the hole keeps its shape
+    MouthPatch sparse; // in still coarser pixels
     MouthExpectation open;
     MouthExpectation filled;
 };
@@ -179,6 +185,7 @@ View viewOf(const cv::Mat& gray, const Mouth& start, const Extent& extent, const
     const double distance = std::max(1.0, cv::norm(arm));
     const Frame frame{arm.x / distance, arm.y / distance};
     View view{frame,
+              patchAround(gray, start.center, extent.reach, extent.finestBin, frame),
               patchAround(gray, start.center, extent.reach, extent.fineBin, frame),
               patchAround(gray, start.center, extent.reach, extent.coarseBin, frame),
               {},
@@ -213,12 +220,13 @@ OpenFit openFit(const View& view, const State& rough)
     State state = openStart(coarse, view.open, rough);
     MouthProblem trial(view.whole, view.open, 0.5);
     trial.measureNoise(&state);
-    trial.improve(&state, 0, 2);
+    trial.improve(&state, 0, binnedSteps);
 
-    const double whitening = whiteningFor(trial.correlation(state.p));
-    MouthProblem last(view.whole, view.open, whitening);
+    MouthProblem plain(view.full, view.open, 0);
+    const double whitening = whiteningFor(plain.correlation(state.p));
+    MouthProblem last(view.full, view.open, whitening);
     last.measureNoise(&state);
-    last.improve(&state, 0, 8);
+    last.improve(&state, 0, lastSteps);
     return {state, whitening};
 }
 
@@ -226,13 +234,13 @@ State filledFit(const View& view, const MouthPatch& band, State state, double wh
 {
     MouthProblem problem(band, view.filled, whitening);
     problem.measureNoise(&state);
-    problem.improve(&state, 0, 5);
+    problem.improve(&state, 0, lastSteps);
     return state;
 }
 
 bool looksFilled(const View& view, const MouthPatch& band, const OpenFit& open, const State& filled)
 {
-    if (misfitInside(view.whole, open.state.p) > 1.4)
+    if (misfitInside(view.full, open.state.p) > 1.4)
         return true;
     MouthProblem judge(band, view.open, open.whitening);
     const double noise = std::min(open.state.noise, filled.noise);
@@ -255,13 +263,13 @@ Mouth fitMouth(const cv::Mat& gray, const Mouth& start, const cv::Point2d& hub, 
     const View view = viewOf(gray, start, extent, hub, taught);
     const State rough = roughFit(view, start.radius);
     const OpenFit open = openFit(view, rough);
-    const MouthPatch band = withoutInside(view.whole, rough.p, 0.1 * rough.p[R] + 1);
+    const MouthPatch band = withoutInside(view.full, rough.p, 0.1 * rough.p[R] + 1);
     const State filled = filledFit(view, band, rough, open.whitening);
 
     const bool isFilled = looksFilled(view, band, open, filled);
     Mouth mouth = toMouth(isFilled ? filled : open.state, start, view.frame);
     mouth.filled = isFilled;
-    mouth.pixels = static_cast<int>(isFilled ? band.counting.size() : view.whole.counting.size());
+    mouth.pixels = static_cast<int>(isFilled ? band.counting.size() : view.full.counting.size());
     mouth.valid = staysNear(start, mouth);
     return mouth;
 }

@@ -1,5 +1,7 @@
 #include "RadiusPile.h"
 
+#include "Vectorise.h"
+
 #include <algorithm>
 
 namespace finder {
@@ -42,6 +44,13 @@ std::vector<Move> distinct(const std::vector<Move>& sorted, double apart, size_t
     return kept;
 }
 
+VC_VECTORISED void project(const float* radii, const float* cosines, const float* sines, float a, float b, float scale,
+                           int count, float* VC_RESTRICT at)
+{
+    for (int i = 0; i < count; ++i)
+        at[i] = radii[i] * scale - a * cosines[i] - b * sines[i];
+}
+
 } // namespace
 
 std::vector<Place> placesOf(const std::vector<EdgePoint>& points)
@@ -57,28 +66,33 @@ std::vector<Place> placesOf(const std::vector<EdgePoint>& points)
 }
 
 RadiusPile::RadiusPile(const std::vector<EdgePoint>& points, const std::vector<Place>& places, double reach)
-    : m_points(points)
-    , m_places(places)
+    : m_at(points.size())
 {
     const auto ends = std::minmax_element(points.begin(), points.end(),
                                           [](const EdgePoint& a, const EdgePoint& b) { return a.radius < b.radius; });
     m_low = ends.first->radius - 1.5 * reach - 2;
     m_width = ends.second->radius + 1.5 * reach + 2 - m_low;
+    for (size_t i = 0; i < points.size(); ++i) {
+        m_radii.push_back(static_cast<float>(points[i].radius - m_low));
+        m_cosines.push_back(static_cast<float>(places[i].c));
+        m_sines.push_back(static_cast<float>(places[i].s));
+    }
 }
 
 void RadiusPile::fill(double a, double b, double bin)
 {
     m_bin = bin;
     m_counts.assign(static_cast<size_t>(m_width / bin) + 2, 0.0F);
-    const double scale = 1 / bin;
-    for (size_t i = 0; i < m_points.size(); ++i) {
-        const double r = m_points[i].radius - a * m_places[i].c - b * m_places[i].s;
-        const double at = (r - m_low) * scale;
-        const auto k = static_cast<size_t>(at);
-        const auto part = static_cast<float>(at - static_cast<double>(k));
-        if (k + 1 < m_counts.size()) {
-            m_counts[k] += 1 - part;
-            m_counts[k + 1] += part;
+    const auto scale = static_cast<float>(1 / bin);
+    project(m_radii.data(), m_cosines.data(), m_sines.data(), static_cast<float>(a) * scale,
+            static_cast<float>(b) * scale, scale, static_cast<int>(m_at.size()), m_at.data());
+    const int last = static_cast<int>(m_counts.size()) - 1;
+    for (const float at : m_at) {
+        const int k = static_cast<int>(at);
+        const float part = at - static_cast<float>(k);
+        if (at >= 0 && k < last) {
+            m_counts[static_cast<size_t>(k)] += 1 - part;
+            m_counts[static_cast<size_t>(k) + 1] += part;
         }
     }
 }

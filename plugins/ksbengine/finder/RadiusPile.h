@@ -18,7 +18,7 @@ std::vector<Place> placesOf(const std::vector<EdgePoint>& points);
 class RadiusPile
 {
 public:
-    /// Both lists outlive the pile. The centre moves by `reach` at most.
+    /// The centre moves by `reach` at most.
     RadiusPile(const std::vector<EdgePoint>& points, const std::vector<Place>& places, double reach);
 
     /// Sorts the radii as seen from (a, b) into piles of width `bin`.
@@ -30,8 +30,10 @@ public:
     std::vector<double> peaks(double least, double apart) const;
 
 private:
-    const std::vector<EdgePoint>& m_points;
-    const std::vector<Place>& m_places;
+    std::vector<float> m_radii; // of the points, less m_low
+    std::vector<float> m_cosines;
+    std::vector<float> m_sines;
+    std::vector<float> m_at; // scratch: where each point lies in the piles
     std::vector<float> m_counts;
     double m_low = 0;
     double m_width = 0;

@@ -9,7 +9,7 @@ namespace finder {
 namespace {
 
 constexpr int shareOfTurnRepeated = 24; // the padding is this part of a turn
-constexpr int fractionBits = 12;
+constexpr int fractionBits = 14;
 
 using Table = std::array<uchar, 256>;
 
@@ -64,20 +64,21 @@ void RingMap::unwrapRay(const cv::Mat& gray, int row)
     const cv::Point2d step = m_step * direction;
     int first = 0;
     int end = m_map.cols;
-    clip(from.x, step.x, gray.cols - 0.5, &first, &end);
-    clip(from.y, step.y, gray.rows - 0.5, &first, &end);
+    // A quarter of a pixel on each side takes up what rounded steps add up to.
+    clip(from.x - 0.25, step.x, gray.cols - 0.5, &first, &end);
+    clip(from.y - 0.25, step.y, gray.rows - 0.5, &first, &end);
     uchar* const out = m_map.ptr(row);
     std::fill(out, out + m_map.cols, uchar(0));
     const Table& table = roots();
     constexpr double unit = 1 << fractionBits;
+    const uchar* const data = gray.data;
+    const auto stride = static_cast<std::ptrdiff_t>(gray.step[0]);
     int x = cvFloor((from.x + first * step.x) * unit);
     int y = cvFloor((from.y + first * step.y) * unit);
     const int dx = cvRound(step.x * unit);
     const int dy = cvRound(step.y * unit);
     for (int k = first; k < end; ++k, x += dx, y += dy) {
-        const int column = std::min(std::max(x >> fractionBits, 0), gray.cols - 1);
-        const int line = std::min(std::max(y >> fractionBits, 0), gray.rows - 1);
-        out[k] = table[gray.data[line * static_cast<std::ptrdiff_t>(gray.step[0]) + column]];
+        out[k] = table[data[(y >> fractionBits) * stride + (x >> fractionBits)]];
     }
 }
 
