@@ -25,7 +25,7 @@ void ScoreSheet::add(const Truth& truth, const Answer& answer, double seconds)
     const double off = cv::norm(answer.hole - truth.center);
     if (!truth.hole) {
         ++m_invented;
-    } else if (off > 0.5 * truth.radius) {
+    } else if (off > wrongPlace * truth.radius) {
         ++m_wrong;
     } else {
         m_centers.push_back(off);

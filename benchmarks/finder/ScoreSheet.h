@@ -20,6 +20,9 @@ struct Truth
     double angle = 0;
 };
 
+/// An answer further off than this share of the hole's radius names a wrong place.
+constexpr double wrongPlace = 0.5;
+
 /// What one way of finding holes has answered on a set of wheels, and how long it took.
 class ScoreSheet
 {
