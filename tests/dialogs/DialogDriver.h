@@ -1,13 +1,22 @@
 #pragma once
 
+#include "dialogs/fields/AuditChange.h"
 #include "dialogs/fields/QuestionStrip.h"
 #include "support/English.h"
+#include "support/Hand.h"
 #include "support/Look.h"
 
-#include <QInputMethodEvent>
+/// The changes that a dialog told, as "name:before>after".
+inline QString listed(const AuditChanges& changes)
+{
+    QStringList texts;
+    for (const AuditChange& change : changes)
+        texts << QStringLiteral("%1:%2>%3").arg(change.name, change.before, change.after);
+    return texts.join(' ');
+}
 
-/// Operates a dialog by the names of its controls, with real clicks and keys.
-class DialogDriver
+/// Operates a dialog, and reads what it tells.
+class DialogDriver : public Hand
 {
 public:
     explicit DialogDriver(QWidget& dialog)
@@ -15,53 +24,47 @@ public:
     {
     }
 
-    template <typename Widget>
-    Widget* get(const char* name) const
-    {
-        auto* found = m_dialog.findChild<Widget*>(QLatin1String(name));
-        if (!found)
-            qFatal("no control %s", name);
-        return found;
-    }
-
     void press(const char* name) const
     {
-        auto* button = get<QAbstractButton>(name);
-        QVERIFY2(button->isVisible(), name);
-        // Near the left end: a check box may be wider than what can be clicked.
-        QTest::mouseClick(button, Qt::LeftButton, {}, {8, button->height() / 2});
-    }
-    bool canPress(const char* button) const { return get<QAbstractButton>(button)->isEnabled(); }
-    bool isChecked(const char* box) const { return get<QAbstractButton>(box)->isChecked(); }
-
-    void type(const char* field, const QString& text) const
-    {
-        auto* edit = get<QLineEdit>(field);
-        edit->setFocus();
-        edit->selectAll();
-        QTest::keyClick(edit, Qt::Key_Delete);
-        QInputMethodEvent typed; // letters of any script, as they come from an input method
-        typed.setCommitString(text);
-        QCoreApplication::sendEvent(edit, &typed);
-    }
-    template <typename Widget = QLineEdit>
-    QString text(const char* name) const
-    {
-        return get<Widget>(name)->text();
+        QVERIFY2(get<QAbstractButton>(name)->isVisible(), name);
+        Hand::press(name);
     }
 
     /// What the dialog tells, without the marks for line breaks.
-    QString message(const char* label = "message") const { return get<QLabel>(label)->text().remove(QChar(0x200b)); }
+    QString message(const char* label = "message") const { return text<QLabel>(label).remove(QChar(0x200b)); }
 
     /// The sentence of an open question; empty while nothing is asked.
     QString question() const
     {
-        return get<QuestionStrip>("question")->isVisible() ? get<QLabel>("question")->text() : QString();
+        return get<QuestionStrip>("question")->isVisible() ? text<QLabel>("question") : QString();
     }
 
     QStringList clipped() const { return Look::clipped(m_dialog); }
     QStringList chinese() const { return Look::chinese(m_dialog); }
     void shoot(const QString& name) const { Look::shoot(m_dialog, name); }
+
+    /// Keeps a picture in which no text is cut off.
+    void fits(const QString& picture) const
+    {
+        QTRY_COMPARE(clipped(), QStringList());
+        shoot(picture);
+    }
+
+    /// As fits(), in English: but for the texts in `kept`, nothing is left in Chinese, and the dialog fits the
+    /// smallest screen, of 1280 pixels.
+    void readsInEnglish(const QString& title, const QString& picture, const QStringList& kept = {}) const
+    {
+        QTRY_COMPARE(m_dialog.windowTitle(), title);
+        QStringList left = chinese();
+        for (const QString& text : kept)
+            left.removeAll(text);
+        QVERIFY2(left.isEmpty(), qPrintable(left.join('|')));
+        fits(picture);
+        QVERIFY(m_dialog.minimumSizeHint().width() <= 1240);
+    }
+
+protected:
+    QWidget& window() const override { return m_dialog; }
 
 private:
     QWidget& m_dialog;

@@ -1,19 +1,19 @@
 #pragma once
 
 #include "Designer.h"
-#include "FakeEngine.h"
+#include "panels/TryPanel.h"
+#include "support/FakeEngine.h"
+#include "support/Hand.h"
 #include "widgets/ImageView.h"
 
 #include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
 #include <QPushButton>
 #include <QtTest>
 
 /// The designer opened on a fake engine and operated by the names of its controls.
-struct Bench
+struct Bench : Hand
 {
     FakeEngine engine;
     Designer designer;
@@ -26,33 +26,15 @@ struct Bench
         designer.openDesigner(nullptr);
     }
 
-    template <typename Widget>
-    Widget* get(const char* name) const
+    /// As open(), with the model of this row.
+    void openAt(int row)
     {
-        auto* found = designer.window()->findChild<Widget*>(QLatin1String(name));
-        if (!found)
-            qFatal("no control %s", name);
-        return found;
+        open();
+        choose(row);
     }
-
-    void press(const char* name) const
-    {
-        auto* button = get<QAbstractButton>(name);
-        // Near the left end: a check box may be wider than what can be clicked.
-        QTest::mouseClick(button, Qt::LeftButton, {}, {8, button->height() / 2});
-    }
-    bool canPress(const char* button) const { return get<QAbstractButton>(button)->isEnabled(); }
-    QString text(const char* label) const { return get<QLabel>(label)->text(); }
     void choose(int row) const { get<QListWidget>("modelList")->setCurrentRow(row); }
-
-    void type(const char* field, const QString& text) const
-    {
-        auto* edit = get<QLineEdit>(field);
-        edit->setFocus();
-        edit->selectAll();
-        QTest::keyClick(edit, Qt::Key_Delete);
-        QTest::keyClicks(edit, text);
-    }
+    QString text(const char* label) const { return get<QLabel>(label)->text(); }
+    QString typed(const char* field) const { return get<QLineEdit>(field)->text(); }
 
     /// Answers the question of a panel by its accepting button.
     void accept(const QString& panel, const QString& name = {}) const
@@ -90,6 +72,13 @@ struct Bench
         return picture.save(path, "PNG") ? path : QString();
     }
 
+    /// Opens a picture to be tried; whether the engine is asked once for it.
+    bool tries(const QString& name)
+    {
+        get<TryPanel>("TryPanel")->openImage(image(name));
+        return QTest::qWaitFor([this] { return engine.tasks.size() == 1; }, patienceMs);
+    }
+
     void clickImage(const QPointF& point) const
     {
         auto* view = get<ImageView>("view");
@@ -100,4 +89,7 @@ struct Bench
     {
         QVERIFY(designer.window()->grab().save(QStringLiteral(VALVECELL_BIN_DIR "/../designer-%1.png").arg(name)));
     }
+
+protected:
+    QWidget& window() const override { return *designer.window(); }
 };

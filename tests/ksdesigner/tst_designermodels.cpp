@@ -1,4 +1,5 @@
 #include "Bench.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 class DesignerModelsTest : public QObject
@@ -8,34 +9,24 @@ class DesignerModelsTest : public QObject
 private slots:
     void wrongValueIsToldWhileItIsTyped_data()
     {
-        QTest::addColumn<QByteArray>("field");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<QString>("problem");
-        QTest::newRow("no number") << QByteArray("rim_radius") << "12x" << QByteArray("rim_radius") << "请输入数字";
-        QTest::newRow("not finite") << QByteArray("rim_radius") << "inf" << QByteArray("rim_radius") << "请输入数字";
-        QTest::newRow("negative") << QByteArray("hole_radius") << "-3" << QByteArray("hole_radius") << "应在 0 到 2000";
-        QTest::newRow("empty score") << QByteArray("score_limit") << "" << QByteArray("score_limit") << "请输入数字";
-        QTest::newRow("score in percent") << QByteArray("score_limit") << "50" << QByteArray("score_limit") << "0 到 1";
-        QTest::newRow("no tolerance") << QByteArray("ring_radius_tol") << "0" << QByteArray("ring_radius") << "公差";
-        QTest::newRow("ring outside the rim")
-            << QByteArray("ring_radius") << "812.5" << QByteArray("ring_radius") << "应小于轮缘半径";
-        QTest::newRow("rim inside the ring")
-            << QByteArray("rim_radius") << "600" << QByteArray("ring_radius") << "应小于轮缘半径";
-        QTest::newRow("hole as large as the wheel")
-            << QByteArray("hole_radius") << "400" << QByteArray("hole_radius") << "一半";
-        QTest::newRow("good") << QByteArray("rim_radius") << "820.25" << QByteArray("rim_radius") << "";
-        QTest::newRow("unknown radius") << QByteArray("rim_radius") << "" << QByteArray("rim_radius") << "";
+        Table::of<QByteArray, QString, QByteArray, QString>(
+            {{"no number", "rim_radius", "12x", "rim_radius", "请输入数字"},
+             {"not finite", "rim_radius", "inf", "rim_radius", "请输入数字"},
+             {"negative", "hole_radius", "-3", "hole_radius", "应在 0 到 2000"},
+             {"empty score", "score_limit", "", "score_limit", "请输入数字"},
+             {"score in percent", "score_limit", "50", "score_limit", "0 到 1"},
+             {"no tolerance", "ring_radius_tol", "0", "ring_radius", "公差"},
+             {"ring outside the rim", "ring_radius", "812.5", "ring_radius", "应小于轮缘半径"},
+             {"rim inside the ring", "rim_radius", "600", "ring_radius", "应小于轮缘半径"},
+             {"hole as large as the wheel", "hole_radius", "400", "hole_radius", "一半"},
+             {"good", "rim_radius", "820.25", "rim_radius", ""},
+             {"unknown radius", "rim_radius", "", "rim_radius", ""}});
     }
     void wrongValueIsToldWhileItIsTyped()
     {
-        QFETCH(QByteArray, field);
-        QFETCH(QString, typed);
-        QFETCH(QByteArray, line);
-        QFETCH(QString, problem);
+        const auto [field, typed, line, problem] = Table::row<QByteArray, QString, QByteArray, QString>();
         Bench bench;
-        bench.open();
-        bench.choose(1);
+        bench.openAt(1);
         bench.type(field, typed);
         const QString shown = bench.text(line + "_hint");
         QVERIFY2(problem.isEmpty() ? !shown.contains("应") : shown.contains(problem), qPrintable(shown));
@@ -46,9 +37,8 @@ private slots:
     {
         Bench bench;
         bench.engine.solutions["工位1"]["轮毂17寸"]["ring_radius"] = 604.123456789;
-        bench.open();
-        bench.choose(1);
-        QCOMPARE(bench.get<QLineEdit>("ring_radius")->text(), "604.123");
+        bench.openAt(1);
+        QCOMPARE(bench.typed("ring_radius"), "604.123");
         bench.type("rim_radius", "820.25");
         QCOMPARE(bench.text("rim_radius_hint"), "722 – 919 px");
         bench.press("taught");
@@ -63,68 +53,57 @@ private slots:
 
     void calibratedStationTakesMillimetres_data()
     {
-        QTest::addColumn<QByteArray>("config");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("hint");
         const QByteArray scale = R"({"station_solution_1": "工位1", "StationScale_1": 0.25})";
         const QByteArray affine = R"({"station_solution_2": "工位1", "use4pointstand": true, "StationScale_2": 9,
             "station2_4p": {"m11": 0, "m21": 0.25, "dx": 7, "m12": -0.25, "m22": 0, "dy": 3}})";
-        QTest::newRow("two points") << scale << "150 mm"
-                                    << "582 – 618 px\n145.5 – 154.5 mm";
-        QTest::newRow("four points") << affine << "150mm"
-                                     << "582 – 618 px\n145.5 – 154.5 mm";
-        QTest::newRow("pixels") << scale << "600"
-                                << "582 – 618 px\n145.5 – 154.5 mm";
-        QTest::newRow("not calibrated") << QByteArray("{}") << "600"
-                                        << "582 – 618 px";
-        QTest::newRow("millimetres of an uncalibrated station") << QByteArray("{}") << "150 mm"
-                                                                << "请输入数字";
+        Table::of<QByteArray, QString, QString>(
+            {{"two points", scale, "150 mm", "582 – 618 px\n145.5 – 154.5 mm"},
+             {"four points", affine, "150mm", "582 – 618 px\n145.5 – 154.5 mm"},
+             {"pixels", scale, "600", "582 – 618 px\n145.5 – 154.5 mm"},
+             {"not calibrated", "{}", "600", "582 – 618 px"},
+             {"millimetres of an uncalibrated station", "{}", "150 mm", "请输入数字"}});
     }
 
     void calibratedStationTakesMillimetres()
     {
-        QFETCH(QByteArray, config);
-        QFETCH(QString, typed);
+        const auto [config, typed, hint] = Table::row<QByteArray, QString, QString>();
         const TempHome home;
         home.write(QStringLiteral("/user/globalConfig.json"), config);
         Bench bench;
-        bench.open();
-        bench.choose(1);
+        bench.openAt(1);
         bench.type("ring_radius", typed);
-        QTEST(bench.text("ring_radius_hint"), "hint");
-        QCOMPARE(bench.get<QLineEdit>("ring_radius")->text(), typed);
+        QCOMPARE(bench.text("ring_radius_hint"), hint);
+        QCOMPARE(bench.typed("ring_radius"), typed);
     }
 
     void unsavedChangesStayVisibleWhileOtherModelsAreLookedAt()
     {
         Bench bench;
-        bench.open();
-        bench.choose(1);
+        bench.openAt(1);
         bench.type("hole_radius", "15x");
         bench.choose(2);
         QCOMPARE(bench.rows(), QStringList({"auto（内置，只读）", "轮毂17寸 *未保存", "轮毂19寸"}));
         QVERIFY(bench.designer.window()->isWindowModified());
         bench.choose(1);
-        QCOMPARE(bench.get<QLineEdit>("hole_radius")->text(), "15x");
+        QCOMPARE(bench.typed("hole_radius"), "15x");
         bench.shoot("unsaved");
         bench.type("hole_radius", "14.25");
         QVERIFY2(!bench.designer.window()->isWindowModified(), "typed back to what is stored");
         bench.type("hole_radius", "15");
         bench.press("revertButton");
-        QCOMPARE(bench.get<QLineEdit>("hole_radius")->text(), "14.25");
+        QCOMPARE(bench.typed("hole_radius"), "14.25");
     }
 
     void refusedSaveTellsWhyAndKeepsTheEdit()
     {
         Bench bench;
-        bench.open();
-        bench.choose(1);
+        bench.openAt(1);
         bench.type("rim_radius_tol", "60");
         bench.engine.refusal = "rim_radius_tol must be a number from 0.1 to 50";
         bench.press("saveButton");
         QCOMPARE(bench.text("status"), "未能保存“轮毂17寸”：“轮缘半径的公差” must be a number from 0.1 to 50");
         QVERIFY(bench.text("rim_radius_hint").contains("引擎不接受"));
-        QCOMPARE(bench.get<QLineEdit>("rim_radius_tol")->text(), "60");
+        QCOMPARE(bench.typed("rim_radius_tol"), "60");
         QVERIFY(bench.canPress("saveButton"));
         bench.shoot("refused");
     }
@@ -132,8 +111,7 @@ private slots:
     void builtInModelCanBeCopiedButNotChanged()
     {
         Bench bench;
-        bench.open();
-        bench.choose(0);
+        bench.openAt(0);
         QVERIFY(bench.get<QLineEdit>("rim_radius")->isReadOnly());
         QVERIFY(!bench.get<QWidget>("taught")->isEnabled());
         QVERIFY(!bench.canPress("renameButton") && !bench.canPress("removeButton"));
@@ -143,21 +121,10 @@ private slots:
         QVERIFY(!bench.get<QLineEdit>("rim_radius")->isReadOnly());
     }
 
-    void newModelBeginsUntaught()
-    {
-        Bench bench;
-        bench.open();
-        bench.press("addButton");
-        bench.accept("ModelPanel", "轮毂21寸");
-        QCOMPARE(bench.text("title"), "轮毂21寸");
-        QCOMPARE(bench.engine.solutions["工位1"]["轮毂21寸"]["taught"], QVariant(false));
-    }
-
     void takenOrEmptyNameCannotBeGiven()
     {
         Bench bench;
-        bench.open();
-        bench.choose(1);
+        bench.openAt(1);
         bench.press("renameButton");
         auto* ask = bench.get<QWidget>("ModelPanel")->findChild<QWidget*>("ask");
         for (const QString& name : QStringList{"轮毂19寸", "auto", "", " 轮毂", "轮毂17寸"}) {
@@ -174,21 +141,19 @@ private slots:
     void renamedModelTakesItsUnsavedChangesAlong()
     {
         Bench bench;
-        bench.open();
-        bench.choose(1);
+        bench.openAt(1);
         bench.type("hole_radius", "15");
         bench.press("renameButton");
         bench.accept("ModelPanel", "轮毂18寸");
         QCOMPARE(bench.rows(), QStringList({"auto（内置，只读）", "轮毂18寸 *未保存", "轮毂19寸"}));
-        QCOMPARE(bench.get<QLineEdit>("hole_radius")->text(), "15");
+        QCOMPARE(bench.typed("hole_radius"), "15");
         QCOMPARE(bench.engine.solutions["工位1"]["轮毂18寸"]["hole_radius"].toDouble(), 14.25);
     }
 
     void renameThatCannotRemoveTheOldNameLeavesTheOldModel()
     {
         Bench bench;
-        bench.open();
-        bench.choose(1);
+        bench.openAt(1);
         bench.engine.undeletable = "轮毂17寸";
         bench.press("renameButton");
         bench.accept("ModelPanel", "轮毂18寸");
@@ -200,8 +165,7 @@ private slots:
     void modelIsRemovedOnlyAfterTheQuestion()
     {
         Bench bench;
-        bench.open();
-        bench.choose(1);
+        bench.openAt(1);
         bench.type("hole_radius", "15");
         bench.press("removeButton");
         QCOMPARE(bench.engine.solutions["工位1"].size(), 3);
@@ -210,10 +174,14 @@ private slots:
         QVERIFY2(!bench.designer.window()->isWindowModified(), "the changes went with the model");
     }
 
-    void newSolutionIsShownAtOnce()
+    void newModelBeginsUntaughtAndNewSolutionIsShownAtOnce()
     {
         Bench bench;
         bench.open();
+        bench.press("addButton");
+        bench.accept("ModelPanel", "轮毂21寸");
+        QCOMPARE(bench.text("title"), "轮毂21寸");
+        QCOMPARE(bench.engine.solutions["工位1"]["轮毂21寸"]["taught"], QVariant(false));
         bench.press("addSolutionButton");
         bench.accept("ModelPanel", "工位3");
         QCOMPARE(bench.get<QComboBox>("solutionBox")->currentText(), "工位3");
@@ -224,8 +192,7 @@ private slots:
     void closingWithUnsavedChangesAsks()
     {
         Bench bench;
-        bench.open();
-        bench.choose(1);
+        bench.openAt(1);
         bench.type("hole_radius", "15");
         bench.designer.window()->close();
         QVERIFY(bench.designer.window()->isVisible());
@@ -244,15 +211,14 @@ private slots:
     void modelChangedElsewhereIsSeenWhenTheWindowOpensAgain()
     {
         Bench bench;
-        bench.open();
-        bench.choose(2);
+        bench.openAt(2);
         bench.designer.window()->close();
         bench.engine.solutions["工位1"].remove("轮毂17寸");
         bench.engine.solutions["工位1"]["轮毂19寸"]["rim_radius"] = 910.0;
         bench.designer.openDesigner(nullptr);
         QCOMPARE(bench.rows(), QStringList({"auto（内置，只读）", "轮毂19寸"}));
         QCOMPARE(bench.text("title"), "轮毂19寸");
-        QCOMPARE(bench.get<QLineEdit>("rim_radius")->text(), "910");
+        QCOMPARE(bench.typed("rim_radius"), "910");
     }
 
     void parametersOfAnotherEngineAreShownByTheirNames()

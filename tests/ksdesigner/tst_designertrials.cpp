@@ -1,5 +1,6 @@
 #include "Bench.h"
 #include "panels/TryPanel.h"
+#include "support/Table.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
@@ -39,11 +40,9 @@ private slots:
     void imageIsTriedWithTheStoredModel()
     {
         Bench bench;
-        bench.open();
-        bench.choose(1);
+        bench.openAt(1);
         bench.type("hole_radius", "15");
-        openImage(bench, bench.image("轮毂.png"));
-        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        QVERIFY(bench.tries("轮毂.png"));
         QCOMPARE(bench.engine.tasks[0].model, "轮毂17寸");
         QCOMPARE(bench.engine.tasks[0].image.size(), QSize(640, 480));
         QVERIFY2(bench.text("note").contains("不含未保存"), "the engine cannot try what is not stored");
@@ -57,20 +56,17 @@ private slots:
 
     void refusedImageShowsItsReasonAndNoAngle_data()
     {
-        QTest::addColumn<QVariantMap>("result");
-        QTest::addColumn<QString>("verdict");
-        QTest::newRow("no hole") << FakeEngine::lost(1, "未找到气门孔") << "未找到气门孔（错误码 1）";
-        QTest::newRow("no tip") << FakeEngine::lost(4, "") << "未找到气门孔（错误码 4）";
-        QTest::newRow("unknown model") << QVariantMap{{ResultKeys::taskTime, 0.1}} << "任务未能运行：方案或型号不存在";
+        Table::of<QVariantMap, QString>(
+            {{"no hole", FakeEngine::lost(1, "未找到气门孔"), "未找到气门孔（错误码 1）"},
+             {"no tip", FakeEngine::lost(4, ""), "未找到气门孔（错误码 4）"},
+             {"unknown model", QVariantMap{{ResultKeys::taskTime, 0.1}}, "任务未能运行：方案或型号不存在"}});
     }
     void refusedImageShowsItsReasonAndNoAngle()
     {
-        QFETCH(QVariantMap, result);
-        QFETCH(QString, verdict);
+        const auto [result, verdict] = Table::row<QVariantMap, QString>();
         Bench bench;
         bench.open();
-        openImage(bench, bench.image("a.png"));
-        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        QVERIFY(bench.tries("a.png"));
         bench.engine.answer(result);
         QTRY_COMPARE(bench.text("verdict"), verdict);
         QCOMPARE(bench.text("angle"), "—");
@@ -80,10 +76,8 @@ private slots:
     void answerForTheFormerModelIsDropped()
     {
         Bench bench;
-        bench.open();
-        bench.choose(1);
-        openImage(bench, bench.image("a.png"));
-        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        bench.openAt(1);
+        QVERIFY(bench.tries("a.png"));
         bench.choose(2);
         QCOMPARE(bench.engine.tasks.size(), size_t(2));
         bench.engine.answer(FakeEngine::found(drawing(), hole, 11.0));
@@ -130,22 +124,20 @@ private slots:
 
     void unreadableImageIsToldAndTheFormerOneStays_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("text") << QByteArray("no image at all");
-        QTest::newRow("cut off") << QByteArray::fromHex("89504e470d0a1a0a0000000d49484452");
-        // A bitmap header that announces 60000 x 60000 pixels.
-        QTest::newRow("huge") << QByteArray::fromHex("424d360000000000000036000000280000"
-                                                     "0060ea000060ea00000100180000000000"
-                                                     "00000000000000000000000000000000000000000000");
+        Table::of<QByteArray>({{"empty", QByteArray()},
+                               {"text", "no image at all"},
+                               {"cut off", QByteArray::fromHex("89504e470d0a1a0a0000000d49484452")},
+                               // A bitmap header that announces 60000 x 60000 pixels.
+                               {"huge", QByteArray::fromHex("424d360000000000000036000000280000"
+                                                            "0060ea000060ea00000100180000000000"
+                                                            "00000000000000000000000000000000000000000000")}});
     }
     void unreadableImageIsToldAndTheFormerOneStays()
     {
-        QFETCH(QByteArray, content);
+        const auto [content] = Table::row<QByteArray>();
         Bench bench;
         bench.open();
-        openImage(bench, bench.image("good.png"));
-        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        QVERIFY(bench.tries("good.png"));
         QFile file(bench.dir.filePath("bad.bmp"));
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
         file.close();
@@ -158,10 +150,8 @@ private slots:
     {
         Bench bench;
         bench.engine.hasTrial = true;
-        bench.open();
-        bench.choose(1);
-        openImage(bench, bench.image("a.png"));
-        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        bench.openAt(1);
+        QVERIFY(bench.tries("a.png"));
         bench.type("hole_radius", "15");
         bench.engine.answer(FakeEngine::lost(1, "未找到"));
         QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
@@ -204,8 +194,7 @@ private slots:
         Bench bench;
         bench.engine.hasTrial = true;
         bench.open();
-        openImage(bench, bench.image("a.png"));
-        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        QVERIFY(bench.tries("a.png"));
         QVector<QPointF> edge;
         for (int i = 0; i < 40; ++i)
             edge.append(hole + 14 * QPointF(std::cos(i * 0.157), std::sin(i * 0.157)));
@@ -233,10 +222,8 @@ private slots:
         Bench bench;
         bench.engine.hasTeacher = bench.engine.hasTrial = true;
         bench.engine.proposal = FakeEngine::parameters(200.5, 148.7, 14, true);
-        bench.open();
-        bench.choose(2);
-        openImage(bench, bench.image("a.png"));
-        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        bench.openAt(2);
+        QVERIFY(bench.tries("a.png"));
         bench.engine.answer(FakeEngine::lost(1, "未找到"));
         QTRY_VERIFY(bench.canPress("runButton"));
         bench.press("teachButton");
@@ -244,7 +231,7 @@ private slots:
         QVERIFY(bench.text("teachText").contains("第 2 步"));
         bench.shoot("teach");
         bench.clickImage(hole);
-        QTRY_COMPARE(bench.get<QLineEdit>("rim_radius")->text(), "200.5");
+        QTRY_COMPARE(bench.typed("rim_radius"), "200.5");
         QVERIFY(bench.rows().at(2).contains("未保存"));
         QVERIFY(bench.get<QWidget>("teachBar")->isHidden());
         QVERIFY((bench.engine.taughtPoints[0] - QPointF(520, 240)).manhattanLength() < 2);
@@ -261,8 +248,7 @@ private slots:
         Bench bench;
         bench.engine.hasTeacher = true;
         bench.engine.refusal = "此处没有轮缘";
-        bench.open();
-        bench.choose(1);
+        bench.openAt(1);
         openImage(bench, bench.image("a.png"));
         QTRY_VERIFY(bench.canPress("teachButton"));
         bench.press("teachButton");

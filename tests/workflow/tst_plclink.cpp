@@ -1,4 +1,5 @@
 #include "FakePort.h"
+#include "support/Table.h"
 #include "workflow/PlcLink.h"
 
 #include <QSignalSpy>
@@ -13,38 +14,30 @@ class PlcLinkTest : public QObject
 private slots:
     void resultIsCutNeverRounded_data()
     {
-        QTest::addColumn<int>("station");
-        QTest::addColumn<double>("angle");
-        QTest::addColumn<double>("x");
-        QTest::addColumn<double>("y");
-        QTest::addColumn<QByteArray>("commands");
-        QTest::addColumn<QString>("words");
         const double nan = std::numeric_limits<double>::quiet_NaN();
-        QTest::newRow("plain") << 1 << 123.4567 << 60.25 << 120.125 << QByteArray("F") << "0 0 123 456 60 250 120 125";
-        QTest::newRow("negative x") << 2 << 0.0 << -2.5 << -0.75 << QByteArray("G") << "0 0 0 0 -2 -500 0 -750";
-        QTest::newRow("negative angle") << 1 << -30.25 << 12.3456 << 0.0 << QByteArray("F") << "0 0 329 750 12 345 0 0";
-        QTest::newRow("almost a turn") << 1 << 359.9996 << 0.0 << 0.0 << QByteArray("F") << "0 0 359 999 0 0 0 0";
-        QTest::newRow("below -360") << 1 << -361.0 << 0.0 << 0.0 << QByteArray("F") << "0 0 -1 0 0 0 0 0";
-        QTest::newRow("a turn") << 2 << 360.0 << 1.0 << 2.0 << QByteArray("GH") << "0 0 360 0 1 0 2 0";
-        QTest::newRow("refused") << 2 << 999.0 << 0.0 << 0.0 << QByteArray("GH") << "0 0 999 0 0 0 0 0";
-        QTest::newRow("largest") << 1 << 1.0 << 32767.9 << -32767.5 << QByteArray("F")
-                                 << "0 0 1 0 32767 900 -32767 -500";
-        QTest::newRow("no station") << 0 << 361.0 << 0.0 << 0.0 << QByteArray("GH") << "0 0 361 0 0 0 0 0";
-        // A position that a frame would carry wrapped around is no position.
-        QTest::newRow("x too large") << 1 << 90.0 << 32768.0 << 5.0 << QByteArray("FH") << "0 0 361 0 0 0 0 0";
-        QTest::newRow("y is no number") << 2 << 90.0 << 1.0 << nan << QByteArray("GH") << "0 0 361 0 0 0 0 0";
+        Table::of<int, double, double, double, QByteArray, QString>(
+            {{"plain", 1, 123.4567, 60.25, 120.125, "F", "0 0 123 456 60 250 120 125"},
+             {"negative x", 2, 0.0, -2.5, -0.75, "G", "0 0 0 0 -2 -500 0 -750"},
+             {"negative angle", 1, -30.25, 12.3456, 0.0, "F", "0 0 329 750 12 345 0 0"},
+             {"almost a turn", 1, 359.9996, 0.0, 0.0, "F", "0 0 359 999 0 0 0 0"},
+             {"below -360", 1, -361.0, 0.0, 0.0, "F", "0 0 -1 0 0 0 0 0"},
+             {"a turn", 2, 360.0, 1.0, 2.0, "GH", "0 0 360 0 1 0 2 0"},
+             {"refused", 2, 999.0, 0.0, 0.0, "GH", "0 0 999 0 0 0 0 0"},
+             {"largest", 1, 1.0, 32767.9, -32767.5, "F", "0 0 1 0 32767 900 -32767 -500"},
+             {"no station", 0, 361.0, 0.0, 0.0, "GH", "0 0 361 0 0 0 0 0"},
+             // A position that a frame would carry wrapped around is no position.
+             {"x too large", 1, 90.0, 32768.0, 5.0, "FH", "0 0 361 0 0 0 0 0"},
+             {"y is no number", 2, 90.0, 1.0, nan, "GH", "0 0 361 0 0 0 0 0"}});
     }
     void resultIsCutNeverRounded()
     {
-        QFETCH(int, station);
-        QFETCH(double, angle);
-        QFETCH(double, x);
-        QFETCH(double, y);
+        const auto [station, angle, x, y, commands, words] =
+            Table::row<int, double, double, double, QByteArray, QString>();
         FakePort port;
         PlcLink link(&port);
         link.sendResult(station, angle, x, y);
-        QTEST(port.commands(), "commands");
-        QTEST(port.words(0), "words");
+        QCOMPARE(port.commands(), commands);
+        QCOMPARE(port.words(0), words);
         if (port.sent.size() > 1)
             QCOMPARE(port.words(1), QStringLiteral("%1 50 0 0 0 0 0 0").arg(station + 5));
     }
@@ -70,21 +63,17 @@ private slots:
 
     void receivedFrameAsksForOneThing_data()
     {
-        QTest::addColumn<int>("command");
-        QTest::addColumn<int>("word0");
-        QTest::addColumn<QString>("asked");
-        QTest::newRow("models") << int('C') << -7 << "models -7 9";
-        QTest::newRow("trigger 1") << int('P') << 5 << "trigger 1";
-        QTest::newRow("trigger 2") << int('P') << 6 << "trigger 2";
-        QTest::newRow("trigger of no station") << int('P') << 7 << "";
-        QTest::newRow("shutdown") << 0xF1 << 0 << "shutdown";
-        QTest::newRow("a reply's letter") << int('F') << 5 << "";
-        QTest::newRow("unknown") << 0 << 5 << "";
+        Table::of<int, int, QString>({{"models", int('C'), -7, "models -7 9"},
+                                      {"trigger 1", int('P'), 5, "trigger 1"},
+                                      {"trigger 2", int('P'), 6, "trigger 2"},
+                                      {"trigger of no station", int('P'), 7, ""},
+                                      {"shutdown", 0xF1, 0, "shutdown"},
+                                      {"a reply's letter", int('F'), 5, ""},
+                                      {"unknown", 0, 5, ""}});
     }
     void receivedFrameAsksForOneThing()
     {
-        QFETCH(int, command);
-        QFETCH(int, word0);
+        const auto [command, word0, expected] = Table::row<int, int, QString>();
         PlcLink link;
         QStringList asked;
         connect(&link, &PlcLink::modelIndexReceived, this,
@@ -96,7 +85,7 @@ private slots:
         frame.data[0] = static_cast<qint16>(word0);
         frame.data[1] = 9;
         link.receive(frame);
-        QTEST(asked.join(','), "asked");
+        QCOMPARE(asked.join(','), expected);
     }
 };
 

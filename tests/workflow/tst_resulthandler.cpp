@@ -1,6 +1,8 @@
 #include "FakePort.h"
 #include "config/ksGlobalConfig.h"
 #include "db/StationResult.h"
+#include "support/FakeEngine.h"
+#include "support/Table.h"
 #include "workflow/IResultStore.h"
 #include "workflow/ImageRouter.h"
 #include "workflow/PlcLink.h"
@@ -102,25 +104,16 @@ class ResultHandlerTest : public QObject
 private slots:
     void centreIsConvertedByTheCalibrationInForce_data()
     {
-        QTest::addColumn<bool>("fourPoint");
-        QTest::addColumn<bool>("swap");
-        QTest::addColumn<QString>("words");
-        QTest::addColumn<QString>("line");
-        QTest::newRow("two points") << false << false << "0 0 45 500 60 250 120 125"
-                                    << "center:(60.250,120.125)";
-        QTest::newRow("two points swapped") << false << true << "0 0 45 500 120 125 60 250"
-                                            << "center:(120.125,60.250)";
-        // q = (2 * 100.5 + 3 * 200.25 + 1, -1 * 100.5 + 0.5 * 200.25 + 4) = (802.75, 3.625), plus (100, -200)
-        QTest::newRow("four points") << true << false << "0 0 45 500 902 750 -196 -375"
-                                     << "center:(902.750,-196.375)";
-        QTest::newRow("four points swapped") << true << true << "0 0 45 500 -196 -375 902 750"
-                                             << "center:(-196.375,902.750)";
+        Table::of<bool, bool, QString, QString>(
+            {{"two points", false, false, "0 0 45 500 60 250 120 125", "center:(60.250,120.125)"},
+             {"two points swapped", false, true, "0 0 45 500 120 125 60 250", "center:(120.125,60.250)"},
+             // q = (2 * 100.5 + 3 * 200.25 + 1, -1 * 100.5 + 0.5 * 200.25 + 4) = (802.75, 3.625), plus (100, -200)
+             {"four points", true, false, "0 0 45 500 902 750 -196 -375", "center:(902.750,-196.375)"},
+             {"four points swapped", true, true, "0 0 45 500 -196 -375 902 750", "center:(-196.375,902.750)"}});
     }
     void centreIsConvertedByTheCalibrationInForce()
     {
-        QFETCH(bool, fourPoint);
-        QFETCH(bool, swap);
-        QFETCH(QString, line);
+        const auto [fourPoint, swap, words, line] = Table::row<bool, bool, QString, QString>();
         Cell cell;
         cell.config.use4pointstand = fourPoint;
         StationConfig& station = cell.config.station(1);
@@ -131,7 +124,7 @@ private slots:
         station.fourPoint.yOffset = -200;
         cell.handler.onResult(Cell::result("工位1", Cell::found(45.5)));
         QCOMPARE(cell.port.commands(), QByteArray("F"));
-        QTEST(cell.port.words(0), "words");
+        QCOMPARE(cell.port.words(0), words);
         QCOMPARE(cell.panel, QStringList("1|五辐 angle :45.500 " + line));
     }
 
@@ -167,24 +160,19 @@ private slots:
 
     void anglesThatTellWhyThereIsNone_data()
     {
-        QTest::addColumn<double>("angle");
-        QTest::addColumn<QByteArray>("commands");
-        QTest::addColumn<int>("sent");
-        QTest::addColumn<QString>("line");
-        QTest::newRow("negative") << -10.0 << QByteArray("F") << 350 << "angle :-10.000 center:(60.250,120.125)";
-        QTest::newRow("a turn and more") << 370.0 << QByteArray("FH") << 370 << "angle :361.000 no found Value";
-        QTest::newRow("nothing found") << 361.0 << QByteArray("FH") << 361 << "angle :361.000 no found Value";
-        QTest::newRow("a turn") << 360.0 << QByteArray("FH") << 360 << "angle :360.000 center:(60.250,120.125)";
-        QTest::newRow("no number") << qQNaN() << QByteArray("FH") << 365 << "angle :361.000 no found Value";
+        Table::of<double, QByteArray, int, QString>(
+            {{"negative", -10.0, "F", 350, "angle :-10.000 center:(60.250,120.125)"},
+             {"a turn and more", 370.0, "FH", 370, "angle :361.000 no found Value"},
+             {"nothing found", 361.0, "FH", 361, "angle :361.000 no found Value"},
+             {"a turn", 360.0, "FH", 360, "angle :360.000 center:(60.250,120.125)"},
+             {"no number", qQNaN(), "FH", 365, "angle :361.000 no found Value"}});
     }
     void anglesThatTellWhyThereIsNone()
     {
-        QFETCH(double, angle);
-        QFETCH(int, sent);
-        QFETCH(QString, line);
+        const auto [angle, commands, sent, line] = Table::row<double, QByteArray, int, QString>();
         Cell cell;
         cell.handler.onResult(Cell::result("工位1", Cell::found(angle)));
-        QTEST(cell.port.commands(), "commands");
+        QCOMPARE(cell.port.commands(), commands);
         QCOMPARE(int(cell.port.sent[0].data[2]), sent);
         QCOMPARE(cell.panel, QStringList("1|五辐 " + line));
     }
@@ -233,20 +221,7 @@ private slots:
 
     void imageGoesToTheEngineWithItsStationsModel()
     {
-        struct Engine : IEngine
-        {
-            QStringList tasks;
-            void initialise() override {}
-            ITaskList* taskList() override { return nullptr; }
-            void runTask(const QVariantMap& input, const QString& solution, const QString& model,
-                         ResultCallback callback) override
-            {
-                tasks << QStringLiteral("%1 %2 %3")
-                             .arg(solution, model)
-                             .arg(input["originImage"].value<QImage>().width());
-                callback({});
-            }
-        } engine;
+        FakeEngine engine;
         Cell cell;
         cell.config.station(2).camKey = QStringLiteral("相机");
         cell.config.station(2).runModel = QStringLiteral("钢圈");
@@ -259,7 +234,10 @@ private slots:
         router.onImage(QStringLiteral("别的"), image);
         router.onImage(QString(), image);
         router.onImage(QStringLiteral("相机"), image);
-        QCOMPARE(engine.tasks, QStringList("工位2 钢圈 5"));
+        QCOMPARE(engine.tasks.size(), size_t(1));
+        QCOMPARE(engine.tasks[0].solution + ' ' + engine.tasks[0].model, "工位2 钢圈");
+        QCOMPARE(engine.tasks[0].image.width(), 5);
+        engine.answer({});
         QCOMPARE(results, 1);
         QCOMPARE(arrived.size(), 2);
     }

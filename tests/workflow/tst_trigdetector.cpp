@@ -1,3 +1,4 @@
+#include "support/Table.h"
 #include "workflow/AutoTrigger.h"
 #include "workflow/CTrigDetector.h"
 
@@ -9,148 +10,134 @@ class tst_trigdetector : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void secondTriggerWithoutAnImageIsNotCounted();
-    void imageWithoutATriggerIsPutRightAtTheNextCheck();
-    void missingImageIsToldAtEveryCheckUntilItComes();
-    void correctingPutsTheCountersInStep();
-    void burstIsRefusedUntilTheLimit_data();
-    void burstIsRefusedUntilTheLimit();
-    void clockIsSetBackInABurst();
-    void checkingRunsOnATimerThatCanBeStopped();
-    void softwareTriggerRepeatsUntilItIsStopped();
+    void init()
+    {
+        m_now = 1000000;
+        m_limit = 2;
+        m_detector.reset(new CTrigDetector([this] { return m_now; }, [this] { return m_limit; }));
+    }
+
+    void secondTriggerWithoutAnImageIsNotCounted()
+    {
+        QCOMPARE(m_detector->addTrigCount(0), 1);
+        QTest::ignoreMessage(QtWarningMsg, "add trig count error, trig: 1 , rev: 0");
+        QCOMPARE(m_detector->addTrigCount(0), -1);
+        QCOMPARE(m_detector->triggerCount(), 1);
+        QTest::ignoreMessage(QtWarningMsg, "trig failed, trig count: 1 ; rev count: 0");
+        QVERIFY(!m_detector->checkResult());
+        QTest::ignoreMessage(QtDebugMsg, "rev result, count =   1");
+        m_detector->addRevCount(0);
+        QTest::ignoreMessage(QtDebugMsg, "trig successful, trig count: 1");
+        QVERIFY(m_detector->checkResult());
+        QCOMPARE(m_detector->addTrigCount(0), 2);
+    }
+
+    void imageWithoutATriggerIsPutRightAtTheNextCheck()
+    {
+        const QSignalSpy missing(m_detector.data(), &CTrigDetector::sgErrorTrig);
+        QTest::ignoreMessage(QtWarningMsg, "addRevCount, rev bigger than trig");
+        QTest::ignoreMessage(QtDebugMsg, "rev result, count =   1");
+        m_detector->addRevCount(0);
+        QTest::ignoreMessage(QtDebugMsg, "trig < rece");
+        QTest::ignoreMessage(QtDebugMsg, "m_nReceiveCount = m_nTrigCoun");
+        m_detector->onChecker();
+        QCOMPARE(m_detector->receiveCount(), 0);
+        QCOMPARE(missing.count(), 0);
+    }
+
+    void missingImageIsToldAtEveryCheckUntilItComes()
+    {
+        const QSignalSpy missing(m_detector.data(), &CTrigDetector::sgErrorTrig);
+        m_detector->onChecker();
+        m_detector->addTrigCount(0);
+        m_detector->onChecker();
+        m_detector->onChecker();
+        QCOMPARE(missing.count(), 2);
+        QCOMPARE(missing[1][0].toInt(), 2);
+        m_detector->addRevCount(0);
+        QCOMPARE(m_detector->errorRun(), 0);
+        m_detector->onChecker();
+        m_detector->addTrigCount(0);
+        m_detector->onChecker();
+        QCOMPARE(missing[2][0].toInt(), 1);
+    }
+
+    void correctingPutsTheCountersInStep()
+    {
+        m_detector->addTrigCount(0);
+        m_detector->onChecker();
+        QTest::ignoreMessage(QtDebugMsg, "correct trig and rev");
+        QVERIFY(m_detector->correct());
+        QCOMPARE(m_detector->receiveCount(), 1);
+        QCOMPARE(m_detector->errorRun(), 0);
+    }
+
+    void burstIsRefusedUntilTheLimit_data()
+    {
+        // ms before each trigger     // one letter a trigger
+        using Gaps = QVector<int>;
+        Table::of<int, QVector<int>, QString>(
+            {{"limit 2, every 100 ms", 2, Gaps{400, 100, 100, 100, 100, 100, 100, 100, 100}, "ynnnynnny"},
+             {"right after the start", 2, Gaps{100}, "n"},
+             {"pause of exactly 350 ms", 2, Gaps{350, 350}, "yy"},
+             {"pause of 349 ms", 2, Gaps{350, 349}, "yn"},
+             {"pause ends the burst", 2, Gaps{350, 10, 10, 400, 10, 10, 10, 10}, "ynnynnny"},
+             {"limit 0", 0, Gaps{350, 10, 10, 10}, "ynyn"},
+             {"limit below 0", -1, Gaps{350, 10, 10}, "yyy"}});
+    }
+    void burstIsRefusedUntilTheLimit()
+    {
+        const auto [limit, gaps, expected] = Table::row<int, QVector<int>, QString>();
+        m_limit = limit;
+        QString taken;
+        for (const int gap : gaps) {
+            m_now += gap;
+            taken += m_detector->filterBurst() ? 'y' : 'n';
+        }
+        QCOMPARE(taken, expected);
+    }
+
+    void clockIsSetBackInABurst()
+    {
+        m_now += 400;
+        QVERIFY(m_detector->filterBurst());
+        m_now -= 3600 * 1000;
+        QVERIFY(m_detector->filterBurst());
+        m_now += 100; // counts from the clock as it is now
+        QVERIFY(!m_detector->filterBurst());
+    }
+
+    void checkingRunsOnATimerThatCanBeStopped()
+    {
+        const QSignalSpy missing(m_detector.data(), &CTrigDetector::sgErrorTrig);
+        auto* const timer = m_detector->findChild<QTimer*>();
+        m_detector->addTrigCount(0);
+        QVERIFY(m_detector->startChecking());
+        QCOMPARE(timer->interval(), 4000);
+        timer->setInterval(1);
+        QTRY_VERIFY(missing.count() >= 2);
+        QVERIFY(m_detector->stopChecking());
+        QVERIFY(!timer->isActive());
+    }
+
+    void softwareTriggerRepeatsUntilItIsStopped()
+    {
+        AutoTrigger trigger;
+        const QSignalSpy triggers(&trigger, &AutoTrigger::sgTrig);
+        trigger.start(3600 * 1000);
+        trigger.start(1);
+        QTRY_VERIFY(triggers.count() >= 3);
+        trigger.stop();
+        const int count = triggers.count();
+        QCoreApplication::processEvents();
+        QCOMPARE(triggers.count(), count);
+    }
 
 private:
     qint64 m_now = 0;
     int m_limit = 0;
     QScopedPointer<CTrigDetector> m_detector;
 };
-
-void tst_trigdetector::init()
-{
-    m_now = 1000000;
-    m_limit = 2;
-    m_detector.reset(new CTrigDetector([this] { return m_now; }, [this] { return m_limit; }));
-}
-
-void tst_trigdetector::secondTriggerWithoutAnImageIsNotCounted()
-{
-    QCOMPARE(m_detector->addTrigCount(0), 1);
-    QTest::ignoreMessage(QtWarningMsg, "add trig count error, trig: 1 , rev: 0");
-    QCOMPARE(m_detector->addTrigCount(0), -1);
-    QCOMPARE(m_detector->triggerCount(), 1);
-    QTest::ignoreMessage(QtWarningMsg, "trig failed, trig count: 1 ; rev count: 0");
-    QVERIFY(!m_detector->checkResult());
-    QTest::ignoreMessage(QtDebugMsg, "rev result, count =   1");
-    m_detector->addRevCount(0);
-    QTest::ignoreMessage(QtDebugMsg, "trig successful, trig count: 1");
-    QVERIFY(m_detector->checkResult());
-    QCOMPARE(m_detector->addTrigCount(0), 2);
-}
-
-void tst_trigdetector::imageWithoutATriggerIsPutRightAtTheNextCheck()
-{
-    const QSignalSpy missing(m_detector.data(), &CTrigDetector::sgErrorTrig);
-    QTest::ignoreMessage(QtWarningMsg, "addRevCount, rev bigger than trig");
-    QTest::ignoreMessage(QtDebugMsg, "rev result, count =   1");
-    m_detector->addRevCount(0);
-    QTest::ignoreMessage(QtDebugMsg, "trig < rece");
-    QTest::ignoreMessage(QtDebugMsg, "m_nReceiveCount = m_nTrigCoun");
-    m_detector->onChecker();
-    QCOMPARE(m_detector->receiveCount(), 0);
-    QCOMPARE(missing.count(), 0);
-}
-
-void tst_trigdetector::missingImageIsToldAtEveryCheckUntilItComes()
-{
-    const QSignalSpy missing(m_detector.data(), &CTrigDetector::sgErrorTrig);
-    m_detector->onChecker();
-    m_detector->addTrigCount(0);
-    m_detector->onChecker();
-    m_detector->onChecker();
-    QCOMPARE(missing.count(), 2);
-    QCOMPARE(missing[1][0].toInt(), 2);
-    m_detector->addRevCount(0);
-    QCOMPARE(m_detector->errorRun(), 0);
-    m_detector->onChecker();
-    m_detector->addTrigCount(0);
-    m_detector->onChecker();
-    QCOMPARE(missing[2][0].toInt(), 1);
-}
-
-void tst_trigdetector::correctingPutsTheCountersInStep()
-{
-    m_detector->addTrigCount(0);
-    m_detector->onChecker();
-    QTest::ignoreMessage(QtDebugMsg, "correct trig and rev");
-    QVERIFY(m_detector->correct());
-    QCOMPARE(m_detector->receiveCount(), 1);
-    QCOMPARE(m_detector->errorRun(), 0);
-}
-
-void tst_trigdetector::burstIsRefusedUntilTheLimit_data()
-{
-    QTest::addColumn<int>("limit");
-    QTest::addColumn<QVector<int>>("gaps"); // ms before each trigger
-    QTest::addColumn<QString>("taken");     // one letter a trigger
-    using Gaps = QVector<int>;
-    QTest::newRow("limit 2, every 100 ms") << 2 << Gaps{400, 100, 100, 100, 100, 100, 100, 100, 100} << "ynnnynnny";
-    QTest::newRow("right after the start") << 2 << Gaps{100} << "n";
-    QTest::newRow("pause of exactly 350 ms") << 2 << Gaps{350, 350} << "yy";
-    QTest::newRow("pause of 349 ms") << 2 << Gaps{350, 349} << "yn";
-    QTest::newRow("pause ends the burst") << 2 << Gaps{350, 10, 10, 400, 10, 10, 10, 10} << "ynnynnny";
-    QTest::newRow("limit 0") << 0 << Gaps{350, 10, 10, 10} << "ynyn";
-    QTest::newRow("limit below 0") << -1 << Gaps{350, 10, 10} << "yyy";
-}
-
-void tst_trigdetector::burstIsRefusedUntilTheLimit()
-{
-    QFETCH(int, limit);
-    QFETCH(QVector<int>, gaps);
-    m_limit = limit;
-    QString taken;
-    for (const int gap : gaps) {
-        m_now += gap;
-        taken += m_detector->filterBurst() ? 'y' : 'n';
-    }
-    QTEST(taken, "taken");
-}
-
-void tst_trigdetector::clockIsSetBackInABurst()
-{
-    m_now += 400;
-    QVERIFY(m_detector->filterBurst());
-    m_now -= 3600 * 1000;
-    QVERIFY(m_detector->filterBurst());
-    m_now += 100; // counts from the clock as it is now
-    QVERIFY(!m_detector->filterBurst());
-}
-
-void tst_trigdetector::checkingRunsOnATimerThatCanBeStopped()
-{
-    const QSignalSpy missing(m_detector.data(), &CTrigDetector::sgErrorTrig);
-    auto* const timer = m_detector->findChild<QTimer*>();
-    m_detector->addTrigCount(0);
-    QVERIFY(m_detector->startChecking());
-    QCOMPARE(timer->interval(), 4000);
-    timer->setInterval(1);
-    QTRY_VERIFY(missing.count() >= 2);
-    QVERIFY(m_detector->stopChecking());
-    QVERIFY(!timer->isActive());
-}
-
-void tst_trigdetector::softwareTriggerRepeatsUntilItIsStopped()
-{
-    AutoTrigger trigger;
-    const QSignalSpy triggers(&trigger, &AutoTrigger::sgTrig);
-    trigger.start(3600 * 1000);
-    trigger.start(1);
-    QTRY_VERIFY(triggers.count() >= 3);
-    trigger.stop();
-    const int count = triggers.count();
-    QCoreApplication::processEvents();
-    QCOMPARE(triggers.count(), count);
-}
 
 QTEST_GUILESS_MAIN(tst_trigdetector)
 #include "tst_trigdetector.moc"

@@ -1,25 +1,15 @@
 #include "FakePort.h"
 #include "config/ksGlobalConfig.h"
+#include "support/FakeEngine.h"
 #include "support/TempHome.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/PlcLink.h"
 #include "workflow/Station.h"
 #include "workflow/TriggerDispatch.h"
 
-#include <valvecell/IEngine.h>
-
 #include <QSignalSpy>
 
 namespace {
-
-struct FakeEngine : IEngine, ITaskList
-{
-    virtual ~FakeEngine() = default;
-    void initialise() override {}
-    ITaskList* taskList() override { return this; }
-    QStringList list() override { return {"工位1", "工位2", "备用"}; }
-    void runTask(const QVariantMap&, const QString&, const QString&, ResultCallback) override {}
-};
 
 /// A cell up to the camera: what was captured, sent and told.
 struct Cell
@@ -43,6 +33,7 @@ struct Cell
             config.station(n).camKey = QStringLiteral("cam%1").arg(n);
             config.station(n).solution = QStringLiteral("工位%1").arg(n);
         }
+        engine.solutions["备用"] = {}; // of no station
         config.onlineMode = config.useClearProtect = true;
         config.trigerFilter = 0;
         controller = std::make_unique<CZdCtrl>(&engine, home.path());
@@ -138,7 +129,8 @@ private slots:
         Cell cell;
         cell.config.onlineMode = false;
         cell.dispatch.onModelIndices(1, 3);
-        cell.dispatch.onTrigger(1);
+        for (const int station : {-1, 0, 1, 3}) // three of them no station
+            cell.dispatch.onTrigger(station);
         QCOMPARE(cell.captured, QStringList("cam1"));
         QVERIFY(cell.systemLog.isEmpty() && cell.config.station(1).runModel.isEmpty());
         cell.config.onlineMode = true;
@@ -147,33 +139,19 @@ private slots:
         QCOMPARE(cell.captured, QStringList({"cam1", "cam2"}));
     }
 
-    void triggerOfNoStationDoesNothing()
-    {
-        Cell cell;
-        cell.config.onlineMode = false;
-        for (const int station : {-1, 0, 3})
-            cell.dispatch.onTrigger(station);
-        QVERIFY(cell.captured.isEmpty());
-    }
-
-    void secondTriggerWithinFilterTimeIsDropped()
+    void secondTriggerIsDroppedUntilTheFilterTimeIsOver()
     {
         Cell cell;
         cell.config.onlineMode = false;
         cell.config.trigerFilter = 1000000;
-        cell.dispatch.onTrigger(1);
-        cell.dispatch.onTrigger(1);
-        cell.dispatch.onTrigger(2);
+        for (const int station : {1, 1, 2})
+            cell.dispatch.onTrigger(station);
         QCOMPARE(cell.captured, QStringList({"cam1", "cam2"}));
-    }
-
-    void triggerAfterFilterTimeIsTaken()
-    {
-        Cell cell;
-        cell.config.onlineMode = false;
-        cell.config.trigerFilter = 1;
-        cell.dispatch.onTrigger(1);
-        QTRY_VERIFY((cell.dispatch.onTrigger(1), cell.captured.size() > 1));
+        Cell quick;
+        quick.config.onlineMode = false;
+        quick.config.trigerFilter = 1;
+        quick.dispatch.onTrigger(1);
+        QTRY_VERIFY((quick.dispatch.onTrigger(1), quick.captured.size() > 1));
     }
 
     void framesBeforeTheControllerExistsAreNotForgotten()

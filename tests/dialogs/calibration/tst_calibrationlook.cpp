@@ -1,6 +1,7 @@
 #include "CalibrationBench.h"
 #include "dialogs/calibration/ksImageCaliUI.h"
 #include "dialogs/calibration/ksImageCaliUI4P.h"
+#include "support/Table.h"
 
 #include <QTranslator>
 
@@ -24,9 +25,7 @@ private slots:
 
     void everyTextFitsAndIsPictured_data()
     {
-        QTest::addColumn<int>("points");
-        QTest::addColumn<bool>("english");
-        QTest::addColumn<bool>("oneStation");
+        Table::columns<int, bool, bool>();
         for (int points : {2, 4}) {
             for (bool english : {false, true}) {
                 for (bool one : {false, true})
@@ -38,9 +37,7 @@ private slots:
 
     void everyTextFitsAndIsPictured()
     {
-        QFETCH(int, points);
-        QFETCH(bool, english);
-        QFETCH(bool, oneStation);
+        const auto [points, english, oneStation] = Table::row<int, bool, bool>();
         CalibrationBench bench;
         CalibrationBench::picture({2448, 2048}).save(bench.home.path("/user/StandImage_1.jpg"));
         StationConfig& first = bench.config()->stations[0];

@@ -2,6 +2,7 @@
 #include "dialogs/calibration/ksImageCaliUI4P.h"
 #include "finder/Finder.h"
 #include "ksbengine/Wheels.h"
+#include "support/Table.h"
 #include "workflow/CoordinateTransform.h"
 
 #include <cmath>
@@ -59,17 +60,12 @@ class FourPointTest : public QObject
 private slots:
     void initTestCase() { initResources(); }
 
-    void draggedAndTypedPointsAreStored_data()
-    {
-        QTest::addColumn<int>("station");
-        QTest::newRow("station 1") << 1;
-        QTest::newRow("station 2") << 2;
-    }
+    void draggedAndTypedPointsAreStored_data() { Table::of<int>({{"station 1", 1}, {"station 2", 2}}); }
 
     // x' = 0.1 x + 0.02 y + 5, y' = -0.02 x + 0.1 y - 7, by hand
     void draggedAndTypedPointsAreStored()
     {
-        QFETCH(int, station);
+        const auto [station] = Table::row<int>();
         CalibrationBench bench;
         Session session(station);
         session.hand.press(session.name("m_pbLock"));
@@ -149,29 +145,19 @@ private slots:
 
     void oddPointsAreStoredAsTheyComeAndComeBack_data()
     {
-        QTest::addColumn<QVector<QPoint>>("pixels");
-        QTest::addColumn<QString>("realP1X");
-        QTest::addColumn<QString>("warning");
         const QVector<QPoint> good{{0, 0}, {100, 0}, {0, 100}, {50, 50}};
-        QTest::newRow("on one line") << QVector<QPoint>{{0, 0}, {100, 100}, {200, 200}, {1, 5}} << "3"
-                                     << "图像点 P1、P2、P3 共线";
-        QTest::newRow("equal") << QVector<QPoint>{{10, 10}, {10, 10}, {200, 20}, {1, 5}} << "3"
-                               << "P1 与 P2 重合";
-        QTest::newRow("all equal") << QVector<QPoint>{{10, 10}, {10, 10}, {10, 10}, {10, 10}} << "3"
-                                   << "P2 与 P3 重合";
-        QTest::newRow("beyond single precision") << good << "1e39"
-                                                 << "";
-        QTest::newRow("letters") << good << "x"
-                                 << "“x”不是数字";
-        QTest::newRow("outside") << QVector<QPoint>{{-5, 0}, {100, 0}, {0, 100}, {481, 3}} << "3"
-                                 << "P1, P4 在图像之外";
+        Table::of<QVector<QPoint>, QString, QString>(
+            {{"on one line", QVector<QPoint>{{0, 0}, {100, 100}, {200, 200}, {1, 5}}, "3", "图像点 P1、P2、P3 共线"},
+             {"equal", QVector<QPoint>{{10, 10}, {10, 10}, {200, 20}, {1, 5}}, "3", "P1 与 P2 重合"},
+             {"all equal", QVector<QPoint>{{10, 10}, {10, 10}, {10, 10}, {10, 10}}, "3", "P2 与 P3 重合"},
+             {"beyond single precision", good, "1e39", ""},
+             {"letters", good, "x", "“x”不是数字"},
+             {"outside", QVector<QPoint>{{-5, 0}, {100, 0}, {0, 100}, {481, 3}}, "3", "P1, P4 在图像之外"}});
     }
 
     void oddPointsAreStoredAsTheyComeAndComeBack()
     {
-        QFETCH(QVector<QPoint>, pixels);
-        QFETCH(QString, realP1X);
-        QFETCH(QString, warning);
+        const auto [pixels, realP1X, warning] = Table::row<QVector<QPoint>, QString, QString>();
         CalibrationBench bench;
         std::copy(pixels.cbegin(), pixels.cend(), bench.config()->stations[0].fourPoint.pixelPoints.begin());
         Session session;

@@ -1,5 +1,6 @@
 #include "CalibrationBench.h"
 #include "dialogs/calibration/ksImageCaliUI.h"
+#include "support/Table.h"
 
 #include <QFileDialog>
 #include <QSettings>
@@ -68,24 +69,17 @@ private slots:
         QCOMPARE(session.hand.get<QGroupBox>("CalibrationPanel")->title(), QStringLiteral("工位1相机视场标定"));
     }
 
-    void draggedPointsAndTypedLengthAreStored_data()
-    {
-        QTest::addColumn<int>("station");
-        QTest::newRow("station 1") << 1;
-        QTest::newRow("station 2") << 2;
-    }
+    void draggedPointsAndTypedLengthAreStored_data() { Table::of<int>({{"station 1", 1}, {"station 2", 2}}); }
 
     void draggedPointsAndTypedLengthAreStored()
     {
-        QFETCH(int, station);
+        const auto [station] = Table::row<int>();
         CalibrationBench bench;
         Session session;
         Markers markers(session.dialog, station);
-        QStringList audited;
-        connect(&session.dialog, &CalibrationDialog::calibrationApplied, [&audited](const AuditChanges& changes) {
-            for (const AuditChange& change : changes)
-                audited << change.name + ' ' + change.before + '>' + change.after;
-        });
+        AuditChanges audit;
+        connect(&session.dialog, &CalibrationDialog::calibrationApplied,
+                [&audit](const AuditChanges& changes) { audit += changes; });
         const QByteArray end = station == 2 ? "_2" : "";
         session.hand.press("m_pbLock" + end);
         markers.drag(QStringLiteral("P1"), {50, 60});
@@ -101,20 +95,16 @@ private slots:
         QCOMPARE(session.status("label_status" + end), QStringLiteral("参数已生效"));
 
         const QString n = QString::number(station);
-        QCOMPARE(audited.filter("_" + n).size(), 9);
-        QVERIFY2(audited.contains("StationScale_" + n + " 1>0.15"), qPrintable(audited.join(' ')));
+        QVERIFY2(listed(audit).contains("StationScale_" + n + ":1>0.15"), qPrintable(listed(audit)));
         session.hand.press("m_pbApply" + end);
-        QVERIFY2(audited.size() == 9, "applied again without a change");
+        QCOMPARE(audit.size(), 9); // the second time nothing has changed
         const QJsonObject file = bench.stored();
-        QCOMPARE(file.value("point1_x_" + n), QJsonValue(50));
-        QCOMPARE(file.value("point1_y_" + n), QJsonValue(60));
-        QCOMPARE(file.value("point2_x_" + n), QJsonValue(290));
-        QCOMPARE(file.value("point2_y_" + n), QJsonValue(240));
-        QCOMPARE(file.value("length_" + n), QJsonValue(45.0));
-        QCOMPARE(file.value("StationScale_" + n), QJsonValue(0.15));
-        QCOMPARE(file.value("StationXOffset_" + n), QJsonValue(12.5));
-        QCOMPARE(file.value("StationYOffset_" + n), QJsonValue(-3.25));
-        QCOMPARE(file.value("station_xytrans_" + n), QJsonValue(true));
+        const QVector<QPair<const char*, QJsonValue>> values{
+            {"point1_x_", 50},         {"point1_y_", 60},          {"point2_x_", 290},
+            {"point2_y_", 240},        {"length_", 45.0},          {"StationScale_", 0.15},
+            {"StationXOffset_", 12.5}, {"StationYOffset_", -3.25}, {"station_xytrans_", true}};
+        for (const auto& [key, value] : values)
+            QCOMPARE(file.value(key + n), value);
         const QString other = QString::number(3 - station);
         QCOMPARE(file.value("StationScale_" + other), QJsonValue(1.0));
         QCOMPARE(file.value("point2_x_" + other), QJsonValue(100));
@@ -128,31 +118,25 @@ private slots:
 
     void scaleComesFromTheShownTexts_data()
     {
-        QTest::addColumn<QPoint>("point2"); // point 1 is (0, 0)
-        QTest::addColumn<QString>("length");
-        QTest::addColumn<double>("scale");
-        QTest::addColumn<double>("storedLength");
-        QTest::newRow("3 and 4") << QPoint(3, 4) << "10" << 2.0 << 10.0;
-        // sqrt(100^2 + 72^2) = 123.2233744..., shown as 123.223
-        QTest::newRow("six digits count") << QPoint(100, 72) << "10" << 10.0 / 123.223 << 10.0;
-        QTest::newRow("no length") << QPoint(3, 4) << "" << 0.0 << 0.0;
-        QTest::newRow("equal points") << QPoint(0, 0) << "25" << 1.0 << 25.0;
-        QTest::newRow("equal points, no length") << QPoint(0, 0) << "0" << qQNaN() << 0.0;
-        QTest::newRow("letters") << QPoint(3, 4) << "ten" << 0.0 << 0.0;
-        QTest::newRow("comma") << QPoint(3, 4) << "10,5" << 0.0 << 0.0;
-        QTest::newRow("full-width digits") << QPoint(3, 4) << QStringLiteral("１０") << 0.0 << 0.0;
-        QTest::newRow("more than a number holds") << QPoint(3, 4) << "1e999" << 0.0 << 0.0;
-        QTest::newRow("infinity") << QPoint(3, 4) << "inf" << 0.0 << 0.0;
-        QTest::newRow("negative") << QPoint(3, 4) << "-10" << -2.0 << -10.0;
-        QTest::newRow("blanks around") << QPoint(3, 4) << " 10 " << 2.0 << 10.0;
+        // point 1 is (0, 0)
+        Table::of<QPoint, QString, double, double>({{"3 and 4", QPoint(3, 4), "10", 2.0, 10.0},
+                                                    // sqrt(100^2 + 72^2) = 123.2233744..., shown as 123.223
+                                                    {"six digits count", QPoint(100, 72), "10", 10.0 / 123.223, 10.0},
+                                                    {"no length", QPoint(3, 4), "", 0.0, 0.0},
+                                                    {"equal points", QPoint(0, 0), "25", 1.0, 25.0},
+                                                    {"equal points, no length", QPoint(0, 0), "0", qQNaN(), 0.0},
+                                                    {"letters", QPoint(3, 4), "ten", 0.0, 0.0},
+                                                    {"comma", QPoint(3, 4), "10,5", 0.0, 0.0},
+                                                    {"full-width digits", QPoint(3, 4), "１０", 0.0, 0.0},
+                                                    {"more than a number holds", QPoint(3, 4), "1e999", 0.0, 0.0},
+                                                    {"infinity", QPoint(3, 4), "inf", 0.0, 0.0},
+                                                    {"negative", QPoint(3, 4), "-10", -2.0, -10.0},
+                                                    {"blanks around", QPoint(3, 4), " 10 ", 2.0, 10.0}});
     }
 
     void scaleComesFromTheShownTexts()
     {
-        QFETCH(QPoint, point2);
-        QFETCH(QString, length);
-        QFETCH(double, scale);
-        QFETCH(double, storedLength);
+        const auto [point2, length, scale, storedLength] = Table::row<QPoint, QString, double, double>();
         CalibrationBench bench;
         bench.config()->stations[0].twoPoint.point2 = point2;
         Session session;
@@ -229,15 +213,14 @@ private slots:
 
     void unusableImageLeavesNoReference_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("text with a picture's suffix") << QByteArray("no picture");
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("the reference itself") << QByteArray("self");
+        Table::of<QByteArray>({{"text with a picture's suffix", "no picture"},
+                               {"empty", QByteArray()},
+                               {"the reference itself", "self"}});
     }
 
     void unusableImageLeavesNoReference()
     {
-        QFETCH(QByteArray, content);
+        const auto [content] = Table::row<QByteArray>();
         CalibrationBench bench;
         Session session;
         QString chosen = bench.home.path("/user/StandImage_1.jpg");
@@ -282,59 +265,47 @@ private slots:
     {
         CalibrationBench bench;
         Session session;
-        QVERIFY(QDir(bench.home.path("/user")).removeRecursively());
-        bench.home.write("/user", "a file where the folder should be");
+        bench.home.block();
         session.hand.press("m_pbApply");
         QVERIFY2(session.status().contains(QStringLiteral("未能保存")), qPrintable(session.status()));
         QCOMPARE(session.statusStyle(), kRefused);
         QCOMPARE(bench.config()->stations[0].twoPoint.length, 1000.0);
+        session.hand.press("m_pbExit");
+        QVERIFY(!session.dialog.isVisible());
     }
 
     void zoomIsRememberedForEachStation()
     {
         CalibrationBench bench;
         Session session;
-        Markers second(session.dialog, 2);
-        second.viewer().setImageScale(1.0);
-        Mouse(second.viewer()).wheel(240);
+        for (const int station : {2, 1}) {
+            ksImgViewer& viewer = Markers(session.dialog, station).viewer();
+            viewer.setImageScale(1.0);
+            Mouse(viewer).wheel(120 * station);
+        }
         const QSettings file(bench.home.path("/showImg.ini"), QSettings::IniFormat);
+        QCOMPARE(file.value("ShowImg/Scale_Standard_1").toDouble(), 1.1);
         QCOMPARE(file.value("ShowImg/Scale_Standard_2").toDouble(), 1.21);
-        QCOMPARE(file.allKeys(), QStringList{QStringLiteral("ShowImg/Scale_Standard_2")});
+        QCOMPARE(file.allKeys().size(), 2);
     }
 
     void warningsTellWhatIsOdd_data()
     {
-        QTest::addColumn<QPoint>("point2");
-        QTest::addColumn<QString>("length");
-        QTest::addColumn<QString>("warning");
-        QTest::newRow("good") << QPoint(100, 100) << "10"
-                              << "";
-        QTest::newRow("equal") << QPoint(0, 0) << "10"
-                               << "P1 与 P2 重合";
-        QTest::newRow("outside") << QPoint(480, 10) << "10"
-                                 << "P2 在图像之外";
-        QTest::newRow("no number") << QPoint(100, 100) << "1O"
-                                   << "“1O”不是数字，按 0 计算；两点实际距离应大于 0";
+        Table::of<QPoint, QString, QString>(
+            {{"good", QPoint(100, 100), "10", ""},
+             {"equal", QPoint(0, 0), "10", "P1 与 P2 重合"},
+             {"outside", QPoint(480, 10), "10", "P2 在图像之外"},
+             {"no number", QPoint(100, 100), "1O", "“1O”不是数字，按 0 计算；两点实际距离应大于 0"}});
     }
 
     void warningsTellWhatIsOdd()
     {
-        QFETCH(QPoint, point2);
-        QFETCH(QString, length);
-        QFETCH(QString, warning);
+        const auto [point2, length, warning] = Table::row<QPoint, QString, QString>();
         CalibrationBench bench;
         bench.config()->stations[0].twoPoint.point2 = point2;
         Session session;
         session.hand.type("m_lineEdit_Length", length);
         QCOMPARE(session.status("label_warning"), warning.isEmpty() ? QString() : QStringLiteral("⚠ ") + warning);
-    }
-
-    void exitCloses()
-    {
-        CalibrationBench bench;
-        Session session;
-        session.hand.press("m_pbExit");
-        QVERIFY(!session.dialog.isVisible());
     }
 };
 

@@ -1,6 +1,7 @@
 #include "config/ksSysConfig.h"
 #include "dialogs/DialogDriver.h"
 #include "dialogs/devices/QDeviceManagerUI.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <valvecell/ISerialPort.h>
@@ -99,15 +100,12 @@ private slots:
 
     void lineThatTellsNothing_data()
     {
-        QTest::addColumn<bool>("module");
-        QTest::addColumn<QString>("said");
-        QTest::newRow("no module") << false << "没有串口模块";
-        QTest::newRow("module without counters") << true << "不提供状态";
+        Table::of<bool, QString>(
+            {{"no module", false, "没有串口模块"}, {"module without counters", true, "不提供状态"}});
     }
     void lineThatTellsNothing()
     {
-        QFETCH(bool, module);
-        QFETCH(QString, said);
+        const auto [module, said] = Table::row<bool, QString>();
         Bench bench;
         bench.line.tells = false;
         bench.port = module ? &bench.line : nullptr;
@@ -118,14 +116,9 @@ private slots:
     void everyTextFollowsTheLanguageAndFits()
     {
         Bench bench;
-        QTRY_COMPARE(bench.hand.clipped(), QStringList());
-        bench.hand.shoot("devices-zh");
+        bench.hand.fits("devices-zh");
         const English english;
-        QTRY_COMPARE(bench.dialog.windowTitle(), "Devices");
-        QCOMPARE(bench.hand.chinese(), QStringList());
-        QTRY_COMPARE(bench.hand.clipped(), QStringList());
-        bench.hand.shoot("devices-en");
-        QVERIFY(bench.dialog.minimumSizeHint().width() <= 1240);
+        bench.hand.readsInEnglish("Devices", "devices-en");
     }
 };
 

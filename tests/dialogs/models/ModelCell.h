@@ -16,11 +16,14 @@ struct ModelCell
     {
         QDir().mkpath(home.path("/DBFiles"));
         library.createTable();
-        models = std::make_unique<ModelManager>(library, indices, QStringList{"工位1", "工位2"});
+        restart();
         QString error;
         models->addModel(QStringLiteral("五辐"), 1, &error);
         models->addModel(QStringLiteral("钢圈"), 2, &error);
     }
+
+    /// As a program that starts anew on the same library and tables.
+    void restart() { models = std::make_unique<ModelManager>(library, indices, QStringList{"工位1", "工位2"}); }
 
     /// "name=index" of every model of the library, calibrated ones with a '*'.
     QString listed() const
@@ -44,13 +47,5 @@ struct ModelCell
         for (auto it = table.begin(); it != table.end(); ++it)
             texts << QStringLiteral("%1=%2").arg(it.key()).arg(it.value());
         return texts.join(' ');
-    }
-
-    /// From now on no index table can be written.
-    void blockTables() const
-    {
-        QFile::remove(home.path("/user/plcIndex.json"));
-        QDir(home.path("/user")).removeRecursively();
-        home.write("/user", "a file where a folder is needed");
     }
 };

@@ -1,8 +1,9 @@
 #include "ModelCell.h"
-#include "StoreEngine.h"
 #include "dialogs/DialogDriver.h"
 #include "dialogs/fields/InlineMessage.h"
 #include "dialogs/models/QModelMangerUI.h"
+#include "support/FakeEngine.h"
+#include "support/Table.h"
 
 #include <QDialogButtonBox>
 #include <QFileDialog>
@@ -14,24 +15,30 @@ namespace {
 /// A model manager on a cell whose engine knows the model "五辐" in both solutions and "钢圈" in the first.
 struct Bench : ModelCell
 {
-    StoreEngine engine;
+    FakeEngine engine;
     std::unique_ptr<QModelMangerUI> dialog;
-    QStringList audit;
+    AuditChanges audit;
 
     explicit Bench(bool withEngine = true)
     {
-        for (const char* solution : {"工位1", "工位2"})
-            engine.solutions[solution]["五辐"] = parameters(812.5);
-        engine.solutions["工位1"]["钢圈"] = parameters(640);
+        engine.solutions = {{"工位1", {{"auto", {}}, {"五辐", parameters(812.5)}, {"钢圈", parameters(640)}}},
+                            {"工位2", {{"auto", {}}, {"五辐", parameters(812.5)}}}};
         dialog = std::make_unique<QModelMangerUI>(*models, withEngine ? &engine : nullptr);
-        QObject::connect(dialog.get(), &QModelMangerUI::modelsChanged, [this](const AuditChanges& changes) {
-            for (const AuditChange& change : changes)
-                audit << QStringLiteral("%1:%2>%3").arg(change.name, change.before, change.after);
-        });
+        QObject::connect(dialog.get(), &QModelMangerUI::modelsChanged,
+                         [this](const AuditChanges& changes) { audit += changes; });
         dialog->show();
     }
 
     static QVariantMap parameters(double rim) { return {{"rim_radius", rim}, {"taught", true}}; }
+
+    /// A model's rim radius in both solutions, "812.5|-": "-" where it has none.
+    QString rims(const QString& model) const
+    {
+        QStringList texts;
+        for (const auto& models : engine.solutions)
+            texts << (models.contains(model) ? models[model].value("rim_radius").toString() : "-");
+        return texts.join('|');
+    }
 
     DialogDriver driver() const { return DialogDriver(*dialog); }
     QModelEditUI& edit() const { return *dialog->findChild<QModelEditUI*>(); }
@@ -71,56 +78,24 @@ class ModelManagerUiTest : public QObject
 private slots:
     void wrongEntryIsToldWhileItIsTyped_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("index");
-        QTest::addColumn<QString>("problem");
-        QTest::newRow("nothing") << ""
-                                 << "3"
-                                 << "不能为空";
-        QTest::newRow("blanks") << "   "
-                                << "3"
-                                << "不能为空";
-        QTest::newRow("too long") << QString(61, QChar(0x8f6e)) << "3"
-                                  << "文字太长";
-        QTest::newRow("apostrophe") << "O'Neill"
-                                    << "3"
-                                    << "单引号";
-        QTest::newRow("path") << "..\\五辐"
-                              << "3"
-                              << "\\";
-        QTest::newRow("device") << "com1"
-                                << "3"
-                                << "文件夹名";
-        QTest::newRow("marker") << "100%1"
-                                << "3"
-                                << "百分号";
-        QTest::newRow("taken name") << "钢圈"
-                                    << "3"
-                                    << "已存在";
-        QTest::newRow("no index") << "新"
-                                  << ""
-                                  << "PLC索引：请输入数字";
-        QTest::newRow("letters") << "新"
-                                 << "three"
-                                 << "不是整数";
-        QTest::newRow("index 0") << "新"
-                                 << "0"
-                                 << "应在1到32767之间";
-        QTest::newRow("beyond a word") << "新"
-                                       << "32768"
-                                       << "应在1到32767之间";
-        QTest::newRow("taken index") << "新"
-                                     << "２"
-                                     << "已被型号钢圈使用";
-        QTest::newRow("full-width") << "１８寸轮毂"
-                                    << "１２"
-                                    << "";
+        Table::of<QString, QString, QString>({{"nothing", "", "3", "不能为空"},
+                                              {"blanks", "   ", "3", "不能为空"},
+                                              {"too long", QString(61, QChar(0x8f6e)), "3", "文字太长"},
+                                              {"apostrophe", "O'Neill", "3", "单引号"},
+                                              {"path", "..\\五辐", "3", "\\"},
+                                              {"device", "com1", "3", "文件夹名"},
+                                              {"marker", "100%1", "3", "百分号"},
+                                              {"taken name", "钢圈", "3", "已存在"},
+                                              {"no index", "新", "", "PLC索引：请输入数字"},
+                                              {"letters", "新", "three", "不是整数"},
+                                              {"index 0", "新", "0", "应在1到32767之间"},
+                                              {"beyond a word", "新", "32768", "应在1到32767之间"},
+                                              {"taken index", "新", "２", "已被型号钢圈使用"},
+                                              {"full-width", "１８寸轮毂", "１２", ""}});
     }
     void wrongEntryIsToldWhileItIsTyped()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, index);
-        QFETCH(QString, problem);
+        const auto [name, index, problem] = Table::row<QString, QString, QString>();
         Bench bench;
         bench.driver().press("addButton");
         bench.editDriver().type("nameEdit", name);
@@ -144,7 +119,7 @@ private slots:
         bench.editDriver().press("okButton");
         QCOMPARE(bench.listed(), "五辐=1 多辐=3* 钢圈=2");
         QCOMPARE(bench.stored("工位2"), "五辐=1 多辐=3 钢圈=2");
-        QCOMPARE(bench.audit, QStringList("model/多辐:>3"));
+        QCOMPARE(listed(bench.audit), "model/多辐:>3");
         QCOMPARE(bench.driver().message(), "已保存型号“多辐”");
         QCOMPARE(bench.driver().text<QLabel>("parameters"), "引擎中没有此型号的参数");
     }
@@ -158,7 +133,7 @@ private slots:
         bench.editDriver().press("calibratedBox");
         bench.editDriver().press("cancelButton");
         QCOMPARE(bench.listed(), "五辐=1 钢圈=2");
-        QCOMPARE(bench.engine.rims("五辐"), "812.5|812.5");
+        QCOMPARE(bench.rims("五辐"), "812.5|812.5");
         bench.driver().press("modifyButton");
         QCOMPARE(bench.editDriver().text("nameEdit"), "五辐");
         bench.editDriver().press("okButton");
@@ -175,10 +150,10 @@ private slots:
         bench.editDriver().press("calibratedBox");
         bench.editDriver().press("okButton");
         QCOMPARE(bench.listed(), "五辐17寸=9* 钢圈=2");
-        QCOMPARE(bench.engine.rims("五辐17寸"), "812.5|812.5");
-        QCOMPARE(bench.engine.rims("五辐"), "-|-");
-        QCOMPARE(bench.audit, QStringList({"model/五辐17寸/plcIndex:1>9", "model/五辐17寸/calibrated:false>true",
-                                           "model/五辐:五辐>五辐17寸"}));
+        QCOMPARE(bench.rims("五辐17寸"), "812.5|812.5");
+        QCOMPARE(bench.rims("五辐"), "-|-");
+        QCOMPARE(listed(bench.audit), "model/五辐17寸/plcIndex:1>9 model/五辐17寸/calibrated:false>true "
+                                      "model/五辐:五辐>五辐17寸");
     }
 
     void copyHasItsOwnParameters()
@@ -192,13 +167,12 @@ private slots:
         bench.editDriver().shoot("model-copy");
         bench.editDriver().press("okButton");
         QCOMPARE(bench.listed(), "五辐=1 五辐 2=3 钢圈=2");
-        QCOMPARE(bench.engine.rims("五辐 2"), "812.5|812.5");
+        QCOMPARE(bench.rims("五辐 2"), "812.5|812.5");
     }
 
     void whatFailsHalfwayIsUndone_data()
     {
-        QTest::addColumn<QByteArray>("button");
-        QTest::addColumn<QString>("trouble");
+        Table::columns<QByteArray, QString>();
         for (const char* button : {"copyButton", "modifyButton"}) {
             for (const char* trouble : {"engine stores half", "tables"})
                 QTest::addRow("%s, %s", button, trouble) << QByteArray(button) << QString(trouble);
@@ -207,8 +181,7 @@ private slots:
     }
     void whatFailsHalfwayIsUndone()
     {
-        QFETCH(QByteArray, button);
-        QFETCH(QString, trouble);
+        const auto [button, trouble] = Table::row<QByteArray, QString>();
         Bench bench;
         bench.engine.solutions["工位1"]["新名"] = Bench::parameters(77);
         bench.choose("五辐");
@@ -217,16 +190,16 @@ private slots:
         if (trouble == "engine stores half")
             bench.engine.unwritable = "工位2";
         else if (trouble == "engine removes half")
-            bench.engine.unremovable = "工位2";
+            bench.engine.undeletable = "工位2";
         else
-            bench.blockTables();
+            bench.home.block();
         bench.editDriver().press("okButton");
         QVERIFY(bench.edit().isVisible() && !bench.editDriver().message().isEmpty());
         QVERIFY(bench.editDriver().get<InlineMessage>("message")->tone() == Tone::Error);
         QCOMPARE(bench.listed(), "五辐=1 钢圈=2");
-        QCOMPARE(bench.engine.rims("五辐"), "812.5|812.5");
+        QCOMPARE(bench.rims("五辐"), "812.5|812.5");
         if (trouble != "engine removes half") // the engine that cannot remove keeps the new name, too
-            QCOMPARE(bench.engine.rims("新名"), "77|-");
+            QCOMPARE(bench.rims("新名"), "77|-");
         QVERIFY(bench.audit.isEmpty());
     }
 
@@ -242,14 +215,14 @@ private slots:
         bench.driver().press("removeButton");
         bench.driver().press("firstAnswer");
         QCOMPARE(bench.listed(), "钢圈=2");
-        QCOMPARE(bench.engine.rims("五辐"), "812.5|812.5");
+        QCOMPARE(bench.rims("五辐"), "812.5|812.5");
         bench.choose("钢圈");
         bench.driver().press("removeButton");
         bench.driver().press("secondAnswer");
-        QCOMPARE(bench.engine.rims("钢圈"), "-|-");
+        QCOMPARE(bench.rims("钢圈"), "-|-");
         QCOMPARE(bench.stored("工位1"), "");
         QCOMPARE(bench.driver().text<QLabel>("parameters"), "还没有型号");
-        QCOMPARE(bench.audit, QStringList({"model/五辐:1>", "model/钢圈:2>"}));
+        QCOMPARE(listed(bench.audit), "model/五辐:1> model/钢圈:2>");
     }
 
     void exportedModelComesBackExactly()
@@ -281,25 +254,20 @@ private slots:
 
     void badFileIsRefused_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("told");
         const QByteArray start = "{\"format\": \"valvecell-model\", \"version\": 1, \"name\": \"N\", \"plcIndex\": 5";
-        QTest::newRow("empty") << QByteArray() << "";
-        QTest::newRow("cut") << start << "line 1";
-        QTest::newRow("picture") << QByteArray("\x89PNG\r\n\x1a\n\0\0", 10) << "";
-        QTest::newRow("other JSON") << QByteArray("{\"name\": \"N\"}") << "不是型号文件";
-        QTest::newRow("newer") << QByteArray(start).replace("\"version\": 1", "\"version\": 2") + "}"
-                               << "版本";
-        QTest::newRow("no parameters") << start + "}"
-                                       << "参数部分有误";
-        QTest::newRow("nested") << start + ", \"parameters\": {\"工位1\": {\"rim_radius\": [1]}}}"
-                                << "参数部分有误";
-        QTest::newRow("endless") << QByteArray(1024 * 1024 + 1, ' ') << "文件太大";
+        Table::of<QByteArray, QString>(
+            {{"empty", QByteArray(), ""},
+             {"cut", start, "line 1"},
+             {"picture", QByteArray("\x89PNG\r\n\x1a\n\0\0", 10), ""},
+             {"other JSON", "{\"name\": \"N\"}", "不是型号文件"},
+             {"newer", QByteArray(start).replace("\"version\": 1", "\"version\": 2") + "}", "版本"},
+             {"no parameters", start + "}", "参数部分有误"},
+             {"nested", start + ", \"parameters\": {\"工位1\": {\"rim_radius\": [1]}}}", "参数部分有误"},
+             {"endless", QByteArray(1024 * 1024 + 1, ' '), "文件太大"}});
     }
     void badFileIsRefused()
     {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, told);
+        const auto [content, told] = Table::row<QByteArray, QString>();
         Bench bench;
         bench.home.write("/坏.json", content);
         bench.driver().press("importButton");
@@ -318,10 +286,11 @@ private slots:
                          "\"parameters\": {\"工位1\": {\"rim_radius\": 9}, \"工位2\": {\"rim_radius\": -1}}}");
         bench.driver().press("importButton");
         bench.giveFile(bench.home.path("/N.json"));
+        bench.engine.unwritable = "工位2";
         bench.editDriver().press("okButton");
-        QVERIFY(bench.editDriver().message().contains("工位2: rim_radius -1 refused"));
+        QVERIFY(bench.editDriver().message().contains("工位2: no space left"));
         QCOMPARE(bench.listed(), "五辐=1 钢圈=2");
-        QCOMPARE(bench.engine.rims("N"), "-|-");
+        QCOMPARE(bench.rims("N"), "-|-");
     }
 
     void modelRemovedInAnotherWindowWhileItIsEdited()
@@ -351,14 +320,18 @@ private slots:
         QCOMPARE(bench.listed(), "五辐=1 五辐 2=3 钢圈=2");
     }
 
-    void everyTextFollowsTheLanguage()
+    void everyTextFollowsTheLanguageAndFits()
     {
         Bench bench;
+        bench.models->setCurrentModel("钢圈");
+        bench.choose("五辐");
+        bench.driver().fits("models");
         QString error;
         QVERIFY(bench.models->addModel("W18", 4, &error));
         bench.engine.solutions = {{"S1", {{"W18", Bench::parameters(640)}}}};
         bench.choose("W18");
         bench.driver().press("modifyButton");
+        QTRY_COMPARE(bench.editDriver().clipped(), QStringList());
         bench.editDriver().type("indexEdit", "");
         const English english;
         QTRY_COMPARE(bench.edit().windowTitle(), "Modify model");
@@ -370,17 +343,6 @@ private slots:
         bench.editDriver().press("cancelButton");
         bench.driver().press("removeButton");
         bench.driver().shoot("models-en");
-    }
-
-    void nothingIsCutOff()
-    {
-        Bench bench;
-        bench.models->setCurrentModel("钢圈");
-        bench.choose("五辐");
-        QTRY_COMPARE(bench.driver().clipped(), QStringList());
-        bench.driver().shoot("models");
-        bench.driver().press("modifyButton");
-        QTRY_COMPARE(bench.editDriver().clipped(), QStringList());
     }
 };
 

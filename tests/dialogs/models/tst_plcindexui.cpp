@@ -1,6 +1,7 @@
 #include "ModelCell.h"
 #include "dialogs/DialogDriver.h"
 #include "dialogs/models/QPlcIndexUI.h"
+#include "support/Table.h"
 
 #include <QTableView>
 
@@ -11,15 +12,13 @@ struct Bench : ModelCell
     QPlcIndexUI dialog{*models, indices};
     DialogDriver driver{dialog};
     QTableView* table = driver.get<QTableView>("table");
-    QStringList audit;
+    AuditChanges audit;
 
     Bench()
     {
         dialog.setStations({QStringLiteral("工位1"), QStringLiteral("工位2")});
-        QObject::connect(&dialog, &QPlcIndexUI::tablesApplied, [this](const AuditChanges& changes) {
-            for (const AuditChange& change : changes)
-                audit << QStringLiteral("%1:%2>%3").arg(change.name, change.before, change.after);
-        });
+        QObject::connect(&dialog, &QPlcIndexUI::tablesApplied,
+                         [this](const AuditChanges& changes) { audit += changes; });
         dialog.show();
     }
 
@@ -70,29 +69,18 @@ class PlcIndexUiTest : public QObject
 private slots:
     void wrongIndexIsToldWhileItIsTyped_data()
     {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("problem");
-        QTest::newRow("letters") << "1a"
-                                 << "工位2，五辐：“1a”不是整数";
-        QTest::newRow("zero") << "0"
-                              << "应在1到32767之间";
-        QTest::newRow("negative") << "-3"
-                                  << "应在1到32767之间";
-        QTest::newRow("beyond a word") << "32768"
-                                       << "应在1到32767之间";
-        QTest::newRow("wraps 32 bits") << "4294967299"
-                                       << "应在1到32767之间";
-        QTest::newRow("apostrophe") << "3'"
-                                    << "不是整数";
-        QTest::newRow("full-width") << "１２"
-                                    << "";
-        QTest::newRow("largest") << "32767"
-                                 << "";
+        Table::of<QString, QString>({{"letters", "1a", "工位2，五辐：“1a”不是整数"},
+                                     {"zero", "0", "应在1到32767之间"},
+                                     {"negative", "-3", "应在1到32767之间"},
+                                     {"beyond a word", "32768", "应在1到32767之间"},
+                                     {"wraps 32 bits", "4294967299", "应在1到32767之间"},
+                                     {"apostrophe", "3'", "不是整数"},
+                                     {"full-width", "１２", ""},
+                                     {"largest", "32767", ""}});
     }
     void wrongIndexIsToldWhileItIsTyped()
     {
-        QFETCH(QString, typed);
-        QFETCH(QString, problem);
+        const auto [typed, problem] = Table::row<QString, QString>();
         Bench bench;
         QLineEdit* editor = bench.type("五辐", 2, typed);
         QCOMPARE(editor->text(), typed);
@@ -115,7 +103,7 @@ private slots:
         QCOMPARE(bench.stored("工位1"), "五辐=1");
         QCOMPARE(bench.stored("工位2"), "五辐=20 钢圈=2");
         QCOMPARE(bench.indices.modelOf("工位2", 20), "五辐");
-        QCOMPARE(bench.audit, QStringList({"plcIndex/工位1/钢圈:2>", "plcIndex/工位2/五辐:1>20"}));
+        QCOMPARE(listed(bench.audit), "plcIndex/工位1/钢圈:2> plcIndex/工位2/五辐:1>20");
         QVERIFY(!bench.driver.canPress("applyButton"));
     }
 
@@ -205,7 +193,7 @@ private slots:
     {
         Bench bench;
         bench.enter("五辐", 1, "9");
-        bench.blockTables();
+        bench.home.block();
         bench.driver.press("okButton");
         if (!bench.driver.question().isEmpty())
             bench.driver.press("firstAnswer");
@@ -218,13 +206,11 @@ private slots:
 
     void handEditedFileIsToldBeforeItIsOverwritten_data()
     {
-        QTest::addColumn<bool>("take");
-        QTest::newRow("overwritten") << false;
-        QTest::newRow("taken") << true;
+        Table::of<bool>({{"overwritten", false}, {"taken", true}});
     }
     void handEditedFileIsToldBeforeItIsOverwritten()
     {
-        QFETCH(bool, take);
+        const auto [take] = Table::row<bool>();
         Bench bench;
         const QByteArray edited = bench.home.read("/user/plcIndex.json").replace("\"PlcIndex\": 2", "\"PlcIndex\": 22");
         bench.home.write("/user/plcIndex.json", edited);
@@ -254,24 +240,15 @@ private slots:
         QCOMPARE(bench.table->model()->columnCount(), 1);
     }
 
-    void everyTextFollowsTheLanguage()
+    void everyTextFollowsTheLanguageAndFits()
     {
         Bench bench;
+        bench.driver.fits("plcindex");
         bench.enter("五辐", 1, "7x");
         const English english;
-        QTRY_COMPARE(bench.dialog.windowTitle(), "PLC index table");
-        QCOMPARE(bench.driver.message(), "工位1, 五辐: “7x” is no whole number");
-        QCOMPARE(bench.driver.chinese(), QStringList(bench.driver.get<QLabel>("message")->text()));
+        QTRY_COMPARE(bench.driver.message(), "工位1, 五辐: “7x” is no whole number");
         QCOMPARE(bench.text("五辐", 1), "7x");
-        QTRY_COMPARE(bench.driver.clipped(), QStringList());
-        bench.driver.shoot("plcindex-en");
-    }
-
-    void nothingIsCutOff()
-    {
-        Bench bench;
-        QTRY_COMPARE(bench.driver.clipped(), QStringList());
-        bench.driver.shoot("plcindex");
+        bench.driver.readsInEnglish("PLC index table", "plcindex-en", {bench.driver.text<QLabel>("message")});
     }
 };
 

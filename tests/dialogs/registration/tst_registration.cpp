@@ -1,6 +1,7 @@
 #include "dialogs/DialogDriver.h"
 #include "dialogs/registration/QCryptokeyUI.h"
 #include "licence/Vendor.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <QClipboard>
@@ -57,6 +58,8 @@ private slots:
         QVERIFY(desk.driver.message("state").startsWith("未注册"));
         QVERIFY(!desk.driver.canPress("registerButton"));
         desk.driver.shoot("registration-unregistered");
+        desk.dialog.openFile(desk.home.path("/不存在.lic"));
+        QVERIFY2(desk.driver.message().contains("不存在.lic"), qPrintable(desk.driver.message()));
         desk.driver.press("copyButton");
         QCOMPARE(QGuiApplication::clipboard()->text(), Vendor::machine());
         const QByteArray licence = m_vendor.issue();
@@ -74,31 +77,29 @@ private slots:
 
     void refusedFileIsToldAndLeavesTheGoodLicenceAlone_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("told");
         const auto with = [this](const std::function<void(Licence&)>& change) {
             Licence licence = Vendor::licence();
             change(licence);
             return m_vendor.issue(licence);
         };
         const QByteArray good = m_vendor.issue();
-        QTest::newRow("text altered") << QByteArray(good).replace("2027", "2099") << "被改动过";
-        QTest::newRow("line feed altered") << QByteArray(good).replace("\nstations", "\rstations") << "被改动过";
-        QTest::newRow("cut off") << good.chopped(20) << "被改动过";
-        QTest::newRow("byte that is no text") << QByteArray(good).replace("2027", "20\xFF\x37") << "被改动过";
-        QTest::newRow("expired") << with([](Licence& l) { l.issued = l.expires = Vendor::today().addDays(-1); })
-                                 << "已于2026-11-20到期";
-        QTest::newRow("other machine") << with([](Licence& l) { l.machine = MachineCode::of("B"); })
-                                       << MachineCode::of("B");
-        QTest::newRow("one station") << with([](Licence& l) { l.stations = 1; }) << "只包含1个工位";
-        QTest::newRow("clock set back") << with([](Licence& l) { l.issued = Vendor::today().addDays(30); }) << "时钟";
-        QTest::newRow("picture") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0", 11) << "不是授权文件";
-        QTest::newRow("endless") << good + QByteArray(100000, 'x') << "不是授权文件";
+        const QDate today = Vendor::today();
+        const QString other = MachineCode::of("B");
+        Table::of<QByteArray, QString>(
+            {{"text altered", QByteArray(good).replace("2027", "2099"), "被改动过"},
+             {"line feed altered", QByteArray(good).replace("\nstations", "\rstations"), "被改动过"},
+             {"cut off", good.chopped(20), "被改动过"},
+             {"byte that is no text", QByteArray(good).replace("2027", "20\xFF\x37"), "被改动过"},
+             {"expired", with([&](Licence& l) { l.issued = l.expires = today.addDays(-1); }), "已于2026-11-20到期"},
+             {"other machine", with([&](Licence& l) { l.machine = other; }), other},
+             {"one station", with([](Licence& l) { l.stations = 1; }), "只包含1个工位"},
+             {"clock set back", with([&](Licence& l) { l.issued = today.addDays(30); }), "时钟"},
+             {"picture", QByteArray("\x89PNG\r\n\x1a\n\0\0\0", 11), "不是授权文件"},
+             {"endless", good + QByteArray(100000, 'x'), "不是授权文件"}});
     }
     void refusedFileIsToldAndLeavesTheGoodLicenceAlone()
     {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, told);
+        const auto [content, told] = Table::row<QByteArray, QString>();
         Desk desk(m_vendor);
         desk.open(m_vendor.issue());
         desk.driver.press("registerButton");
@@ -114,23 +115,13 @@ private slots:
         desk.driver.shoot("registration-refused");
     }
 
-    void missingFileIsTold()
-    {
-        Desk desk(m_vendor);
-        desk.dialog.openFile(desk.home.path("/不存在.lic"));
-        QVERIFY2(desk.driver.message().contains("不存在.lic"), qPrintable(desk.driver.message()));
-    }
-
     void everyTextIsThereInEnglish()
     {
         Desk desk(m_vendor);
         const English english;
-        QVERIFY(english);
         QCoreApplication::sendPostedEvents();
         desk.paste(m_vendor.issue());
-        QCOMPARE(desk.driver.chinese(), QStringList(desk.driver.get<QLabel>("message")->text()));
-        QTRY_COMPARE(desk.driver.clipped(), QStringList());
-        desk.driver.shoot("registration-english");
+        desk.driver.readsInEnglish("Registration", "registration-english", {desk.driver.text<QLabel>("message")});
     }
 };
 

@@ -4,6 +4,7 @@
 #include "dialogs/DialogDriver.h"
 #include "dialogs/fields/ChoiceBox.h"
 #include "dialogs/settings/QSystemSettingUI.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <QSettings>
@@ -55,14 +56,6 @@ struct Bench
     QByteArray files() const { return home.read(kIni) + home.read(kJson); }
 };
 
-QString listed(const AuditChanges& changes)
-{
-    QStringList texts;
-    for (const AuditChange& change : changes)
-        texts << QStringLiteral("%1:%2>%3").arg(change.name, change.before, change.after);
-    return texts.join(' ');
-}
-
 } // namespace
 
 class SystemSettingsTest : public QObject
@@ -72,40 +65,24 @@ class SystemSettingsTest : public QObject
 private slots:
     void wrongFieldIsToldWhileItIsTyped_data()
     {
-        QTest::addColumn<QByteArray>("field");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("problem");
-        QTest::newRow("nothing") << QByteArray("filterEdit") << ""
-                                 << "触发过滤时间：请输入数字";
-        QTest::newRow("letters") << QByteArray("filterEdit") << "1O00"
-                                 << "“1O00”不是整数";
-        QTest::newRow("decimals") << QByteArray("daysEdit") << "7.5"
-                                  << "图像保留天数：“7.5”不是整数";
-        QTest::newRow("negative") << QByteArray("burstEdit") << "-1"
-                                  << "应在0到1000之间";
-        QTest::newRow("too much") << QByteArray("daysEdit") << "36501"
-                                  << "应在1到36500之间";
-        QTest::newRow("wraps 32 bits") << QByteArray("baudEdit") << "4294967297"
-                                       << "应在1到10000000之间";
-        QTest::newRow("wraps 64 bits") << QByteArray("spaceEdit") << "99999999999999999999999"
-                                       << "应在0到1000000之间";
-        QTest::newRow("no port") << QByteArray("portEdit") << "  "
-                                 << "串口端口：不能为空";
-        QTest::newRow("port with an apostrophe") << QByteArray("portEdit") << "COM'3"
-                                                 << "单引号";
-        QTest::newRow("endless port") << QByteArray("portEdit") << QString(251, 'x') << "文字太长";
-        QTest::newRow("port of Linux") << QByteArray("portEdit") << "/dev/serial/by-id/usb-串口"
-                                       << "";
-        QTest::newRow("full-width digits") << QByteArray("filterEdit") << "１５００"
-                                           << "";
-        QTest::newRow("filter off") << QByteArray("filterEdit") << "0"
-                                    << "";
+        Table::of<QByteArray, QString, QString>(
+            {{"nothing", "filterEdit", "", "触发过滤时间：请输入数字"},
+             {"letters", "filterEdit", "1O00", "“1O00”不是整数"},
+             {"decimals", "daysEdit", "7.5", "图像保留天数：“7.5”不是整数"},
+             {"negative", "burstEdit", "-1", "应在0到1000之间"},
+             {"too much", "daysEdit", "36501", "应在1到36500之间"},
+             {"wraps 32 bits", "baudEdit", "4294967297", "应在1到10000000之间"},
+             {"wraps 64 bits", "spaceEdit", "99999999999999999999999", "应在0到1000000之间"},
+             {"no port", "portEdit", "  ", "串口端口：不能为空"},
+             {"port with an apostrophe", "portEdit", "COM'3", "单引号"},
+             {"endless port", "portEdit", QString(251, 'x'), "文字太长"},
+             {"port of Linux", "portEdit", "/dev/serial/by-id/usb-串口", ""},
+             {"full-width digits", "filterEdit", "１５００", ""},
+             {"filter off", "filterEdit", "0", ""}});
     }
     void wrongFieldIsToldWhileItIsTyped()
     {
-        QFETCH(QByteArray, field);
-        QFETCH(QString, typed);
-        QFETCH(QString, problem);
+        const auto [field, typed, problem] = Table::row<QByteArray, QString, QString>();
         Bench bench;
         const QByteArray before = bench.files();
         bench.driver.type(field, typed);
@@ -174,13 +151,8 @@ private slots:
         bench.dialog.show();
         QCOMPARE(bench.driver.text("daysEdit"), "7");
         QVERIFY(!bench.driver.isChecked("onlineCheck"));
-    }
-
-    void okWithoutEditsWritesNothing()
-    {
-        Bench bench;
         QFile::remove(bench.home.path(kJson));
-        bench.driver.press("okButton");
+        bench.driver.press("okButton"); // without an edit nothing is written
         QVERIFY(!bench.dialog.isVisible() && bench.applied.isEmpty());
         QVERIFY(!QFile::exists(bench.home.path(kJson)));
     }
@@ -255,15 +227,10 @@ private slots:
         QCOMPARE(applied, "CheckThread/days_dir:30>60");
     }
 
-    void unwritableFilesChangeNothing_data()
-    {
-        QTest::addColumn<bool>("bothFiles");
-        QTest::newRow("neither file") << true;
-        QTest::newRow("only the second") << false;
-    }
+    void unwritableFilesChangeNothing_data() { Table::of<bool>({{"neither file", true}, {"only the second", false}}); }
     void unwritableFilesChangeNothing()
     {
-        QFETCH(bool, bothFiles);
+        const auto [bothFiles] = Table::row<bool>();
         Bench bench;
         bench.driver.type("daysEdit", "14");
         bench.driver.press("onlineCheck");
@@ -287,28 +254,18 @@ private slots:
 
     void handEditedFileIsToldBeforeItIsOverwritten_data()
     {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QByteArray>("from");
-        QTest::addColumn<QByteArray>("to");
-        QTest::addColumn<QString>("told");
-        QTest::newRow("setting") << kJson << QByteArray("\"trigerFilter\": 1000")
-                                 << QByteArray("\"trigerFilter\": 2000")
-                                 << "globalConfig.json 已被改动：trigerFilter 1000 → 2000";
-        QTest::newRow("port") << kIni << QByteArray("Port=COM3") << QByteArray("Port=COM8")
-                              << "systemConfig.ini 已被改动：COM/Port COM3 → COM8";
-        QTest::newRow("calibration") << kJson << QByteArray("\"StationScale_2\": 1")
-                                     << QByteArray("\"StationScale_2\": 3") << "标定数据";
-        QTest::newRow("damaged") << kJson << QByteArray("\"onlineMode\": false,") << QByteArray("\"onlineMode\": tru,")
-                                 << "无法读取";
-        QTest::newRow("model of the running station") << kJson << QByteArray("\"station_runModel_1\": \"\"")
-                                                      << QByteArray("\"station_runModel_1\": \"W18\"") << "";
+        Table::of<QByteArray, QByteArray, QByteArray, QString>(
+            {{"setting", kJson, "\"trigerFilter\": 1000", "\"trigerFilter\": 2000",
+              "globalConfig.json 已被改动：trigerFilter 1000 → 2000"},
+             {"port", kIni, "Port=COM3", "Port=COM8", "systemConfig.ini 已被改动：COM/Port COM3 → COM8"},
+             {"calibration", kJson, "\"StationScale_2\": 1", "\"StationScale_2\": 3", "标定数据"},
+             {"damaged", kJson, "\"onlineMode\": false,", "\"onlineMode\": tru,", "无法读取"},
+             {"model of the running station", kJson, "\"station_runModel_1\": \"\"", "\"station_runModel_1\": \"W18\"",
+              ""}});
     }
     void handEditedFileIsToldBeforeItIsOverwritten()
     {
-        QFETCH(QByteArray, file);
-        QFETCH(QByteArray, from);
-        QFETCH(QByteArray, to);
-        QFETCH(QString, told);
+        const auto [file, from, to, told] = Table::row<QByteArray, QByteArray, QByteArray, QString>();
         Bench bench;
         const QByteArray edited = bench.home.read(file).replace(from, to);
         QVERIFY(edited.contains(to));
@@ -347,29 +304,18 @@ private slots:
         QCOMPARE(bench.system.cleanDays, 7);
     }
 
-    void everyTextFollowsTheLanguage()
+    void everyTextFollowsTheLanguageAndFits()
     {
         Bench bench;
+        bench.driver.fits("settings-zh");
+        QVERIFY2(bench.dialog.minimumSizeHint().height() <= 740, "does not fit a screen of 1280 x 800");
         bench.driver.type("daysEdit", "x");
         bench.driver.type("filterEdit", "7");
         const English english;
-        QVERIFY(english);
-        QTRY_COMPARE(bench.dialog.windowTitle(), "System settings");
-        QCOMPARE(bench.driver.chinese(), QStringList());
+        bench.driver.readsInEnglish("System settings", "settings-en");
         QCOMPARE(bench.driver.message(), "Days to keep images: “x” is no whole number");
         QCOMPARE(bench.driver.get<ChoiceBox>("cameraBox1")->itemText(0), "(none)");
         QCOMPARE(bench.driver.text("filterEdit"), "7");
-        QTRY_COMPARE(bench.driver.clipped(), QStringList());
-        QVERIFY(bench.dialog.minimumSizeHint().width() <= 1240);
-        bench.driver.shoot("settings-en");
-    }
-
-    void nothingIsCutOff()
-    {
-        Bench bench;
-        QTRY_COMPARE(bench.driver.clipped(), QStringList());
-        const QSize wanted = bench.dialog.minimumSizeHint();
-        QVERIFY2(wanted.width() <= 1240 && wanted.height() <= 740, "does not fit a screen of 1280 x 800");
     }
 };
 

@@ -31,7 +31,8 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
     bool hasTeacher = false;
     bool hasTrial = false;
     QString refusal;     ///< what every change answers while it is not empty
-    QString undeletable; ///< a model that cannot be removed
+    QString unwritable;  ///< a solution that stores nothing
+    QString undeletable; ///< a model that cannot be removed, or a solution that removes none
     std::vector<Task> tasks;
     QVariantMap proposal; ///< what teaching answers; empty: it fails with `refusal`
     QVector<QPointF> taughtPoints;
@@ -122,14 +123,14 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
     bool saveModel(const QString& solution, const QString& model, const QVariantMap& parameters,
                    QString* error) override
     {
-        *error = refusal;
-        if (refusal.isEmpty())
+        *error = solution == unwritable ? solution + QStringLiteral(": no space left") : refusal;
+        if (error->isEmpty())
             solutions[solution][model] = parameters;
-        return refusal.isEmpty();
+        return error->isEmpty();
     }
     bool removeModel(const QString& solution, const QString& model, QString* error) override
     {
-        if (model == undeletable) {
+        if (model == undeletable || solution == undeletable) {
             *error = QStringLiteral("%1: Permission denied").arg(model);
             return false;
         }

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QInputMethodEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QtTest>
+
+/// Operates a window by the names of its controls, with real clicks and keys.
+class Hand
+{
+public:
+    virtual ~Hand() = default;
+
+    template <typename Widget>
+    Widget* get(const char* name) const
+    {
+        auto* found = window().findChild<Widget*>(QLatin1String(name));
+        if (!found)
+            qFatal("no control %s", name);
+        return found;
+    }
+
+    void press(const char* name) const
+    {
+        auto* button = get<QAbstractButton>(name);
+        // Near the left end: a check box may be wider than what can be clicked.
+        QTest::mouseClick(button, Qt::LeftButton, {}, {8, button->height() / 2});
+    }
+    bool canPress(const char* button) const { return get<QAbstractButton>(button)->isEnabled(); }
+    bool isChecked(const char* box) const { return get<QAbstractButton>(box)->isChecked(); }
+
+    void type(const char* field, const QString& text) const
+    {
+        auto* edit = get<QLineEdit>(field);
+        edit->setFocus();
+        edit->selectAll();
+        QTest::keyClick(edit, Qt::Key_Delete);
+        QInputMethodEvent typed; // letters of any script, as they come from an input method
+        typed.setCommitString(text);
+        QCoreApplication::sendEvent(edit, &typed);
+    }
+    template <typename Widget = QLineEdit>
+    QString text(const char* name) const
+    {
+        return get<Widget>(name)->text();
+    }
+
+protected:
+    virtual QWidget& window() const = 0;
+};
