@@ -1,10 +1,9 @@
-#include "config/IniFile.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "support/Table.h"
 #include "support/TempHome.h"
 
-#include <QJsonArray>
+#include <QSettings>
 
 #include <cmath>
 #include <limits>
@@ -206,18 +205,6 @@ private slots:
         QVERIFY(config.save());
         QCOMPARE(home.keptAside(kSystem).size(), 1);
         QCOMPARE(home.read("/user/" + home.keptAside(kSystem).first()), content);
-    }
-
-    void zoomOfOneViewerLeavesTheOtherAlone()
-    {
-        const TempHome home;
-        saveViewerScale("ScaleA", 0.5);
-        saveViewerScale("ScaleB", 0.25);
-        saveViewerScale("ScaleB", 1.331);
-        const QSettings file(home.path("/showImg.ini"), QSettings::IniFormat);
-        QCOMPARE(file.value("ShowImg/ScaleA").toDouble(), 0.5);
-        QCOMPARE(file.value("ShowImg/ScaleB").toDouble(), 1.331);
-        QCOMPARE(file.allKeys().size(), 2);
     }
 };
 

@@ -171,38 +171,26 @@ private slots:
 
     void detectionQueriesAreComposedByteForByte_data()
     {
-        Table::columns<QVariantMap, QString>();
-        const auto with = [](int type, int count, const QVariantMap& more = {}) {
-            QVariantMap map{{"Type", type}, {"Count", count}, {"time1", "a"}, {"time2", "b"}};
-            for (auto it = more.cbegin(); it != more.cend(); ++it)
-                map[it.key()] = it.value();
-            return map;
-        };
-        QTest::newRow("0") << with(0, 0) << "select * from zdtable where time ='a'";
-        QTest::newRow("0 count") << with(0, 1) << "select count(*) from zdtable where time ='a'";
-        QTest::newRow("1") << with(1, 0, {{"name", "W18"}})
-                           << "select * from zdtable where time >'a' and time < 'b' and model='W18'";
-        QTest::newRow("2") << with(2, 0, {{"CheckType", "x"}})
-                           << "select * from zdtable where time >'a' and time < 'b'";
-        QTest::newRow("2 models") << with(2, 0, {{"CheckType", "Count"}})
-                                  << "select model from zdtable where time >'a' and time < 'b'";
-        QTest::newRow("2 count") << with(2, 1, {{"CheckType", "Count"}})
-                                 << "select count(*) from zdtable where time >'a' and time < 'b'";
-        QTest::newRow("3")
-            << with(3, 0, {{"logType", 2}})
-            << "select * from warningtable where time >'a' and time < 'b' and class = '2' order by time desc ";
-        QTest::newRow("3 count") << with(3, 1, {{"logType", 2}})
-                                 << "select count(*) from warningtable where time >'a' and time < 'b' and class = '2' "
-                                    "order by time desc ";
-        QTest::newRow("4 models") << with(4, 0, {{"CheckType", "Count"}})
-                                  << "select model from zdtable where time >'a' and time < 'b'";
-        QTest::newRow("5") << with(5, 0) << "";
-        QTest::newRow("none") << QVariantMap() << "";
+        const QString between = " where time >'a' and time < 'b'";
+        const QString warnings = " from warningtable" + between + " and class = '2' order by time desc ";
+        Table::of<int, int, QString, QString>({{"0", 0, 0, "", "select * from zdtable where time ='a'"},
+                                               {"0 count", 0, 1, "", "select count(*) from zdtable where time ='a'"},
+                                               {"1", 1, 0, "", "select * from zdtable" + between + " and model='W18'"},
+                                               {"2", 2, 0, "x", "select * from zdtable" + between},
+                                               {"2 models", 2, 0, "Count", "select model from zdtable" + between},
+                                               {"2 count", 2, 1, "Count", "select count(*) from zdtable" + between},
+                                               {"3", 3, 0, "", "select *" + warnings},
+                                               {"3 count", 3, 1, "", "select count(*)" + warnings},
+                                               {"4 models", 4, 0, "Count", "select model from zdtable" + between},
+                                               {"5", 5, 0, "", ""}});
     }
     void detectionQueriesAreComposedByteForByte()
     {
-        const auto [parameters, sql] = Table::row<QVariantMap, QString>();
+        const auto [type, count, check, sql] = Table::row<int, int, QString, QString>();
+        const QVariantMap parameters{{"Type", type}, {"Count", count}, {"CheckType", check}, {"name", "W18"},
+                                     {"logType", 2}, {"time1", "a"},   {"time2", "b"}};
         QCOMPARE(DetectDataDB::buildQuery(parameters), sql);
+        QCOMPARE(DetectDataDB::buildQuery({}), QString());
     }
 
     void detectionRecordKeepsItsPicture()

@@ -1,5 +1,6 @@
 #include "Resources.h"
 #include "support/Mouse.h"
+#include "support/Table.h"
 #include "viewer/RoiCursors.h"
 #include "viewer/RoiImgViewer.h"
 #include "viewer/RotatedRectRoi.h"
@@ -48,22 +49,13 @@ class RoiTest : public QObject
 private slots:
     void initTestCase() { initResources(); }
 
-    void cursorOffsetFollowsTheRotation_data()
-    {
-        QTest::addColumn<double>("rotation");
-        QTest::addColumn<int>("offset");
-        const QVector<QPair<double, int>> rows{{0, 0},   {22.5, 0},  {22.6, 1},  {30, 1},  {67.5, 1}, {67.6, 2},
-                                               {180, 4}, {337.4, 7}, {337.5, 0}, {350, 0}, {-90, 6},  {-10, 0},
-                                               {390, 1}, {-450, 6},  {292.5, 6}, {315, 7}, {292.6, 7}};
-        for (const auto& row : rows)
-            QTest::newRow(QByteArray::number(row.first)) << row.first << row.second;
-    }
-
     void cursorOffsetFollowsTheRotation()
     {
-        QFETCH(double, rotation);
-        QFETCH(int, offset);
-        QCOMPARE(RoiCursors::rotationOffset(rotation), offset);
+        const QVector<QPair<double, int>> offsets{{0, 0},   {22.5, 0},  {22.6, 1},  {30, 1},  {67.5, 1}, {67.6, 2},
+                                                  {180, 4}, {337.4, 7}, {337.5, 0}, {350, 0}, {-90, 6},  {-10, 0},
+                                                  {390, 1}, {-450, 6},  {292.5, 6}, {315, 7}, {292.6, 7}};
+        for (const auto& [rotation, offset] : offsets)
+            QVERIFY2(RoiCursors::rotationOffset(rotation) == offset, QByteArray::number(rotation));
     }
 
     void rotationCursorsAreEightPictures()
@@ -156,21 +148,17 @@ private slots:
 
     void handleResizesAndTheOppositeSideStays_data()
     {
-        QTest::addColumn<QPoint>("handle");
-        QTest::addColumn<QPoint>("to");
-        QTest::addColumn<QRectF>("rect");
-        QTest::newRow("right") << QPoint(300, 150) << QPoint(340, 199) << QRectF(100, 100, 240, 100);
-        QTest::newRow("lower right") << QPoint(300, 200) << QPoint(320, 260) << QRectF(100, 100, 220, 160);
-        QTest::newRow("upper left") << QPoint(100, 100) << QPoint(60, 80) << QRectF(60, 80, 240, 120);
-        QTest::newRow("never turned inside out") << QPoint(200, 100) << QPoint(200, 390) << QRectF(100, 199, 200, 1);
-        QTest::newRow("body moves") << QPoint(200, 150) << QPoint(210, 170) << QRectF(110, 120, 200, 100);
+        Table::of<QPoint, QPoint, QRectF>(
+            {{"right", QPoint(300, 150), QPoint(340, 199), QRectF(100, 100, 240, 100)},
+             {"lower right", QPoint(300, 200), QPoint(320, 260), QRectF(100, 100, 220, 160)},
+             {"upper left", QPoint(100, 100), QPoint(60, 80), QRectF(60, 80, 240, 120)},
+             {"never turned inside out", QPoint(200, 100), QPoint(200, 390), QRectF(100, 199, 200, 1)},
+             {"body moves", QPoint(200, 150), QPoint(210, 170), QRectF(110, 120, 200, 100)}});
     }
 
     void handleResizesAndTheOppositeSideStays()
     {
-        QFETCH(QPoint, handle);
-        QFETCH(QPoint, to);
-        QFETCH(QRectF, rect);
+        const auto [handle, to, rect] = Table::row<QPoint, QPoint, QRectF>();
         Setup setup;
         setup.viewer.addRectRoi({100, 100, 200, 100}, Qt::magenta, Qt::green, QStringLiteral("R"));
         setup.viewer.showRoiHandles();
@@ -206,36 +194,19 @@ private slots:
         QCOMPARE(roi->info().center, QPointF(200, 220));
     }
 
-    void sectorsLieAroundTheCentre_data()
-    {
-        QTest::addColumn<QPointF>("at");
-        QTest::addColumn<int>("sector");
-        QTest::newRow("right") << QPointF(10, 1) << 0;
-        QTest::newRow("lower right") << QPointF(10, 9) << 1;
-        QTest::newRow("below") << QPointF(0, 10) << 2;
-        QTest::newRow("left") << QPointF(-10, -1) << 4;
-        QTest::newRow("above") << QPointF(1, -10) << 6;
-        QTest::newRow("upper right") << QPointF(10, -10) << 7;
-    }
-
     void sectorsLieAroundTheCentre()
     {
-        QFETCH(QPointF, at);
-        QFETCH(int, sector);
-        QCOMPARE(RotatedRectRoi::sectorOf(at), sector);
+        const QVector<QPair<QPointF, int>> sectors{{{10, 1}, 0},   {{10, 9}, 1},  {{0, 10}, 2},
+                                                   {{-10, -1}, 4}, {{1, -10}, 6}, {{10, -10}, 7}};
+        for (const auto& [at, sector] : sectors)
+            QCOMPARE(RotatedRectRoi::sectorOf(at), sector);
     }
 
-    void markerIsMetByAFingerAtAnyZoom_data()
-    {
-        QTest::addColumn<double>("scale");
-        QTest::newRow("far") << 0.1;
-        QTest::newRow("1:1") << 1.0;
-        QTest::newRow("near") << 20.0;
-    }
+    void markerIsMetByAFingerAtAnyZoom_data() { Table::of<double>({{"far", 0.1}, {"1:1", 1.0}, {"near", 20.0}}); }
 
     void markerIsMetByAFingerAtAnyZoom()
     {
-        QFETCH(double, scale);
+        const auto [scale] = Table::row<double>();
         Setup setup;
         const RoiItem* point = setup.addPoint({200, 200});
         setup.viewer.setImageScale(scale);

@@ -1,6 +1,7 @@
 #include "Resources.h"
 #include "graphics/ImageItem.h"
 #include "support/Mouse.h"
+#include "support/Table.h"
 #include "viewer/ImageExport.h"
 #include "viewer/QTipWidget.h"
 #include "viewer/ResultOverlay.h"
@@ -86,22 +87,17 @@ private slots:
 
     void wheelNotchesChangeTheScale_data()
     {
-        QTest::addColumn<QVector<int>>("angles");
-        QTest::addColumn<double>("scale");
-        QTest::addColumn<int>("told");
-        QTest::newRow("two notches nearer") << QVector<int>{240} << 1.21 << 1;
-        QTest::newRow("one notch away") << QVector<int>{-120} << 0.9 << 1;
-        QTest::newRow("three notches away") << QVector<int>{-360} << 0.729 << 1;
-        QTest::newRow("part of a notch") << QVector<int>{119, -119} << 1.0 << 0;
-        QTest::newRow("a notch and a part") << QVector<int>{200} << 1.1 << 1;
-        QTest::newRow("there and back") << QVector<int>{120, -120} << 0.99 << 2;
+        Table::of<QVector<int>, double, int>({{"two notches nearer", QVector<int>{240}, 1.21, 1},
+                                              {"one notch away", QVector<int>{-120}, 0.9, 1},
+                                              {"three notches away", QVector<int>{-360}, 0.729, 1},
+                                              {"part of a notch", QVector<int>{119, -119}, 1.0, 0},
+                                              {"a notch and a part", QVector<int>{200}, 1.1, 1},
+                                              {"there and back", QVector<int>{120, -120}, 0.99, 2}});
     }
 
     void wheelNotchesChangeTheScale()
     {
-        QFETCH(QVector<int>, angles);
-        QFETCH(double, scale);
-        QFETCH(int, told);
+        const auto [angles, scale, told] = Table::row<QVector<int>, double, int>();
         Station station(filled(1000, 1000, Qt::red));
         QSignalSpy spy(&station.viewer, &AwesomeImgViewer::sgImageScale);
         for (int angle : angles)
@@ -127,14 +123,17 @@ private slots:
         QCOMPARE(station.viewer.imageScale(), std::pow(0.9, 43));
     }
 
-    void zoomKeepsThePointInTheMiddle()
+    void zoomKeepsThePointInTheMiddleAndRestoringBringsItBack()
     {
-        Station station(filled(2000, 2000, Qt::red));
+        Station station(filled(3000, 3000, Qt::red));
+        const auto middle = [&] { return station.viewer.mapToScene(station.viewer.viewport()->rect().center()); };
         station.viewer.centerOn(700, 900);
-        const QPointF before = station.viewer.mapToScene(station.viewer.rect().center());
+        const QPointF before = middle();
         station.mouse.wheel(480);
-        const QPointF after = station.viewer.mapToScene(station.viewer.rect().center());
-        QVERIFY((after - before).manhattanLength() <= 2.0);
+        QVERIFY((middle() - before).manhattanLength() <= 2.0);
+        station.viewer.restoreView(QTransform::fromScale(2.0, 2.0), {1200, 800});
+        QCOMPARE(station.viewer.viewScale(), 2.0);
+        QVERIFY((middle() - QPointF(1200, 800)).manhattanLength() < 2.0);
     }
 
     void secondModeShrinksTheImageInstead()
@@ -155,37 +154,32 @@ private slots:
 
     void readoutTellsPixelAndColor_data()
     {
-        QTest::addColumn<QImage>("image");
-        QTest::addColumn<QPoint>("pixel");
-        QTest::addColumn<QString>("text");
         const QImage orange = filled(40, 30, QColor(255, 128, 0));
-        const QString tail = QStringLiteral("Color(RGB):[255, 128, 0] (HSV):[15, 255, 255]");
-        const QString zero = QStringLiteral("Color(RGB):[0, 0, 0] (HSV):[0, 0, 0]");
-        QTest::newRow("first") << orange << QPoint(0, 0) << "Position:[0, 0]  " + tail;
-        QTest::newRow("last") << orange << QPoint(39, 29) << "Position:[39, 29]  " + tail;
-        QTest::newRow("one past the right edge") << orange << QPoint(40, 7) << "Position:[40, 7]  " + zero;
-        QTest::newRow("one past the lower edge") << orange << QPoint(7, 30) << "Position:[7, 30]  " + zero;
-        QTest::newRow("two past") << orange << QPoint(41, 7) << QStringLiteral("out of image...");
-        QTest::newRow("before") << orange << QPoint(-1, 7) << QStringLiteral("out of image...");
-        QTest::newRow("gray has no hue") << filled(40, 30, QColor(90, 90, 90), QImage::Format_Grayscale8)
-                                         << QPoint(3, 4) << "Position:[3, 4]  Color(RGB):[90, 90, 90] (HSV):[0, 0, 90]";
-        QTest::newRow("last hue") << filled(40, 30, QColor::fromHsv(359, 255, 255)) << QPoint(3, 4)
-                                  << "Position:[3, 4]  Color(RGB):[255, 0, 4] (HSV):[179, 255, 255]";
-        QTest::newRow("16 bit") << filled(40, 30, QColor(77, 77, 77), QImage::Format_Grayscale16) << QPoint(3, 4)
-                                << "Position:[3, 4]  Color(RGB):[77, 77, 77] (HSV):[0, 0, 77]";
-        QTest::newRow("indexed") << filled(40, 30, QColor(0, 0, 255), QImage::Format_Indexed8) << QPoint(3, 4)
-                                 << "Position:[3, 4]  Color(RGB):[0, 0, 255] (HSV):[120, 255, 255]";
-        QTest::newRow("one pixel") << filled(1, 1, QColor(0, 255, 0)) << QPoint(0, 0)
-                                   << "Position:[0, 0]  Color(RGB):[0, 255, 0] (HSV):[60, 255, 255]";
-        QTest::newRow("odd size") << filled(41, 31, QColor(255, 128, 0)) << QPoint(40, 30)
-                                  << "Position:[40, 30]  " + tail;
+        const QString tail = "Color(RGB):[255, 128, 0] (HSV):[15, 255, 255]";
+        const QString zero = "Color(RGB):[0, 0, 0] (HSV):[0, 0, 0]";
+        Table::of<QImage, QPoint, QString>(
+            {{"first", orange, QPoint(0, 0), "Position:[0, 0]  " + tail},
+             {"last", orange, QPoint(39, 29), "Position:[39, 29]  " + tail},
+             {"one past the right edge", orange, QPoint(40, 7), "Position:[40, 7]  " + zero},
+             {"one past the lower edge", orange, QPoint(7, 30), "Position:[7, 30]  " + zero},
+             {"two past", orange, QPoint(41, 7), "out of image..."},
+             {"before", orange, QPoint(-1, 7), "out of image..."},
+             {"gray has no hue", filled(40, 30, QColor(90, 90, 90), QImage::Format_Grayscale8), QPoint(3, 4),
+              "Position:[3, 4]  Color(RGB):[90, 90, 90] (HSV):[0, 0, 90]"},
+             {"last hue", filled(40, 30, QColor::fromHsv(359, 255, 255)), QPoint(3, 4),
+              "Position:[3, 4]  Color(RGB):[255, 0, 4] (HSV):[179, 255, 255]"},
+             {"16 bit", filled(40, 30, QColor(77, 77, 77), QImage::Format_Grayscale16), QPoint(3, 4),
+              "Position:[3, 4]  Color(RGB):[77, 77, 77] (HSV):[0, 0, 77]"},
+             {"indexed", filled(40, 30, QColor(0, 0, 255), QImage::Format_Indexed8), QPoint(3, 4),
+              "Position:[3, 4]  Color(RGB):[0, 0, 255] (HSV):[120, 255, 255]"},
+             {"one pixel", filled(1, 1, QColor(0, 255, 0)), QPoint(0, 0),
+              "Position:[0, 0]  Color(RGB):[0, 255, 0] (HSV):[60, 255, 255]"},
+             {"odd size", filled(41, 31, QColor(255, 128, 0)), QPoint(40, 30), "Position:[40, 30]  " + tail}});
     }
 
     void readoutTellsPixelAndColor()
     {
-        QFETCH(QImage, image);
-        QFETCH(QPoint, pixel);
-        QFETCH(QString, text);
+        const auto [image, pixel, text] = Table::row<QImage, QPoint, QString>();
         Station station(image);
         station.viewer.setImageScale(4.0);
         station.mouse.move(station.seenAt(pixel));
@@ -205,9 +199,7 @@ private slots:
 
     void everyKindOfImageIsDrawn_data()
     {
-        QTest::addColumn<QImage::Format>("format");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<double>("scale");
+        Table::columns<QImage::Format, QSize, double>();
         const QSize camera(600, 500);
         for (double scale : {0.05, 0.3, 0.7, 1.0, 3.7, 30.0}) {
             const QByteArray at = " at " + QByteArray::number(scale);
@@ -226,9 +218,7 @@ private slots:
 
     void everyKindOfImageIsDrawn()
     {
-        QFETCH(QImage::Format, format);
-        QFETCH(QSize, size);
-        QFETCH(double, scale);
+        const auto [format, size, scale] = Table::row<QImage::Format, QSize, double>();
         Station station(filled(size.width(), size.height(), QColor(100, 100, 100), format));
         QVERIFY(station.viewer.setImageScale(scale));
         station.viewer.centerOn(size.width() / 2.0, size.height() / 2.0);
@@ -339,15 +329,6 @@ private slots:
         QVERIFY(!station.viewer.isPicking());
     }
 
-    void viewIsRestored()
-    {
-        Station station(filled(3000, 3000, Qt::red));
-        station.viewer.restoreView(QTransform::fromScale(2.0, 2.0), {1200, 800});
-        QCOMPARE(station.viewer.viewScale(), 2.0);
-        const QPointF center = station.viewer.mapToScene(station.viewer.viewport()->rect().center());
-        QVERIFY((center - QPointF(1200, 800)).manhattanLength() < 2.0);
-    }
-
     void stationViewFitsUntilTheOperatorZooms()
     {
         ksImgViewer viewer;
@@ -394,17 +375,14 @@ private slots:
 
     void imageIsSavedWholeOrTheReasonIsTold_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("file");
-        QTest::newRow("png") << QStringLiteral("轮毂.png") << QStringLiteral("轮毂.png");
-        QTest::newRow("no suffix") << QStringLiteral("轮毂") << QStringLiteral("轮毂.png");
-        QTest::newRow("no picture format") << QStringLiteral("a.txt") << QString();
+        Table::of<QString, QString>({{"png", "轮毂.png", "轮毂.png"},
+                                     {"no suffix", "轮毂", "轮毂.png"},
+                                     {"no picture format", "a.txt", QString()}});
     }
 
     void imageIsSavedWholeOrTheReasonIsTold()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, file);
+        const auto [name, file] = Table::row<QString, QString>();
         QTemporaryDir dir;
         QWidget window;
         ImageExport out(&window);
