@@ -93,7 +93,7 @@
     </message>
 </context>
 <context>
-    <name>PlcIndexModel</name>
+    <name>PlcIndexDraft</name>
     <message>
         <source>%1，%2：%3</source>
         <translation>%1, %2: %3</translation>
@@ -107,16 +107,19 @@
         <translation>%1: index %2 is shared by %3; “%4” is used</translation>
     </message>
     <message>
+        <source>、</source>
+        <translation>, </translation>
+    </message>
+</context>
+<context>
+    <name>PlcIndexModel</name>
+    <message>
         <source>型号库中没有此型号</source>
         <translation>The library has no such model</translation>
     </message>
     <message>
         <source>型号</source>
         <translation>Model</translation>
-    </message>
-    <message>
-        <source>、</source>
-        <translation>, </translation>
     </message>
 </context>
 <context>
@@ -471,8 +474,8 @@
         <translation>Refusals in a burst</translation>
     </message>
     <message>
-        <source>次</source>
-        <translation>triggers</translation>
+        <source>次（不起作用）</source>
+        <translation>triggers (not used)</translation>
     </message>
     <message>
         <source>PLC串口</source>
@@ -597,6 +600,10 @@
     <message>
         <source>已保存</source>
         <translation>Stored</translation>
+    </message>
+    <message>
+        <source>天（不起作用）</source>
+        <translation>days (not used)</translation>
     </message>
 </context>
 <context>

@@ -1,7 +1,7 @@
 #include "dialogs/models/PlcIndexDelegate.h"
 
 #include "dialogs/fields/NumberField.h"
-#include "dialogs/models/PlcIndexModel.h"
+#include "dialogs/models/PlcIndexDraft.h"
 
 #include <QKeyEvent>
 
@@ -12,8 +12,8 @@ constexpr const char* kTextBefore = "textBefore";
 QWidget* PlcIndexDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex& index) const
 {
     auto* field = new NumberField(parent);
-    field->setMinimum(PlcIndexModel::lowestIndex);
-    field->setMaximum(PlcIndexModel::highestIndex);
+    field->setMinimum(PlcIndexDraft::lowestIndex);
+    field->setMaximum(PlcIndexDraft::highestIndex);
     field->setOptional(true);
     field->setProperty(kTextBefore, index.data(Qt::EditRole));
     // The signal is the delegate's, and making an editor does not change the delegate.

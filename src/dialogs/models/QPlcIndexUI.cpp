@@ -22,7 +22,10 @@ QPlcIndexUI::QPlcIndexUI(ModelManager& models, const PlcIndexTable& stored, QWid
     judge();
 }
 
-QPlcIndexUI::~QPlcIndexUI() = default;
+QPlcIndexUI::~QPlcIndexUI()
+{
+    DialogForm::takeDown(this);
+}
 
 void QPlcIndexUI::connectAll()
 {
@@ -50,15 +53,15 @@ void QPlcIndexUI::showEvent(QShowEvent* event)
 
 void QPlcIndexUI::judge()
 {
-    const QString problem = m_table->problem();
-    const bool edited = m_table->isEdited();
+    const QString problem = m_table->draft().problem();
+    const bool edited = m_table->draft().isEdited();
     m_ui->question->dismiss(); // its answer was about other values
     m_ui->okButton->setEnabled(problem.isEmpty());
     m_ui->applyButton->setEnabled(problem.isEmpty() && edited);
     if (!problem.isEmpty())
         m_ui->message->say(Tone::Error, problem);
     else
-        m_ui->message->say(Tone::Warning, m_table->warning());
+        m_ui->message->say(Tone::Warning, m_table->draft().warning());
 }
 
 void QPlcIndexUI::clearChosen()
@@ -78,13 +81,13 @@ void QPlcIndexUI::apply()
 
 void QPlcIndexUI::submit(After after)
 {
-    if (!m_table->problem().isEmpty())
+    if (!m_table->draft().problem().isEmpty())
         return;
-    if (!m_table->isEdited() || !m_table->isFileForeign())
+    if (!m_table->draft().isEdited() || !m_table->draft().isFileForeign())
         return store(after);
     m_ui->question->ask(
         tr("plcIndex.json 已被改动，与程序中的索引表不同。"), {tr("覆盖文件"), [this, after] { store(after); }},
-        {m_table->hasFileIndices() ? tr("显示文件中的索引") : QString(), [this] { m_table->typeFile(); }});
+        {m_table->draft().hasFileIndices() ? tr("显示文件中的索引") : QString(), [this] { m_table->typeFile(); }});
 }
 
 void QPlcIndexUI::store(After after)
@@ -100,7 +103,7 @@ void QPlcIndexUI::store(After after)
     if (after == After::Close)
         QDialog::accept();
     else
-        m_ui->message->say(m_ui->message->tone(), tr("已保存。%1").arg(m_table->warning()));
+        m_ui->message->say(m_ui->message->tone(), tr("已保存。%1").arg(m_table->draft().warning()));
 }
 
 void QPlcIndexUI::changeEvent(QEvent* event)
