@@ -10,6 +10,7 @@ const LookColors& light()
 {
     static const LookColors colors{0xeceff2,
                                    0xffffff,
+                                   0xffffff,
                                    0xd3dae0,
                                    0x17222b,
                                    0x56636e,
@@ -24,6 +25,7 @@ const LookColors& dark()
 {
     static const LookColors colors{0x161b20,
                                    0x20272e,
+                                   0x303b45,
                                    0x37424c,
                                    0xe8eef2,
                                    0x9fadb8,

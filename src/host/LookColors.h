@@ -12,7 +12,8 @@ struct LookColors
     };
 
     QColor window;
-    QColor card; ///< the ground of what stands out from the window
+    QColor card;  ///< the ground of what stands out from the window
+    QColor field; ///< the ground of what can be typed or ticked
     QColor border;
     QColor text;
     QColor faint; ///< captions and what matters less

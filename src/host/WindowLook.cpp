@@ -7,19 +7,20 @@
 #include <QAction>
 #include <QApplication>
 #include <QMainWindow>
-#include <QStyleFactory>
+#include <QProxyStyle>
 #include <QToolBar>
 
 namespace {
 
 const QString kFile = QStringLiteral("/user/look.ini");
 const QString kKey = QStringLiteral("Look/Dark");
+constexpr int kButtonRoom = 14;
 
 QPalette palette(const LookColors& colors)
 {
     QPalette palette(colors.text, colors.card, colors.card.lighter(120), colors.border, colors.border, colors.text,
-                     colors.text, colors.card, colors.window);
-    palette.setColor(QPalette::AlternateBase, colors.window);
+                     colors.text, colors.field, colors.window);
+    palette.setColor(QPalette::AlternateBase, colors.field == colors.card ? colors.window : colors.card);
     palette.setColor(QPalette::Highlight, colors.accent);
     palette.setColor(QPalette::HighlightedText, colors.card);
     palette.setColor(QPalette::ToolTipBase, colors.card);
@@ -33,6 +34,23 @@ QPalette palette(const LookColors& colors)
     palette.setColor(QPalette::Disabled, QPalette::Highlight, colors.border);
     return palette;
 }
+
+/// Buttons whose text does not touch their edges, in every language.
+class RoomyStyle : public QProxyStyle
+{
+public:
+    RoomyStyle()
+        : QProxyStyle(QStringLiteral("Fusion"))
+    {
+    }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                           const QWidget* widget) const override
+    {
+        const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+        return type == CT_PushButton ? size + QSize(kButtonRoom, 0) : size;
+    }
+};
 
 /// Lengths are device-independent pixels; buttons are as large as a finger in a work glove needs.
 QString styleSheet(const LookColors& colors)
@@ -125,7 +143,7 @@ WindowLook::WindowLook(QMainWindow* window)
 void WindowLook::load()
 {
     m_dark = IniFile(platform::inHome(kFile)).settings().value(kKey, false).toBool();
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new RoomyStyle);
     wear();
 }
 

@@ -48,6 +48,26 @@ QStringList faultsOf(const QWidget& window, bool english)
     return english ? faults + Look::chinese(window) : faults;
 }
 
+/// Windows that leave the screen only when nothing of them is left but Qt's part: a field of theirs that loses the
+/// focus then tells members that are gone.
+class LateWindows : public QObject
+{
+public:
+    LateWindows() { qApp->installEventFilter(this); }
+
+    QStringList seen; ///< that left in time
+    QStringList late;
+
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        if (event->type() == QEvent::Hide && object->isWidgetType() && static_cast<QWidget*>(object)->isWindow()) {
+            const QByteArray left = object->metaObject()->className();
+            (left == "QDialog" || left == "QWidget" || left == "QMainWindow" ? late : seen) << object->objectName();
+        }
+        return false;
+    }
+};
+
 } // namespace
 
 class ScreensTest : public QObject
@@ -86,6 +106,7 @@ private slots:
         QFETCH(QByteArray, language);
         const TempHome home;
         writePlant(home, language);
+        home.write("/user/look.ini", language == "English" ? "[Look]\nDark=true\n" : "[Look]\nDark=false\n");
         std::unique_ptr<CMainWin> window;
         {
             const BoxPresser noPort(QMessageBox::Yes);
@@ -110,6 +131,31 @@ private slots:
         for (const QString& fault : faults)
             qWarning("%s", qUtf8Printable(fault));
         QVERIFY(faults.isEmpty());
+    }
+
+    void programEndsWithEveryWindowOpenAndNoneIsToldTooLate()
+    {
+        const TempHome home;
+        writePlant(home, "Chinese");
+        const BoxPresser noPort(QMessageBox::Yes);
+        auto window = std::make_unique<CMainWin>();
+        window->show();
+        for (QAction* action : window->findChild<QToolBar*>()->actions()) {
+            if (!action->menu() && action->objectName() != QLatin1String("action_Check"))
+                action->trigger();
+        }
+        for (QWidget* opened : openWindows()) {
+            for (const char* button : {"addButton", "settingsButton"}) { // open dialogs of dialogs
+                if (auto* more = opened->findChild<QAbstractButton*>(QLatin1String(button)))
+                    more->click();
+            }
+        }
+        const int open = openWindows().size();
+        QVERIFY(open >= 14);
+        const LateWindows leaving;
+        window.reset();
+        QCOMPARE(leaving.late, QStringList());
+        QVERIFY2(leaving.seen.size() >= open, qPrintable(leaving.seen.join(' ')));
     }
 };
 

@@ -1,6 +1,7 @@
 #include "ParameterForm.h"
 
 #include "model/ParameterRules.h"
+#include "widgets/Ink.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -155,8 +156,8 @@ void ParameterForm::updateHints(const QMap<QString, QString>& problems)
         const QString range = ParameterRules::rangeText(m_parameters, it.key(), m_scale);
         it.value()->setText(problem.isEmpty() ? range : problem);
         it.value()->setVisible(!it.value()->text().isEmpty());
-        it.value()->setStyleSheet(problem.isEmpty() ? QStringLiteral("color: #5f6368;")
-                                                    : QStringLiteral("color: #b3261e;"));
+        it.value()->setForegroundRole(QPalette::PlaceholderText);
+        it.value()->setStyleSheet(problem.isEmpty() ? QString() : inkStyle(Ink::Trouble, *this));
     }
 }
 

@@ -24,6 +24,9 @@ ResultTable::ResultTable(QWidget* parent)
     , m_ui(std::make_unique<Ui::ResultTable>())
 {
     m_ui->setupUi(this);
+    for (QLabel* caption : {m_ui->angleCaption, m_ui->centerCaption, m_ui->hubCaption, m_ui->scoreCaption,
+                            m_ui->edgeCaption, m_ui->timeCaption})
+        caption->setForegroundRole(QPalette::PlaceholderText);
     clear();
 }
 

@@ -6,6 +6,7 @@
 #include "run/TeachGuide.h"
 #include "ui_TryPanel.h"
 #include "widgets/ImageView.h"
+#include "widgets/Ink.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/IEngine.h>
@@ -210,6 +211,7 @@ void TryPanel::updateState()
     m_ui->teachButton->setToolTip(builtIn  ? tr("内置型号不能示教，请先新建或复制型号")
                                   : !ready ? tr("请先选择型号和图像")
                                            : tr("在图像上点两下，由引擎提出全部参数"));
+    m_ui->note->setStyleSheet(inkStyle(Ink::Caution, *this));
     m_ui->note->setText(text);
     m_ui->note->setVisible(!text.isEmpty());
 }

@@ -8,6 +8,11 @@
 #include <QScrollBar>
 #include <QShortcut>
 
+namespace {
+constexpr int kWidestContents = 360;
+constexpr int kContentsRoom = 24; ///< beside the longest heading, for the frame and a scroll bar
+} // namespace
+
 QHelpUI::QHelpUI(const QString& folder, QWidget* parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::QHelpUI>())
@@ -62,6 +67,7 @@ void QHelpUI::listHeadings()
         auto* item = new QListWidgetItem(indent + heading.text, m_ui->contents);
         item->setData(Qt::UserRole, heading.position);
     }
+    m_ui->contents->setMinimumWidth(qMin(kWidestContents, m_ui->contents->sizeHintForColumn(0) + kContentsRoom));
     search(m_ui->searchEdit->text());
     markHeading();
 }

@@ -32,9 +32,6 @@ QModelMangerUI::QModelMangerUI(ModelManager& models, IEngine* engine, QWidget* p
     m_view = new ModelView(m_ui->table, models, this);
     m_ui->table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_ui->table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
-    QPalette paper = m_ui->table->palette(); // the rows are light in every look
-    paper.setColor(QPalette::Text, Qt::black);
-    m_ui->table->setPalette(paper);
     m_edit = new QModelEditUI(models, this);
     connectAll();
     refresh();
