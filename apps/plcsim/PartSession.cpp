@@ -83,6 +83,7 @@ void PartSession::onNoProgram()
     emit finished(1);
 }
 
+/// The centre is compared in pixels, which are the same whatever a station's calibration.
 void PartSession::onPartDone(PartRow row)
 {
     if (!m_options.home.isEmpty() && row.found() && row.image.center)
@@ -119,6 +120,7 @@ void PartSession::afterRefusals()
         m_road.collect(m_report.partsWithImage());
 }
 
+/// A run that ended before its last part is not good, unless it was to be endless.
 void PartSession::report()
 {
     const ReportFigures figures = m_report.figures();

@@ -85,6 +85,7 @@ void PlcLine::onReadyRead()
     m_decoder.feed(bytes, [this, at](const SComFrame& frame) { emit frameReceived(frame, at); });
 }
 
+/// The time is taken before the bytes go: the answer may be there before the write returns.
 qint64 PlcLine::send(const SComFrame& frame)
 {
     const QByteArray bytes = m_encoder.next(frame);

@@ -13,6 +13,7 @@ ScriptSession::ScriptSession(PlcLine& line)
 
 ScriptSession::~ScriptSession() = default;
 
+/// Every awaited frame is printed, with the time since the last trigger.
 void ScriptSession::begin(bool stopAtFailure)
 {
     m_runner = std::make_unique<ScriptRunner>(m_line, stopAtFailure);

@@ -16,6 +16,7 @@ TriggerExchange::TriggerExchange(PlcLine& line, TriggerPace pace, int timeoutMs)
     connect(&line, &PlcLine::frameReceived, this, &TriggerExchange::onFrame);
 }
 
+/// A millisecond more than asked for, since the timer takes whole ones.
 void TriggerExchange::trigger(int station)
 {
     m_result = {};

@@ -38,6 +38,7 @@ LoopWatch::~LoopWatch()
         qCDebug(loop, "longest_stall_ms=%.1f %s", m_longestMs, qUtf8Printable(m_longestHolder));
 }
 
+/// An event within another ends the outer one's stretch: from there on the inner one holds the loop.
 bool LoopWatch::eventFilter(QObject* receiver, QEvent* event)
 {
     endStretch();

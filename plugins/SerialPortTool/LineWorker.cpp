@@ -39,6 +39,7 @@ void LineWorker::start(const std::shared_ptr<std::promise<bool>>& opened)
     opened->set_value(m_port.isOpen());
 }
 
+/// Neither the pause nor the message of the former line holds for the new one.
 void LineWorker::change(const LineSettings& settings)
 {
     m_state->session = 0;
@@ -63,6 +64,7 @@ void LineWorker::openOrRetry()
     closeAndRetry();
 }
 
+/// Looks up the name at each attempt: after the cable was pulled it may lead to another device.
 QString LineWorker::tryOpen()
 {
     m_device = deviceOf(m_settings.portName);
@@ -102,6 +104,7 @@ void LineWorker::onReadyRead()
     m_state->crcErrors += m_decoder.crcErrors() - crcErrors;
 }
 
+/// A frame of a former session, or behind a jam, would come late, and is dropped and counted instead.
 void LineWorker::write(const SComFrame& frame, quint32 session)
 {
     if (session != m_state->session || m_port.bytesToWrite() > kMaxWaitingBytes) {

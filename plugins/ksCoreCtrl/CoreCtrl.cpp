@@ -61,6 +61,7 @@ void CoreCtrl::retire(std::unique_ptr<Camera> camera)
     m_retired.push_back(std::async(std::launch::async, [gone = std::move(camera)] { gone->close(); }));
 }
 
+/// The callbacks go last, since a camera delivers its capture in hand while it closes.
 void CoreCtrl::stop()
 {
     for (const auto& camera : m_cameras)

@@ -33,6 +33,7 @@ PixelFormat pixelFormat(const QImage& image)
 
 } // namespace
 
+/// Takes over one setting at a time: a wrong one must not cost the others.
 VirtualCamera::VirtualCamera(const CameraConfig& config, CameraEvents& events)
     : m_key(config.key)
     , m_events(events)
@@ -128,6 +129,7 @@ bool VirtualCamera::accepts(const QVariantMap& settings, QString* error) const
     return next.change(settings, error);
 }
 
+/// The thread sees by itself that the folder is another.
 void VirtualCamera::apply(const QVariantMap& settings)
 {
     QString ignored;

@@ -41,6 +41,7 @@ ResultRecorder::~ResultRecorder()
         SystemLog::warning(tr("%1条结果未能写入数据库%2").arg(waiting()).arg(m_database.path()));
 }
 
+/// Behind rows that wait, so that all go in in their order.
 void ResultRecorder::record(const StationResult& result)
 {
     Row row{madeCarriable(result), m_rules.clock()};

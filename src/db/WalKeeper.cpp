@@ -26,6 +26,7 @@ WalKeeper::WalKeeper(const QString& path)
 {
 }
 
+/// The thread flushes what is left before it ends.
 WalKeeper::~WalKeeper()
 {
     {

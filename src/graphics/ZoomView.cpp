@@ -31,6 +31,7 @@ void ZoomView::setOverlays(std::vector<std::unique_ptr<ViewOverlay>> overlays)
     viewport()->update();
 }
 
+/// The condition is put so that it holds for no NaN.
 bool ZoomView::applyScale(double scale)
 {
     if (!(scale >= minScale && scale <= maxScale))
@@ -72,6 +73,7 @@ void ZoomView::scaleByOperator(double scale)
         scaledByOperator();
 }
 
+/// Whole notches only; what a touch pad sends in between does nothing.
 void ZoomView::wheelEvent(QWheelEvent* event)
 {
     const int steps = event->angleDelta().y() / 120;
@@ -101,6 +103,7 @@ void ZoomView::keyPressEvent(QKeyEvent* event)
     }
 }
 
+/// The middle button pans over items, too.
 void ZoomView::mousePressEvent(QMouseEvent* event)
 {
     QGraphicsView::mousePressEvent(event);

@@ -85,6 +85,7 @@ void AwesomeImgViewer::setSecondMode(bool enabled, double minimumFactor)
     shrinkImage(0);
 }
 
+/// Half a pixel less, so that rounding names the pixel within which the point lies.
 QPoint AwesomeImgViewer::pixelAt(const QPoint& position) const
 {
     if (!m_item)

@@ -153,6 +153,7 @@ void RoiItem::hoverMoveEvent(QGraphicsSceneHoverEvent* event)
     setCursor(m_locked ? QCursor(Qt::ArrowCursor) : cursorAt(event->pos()));
 }
 
+/// A key held down is one move, for whoever takes it back.
 void RoiItem::keyPressEvent(QKeyEvent* event)
 {
     const QPointF step = arrowStep(event->key());

@@ -49,6 +49,7 @@ void TriggerDispatch::switchModel(int station, const IStation& target, qint32 in
         modelMissing(station, index, changed);
 }
 
+/// An index below 1 clears the station on purpose, so the panel is told of the others only.
 void TriggerDispatch::modelMissing(int station, qint32 index, bool changed)
 {
     const QString number = QString::number(index);

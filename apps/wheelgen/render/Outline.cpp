@@ -85,6 +85,7 @@ EdgeDistance Outline::spokes(const Folded& p, float x, float y, float radius) co
     return blend(ring, fromSector(p, std::fabs(across) - half, 0, across < 0 ? -1.0f : 1.0f));
 }
 
+/// A bar from one point of the sector to another, as wide at its ends as a spoke at hub and rim.
 EdgeDistance Outline::bar(const Folded& p, float u0, float v0, float u1, float v1) const
 {
     const float du = u1 - u0, dv = v1 - v0;

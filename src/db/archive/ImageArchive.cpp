@@ -46,6 +46,7 @@ QString ImageArchive::folderOf(Kind kind)
     return kind == Result ? QStringLiteral("/DBFiles/Images") : QStringLiteral("/DBFiles/SrcImages");
 }
 
+/// An image that waits has its name already, but no file yet.
 bool ImageArchive::isTaken(const QString& path) const
 {
     const auto holds = [&path](const SaveImgThread* thread) { return thread->path() == path; };
@@ -106,6 +107,7 @@ void ImageArchive::count(const SaveImgThread& thread)
     emit saved(thread.path());
 }
 
+/// It has kept up once half the queue is gone: at the limit itself, the log would tell of it with every image.
 void ImageArchive::onEnded(SaveImgThread* thread)
 {
     m_running.removeOne(thread);
