@@ -12,6 +12,12 @@ namespace {
 const QString kDone = QStringLiteral("background-color: rgb(255, 168, 55);");
 const QString kRefused = QStringLiteral("background-color: rgb(200, 68, 55);");
 
+/// What draggedPointsAndTypedLengthAreStored() drags and types, under the file's keys.
+const QVector<QPair<const char*, QJsonValue>> kApplied{
+    {"point1_x_", 50},         {"point1_y_", 60},          {"point2_x_", 290},
+    {"point2_y_", 240},        {"length_", 45.0},          {"StationScale_", 0.15},
+    {"StationXOffset_", 12.5}, {"StationYOffset_", -3.25}, {"station_xytrans_", true}};
+
 struct Session
 {
     Session() { dialog.show(); }
@@ -99,11 +105,7 @@ private slots:
         session.hand.press("m_pbApply" + end);
         QCOMPARE(audit.size(), 9); // the second time nothing has changed
         const QJsonObject file = bench.stored();
-        const QVector<QPair<const char*, QJsonValue>> values{
-            {"point1_x_", 50},         {"point1_y_", 60},          {"point2_x_", 290},
-            {"point2_y_", 240},        {"length_", 45.0},          {"StationScale_", 0.15},
-            {"StationXOffset_", 12.5}, {"StationYOffset_", -3.25}, {"station_xytrans_", true}};
-        for (const auto& [key, value] : values)
+        for (const auto& [key, value] : kApplied)
             QCOMPARE(file.value(key + n), value);
         const QString other = QString::number(3 - station);
         QCOMPARE(file.value("StationScale_" + other), QJsonValue(1.0));
