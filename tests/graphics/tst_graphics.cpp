@@ -48,9 +48,7 @@ class GraphicsTest : public QObject
 private slots:
     void imageIsScaledBilinearAndWithoutSeams_data()
     {
-        QTest::addColumn<QImage::Format>("format");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QTransform>("toDevice");
+        Table::columns<QImage::Format, QSize, QTransform>();
         for (const auto format : {QImage::Format_Grayscale8, QImage::Format_RGB32}) {
             const auto row = [&](const char* name, const QSize& size, const QTransform& toDevice) {
                 QTest::addRow("%s, format %d", name, format) << format << size << toDevice;
@@ -65,9 +63,7 @@ private slots:
 
     void imageIsScaledBilinearAndWithoutSeams()
     {
-        QFETCH(QImage::Format, format);
-        QFETCH(QSize, size);
-        QFETCH(QTransform, toDevice);
+        const auto [format, size, toDevice] = Table::row<QImage::Format, QSize, QTransform>();
         const QImage image = noise(size.width(), size.height(), format);
         const QRect target = toDevice.mapRect(QRectF(QPointF(), QSizeF(size))).toAlignedRect();
         QImage whole(target.size(), QImage::Format_RGB32);
@@ -145,20 +141,11 @@ private slots:
         QCOMPARE(pyramid.levelFor(0.0001), ImagePyramid::levels - 1);
     }
 
-    void scaleBarIsARoundLength_data()
-    {
-        Table::of<double, double>({{"1", 1.0, 1.0},
-                                   {"1.99", 1.99, 1.0},
-                                   {"37", 37.0, 20.0},
-                                   {"50", 50.0, 50.0},
-                                   {"0.08", 0.08, 0.05},
-                                   {"1000", 1000.0, 1000.0}});
-    }
-
     void scaleBarIsARoundLength()
     {
-        const auto [length, round] = Table::row<double, double>();
-        QCOMPARE(ScaleBarOverlay::roundLength(length), round);
+        const QMap<double, double> lengths{{1, 1}, {1.99, 1}, {37, 20}, {50, 50}, {0.08, 0.05}, {1000, 1000}};
+        for (const double length : lengths.keys())
+            QCOMPARE(ScaleBarOverlay::roundLength(length), lengths[length]);
     }
 
     void scaleBarIsAsLongAsItSays()

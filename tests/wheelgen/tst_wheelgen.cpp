@@ -126,27 +126,24 @@ private slots:
 
     void badArgumentsAreNamed_data()
     {
-        Table::columns<QStringList, QString>();
-        const auto row = [](const char* name, const QStringList& arguments, const char* named) {
-            QTest::newRow(name) << arguments << QString::fromLatin1(named);
-        };
-        row("nothing", {}, "--out");
-        row("out and demo", {"--out", "x", "--demo", "y"}, "--demo");
-        row("no wheel", {"--out", "x", "--count", "0"}, "--count");
-        row("count is a word", {"--out", "x", "--count", "many"}, "--count");
-        row("fraction", {"--out", "x", "--without-hole", "1.5"}, "--without-hole");
-        row("negative seed", {"--out", "x", "--seed", "-1"}, "--seed");
-        row("design", {"--out", "x", "--design", "square"}, "--design");
-        row("difficulty", {"--out", "x", "--difficulty", "hard"}, "--difficulty");
-        row("size without height", {"--out", "x", "--size", "100"}, "--size");
-        row("size too large", {"--out", "x", "--size", "20000x20000"}, "--size");
-        row("format", {"--out", "x", "--format", "gif"}, "--format");
-        row("jobs", {"--out", "x", "--jobs", "0"}, "--jobs");
-        row("fresh set", {"--out", "x", "--fresh"}, "--fresh");
-        row("seed of the demo", {"--demo", "x", "--seed", "1"}, "--seed");
-        row("no such folder", {"--demo", "x", "--cameras-from", "/no/such/folder"}, "/no/such/folder");
-        row("unknown option", {"--outt", "x"}, "outt");
-        row("stray word", {"--out", "x", "y"}, "\"y\"");
+        Table::of<QStringList, QString>(
+            {{"nothing", QStringList{}, "--out"},
+             {"out and demo", QStringList{"--out", "x", "--demo", "y"}, "--demo"},
+             {"no wheel", QStringList{"--out", "x", "--count", "0"}, "--count"},
+             {"count is a word", QStringList{"--out", "x", "--count", "many"}, "--count"},
+             {"fraction", QStringList{"--out", "x", "--without-hole", "1.5"}, "--without-hole"},
+             {"negative seed", QStringList{"--out", "x", "--seed", "-1"}, "--seed"},
+             {"design", QStringList{"--out", "x", "--design", "square"}, "--design"},
+             {"difficulty", QStringList{"--out", "x", "--difficulty", "hard"}, "--difficulty"},
+             {"size without height", QStringList{"--out", "x", "--size", "100"}, "--size"},
+             {"size too large", QStringList{"--out", "x", "--size", "20000x20000"}, "--size"},
+             {"format", QStringList{"--out", "x", "--format", "gif"}, "--format"},
+             {"jobs", QStringList{"--out", "x", "--jobs", "0"}, "--jobs"},
+             {"fresh set", QStringList{"--out", "x", "--fresh"}, "--fresh"},
+             {"seed of the demo", QStringList{"--demo", "x", "--seed", "1"}, "--seed"},
+             {"no such folder", QStringList{"--demo", "x", "--cameras-from", "/no/such/folder"}, "/no/such/folder"},
+             {"unknown option", QStringList{"--outt", "x"}, "outt"},
+             {"stray word", QStringList{"--out", "x", "y"}, "\"y\""}});
     }
     void badArgumentsAreNamed()
     {
