@@ -72,6 +72,19 @@ private slots:
         QCOMPARE(m_cell.plc().replies(), QByteArray("FH"));
     }
 
+    void secondTriggerWithinFilterTimeIsDropped()
+    {
+        QVERIFY(m_cell.start({{"trigerFilter", 10000000}}));
+        m_cell.plc().send('C', {m_cell.index(1), m_cell.index(2)});
+        for (int i = 0; i < 3; ++i)
+            m_cell.plc().send('P', {5});
+        QVERIFY(repliesBecome("F"));
+        m_cell.plc().send('P', {6});
+        QVERIFY(repliesBecome("FG"));
+        QVERIFY(m_cell.settle());
+        QCOMPARE(m_cell.plc().replies(), QByteArray("FG"));
+    }
+
     void offlineEveryTriggerCapturesWithTheStoredModel()
     {
         const QJsonObject wheel = m_cell.wheel(1);
@@ -80,6 +93,20 @@ private slots:
         m_cell.plc().send('P', {5});
         QVERIFY(repliesBecome("F"));
         QVERIFY(angleBetween(joined(m_cell.plc().reply(0), 2), wheel.value("angle").toDouble()) < 0.1);
+    }
+
+    void garbageAndSpoiledFramesAreNotAnswered()
+    {
+        QVERIFY(m_cell.start());
+        const QByteArray trigger = m_cell.plc().encoded('P', {5});
+        QByteArray spoiled = m_cell.plc().encoded('C', {98, 98});
+        spoiled[12] = static_cast<char>(spoiled[12] ^ 1);
+        m_cell.plc().send('C', {m_cell.index(1), m_cell.index(2)});
+        m_cell.plc().sendBytes(QByteArray(1000, '\xaa') + spoiled + QByteArray::fromHex("aa55") + trigger.left(9));
+        m_cell.plc().send(0x7e, {5});
+        m_cell.plc().sendBytes(trigger.left(10));
+        m_cell.plc().sendBytes(trigger.mid(10));
+        QVERIFY(repliesBecome("F"));
     }
 
     void cableUnpluggedAndBack()
