@@ -1,5 +1,7 @@
 #include "dialogs/FormDialog.h"
 
+#include "dialogs/ErrorInk.h"
+
 #include <QDialogButtonBox>
 #include <QEvent>
 #include <QLabel>
@@ -69,7 +71,7 @@ void FormDialog::showMessage(const QString& text, bool isError)
     // Long paths may be broken after a separator; and the dialog grows with what it has to say.
     QString breakable = text;
     m_message->setText(breakable.replace(QLatin1Char('/'), QStringLiteral("/\u200b")));
-    m_message->setStyleSheet(isError ? QStringLiteral("color: #d32f2f; font-weight: bold;") : QString());
+    m_message->setStyleSheet(isError ? errorInk(*this) + QStringLiteral("font-weight: bold;") : QString());
     layout()->activate();
     resize(width(), std::max(height(), layout()->totalHeightForWidth(width())));
 }

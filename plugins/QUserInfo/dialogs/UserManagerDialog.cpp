@@ -2,6 +2,7 @@
 
 #include "accounts/LogInRules.h"
 #include "accounts/UserSession.h"
+#include "dialogs/ErrorInk.h"
 #include "dialogs/NewUserDialog.h"
 #include "dialogs/PasswordDialog.h"
 #include "ui_UserManagerDialog.h"
@@ -73,6 +74,7 @@ void UserManagerDialog::fillTable()
         if (accounts[row].name == selected)
             m_ui->userTable->selectRow(row);
     }
+    m_ui->messageLabel->setStyleSheet(errorInk(*this));
     m_ui->messageLabel->clear();
     updateButtons();
 }
