@@ -1,9 +1,9 @@
 #include "Finder.h"
 
+#include "GrayLevels.h"
 #include "MouthFit.h"
 
 #include <algorithm>
-#include <array>
 
 namespace finder {
 
@@ -14,9 +14,11 @@ constexpr int greatestSide = 32000;
 constexpr double maxHubOffset = 0.13;    // of the shorter side; wheels lie up to 8 % off
 constexpr double factorOfDetail = 10;    // reduction above which an image has more pixels than detail
 constexpr double leastRimCoverage = 0.4; // of the circumference
-constexpr double leastContrast = 12;     // gray levels between the darkest and the brightest twentieth
-constexpr double unfocused = 0.6;        // blur, as a share of the hole's radius
-constexpr double asGood = 0.85;          // a runner-up with this share of the best score could be the hole as well
+constexpr double coarseSlack = 0.04;     // of the rim's radius: in the small picture its edge and its bevel are one
+constexpr double fineSlack = 0.01;
+constexpr double leastContrast = 12; // gray levels between the darkest and the brightest twentieth
+constexpr double unfocused = 0.6;    // blur, as a share of the hole's radius
+constexpr double asGood = 0.85;      // a runner-up with this share of the best score could be the hole as well
 // Drain holes come in sets: holes of the same size (share) on the same ring (share of the rim's radius) are no valve
 // hole if they are nearly as good (share of the score).
 constexpr double twinSize = 0.25;
@@ -30,31 +32,6 @@ constexpr double usualRing = 0.87;     // of the rim's radius, where the ledge o
 constexpr double slackOfUsual = 0.07;
 constexpr double faintest = 0.25;     // of the strongest contrast, for a spot that is worth measuring
 constexpr int candidatesMeasured = 8; // for each size looked for
-
-struct Levels
-{
-    double black;
-    double dark;
-    double bright;
-};
-
-Levels levelsOf(const cv::Mat& small)
-{
-    std::array<int, 256> histogram{};
-    for (int y = 0; y < small.rows; ++y) {
-        const uchar* row = small.ptr(y);
-        for (int x = 0; x < small.cols; ++x)
-            ++histogram[row[x]];
-    }
-    const auto level = [&](double share) {
-        auto left = static_cast<int>(share * static_cast<double>(small.total()));
-        int gray = 0;
-        while (gray < 255 && left >= histogram[gray])
-            left -= histogram[gray++];
-        return static_cast<double>(gray);
-    };
-    return {level(0.002), level(0.05), level(0.95)};
-}
 
 /// The sizes to look for, so that each size of a range is within a third of one of them.
 std::vector<double> sizesWithin(const Range& radius)
@@ -99,7 +76,7 @@ double placeScore(double radius, double rim, const HoleModel& model)
 
 FindError Finder::judgeLight(const cv::Mat& small)
 {
-    const Levels levels = levelsOf(small);
+    const GrayLevels levels = grayLevelsOf(small);
     m_levels.black = levels.black;
     if (levels.bright - levels.dark >= leastContrast)
         return FindError::None;
@@ -117,19 +94,29 @@ FindError Finder::locateHub(const cv::Mat& gray, const HoleModel& model, int fac
     if (light != FindError::None)
         return light;
     const Range radius = model.rimRange(gray.rows);
-    for (const Outline& o : m_coarse.find(small, {radius.low / factor, radius.high / factor}, maxHubOffset)) {
-        const Outline large{{Reducer::toLarge(o.center.x, factor), Reducer::toLarge(o.center.y, factor)},
-                            o.radius * factor,
-                            o.c2 * factor,
-                            o.s2 * factor};
-        m_trace.rim = fitRim(gray, large, factor + 0.008 * large.radius, std::max(1.0, factor / factorOfDetail));
-        if (m_trace.rim.valid && m_trace.rim.coverage >= leastRimCoverage) {
+    for (const double slack : {0.0, coarseSlack}) {
+        const Range wide{(1 - slack) * radius.low / factor, (1 + slack) * radius.high / factor};
+        for (const Outline& outline : m_coarse.find(small, wide, maxHubOffset)) {
+            if (!fitsRim(gray, outline, radius, factor))
+                continue;
             result->hub = m_trace.rim.outline;
             result->rimCoverage = m_trace.rim.coverage;
             return FindError::None;
         }
     }
     return FindError::NoHub;
+}
+
+bool Finder::fitsRim(const cv::Mat& gray, const Outline& coarse, const Range& radius, int factor)
+{
+    const Outline large{{Reducer::toLarge(coarse.center.x, factor), Reducer::toLarge(coarse.center.y, factor)},
+                        coarse.radius * factor,
+                        coarse.c2 * factor,
+                        coarse.s2 * factor};
+    m_trace.rim = fitRim(gray, large, factor + 0.008 * large.radius, std::max(1.0, factor / factorOfDetail));
+    const double found = m_trace.rim.outline.radius;
+    return m_trace.rim.valid && m_trace.rim.coverage >= leastRimCoverage && found > (1 - fineSlack) * radius.low &&
+           found < (1 + fineSlack) * radius.high;
 }
 
 void Finder::collectCandidates(const HoleModel& model, double rim, std::vector<HoleCandidate>* found)

@@ -45,6 +45,7 @@ private:
     FindError judgeLight(const cv::Mat& small);
     FindError locateHub(const cv::Mat& gray, const HoleModel& model, int factor, FindResult* result);
     FindError locateHole(const cv::Mat& gray, const HoleModel& model, FindResult* result);
+    bool fitsRim(const cv::Mat& gray, const Outline& coarse, const Range& radius, int factor);
     void collectCandidates(const HoleModel& model, double rim, std::vector<HoleCandidate>* found);
     bool hasTwin(const RankedHole& hole) const;
     const RankedHole& wholeOf(const RankedHole& spot) const;

@@ -143,7 +143,7 @@ HoleScore judge(const HoleFit& hole, const Fan& fan, const Range& radius, const 
     const double sharpness = strengthOf(hole) / std::max(1.0, typical);
     score.darkness = darknessOf(typical / std::max(10.0, outside - levels.black), sharpness,
                                 hole.fit.residual / (outline.radius + 4)) *
-                     ramp(typical / levels.noise * std::sqrt(outline.radius / 10), 1.2, 3.2);
+                     ramp(typical / levels.noise * std::sqrt(outline.radius / 10), 0.9, 2.2);
     // A tilted hole is as large as its longer half axis.
     const double largest = outline.radius + std::hypot(outline.c2, outline.s2);
     const double off = std::max(radius.low - largest, outline.radius - radius.high);
