@@ -9,7 +9,7 @@
 #include <QShowEvent>
 
 namespace {
-constexpr int kTickMs = 1000;
+constexpr int kStateTickMs = 1000;
 } // namespace
 
 QCameraManagerUI::QCameraManagerUI(ICoreCtrl& core, const ksGlobalConfig& config, QWidget* parent)
@@ -28,7 +28,7 @@ QCameraManagerUI::QCameraManagerUI(ICoreCtrl& core, const ksGlobalConfig& config
     m_ui->modifyButton->setVisible(m_cameras.list != nullptr);
     m_ui->removeButton->setVisible(m_cameras.list != nullptr);
     m_ui->settingsButton->setVisible(m_cameras.settings != nullptr);
-    m_tick.setInterval(kTickMs);
+    m_tick.setInterval(kStateTickMs);
     connectAll();
     judge();
 }
