@@ -119,6 +119,14 @@ private slots:
             const double out = s.hole.angle * CV_PI / 180;
             s.hole.wall = 0.5 * s.hole.radius * cv::Point2d(-std::cos(out), std::sin(out));
         });
+        row("rim as bright as what lies behind it", [](auto& s) {
+            s = Wheels::spec("five", 46);
+            s.scene.background = 140 / s.light.exposure;
+            s.scene.rollers = 0;
+            s.scene.shadow = 0;
+            s.optics.blur = 2;
+            s.optics.noise = 12;
+        });
         row("hole at 0 degrees", [](auto& s) { s.hole.angle = 0.001; });
         row("hole at 360 degrees", [](auto& s) { s.hole.angle = 359.999; });
     }
@@ -131,6 +139,18 @@ private slots:
         QCOMPARE(found.error, FindError::None);
         QVERIFY(Wheels::turnBetween(found.angle, truth.angle) < 0.1);
         QVERIFY(cv::norm(found.hole - truth.holeCenter) < 1);
+    }
+
+    void darkBesideTheValveIsNoHoleOfItsOwn()
+    {
+        wheel::WheelSpec spec = Wheels::spec("five", 42);
+        spec.hole.valve = wheel::Valve::Rubber;
+        spec.hole.radius = 17;
+        const double out = spec.hole.angle * CV_PI / 180;
+        spec.hole.wall = 0.45 * spec.hole.radius * cv::Point2d(-std::cos(out), std::sin(out));
+        const FindResult found = locate(Wheels::image(spec), finder::autoModel());
+        QCOMPARE(found.error, FindError::None);
+        QVERIFY(cv::norm(found.hole - wheel::truthOf(spec).holeCenter) < 1);
     }
 
     void imageThatCannotBeJudgedSaysWhy_data()
