@@ -46,17 +46,6 @@ const Normal& normal()
 
 } // namespace
 
-EllipseDistance ellipseDistance(float dx, float dy, float radius, float e, float f)
-{
-    const float square = dx * dx * (1 + e) + dy * dy * (1 - e) + 2 * f * dx * dy;
-    const float q = std::sqrt(std::max(square, 0.04F));
-    const float gx = dx * (1 + e) + dy * f;
-    const float gy = dy * (1 - e) + dx * f;
-    const float inverse = 1 / std::sqrt(std::max(gx * gx + gy * gy, 0.04F));
-    return {(q - radius) * q * inverse,           gx * inverse,      gy * inverse, -q * inverse,
-            0.5F * (dx * dx - dy * dy) * inverse, dx * dy * inverse, q * inverse};
-}
-
 MouthModel::MouthModel(const MouthVector& parameters)
 {
     for (int i = 0; i < mouthParameters; ++i)

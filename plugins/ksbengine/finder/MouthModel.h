@@ -2,6 +2,7 @@
 
 #include <opencv2/core.hpp>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -52,7 +53,16 @@ struct EllipseDistance
     float widening; ///< how much wider a band of constant relative size is seen here than one of constant width
 };
 
-EllipseDistance ellipseDistance(float dx, float dy, float radius, float e, float f);
+inline EllipseDistance ellipseDistance(float dx, float dy, float radius, float e, float f)
+{
+    const float square = dx * dx * (1 + e) + dy * dy * (1 - e) + 2 * f * dx * dy;
+    const float q = std::sqrt(std::max(square, 0.04F));
+    const float gx = dx * (1 + e) + dy * f;
+    const float gy = dy * (1 - e) + dx * f;
+    const float inverse = 1 / std::sqrt(std::max(gx * gx + gy * gy, 0.04F));
+    return {(q - radius) * q * inverse,           gx * inverse,      gy * inverse, -q * inverse,
+            0.5F * (dx * dx - dy * dy) * inverse, dx * dy * inverse, q * inverse};
+}
 
 /// Gray value and derivatives of one pixel by the model, for one set of parameters.
 class MouthModel

@@ -23,14 +23,24 @@ VC_VECTORISED void takeOff(const float* at, const float* left, const float* righ
         out[k] = at[k] - share * (left[k] + right[k] + above[k] + below[k]);
 }
 
-/// Adds weight * d d^T to the upper triangle of a square matrix, in whole vectors.
-VC_VECTORISED void addSquare(const float* VC_RESTRICT d, float weight, float* VC_RESTRICT matrix)
+constexpr int batchSize = 4; // rows that are added at once, so that the matrix is read and written less often
+
+/// Adds weight * d d^T of each row d to the upper triangle of a square matrix, in whole vectors.
+VC_VECTORISED void addSquares(const float* VC_RESTRICT rows, const float* VC_RESTRICT weights,
+                              float* VC_RESTRICT matrix)
 {
+    const float* const a = rows;
+    const float* const b = a + rowSize;
+    const float* const c = b + rowSize;
+    const float* const d = c + rowSize;
     for (int i = 0; i < mouthParameters; ++i) {
-        const float scaled = weight * d[i];
+        const float wa = weights[0] * a[i];
+        const float wb = weights[1] * b[i];
+        const float wc = weights[2] * c[i];
+        const float wd = weights[3] * d[i];
         float* VC_RESTRICT row = matrix + i * rowSize;
         for (int k = i & ~7; k < rowSize; ++k)
-            row[k] += scaled * d[k];
+            row[k] += wa * a[k] + wb * b[k] + wc * c[k] + wd * d[k];
     }
 }
 
@@ -102,15 +112,23 @@ void MouthProblem::accumulate(const MouthVector& p, double noise)
         row.fill(0);
     const auto most = static_cast<float>(huber * noise);
     m_dataCost = 0;
-    alignas(32) Row d{};
+    alignas(32) std::array<Row, batchSize> batch{};
+    std::array<float, batchSize> weights{};
+    size_t filled = 0;
     for (const int index : m_patch.counting) {
+        Row& d = batch[filled];
         whitened(index, &d);
         const float magnitude = std::abs(d[error]);
         const bool fits = magnitude <= most;
         m_dataCost += static_cast<double>(fits ? magnitude * magnitude : most * (2 * magnitude - most));
-        const float weight = fits ? 1 : most / magnitude;
-        addSquare(d.data(), weight, m_matrix[0].data());
+        weights[filled++] = fits ? 1 : most / magnitude;
+        if (filled == batchSize) {
+            addSquares(batch[0].data(), weights.data(), m_matrix[0].data());
+            weights.fill(0);
+            filled = 0;
+        }
     }
+    addSquares(batch[0].data(), weights.data(), m_matrix[0].data());
     addExpectations(p, noise);
 }
 
