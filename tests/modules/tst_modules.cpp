@@ -26,7 +26,7 @@ class ModulesTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { qApp->setProperty("protocol", QStringList()); }
+    void init() { QCoreApplication::instance()->setProperty("protocol", QStringList()); }
 
     void suffixIsNeverDoubled()
     {
