@@ -38,7 +38,7 @@ WheelSetPlan wheelsOf(int station, const DemoPlan& plan)
 {
     WheelSetPlan wheels;
     wheels.count = DemoHome::imagesPerStation;
-    wheels.seed = static_cast<quint64>(100 + station);
+    wheels.seed = 100 + static_cast<quint64>(station);
     wheels.withoutHole = 1.0 / DemoHome::imagesPerStation;
     wheels.designs = designsOf(station);
     wheels.difficulty = wheel::Difficulty::Demo;

@@ -76,6 +76,7 @@ std::vector<Outline> rimsAmong(const ConcentricFit& fit, const Range& radius)
         return aComplete != bComplete ? aComplete : a.radius > b.radius;
     });
     std::vector<Outline> rims;
+    rims.reserve(circles.size());
     for (const ConcentricCircle& circle : circles)
         rims.push_back({fit.center, circle.radius, fit.c2, fit.s2});
     return rims;

@@ -14,6 +14,7 @@ constexpr double leastSupport = 0.12; // of the rays, for a circle to count
 double middleStrength(const std::vector<EdgePoint>& points)
 {
     std::vector<double> strengths;
+    strengths.reserve(points.size());
     for (const EdgePoint& point : points)
         strengths.push_back(point.strength);
     const auto middle = strengths.begin() + static_cast<std::ptrdiff_t>(strengths.size() / 2);
@@ -247,6 +248,7 @@ ConcentricFit fitConcentric(const cv::Point2d& center, std::vector<EdgePoint>& p
     if (radii.empty())
         return {};
     std::vector<double> weights;
+    weights.reserve(radii.size());
     for (const double radius : radii)
         weights.push_back(strengthNear(points, places, move, radius, options.bin));
     std::swap(radii[0], radii[leadOf(radii, weights)]);

@@ -39,6 +39,7 @@ std::vector<double> sizesWithin(const Range& radius)
     constexpr double ratio = 1.7;
     const int count = std::max(1, cvCeil(std::log(radius.high / radius.low) / std::log(ratio)));
     std::vector<double> sizes;
+    sizes.reserve(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i)
         sizes.push_back(radius.low * std::pow(radius.high / radius.low, (i + 0.5) / count));
     return sizes;

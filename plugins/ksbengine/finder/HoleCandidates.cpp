@@ -175,6 +175,7 @@ void HoleCandidates::find(const RingMap& ring, const Range& radii, double radius
     const int firstColumn = cvFloor((radii.low - ring.radiusOfColumn(0)) / ring.step());
     const int lastColumn = cvCeil((radii.high - ring.radiusOfColumn(0)) / ring.step());
     std::vector<double> shares;
+    shares.reserve(static_cast<size_t>(ring.map().cols));
     for (int x = 0; x < ring.map().cols; ++x)
         shares.push_back(likelihood(ring.radiusOfColumn(x)));
     const cv::Range rows(ring.padding(), ring.padding() + ring.turn());

@@ -131,7 +131,7 @@ HoleFit measureHole(const cv::Mat& gray, const cv::Point2d& near, double expecte
     if (!fan.whole() || !inside(gray, near.x - 2 * sampling.reach, near.y - 2 * sampling.reach) ||
         !inside(gray, near.x + 2 * sampling.reach, near.y + 2 * sampling.reach))
         return {};
-    const HoleFit first = measureFrom(gray, firstOutline(fan, near, radius), near, radius, levels, sampling);
+    HoleFit first = measureFrom(gray, firstOutline(fan, near, radius), near, radius, levels, sampling);
     if (first.fit.valid && first.score.total() > 0.8)
         return first;
     const double most = 0.7 * (meanOf(fan.all()[0], 0, sampling.reach) - levels.black);

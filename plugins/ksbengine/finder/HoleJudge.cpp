@@ -79,7 +79,8 @@ double typicalContrast(const SectorLevels& levels, double radius, double noise)
     for (size_t i = 0; i < values.size(); ++i)
         values[i] = std::min(levels.outside[i], most) - band[i];
     std::sort(values.begin(), values.end());
-    const double stronger = std::accumulate(values.begin() + sectors / 2, values.end(), 0.0) / (sectors / 2);
+    constexpr int half = sectors / 2;
+    const double stronger = std::accumulate(values.begin() + half, values.end(), 0.0) / half;
     return stronger - noise * std::min(0.8, 2.8 / radius);
 }
 

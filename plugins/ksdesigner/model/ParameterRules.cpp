@@ -198,7 +198,7 @@ QString rangeText(const QVariantMap& parameters, const QString& name, double sca
     const double percent = parameters.value(name + toleranceSuffix).toDouble();
     if (value <= 0 || percent <= 0)
         return {};
-    const QString pixels = span(value, value * percent / 100, unit(name));
+    QString pixels = span(value, value * percent / 100, unit(name));
     if (scale <= 0 || !mayBeUnknown(name))
         return pixels;
     return pixels + QLatin1Char('\n') + span(scale * value, scale * value * percent / 100, QStringLiteral("mm"));
