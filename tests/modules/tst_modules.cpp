@@ -14,7 +14,7 @@ QString fakes(const char* folder)
 
 QStringList protocol()
 {
-    return qApp->property("protocol").toStringList();
+    return QCoreApplication::instance()->property("protocol").toStringList();
 }
 
 const ICoreCtrl::ImageCallback kNoImage = [](const QString&, const QImage&) {};
