@@ -37,6 +37,24 @@ void drawPart(QPainter* painter, const QImage& image, const QRectF& exposed)
         painter->drawImage(0, 0, image);
 }
 
+/// Whether most columns of the image are seen, so that it pays to blend whole rows of colours first.
+bool isDense(const QTransform& toDevice)
+{
+    return toDevice.m11() >= 0.5;
+}
+
+/// By the general painter.
+RenderBand sparseRenderer(const QImage& image, const QTransform& toDevice, const QRect& target)
+{
+    return [=](QImage& band, int top) {
+        band.fill(image.pixel(0, 0)); // of an image thinner than a screen pixel the painter draws nothing
+        QPainter painter(&band);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.setTransform(toDevice * QTransform::fromTranslate(-target.x(), -target.y() - top));
+        painter.drawImage(0, 0, image);
+    };
+}
+
 /// The pixels whose middle lies in a rectangle, but at least one row and column.
 QRect pixelsOf(const QRectF& rect)
 {
@@ -109,6 +127,10 @@ void ImageItem::drawSmaller(QPainter* painter, const QImage& image, const QTrans
         band.setDevicePixelRatio(ratio);
         painter->drawImage(QPointF(target.left(), target.top() + top) / ratio, band);
     };
+    if (image.format() != QImage::Format_Grayscale8 && !isDense(toDevice)) {
+        renderInBands(target.size(), sparseRenderer(image, toDevice, target), draw);
+        return;
+    }
     const SmoothScaler scaler(image, toDevice, target);
     renderInBands(
         target.size(), [scaler](QImage& band, int top) { scaler.render(band, top); }, draw);
