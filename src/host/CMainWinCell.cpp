@@ -83,6 +83,7 @@ void CMainWin::loadModules()
     if (!fatal.isEmpty()) {
         messages::fatal(fatal);
         m_modules.stop();
+        SystemLog::ksSysLog::instance()->stop(); // no thread may outlive the databases, which go with the process
         std::exit(0);
     }
     m_road->setModules(m_modules.engine(), m_modules.designer());
