@@ -2,6 +2,8 @@
 
 #include "Comparison.h"
 
+#include <valvecell/CsvText.h>
+
 #include <QFileInfo>
 
 namespace {
@@ -37,26 +39,16 @@ QJsonObject objectOf(const LocateRun& run)
             {QStringLiteral("residual"), r.residual}};
 }
 
-/// A name that a spreadsheet would take for a formula gets an apostrophe in front.
+/// Texts always stand between quotation marks, so that a column looks the same in every line.
 QString cell(const QJsonValue& value)
 {
-    if (!value.isString())
-        return value.toVariant().toString();
-    QString text = value.toString();
-    if (!text.isEmpty() && QStringLiteral("=+-@\t\r\n").contains(text.at(0)))
-        text.prepend(QLatin1Char('\''));
-    return QLatin1Char('"') + text.replace(QLatin1Char('"'), QStringLiteral("\"\"")) + QLatin1Char('"');
+    return value.isString() ? CsvText::quoted(CsvText::disarmed(value.toString())) : value.toVariant().toString();
 }
 
 void appendCells(QStringList* cells, const QJsonObject& object, const QStringList& names)
 {
     for (const QString& name : names)
         cells->append(cell(object.value(name)));
-}
-
-QByteArray joined(const QStringList& cells)
-{
-    return cells.join(QLatin1Char(',')).toUtf8() + "\r\n";
 }
 
 } // namespace
@@ -79,14 +71,14 @@ QJsonObject lineOf(const Located& located)
 
 QByteArray csvHeader(bool compared)
 {
-    QStringList cells{QChar(QChar::ByteOrderMark) + QStringLiteral("image")};
+    QStringList cells{CsvText::start() + QStringLiteral("image")};
     cells += columns;
     if (compared) {
         cells += comparisonColumns;
         for (const QString& column : columns)
             cells.append(QStringLiteral("edited_") + column);
     }
-    return joined(cells);
+    return CsvText::line(cells).toUtf8();
 }
 
 QByteArray csvLine(const Located& located)
@@ -98,7 +90,7 @@ QByteArray csvLine(const Located& located)
         appendCells(&cells, line, comparisonColumns);
         appendCells(&cells, line.value(QStringLiteral("edited")).toObject(), columns);
     }
-    return joined(cells);
+    return CsvText::line(cells).toUtf8();
 }
 
 } // namespace Report

@@ -95,17 +95,19 @@ int run(const QStringList& files, const LocatePlan& plan, const QString& csvFile
 {
     bool allRead = true;
     ComparisonSummary summary;
+    const bool table = !csvFile.isEmpty();
     QByteArray csv = Report::csvHeader(!plan.edited.isEmpty());
     locateAll(files, plan, [&](const Located& located) {
         allRead = located.read && allRead;
         printLine(located);
         summary.add(located);
-        csv += Report::csvLine(located);
+        if (table)
+            csv += Report::csvLine(located);
     });
     if (!plan.edited.isEmpty())
         std::fprintf(stderr, "%s\n", qUtf8Printable(summary.text()));
     QString error;
-    if (!csvFile.isEmpty() && !HomeFiles::writeFile(csvFile, csv, &error))
+    if (table && !HomeFiles::writeFile(csvFile, csv, &error))
         return fail(error);
     return allRead ? Done : SomeUnreadable;
 }

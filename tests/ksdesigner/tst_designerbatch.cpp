@@ -1,9 +1,10 @@
 #include "Bench.h"
 #include "batch/BatchTable.h"
-#include "batch/TableCsv.h"
 #include "panels/BatchPanel.h"
 #include "support/Table.h"
 #include "support/TempHome.h"
+
+#include <valvecell/CsvText.h>
 
 #include <QCheckBox>
 #include <QTabWidget>
@@ -200,7 +201,7 @@ private slots:
         const QVector<QPair<QString, QString>> cells{{"1-2=3", "1-2=3"}, {"+1", "'+1"},         {"-1", "'-1"},
                                                      {"\t=1", "'\t=1"},  {"\r=1", "\"'\r=1\""}, {"", ""}};
         for (const auto& [text, cell] : cells)
-            QCOMPARE(TableCsv::cell(text), cell);
+            QCOMPARE(CsvText::cell(text), cell);
     }
 };
 

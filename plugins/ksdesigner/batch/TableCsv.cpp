@@ -1,5 +1,7 @@
 #include "TableCsv.h"
 
+#include <valvecell/CsvText.h>
+
 #include <QAbstractItemModel>
 
 namespace {
@@ -9,31 +11,17 @@ QString lineOf(int columns, TextOf textOf)
 {
     QStringList cells;
     for (int column = 0; column < columns; ++column)
-        cells.append(TableCsv::cell(textOf(column)));
-    return cells.join(QLatin1Char(',')) + QStringLiteral("\r\n");
+        cells.append(CsvText::cell(textOf(column)));
+    return CsvText::line(cells);
 }
 
 } // namespace
 
 namespace TableCsv {
 
-QString cell(const QString& text)
-{
-    static const QString formulaStarts = QStringLiteral("=+-@\t\r\n");
-    QString safe = text;
-    if (!safe.isEmpty() && formulaStarts.contains(safe.at(0)))
-        safe.prepend(QLatin1Char('\''));
-    if (safe.contains(QLatin1Char(',')) || safe.contains(QLatin1Char('"')) || safe.contains(QLatin1Char('\n')) ||
-        safe.contains(QLatin1Char('\r'))) {
-        safe.replace(QLatin1Char('"'), QStringLiteral("\"\""));
-        safe = QLatin1Char('"') + safe + QLatin1Char('"');
-    }
-    return safe;
-}
-
 QByteArray write(const QAbstractItemModel& table)
 {
-    QString text(QChar::ByteOrderMark);
+    QString text = CsvText::start();
     text += lineOf(table.columnCount(), [&](int column) {
         return table.headerData(column, Qt::Horizontal).toString().replace(QLatin1Char('\n'), QLatin1Char(' '));
     });

@@ -1,17 +1,19 @@
 #include "dialogs/fields/CsvFile.h"
 
+#include <valvecell/CsvText.h>
+
 #include <QSaveFile>
 
 namespace {
 
 QByteArray bytes(const QVector<QStringList>& lines)
 {
-    QString text(QChar::ByteOrderMark);
+    QString text = CsvText::start();
     for (const QStringList& line : lines) {
         QStringList cells;
         for (const QString& plain : line)
-            cells << CsvFile::cell(plain);
-        text += cells.join(QLatin1Char(',')) + QStringLiteral("\r\n");
+            cells << CsvText::cell(plain);
+        text += CsvText::line(cells);
     }
     return text.toUtf8();
 }
@@ -28,20 +30,6 @@ CsvFile::CsvFile(QString path, QVector<QStringList> lines, QObject* parent)
 CsvFile::~CsvFile()
 {
     wait();
-}
-
-QString CsvFile::cell(const QString& text)
-{
-    static const QString formulaStarts = QStringLiteral("=+-@\t\r\n");
-    static const QString quoted = QStringLiteral(",\"\r\n");
-    QString safe = text;
-    if (!safe.isEmpty() && formulaStarts.contains(safe.at(0)))
-        safe.prepend(QLatin1Char('\''));
-    const bool quote = std::any_of(safe.cbegin(), safe.cend(), [](QChar c) { return quoted.contains(c); });
-    if (!quote)
-        return safe;
-    safe.replace(QLatin1Char('"'), QStringLiteral("\"\""));
-    return QLatin1Char('"') + safe + QLatin1Char('"');
 }
 
 void CsvFile::run()

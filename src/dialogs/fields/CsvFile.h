@@ -5,7 +5,7 @@
 #include <QVector>
 
 /// Writes a table as comma-separated text for spreadsheets, on a thread of its own: a folder may lie on a slow stick
-/// or in the network. UTF-8 with a byte order mark, lines end with CR LF. Replaces a file of that name only when all
+/// or in the network. Replaces a file of that name only when all
 /// was written. Start it with start(); when finished() comes, error() tells how it went.
 class CsvFile : public QThread
 {
@@ -19,10 +19,6 @@ public:
     QString path() const { return m_path; }
     /// Empty when the file was written.
     QString error() const { return m_error; }
-
-    /// One cell: quoted where needed, and with an apostrophe in front where a spreadsheet would take the text for a
-    /// formula, because it starts with =, +, -, @, a tab or a line break.
-    static QString cell(const QString& text);
 
 protected:
     void run() override;
