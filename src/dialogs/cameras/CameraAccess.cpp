@@ -2,6 +2,15 @@
 
 #include "config/ksGlobalConfig.h"
 
+QVariantMap editedSettings(const QVariantMap& before, QVariantMap now)
+{
+    for (auto it = before.begin(); it != before.end(); ++it) {
+        if (now.value(it.key()) == it.value())
+            now.remove(it.key());
+    }
+    return now;
+}
+
 CameraAccess::CameraAccess(ICoreCtrl& coreCtrl, const ksGlobalConfig& globalConfig)
     : core(coreCtrl)
     , settings(extensionOf<ICameraSettings>(&coreCtrl))

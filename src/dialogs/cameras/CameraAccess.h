@@ -10,6 +10,9 @@
 
 class ksGlobalConfig;
 
+/// Of settings as they stand now those that were edited, so that what another window changed meanwhile stays.
+QVariantMap editedSettings(const QVariantMap& before, QVariantMap now);
+
 /// The cameras as the dialogs reach them, through a core control that may offer any of its optional interfaces or
 /// none. GUI thread.
 struct CameraAccess

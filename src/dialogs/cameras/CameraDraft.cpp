@@ -154,14 +154,12 @@ AuditChanges CameraDraft::audit() const
     return changes;
 }
 
-/// Only what was edited here, so that what another window changed meanwhile stays.
+/// A camera that changes its type starts with all that is shown.
 CameraEntry CameraDraft::edits(const Row& row)
 {
     CameraEntry edits = row.entry;
-    for (auto it = row.before.settings.begin(); it != row.before.settings.end(); ++it) {
-        if (row.entry.type == row.before.type && edits.settings.value(it.key()) == it.value())
-            edits.settings.remove(it.key());
-    }
+    if (row.entry.type == row.before.type)
+        edits.settings = editedSettings(row.before.settings, edits.settings);
     return edits;
 }
 

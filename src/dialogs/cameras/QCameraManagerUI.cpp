@@ -5,7 +5,6 @@
 #include "dialogs/fields/DialogForm.h"
 #include "ui_QCameraManagerUI.h"
 
-#include <QShortcut>
 #include <QShowEvent>
 
 namespace {
@@ -54,15 +53,9 @@ void QCameraManagerUI::connectAll()
     connect(m_ui->okButton, &QPushButton::clicked, this, &QCameraManagerUI::accept);
     connect(m_ui->cancelButton, &QPushButton::clicked, this, &QCameraManagerUI::reject);
     connect(m_ui->applyButton, &QPushButton::clicked, this, &QCameraManagerUI::apply);
-    addShortcut(Qt::Key_Insert, m_ui->addButton);
-    addShortcut(Qt::Key_F2, m_ui->modifyButton);
-    addShortcut(Qt::Key_Delete, m_ui->removeButton);
-}
-
-void QCameraManagerUI::addShortcut(const QKeySequence& keys, QWidget* button)
-{
-    auto* shortcut = new QShortcut(keys, this);
-    connect(shortcut, &QShortcut::activated, qobject_cast<QAbstractButton*>(button), &QAbstractButton::click);
+    DialogForm::addShortcut(this, Qt::Key_Insert, m_ui->addButton);
+    DialogForm::addShortcut(this, Qt::Key_F2, m_ui->modifyButton);
+    DialogForm::addShortcut(this, Qt::Key_Delete, m_ui->removeButton);
 }
 
 void QCameraManagerUI::load()

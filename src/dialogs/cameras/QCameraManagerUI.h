@@ -47,7 +47,6 @@ private:
     enum class After { Stay, Close };
 
     void connectAll();
-    void addShortcut(const QKeySequence& keys, QWidget* button);
     void load();
     void judge();
     void showChosen();

@@ -108,8 +108,7 @@ void QCameraSettingsUI::showStatus()
                                                            .arg(status.size.width())
                                                            .arg(status.size.height()));
     m_ui->stationLabel->setText(stations.isEmpty() ? tr("（未使用）") : stations);
-    m_ui->statusMessage->say(Tone::Warning, status.message);
-    m_ui->statusMessage->setVisible(!status.message.isEmpty());
+    m_ui->statusMessage->sayOrHide(Tone::Warning, status.message);
 }
 
 void QCameraSettingsUI::showPicture(const QImage& image)
@@ -127,15 +126,9 @@ QString QCameraSettingsUI::liveProblem() const
     return m_cameras.isInProduction(m_key) ? tr("在线模式下，工位的相机不能实时取像") : QString();
 }
 
-/// What was edited, so that what another window changed meanwhile stays.
 QVariantMap QCameraSettingsUI::edits() const
 {
-    QVariantMap edits = m_ui->form->values();
-    for (auto it = m_shown.begin(); it != m_shown.end(); ++it) {
-        if (edits.value(it.key()) == it.value())
-            edits.remove(it.key());
-    }
-    return edits;
+    return editedSettings(m_shown, m_ui->form->values());
 }
 
 QString QCameraSettingsUI::problem() const

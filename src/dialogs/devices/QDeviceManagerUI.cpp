@@ -42,13 +42,6 @@ void setCell(QTableWidget* table, int row, int column, const QString& text)
     table->item(row, column)->setToolTip(text);
 }
 
-/// Takes no room while there is nothing to tell.
-void tell(InlineMessage* message, Tone tone, const QString& text)
-{
-    message->say(tone, text);
-    message->setVisible(!text.isEmpty());
-}
-
 /// A message without its marks for line breaks.
 QString plain(const QLabel* label)
 {
@@ -114,7 +107,7 @@ void QDeviceManagerUI::showModules()
         if (!module.working)
             problems << tr("%1：%2").arg(caption(module.name), module.problem);
     }
-    tell(m_ui->problems, Tone::Error, problems.join(QLatin1Char('\n')));
+    m_ui->problems->sayOrHide(Tone::Error, problems.join(QLatin1Char('\n')));
 }
 
 QVector<QPair<QLabel*, QLabel*>> QDeviceManagerUI::facts() const
@@ -138,7 +131,7 @@ void QDeviceManagerUI::showLine()
         if (value != m_ui->portLabel)
             value->setText(QStringLiteral("–"));
     }
-    tell(m_ui->lineMessage, Tone::Warning, port ? tr("此串口模块不提供状态") : tr("没有串口模块，不能与PLC通信"));
+    m_ui->lineMessage->sayOrHide(Tone::Warning, port ? tr("此串口模块不提供状态") : tr("没有串口模块，不能与PLC通信"));
 }
 
 void QDeviceManagerUI::showStatus(const SerialStatus& status)
@@ -153,7 +146,7 @@ void QDeviceManagerUI::showStatus(const SerialStatus& status)
     m_ui->badLabel->setText(QString::number(status.badBytes));
     m_ui->crcLabel->setText(QString::number(status.crcErrors));
     const QString last = status.lastError.isEmpty() ? QString() : tr("最近的错误：%1").arg(status.lastError);
-    tell(m_ui->lineMessage, status.open ? Tone::Plain : Tone::Error, last);
+    m_ui->lineMessage->sayOrHide(status.open ? Tone::Plain : Tone::Error, last);
 }
 
 QString QDeviceManagerUI::text() const

@@ -1,14 +1,11 @@
 #include "dialogs/fields/DecimalField.h"
 
-#include "dialogs/fields/Tone.h"
 #include "dialogs/fields/WholeNumber.h"
 
 #include <cmath>
 #include <optional>
 
 namespace {
-
-constexpr int kLongestText = 40;
 
 std::optional<double> parse(const QString& text)
 {
@@ -25,11 +22,8 @@ QString shown(double value)
 } // namespace
 
 DecimalField::DecimalField(QWidget* parent)
-    : QLineEdit(parent)
+    : JudgedField(parent)
 {
-    setMaxLength(kLongestText);
-    connect(this, &QLineEdit::textChanged, this, &DecimalField::judge);
-    connect(this, &QLineEdit::editingFinished, this, &DecimalField::tidy);
 }
 
 void DecimalField::setMinimum(double minimum)
@@ -66,14 +60,7 @@ double DecimalField::value() const
     return problem().isEmpty() ? parse(text()).value_or(0) : 0;
 }
 
-void DecimalField::judge()
-{
-    setTone(this, problem().isEmpty() ? Tone::Plain : Tone::Error);
-}
-
-/// Full-width digits become plain ones once the field is left.
 void DecimalField::tidy()
 {
-    if (problem().isEmpty())
-        setValue(value());
+    setValue(value());
 }

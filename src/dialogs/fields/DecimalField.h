@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QLineEdit>
+#include "dialogs/fields/JudgedField.h"
 
-/// A text field for a number with decimals that is judged while it is typed, as NumberField does for whole ones. A
-/// point parts the decimals; full-width digits count.
-class DecimalField : public QLineEdit
+/// A field for a number with decimals. A point parts them; full-width digits count.
+class DecimalField : public JudgedField
 {
     Q_OBJECT
 
@@ -16,17 +15,16 @@ public:
     void setMinimum(double minimum);
     void setMaximum(double maximum);
 
-    /// What is wrong with the text, in the operator's language; empty when it can be taken.
-    QString problem() const;
+    QString problem() const override;
 
     void setValue(double value);
     /// The number; 0 while there is a problem.
     double value() const;
 
-private:
-    void judge();
-    void tidy();
+protected:
+    void tidy() override;
 
+private:
     double m_minimum = 0;
     double m_maximum = 1e6;
 };

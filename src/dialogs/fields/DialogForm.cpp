@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 
 namespace {
 constexpr int kFingerHeight = 34;
@@ -18,6 +19,11 @@ void DialogForm::prepare(QDialog* dialog)
         if (field || qobject_cast<QPushButton*>(child))
             child->setMinimumHeight(kFingerHeight);
     }
+}
+
+void DialogForm::addShortcut(QDialog* dialog, const QKeySequence& keys, QAbstractButton* button)
+{
+    QObject::connect(new QShortcut(keys, dialog), &QShortcut::activated, button, &QAbstractButton::click);
 }
 
 void DialogForm::takeDown(QWidget* window)

@@ -17,3 +17,9 @@ void InlineMessage::say(Tone tone, const QString& text)
     QString breakable = text; // a long path may be broken after a separator
     setText(breakable.replace(QLatin1Char('/'), QStringLiteral("/\u200b")));
 }
+
+void InlineMessage::sayOrHide(Tone tone, const QString& text)
+{
+    say(tone, text);
+    setVisible(!text.isEmpty());
+}

@@ -15,6 +15,8 @@ public:
 
     /// Takes the place of what was said before.
     void say(Tone tone, const QString& text);
+    /// The same for a message that takes no room while there is nothing to say.
+    void sayOrHide(Tone tone, const QString& text);
     void clear() { say(Tone::Plain, {}); }
     Tone tone() const { return m_tone; }
 

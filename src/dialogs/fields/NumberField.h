@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QLineEdit>
+#include "dialogs/fields/JudgedField.h"
 
-/// A text field for a whole number that is judged while it is typed. A text field on purpose: a mouse wheel over it
-/// changes nothing, and a wrong number stays to be corrected instead of being replaced by another.
-class NumberField : public QLineEdit
+/// A field for a whole number.
+class NumberField : public JudgedField
 {
     Q_OBJECT
     Q_PROPERTY(int minimum READ minimum WRITE setMinimum)
@@ -24,17 +23,16 @@ public:
     bool isOptional() const { return m_optional; }
     void setOptional(bool optional);
 
-    /// What is wrong with the text, in the operator's language; empty when it can be taken.
-    QString problem() const;
+    QString problem() const override;
 
     void setValue(int value) { setText(QString::number(value)); }
     /// The number; 0 while there is a problem or nothing.
     int value() const;
 
-private:
-    void judge();
-    void tidy();
+protected:
+    void tidy() override;
 
+private:
     int m_minimum = 0;
     int m_maximum = 1000000;
     bool m_optional = false;

@@ -8,7 +8,6 @@
 
 #include <QEvent>
 #include <QFileDialog>
-#include <QShortcut>
 
 namespace {
 
@@ -55,15 +54,9 @@ void QModelMangerUI::connectAll()
     connect(m_ui->exportButton, &QPushButton::clicked, this, &QModelMangerUI::askExport);
     connect(m_ui->indexButton, &QPushButton::clicked, this, &QModelMangerUI::indexTableWanted);
     connect(m_ui->closeButton, &QPushButton::clicked, this, &QModelMangerUI::reject);
-    addShortcut(Qt::Key_Insert, m_ui->addButton);
-    addShortcut(Qt::Key_F2, m_ui->modifyButton);
-    addShortcut(Qt::Key_Delete, m_ui->removeButton);
-}
-
-void QModelMangerUI::addShortcut(const QKeySequence& keys, QWidget* button)
-{
-    auto* shortcut = new QShortcut(keys, this);
-    connect(shortcut, &QShortcut::activated, qobject_cast<QAbstractButton*>(button), &QAbstractButton::click);
+    DialogForm::addShortcut(this, Qt::Key_Insert, m_ui->addButton);
+    DialogForm::addShortcut(this, Qt::Key_F2, m_ui->modifyButton);
+    DialogForm::addShortcut(this, Qt::Key_Delete, m_ui->removeButton);
 }
 
 void QModelMangerUI::refresh()

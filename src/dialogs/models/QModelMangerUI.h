@@ -38,7 +38,6 @@ protected:
 
 private:
     void connectAll();
-    void addShortcut(const QKeySequence& keys, QWidget* button);
     void refresh();
     void showChosen();
     QString chosen() const;

@@ -43,7 +43,7 @@ QPlcMonitorUI::~QPlcMonitorUI()
 void QPlcMonitorUI::connectAll()
 {
     connect(&m_refresh, &QTimer::timeout, this, &QPlcMonitorUI::showNoted);
-    connect(m_ui->pauseButton, &QPushButton::toggled, this, &QPlcMonitorUI::onPaused);
+    connect(m_ui->pauseButton, &QPushButton::toggled, this, &QPlcMonitorUI::showNoted);
     connect(m_ui->heartbeatBox, &QCheckBox::toggled, this, &QPlcMonitorUI::filter);
     const auto chosen = QOverload<int>::of(&QComboBox::currentIndexChanged);
     connect(m_ui->wayBox, chosen, this, &QPlcMonitorUI::filter);
@@ -95,11 +95,6 @@ void QPlcMonitorUI::showNoted()
             m_ui->table->scrollToBottom();
     }
     count();
-}
-
-void QPlcMonitorUI::onPaused()
-{
-    showNoted();
 }
 
 void QPlcMonitorUI::filter()

@@ -12,7 +12,6 @@
 class CsvFile;
 class FrameList;
 class PlcLink;
-class QFileDialog;
 
 namespace Ui {
 class QPlcMonitorUI;
@@ -44,7 +43,6 @@ private:
     void layOutColumns();
     void note(const SComFrame& frame, bool received);
     void showNoted();
-    void onPaused();
     void filter();
     void clearFrames();
     void count();
