@@ -11,7 +11,6 @@ namespace {
 
 // SQLite's primary result codes.
 constexpr int codeReadOnly = 8;
-/// SQLite's primary result codes.
 constexpr int codeCorrupt = 11;
 constexpr int codeNotADatabase = 26;
 

@@ -37,15 +37,13 @@ void drawPart(QPainter* painter, const QImage& image, const QRectF& exposed)
         painter->drawImage(0, 0, image);
 }
 
-/// Whether most columns of the image are seen, so that it pays to blend whole rows of colours first.
-bool isDense(const QTransform& toDevice)
+/// Blending whole rows first pays for gray images, and for colours when most columns are seen; the general painter
+/// does the rest.
+RenderBand smallRenderer(const QImage& image, const QTransform& toDevice, const QRect& target)
 {
-    return toDevice.m11() >= 0.5;
-}
-
-/// By the general painter.
-RenderBand sparseRenderer(const QImage& image, const QTransform& toDevice, const QRect& target)
-{
+    constexpr double dense = 0.5;
+    if (image.format() == QImage::Format_Grayscale8 || toDevice.m11() >= dense)
+        return [scaler = SmoothScaler(image, toDevice, target)](QImage& band, int top) { scaler.render(band, top); };
     return [=](QImage& band, int top) {
         band.fill(image.pixel(0, 0)); // of an image thinner than a screen pixel the painter draws nothing
         QPainter painter(&band);
@@ -127,13 +125,7 @@ void ImageItem::drawSmaller(QPainter* painter, const QImage& image, const QTrans
         band.setDevicePixelRatio(ratio);
         painter->drawImage(QPointF(target.left(), target.top() + top) / ratio, band);
     };
-    if (image.format() != QImage::Format_Grayscale8 && !isDense(toDevice)) {
-        renderInBands(target.size(), sparseRenderer(image, toDevice, target), draw);
-        return;
-    }
-    const SmoothScaler scaler(image, toDevice, target);
-    renderInBands(
-        target.size(), [scaler](QImage& band, int top) { scaler.render(band, top); }, draw);
+    renderInBands(target.size(), smallRenderer(image, toDevice, target), draw);
 }
 
 void ImageItem::drawGrid(QPainter* painter, const QRectF& exposed) const

@@ -9,6 +9,9 @@
 #include <QEvent>
 #include <QSyntaxHighlighter>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 constexpr int kFlushMs = 50;
@@ -76,9 +79,7 @@ void LogPanel::append(const QString& line)
     m_lines.push_back(line);
     if (m_lines.size() > maxLines)
         m_lines.pop_front();
-    m_pending.append(line);
-    if (m_pending.size() > maxLines)
-        m_pending.removeFirst();
+    m_pending = qMin(m_pending + 1, m_lines.size());
     if (!m_flush.isActive())
         m_flush.start();
 }
@@ -89,24 +90,23 @@ bool LogPanel::isShown(const QString& line) const
            (!m_ui->troubleButton->isChecked() || isTrouble(logKind(line)));
 }
 
-QStringList LogPanel::shownLines() const
+QStringList LogPanel::shownOf(size_t count) const
 {
     QStringList lines;
-    for (const QString& line : m_lines) {
-        if (isShown(line))
-            lines.append(line);
-    }
+    std::copy_if(m_lines.end() - static_cast<std::ptrdiff_t>(count), m_lines.end(), std::back_inserter(lines),
+                 [this](const QString& line) { return isShown(line); });
     return lines;
+}
+
+QStringList LogPanel::shownLines() const
+{
+    return shownOf(m_lines.size());
 }
 
 void LogPanel::showPending()
 {
-    QStringList lines;
-    for (const QString& line : qAsConst(m_pending)) {
-        if (isShown(line))
-            lines.append(line);
-    }
-    m_pending.clear();
+    const QStringList lines = shownOf(m_pending);
+    m_pending = 0;
     if (!lines.isEmpty())
         m_ui->view->appendPlainText(lines.join(QLatin1Char('\n')));
 }
@@ -114,7 +114,7 @@ void LogPanel::showPending()
 void LogPanel::showAll()
 {
     m_flush.stop();
-    m_pending.clear();
+    m_pending = 0;
     m_ui->view->setPlainText(shownLines().join(QLatin1Char('\n')));
     m_ui->view->moveCursor(QTextCursor::End);
     m_ui->view->moveCursor(QTextCursor::StartOfLine);

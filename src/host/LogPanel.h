@@ -38,6 +38,8 @@ protected:
 
 private:
     bool isShown(const QString& line) const;
+    /// Those of the newest `count` lines that the filter lets through.
+    QStringList shownOf(size_t count) const;
     void showPending();
     void showAll();
     void retranslate();
@@ -45,7 +47,7 @@ private:
     std::unique_ptr<Ui::LogPanel> m_ui;
     int m_number = 0;
     std::deque<QString> m_lines;
-    QStringList m_pending; ///< kept, and not shown yet
+    size_t m_pending = 0; ///< of the newest lines, that are not shown yet
     QTimer m_flush;
     QTimer m_filter; ///< waits for the end of typing
 };

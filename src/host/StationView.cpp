@@ -41,7 +41,7 @@ StationView::StationView(QWidget* parent)
     m_ui->timeTile->setValue(kNone, ReadoutTile::Faint);
     show(Idle);
     setCount({});
-    arrange(false);
+    setWide(false);
 }
 
 StationView::~StationView() = default;
@@ -58,11 +58,6 @@ void StationView::setStation(int number)
 }
 
 void StationView::setWide(bool wide)
-{
-    arrange(wide);
-}
-
-void StationView::arrange(bool wide)
 {
     delete m_ui->reading->layout();
     auto* const grid = new QGridLayout(m_ui->reading);

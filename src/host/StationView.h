@@ -43,7 +43,6 @@ protected:
 private:
     enum State { Idle, Waiting, Found, NotFound, Refused };
 
-    void arrange(bool wide);
     void retranslate();
     void show(State state);
     void showTip();

@@ -23,27 +23,6 @@ QJsonObject toJson(const DayCounts& counts)
     return {{kDay, counts.day().toString(Qt::ISODate)}, {kStations, stations}};
 }
 
-class Writing : public QRunnable
-{
-public:
-    Writing(QString path, QJsonObject content)
-        : m_path(std::move(path))
-        , m_content(std::move(content))
-    {
-    }
-
-    void run() override
-    {
-        QString error;
-        if (!HomeFiles::writeJson(m_path, m_content, &error))
-            qWarning("counts of the day: %s", qUtf8Printable(error));
-    }
-
-private:
-    const QString m_path;
-    const QJsonObject m_content;
-};
-
 } // namespace
 
 DayCountsFile::DayCountsFile(const DayCounts& counts, QString path, QObject* parent)
@@ -87,5 +66,9 @@ void DayCountsFile::write()
         return;
     m_isNew = false;
     m_seconds = 0;
-    m_writer.start(new Writing(m_path, toJson(m_counts)));
+    m_writer.start(QRunnable::create([path = m_path, content = toJson(m_counts)] {
+        QString error;
+        if (!HomeFiles::writeJson(path, content, &error))
+            qWarning("counts of the day: %s", qUtf8Printable(error));
+    }));
 }
