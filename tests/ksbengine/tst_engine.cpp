@@ -183,7 +183,7 @@ private slots:
                                   plant.inbox.callback());
             plant.engine->runTask(inputOf(plant.image, i), stationTwo, finder::autoModelName(), other.callback());
         }
-        QTRY_COMPARE_WITH_TIMEOUT(plant.inbox.count() + other.count(), 2 * parts, 60000);
+        QTRY_COMPARE(plant.inbox.count() + other.count(), 2 * parts);
         for (int i = 0; i < parts; ++i) {
             QCOMPARE(numberOf(plant.inbox.results()[i]), i);
             QCOMPARE(numberOf(other.results()[i]), i);

@@ -66,7 +66,7 @@ class PlcScriptTest : public QObject
         QSignalSpy finished(&runner, &ScriptRunner::finished);
         runner.add(commands);
         runner.close();
-        if (finished.isEmpty() && !finished.wait(20000))
+        if (finished.isEmpty() && !finished.wait(patienceMs))
             failures << QStringLiteral("never finished");
         return failures;
     }

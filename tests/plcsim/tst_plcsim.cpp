@@ -47,7 +47,7 @@ class PlcsimTest : public QObject
     }
     void endsWith(int exitCode)
     {
-        QTRY_COMPARE_WITH_TIMEOUT(m_plc->state(), QProcess::NotRunning, 60000);
+        QTRY_COMPARE(m_plc->state(), QProcess::NotRunning);
         QVERIFY2(m_plc->exitStatus() == QProcess::NormalExit && m_plc->exitCode() == exitCode,
                  qPrintable(output() + errors()));
         QVERIFY(!QFileInfo(link()).isSymLink());
