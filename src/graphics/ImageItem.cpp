@@ -37,22 +37,6 @@ void drawPart(QPainter* painter, const QImage& image, const QRectF& exposed)
         painter->drawImage(0, 0, image);
 }
 
-/// Blending whole rows first pays for gray images, and for colours when most columns are seen; the general painter
-/// does the rest.
-RenderBand smallRenderer(const QImage& image, const QTransform& toDevice, const QRect& target)
-{
-    constexpr double dense = 0.5;
-    if (image.format() == QImage::Format_Grayscale8 || toDevice.m11() >= dense)
-        return [scaler = SmoothScaler(image, toDevice, target)](QImage& band, int top) { scaler.render(band, top); };
-    return [=](QImage& band, int top) {
-        band.fill(image.pixel(0, 0)); // of an image thinner than a screen pixel the painter draws nothing
-        QPainter painter(&band);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.setTransform(toDevice * QTransform::fromTranslate(-target.x(), -target.y() - top));
-        painter.drawImage(0, 0, image);
-    };
-}
-
 /// The pixels whose middle lies in a rectangle, but at least one row and column.
 QRect pixelsOf(const QRectF& rect)
 {
@@ -125,7 +109,9 @@ void ImageItem::drawSmaller(QPainter* painter, const QImage& image, const QTrans
         band.setDevicePixelRatio(ratio);
         painter->drawImage(QPointF(target.left(), target.top() + top) / ratio, band);
     };
-    renderInBands(target.size(), smallRenderer(image, toDevice, target), draw);
+    const SmoothScaler scaler(image, toDevice, target);
+    renderInBands(
+        target.size(), [scaler](QImage& band, int top) { scaler.render(band, top); }, draw);
 }
 
 void ImageItem::drawGrid(QPainter* painter, const QRectF& exposed) const

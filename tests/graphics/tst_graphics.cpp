@@ -67,7 +67,10 @@ private slots:
         const QImage image = noise(size.width(), size.height(), format);
         const QRect target = toDevice.mapRect(QRectF(QPointF(), QSizeF(size))).toAlignedRect();
         QImage whole(target.size(), QImage::Format_RGB32);
-        SmoothScaler(image, toDevice, target).render(whole, 0);
+        SmoothScaler(image, toDevice, target, SmoothScaler::Any).render(whole, 0);
+        QImage same(target.size(), QImage::Format_RGB32);
+        SmoothScaler(image, toDevice, target).render(same, 0);
+        QCOMPARE(same, whole);
         for (int y = 0; y < target.height(); ++y) {
             for (int x = 0; x < target.width(); ++x) {
                 const double u = (target.x() + x + 0.5 - toDevice.dx()) / toDevice.m11() - 0.5;
