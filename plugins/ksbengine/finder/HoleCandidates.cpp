@@ -16,6 +16,7 @@ constexpr double aroundAt = 1.6;      // where the surroundings are looked at, i
 constexpr double insideAt = 0.45;     // where a valve in the hole leaves it dark, in radii
 constexpr double bandAt = 0.75;       // where even a valve leaves the hole dark, in radii
 constexpr double bandWidth = 0.25;    // of the box whose mean stands for a place of that band, in radii
+constexpr int widestMean = 7;         // of a box, in places of the map
 constexpr double leastContrast = 6.0; // gray levels
 
 using Offsets = std::array<cv::Point, 8>;
@@ -96,6 +97,29 @@ VC_VECTORISED void darkerThan(const uchar* around, const uchar* a, const uchar* 
     }
 }
 
+/// Sums of `size` rows, the first of them given.
+VC_VECTORISED void sumRows(const uchar* first, std::ptrdiff_t stride, int size, int count, uint16_t* VC_RESTRICT sums)
+{
+    std::copy_n(first, count, sums);
+    for (int i = 1; i < size; ++i) {
+        const uchar* row = first + i * stride;
+        for (int x = 0; x < count; ++x)
+            sums[x] = static_cast<uint16_t>(sums[x] + row[x]);
+    }
+}
+
+/// Means of `size` neighbouring sums each; `share` is the part of one pixel, in 65536ths.
+template <int size>
+VC_VECTORISED void meansOfSums(const uint16_t* sums, int count, uint16_t share, uchar* VC_RESTRICT means)
+{
+    for (int x = 0; x < count; ++x) {
+        uint16_t sum = 0;
+        for (int i = 0; i < size; ++i)
+            sum = static_cast<uint16_t>(sum + sums[x + i]);
+        means[x] = static_cast<uchar>((static_cast<uint32_t>(sum) * share + 32768U) >> 16);
+    }
+}
+
 struct Spot
 {
     int value;
@@ -131,13 +155,28 @@ bool isNear(const HoleCandidate& known, const cv::Point2d& point)
 
 } // namespace
 
+/// Means over squares of odd size; at the border, where none fits, the values themselves.
+void HoleCandidates::computeMeans(const cv::Mat& map, int size, cv::Mat* means)
+{
+    map.copyTo(*means);
+    const int count = map.cols - size + 1;
+    if (size <= 1 || count <= 0)
+        return;
+    m_sums.resize(static_cast<size_t>(map.cols));
+    const auto share = static_cast<uint16_t>(65536 / (size * size));
+    const auto meansOf = size == 3 ? meansOfSums<3> : size == 5 ? meansOfSums<5> : meansOfSums<7>;
+    for (int y = 0; y + size <= map.rows; ++y) {
+        sumRows(map.ptr(y), static_cast<std::ptrdiff_t>(map.step[0]), size, map.cols, m_sums.data());
+        meansOf(m_sums.data(), count, share, means->ptr(y + size / 2) + size / 2);
+    }
+}
+
 void HoleCandidates::computeContrast(const cv::Mat& map, double radius)
 {
-    const int width = std::max(1, cvRound(meanWidth * radius) | 1);
-    cv::blur(map, m_mean, {width, width});
+    const auto odd = [](double size) { return std::clamp(cvRound(size) | 1, 1, widestMean); };
+    computeMeans(map, odd(meanWidth * radius), &m_mean);
     const Offsets around = circleOffsets(aroundAt * radius);
-    const int narrow = std::max(1, cvRound(bandWidth * radius) | 1);
-    cv::blur(map, m_fine, {narrow, narrow});
+    computeMeans(map, odd(bandWidth * radius), &m_fine);
     const Offsets within = circleOffsets(insideAt * radius);
     const Offsets band = circleOffsets(bandAt * radius);
     m_contrast.create(map.size(), CV_8UC1);

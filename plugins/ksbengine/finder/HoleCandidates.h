@@ -30,11 +30,13 @@ public:
               std::vector<HoleCandidate>* found);
 
 private:
+    void computeMeans(const cv::Mat& map, int size, cv::Mat* means);
     void computeContrast(const cv::Mat& map, double radius);
 
     cv::Mat m_mean;
     cv::Mat m_fine;
     cv::Mat m_contrast;
+    std::vector<uint16_t> m_sums; ///< of columns
     std::vector<uchar> m_rows;
 };
 

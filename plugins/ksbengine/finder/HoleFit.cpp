@@ -27,14 +27,26 @@ Outline firstOutline(const Fan& fan, const cv::Point2d& near, const Range& radiu
     return {fit.center, fit.lead, fit.c2, fit.s2};
 }
 
+using Directions = std::array<cv::Point2d, 24>;
+
+const Directions& directions()
+{
+    static const Directions all = [] {
+        Directions made;
+        for (size_t i = 0; i < made.size(); ++i) {
+            const double angle = 2 * CV_PI * static_cast<double>(i) / static_cast<double>(made.size());
+            made[i] = {std::cos(angle), std::sin(angle)};
+        }
+        return made;
+    }();
+    return all;
+}
+
 /// How much brighter it is around a circle than just inside of it, with no direction counting more than `most`.
 double contrastAcross(const cv::Mat& gray, const cv::Point2d& center, double radius, double most)
 {
-    constexpr int directions = 24;
     double sum = 0;
-    for (int i = 0; i < directions; ++i) {
-        const double angle = 2 * CV_PI * i / directions;
-        const cv::Point2d direction(std::cos(angle), std::sin(angle));
+    for (const cv::Point2d& direction : directions()) {
         const auto at = [&](double r) {
             const cv::Point2d p = center + r * direction;
             return static_cast<double>(grayAt(gray, static_cast<float>(p.x), static_cast<float>(p.y)));
@@ -43,7 +55,7 @@ double contrastAcross(const cv::Mat& gray, const cv::Point2d& center, double rad
         const double inside = at(0.7 * radius) + at(0.88 * radius);
         sum += std::clamp((outside - inside) / 2, -most, most);
     }
-    return sum / directions;
+    return sum / static_cast<double>(directions().size());
 }
 
 /// The circle of about the expected size that parts bright from dark best, all round: also where something stands in

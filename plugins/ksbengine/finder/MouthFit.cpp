@@ -12,6 +12,10 @@ using State = MouthProblem::State;
 
 constexpr int binnedSteps = 6;
 constexpr int lastSteps = 6;
+// How much worse an open hole explains the inside than the surroundings: up to the first, there is nothing to doubt;
+// beyond the second, something stands in it.
+constexpr double clearlyOpen = 1.2;
+constexpr double clearlyFilled = 1.4;
 
 /// Axes along and across the direction from the hub.
 struct Frame
@@ -92,17 +96,25 @@ MouthPatch withoutInside(MouthPatch patch, const MouthVector& p, double band)
 double misfitInside(const MouthPatch& patch, const MouthVector& p)
 {
     const MouthModel model(p);
-    std::array<float, mouthParameters> derivative{};
+    MouthModel::Block block{};
     double sums[2] = {0, 0};
     int counts[2] = {0, 0};
-    for (const int index : patch.counting) {
-        const MouthPixel& pixel = patch.pixels[index];
-        const double distance = distanceFromMouth(pixel, p);
-        const bool inside = distance < -1.5;
-        if (!inside && distance < p[Chamfer] + 1)
-            continue;
-        sums[inside] += std::abs(pixel.gray - model.evaluate(pixel, derivative.data()));
-        ++counts[inside];
+    for (size_t first = 0; first < patch.counting.size(); first += block.x.size()) {
+        const size_t count = std::min(block.x.size(), patch.counting.size() - first);
+        const auto pixelAt = [&](size_t i) -> const MouthPixel& { return patch.pixels[patch.counting[first + i]]; };
+        for (size_t i = 0; i < count; ++i) {
+            block.x[i] = pixelAt(i).x;
+            block.y[i] = pixelAt(i).y;
+        }
+        model.evaluate(&block);
+        for (size_t i = 0; i < count; ++i) {
+            const double distance = distanceFromMouth(pixelAt(i), p);
+            const bool inside = distance < -1.5;
+            if (!inside && distance < p[Chamfer] + 1)
+                continue;
+            sums[inside] += std::abs(pixelAt(i).gray - block.gray[i]);
+            ++counts[inside];
+        }
     }
     if (counts[0] == 0 || counts[1] == 0)
         return 0;
@@ -238,10 +250,9 @@ State filledFit(const View& view, const MouthPatch& band, State state, double wh
     return state;
 }
 
+/// Whether a filled hole explains the band between mouth and middle better.
 bool looksFilled(const View& view, const MouthPatch& band, const OpenFit& open, const State& filled)
 {
-    if (misfitInside(view.full, open.state.p) > 1.4)
-        return true;
     MouthProblem judge(band, view.open, open.whitening);
     const double noise = std::min(open.state.noise, filled.noise);
     return judge.misfit(filled.p, noise) < judge.misfit(open.state.p, noise);
@@ -263,13 +274,18 @@ Mouth fitMouth(const cv::Mat& gray, const Mouth& start, const cv::Point2d& hub, 
     const View view = viewOf(gray, start, extent, hub, taught);
     const State rough = roughFit(view, start.radius);
     const OpenFit open = openFit(view, rough);
-    const MouthPatch band = withoutInside(view.full, rough.p, 0.1 * rough.p[R] + 1);
-    const State filled = filledFit(view, band, rough, open.whitening);
-
-    const bool isFilled = looksFilled(view, band, open, filled);
-    Mouth mouth = toMouth(isFilled ? filled : open.state, start, view.frame);
-    mouth.filled = isFilled;
-    mouth.pixels = static_cast<int>(isFilled ? band.counting.size() : view.full.counting.size());
+    Mouth mouth = toMouth(open.state, start, view.frame);
+    mouth.pixels = static_cast<int>(view.full.counting.size());
+    const double misfit = misfitInside(view.full, open.state.p);
+    if (misfit > clearlyOpen) {
+        const MouthPatch band = withoutInside(view.full, rough.p, 0.1 * rough.p[R] + 1);
+        const State filled = filledFit(view, band, rough, open.whitening);
+        if (misfit > clearlyFilled || looksFilled(view, band, open, filled)) {
+            mouth = toMouth(filled, start, view.frame);
+            mouth.filled = true;
+            mouth.pixels = static_cast<int>(band.counting.size());
+        }
+    }
     mouth.valid = staysNear(start, mouth);
     return mouth;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Vectorise.h"
+
 #include <opencv2/core.hpp>
 
 #include <algorithm>
@@ -53,7 +55,7 @@ struct EllipseDistance
     float widening; ///< how much wider a band of constant relative size is seen here than one of constant width
 };
 
-inline EllipseDistance ellipseDistance(float dx, float dy, float radius, float e, float f)
+VC_INLINE EllipseDistance ellipseDistance(float dx, float dy, float radius, float e, float f)
 {
     const float square = dx * dx * (1 + e) + dy * dy * (1 - e) + 2 * f * dx * dy;
     const float q = std::sqrt(std::max(square, 0.04F));
@@ -64,18 +66,31 @@ inline EllipseDistance ellipseDistance(float dx, float dy, float radius, float e
             0.5F * (dx * dx - dy * dy) * inverse, dx * dy * inverse, q * inverse};
 }
 
-/// Gray value and derivatives of one pixel by the model, for one set of parameters.
+/// Gray values and derivatives of pixels by the model, for one set of parameters; of many at once, so that they are
+/// computed in wide vectors.
 class MouthModel
 {
 public:
+    static constexpr int blockSize = 16;
+
+    /// A parameter's derivatives for a block of pixels.
+    using Lanes = std::array<float, blockSize>;
+
+    struct Block
+    {
+        alignas(64) Lanes x;
+        Lanes y;
+        Lanes gray;                                     ///< result
+        std::array<Lanes, mouthParameters> derivatives; ///< result
+    };
+
     explicit MouthModel(const MouthVector& parameters);
 
-    /// Fills `derivative` with one value for each parameter.
-    float evaluate(const MouthPixel& pixel, float* derivative) const;
+    /// From x and y of all pixels to the results.
+    void evaluate(Block* block) const;
 
 private:
     std::array<float, mouthParameters> m_p;
-    float m_blurSquare;
 };
 
 } // namespace finder

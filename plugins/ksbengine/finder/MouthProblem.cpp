@@ -86,13 +86,29 @@ MouthProblem::MouthProblem(const MouthPatch& patch, const MouthExpectation& expe
 void MouthProblem::evaluate(const MouthVector& p)
 {
     const MouthModel model(p);
-    for (const int index : m_needed) {
-        const MouthPixel& pixel = m_patch.pixels[index];
-        Row& row = m_rows[index];
-        row[error] = pixel.gray - model.evaluate(pixel, row.data());
-        if (row[error] < 0 && pixel.gray >= saturated)
-            row.fill(0); // as bright as the camera can tell
+    MouthModel::Block block{};
+    for (size_t first = 0; first < m_needed.size(); first += block.x.size()) {
+        const size_t count = std::min(block.x.size(), m_needed.size() - first);
+        for (size_t i = 0; i < count; ++i) {
+            const MouthPixel& pixel = m_patch.pixels[m_needed[first + i]];
+            block.x[i] = pixel.x;
+            block.y[i] = pixel.y;
+        }
+        model.evaluate(&block);
+        for (size_t i = 0; i < count; ++i)
+            takeOver(block, i, m_needed[first + i]);
     }
+}
+
+void MouthProblem::takeOver(const MouthModel::Block& block, size_t i, int index)
+{
+    Row& row = m_rows[index];
+    for (int k = 0; k < mouthParameters; ++k)
+        row[k] = block.derivatives[k][i];
+    const float gray = m_patch.pixels[index].gray;
+    row[error] = gray - block.gray[i];
+    if (row[error] < 0 && gray >= saturated)
+        row.fill(0); // as bright as the camera can tell
 }
 
 void MouthProblem::whitened(int index, Row* row) const

@@ -50,6 +50,8 @@ private:
     using Matrix = std::array<Row, padded>;
 
     void evaluate(const MouthVector& p);
+    /// A block's pixel becomes a row.
+    void takeOver(const MouthModel::Block& block, size_t i, int index);
     void whitened(int index, Row* row) const;
     void accumulate(const MouthVector& p, double noise);
     void addExpectations(const MouthVector& p, double noise);

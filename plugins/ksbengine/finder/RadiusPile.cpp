@@ -9,7 +9,7 @@ namespace finder {
 namespace {
 
 constexpr size_t mostCircles = 5;
-constexpr size_t startsTried = 5;
+constexpr size_t startsTried = 3;
 
 struct Move
 {

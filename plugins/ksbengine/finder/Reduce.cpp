@@ -3,6 +3,8 @@
 #include "Vectorise.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 
 namespace finder {
 
@@ -11,21 +13,38 @@ namespace {
 // More rows than these add nothing but memory traffic: a block then already averages away the camera's noise.
 constexpr int rowsPerBlock = 8;
 
-VC_VECTORISED void addRow(const uchar* row, uint16_t* VC_RESTRICT sums, int width)
+using Rows = std::array<const uchar*, rowsPerBlock>;
+
+VC_VECTORISED void sumRows(const Rows& rows, uint16_t* VC_RESTRICT sums, int width)
 {
+    const uchar *r0 = rows[0], *r1 = rows[1], *r2 = rows[2], *r3 = rows[3];
+    const uchar *r4 = rows[4], *r5 = rows[5], *r6 = rows[6], *r7 = rows[7];
     for (int x = 0; x < width; ++x)
-        sums[x] = static_cast<uint16_t>(sums[x] + row[x]);
+        sums[x] = static_cast<uint16_t>(r0[x] + r1[x] + r2[x] + r3[x] + r4[x] + r5[x] + r6[x] + r7[x]);
 }
 
-/// Means of `factor` columns each; the usual factors are worth a loop that the compiler can unroll.
-template <int Fixed>
-void averageColumns(const uint16_t* columns, int factor, int area, int count, uchar* out)
+/// Four sums side by side, each at most 8 * 255.
+uint64_t four(const uint16_t* sums)
 {
-    const int width = Fixed > 0 ? Fixed : factor;
+    uint64_t value = 0;
+    std::memcpy(&value, sums, sizeof value);
+    return value;
+}
+
+/// Means of `factor` columns each; the usual factor is worth a way of its own.
+void averageColumns(const uint16_t* columns, int factor, int count, uchar* out)
+{
+    const int area = rowsPerBlock * factor;
+    if (factor == 8) {
+        constexpr uint64_t ones = 0x0001000100010001; // times these the uppermost lane is the sum of all four
+        for (int x = 0; x < count; ++x, columns += 8)
+            out[x] = static_cast<uchar>((((four(columns) + four(columns + 4)) * ones >> 48) + 32) >> 6);
+        return;
+    }
     const auto share = static_cast<uint32_t>((1U << 20) / static_cast<uint32_t>(area));
-    for (int x = 0; x < count; ++x, columns += width) {
+    for (int x = 0; x < count; ++x, columns += factor) {
         uint32_t sum = static_cast<uint32_t>(area) / 2;
-        for (int i = 0; i < width; ++i)
+        for (int i = 0; i < factor; ++i)
             sum += columns[i];
         out[x] = static_cast<uchar>(std::min<uint32_t>(255, (sum * share) >> 20));
     }
@@ -42,14 +61,14 @@ const cv::Mat& Reducer::reduce(const cv::Mat& gray, int factor)
 {
     m_small.create(gray.rows / factor, gray.cols / factor, CV_8UC1);
     const int usedWidth = m_small.cols * factor;
-    const int rows = std::min(factor, rowsPerBlock);
-    const int area = rows * factor;
+    // A smaller block repeats rows; its mean is nearly the same.
+    m_columns.resize(static_cast<size_t>(usedWidth));
     for (int y = 0; y < m_small.rows; ++y) {
-        m_columns.assign(static_cast<size_t>(usedWidth), 0);
-        for (int i = 0; i < rows; ++i)
-            addRow(gray.ptr(y * factor + (2 * i + 1) * factor / (2 * rows)), m_columns.data(), usedWidth);
-        const auto average = factor == 8 ? averageColumns<8> : averageColumns<0>;
-        average(m_columns.data(), factor, area, m_small.cols, m_small.ptr(y));
+        Rows rows{};
+        for (int i = 0; i < rowsPerBlock; ++i)
+            rows[i] = gray.ptr(y * factor + (2 * i + 1) * factor / (2 * rowsPerBlock));
+        sumRows(rows, m_columns.data(), usedWidth);
+        averageColumns(m_columns.data(), factor, m_small.cols, m_small.ptr(y));
     }
     return m_small;
 }

@@ -14,3 +14,19 @@
 #else
 #define VC_RESTRICT
 #endif
+
+/// For the parts of a VC_VECTORISED loop: a call that stays would keep the loop from wide registers.
+#if defined(__GNUC__)
+#define VC_INLINE inline __attribute__((always_inline))
+#elif defined(_MSC_VER)
+#define VC_INLINE __forceinline
+#else
+#define VC_INLINE inline
+#endif
+
+/// In front of a function with instructions of AVX2, which is only called when the processor has them.
+#if defined(__GNUC__) && defined(__x86_64__)
+#define VC_AVX2 __attribute__((target("avx2")))
+#elif defined(_M_X64)
+#define VC_AVX2
+#endif

@@ -1,0 +1,166 @@
+#include "finder/HoleCandidates.h"
+#include "finder/MouthModel.h"
+#include "finder/Rays.h"
+#include "finder/Reduce.h"
+#include "support/Table.h"
+
+#include <QtTest>
+
+#include <opencv2/imgproc.hpp>
+
+namespace {
+
+cv::Mat noise(int rows, int columns)
+{
+    cv::Mat image(rows, columns, CV_8UC1);
+    cv::RNG random(4711);
+    random.fill(image, cv::RNG::UNIFORM, 0, 256);
+    return image;
+}
+
+/// An open hole of 10 pixels with a chamfer, seen a little from the side.
+finder::MouthVector openHole()
+{
+    finder::MouthVector p{};
+    p[finder::X] = 0.3;
+    p[finder::Y] = -0.4;
+    p[finder::R] = 10;
+    p[finder::Chamfer] = 1.5;
+    p[finder::Blur] = 1.2;
+    p[finder::WallX] = -2;
+    p[finder::WallY] = 0.7;
+    p[finder::Far] = 1;
+    p[finder::Surface0] = 150;
+    p[finder::Chamfer0] = 210;
+    p[finder::Wall0] = 90;
+    p[finder::Deep] = 20;
+    return p;
+}
+
+finder::MouthModel::Block blockAt(const finder::MouthVector& p, double distance)
+{
+    finder::MouthModel::Block block{};
+    for (size_t i = 0; i < block.x.size(); ++i) {
+        const double angle = 0.1 + 2 * CV_PI * static_cast<double>(i) / static_cast<double>(block.x.size());
+        block.x[i] = static_cast<float>(p[finder::X] + distance * std::cos(angle));
+        block.y[i] = static_cast<float>(p[finder::Y] + distance * std::sin(angle));
+    }
+    finder::MouthModel(p).evaluate(&block);
+    return block;
+}
+
+} // namespace
+
+/// What the finder's stages are made of.
+class StagesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void raysAreBilinearToTheBorder()
+    {
+        const cv::Mat gray = noise(97, 131); // no row of padding: whoever reads on reads beyond the image
+        finder::Ray ray;
+        for (int count = 1; count < 40; ++count) {
+            const double angle = 0.37 * count;
+            const int side = count % 5;
+            const cv::Point2d center(66.2, 48.7);
+            QVERIFY(finder::sampleWideRay(gray, center, angle, 1.5, 0.8, count, side, &ray));
+            QCOMPARE(ray.values.size(), size_t(count));
+            for (int i = 0; i < count; ++i) {
+                const double r = 1.5 + 0.8 * i;
+                double sum = 0;
+                for (int k = -side; k <= side; ++k)
+                    sum += finder::grayAt(gray, float(center.x + r * std::cos(angle) - k * std::sin(angle)),
+                                          float(center.y + r * std::sin(angle) + k * std::cos(angle)));
+                QVERIFY(std::abs(ray.values[i] - sum / (2 * side + 1)) < 1); // steps are rounded to 1/4096 pixel
+            }
+        }
+        for (const double angle : {0.0, CV_PI / 2, CV_PI, 3 * CV_PI / 2}) {
+            const double edge = std::abs(std::sin(angle)) > 0.5 ? 46 : 63;
+            QVERIFY(finder::sampleRay(gray, {65, 48}, angle, 0, 1, int(edge), &ray));
+            QVERIFY(!finder::sampleRay(gray, {65, 48}, angle, 0, 1, int(edge) + 4, &ray));
+        }
+    }
+
+    void pictureIsReducedToMeansOfBlocks_data()
+    {
+        Table::of<int>({{"as it is", 1}, {"few rows", 3}, {"usual", 8}, {"20 megapixels", 14}});
+    }
+
+    void pictureIsReducedToMeansOfBlocks()
+    {
+        const auto [factor] = Table::row<int>();
+        const cv::Mat gray = noise(30 * factor + factor - 1, 41 * factor + factor - 1);
+        cv::Mat smooth; // so that it hardly matters which rows of a block are read
+        cv::GaussianBlur(gray, smooth, {}, 2.5 * factor);
+        finder::Reducer reducer;
+        const cv::Mat small = reducer.reduce(smooth, factor).clone();
+        QCOMPARE(small.cols, 41);
+        QCOMPARE(small.rows, 30);
+        for (int y = 0; y < small.rows; ++y) {
+            for (int x = 0; x < small.cols; ++x) {
+                const double mean = cv::mean(smooth(cv::Rect(x * factor, y * factor, factor, factor)))[0];
+                QVERIFY(std::abs(small.at<uchar>(y, x) - mean) < 2);
+            }
+        }
+        const cv::Mat white(8 * factor, 8 * factor, CV_8UC1, cv::Scalar(255));
+        QCOMPARE(cv::countNonZero(reducer.reduce(white, factor) != 255), 0);
+    }
+
+    void mouthsDerivativesAreThoseOfItsPicture_data()
+    {
+        using namespace finder;
+        Table::of<int, double>({{"x", X, 1e-2},
+                                {"y", Y, 1e-2},
+                                {"radius", R, 1e-2},
+                                {"chamfer", Chamfer, 1e-2},
+                                {"blur", Blur, 1e-2},
+                                {"turn", Turn, 1e-2},
+                                {"wall x", WallX, 1e-2},
+                                {"wall y", WallY, 1e-2},
+                                {"far", Far, 1e-3},
+                                {"surface", Surface0, 1},
+                                {"surface slope", SurfaceX, 0.1},
+                                {"chamfer level", Chamfer0, 1},
+                                {"chamfer side", ChamferS, 1},
+                                {"wall level", Wall0, 1},
+                                {"wall side", WallC, 1},
+                                {"deep", Deep, 1}});
+    }
+
+    void mouthsDerivativesAreThoseOfItsPicture()
+    {
+        const auto [parameter, step] = Table::row<int, double>();
+        const finder::MouthVector p = openHole();
+        for (const double distance : {4.0, 8.0, 9.5, 10.5, 12.0, 15.0}) {
+            const finder::MouthModel::Block at = blockAt(p, distance);
+            auto less = at;
+            auto more = at;
+            finder::MouthVector other = p;
+            other[parameter] += step;
+            finder::MouthModel(other).evaluate(&more);
+            other[parameter] -= 2 * step;
+            finder::MouthModel(other).evaluate(&less);
+            for (size_t i = 0; i < at.x.size(); ++i) {
+                const double slope = (more.gray[i] - less.gray[i]) / (2 * step);
+                const double told = at.derivatives[parameter][i];
+                QVERIFY2(std::abs(told - slope) < 0.1 + 0.03 * std::abs(slope),
+                         qPrintable(QString("%1 at %2: %3 for %4").arg(i).arg(distance).arg(told).arg(slope)));
+            }
+        }
+    }
+
+    void mouthIsDarkInsideAndBrightOutside()
+    {
+        const finder::MouthVector p = openHole();
+        for (const float gray : blockAt(p, 30).gray)
+            QVERIFY(std::abs(gray - 150) < 0.1);
+        const finder::MouthModel::Block middle = blockAt(p, 2);
+        for (const float gray : middle.gray)
+            QVERIFY(std::abs(gray - 20) < 1);
+    }
+};
+
+QTEST_APPLESS_MAIN(StagesTest)
+#include "tst_stages.moc"
