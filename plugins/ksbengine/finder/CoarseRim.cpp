@@ -19,6 +19,7 @@ constexpr double nearlyAsComplete = 0.7;
 constexpr double innerShare = 0.7; // of the smallest rim, from where on edges are read
 constexpr double coarseReach = 6;  // pixels by which votes may miss the centre
 constexpr int centersTried = 3;
+constexpr float voteStep = 2;      // pixels along a normal from vote to vote; they are smoothed anyway
 constexpr double rivalVotes = 0.5; // of the best centre, for another one that is worth a look
 
 cv::Rect centerWindow(const cv::Size& size, double maxOffset)
@@ -96,12 +97,12 @@ float CoarseRim::chooseThreshold() const
 {
     constexpr int bins = 256;
     std::array<int, bins> histogram{};
-    for (int y = 0; y < m_magnitude.rows; ++y) {
+    for (int y = 0; y < m_magnitude.rows; y += 2) {
         const auto* row = m_magnitude.ptr<float>(y);
         for (int x = 0; x < m_magnitude.cols; ++x)
             ++histogram[std::min(bins - 1, static_cast<int>(row[x] * 2))];
     }
-    int left = static_cast<int>(edgeShare * static_cast<double>(m_magnitude.total()));
+    int left = static_cast<int>(edgeShare / 2 * static_cast<double>(m_magnitude.total())); // of every other row
     int bin = bins - 1;
     while (bin > 0 && left > histogram[bin])
         left -= histogram[bin--];
@@ -119,7 +120,7 @@ void CoarseRim::voteFrom(int x, int y, const Range& radius, const cv::Rect& wind
         Range part = radius;
         clip(from.x, step.x, static_cast<float>(window.width - 1), &part);
         clip(from.y, step.y, static_cast<float>(window.height - 1), &part);
-        for (auto r = static_cast<float>(part.low); r <= static_cast<float>(part.high); r += 1.0F) {
+        for (auto r = static_cast<float>(part.low); r <= static_cast<float>(part.high); r += voteStep) {
             const int column = static_cast<int>(from.x + r * step.x + 0.5F);
             const int row = static_cast<int>(from.y + r * step.y + 0.5F);
             ++m_votes.ptr<ushort>(row)[column];

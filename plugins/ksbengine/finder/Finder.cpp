@@ -31,6 +31,8 @@ constexpr double slackOfPlace = 0.025; // of the ring's radius, within which a h
 constexpr double usualRing = 0.87;     // of the rim's radius, where the ledge of most wheels is
 constexpr double slackOfUsual = 0.07;
 constexpr double faintest = 0.25;     // of the strongest contrast, for a spot that is worth measuring
+constexpr double fainter = 0.5;       // the same, once a hole is found that is
+constexpr double beyondDoubt = 0.8;   // as good as this
 constexpr int candidatesMeasured = 8; // for each size looked for
 
 /// The sizes to look for, so that each size of a range is within a third of one of them.
@@ -129,12 +131,8 @@ void Finder::collectCandidates(const HoleModel& model, double rim, std::vector<H
         const bool large = size > 6 * m_ring.step();
         m_candidates.find(large ? half : m_ring, ringRadii, size, candidatesMeasured, likelihood, found);
     }
-    double best = 0;
-    for (const HoleCandidate& candidate : *found)
-        best = std::max(best, candidate.rank);
-    found->erase(std::remove_if(found->begin(), found->end(),
-                                [best](const HoleCandidate& candidate) { return candidate.rank < faintest * best; }),
-                 found->end());
+    std::stable_sort(found->begin(), found->end(),
+                     [](const HoleCandidate& a, const HoleCandidate& b) { return a.rank > b.rank; });
 }
 
 FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, FindResult* result)
@@ -147,12 +145,19 @@ FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, FindRe
     m_levels.noise = estimateNoise(gray);
     std::vector<HoleCandidate> candidates;
     collectCandidates(model, result->hub.radius, &candidates);
+    double highest = 0;
     for (const HoleCandidate& candidate : candidates) {
+        // Beside a hole that is beyond doubt, on a ring that was taught, what is much fainter is no rival.
+        const bool decided = model.ringRadius > 0 && highest > beyondDoubt;
+        if (candidate.rank < (decided ? fainter : faintest) * candidates.front().rank)
+            break;
         HoleFit hole = measureHole(gray, candidate.point, candidate.size, holeRadii, m_levels);
         const double distance = cv::norm(hole.fit.outline.center - result->hub.center);
         hole.score.place = placeScore(distance, result->hub.radius, model);
-        if (hole.fit.valid)
-            m_trace.holes.push_back({candidate, hole});
+        if (!hole.fit.valid)
+            continue;
+        highest = std::max(highest, hole.score.total());
+        m_trace.holes.push_back({candidate, hole});
     }
     std::stable_sort(m_trace.holes.begin(), m_trace.holes.end(), [](const RankedHole& a, const RankedHole& b) {
         return a.hole.score.total() > b.hole.score.total();

@@ -171,7 +171,7 @@ void HoleCandidates::computeMeans(const cv::Mat& map, int size, cv::Mat* means)
     }
 }
 
-void HoleCandidates::computeContrast(const cv::Mat& map, double radius)
+void HoleCandidates::computeContrast(const cv::Mat& map, double radius, const cv::Range& columns)
 {
     const auto odd = [](double size) { return std::clamp(cvRound(size) | 1, 1, widestMean); };
     computeMeans(map, odd(meanWidth * radius), &m_mean);
@@ -182,7 +182,8 @@ void HoleCandidates::computeContrast(const cv::Mat& map, double radius)
     m_contrast.create(map.size(), CV_8UC1);
     m_contrast.setTo(0);
     const int margin = cvCeil(aroundAt * radius) + 1;
-    const int count = map.cols - 2 * margin;
+    const int first = std::max(margin, columns.start);
+    const int count = std::min(map.cols - margin, columns.end) - first;
     if (count <= 0)
         return;
     m_rows.resize(3 * static_cast<size_t>(count));
@@ -191,7 +192,7 @@ void HoleCandidates::computeContrast(const cv::Mat& map, double radius)
     uchar* const bandMean = middle + count;
     for (int y = margin; y < map.rows - margin; ++y) {
         const auto at = [&](const cv::Mat& from, const cv::Point& offset) {
-            return from.ptr(y + offset.y) + margin + offset.x;
+            return from.ptr(y + offset.y) + first + offset.x;
         };
         Rows rows{};
         for (size_t i = 0; i < rows.size(); ++i)
@@ -203,23 +204,23 @@ void HoleCandidates::computeContrast(const cv::Mat& map, double radius)
         for (size_t i = 0; i < rows.size(); ++i)
             rows[i] = at(m_fine, band[i]);
         meanOfEight(rows, count, bandMean);
-        darkerThan(surroundings, m_mean.ptr(y) + margin, middle, bandMean, count, m_contrast.ptr(y) + margin);
+        darkerThan(surroundings, m_mean.ptr(y) + first, middle, bandMean, count, m_contrast.ptr(y) + first);
     }
 }
 
 void HoleCandidates::find(const RingMap& ring, const Range& radii, double radius, int most,
                           const Likelihood& likelihood, std::vector<HoleCandidate>* found)
 {
-    computeContrast(ring.map(), radius / ring.step());
-    const int firstColumn = cvFloor((radii.low - ring.radiusOfColumn(0)) / ring.step());
-    const int lastColumn = cvCeil((radii.high - ring.radiusOfColumn(0)) / ring.step());
+    const cv::Range columns(cvFloor((radii.low - ring.radiusOfColumn(0)) / ring.step()),
+                            cvCeil((radii.high - ring.radiusOfColumn(0)) / ring.step()) + 1);
+    computeContrast(ring.map(), radius / ring.step(), {columns.start - 1, columns.end + 1});
     std::vector<double> shares;
     shares.reserve(static_cast<size_t>(ring.map().cols));
     for (int x = 0; x < ring.map().cols; ++x)
         shares.push_back(likelihood(ring.radiusOfColumn(x)));
     const cv::Range rows(ring.padding(), ring.padding() + ring.turn());
     int added = 0;
-    for (const Spot& spot : peaks(m_contrast, rows, {firstColumn, lastColumn + 1}, shares)) {
+    for (const Spot& spot : peaks(m_contrast, rows, columns, shares)) {
         const cv::Point2d point = ring.toImage(spot.at);
         if (std::any_of(found->begin(), found->end(), [&](const HoleCandidate& known) { return isNear(known, point); }))
             continue;

@@ -31,7 +31,8 @@ public:
 
 private:
     void computeMeans(const cv::Mat& map, int size, cv::Mat* means);
-    void computeContrast(const cv::Mat& map, double radius);
+    /// In some columns only; elsewhere it is 0.
+    void computeContrast(const cv::Mat& map, double radius, const cv::Range& columns);
 
     cv::Mat m_mean;
     cv::Mat m_fine;

@@ -112,7 +112,7 @@ double misfitInside(const MouthPatch& patch, const MouthVector& p)
             const bool inside = distance < -1.5;
             if (!inside && distance < p[Chamfer] + 1)
                 continue;
-            sums[inside] += std::abs(pixelAt(i).gray - block.gray[i]);
+            sums[inside] += std::abs(pixelAt(i).gray - block.results[MouthModel::gray][i]);
             ++counts[inside];
         }
     }
@@ -176,7 +176,7 @@ struct Extent
 Extent extentFor(double radius)
 {
     return {1.55 * radius + 3, std::max(1, cvRound(radius / 4)), std::max(1, cvRound((radius + 1) / 7)),
-            std::max(1, cvRound(radius / 20))};
+            std::max(1, cvRound(radius / 11))};
 }
 
 /// What all stages of a fit look at.
@@ -234,9 +234,9 @@ OpenFit openFit(const View& view, const State& rough)
     trial.measureNoise(&state);
     trial.improve(&state, 0, binnedSteps);
 
-    MouthProblem plain(view.full, view.open, 0);
-    const double whitening = whiteningFor(plain.correlation(state.p));
-    MouthProblem last(view.full, view.open, whitening);
+    MouthProblem last(view.full, view.open, 0);
+    const double whitening = whiteningFor(last.correlation(state.p));
+    last.setWhitening(whitening);
     last.measureNoise(&state);
     last.improve(&state, 0, lastSteps);
     return {state, whitening};

@@ -1,5 +1,7 @@
 #include "MouthModel.h"
 
+#include <opencv2/core/hal/intrin.hpp>
+
 namespace finder {
 
 namespace {
@@ -33,7 +35,7 @@ VC_INLINE NormalValue normalAt(float z)
 VC_VECTORISED void evaluateBlock(const float* p, MouthModel::Block* VC_RESTRICT block)
 {
     const float blurSquare = p[Blur] * p[Blur];
-    auto& by = block->derivatives;
+    auto& by = block->results;
     for (int i = 0; i < MouthModel::blockSize; ++i) {
         const float dx = block->x[i] - p[X];
         const float dy = block->y[i] - p[Y];
@@ -89,7 +91,8 @@ VC_VECTORISED void evaluateBlock(const float* p, MouthModel::Block* VC_RESTRICT 
         by[WallC][i] = wallShare * c;
         by[WallS][i] = wallShare * s;
         by[Deep][i] = deepShare;
-        block->gray[i] = surface * atOuter.share + chamfer * chamferShare + wall * wallShare + p[Deep] * deepShare;
+        by[MouthModel::gray][i] =
+            surface * atOuter.share + chamfer * chamferShare + wall * wallShare + p[Deep] * deepShare;
     }
 }
 
@@ -105,6 +108,20 @@ MouthModel::MouthModel(const MouthVector& parameters)
 void MouthModel::evaluate(Block* block) const
 {
     evaluateBlock(m_p.data(), block);
+}
+
+void MouthModel::transpose(const Block& block, int i, float* const* rows)
+{
+    static_assert(rowSize % 4 == 0, "whole vectors");
+    for (int k = 0; k < rowSize; k += 4) {
+        const auto at = [&](int row) { return cv::v_load(&block.results[row][i]); };
+        cv::v_float32x4 a, b, c, d;
+        cv::v_transpose4x4(at(k), at(k + 1), at(k + 2), at(k + 3), a, b, c, d);
+        cv::v_store(rows[0] + k, a);
+        cv::v_store(rows[1] + k, b);
+        cv::v_store(rows[2] + k, c);
+        cv::v_store(rows[3] + k, d);
+    }
 }
 
 } // namespace finder

@@ -72,6 +72,8 @@ class MouthModel
 {
 public:
     static constexpr int blockSize = 16;
+    static constexpr int gray = mouthParameters; ///< index of the gray value among the results
+    static constexpr int rowSize = mouthParameters + 2;
 
     /// A parameter's derivatives for a block of pixels.
     using Lanes = std::array<float, blockSize>;
@@ -80,14 +82,16 @@ public:
     {
         alignas(64) Lanes x;
         Lanes y;
-        Lanes gray;                                     ///< result
-        std::array<Lanes, mouthParameters> derivatives; ///< result
+        std::array<Lanes, rowSize> results; ///< the derivatives, the gray value, and 0
     };
 
     explicit MouthModel(const MouthVector& parameters);
 
     /// From x and y of all pixels to the results.
     void evaluate(Block* block) const;
+
+    /// The results of four pixels from the i-th on as a row each.
+    static void transpose(const Block& block, int i, float* const* rows);
 
 private:
     std::array<float, mouthParameters> m_p;

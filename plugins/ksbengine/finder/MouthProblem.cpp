@@ -85,6 +85,10 @@ MouthProblem::MouthProblem(const MouthPatch& patch, const MouthExpectation& expe
 
 void MouthProblem::evaluate(const MouthVector& p)
 {
+    if (m_isEvaluated && p == m_evaluated)
+        return;
+    m_evaluated = p;
+    m_isEvaluated = true;
     const MouthModel model(p);
     MouthModel::Block block{};
     for (size_t first = 0; first < m_needed.size(); first += block.x.size()) {
@@ -95,20 +99,25 @@ void MouthProblem::evaluate(const MouthVector& p)
             block.y[i] = pixel.y;
         }
         model.evaluate(&block);
-        for (size_t i = 0; i < count; ++i)
-            takeOver(block, i, m_needed[first + i]);
+        for (size_t i = 0; i < count; i += 4)
+            takeOver(block, i, &m_needed[first + i], std::min<size_t>(4, count - i));
     }
 }
 
-void MouthProblem::takeOver(const MouthModel::Block& block, size_t i, int index)
+void MouthProblem::takeOver(const MouthModel::Block& block, size_t i, const int* indices, size_t count)
 {
-    Row& row = m_rows[index];
-    for (int k = 0; k < mouthParameters; ++k)
-        row[k] = block.derivatives[k][i];
-    const float gray = m_patch.pixels[index].gray;
-    row[error] = gray - block.gray[i];
-    if (row[error] < 0 && gray >= saturated)
-        row.fill(0); // as bright as the camera can tell
+    Row unused;
+    std::array<float*, 4> rows{unused.data(), unused.data(), unused.data(), unused.data()};
+    for (size_t k = 0; k < count; ++k)
+        rows[k] = m_rows[indices[k]].data();
+    MouthModel::transpose(block, static_cast<int>(i), rows.data());
+    for (size_t k = 0; k < count; ++k) {
+        Row& row = m_rows[indices[k]];
+        const float gray = m_patch.pixels[indices[k]].gray;
+        row[error] = gray - row[error];
+        if (row[error] < 0 && gray >= saturated)
+            row.fill(0); // as bright as the camera can tell
+    }
 }
 
 void MouthProblem::whitened(int index, Row* row) const

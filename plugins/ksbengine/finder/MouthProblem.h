@@ -30,6 +30,8 @@ public:
     /// `patch` outlives the problem. `whitening` from 0 (none) to below 1.
     MouthProblem(const MouthPatch& patch, const MouthExpectation& expected, double whitening);
 
+    void setWhitening(double whitening) { m_whitening = static_cast<float>(whitening); }
+
     /// Improves the parameters from `first` on, `steps` times at most.
     void improve(State* state, int first, int steps);
 
@@ -42,7 +44,7 @@ public:
     /// How alike the errors of neighbouring pixels are, -1 to 1: high where the surface has a coarse grain.
     double correlation(const MouthVector& p);
 
-    static constexpr int padded = 24; ///< the parameters and the error, rounded up to whole vectors
+    static constexpr int padded = MouthModel::rowSize; ///< the parameters and the error, in whole vectors
 
 private:
     static constexpr int error = mouthParameters;
@@ -50,8 +52,8 @@ private:
     using Matrix = std::array<Row, padded>;
 
     void evaluate(const MouthVector& p);
-    /// A block's pixel becomes a row.
-    void takeOver(const MouthModel::Block& block, size_t i, int index);
+    /// Up to four of a block's pixels become rows.
+    void takeOver(const MouthModel::Block& block, size_t i, const int* indices, size_t count);
     void whitened(int index, Row* row) const;
     void accumulate(const MouthVector& p, double noise);
     void addExpectations(const MouthVector& p, double noise);
@@ -64,6 +66,8 @@ private:
     float m_whitening;
     std::vector<int> m_needed; // pixels that count, and their neighbours
     std::vector<Row> m_rows;   // derivatives and error of each pixel
+    MouthVector m_evaluated{}; // for which parameters these are
+    bool m_isEvaluated = false;
     Matrix m_matrix{};
     MouthVector m_right{};
     double m_dataCost = 0;

@@ -9,7 +9,8 @@ namespace {
 
 constexpr int terms = 5;
 constexpr int iterations = 8;
-constexpr double tukey = 4.685; // 95 % efficiency for Gaussian errors
+constexpr double settled = 1e-3; // pixels, of all coefficients together
+constexpr double tukey = 4.685;  // 95 % efficiency for Gaussian errors
 
 using Basis = std::array<double, terms>;
 
@@ -128,8 +129,14 @@ bool HarmonicSolver::solve()
         return false;
     for (int i = 0; i < iterations; ++i) {
         reweight();
+        const Basis before = m_coefficients;
         if (!leastSquares())
             return false;
+        double moved = 0;
+        for (int k = 0; k < terms; ++k)
+            moved += std::abs(m_coefficients[k] - before[k]);
+        if (moved < settled)
+            break;
     }
     reweight();
     return true;

@@ -44,11 +44,16 @@ std::vector<Move> distinct(const std::vector<Move>& sorted, double apart, size_t
     return kept;
 }
 
+/// In which pile each point lies, and how much of it belongs to the next one; the first and the last pile take what
+/// lies beyond.
 VC_VECTORISED void project(const float* radii, const float* cosines, const float* sines, float a, float b, float scale,
-                           int count, float* VC_RESTRICT at)
+                           float last, int count, int* VC_RESTRICT piles, float* VC_RESTRICT parts)
 {
-    for (int i = 0; i < count; ++i)
-        at[i] = radii[i] * scale - a * cosines[i] - b * sines[i];
+    for (int i = 0; i < count; ++i) {
+        const float at = std::min(std::max(radii[i] * scale - a * cosines[i] - b * sines[i], 0.0F), last);
+        piles[i] = static_cast<int>(at);
+        parts[i] = at - static_cast<float>(piles[i]);
+    }
 }
 
 } // namespace
@@ -66,7 +71,8 @@ std::vector<Place> placesOf(const std::vector<EdgePoint>& points)
 }
 
 RadiusPile::RadiusPile(const std::vector<EdgePoint>& points, const std::vector<Place>& places, double reach)
-    : m_at(points.size())
+    : m_piles(points.size())
+    , m_parts(points.size())
 {
     const auto ends = std::minmax_element(points.begin(), points.end(),
                                           [](const EdgePoint& a, const EdgePoint& b) { return a.radius < b.radius; });
@@ -82,18 +88,15 @@ RadiusPile::RadiusPile(const std::vector<EdgePoint>& points, const std::vector<P
 void RadiusPile::fill(double a, double b, double bin)
 {
     m_bin = bin;
-    m_counts.assign(static_cast<size_t>(m_width / bin) + 2, 0.0F);
+    m_counts.assign(static_cast<size_t>(m_width / bin) + 3, 0.0F);
     const auto scale = static_cast<float>(1 / bin);
     project(m_radii.data(), m_cosines.data(), m_sines.data(), static_cast<float>(a) * scale,
-            static_cast<float>(b) * scale, scale, static_cast<int>(m_at.size()), m_at.data());
-    const int last = static_cast<int>(m_counts.size()) - 1;
-    for (const float at : m_at) {
-        const int k = static_cast<int>(at);
-        const float part = at - static_cast<float>(k);
-        if (at >= 0 && k < last) {
-            m_counts[static_cast<size_t>(k)] += 1 - part;
-            m_counts[static_cast<size_t>(k) + 1] += part;
-        }
+            static_cast<float>(b) * scale, scale, static_cast<float>(m_counts.size() - 2),
+            static_cast<int>(m_piles.size()), m_piles.data(), m_parts.data());
+    for (size_t i = 0; i < m_piles.size(); ++i) {
+        float* const count = &m_counts[static_cast<size_t>(m_piles[i])];
+        count[0] += 1 - m_parts[i];
+        count[1] += m_parts[i];
     }
 }
 

@@ -33,7 +33,8 @@ private:
     std::vector<float> m_radii; // of the points, less m_low
     std::vector<float> m_cosines;
     std::vector<float> m_sines;
-    std::vector<float> m_at; // scratch: where each point lies in the piles
+    std::vector<int> m_piles;   // scratch: the pile of each point
+    std::vector<float> m_parts; // and how much of it belongs to the next pile
     std::vector<float> m_counts;
     double m_low = 0;
     double m_width = 0;
