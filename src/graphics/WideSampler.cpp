@@ -1,6 +1,6 @@
 #include "graphics/WideSampler.h"
 
-#include "platform/Cpu.h"
+#include "graphics/Cpu.h"
 
 #include <algorithm>
 #include <array>
@@ -94,7 +94,7 @@ void inGroups(std::size_t group, std::size_t count, QRgb* line, const Render& re
 
 bool WideSampler::isSupported()
 {
-    static const bool supported = platform::hasAvx2();
+    static const bool supported = graphics::hasAvx2();
     return supported;
 }
 

@@ -1,11 +1,11 @@
-#include "platform/Cpu.h"
+#include "graphics/Cpu.h"
 
 #if defined(_MSC_VER) && defined(_M_X64)
 #include <immintrin.h>
 #include <intrin.h>
 #endif
 
-namespace platform {
+namespace graphics {
 
 bool hasAvx2()
 {
@@ -29,4 +29,4 @@ bool hasAvx2()
 #endif
 }
 
-} // namespace platform
+} // namespace graphics

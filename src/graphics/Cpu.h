@@ -1,12 +1,12 @@
 #pragma once
 
 /// What the processor can do beyond what every program may use.
-namespace platform {
+namespace graphics {
 
 /// Whether it and the operating system support AVX2, 256-bit integer vectors. Any thread.
 bool hasAvx2();
 
-} // namespace platform
+} // namespace graphics
 
 /// In front of a function that is only called when hasAvx2() and may use its instructions.
 #if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
