@@ -91,5 +91,7 @@ bool MissMontage::write(const std::string& file) const
         const cv::Mat& picture = m_tiles[static_cast<size_t>(i)].picture;
         picture.copyTo(sheet(cv::Rect(corner, picture.size())));
     }
-    return cv::imwrite(file, sheet);
+    // Sixteen gray levels are enough to see, and keep the file small.
+    const cv::Mat coarse = (sheet & cv::Scalar(240)) * (255.0 / 240);
+    return cv::imwrite(file, coarse);
 }
