@@ -35,6 +35,10 @@ void ScoreSheet::add(const Truth& truth, const Answer& answer, double seconds)
 
 void ScoreSheet::report(benchmark::State& state) const
 {
+    if (m_seconds.empty()) {
+        state.SkipWithError("too few wheels");
+        return;
+    }
     size_t i = 0;
     for (auto _ : state)
         state.SetIterationTime(m_seconds[i++ % m_seconds.size()]);
