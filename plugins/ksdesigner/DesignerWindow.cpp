@@ -17,12 +17,33 @@
 #include <QDialog>
 #include <QTabWidget>
 
+namespace {
+
+/// Qt's own colour for faint text is translucent, and labels draw nothing with it. A host with a look of its own keeps
+/// it.
+void makeFaintTextVisible(QWidget* window)
+{
+    const QPalette own = window->palette();
+    if (own.color(QPalette::PlaceholderText).alpha() == 255)
+        return;
+    const QColor text = own.color(QPalette::WindowText);
+    const QColor ground = own.color(QPalette::Window);
+    QPalette faint;
+    faint.setColor(QPalette::PlaceholderText,
+                   QColor((3 * text.red() + 2 * ground.red()) / 5, (3 * text.green() + 2 * ground.green()) / 5,
+                          (3 * text.blue() + 2 * ground.blue()) / 5));
+    window->setPalette(faint);
+}
+
+} // namespace
+
 DesignerWindow::DesignerWindow(IEngine* engine, QWidget* parent)
     : QWidget(parent, Qt::Window)
     , m_ui(std::make_unique<Ui::DesignerWindow>())
     , m_engine(engine)
 {
     m_ui->setupUi(this);
+    makeFaintTextVisible(this);
     if (auto* store = extensionOf<ISolutionStore>(engine)) {
         m_drafts = new ModelDrafts(store, this);
         connect(m_drafts, &ModelDrafts::changed, this, &DesignerWindow::updateTitle);

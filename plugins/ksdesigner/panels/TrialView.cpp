@@ -15,6 +15,7 @@ TrialView::TrialView(QWidget* parent)
     , m_ui(std::make_unique<Ui::TrialView>())
 {
     m_ui->setupUi(this);
+    m_ui->stageNote->setMinimumHeight(2 * fontMetrics().lineSpacing()); // a layout in a layout forgets wrapped lines
     connect(m_ui->stageBox, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &TrialView::showChoice);
     listStages();
     showChoice();
