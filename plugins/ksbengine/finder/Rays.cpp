@@ -1,12 +1,6 @@
 #include "Rays.h"
 
-#include "Vectorise.h"
-
 #include <algorithm>
-
-#ifdef VC_AVX2
-#include <immintrin.h>
-#endif
 
 namespace finder {
 
@@ -23,101 +17,26 @@ constexpr int fractionBits = 12;
 constexpr int unit = 1 << fractionBits;
 constexpr int sparedBits = 2; // of the vertical fraction, so that products stay within 32 bits
 
-/// Places along a line, in fixed point.
-struct Line
+/// Adds bilinear values along a line, in fixed point: a ray is a few hundred of these, a wheel some hundred rays.
+void addValues(const cv::Mat& gray, const cv::Point2d& from, const cv::Point2d& step, std::vector<float>& values)
 {
-    Line(const cv::Point2d& from, const cv::Point2d& step)
-        : x(cvRound(from.x * unit))
-        , y(cvRound(from.y * unit))
-        , dx(cvRound(step.x * unit))
-        , dy(cvRound(step.y * unit))
-    {
-    }
-
-    int x, y, dx, dy;
-};
-
-/// Adds bilinear values from the `first` on, times `unit`: a ray is a few hundred of these, a wheel some hundred rays.
-void addValues(const cv::Mat& gray, const Line& line, size_t first, std::vector<float>& values)
-{
+    int x = cvRound(from.x * unit);
+    int y = cvRound(from.y * unit);
+    const int dx = cvRound(step.x * unit);
+    const int dy = cvRound(step.y * unit);
     const uchar* const data = gray.data;
     const auto stride = static_cast<std::ptrdiff_t>(gray.step[0]);
-    int x = line.x + static_cast<int>(first) * line.dx;
-    int y = line.y + static_cast<int>(first) * line.dy;
-    for (size_t i = first; i < values.size(); ++i, x += line.dx, y += line.dy) {
+    for (float& value : values) {
         const int fx = x & (unit - 1);
-        const int fy = y & (unit - 1);
+        const int fy = (y & (unit - 1)) >> sparedBits;
         const uchar* p = data + (y >> fractionBits) * stride + (x >> fractionBits);
         const uchar* q = p + stride;
         const int upper = p[0] * unit + fx * (p[1] - p[0]);
         const int lower = q[0] * unit + fx * (q[1] - q[0]);
-        values[i] +=
-            static_cast<float>(upper + (((lower - upper) * (fy >> sparedBits)) >> (fractionBits - sparedBits)));
+        value += static_cast<float>(upper + (((lower - upper) * fy) >> (fractionBits - sparedBits)));
+        x += dx;
+        y += dy;
     }
-}
-
-#ifdef VC_AVX2
-
-/// Between two pixels, the first two of the four bytes in each lane, by `weights`: of both, times `unit`.
-VC_AVX2 inline __m256i between(__m256i bytes, __m256i weights)
-{
-    const __m256i left = _mm256_and_si256(bytes, _mm256_set1_epi32(0xff));
-    const __m256i right = _mm256_slli_epi32(_mm256_and_si256(bytes, _mm256_set1_epi32(0xff00)), 8);
-    return _mm256_madd_epi16(_mm256_or_si256(left, right), weights);
-}
-
-/// The same for eight values at once; returns how many were added. Four bytes are read of each pixel and its
-/// neighbour: the margin of the line keeps them inside of the image.
-VC_AVX2 size_t addValuesWide(const cv::Mat& gray, const Line& line, std::vector<float>& values)
-{
-    const __m256i index = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
-    const __m256i fraction = _mm256_set1_epi32(unit - 1);
-    const __m256i stride = _mm256_set1_epi32(static_cast<int>(gray.step[0]));
-    const __m256i dx = _mm256_set1_epi32(8 * line.dx);
-    const __m256i dy = _mm256_set1_epi32(8 * line.dy);
-    const auto along = [&](int from, int step) VC_AVX2 {
-        return _mm256_add_epi32(_mm256_set1_epi32(from), _mm256_mullo_epi32(index, _mm256_set1_epi32(step)));
-    };
-    __m256i x = along(line.x, line.dx);
-    __m256i y = along(line.y, line.dy);
-    const auto* const upperRow = reinterpret_cast<const int*>(gray.data);
-    const auto* const lowerRow = reinterpret_cast<const int*>(gray.data + gray.step[0]);
-    const size_t count = values.size() & ~size_t(7);
-    for (size_t i = 0; i < count; i += 8) {
-        const __m256i offset = _mm256_add_epi32(_mm256_mullo_epi32(_mm256_srai_epi32(y, fractionBits), stride),
-                                                _mm256_srai_epi32(x, fractionBits));
-        const __m256i fx = _mm256_and_si256(x, fraction);
-        const __m256i fy = _mm256_srli_epi32(_mm256_and_si256(y, fraction), sparedBits);
-        const __m256i weights =
-            _mm256_or_si256(_mm256_sub_epi32(_mm256_set1_epi32(unit), fx), _mm256_slli_epi32(fx, 16));
-        const __m256i upper = between(_mm256_i32gather_epi32(upperRow, offset, 1), weights);
-        const __m256i lower = between(_mm256_i32gather_epi32(lowerRow, offset, 1), weights);
-        const __m256i down = _mm256_mullo_epi32(_mm256_sub_epi32(lower, upper), fy);
-        const __m256i sum = _mm256_add_epi32(upper, _mm256_srai_epi32(down, fractionBits - sparedBits));
-        _mm256_storeu_ps(&values[i], _mm256_add_ps(_mm256_loadu_ps(&values[i]), _mm256_cvtepi32_ps(sum)));
-        x = _mm256_add_epi32(x, dx);
-        y = _mm256_add_epi32(y, dy);
-    }
-    return count;
-}
-
-bool hasWideVectors(const cv::Mat& gray)
-{
-    static const bool supported = cv::checkHardwareSupport(CV_CPU_AVX2);
-    return supported && gray.total() < (size_t(1) << 30); // offsets of 32 bits
-}
-
-#endif
-
-void addValues(const cv::Mat& gray, const cv::Point2d& from, const cv::Point2d& step, std::vector<float>& values)
-{
-    const Line line(from, step);
-    size_t done = 0;
-#ifdef VC_AVX2
-    if (hasWideVectors(gray))
-        done = addValuesWide(gray, line, values);
-#endif
-    addValues(gray, line, done, values);
 }
 
 double slopeSign(EdgeKind kind, double slope)

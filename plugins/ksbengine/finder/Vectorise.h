@@ -23,10 +23,3 @@
 #else
 #define VC_INLINE inline
 #endif
-
-/// In front of a function with instructions of AVX2, which is only called when the processor has them.
-#if defined(__GNUC__) && defined(__x86_64__)
-#define VC_AVX2 __attribute__((target("avx2")))
-#elif defined(_M_X64)
-#define VC_AVX2
-#endif
