@@ -152,10 +152,10 @@ FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, FindRe
         if (candidate.rank < (decided ? fainter : faintest) * candidates.front().rank)
             break;
         HoleFit hole = measureHole(gray, candidate.point, candidate.size, holeRadii, m_levels);
-        const double distance = cv::norm(hole.fit.outline.center - result->hub.center);
-        hole.score.place = placeScore(distance, result->hub.radius, model);
         if (!hole.fit.valid)
             continue;
+        const double distance = cv::norm(hole.fit.outline.center - result->hub.center);
+        hole.score.place = placeScore(distance, result->hub.radius, model);
         highest = std::max(highest, hole.score.total());
         m_trace.holes.push_back({candidate, hole});
     }

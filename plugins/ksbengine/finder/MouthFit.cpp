@@ -95,27 +95,19 @@ MouthPatch withoutInside(MouthPatch patch, const MouthVector& p, double band)
 /// How much worse the model explains the inside of the hole than its surroundings.
 double misfitInside(const MouthPatch& patch, const MouthVector& p)
 {
-    const MouthModel model(p);
-    MouthModel::Block block{};
     double sums[2] = {0, 0};
     int counts[2] = {0, 0};
-    for (size_t first = 0; first < patch.counting.size(); first += block.x.size()) {
-        const size_t count = std::min(block.x.size(), patch.counting.size() - first);
-        const auto pixelAt = [&](size_t i) -> const MouthPixel& { return patch.pixels[patch.counting[first + i]]; };
+    forEachBlock(p, patch, patch.counting, [&](const MouthModel::Block& block, const int* indices, size_t count) {
         for (size_t i = 0; i < count; ++i) {
-            block.x[i] = pixelAt(i).x;
-            block.y[i] = pixelAt(i).y;
-        }
-        model.evaluate(&block);
-        for (size_t i = 0; i < count; ++i) {
-            const double distance = distanceFromMouth(pixelAt(i), p);
+            const MouthPixel& pixel = patch.pixels[indices[i]];
+            const double distance = distanceFromMouth(pixel, p);
             const bool inside = distance < -1.5;
             if (!inside && distance < p[Chamfer] + 1)
                 continue;
-            sums[inside] += std::abs(pixelAt(i).gray - block.results[MouthModel::gray][i]);
+            sums[inside] += std::abs(pixel.gray - block.results[MouthModel::gray][i]);
             ++counts[inside];
         }
-    }
+    });
     if (counts[0] == 0 || counts[1] == 0)
         return 0;
     return sums[1] / counts[1] / std::max(1.0, sums[0] / counts[0]);

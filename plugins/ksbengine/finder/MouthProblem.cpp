@@ -14,7 +14,7 @@ constexpr double grain = 2;   // pixels that vary together even after whitening:
 
 constexpr double farOff = 3; // spreads
 
-constexpr int rowSize = MouthProblem::padded;
+constexpr int rowSize = MouthModel::rowSize;
 
 VC_VECTORISED void takeOff(const float* at, const float* left, const float* right, const float* above,
                            const float* below, float share, float* VC_RESTRICT out)
@@ -85,23 +85,13 @@ MouthProblem::MouthProblem(const MouthPatch& patch, const MouthExpectation& expe
 
 void MouthProblem::evaluate(const MouthVector& p)
 {
-    if (m_isEvaluated && p == m_evaluated)
+    if (m_evaluated == p)
         return;
     m_evaluated = p;
-    m_isEvaluated = true;
-    const MouthModel model(p);
-    MouthModel::Block block{};
-    for (size_t first = 0; first < m_needed.size(); first += block.x.size()) {
-        const size_t count = std::min(block.x.size(), m_needed.size() - first);
-        for (size_t i = 0; i < count; ++i) {
-            const MouthPixel& pixel = m_patch.pixels[m_needed[first + i]];
-            block.x[i] = pixel.x;
-            block.y[i] = pixel.y;
-        }
-        model.evaluate(&block);
+    forEachBlock(p, m_patch, m_needed, [this](const MouthModel::Block& block, const int* indices, size_t count) {
         for (size_t i = 0; i < count; i += 4)
-            takeOver(block, i, &m_needed[first + i], std::min<size_t>(4, count - i));
-    }
+            takeOver(block, i, indices + i, std::min<size_t>(4, count - i));
+    });
 }
 
 void MouthProblem::takeOver(const MouthModel::Block& block, size_t i, const int* indices, size_t count)

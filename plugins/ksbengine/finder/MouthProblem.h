@@ -2,6 +2,7 @@
 
 #include "MouthExpectation.h"
 
+#include <optional>
 #include <vector>
 
 namespace finder {
@@ -13,6 +14,24 @@ struct MouthPatch
     std::vector<MouthPixel> pixels;
     std::vector<int> counting; ///< indices into pixels
 };
+
+/// Evaluates the model for some pixels of a patch: `use` gets each block, the indices of its pixels and their number.
+template <typename Use>
+void forEachBlock(const MouthVector& p, const MouthPatch& patch, const std::vector<int>& indices, const Use& use)
+{
+    const MouthModel model(p);
+    MouthModel::Block block{};
+    for (size_t first = 0; first < indices.size(); first += block.x.size()) {
+        const size_t count = std::min(block.x.size(), indices.size() - first);
+        for (size_t i = 0; i < count; ++i) {
+            const MouthPixel& pixel = patch.pixels[indices[first + i]];
+            block.x[i] = pixel.x;
+            block.y[i] = pixel.y;
+        }
+        model.evaluate(&block);
+        use(block, &indices[first], count);
+    }
+}
 
 /// The damped least-squares problem of fitting the model to one patch. Errors beyond 2.5 times the noise count less
 /// (Huber). Surfaces have a grain that spans several pixels, which plain least squares would take for edges; so each
@@ -44,12 +63,10 @@ public:
     /// How alike the errors of neighbouring pixels are, -1 to 1: high where the surface has a coarse grain.
     double correlation(const MouthVector& p);
 
-    static constexpr int padded = MouthModel::rowSize; ///< the parameters and the error, in whole vectors
-
 private:
-    static constexpr int error = mouthParameters;
-    using Row = std::array<float, padded>;
-    using Matrix = std::array<Row, padded>;
+    static constexpr int error = MouthModel::gray; // takes the place of the model's gray value
+    using Row = std::array<float, MouthModel::rowSize>;
+    using Matrix = std::array<Row, MouthModel::rowSize>;
 
     void evaluate(const MouthVector& p);
     /// Up to four of a block's pixels become rows.
@@ -64,10 +81,9 @@ private:
     const MouthPatch& m_patch;
     MouthExpectation m_expected;
     float m_whitening;
-    std::vector<int> m_needed; // pixels that count, and their neighbours
-    std::vector<Row> m_rows;   // derivatives and error of each pixel
-    MouthVector m_evaluated{}; // for which parameters these are
-    bool m_isEvaluated = false;
+    std::vector<int> m_needed;              // pixels that count, and their neighbours
+    std::vector<Row> m_rows;                // derivatives and error of each pixel
+    std::optional<MouthVector> m_evaluated; // for which parameters these are
     Matrix m_matrix{};
     MouthVector m_right{};
     double m_dataCost = 0;

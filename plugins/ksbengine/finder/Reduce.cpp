@@ -61,10 +61,9 @@ const cv::Mat& Reducer::reduce(const cv::Mat& gray, int factor)
 {
     m_small.create(gray.rows / factor, gray.cols / factor, CV_8UC1);
     const int usedWidth = m_small.cols * factor;
-    // A smaller block repeats rows; its mean is nearly the same.
     m_columns.resize(static_cast<size_t>(usedWidth));
     for (int y = 0; y < m_small.rows; ++y) {
-        Rows rows{};
+        Rows rows{}; // a smaller block repeats some; its mean is nearly the same
         for (int i = 0; i < rowsPerBlock; ++i)
             rows[i] = gray.ptr(y * factor + (2 * i + 1) * factor / (2 * rowsPerBlock));
         sumRows(rows, m_columns.data(), usedWidth);
