@@ -8,6 +8,8 @@
 #include <QStyleOptionGraphicsItem>
 #include <QtMath>
 
+#include <memory>
+
 namespace {
 
 /// In a format that can be drawn fast; the usual ones as they are.
@@ -109,9 +111,10 @@ void ImageItem::drawSmaller(QPainter* painter, const QImage& image, const QTrans
         band.setDevicePixelRatio(ratio);
         painter->drawImage(QPointF(target.left(), target.top() + top) / ratio, band);
     };
-    const SmoothScaler scaler(image, toDevice, target);
+    // shared: helpers that come too late may outlive this call
+    const auto scaler = std::make_shared<const SmoothScaler>(image, toDevice, target);
     renderInBands(
-        target.size(), [scaler](QImage& band, int top) { scaler.render(band, top); }, draw);
+        target.size(), [scaler](QImage& band, int top) { scaler->render(band, top); }, draw);
 }
 
 void ImageItem::drawGrid(QPainter* painter, const QRectF& exposed) const

@@ -41,7 +41,7 @@ SmoothScaler::SmoothScaler(const QImage& image, const QTransform& toDevice, cons
         m_columns[x] = sampleAt((target.x() + x + 0.5 - toDevice.dx()) / toDevice.m11() - 0.5, image.width());
     // that one reads a pixel and its neighbour together
     if (processor == AsItIs && image.width() > 1 && WideSampler::isSupported())
-        m_wide.emplace(m_columns);
+        m_wide.emplace(m_columns, image.depth() == 8 ? WideSampler::Grays : WideSampler::Colors);
 }
 
 Sample SmoothScaler::sampleAt(double position, int length)
@@ -93,12 +93,13 @@ void SmoothScaler::renderColors(const RowPair& rows, const RowPair& next, QRgb* 
 
 void SmoothScaler::render(QImage& band, int top) const
 {
-    std::vector<std::uint16_t> blended(static_cast<std::size_t>(m_image.width()));
+    const bool gray = m_image.depth() == 8;
+    std::vector<std::uint16_t> blended(gray ? static_cast<std::size_t>(m_image.width()) : 0);
     RowPair rows = rowsFor(top);
     for (int y = 0; y < band.height(); ++y) {
         const RowPair next = rowsFor(top + y + 1);
         auto* line = reinterpret_cast<QRgb*>(band.scanLine(y));
-        if (m_image.depth() == 8)
+        if (gray)
             renderGray(rows, blended.data(), line);
         else
             renderColors(rows, next, line);

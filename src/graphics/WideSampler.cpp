@@ -98,21 +98,22 @@ bool WideSampler::isSupported()
     return supported;
 }
 
-WideSampler::WideSampler(const std::vector<Sample>& columns)
+WideSampler::WideSampler(const std::vector<Sample>& columns, Source source)
     : m_count(columns.size())
 {
     std::vector<Sample> padded = columns;
     padded.resize((m_count + grayGroup - 1) / grayGroup * grayGroup, columns.back());
-    const auto weightOf = [&](std::size_t i) { return static_cast<std::uint16_t>(padded[i].weight); };
-    const auto restOf = [&](std::size_t i) { return static_cast<std::uint16_t>(256 - padded[i].weight); };
-    for (std::size_t i = 0; i < padded.size(); ++i) {
-        m_indices.push_back(padded[i].index);
-        m_grayWeights.insert(m_grayWeights.end(), {restOf(i), weightOf(i)});
-    }
+    for (const Sample& column : padded)
+        m_indices.push_back(column.index);
+    // as they stand in the vectors
+    constexpr std::array<std::size_t, colorGroup> inOrder{0, 1, 2, 3};
+    constexpr std::array<std::size_t, colorGroup> crosswise{0, 2, 1, 3};
+    const std::size_t channels = source == Colors ? 4 : 1;
     for (std::size_t i = 0; i < padded.size(); i += colorGroup) {
-        for (const std::size_t k : {0, 2, 1, 3}) { // as they stand in the vectors
-            m_colorWeights.insert(m_colorWeights.end(), 4, restOf(i + k));
-            m_colorWeights.insert(m_colorWeights.end(), 4, weightOf(i + k));
+        for (const std::size_t k : source == Colors ? crosswise : inOrder) {
+            const auto weight = static_cast<std::uint16_t>(padded[i + k].weight);
+            m_weights.insert(m_weights.end(), channels, static_cast<std::uint16_t>(256 - weight));
+            m_weights.insert(m_weights.end(), channels, weight);
         }
     }
 }
@@ -120,14 +121,14 @@ WideSampler::WideSampler(const std::vector<Sample>& columns)
 void WideSampler::sampleColors(const RowPair& rows, const RowPair& next, QRgb* line) const
 {
     inGroups(colorGroup, m_count, line, [&](std::size_t from, std::size_t count, QRgb* out) {
-        colorRow(rows, next, &m_indices[from], &m_colorWeights[8 * from], count, out);
+        colorRow(rows, next, &m_indices[from], &m_weights[8 * from], count, out);
     });
 }
 
 void WideSampler::sampleGrays(const std::uint16_t* row, QRgb* line) const
 {
     inGroups(grayGroup, m_count, line, [&](std::size_t from, std::size_t count, QRgb* out) {
-        grayRow(row, &m_indices[from], &m_grayWeights[2 * from], count, out);
+        grayRow(row, &m_indices[from], &m_weights[2 * from], count, out);
     });
 }
 
@@ -138,7 +139,7 @@ bool WideSampler::isSupported()
     return false;
 }
 
-WideSampler::WideSampler(const std::vector<Sample>& columns)
+WideSampler::WideSampler(const std::vector<Sample>& columns, Source)
     : m_count(columns.size())
 {
 }

@@ -29,10 +29,12 @@ public:
     /// Whether the processor can.
     static bool isSupported();
 
-    /// For a result of these columns, one at least, each between two columns of the source.
-    explicit WideSampler(const std::vector<Sample>& columns);
+    enum Source { Grays, Colors };
 
-    /// One row of the result from two of a 32-bit colour image; opaque. Those of the next row are brought into the
+    /// For a result of these columns, one at least, each between two columns of the source.
+    WideSampler(const std::vector<Sample>& columns, Source source);
+
+    /// One row of the result from two of 32-bit colours; opaque. Those of the next row are brought into the
     /// cache meanwhile.
     void sampleColors(const RowPair& rows, const RowPair& next, QRgb* line) const;
 
@@ -43,6 +45,5 @@ private:
     const std::size_t m_count;
     // Of the columns, and of the last one again up to whole vectors:
     std::vector<int> m_indices;
-    std::vector<std::uint16_t> m_grayWeights;  ///< of each the left pixel's, then the right one's
-    std::vector<std::uint16_t> m_colorWeights; ///< of each the left pixel's four channels, then the right one's
+    std::vector<std::uint16_t> m_weights; ///< of each all channels of the left pixel, then of the right one
 };
