@@ -19,19 +19,15 @@
 
 namespace {
 
-/// Qt's own colour for faint text is translucent, and labels draw nothing with it. A host with a look of its own keeps
-/// it.
+/// Qt's own palette has a colour for faint text but no brush of it, so that labels draw nothing. A host with a look of
+/// its own keeps it.
 void makeFaintTextVisible(QWidget* window)
 {
     const QPalette own = window->palette();
-    if (own.color(QPalette::PlaceholderText).alpha() == 255)
+    if (own.brush(QPalette::PlaceholderText).style() != Qt::NoBrush)
         return;
-    const QColor text = own.color(QPalette::WindowText);
-    const QColor ground = own.color(QPalette::Window);
     QPalette faint;
-    faint.setColor(QPalette::PlaceholderText,
-                   QColor((3 * text.red() + 2 * ground.red()) / 5, (3 * text.green() + 2 * ground.green()) / 5,
-                          (3 * text.blue() + 2 * ground.blue()) / 5));
+    faint.setColor(QPalette::PlaceholderText, own.color(QPalette::PlaceholderText));
     window->setPalette(faint);
 }
 
