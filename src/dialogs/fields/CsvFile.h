@@ -5,8 +5,8 @@
 #include <QVector>
 
 /// Writes a table as comma-separated text for spreadsheets, on a thread of its own: a folder may lie on a slow stick
-/// or in the network. Replaces a file of that name only when all
-/// was written. Start it with start(); when finished() comes, error() tells how it went.
+/// or in the network. Replaces a file of that name only when all was written. Start it with start(); when finished()
+/// comes, error() tells how it went.
 class CsvFile : public QThread
 {
     Q_OBJECT
