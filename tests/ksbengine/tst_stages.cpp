@@ -1,5 +1,6 @@
 #include "finder/HoleCandidates.h"
 #include "finder/MouthModel.h"
+#include "finder/Pyramid.h"
 #include "finder/Rays.h"
 #include "finder/Reduce.h"
 #include "support/Table.h"
@@ -111,6 +112,55 @@ private slots:
         }
         const cv::Mat white(8 * factor, 8 * factor, CV_8UC1, cv::Scalar(255));
         QCOMPARE(cv::countNonZero(reducer.reduce(white, factor) != 255), 0);
+    }
+
+    void pyramidHoldsMeansOfTheLevelBelow_data()
+    {
+        Table::of<int, int, int>({{"power of two", 64, 128, 7},
+                                  {"odd sides", 77, 131, 7},
+                                  {"one row", 1, 40, 1},
+                                  {"narrow", 300, 3, 2},
+                                  {"again, smaller than the one before", 33, 35, 6}});
+    }
+
+    void pyramidHoldsMeansOfTheLevelBelow()
+    {
+        const auto [rows, columns, levels] = Table::row<int, int, int>();
+        static finder::Pyramid pyramid; // kept from image to image, as in the finder
+        const cv::Mat wide = noise(rows, columns + 5);
+        const cv::Mat gray = wide.colRange(2, 2 + columns); // an image with a stride of its own
+        pyramid.build(gray);
+        QCOMPARE(pyramid.levels(), levels);
+        QCOMPARE(cv::countNonZero(pyramid.level(0) != gray), 0);
+        const cv::Mat top = pyramid.level(levels - 1).clone(); // asked for first
+        for (int k = 1; k < levels; ++k) {
+            const cv::Mat finer = pyramid.level(k - 1);
+            const cv::Mat level = pyramid.level(k);
+            QCOMPARE(level.size(), cv::Size(finer.cols / 2, finer.rows / 2));
+            for (int y = 0; y < level.rows; ++y) {
+                for (int x = 0; x < level.cols; ++x)
+                    QCOMPARE(int(level.at<uchar>(y, x)), int(cv::sum(finer(cv::Rect(2 * x, 2 * y, 2, 2)))[0] + 2) / 4);
+            }
+        }
+        QCOMPARE(cv::countNonZero(pyramid.level(levels - 1) != top), 0);
+    }
+
+    void pyramidsCoordinatesMeetTheMiddlesOfPixels()
+    {
+        // A bright block of 8 x 8 pixels is one pixel of level 3, and its middle that pixel's middle.
+        cv::Mat gray(64, 64, CV_8UC1, cv::Scalar(0));
+        gray(cv::Rect(16, 40, 8, 8)).setTo(255);
+        finder::Pyramid pyramid;
+        pyramid.build(gray);
+        QCOMPARE(cv::countNonZero(pyramid.level(3)), 1);
+        QCOMPARE(int(pyramid.level(3).at<uchar>(5, 2)), 255);
+        QCOMPARE(finder::Pyramid::fromLevel(cv::Point2d(2, 5), 3), cv::Point2d(19.5, 43.5));
+        QCOMPARE(finder::Pyramid::toLevel(cv::Point2d(19.5, 43.5), 3), cv::Point2d(2, 5));
+        QCOMPARE(finder::Pyramid::levelOfSide({2448, 2048}, 256), 3);
+        QCOMPARE(finder::Pyramid::levelOfSide({2448, 2047}, 256), 2);
+        QCOMPARE(finder::Pyramid::levelOfSide({100, 80}, 256), 0);
+        pyramid.build({});
+        QCOMPARE(pyramid.levels(), 0);
     }
 
     void mouthsDerivativesAreThoseOfItsPicture_data()

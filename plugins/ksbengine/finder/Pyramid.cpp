@@ -1,0 +1,39 @@
+#include "Pyramid.h"
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+
+namespace finder {
+
+int Pyramid::levelOfSide(const cv::Size& image, int least)
+{
+    int k = 0;
+    while ((std::min(image.width, image.height) >> (k + 1)) >= std::max(1, least))
+        ++k;
+    return k;
+}
+
+void Pyramid::build(const cv::Mat& gray)
+{
+    CV_Assert(gray.empty() || gray.type() == CV_8UC1);
+    m_count = gray.empty() ? 0 : levelOfSide(gray.size(), 1) + 1;
+    m_ready = std::min(m_count, 1);
+    m_levels.resize(std::max(m_levels.size(), static_cast<size_t>(std::max(m_count, 1))));
+    m_levels[0] = gray;
+}
+
+const cv::Mat& Pyramid::level(int k)
+{
+    CV_Assert(k >= 0 && k < m_count);
+    for (; m_ready <= k; ++m_ready) {
+        const cv::Mat& finer = m_levels[static_cast<size_t>(m_ready) - 1];
+        const cv::Size half(finer.cols / 2, finer.rows / 2);
+        // An exact half takes OpenCV's vectorised way of averaging 2 x 2 pixels.
+        cv::resize(finer(cv::Rect(0, 0, 2 * half.width, 2 * half.height)), m_levels[static_cast<size_t>(m_ready)], half,
+                   0, 0, cv::INTER_AREA);
+    }
+    return m_levels[static_cast<size_t>(k)];
+}
+
+} // namespace finder
