@@ -102,8 +102,10 @@ private slots:
             QCOMPARE(picture.type(), CV_8UC1);
             QCOMPARE(QSize(picture.cols, picture.rows), QSize(151, 133));
             holes += entry["hole"].toBool();
-            for (const char* key : {"angle", "x", "y"})
+            for (const char* key : {"angle", "x", "y", "edge_radius"})
                 QCOMPARE(entry[QLatin1String(key)].isDouble(), entry["hole"].toBool());
+            for (const char* key : {"edge", "inside"})
+                QCOMPARE(!entry[QLatin1String(key)].toString().isEmpty(), entry["hole"].toBool());
             QVERIFY(entry["hub_x"].isDouble() && entry["ring_radius"].toDouble() > 0);
             QVERIFY(json(folder + "/params.json").contains(entry["file"].toString()));
         }
@@ -111,7 +113,7 @@ private slots:
         QCOMPARE(truth[0]["file"].toString(), QStringLiteral("0001.") + format);
     }
 
-    void numberOfJobsChangesNothing()
+    void wheelDependsOnSeedAndNumberOnly()
     {
         const QTemporaryDir dir;
         const QString one = dir.filePath("one"), three = dir.filePath("three"), other = dir.filePath("other");
@@ -122,6 +124,10 @@ private slots:
         for (const char* name : {"0001.bmp", "0002.bmp", "0003.bmp", "0004.bmp", "0005.bmp", "truth.json"})
             QCOMPARE(content(one + '/' + name), content(three + '/' + name));
         QVERIFY(content(one + "/0001.bmp") != content(other + "/0001.bmp"));
+        const QStringList first{"--count", "1", "--size", "160x120", "--seed", "18446744073709551615"};
+        QCOMPARE(wheelgen(QStringList{"--out", other} + first).code, 0);
+        QCOMPARE(content(one + "/0001.bmp"), content(other + "/0001.bmp"));
+        QCOMPARE(truthOf(one)[0], truthOf(other)[0]);
     }
 
     void badArgumentsAreNamed_data()

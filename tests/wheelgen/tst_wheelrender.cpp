@@ -1,3 +1,4 @@
+#include "render/Marks.h"
 #include "render/SpecDraw.h"
 #include "render/WheelRenderer.h"
 #include "support/Table.h"
@@ -5,6 +6,8 @@
 #include <QtTest>
 
 #include <opencv2/imgproc.hpp>
+
+#include <map>
 
 using namespace wheel;
 
@@ -44,6 +47,22 @@ cv::Mat holeCoverage(WheelSpec spec)
     spec.hole.present = false;
     renderWheel(spec).image.convertTo(without, CV_64F);
     return 1 - with / without;
+}
+
+/// The part of each pixel that changes when what is seen through the hole does.
+cv::Mat mouthCoverage(WheelSpec spec)
+{
+    cv::Mat bright, dark;
+    spec.hole.depthGray = 200;
+    renderWheel(spec).image.convertTo(bright, CV_64F);
+    spec.hole.depthGray = 0;
+    renderWheel(spec).image.convertTo(dark, CV_64F);
+    return (bright - dark) / 200;
+}
+
+cv::Point2d centroid(const cv::Moments& moments)
+{
+    return {moments.m10 / moments.m00, moments.m01 / moments.m00};
 }
 
 /// Bilinear gray value.
@@ -121,7 +140,7 @@ private slots:
         spec.optics.motion = motion;
         const WheelTruth truth = truthOf(spec);
         const cv::Moments moments = cv::moments(holeCoverage(spec));
-        const cv::Point2d found(moments.m10 / moments.m00, moments.m01 / moments.m00);
+        const cv::Point2d found = centroid(moments);
         QVERIFY2(cv::norm(found - truth.holeCenter) < 0.02,
                  qPrintable(QString::number(cv::norm(found - truth.holeCenter))));
         const double seen = std::atan2(truth.hub.y - found.y, found.x - truth.hub.x) / kDegree;
@@ -129,6 +148,61 @@ private slots:
         const double area = CV_PI * radius * radius * ratio;
         if (blur == 0)
             QVERIFY(std::fabs(moments.m00 - area) < 0.02 * area);
+    }
+
+    void mouthIsTheInnermostEdge_data()
+    {
+        Table::of<double, double, double, QPointF>({{"crescent", 5.0, 1.0, 0.0, QPointF()},
+                                                    {"dark ring", 8.0, 0.5, 0.0, QPointF()},
+                                                    {"bright ring", 8.0, 1.3, 0.0, QPointF()},
+                                                    {"ring aside", 8.0, 0.5, 0.0, QPointF(2.1, -1.3)},
+                                                    {"counterbore", 0.0, 1.0, 11.0, QPointF()},
+                                                    {"both, aside", 3.0, 0.7, 11.0, QPointF(-2.6, 1.7)}});
+    }
+    void mouthIsTheInnermostEdge()
+    {
+        const auto [chamfer, gray, step, shift] = Table::row<double, double, double, QPointF>();
+        WheelSpec spec = plainWheel();
+        spec.hole.angle = 47.3;
+        spec.hole.radius = 13.4;
+        spec.hole.axisRatio = 0.85;
+        spec.hole.chamfer = chamfer;
+        spec.hole.chamferGray = gray;
+        spec.hole.chamferShine = 0.1;
+        spec.hole.step = step;
+        spec.hole.stepGray = 0.6;
+        spec.hole.stepDepth = 3;
+        spec.hole.stepShadow = 0.5;
+        spec.hole.edgeShift = {shift.x(), shift.y()};
+        const WheelTruth truth = truthOf(spec);
+        const cv::Moments moments = cv::moments(mouthCoverage(spec));
+        const double area = CV_PI * 13.4 * 13.4 * 0.85;
+        QVERIFY2(cv::norm(centroid(moments) - truth.holeCenter) < 0.02, qPrintable(QString::number(moments.m00)));
+        QVERIFY2(std::fabs(moments.m00 - area) < 0.02 * area, qPrintable(QString::number(moments.m00 / area)));
+        QCOMPARE(truth.edgeRadius, 13.4 + chamfer + step);
+    }
+
+    void outerEdgeReachesAsFarAsTheTruthSays_data()
+    {
+        Table::of<double, double, QPointF>({{"ring", 8.0, 0.0, QPointF()},
+                                            {"ring aside", 8.0, 0.0, QPointF(2.3, 1.1)},
+                                            {"counterbore", 0.0, 10.0, QPointF()},
+                                            {"counterbore aside", 0.0, 10.0, QPointF(-1.9, 2.4)}});
+    }
+    void outerEdgeReachesAsFarAsTheTruthSays()
+    {
+        const auto [chamfer, step, shift] = Table::row<double, double, QPointF>();
+        WheelSpec spec = plainWheel();
+        spec.hole.radius = 12;
+        spec.hole.chamfer = chamfer;
+        spec.hole.chamferShine = spec.hole.chamferGray = spec.hole.stepGray = 0;
+        spec.hole.step = step;
+        spec.hole.edgeShift = {shift.x(), shift.y()};
+        const WheelTruth truth = truthOf(spec);
+        const cv::Moments moments = cv::moments(holeCoverage(spec));
+        const double area = CV_PI * truth.edgeRadius * truth.edgeRadius;
+        QVERIFY(cv::norm(centroid(moments) - truth.holeCenter - spec.hole.edgeShift) < 0.03);
+        QVERIFY2(std::fabs(moments.m00 - area) < 0.01 * area, qPrintable(QString::number(moments.m00 / area)));
     }
 
     void zeroDegreesPointRightAndAnglesGrowCounterClockwise_data()
@@ -222,12 +296,71 @@ private slots:
             QVERIFY(std::fabs(t.hub.x - (size.width() - 1) / 2.0) <= 0.08 * height);
             QVERIFY(std::fabs(t.hub.y - (height - 1) / 2.0) <= 0.08 * height);
             QVERIFY(t.angle >= 0 && t.angle < 360);
-            QVERIFY(t.holeRadius >= 6 && t.holeRadius <= 20);
-            const double reach = t.holeRadius + spec.hole.chamfer;
-            QVERIFY(t.ringRadius - reach > spec.face.ledgeInner * t.rimRadius);
-            QVERIFY(t.ringRadius + reach < spec.face.lipInner * t.rimRadius);
+            QVERIFY(t.holeRadius >= 0.013 * t.rimRadius && t.holeRadius <= 0.055 * t.rimRadius);
+            QVERIFY(t.edgeRadius >= t.holeRadius);
+            QVERIFY(t.ringRadius - t.edgeRadius > spec.face.ledgeInner * t.rimRadius);
+            QVERIFY(t.ringRadius + t.edgeRadius < spec.face.lipInner * t.rimRadius);
+            QVERIFY(spec.face.windowOuter < spec.face.ledgeInner && spec.face.windowInner < spec.face.windowOuter);
             QVERIFY(spec.optics.noise > 0 && spec.optics.noise <= 15);
         }
+    }
+
+    void nothingElseCanBeTheValveHole()
+    {
+        int vents = 0;
+        for (quint64 seed = 0; seed < 900; ++seed) {
+            const Design& design = designs()[seed % designs().size()];
+            const WheelSpec spec = drawWheel(design, Difficulty::Varied, {2448, 2048}, seed, true);
+            const WheelTruth truth = truthOf(spec);
+            for (const MarkSpec& mark : spec.scene.marks) {
+                QVERIFY(cv::norm(markCenter(spec, mark) - truth.holeCenter) > truth.edgeRadius + mark.radius);
+                if (mark.kind != MarkKind::Vent && mark.kind != MarkKind::Drain)
+                    continue;
+                const double size = mark.radius / truth.holeRadius;
+                const bool nearRing = std::fabs(mark.ringRadius - truth.ringRadius) < 0.08 * truth.rimRadius;
+                QVERIFY2(!nearRing || size < 0.75 || size > 1.35, qPrintable(QString::number(size)));
+                vents += nearRing;
+            }
+        }
+        QVERIFY(vents > 300);
+    }
+
+    void demoKeepsToItsPlainHoles()
+    {
+        for (const Difficulty difficulty : {Difficulty::Easy, Difficulty::Demo})
+            for (quint64 seed = 0; seed < 90; ++seed) {
+                const Design& design = designs()[seed % designs().size()];
+                const WheelSpec spec = drawWheel(design, difficulty, {2448, 2048}, seed, true);
+                QVERIFY(spec.scene.marks.empty() && spec.hole.edge == HoleEdge::Crescent);
+                QVERIFY(spec.hole.inside == HoleInside::Dark && spec.hole.depthGray <= 28);
+                QVERIFY(spec.hole.step == 0 && cv::norm(spec.hole.edgeShift) == 0);
+                QCOMPARE(spec.hole.radius, design.face.hole * spec.rimRadius);
+            }
+    }
+
+    void everyKindOfEdgeInsideAndMarkIsShown()
+    {
+        std::map<HoleEdge, int> edges;
+        std::map<HoleInside, int> insides;
+        std::map<MarkKind, int> marks;
+        int small = 0, large = 0;
+        for (quint64 seed = 0; seed < 900; ++seed) {
+            const Design& design = designs()[seed % designs().size()];
+            const WheelSpec spec = drawWheel(design, Difficulty::Varied, {2448, 2048}, seed, true);
+            ++edges[spec.hole.edge];
+            ++insides[spec.hole.inside];
+            small += spec.hole.radius < 0.018 * spec.rimRadius;
+            large += spec.hole.radius > 0.045 * spec.rimRadius;
+            for (const MarkSpec& mark : spec.scene.marks)
+                ++marks[mark.kind];
+        }
+        QVERIFY(edges.size() == 3 && insides.size() == 4 && marks.size() == 9);
+        for (const auto& counts : {edges[HoleEdge::Crescent], edges[HoleEdge::Ring], edges[HoleEdge::Counterbore],
+                                   insides[HoleInside::Gray], insides[HoleInside::Bright], insides[HoleInside::Lit]})
+            QVERIFY(counts > 90);
+        for (const auto& [kind, count] : marks)
+            QVERIFY2(count > 60, qPrintable(QString::number(static_cast<int>(kind))));
+        QVERIFY2(small > 30 && large > 30, qPrintable(QStringLiteral("%1 %2").arg(small).arg(large)));
     }
 
     void wheelsDifferInEveryWayThatThePlantShows()
@@ -268,6 +401,8 @@ private slots:
         WheelSpec spec = drawWheel(designs()[0], Difficulty::Varied, {320, 240}, 4, true);
         spec.scene.letterings = spec.scene.dirt = spec.scene.scratches = spec.light.glares = 30;
         spec.hub = {-40, 250};
+        for (int i = 0; i < 90; ++i)
+            spec.scene.marks.push_back({static_cast<MarkKind>(i % 9), 4.0 * i, 100, 1.0 + i % 30, 1, 7});
         QVERIFY(!renderWheel(spec).image.empty());
     }
 };

@@ -1,36 +1,13 @@
 #include "Holes.h"
 
+#include "Marks.h"
 #include "Paint.h"
+#include "Pit.h"
 #include "Random.h"
 
 namespace wheel {
 
 namespace {
-
-/// Distance to an ellipse's edge, positive inside: first order, exact for a circle.
-class Ellipse
-{
-public:
-    Ellipse(double major, double minor, double minorDirection)
-        : m_minor(std::max(minor, 0.5))
-        , m_major(std::max(major, 0.5))
-        , m_cos(std::cos(minorDirection))
-        , m_sin(std::sin(minorDirection))
-    {
-    }
-
-    double at(double x, double y) const
-    {
-        const double u = (x * m_cos + y * m_sin) / m_minor, v = (y * m_cos - x * m_sin) / m_major;
-        const double q = std::hypot(u, v);
-        if (q < 1e-6)
-            return m_minor;
-        return (1 - q) * q / std::hypot(u / m_minor, v / m_major);
-    }
-
-private:
-    double m_minor, m_major, m_cos, m_sin;
-};
 
 /// A disc lying on the surface, shaded from one side to the other like a low dome.
 void paintDome(cv::Mat& image, cv::Point2d center, double radius, double gray, double relief, const LightSpec& light)
@@ -54,18 +31,6 @@ void paintValve(cv::Mat& image, const WheelSpec& spec, cv::Point2d center)
     paintDome(image, center - lean, (rubber ? 0.46 : 0.62) * r, 150, 0.40, spec.light);
     paintDome(image, center - lean, (rubber ? 0.30 : 0.42) * r, 60, -0.5, spec.light);
     paintDome(image, center - lean, 0.13 * r, 185, 0.3, spec.light);
-}
-
-/// A round hole whose far end is seen shifted towards the image's centre, as the camera looks into it from there.
-Pit plainPit(cv::Point2d center, double radius, const WheelSpec& spec)
-{
-    Pit pit;
-    pit.center = center;
-    pit.major = pit.minor = radius;
-    const cv::Point2d middle(spec.size.width / 2.0, spec.size.height / 2.0);
-    pit.wall = (middle - center) * spec.scene.perspective;
-    pit.wallGray = 110 * spec.face.albedo;
-    return pit;
 }
 
 /// Bolt holes lie between the spokes' directions, half a division from the first spoke.
@@ -111,36 +76,25 @@ void paintValveHole(cv::Mat& image, const WheelSpec& spec, double angle)
     pit.major = hole.radius;
     pit.minor = hole.radius * hole.axisRatio;
     pit.minorDirection = std::atan2(out.y, out.x);
+    if (hole.step > 0)
+        paintStep(image, pit, hole, spec.light);
     pit.wall = hole.wall;
     pit.chamfer = hole.chamfer;
     pit.shine = hole.chamferShine;
+    pit.chamferGray = hole.chamferGray;
+    pit.edgeShift = hole.edgeShift;
     pit.deep = hole.depthGray;
-    pit.wallGray = 60 + 90 * spec.face.albedo;
+    pit.deepGradient = hole.depthGradient;
+    pit.deepTexture = hole.depthTexture;
+    pit.wallGray = hole.wallGray < 0 ? 60 + 90 * spec.face.albedo : hole.wallGray;
+    pit.wallShading = hole.wallShading;
+    pit.seed = spec.seed;
     paintPit(image, pit, spec.light);
     if (hole.valve != Valve::None)
         paintValve(image, spec, pit.center);
 }
 
 } // namespace
-
-void paintPit(cv::Mat& image, const Pit& pit, const LightSpec& light)
-{
-    const Ellipse edge(pit.major, pit.minor, pit.minorDirection);
-    const cv::Point2d toLight = direction(light.azimuth);
-    paintAround(image, pit.center, pit.major + pit.chamfer, [&](float& pixel, double dx, double dy) {
-        const double inside = edge.at(dx, dy);
-        const double r = std::max(std::hypot(dx, dy), 1e-6);
-        const double facing = -(dx * toLight.x + dy * toLight.y) / r; // 1: faces the light
-        if (pit.chamfer > 0) {
-            const auto slope = static_cast<float>(pixel * (1 + pit.shine * (0.35 + 0.9 * facing)));
-            pixel = mix(pixel, slope, coverage(inside + pit.chamfer));
-        }
-        const auto wall = static_cast<float>(pit.wallGray * (0.55 + 0.45 * facing));
-        const float open = coverage(inside),
-                    through = std::min(open, coverage(edge.at(dx - pit.wall.x, dy - pit.wall.y)));
-        pixel = pixel * (1 - open) + wall * (open - through) + static_cast<float>(pit.deep) * through;
-    });
-}
 
 cv::Point2d holeCenter(const WheelSpec& spec)
 {
@@ -151,6 +105,7 @@ void paintHoles(cv::Mat& image, const WheelSpec& spec)
 {
     paintHub(image, spec);
     paintDrains(image, spec);
+    paintMarks(image, spec);
     if (spec.hole.present)
         paintValveHole(image, spec, spec.hole.angle);
     if (spec.hole.present && spec.hole.twin != 0)

@@ -1,6 +1,7 @@
 #include "SpecDraw.h"
 
 #include "Random.h"
+#include "VariedDraw.h"
 #include "WheelFace.h"
 
 #include <algorithm>
@@ -34,6 +35,8 @@ public:
         light();
         scene();
         blemishes();
+        if (m_varied)
+            ofAllMakes();
         optics();
         return m_spec;
     }
@@ -73,7 +76,7 @@ private:
             face.twist = m_random.chance(0.3) ? range(-35, 35) : 0;
         face.dish += range(-0.06, 0.06);
         face.hubHeight += range(-0.03, 0.03);
-        face.ledgeSlope = range(-0.12, 0.28);
+        face.ledgeSlope = m_random.chance(0.2) ? m_random.sign() * range(0.25, 0.6) : range(-0.12, 0.28);
         face.machined = range(0, 1);
         face.albedo = range(0.4, 0.85);
         face.ring += range(-0.012, 0.012);
@@ -83,13 +86,10 @@ private:
 
     void hole()
     {
-        const double zoom = m_spec.size.height / 2048.0;
         HoleSpec& hole = m_spec.hole;
         hole.angle = range(0, 360);
         hole.ringRadius = m_spec.face.ring * m_spec.rimRadius;
-        hole.radius = m_varied ? range(std::clamp(6 * zoom, 6.0, 14.0), std::clamp(20 * zoom, 8.0, 20.0))
-                               : m_spec.face.hole * m_spec.rimRadius;
-        hole.radius = std::min(hole.radius, 0.034 * m_spec.rimRadius); // the ledge has no room for more
+        hole.radius = (m_varied ? drawMouth(m_random) : m_spec.face.hole) * m_spec.rimRadius;
         hole.axisRatio = m_easy ? 1 : range(m_varied ? 0.75 : 0.9, 1);
         hole.axisTurn = m_varied ? range(-15, 15) : 0;
         hole.chamfer = wide(0, 0.2, 0.35) * hole.radius;
@@ -109,11 +109,20 @@ private:
         light.ambient = range(0.30, 0.50);
         light.diffuse = range(0.40, 0.75);
         light.specular = wide(0.05, 0.30, 0.60);
+        if (m_varied && m_random.chance(0.2))
+            dome();
         light.gradient = wide(0, 0.15, 0.45);
         light.gradientAzimuth = range(0, 360);
         light.vignette = wide(0, 0.1, 0.3);
         // As a fitter sets the exposure: by the part that matters.
         light.exposure = (m_varied ? range(85, 190) : range(115, 165)) / ledgeGray(m_spec);
+    }
+
+    void dome()
+    {
+        m_spec.light.ambient = range(0.80, 0.95);
+        m_spec.light.diffuse = range(0.03, 0.15);
+        m_spec.light.specular = range(0, 0.08);
     }
 
     void scene()
@@ -142,6 +151,13 @@ private:
         m_spec.light.glares = m_varied ? m_random.integer(0, 4) : m_random.integer(0, 1);
     }
 
+    void ofAllMakes()
+    {
+        drawEdge(m_spec, m_random);
+        drawInside(m_spec, m_random);
+        drawMarks(m_spec, m_random);
+    }
+
     void optics()
     {
         OpticsSpec& optics = m_spec.optics;
@@ -151,7 +167,8 @@ private:
         optics.contrast = m_varied && m_random.chance(0.2) ? range(0.4, 0.8) : 1;
         optics.pedestal = (1 - optics.contrast) * range(0, 150);
         // No camera sees more: below this the hole drowns in the noise even for a person.
-        const double step = optics.contrast * m_spec.light.exposure * (ledgeGray(m_spec) - m_spec.hole.depthGray);
+        const double step =
+            optics.contrast * m_spec.light.exposure * std::fabs(ledgeGray(m_spec) - m_spec.hole.depthGray);
         optics.noise = std::min(optics.noise, 0.7 * step * (1 - m_spec.light.gradient) / 2.5);
     }
 

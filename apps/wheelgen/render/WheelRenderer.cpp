@@ -19,6 +19,7 @@ WheelTruth truthOf(const WheelSpec& spec)
     truth.rimRadius = spec.rimRadius;
     truth.ringRadius = spec.hole.ringRadius;
     truth.holeRadius = spec.hole.radius;
+    truth.edgeRadius = spec.hole.reach();
     return truth;
 }
 

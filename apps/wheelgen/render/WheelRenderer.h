@@ -13,7 +13,8 @@ struct WheelTruth
     cv::Point2d hub;
     double rimRadius = 0;
     double ringRadius = 0;
-    double holeRadius = 0; ///< semi-major axis of the hole's edge
+    double holeRadius = 0; ///< semi-major axis of the mouth
+    double edgeRadius = 0; ///< of the hole's outermost edge: chamfer, ring or counterbore
 };
 
 struct RenderedWheel

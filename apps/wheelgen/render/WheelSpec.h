@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 /// Everything that decides what one rendered wheel looks like. Lengths of a FaceSpec are fractions of the rim radius,
 /// all others are pixels; angles are degrees, 0 along +x, counter-clockwise as seen on the screen; gray values 0 to
@@ -44,21 +45,56 @@ struct FaceSpec
 
 enum class Valve { None, Rubber, Metal };
 
+/// What surrounds the mouth: a chamfer bright towards the light, an even ring, or a wider flat step below the surface.
+enum class HoleEdge { Crescent, Ring, Counterbore };
+
+/// What is seen in an open hole: darkness, a gray ground, light from below, or a wall lit all round.
+enum class HoleInside { Dark, Gray, Bright, Lit };
+
 /// The valve hole of one wheel.
 struct HoleSpec
 {
     bool present = true;
     double angle = 0;      ///< direction from the hub centre
     double ringRadius = 0; ///< hub centre to hole centre
-    double radius = 16;    ///< semi-major axis of the edge
+    double radius = 16;    ///< semi-major axis of the mouth, which is the innermost edge
     double axisRatio = 1;  ///< semi-minor by semi-major axis
     double axisTurn = 0;   ///< direction of the minor axis against the direction from the hub
-    double chamfer = 3;    ///< width of the chamfer around the edge; 0: sharp
+    HoleEdge edge = HoleEdge::Crescent;
+    double chamfer = 3; ///< width of the chamfer around the mouth; 0: sharp
     double chamferShine = 0.5;
-    cv::Point2d wall; ///< by how much the hole's far end is seen shifted
+    double chamferGray = 1; ///< brightness of the chamfer against the surface
+    double step = 0;        ///< width of the counterbore's floor around the chamfer
+    double stepDepth = 0;   ///< width of the shadow that the counterbore's wall throws on its floor
+    double stepGray = 1;    ///< brightness of the floor against the surface
+    double stepShadow = 0;  ///< part of the floor's brightness that the shadow takes
+    cv::Point2d edgeShift;  ///< by how much the outer edge is seen shifted against the mouth
+    HoleInside inside = HoleInside::Dark;
+    cv::Point2d wall;         ///< by how much the hole's far end is seen shifted
+    double wallGray = -1;     ///< negative: as the surface's albedo makes it
+    double wallShading = 0.9; ///< part of the wall's brightness that is missing where it turns from the light
     double depthGray = 14;
+    double depthGradient = 0; ///< change of that across the radius, as a fraction
+    double depthTexture = 0;
     Valve valve = Valve::None;
     double twin = 0; ///< degrees from this hole to a second, equal one; 0: there is none
+
+    /// Semi-major axis of the outermost edge.
+    double reach() const { return radius + chamfer + step; }
+};
+
+/// What lies about the valve hole without being one. Vents and drains are holes as well; they never share both ring and
+/// size with the valve hole.
+enum class MarkKind { Vent, Drain, Dimple, EjectorPin, PaintDot, Dial, Sticker, Blot, Screw };
+
+struct MarkSpec
+{
+    MarkKind kind = MarkKind::Drain;
+    double angle = 0;
+    double ringRadius = 0; ///< hub centre to its own
+    double radius = 5;
+    double gray = 1; ///< brightness against the surface; for holes the gray value seen through them
+    std::uint64_t seed = 0;
 };
 
 /// How the wheel is lit; fractions of the surface's brightness where nothing else is said.
@@ -88,6 +124,7 @@ struct SceneSpec
     int dirt = 0;
     int scratches = 0;
     int drains = 0; ///< small drain holes off the valve hole's ring
+    std::vector<MarkSpec> marks;
     double grain = 0.04;
 };
 

@@ -62,6 +62,37 @@ quint64 wheelSeed(quint64 setSeed, int number)
     return wheel::Random(setSeed, static_cast<quint64>(number) + 1000).next();
 }
 
+QString edgeName(const wheel::HoleSpec& hole)
+{
+    switch (hole.edge) {
+    case wheel::HoleEdge::Ring:
+        return QStringLiteral("ring");
+    case wheel::HoleEdge::Counterbore:
+        return QStringLiteral("counterbore");
+    case wheel::HoleEdge::Crescent:
+        break;
+    }
+    return QStringLiteral("crescent");
+}
+
+/// A valve hides what else would be seen.
+QString insideName(const wheel::HoleSpec& hole)
+{
+    if (hole.valve != wheel::Valve::None)
+        return QStringLiteral("valve");
+    switch (hole.inside) {
+    case wheel::HoleInside::Gray:
+        return QStringLiteral("gray");
+    case wheel::HoleInside::Bright:
+        return QStringLiteral("bright");
+    case wheel::HoleInside::Lit:
+        return QStringLiteral("lit");
+    case wheel::HoleInside::Dark:
+        break;
+    }
+    return QStringLiteral("dark");
+}
+
 } // namespace
 
 QVector<PlannedWheel> WheelSet::wheels(const WheelSetPlan& plan)
@@ -88,7 +119,8 @@ QJsonObject WheelSet::truthEntry(const PlannedWheel& planned)
 {
     const wheel::WheelTruth truth = wheel::truthOf(planned.spec);
     const wheel::Design* design = wheel::findDesign(planned.spec.design);
-    const auto ifHole = [&](double value) { return truth.hole ? QJsonValue(value) : QJsonValue(); };
+    const wheel::HoleSpec& hole = planned.spec.hole;
+    const auto ifHole = [&](const QJsonValue& value) { return truth.hole ? value : QJsonValue(); };
     return {{QStringLiteral("file"), planned.file},
             {QStringLiteral("model"), QString::fromStdString(design->name)},
             {QStringLiteral("index"), design->plcIndex},
@@ -100,7 +132,10 @@ QJsonObject WheelSet::truthEntry(const PlannedWheel& planned)
             {QStringLiteral("hub_y"), truth.hub.y},
             {QStringLiteral("rim_radius"), truth.rimRadius},
             {QStringLiteral("ring_radius"), truth.ringRadius},
-            {QStringLiteral("hole_radius"), truth.holeRadius}};
+            {QStringLiteral("hole_radius"), truth.holeRadius},
+            {QStringLiteral("edge_radius"), ifHole(truth.edgeRadius)},
+            {QStringLiteral("edge"), ifHole(edgeName(hole))},
+            {QStringLiteral("inside"), ifHole(insideName(hole))}};
 }
 
 QJsonObject WheelSet::modelParameters(const wheel::Nominal& nominal, double spread)
