@@ -1,5 +1,6 @@
 #include "render/Marks.h"
 #include "render/SpecDraw.h"
+#include "render/WheelFace.h"
 #include "render/WheelRenderer.h"
 #include "support/Table.h"
 
@@ -361,6 +362,22 @@ private slots:
         for (const auto& [kind, count] : marks)
             QVERIFY2(count > 60, qPrintable(QString::number(static_cast<int>(kind))));
         QVERIFY2(small > 30 && large > 30, qPrintable(QStringLiteral("%1 %2").arg(small).arg(large)));
+    }
+
+    void brightnessAroundTheHoleIsForeseen()
+    {
+        WheelSpec spec = plainWheel();
+        spec.hole.present = false;
+        spec.light.ambient = 0.3;
+        spec.light.diffuse = 0.5;
+        spec.light.specular = 0.2;
+        for (const double slope : {-0.5, 0.0, 0.5})
+            for (double angle = 0; angle < 360; angle += 45) {
+                spec.face.ledgeSlope = slope;
+                spec.hole.angle = angle;
+                const double seen = grayAt(renderWheel(spec).image, truthOf(spec).holeCenter);
+                QVERIFY2(std::fabs(holeSurfaceGray(spec) - seen) < 0.08 * seen, qPrintable(QString::number(seen)));
+            }
     }
 
     void wheelsDifferInEveryWayThatThePlantShows()

@@ -162,13 +162,15 @@ private:
     {
         OpticsSpec& optics = m_spec.optics;
         optics.blur = wide(0.5, 0.9, 2.2);
+        if (m_varied)
+            optics.blur = std::min(optics.blur, std::max(0.5, 0.2 * m_spec.hole.radius));
         optics.motion = m_varied && m_random.chance(0.2) ? range(0.05, 0.4) : 0;
         optics.noise = m_easy ? 1 : m_varied ? 0.5 + 14.5 * std::pow(m_random.unit(), 1.5) : range(1.5, 4);
         optics.contrast = m_varied && m_random.chance(0.2) ? range(0.4, 0.8) : 1;
         optics.pedestal = (1 - optics.contrast) * range(0, 150);
         // No camera sees more: below this the hole drowns in the noise even for a person.
-        const double step =
-            optics.contrast * m_spec.light.exposure * std::fabs(ledgeGray(m_spec) - m_spec.hole.depthGray);
+        const double surface = m_varied ? holeSurfaceGray(m_spec) : ledgeGray(m_spec);
+        const double step = optics.contrast * m_spec.light.exposure * std::fabs(surface - m_spec.hole.depthGray);
         optics.noise = std::min(optics.noise, 0.7 * step * (1 - m_spec.light.gradient) / 2.5);
     }
 

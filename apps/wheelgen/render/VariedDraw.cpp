@@ -186,7 +186,7 @@ void drawEdge(WheelSpec& spec, Random& random)
 void drawInside(WheelSpec& spec, Random& random)
 {
     HoleSpec& hole = spec.hole;
-    const double surface = ledgeGray(spec), kind = random.unit();
+    const double surface = holeSurfaceGray(spec), kind = random.unit();
     hole.depthTexture = random.range(0, 0.12);
     if (kind < 0.45)
         return;

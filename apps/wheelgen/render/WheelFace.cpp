@@ -167,6 +167,19 @@ cv::Mat renderFace(const WheelSpec& spec)
     return FacePainter(spec).paint();
 }
 
+double holeSurfaceGray(const WheelSpec& spec)
+{
+    const Vector lamp = toLamp(spec.light), mirror = toMirror(lamp);
+    const cv::Point2d slope = spec.face.ledgeSlope * direction(spec.hole.angle);
+    const Vector normal(-slope.x, -slope.y, 1);
+    const auto facing = [&](const Vector& to) {
+        return std::max(0.0f, normal.x * to.x + normal.y * to.y + normal.z * to.z);
+    };
+    const double lit = spec.light.ambient * (0.6 + 0.4 * static_cast<double>(normal.z)) +
+                       spec.light.diffuse * static_cast<double>(facing(lamp));
+    return 255 * (0.84 * spec.face.albedo * lit + spec.light.specular * static_cast<double>(sixteenth(facing(mirror))));
+}
+
 double ledgeGray(const WheelSpec& spec)
 {
     const Vector lamp = toLamp(spec.light);
