@@ -5,7 +5,11 @@
 #include <QString>
 #include <QVariantMap>
 
+#include <memory>
+
 namespace finder {
+
+struct HoleExamples;
 
 /// What is known about a kind of wheel. A radius of 0 is unknown and leaves the broad limits of the built-in model.
 struct HoleModel
@@ -18,6 +22,8 @@ struct HoleModel
     double holeTolerance = 25; ///< percent of holeRadius
     double scoreLimit = 0.5;   ///< a hole with a lower score is not believed, 0 to 1
     bool taught = false;
+    /// What the model has been shown, shared by all copies of the model; null when it has been shown nothing.
+    std::shared_ptr<const HoleExamples> examples;
 
     /// Where the rim may lie in an image of this height.
     Range rimRange(double imageHeight) const;
