@@ -64,6 +64,33 @@
     </message>
 </context>
 <context>
+    <name>ModelExamples</name>
+    <message>
+        <source>所点位置不在轮缘以内</source>
+        <translation>The point is not inside of the rim</translation>
+    </message>
+    <message>
+        <source>所点位置附近没有可测量的孔</source>
+        <translation>There is no hole near the point that can be measured</translation>
+    </message>
+    <message>
+        <source>部分示例无法读取，型号照常运行：%1</source>
+        <translation>Some examples cannot be read; the model runs all the same: %1</translation>
+    </message>
+    <message>
+        <source>没有第 %1 个示例</source>
+        <translation>There is no example %1</translation>
+    </message>
+    <message>
+        <source>至少需要 %1 个孔示例，现有 %2 个</source>
+        <translation>At least %1 examples of the hole are needed, there are %2</translation>
+    </message>
+    <message>
+        <source>方案“%1”中没有型号“%2”</source>
+        <translation>There is no model "%2" in solution "%1"</translation>
+    </message>
+</context>
+<context>
     <name>ModelTeacher</name>
     <message>
         <source>所点位置不在图像内</source>
@@ -107,6 +134,10 @@
     <message>
         <source>已有方案“%1”</source>
         <translation>There is a solution "%1" already</translation>
+    </message>
+    <message>
+        <source>方案“%1”中没有型号“%2”</source>
+        <translation>There is no model "%2" in solution "%1"</translation>
     </message>
 </context>
 <context>

@@ -25,5 +25,7 @@ constexpr const char* runnerUpScore = "runnerUpScore"; ///< double, score of the
 constexpr const char* hubCenter = "hubCenter";         ///< QPointF, hub centre in pixels
 constexpr const char* hubRadius = "hubRadius";         ///< double, outer edge of the rim, pixels
 constexpr const char* holeRadius = "holeRadius";       ///< double, pixels
+/// QPointF, hole's centre in pixels, also where a solution answers with the hub's; missing when nothing was found
+constexpr const char* holeCenter = "holeCenter";
 
 } // namespace ResultKeys

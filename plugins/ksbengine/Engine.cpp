@@ -8,6 +8,7 @@
 
 Engine::Engine(const QString& folder)
     : m_store(folder)
+    , m_examples(&m_store)
     , m_trials(&m_store)
 {
     // Both stations run side by side; a task that spreads over all cores would only slow the other station down.
@@ -63,5 +64,7 @@ void* Engine::extension(const char* id)
         return static_cast<IModelTeacher*>(&m_teacher);
     if (std::strcmp(id, IModelTrial::id) == 0)
         return static_cast<IModelTrial*>(&m_trials);
+    if (std::strcmp(id, IModelExamples::id) == 0)
+        return static_cast<IModelExamples*>(&m_examples);
     return nullptr;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ModelExamples.h"
 #include "ModelTeacher.h"
 #include "ModelTrials.h"
 #include "SolutionStore.h"
@@ -29,6 +30,7 @@ private:
 
     SolutionStore m_store;
     ModelTeacher m_teacher;
+    ModelExamples m_examples;
     ModelTrials m_trials;
     std::map<QString, std::unique_ptr<TaskThread>> m_threads;
 };

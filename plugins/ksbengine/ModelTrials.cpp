@@ -4,6 +4,7 @@
 #include "TrialStages.h"
 #include "finder/ImageConversion.h"
 
+#include <valvecell/IModelExamples.h>
 #include <valvecell/ResultKeys.h>
 
 #include <QDebug>
@@ -46,6 +47,8 @@ void ModelTrials::runTrial(const QImage& image, const QString& solution, const Q
     // The built-in model is in every solution, so this asks for the solution's settings.
     task.known = m_store->lookUp(solution, finder::autoModelName(), &task.parameters, &task.answer);
     task.parameters = {};
+    const QString shown = parameters.value(QString::fromLatin1(IModelExamples::examplesOf)).toString();
+    task.parameters.examples = m_store->examples(solution, shown);
     finder::applyParameters(parameters, &task.parameters, &task.refusal);
     m_thread.add([task, withStages, callback = std::move(callback)](finder::Finder& finder) {
         const Outcome outcome = withStages ? runWithStages(task) : Outcome{runTask(task, finder), {}};

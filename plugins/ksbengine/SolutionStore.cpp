@@ -1,5 +1,7 @@
 #include "SolutionStore.h"
 
+#include "ExampleFile.h"
+
 #include <valvecell/HomeFiles.h>
 
 #include <QDebug>
@@ -9,6 +11,7 @@ namespace {
 
 const QString solutionFile = QStringLiteral("solution.json");
 const QString modelSuffix = QStringLiteral(".model.json");
+const QString exampleSuffix = QStringLiteral(".examples.json");
 constexpr int longestName = 80; // characters; stays below every file system's limit in bytes
 
 bool keepsInFileName(QChar c)
@@ -28,6 +31,12 @@ QString escaped(QChar c)
 QString nameOf(const QString& fileName)
 {
     return QUrl::fromPercentEncoding(fileName.toUtf8());
+}
+
+QString exampleFile(QString modelFile)
+{
+    modelFile.chop(modelSuffix.size());
+    return modelFile + exampleSuffix;
 }
 
 QString text(const QJsonObject& object, const QString& key, const QString& fallback)
@@ -113,6 +122,20 @@ void SolutionStore::readModel(const QString& file, Solution* solution)
     }
     solution->models.insert(name, model);
     solution->files.insert(name, file);
+    readExamples(name, solution);
+}
+
+void SolutionStore::readExamples(const QString& model, Solution* solution)
+{
+    QString error;
+    auto examples =
+        std::make_shared<finder::HoleExamples>(ExampleFile::read(exampleFile(solution->files.value(model)), &error));
+    if (!error.isEmpty()) {
+        qWarning("examples left out: %s", qUtf8Printable(error));
+        solution->exampleTroubles.insert(model, error);
+    }
+    if (!examples->isEmpty())
+        solution->models[model].examples = std::move(examples);
 }
 
 QStringList SolutionStore::list()
@@ -184,8 +207,14 @@ bool SolutionStore::saveModel(const QString& solution, const QString& model, con
     const QString file = modelFile(*found, model);
     if (!HomeFiles::writeJson(file, QJsonObject::fromVariantMap(stored), why))
         return false;
+    const auto before = found->models.constFind(model);
+    const bool isNew = before == found->models.constEnd();
+    if (!isNew)
+        changed.examples = before->examples;
     found->models.insert(model, changed);
     found->files.insert(model, file);
+    if (isNew)
+        readExamples(model, &*found); // those of a model whose file was damaged
     return true;
 }
 
@@ -198,13 +227,52 @@ bool SolutionStore::removeModel(const QString& solution, const QString& model, Q
         *why = tr("方案“%2”中没有可删除的型号“%1”").arg(model, solution);
         return false;
     }
-    QFile file(modelFile(*found, model));
+    const QString path = modelFile(*found, model);
+    QFile file(path);
     if (file.exists() && !file.remove()) {
         *why = QStringLiteral("%1: %2").arg(file.fileName(), file.errorString());
         return false;
     }
+    QFile shown(exampleFile(path));
+    if (shown.exists() && !shown.remove())
+        qWarning("examples of a removed model stay: %s: %s", qUtf8Printable(shown.fileName()),
+                 qUtf8Printable(shown.errorString()));
     found->models.remove(model);
     found->files.remove(model);
+    found->exampleTroubles.remove(model);
+    return true;
+}
+
+std::shared_ptr<const finder::HoleExamples> SolutionStore::examples(const QString& solution, const QString& model) const
+{
+    return m_solutions.value(solution).models.value(model).examples;
+}
+
+QString SolutionStore::exampleTrouble(const QString& solution, const QString& model) const
+{
+    return m_solutions.value(solution).exampleTroubles.value(model);
+}
+
+bool SolutionStore::setExamples(const QString& solution, const QString& model, const finder::HoleExamples& examples,
+                                QString* error)
+{
+    const auto found = m_solutions.find(solution);
+    if (found == m_solutions.end() || !found->models.contains(model)) {
+        *error = isBuiltIn(model) ? tr("“%1”是内置型号，不能修改").arg(model)
+                                  : tr("方案“%1”中没有型号“%2”").arg(solution, model);
+        return false;
+    }
+    const QString file = exampleFile(modelFile(*found, model));
+    const bool damaged = found->exampleTroubles.contains(model) && QFile::exists(file);
+    if (damaged && HomeFiles::keepAside(file).isEmpty()) {
+        *error = QStringLiteral("%1: damaged, and cannot be renamed to keep it").arg(file);
+        return false;
+    }
+    if (!ExampleFile::write(file, examples, error))
+        return false;
+    found->exampleTroubles.remove(model);
+    found->models[model].examples =
+        examples.isEmpty() ? nullptr : std::make_shared<const finder::HoleExamples>(examples);
     return true;
 }
 

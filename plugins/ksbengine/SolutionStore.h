@@ -1,5 +1,6 @@
 #pragma once
 
+#include "finder/HoleExamples.h"
 #include "finder/HoleModel.h"
 
 #include <valvecell/IEngine.h>
@@ -10,7 +11,8 @@
 #include <QString>
 
 /// The solutions of the home and their models, in memory and on disk:
-/// user/solutions/<solution>/solution.json and <model>.model.json, file names made by fileName(). GUI thread.
+/// user/solutions/<solution>/solution.json and <model>.model.json, beside it <model>.examples.json with what the model
+/// has been shown; file names made by fileName(). GUI thread.
 class SolutionStore : public ITaskList, public ISolutionStore
 {
     Q_DECLARE_TR_FUNCTIONS(SolutionStore)
@@ -24,7 +26,7 @@ public:
     virtual ~SolutionStore() = default;
 
     /// Reads everything anew. A damaged solution file leaves the solution with its defaults, a damaged model is left
-    /// out; each writes a warning with file and place.
+    /// out, of damaged examples those that can be read stay; each writes a warning with file and place.
     void read();
 
     QStringList list() override;
@@ -40,6 +42,15 @@ public:
     /// Copies what a task needs; false when solution or model is unknown.
     bool lookUp(const QString& solution, const QString& model, finder::HoleModel* parameters, Answer* answer) const;
 
+    /// What a model has been shown; null for nothing and for an unknown one.
+    std::shared_ptr<const finder::HoleExamples> examples(const QString& solution, const QString& model) const;
+    /// What of the stored examples could not be read, with file and place; empty when all could.
+    QString exampleTrouble(const QString& solution, const QString& model) const;
+    /// Stores them in place of the former ones; a file that could not be read whole is kept aside. False, and nothing
+    /// changed, for an unknown or built-in model or when the file cannot be written.
+    bool setExamples(const QString& solution, const QString& model, const finder::HoleExamples& examples,
+                     QString* error);
+
     /// A name as a file name: letters and digits of any script, space, '-', '_' and inner '.' stay, all else becomes
     /// %XX of its UTF-8 bytes.
     static QString fileName(const QString& name);
@@ -51,11 +62,13 @@ private:
         Answer answer = Answer::Hole;
         QMap<QString, finder::HoleModel> models;
         QMap<QString, QString> files;
+        QMap<QString, QString> exampleTroubles;
     };
 
     static bool isValidName(const QString& name, QString* error);
     void readSolution(const QString& folder);
     void readModel(const QString& file, Solution* solution);
+    static void readExamples(const QString& model, Solution* solution);
     QString modelFile(const Solution& solution, const QString& model) const;
 
     QString m_folder;

@@ -48,6 +48,8 @@ QVariantMap algoResult(const Answered& answered, SolutionStore::Answer answer)
     map.insert(key(ResultKeys::hubCenter), pointOf(found.hub.center));
     map.insert(key(ResultKeys::hubRadius), found.hub.radius);
     map.insert(key(ResultKeys::holeRadius), found.holeRadius);
+    if (found.found())
+        map.insert(key(ResultKeys::holeCenter), pointOf(found.hole));
     return map;
 }
 

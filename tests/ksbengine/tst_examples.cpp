@@ -1,0 +1,311 @@
+#include "ModelExamples.h"
+#include "ModelTeacher.h"
+#include "Wheels.h"
+#include "finder/HoleExamples.h"
+#include "support/TempHome.h"
+
+#include <opencv2/imgproc.hpp>
+
+using finder::HoleExample;
+using finder::HoleExamples;
+
+namespace {
+
+const QString solution = QStringLiteral("工位一");
+const QString model = QStringLiteral("五辐 17/A");
+const QString file = QStringLiteral("/user/solutions/工位一/五辐 17%2FA.examples.json");
+
+using Kind = IModelExamples::Kind;
+
+/// A patch with one bright stripe, whose place makes it unlike the others; `noise` makes near copies.
+HoleExample striped(int column, int noise = 0)
+{
+    HoleExample example;
+    example.patch = cv::Mat(HoleExample::patchSide, HoleExample::patchSide, CV_8UC1, cv::Scalar(60));
+    example.patch.colRange(column, column + 3) = 200;
+    example.patch.rowRange(0, noise) = 90;
+    example.rimRadius = 500;
+    example.ringRadius = 435;
+    example.holeRadius = 10;
+    example.ringShare = 0.87;
+    example.holeShare = 0.02;
+    example.source = QStringLiteral("%1-%2").arg(column).arg(noise);
+    return example;
+}
+
+QStringList sourcesOf(const QVector<HoleExample>& list)
+{
+    QStringList names;
+    for (const HoleExample& example : list)
+        names.append(example.source);
+    return names;
+}
+
+QPointF pointOf(const cv::Point2d& point)
+{
+    return {point.x, point.y};
+}
+
+/// A store with a model that was taught on one wheel, and what it has been shown.
+struct Shown
+{
+    Shown()
+        : store(home.path(QStringLiteral("/user/solutions")))
+        , examples(&store)
+    {
+        store.read();
+        QVERIFY(store.addSolution(solution, &error));
+        QVERIFY(store.saveModel(solution, model, finder::parametersOf(Wheels::model(Wheels::spec())), &error));
+    }
+
+    QVariantMap make(const wheel::WheelSpec& spec, const QPointF& off = {})
+    {
+        return examples.makeExample(finder::toImage(Wheels::image(spec)), store.parameters(solution, model),
+                                    pointOf(wheel::truthOf(spec).holeCenter) + off, QStringLiteral("轮.png"), &error);
+    }
+
+    bool add(Kind kind, quint64 seed)
+    {
+        return examples.addExample(solution, model, kind, make(Wheels::spec("five", seed)), &error);
+    }
+
+    int holes() { return examples.examples(solution, model).holes.size(); }
+
+    TempHome home;
+    SolutionStore store;
+    ModelExamples examples;
+    QString error;
+};
+
+} // namespace
+
+class ExamplesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void patchShowsTheHoleTheSameWayAtAnyTurnAndSize_data()
+    {
+        QTest::addColumn<double>("scale");
+        QTest::addColumn<double>("turn");
+        QTest::newRow("turned") << 1.0 << 2.0;
+        QTest::newRow("half the size") << 0.5 << 0.0;
+        QTest::newRow("larger and turned") << 1.7 << -1.1;
+    }
+
+    void patchShowsTheHoleTheSameWayAtAnyTurnAndSize()
+    {
+        QFETCH(double, scale);
+        QFETCH(double, turn);
+        cv::Mat wheel(1400, 1400, CV_8UC1, cv::Scalar(150));
+        cv::circle(wheel, {940, 700}, 24, cv::Scalar(20), -1, cv::LINE_AA);
+        cv::line(wheel, {860, 760}, {1000, 760}, cv::Scalar(240), 8, cv::LINE_AA); // on one side only: a mirror shows
+        cv::GaussianBlur(wheel, wheel, {}, 3);
+        const cv::Point2d middle(699.5, 699.5);
+        const double c = scale * std::cos(turn);
+        const double s = scale * std::sin(turn);
+        const cv::Matx23d move(c, -s, middle.x - c * middle.x + s * middle.y, s, c,
+                               middle.y - s * middle.x - c * middle.y);
+        cv::Mat moved;
+        cv::warpAffine(wheel, moved, move, wheel.size(), cv::INTER_AREA, cv::BORDER_REPLICATE);
+        const auto to = [&](const cv::Point2d& p) { return cv::Point2d(move * cv::Vec3d(p.x, p.y, 1)); };
+        const cv::Point2d hole(940, 700);
+        const HoleExample one = finder::makeExample(wheel, {middle, 350, 0, 0}, hole, 24);
+        const HoleExample other = finder::makeExample(moved, {middle, 350 * scale, 0, 0}, to(hole), 24 * scale);
+        QVERIFY(finder::distanceBetween(one.patch, other.patch) < 0.02);
+        QVERIFY(std::abs(one.ringShare - 240.5 / 350) < 1e-3 && std::abs(other.ringShare - one.ringShare) < 1e-6);
+        QVERIFY(std::abs(other.holeRadius - 24 * scale) < 1e-9 && std::abs(other.holeShare - one.holeShare) < 1e-9);
+        QVERIFY2(one.patch.at<uchar>(52, 32) > 200, "the y axis points as in the image");
+        cv::Mat mirrored;
+        cv::flip(one.patch, mirrored, 0);
+        QVERIFY(finder::distanceBetween(one.patch, mirrored) > 0.1);
+    }
+
+    void placeThatIsNoneHasNoPatch()
+    {
+        const cv::Mat gray(200, 300, CV_8UC1, cv::Scalar(90));
+        const finder::Outline hub{{150, 100}, 90, 0, 0};
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        QVERIFY(!finder::makeExample(gray, hub, {299, 199}, 500).patch.empty());
+        for (const cv::Point2d& point : {cv::Point2d(320, 50), cv::Point2d(150, 100), cv::Point2d(nan, 50)})
+            QVERIFY(finder::makeExample(gray, hub, point, 8).patch.empty());
+        QVERIFY(finder::makeExample(gray, hub, {100, 50}, nan).patch.empty());
+        QVERIFY(finder::makeExample(gray, {{150, 100}, 0, 0, 0}, {100, 50}, 8).patch.empty());
+        QVERIFY(finder::makeExample(cv::Mat(), hub, {100, 50}, 8).patch.empty());
+    }
+
+    void mostDifferentOnesStay()
+    {
+        QVector<HoleExample> list;
+        for (const HoleExample& example : {striped(0), striped(0, 2), striped(6), striped(6, 14)})
+            QVERIFY(HoleExamples::add(&list, example));
+        for (int i = 4; i < HoleExamples::most; ++i)
+            QVERIFY(HoleExamples::add(&list, striped(3 * i)));
+        QCOMPARE(list.size(), HoleExamples::most);
+        QVERIFY(HoleExamples::add(&list, striped(9)));
+        QVERIFY2(!sourcesOf(list).contains("0-2"), "the one most like another goes, but not the first");
+        QVERIFY(HoleExamples::add(&list, striped(30, 2)));
+        QVERIFY2(!sourcesOf(list).contains("30-0") && sourcesOf(list).contains("30-2"), "the older of two alike goes");
+        QCOMPARE(list.size(), HoleExamples::most);
+        QCOMPARE(list.first().source, "0-0");
+        HoleExample again = striped(33);
+        again.source = QStringLiteral("again");
+        QVERIFY(HoleExamples::add(&list, again));
+        QCOMPARE(list.size(), HoleExamples::most);
+        QCOMPARE(sourcesOf(list).count("again"), 1);
+        QVERIFY(!HoleExamples::add(&list, HoleExample()));
+    }
+
+    void sizesAreProposedFromThreeHolesOn()
+    {
+        Shown shown;
+        QVERIFY(shown.add(Kind::Hole, 1) && shown.add(Kind::Hole, 2) && shown.add(Kind::Rejected, 3));
+        QVERIFY(shown.examples.proposeSizes(solution, model, &shown.error).isEmpty());
+        QVERIFY2(shown.error.contains("2"), qPrintable(shown.error));
+        const QVariantMap before = shown.store.parameters(solution, model);
+        QVERIFY(shown.add(Kind::Hole, 4) && shown.add(Kind::Hole, 5));
+        const QVariantMap sizes = shown.examples.proposeSizes(solution, model, &shown.error);
+        QCOMPARE(shown.store.parameters(solution, model), before);
+        finder::HoleModel proposed;
+        QVERIFY2(finder::applyParameters(sizes, &proposed, &shown.error), qPrintable(shown.error));
+        QCOMPARE(proposed.scoreLimit, before["score_limit"].toDouble());
+        for (const quint64 seed : {1, 2, 4, 5}) {
+            const wheel::WheelTruth truth = wheel::truthOf(Wheels::spec("five", seed));
+            QVERIFY(proposed.rimRange(1366).contains(truth.rimRadius));
+            QVERIFY(proposed.ringRange(truth.rimRadius).contains(truth.ringRadius));
+            QVERIFY(proposed.holeRange(truth.rimRadius).contains(truth.holeRadius));
+        }
+    }
+
+    void toleranceCoversTheSpreadWithMargin()
+    {
+        Shown shown;
+        HoleExamples examples;
+        for (const double share : {0.85, 0.86, 0.89}) {
+            HoleExample example = striped(static_cast<int>(1000 * share) % 50);
+            example.ringShare = share;
+            HoleExamples::add(&examples.holes, example);
+        }
+        QVERIFY(shown.store.setExamples(solution, model, examples, &shown.error));
+        const QVariantMap sizes = shown.examples.proposeSizes(solution, model, &shown.error);
+        QCOMPARE(sizes["ring_radius"].toDouble(), 430.0);
+        QCOMPARE(sizes["ring_radius_tol"].toDouble(), 7.0); // twice 3.488 %, rounded up
+        QCOMPARE(sizes["rim_radius_tol"].toDouble(), 5.0);
+        QCOMPARE(sizes["hole_radius_tol"].toDouble(), 12.0);
+    }
+
+    void examplesAreThereTomorrow()
+    {
+        Shown shown;
+        QVERIFY2(shown.add(Kind::Hole, 1) && shown.add(Kind::Hole, 2) && shown.add(Kind::Rejected, 3),
+                 qPrintable(shown.error));
+        SolutionStore store(shown.home.path(QStringLiteral("/user/solutions")));
+        store.read();
+        const auto before = shown.store.examples(solution, model);
+        const auto after = store.examples(solution, model);
+        QVERIFY(after && store.exampleTrouble(solution, model).isEmpty());
+        QCOMPARE(after->holes.size(), 2);
+        QCOMPARE(after->rejected.size(), 1);
+        QCOMPARE(after->holes[1].source, QStringLiteral("轮.png"));
+        QCOMPARE(after->holes[1].ringRadius, before->holes[1].ringRadius);
+        QCOMPARE(after->holes[1].holeShare, before->holes[1].holeShare);
+        QCOMPARE(cv::norm(after->holes[1].patch, before->holes[1].patch, cv::NORM_INF), 0.0);
+        finder::HoleModel run;
+        SolutionStore::Answer answer = SolutionStore::Answer::Hole;
+        QVERIFY(store.lookUp(solution, model, &run, &answer));
+        QCOMPARE(run.examples.get(), after.get());
+        QVERIFY2(store.saveModel(solution, model, store.parameters(solution, model), &shown.error), "edited");
+        QCOMPARE(store.examples(solution, model)->holes.size(), 2);
+    }
+
+    void copiedForgottenAndRemovedExamples()
+    {
+        Shown shown;
+        QVERIFY(shown.add(Kind::Hole, 1) && shown.add(Kind::Hole, 2));
+        const QString copy = QStringLiteral("副本");
+        QVERIFY(!shown.examples.copyExamples(solution, model, copy, &shown.error));
+        QVERIFY(shown.store.saveModel(solution, copy, shown.store.parameters(solution, model), &shown.error));
+        QVERIFY(shown.examples.copyExamples(solution, model, copy, &shown.error));
+        QVERIFY(!shown.examples.removeExample(solution, copy, Kind::Hole, 2, &shown.error));
+        QVERIFY(!shown.examples.removeExample(solution, copy, Kind::Rejected, 0, &shown.error));
+        QVERIFY(shown.examples.removeExample(solution, copy, Kind::Hole, 0, &shown.error));
+        QCOMPARE(shown.examples.examples(solution, copy).holes.size(), 1);
+        QCOMPARE(shown.holes(), 2);
+        QVERIFY(shown.store.removeModel(solution, model, &shown.error));
+        QVERIFY2(!QFile::exists(shown.home.path(file)), "nothing waits for the next model of this name");
+        QVERIFY(!shown.examples.addExample(solution, model, Kind::Hole, shown.make(Wheels::spec()), &shown.error));
+        QVERIFY(!shown.examples.addExample(solution, finder::autoModelName(), Kind::Hole, shown.make(Wheels::spec()),
+                                           &shown.error));
+    }
+
+    void damagedExamplesLeaveTheModelRunning_data()
+    {
+        QTest::addColumn<QByteArray>("from");
+        QTest::addColumn<QByteArray>("to");
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<int>("left");
+        QTest::newRow("cut") << QByteArray("\"rejected\"") << QByteArray() << QStringLiteral("line") << 0;
+        QTest::newRow("no list") << QByteArray("\"holes\"") << QByteArray("\"ho\"") << QStringLiteral("\"holes\"") << 0;
+        QTest::newRow("no picture") << QByteArray("\"patch\": \"iV") << QByteArray("\"patch\": \"xx")
+                                    << QStringLiteral("entry 1: \"patch\"") << 1;
+        QTest::newRow("no size") << QByteArray("\"hole_share\": 0") << QByteArray("\"hole_share\": -0")
+                                 << QStringLiteral("entry 1: \"hole_share\"") << 1;
+    }
+
+    void damagedExamplesLeaveTheModelRunning()
+    {
+        QFETCH(QByteArray, from);
+        QFETCH(QByteArray, to);
+        QFETCH(QString, place);
+        QFETCH(int, left);
+        Shown shown;
+        QVERIFY(shown.add(Kind::Hole, 1) && shown.add(Kind::Hole, 2));
+        QByteArray content = shown.home.read(file);
+        const int at = content.indexOf(from);
+        QVERIFY(at > 0);
+        content = to.isEmpty() ? content.left(at) : content.replace(at, from.size(), to);
+        shown.home.write(file, content);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("examples\\.json.*") + place));
+        shown.store.read();
+        QVERIFY(shown.store.models(solution).contains(model));
+        const IModelExamples::Examples read = shown.examples.examples(solution, model);
+        QVERIFY2(read.trouble.contains(place), qPrintable(read.trouble));
+        QCOMPARE(read.holes.size(), left);
+        QVERIFY2(shown.add(Kind::Hole, 3), qPrintable(shown.error));
+        QCOMPARE(shown.holes(), left + 1);
+        QVERIFY(shown.examples.examples(solution, model).trouble.isEmpty());
+        QCOMPARE(shown.home.keptAside(file).size(), 1);
+    }
+
+    void fullDiskLeavesTheOldExamples()
+    {
+        Shown shown;
+        QVERIFY(shown.add(Kind::Hole, 1));
+        shown.home.block();
+        QVERIFY(!shown.add(Kind::Hole, 2));
+        QVERIFY2(shown.error.contains("examples.json"), qPrintable(shown.error));
+        QCOMPARE(shown.holes(), 1);
+    }
+
+    void placeIsMeasuredWhereThePersonPoints()
+    {
+        Shown shown;
+        const wheel::WheelSpec spec = Wheels::spec("five", 6);
+        const wheel::WheelTruth truth = wheel::truthOf(spec);
+        const QVariantMap measured = shown.make(spec, {6, -5});
+        QVERIFY2(!measured.isEmpty(), qPrintable(shown.error));
+        QVERIFY(std::abs(measured["ring_radius"].toDouble() - truth.ringRadius) < 1.5);
+        QVERIFY(std::abs(measured["hole_radius"].toDouble() - truth.holeRadius) < 1.5);
+        // Bare metal, half a turn on: nothing to measure there, so the place as it was pointed at.
+        const QPointF across = 2 * (pointOf(truth.hub) - pointOf(truth.holeCenter));
+        const QVariantMap pointed = shown.make(spec, across);
+        QVERIFY2(!pointed.isEmpty(), qPrintable(shown.error));
+        QVERIFY(std::abs(pointed["hole_share"].toDouble() - truth.holeRadius / truth.rimRadius) < 0.004);
+        for (const QPointF& off : {QPointF(4000, 0), QPointF(qQNaN(), 0), 0.7 * across + QPointF(0, 9e9)})
+            QVERIFY(shown.make(spec, off).isEmpty() && !shown.error.isEmpty());
+        QVERIFY(shown.examples.makeExample(QImage(), {}, {5, 5}, {}, &shown.error).isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(ExamplesTest)
+#include "tst_examples.moc"
