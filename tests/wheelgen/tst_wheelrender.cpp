@@ -326,6 +326,21 @@ private slots:
         QVERIFY(vents > 300);
     }
 
+    void wheelWithoutAHoleShowsNoSingleRoundSpotAsLargeAsOne()
+    {
+        int spots = 0;
+        for (quint64 seed = 0; seed < 900; ++seed) {
+            const Design& design = designs()[seed % designs().size()];
+            const WheelSpec spec = drawWheel(design, Difficulty::Varied, {2448, 2048}, seed, false);
+            for (const MarkSpec& mark : spec.scene.marks)
+                if (mark.kind == MarkKind::Drain || mark.kind == MarkKind::PaintDot) {
+                    QVERIFY(mark.radius < 0.9 * 0.013 * spec.rimRadius);
+                    ++spots;
+                }
+        }
+        QVERIFY(spots > 200);
+    }
+
     void demoKeepsToItsPlainHoles()
     {
         for (const Difficulty difficulty : {Difficulty::Easy, Difficulty::Demo})

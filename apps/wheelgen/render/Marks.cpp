@@ -61,7 +61,7 @@ void paintEjectorPin(cv::Mat& image, const Place& place, Random& random)
 /// Paint does not take over the surface's texture and is never quite round.
 void paintDot(cv::Mat& image, const Place& place, const WheelSpec& spec, Random& random)
 {
-    const double ragged = random.range(0.05, 0.15), phase = random.range(0, 6);
+    const double ragged = random.range(0.08, 0.18), phase = random.range(0, 6);
     const auto gray = static_cast<float>(place.mark.gray * 150 * spec.face.albedo);
     paintAround(image, place.center, 1.15 * place.mark.radius, [&](float& pixel, double dx, double dy) {
         const double angle = std::atan2(dy, dx);
@@ -91,28 +91,29 @@ void paintDial(cv::Mat& image, const Place& place, Random& random)
     });
 }
 
-/// A round label with rows of print.
+/// A round label with rows of print, without which a dark one would be a hole.
 void paintSticker(cv::Mat& image, const Place& place, const WheelSpec& spec, Random& random)
 {
-    const double radius = place.mark.radius, pitch = radius * random.range(0.3, 0.6);
+    const double radius = place.mark.radius, pitch = radius * random.range(0.4, 0.6);
     const auto paper = static_cast<float>(place.mark.gray * 150 * spec.face.albedo);
-    const float ink = random.chance(0.3) ? 1 : static_cast<float>(random.range(0.2, 0.6));
+    const float ink = paper * static_cast<float>(place.mark.gray < 1 ? random.range(2, 3) : random.range(0.15, 0.45));
     const Texture letters(place.mark.seed);
     paintAround(image, place.center, radius, [&](float& pixel, double dx, double dy) {
         const double u = dx * std::cos(place.turn) + dy * std::sin(place.turn);
         const double v = dy * std::cos(place.turn) - dx * std::sin(place.turn), r = std::hypot(dx, dy);
         const double row = std::remainder(v, pitch);
-        const bool printed =
-            std::fabs(row) < 0.3 * pitch && r < 0.75 * radius && letters.at(cvRound(u), cvRound(v / pitch) * 40) > 0;
-        pixel = mix(pixel, printed ? ink * paper : paper, coverage(radius - r));
+        const bool gap = letters.at(cvRound(8 * u / pitch), cvRound(v / pitch) * 40) > 0.7f;
+        const bool printed = std::fabs(row) < 0.3 * pitch && r < 0.8 * radius && !gap;
+        pixel = mix(pixel, printed ? ink : paper, coverage(radius - r));
     });
 }
 
 /// Dirt as large and nearly as dark as the hole, but ragged.
 void paintBlot(cv::Mat& image, const Place& place, Random& random)
 {
-    const double radius = place.mark.radius, soft = random.range(0.05, 0.5) * radius, stretch = random.range(0.6, 1);
-    const double a2 = random.range(0.10, 0.25), a5 = random.range(0.03, 0.15), phase = random.range(0, 6);
+    const double radius = place.mark.radius, soft = random.range(0.05, 0.5) * radius,
+                 stretch = random.range(0.55, 0.95);
+    const double a2 = random.range(0.15, 0.3), a5 = random.range(0.03, 0.15), phase = random.range(0, 6);
     const Texture patches(place.mark.seed);
     paintAround(image, place.center, 1.8 * radius, [&](float& pixel, double dx, double dy) {
         const double u = dx * std::cos(place.turn) + dy * std::sin(place.turn);

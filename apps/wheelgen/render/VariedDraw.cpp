@@ -12,6 +12,7 @@ namespace {
 
 constexpr double kLeastMouth = 0.013, kGreatestMouth = 0.055; // of the rim's radius
 constexpr double kGreatestReach = 0.080;                      // of an edge, of the rim's radius
+constexpr double kNoHole = 0.011;                             // what is smaller is no valve hole on any wheel
 constexpr double kLedgeMargin = 0.008;                        // between edge and ledge, of the rim's radius
 
 /// Under a dome nothing has a side that is turned to the light.
@@ -96,6 +97,9 @@ public:
             return;
         for (int count = m_random.integer(1, most); count > 0; --count) {
             MarkSpec mark{kind, 0, 0, range(least, greatest) * m_spec.hole.radius, grayOf(kind), m_random.next()};
+            // A single drain or dot on a wheel without a hole would be one, but for its size.
+            if (!m_spec.hole.present && (kind == MarkKind::Drain || kind == MarkKind::PaintDot))
+                mark.radius = std::min(mark.radius, kNoHole * m_spec.rimRadius);
             for (int attempt = 0; attempt < 8; ++attempt) {
                 mark.angle = range(0, 360);
                 const double jitter = m_random.chance(0.6) ? 0.1 : 1.5;
@@ -117,6 +121,7 @@ private:
         case MarkKind::Blot:
             return range(0.05, 0.5);
         case MarkKind::Sticker:
+            return m_random.chance(0.3) ? range(0.25, 0.5) : range(1.2, 2);
         case MarkKind::PaintDot:
             return m_random.chance(0.5) ? range(0.15, 0.6) : range(1.2, 2);
         default:
