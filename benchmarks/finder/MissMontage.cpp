@@ -1,5 +1,9 @@
 #include "MissMontage.h"
 
+#include "Names.h"
+
+#include <QFile>
+
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
@@ -8,13 +12,11 @@
 
 namespace {
 
-constexpr size_t mostTiles = 20;
 constexpr int columns = 5;
-constexpr int half = 32; // pixels of the image around the hole
 constexpr int side = 240;
-constexpr int captionHeight = 40;
+constexpr int captionHeight = 56;
 
-struct Verdict
+struct Miss
 {
     double rank;
     std::string text;
@@ -28,61 +30,78 @@ std::string format(const char* form, double value)
     return text;
 }
 
-Verdict verdictOf(const Truth& truth, const finder::FindResult& result)
+Miss missOf(const Truth& truth, const finder::FindResult& result)
 {
-    if (result.found() && !truth.hole)
-        return {3e6, "invented", result.hole};
-    if (!truth.hole)
-        return {0, {}, {}};
-    if (!result.found())
-        return {1e6 + 1 - result.score, "missed, error " + std::to_string(static_cast<int>(result.error)),
-                truth.center};
     const double off = cv::norm(result.hole - truth.center);
-    if (off > wrongPlace * truth.radius)
+    switch (verdictOf(truth, answerOf(result))) {
+    case Verdict::Invented:
+        return {3e6, "invented", result.hole};
+    case Verdict::Wrong:
         return {2e6, "wrong place", truth.center};
-    return {off, format("%.2f px off", off), truth.center};
+    case Verdict::Missed:
+        return {1e6 + 1 - result.score, std::string("missed, ") + nameOf(result.error), truth.center};
+    case Verdict::Found:
+        return {off, format("%.2f px off", off), truth.center};
+    case Verdict::RightlyNone:
+        break;
+    }
+    return {0, {}, {}};
 }
 
-std::string circumstances(const wheel::WheelSpec& spec)
+std::string scoresOf(const finder::FindResult& result)
 {
-    const bool valve = spec.hole.valve != wheel::Valve::None;
-    return format("r %.1f", spec.hole.radius) + format("  noise %.0f", spec.optics.noise) +
-           format("  blur %.1f", spec.optics.blur) + (valve ? "  valve" : "");
+    return format("score %.2f", result.score) + format("  next %.2f", result.runnerUpScore) +
+           format("  rim seen %.2f", result.rimCoverage);
 }
 
-cv::Mat tileOf(const cv::Mat& image, const cv::Point2d& at, const std::string& first, const std::string& second)
+/// The surroundings of a point, in full contrast.
+cv::Mat patchOf(const cv::Mat& image, const cv::Point2d& at, double radius, int size)
 {
+    const int half = std::max(32, cvCeil(2.5 * radius));
     cv::Mat patch;
     cv::getRectSubPix(image, {2 * half, 2 * half}, cv::Point2f(at), patch);
     cv::normalize(patch, patch, 0, 255, cv::NORM_MINMAX);
+    cv::resize(patch, patch, {size, size}, 0, 0, 2 * half > size ? cv::INTER_AREA : cv::INTER_NEAREST);
+    return patch;
+}
+
+cv::Mat tileOf(const std::vector<cv::Mat>& patches, const std::vector<std::string>& lines)
+{
     cv::Mat tile(side + captionHeight, side, CV_8UC1, cv::Scalar(255));
-    cv::resize(patch, tile(cv::Rect(2, 2, side - 4, side - 4)), {side - 4, side - 4}, 0, 0, cv::INTER_NEAREST);
-    const auto write = [&](const std::string& text, int line) {
-        cv::putText(tile, text, {4, side + 14 + 18 * line}, cv::FONT_HERSHEY_SIMPLEX, 0.42, cv::Scalar(0), 1,
-                    cv::LINE_AA);
-    };
-    write(first, 0);
-    write(second, 1);
+    cv::Point corner(2, 2);
+    for (const cv::Mat& patch : patches) {
+        patch.copyTo(tile(cv::Rect(corner, patch.size())));
+        corner.x += patch.cols + 2;
+    }
+    for (int i = 0; i < static_cast<int>(lines.size()); ++i)
+        cv::putText(tile, lines[static_cast<size_t>(i)], {4, side + 14 + 16 * i}, cv::FONT_HERSHEY_SIMPLEX, 0.38,
+                    cv::Scalar(0), 1, cv::LINE_AA);
     return tile;
 }
 
 } // namespace
 
-void MissMontage::consider(int number, const cv::Mat& image, const wheel::WheelSpec& spec, const Truth& truth,
-                           const finder::FindResult& result)
+void MissMontage::consider(const std::string& name, const cv::Mat& image, const std::string& circumstances,
+                           const Truth& truth, const finder::FindResult& result)
 {
-    const Verdict verdict = verdictOf(truth, result);
-    if (verdict.rank <= 0 || (m_tiles.size() == mostTiles && verdict.rank <= m_tiles.back().rank))
+    const Miss miss = missOf(truth, result);
+    if (miss.rank <= 0 || (m_tiles.size() == m_most && miss.rank <= m_tiles.back().rank))
         return;
-    const std::string first = std::to_string(number) + ": " + verdict.text;
+    std::vector<cv::Mat> patches;
+    if (verdictOf(truth, answerOf(result)) == Verdict::Wrong) {
+        constexpr int half = (side - 6) / 2;
+        patches = {patchOf(image, truth.center, truth.radius, half), patchOf(image, result.hole, truth.radius, half)};
+    } else {
+        patches = {patchOf(image, miss.at, truth.hole ? truth.radius : result.holeRadius, side - 4)};
+    }
     const auto place =
-        std::find_if(m_tiles.begin(), m_tiles.end(), [&](const Tile& tile) { return tile.rank < verdict.rank; });
-    m_tiles.insert(place, {verdict.rank, tileOf(image, verdict.at, first, circumstances(spec))});
-    if (m_tiles.size() > mostTiles)
+        std::find_if(m_tiles.begin(), m_tiles.end(), [&](const Tile& tile) { return tile.rank < miss.rank; });
+    m_tiles.insert(place, {miss.rank, tileOf(patches, {name + ": " + miss.text, circumstances, scoresOf(result)})});
+    if (m_tiles.size() > m_most)
         m_tiles.pop_back();
 }
 
-bool MissMontage::write(const std::string& file) const
+bool MissMontage::write(const QString& file) const
 {
     const int rows = (static_cast<int>(m_tiles.size()) + columns - 1) / columns;
     cv::Mat sheet(std::max(1, rows) * (side + captionHeight), columns * side, CV_8UC1, cv::Scalar(255));
@@ -93,5 +112,9 @@ bool MissMontage::write(const std::string& file) const
     }
     // Sixteen gray levels are enough to see, and keep the file small.
     const cv::Mat coarse = (sheet & cv::Scalar(240)) * (255.0 / 240);
-    return cv::imwrite(file, coarse);
+    std::vector<uchar> bytes;
+    QFile png(file);
+    return cv::imencode(".png", coarse, bytes) && png.open(QIODevice::WriteOnly) &&
+           png.write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size())) ==
+               static_cast<qint64>(bytes.size());
 }

@@ -2,21 +2,29 @@
 
 #include "ScoreSheet.h"
 #include "finder/FindResult.h"
-#include "render/WheelSpec.h"
+
+#include <QString>
 
 #include <string>
 #include <vector>
 
-/// Collects the wheels that the finder fared worst with and shows the surroundings of their holes in one picture: holes
-/// found where there is none or in a wrong place first, then missed ones, then the least exact.
+/// Collects the pictures that the finder fared worst with and shows the surroundings of their holes in one picture:
+/// holes found where there is none or in a wrong place first (there beside what was found), then missed ones, then the
+/// least exact. `most` are kept.
 class MissMontage
 {
 public:
-    void consider(int number, const cv::Mat& image, const wheel::WheelSpec& spec, const Truth& truth,
+    explicit MissMontage(size_t most = 20)
+        : m_most(most)
+    {
+    }
+
+    /// `circumstances` is what may have made it hard.
+    void consider(const std::string& name, const cv::Mat& image, const std::string& circumstances, const Truth& truth,
                   const finder::FindResult& result);
 
     /// Writes a PNG; false when it cannot be written.
-    bool write(const std::string& file) const;
+    bool write(const QString& file) const;
 
 private:
     struct Tile
@@ -25,5 +33,6 @@ private:
         cv::Mat picture;
     };
 
+    size_t m_most;
     std::vector<Tile> m_tiles; // worst first
 };

@@ -16,20 +16,37 @@ double percentile(std::vector<double> values, double part)
 
 } // namespace
 
+Verdict verdictOf(const Truth& truth, const Answer& answer)
+{
+    if (!truth.hole)
+        return answer.found ? Verdict::Invented : Verdict::RightlyNone;
+    if (!answer.found)
+        return Verdict::Missed;
+    return cv::norm(answer.hole - truth.center) > wrongPlace * truth.radius ? Verdict::Wrong : Verdict::Found;
+}
+
 void ScoreSheet::add(const Truth& truth, const Answer& answer, double seconds)
 {
     m_seconds.push_back(seconds);
     m_holes += truth.hole;
-    if (!answer.found)
-        return;
     const double off = cv::norm(answer.hole - truth.center);
-    if (!truth.hole) {
-        ++m_invented;
-    } else if (off > wrongPlace * truth.radius) {
-        ++m_wrong;
-    } else {
+    m_exact += truth.hole && answer.found && off <= exactPlace;
+    switch (verdictOf(truth, answer)) {
+    case Verdict::Found:
         m_centers.push_back(off);
         m_angles.push_back(std::abs(std::remainder(answer.angle - truth.angle, 360.0)));
+        break;
+    case Verdict::Wrong:
+        ++m_wrong;
+        break;
+    case Verdict::Invented:
+        ++m_invented;
+        break;
+    case Verdict::Missed:
+        ++m_missed[answer.error];
+        break;
+    case Verdict::RightlyNone:
+        break;
     }
 }
 
@@ -43,19 +60,29 @@ void ScoreSheet::report(benchmark::State& state) const
     for (auto _ : state)
         state.SetIterationTime(m_seconds[i++ % m_seconds.size()]);
     const auto set = [&](const char* name, double value) { state.counters[name] = value; };
-    set("p50_ms", 1e3 * percentile(m_seconds, 0.5));
-    set("p99_ms", 1e3 * percentile(m_seconds, 0.99));
+    set("p50_ms", 1e3 * seconds(0.5));
+    set("p99_ms", 1e3 * seconds(0.99));
     set("found_%", 100.0 * static_cast<double>(m_centers.size()) / std::max(1, m_holes));
     set("wrong", m_wrong);
     set("invented", m_invented);
-    set("angle_p50_deg", percentile(m_angles, 0.5));
-    set("angle_p95_deg", percentile(m_angles, 0.95));
-    set("angle_max_deg", percentile(m_angles, 1));
-    set("center_p50_px", percentile(m_centers, 0.5));
-    set("center_p95_px", percentile(m_centers, 0.95));
+    set("angle_p50_deg", angleError(0.5));
+    set("angle_p95_deg", angleError(0.95));
+    set("angle_max_deg", angleError(1));
+    set("center_p50_px", centerError(0.5));
+    set("center_p95_px", centerError(0.95));
 }
 
-double ScoreSheet::middleSeconds() const
+double ScoreSheet::centerError(double part) const
 {
-    return percentile(m_seconds, 0.5);
+    return percentile(m_centers, part);
+}
+
+double ScoreSheet::angleError(double part) const
+{
+    return percentile(m_angles, part);
+}
+
+double ScoreSheet::seconds(double part) const
+{
+    return percentile(m_seconds, part);
 }

@@ -5,7 +5,7 @@
 
 #include <atomic>
 #include <chrono>
-#include <ctime>
+#include <cstdio>
 #include <thread>
 
 namespace {
@@ -51,18 +51,19 @@ finder::HoleModel modelOf(const wheel::WheelSpec& spec)
     return model;
 }
 
-Answer answerOf(const finder::FindResult& result)
+template <typename Find>
+void score(ScoreSheet& sheet, const Truth& truth, Find find)
 {
-    return {result.found(), result.hole, result.angle};
+    const auto [answer, seconds] = timed(find);
+    sheet.add(truth, answer, seconds);
 }
 
-/// Takes the processor's time, where the system tells it, so that what else runs beside hardly counts.
-template <typename Find>
-void timed(ScoreSheet& sheet, const Truth& truth, Find find)
+std::string circumstances(const wheel::WheelSpec& spec)
 {
-    const std::clock_t start = std::clock();
-    const Answer answer = find();
-    sheet.add(truth, answer, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+    char text[64];
+    std::snprintf(text, sizeof text, "r %.1f  noise %.0f  blur %.1f%s", spec.hole.radius, spec.optics.noise,
+                  spec.optics.blur, spec.hole.valve != wheel::Valve::None ? "  valve" : "");
+    return text;
 }
 
 struct Table
@@ -77,7 +78,7 @@ struct Table
 void writeMisses(const MissMontage& misses)
 {
     const QByteArray file = qgetenv("VALVECELL_BENCH_MISSES");
-    if (!file.isEmpty() && !misses.write(file.toStdString()))
+    if (!file.isEmpty() && !misses.write(QString::fromLocal8Bit(file)))
         qWarning("%s: cannot be written", file.constData());
 }
 
@@ -97,12 +98,12 @@ const Table& table()
             const Truth truth = truthOf(wheel.truth);
             const std::string& design = planned.spec.design;
             finder::FindResult result;
-            timed(sheets.taught, truth, [&] { return answerOf(result = finder.find(wheel.image, model)); });
-            misses.consider(++number, wheel.image, planned.spec, truth, result);
-            timed(sheets.builtIn, truth, [&] { return answerOf(finder.find(wheel.image, finder::autoModel())); });
-            timed(sheets.hough, truth, [&] { return hough.find(wheel.image, model); });
+            score(sheets.taught, truth, [&] { return answerOf(result = finder.find(wheel.image, model)); });
+            misses.consider(std::to_string(++number), wheel.image, circumstances(planned.spec), truth, result);
+            score(sheets.builtIn, truth, [&] { return answerOf(finder.find(wheel.image, finder::autoModel())); });
+            score(sheets.hough, truth, [&] { return hough.find(wheel.image, model); });
             if (templates.taught(design))
-                timed(sheets.templates, truth, [&] { return templates.find(design, wheel.image, model); });
+                score(sheets.templates, truth, [&] { return templates.find(design, wheel.image, model); });
             else if (truth.hole)
                 templates.teach(design, wheel.image, truth);
         }
@@ -124,13 +125,13 @@ void taughtModel20MP(benchmark::State& state)
         finder::Finder finder;
         for (const PlannedWheel& planned : wheels(std::max(12, wheelCount() / 10), size20MP)) {
             const wheel::RenderedWheel wheel = wheel::renderWheel(planned.spec);
-            timed(made, truthOf(wheel.truth),
+            score(made, truthOf(wheel.truth),
                   [&] { return answerOf(finder.find(wheel.image, modelOf(planned.spec))); });
         }
         return made;
     }();
     sheet.report(state);
-    state.counters["times_5MP"] = sheet.middleSeconds() / table().taught.middleSeconds();
+    state.counters["times_5MP"] = sheet.seconds(0.5) / table().taught.seconds(0.5);
 }
 
 /// Both stations at once: how many times the throughput of one, where two processors are free.

@@ -1,0 +1,184 @@
+#include "SetBench.h"
+
+#include "MissMontage.h"
+#include "Names.h"
+#include "Rivals.h"
+#include "SetTally.h"
+#include "finder/Finder.h"
+#include "sets/TruthFile.h"
+
+#include <valvecell/HomeFiles.h>
+
+#include <QFileInfo>
+#include <QJsonArray>
+
+#include <opencv2/imgcodecs.hpp>
+
+namespace {
+
+constexpr int leastOfACause = 3; // pictures; fewer say nothing
+constexpr size_t missesShown = 60;
+
+/// Through memory, because OpenCV opens no file whose name is not ASCII everywhere.
+cv::Mat imageOf(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray bytes = file.readAll();
+    if (bytes.isEmpty())
+        return {};
+    const cv::Mat buffer(1, bytes.size(), CV_8UC1, const_cast<char*>(bytes.constData()));
+    return cv::imdecode(buffer, cv::IMREAD_GRAYSCALE);
+}
+
+Truth truthOf(const KnownPicture& picture)
+{
+    return {picture.hole, {picture.x, picture.y}, picture.holeRadius, picture.angle};
+}
+
+/// A montage has letters for ASCII only.
+std::string captionOf(const QStringList& causes)
+{
+    QStringList readable;
+    for (const QString& cause : causes)
+        if (cause == QString::fromLatin1(cause.toLatin1()))
+            readable.append(QString(cause).remove(QStringLiteral(" ")));
+    return readable.join(QLatin1Char(' ')).toStdString();
+}
+
+/// One folder, from its truth to its table.
+class SetRun
+{
+public:
+    SetRun(const SetOptions& options, MissMontage* misses)
+        : m_options(options)
+        , m_misses(misses)
+    {
+    }
+
+    bool run(const QString& folder, QString* error)
+    {
+        TruthFile truth;
+        if (!truth.read(folder, error))
+            return false;
+        for (const KnownPicture& picture : truth.pictures()) {
+            const QString path = folder + QLatin1Char('/') + picture.file;
+            const cv::Mat image = imageOf(path);
+            finder::HoleModel taught;
+            QString problem;
+            if (image.empty())
+                *error = QStringLiteral("%1: cannot be read as an image").arg(path);
+            else if (!finder::applyParameters(picture.parameters, &taught, &problem))
+                *error = QStringLiteral("%1/params.json, %2: %3").arg(folder, picture.file, problem);
+            if (!error->isEmpty())
+                return false;
+            measure(picture, image, taught);
+        }
+        return true;
+    }
+
+    const SetTally& tally() const { return m_tally; }
+    const QJsonArray& pictures() const { return m_pictures; }
+
+private:
+    void measure(const KnownPicture& picture, const cv::Mat& image, const finder::HoleModel& taught)
+    {
+        if (m_options.taught)
+            find(Way::Taught, picture, image, taught);
+        if (m_options.builtIn)
+            find(Way::Auto, picture, image, finder::autoModel());
+        if (m_options.rivals)
+            findByRivals(picture, image, taught);
+    }
+
+    void find(Way way, const KnownPicture& picture, const cv::Mat& image, finder::HoleModel model)
+    {
+        const Truth truth = truthOf(picture);
+        finder::FindResult result;
+        const auto [answer, seconds] = timed([&] { return answerOf(result = m_finder.find(image, model)); });
+        m_tally.add(way, picture.causes, truth, answer, seconds);
+        note(way, picture, result, verdictOf(truth, answer), seconds);
+        if (way == Way::Taught || !m_options.taught)
+            m_misses->consider(QFileInfo(picture.file).completeBaseName().toStdString(), image,
+                               captionOf(picture.causes), truth, result);
+        model.scoreLimit = 0;
+        const finder::FindResult unlimited = m_finder.find(image, model);
+        m_tally.addUnlimited(way, truth, answerOf(unlimited), unlimited.score);
+    }
+
+    void findByRivals(const KnownPicture& picture, const cv::Mat& image, const finder::HoleModel& model)
+    {
+        const Truth truth = truthOf(picture);
+        const auto add = [&](Way way, const std::pair<Answer, double>& timedAnswer) {
+            m_tally.add(way, picture.causes, truth, timedAnswer.first, timedAnswer.second);
+        };
+        add(Way::Hough, timed([&] { return asRefusal(m_hough.find(image, model)); }));
+        // A design that is new takes the hole of the set's first.
+        const std::string own = picture.design.toStdString(), design = m_templates.taught(own) ? own : std::string();
+        if (m_templates.taught(design))
+            add(Way::Templates, timed([&] { return asRefusal(m_templates.find(design, image, model)); }));
+        if (!picture.hole)
+            return;
+        for (const std::string& kind : {own, std::string()})
+            if (!m_templates.taught(kind))
+                m_templates.teach(kind, image, truth);
+    }
+
+    static Answer asRefusal(Answer answer)
+    {
+        answer.error = static_cast<int>(answer.found ? finder::FindError::None : finder::FindError::NoHole);
+        return answer;
+    }
+
+    void note(Way way, const KnownPicture& picture, const finder::FindResult& result, Verdict verdict, double seconds)
+    {
+        QJsonObject entry{{QStringLiteral("file"), picture.file},
+                          {QStringLiteral("way"), QLatin1String(nameOf(way))},
+                          {QStringLiteral("verdict"), QLatin1String(nameOf(verdict))},
+                          {QStringLiteral("outcome"), QLatin1String(nameOf(result.error))},
+                          {QStringLiteral("score"), result.score},
+                          {QStringLiteral("next_score"), result.runnerUpScore},
+                          {QStringLiteral("ms"), 1e3 * seconds}};
+        if (result.found()) {
+            entry[QStringLiteral("x")] = result.hole.x;
+            entry[QStringLiteral("y")] = result.hole.y;
+            entry[QStringLiteral("radius")] = result.holeRadius;
+            entry[QStringLiteral("angle")] = result.angle;
+        }
+        m_pictures.append(entry);
+    }
+
+    const SetOptions& m_options;
+    MissMontage* m_misses;
+    finder::Finder m_finder;
+    HoughRival m_hough;
+    TemplateRival m_templates;
+    SetTally m_tally;
+    QJsonArray m_pictures;
+};
+
+} // namespace
+
+bool benchmarkSets(const SetOptions& options, QString* error)
+{
+    MissMontage misses(missesShown);
+    QJsonArray sets;
+    for (const QString& folder : options.folders) {
+        SetRun run(options, &misses);
+        if (!run.run(folder, error))
+            return false;
+        std::printf("%s== %s\n", sets.isEmpty() ? "" : "\n", folder.toUtf8().constData());
+        run.tally().print(stdout, leastOfACause);
+        std::fflush(stdout);
+        QJsonObject set = run.tally().json();
+        set[QStringLiteral("set")] = folder;
+        set[QStringLiteral("pictures")] = run.pictures();
+        sets.append(set);
+    }
+    if (!options.misses.isEmpty() && !misses.write(options.misses))
+        *error = QStringLiteral("%1: cannot be written").arg(options.misses);
+    else if (!options.json.isEmpty())
+        HomeFiles::writeJson(options.json, {{QStringLiteral("sets"), sets}}, error);
+    return error->isEmpty();
+}
