@@ -40,11 +40,15 @@ void printHeader(std::FILE* out)
 
 void printRow(std::FILE* out, const QString& cause, Way way, const ScoreSheet& sheet)
 {
-    std::fprintf(out, "%s %-9s %5d %5d %6.1f %6.1f %5d %8d %7.2f %7.2f %8.4f %8.4f %7.1f %7.1f  %s\n",
+    const auto ofFound = [&](double value, int decimals) {
+        return sheet.found() > 0 ? QByteArray::number(value, 'f', decimals) : QByteArray("-");
+    };
+    std::fprintf(out, "%s %-9s %5d %5d %6.1f %6.1f %5d %8d %7s %7s %8s %8s %7.1f %7.1f  %s\n",
                  column(cause, 28).constData(), nameOf(way), sheet.holes(), sheet.wheels() - sheet.holes(),
                  percent(sheet.found(), sheet.holes()), percent(sheet.exact(), sheet.holes()), sheet.wrong(),
-                 sheet.invented(), sheet.centerError(0.5), sheet.centerError(0.95), sheet.angleError(0.5),
-                 sheet.angleError(0.95), 1e3 * sheet.seconds(0.5), 1e3 * sheet.seconds(0.99),
+                 sheet.invented(), ofFound(sheet.centerError(0.5), 2).constData(),
+                 ofFound(sheet.centerError(0.95), 2).constData(), ofFound(sheet.angleError(0.5), 4).constData(),
+                 ofFound(sheet.angleError(0.95), 4).constData(), 1e3 * sheet.seconds(0.5), 1e3 * sheet.seconds(0.99),
                  qPrintable(missedText(sheet)));
 }
 
