@@ -1,3 +1,4 @@
+#include "sets/Recipe.h"
 #include "sets/TruthFile.h"
 #include "sets/WheelSet.h"
 #include "support/Table.h"

@@ -1,14 +1,11 @@
 #include "TruthFile.h"
 
-#include "render/Random.h"
+#include "Recipe.h"
 
 #include <valvecell/HomeFiles.h>
 
 #include <QJsonArray>
 #include <QSet>
-
-#include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -136,46 +133,7 @@ bool parse(const QString& path, QJsonDocument* document, QString* error)
     return false;
 }
 
-/// What no wheel of a set shows: mouths of 1.3 to 5.5 % of the rim are known.
-constexpr double kUsualMouth = 0.028;
-
-/// Radius of the usual mouth as a fraction of the rim's.
-double usualMouth(const QVector<KnownPicture>& pictures)
-{
-    QVector<double> mouths;
-    for (const KnownPicture& picture : pictures)
-        if (picture.hole)
-            mouths.append(picture.holeRadius / picture.rimRadius);
-    if (mouths.isEmpty())
-        return kUsualMouth;
-    std::nth_element(mouths.begin(), mouths.begin() + mouths.size() / 2, mouths.end());
-    return mouths[mouths.size() / 2];
-}
-
-/// FNV-1a, because Qt's hash differs from one run and version to the next.
-quint64 hashOf(const QString& text)
-{
-    quint64 hash = 0xCBF29CE484222325ULL;
-    for (const char byte : text.toUtf8())
-        hash = (hash ^ static_cast<uchar>(byte)) * 0x100000001B3ULL;
-    return hash;
-}
-
 } // namespace
-
-QVariantMap recipeOf(const KnownPicture& picture, double mouth)
-{
-    wheel::Random random(hashOf(picture.file), 41);
-    const auto taught = [&](double length, double deviation) {
-        return std::round(10 * length * random.range(1 - deviation, 1 + deviation)) / 10;
-    };
-    QVariantMap recipe;
-    recipe[QStringLiteral("rim_radius")] = taught(picture.rimRadius, 0.02);
-    recipe[QStringLiteral("ring_radius")] = taught(picture.ringRadius, 0.01);
-    recipe[QStringLiteral("hole_radius")] = taught(mouth, 0.10);
-    recipe[QStringLiteral("taught")] = true;
-    return recipe;
-}
 
 bool TruthFile::read(const QString& folder, QString* error)
 {
@@ -184,7 +142,7 @@ bool TruthFile::read(const QString& folder, QString* error)
     if (!readTruth(folder + QStringLiteral("/truth.json"), error) ||
         !readParameters(folder + QStringLiteral("/params.json"), error))
         return false;
-    completeParameters();
+    completeParameters(&m_pictures);
     return true;
 }
 
@@ -229,21 +187,4 @@ bool TruthFile::readParameters(const QString& path, QString* error)
         picture.parameters = parameters.toObject().toVariantMap();
     }
     return true;
-}
-
-/// Where no wheel is, the model of the wheel before it is in use, at the beginning that of the first.
-void TruthFile::completeParameters()
-{
-    const double usual = usualMouth(m_pictures);
-    for (KnownPicture& picture : m_pictures)
-        if (picture.parameters.isEmpty() && picture.rimRadius > 0)
-            picture.parameters = recipeOf(picture, picture.hole ? picture.holeRadius : usual * picture.rimRadius);
-    const auto first = std::find_if(m_pictures.cbegin(), m_pictures.cend(),
-                                    [](const KnownPicture& picture) { return !picture.parameters.isEmpty(); });
-    QVariantMap inUse = first != m_pictures.cend() ? first->parameters : QVariantMap();
-    for (KnownPicture& picture : m_pictures) {
-        if (picture.parameters.isEmpty())
-            picture.parameters = inUse;
-        inUse = picture.parameters;
-    }
 }

@@ -24,7 +24,7 @@ struct KnownPicture
 /// keys image, wheel, valve, cx, cy, vx, vy, vr, angle, tags, rim_r and pitch_r.
 ///
 /// Parameters come from the folder's params.json. A picture that it does not name, or a folder without one, gets what a
-/// person would have taught: see recipeOf().
+/// person would have taught: see Recipe.h.
 class TruthFile
 {
 public:
@@ -36,12 +36,6 @@ public:
 private:
     bool readTruth(const QString& path, QString* error);
     bool readParameters(const QString& path, QString* error);
-    void completeParameters();
 
     QVector<KnownPicture> m_pictures;
 };
-
-/// Rim radius off by up to 2 %, ring radius by up to 1 %, hole radius by up to 10 %, all rounded to a tenth of a pixel;
-/// tolerances and limits are left to the model's defaults. The same file name gives the same deviations. `mouth` is the
-/// hole's radius to teach, where the picture shows no hole that of its kin.
-QVariantMap recipeOf(const KnownPicture& picture, double mouth);
