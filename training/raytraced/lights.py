@@ -1,4 +1,8 @@
-"""Lamps of a plant: point lights that cast shadows, the bright bodies that shiny metal mirrors, and an even share."""
+"""Lamps of a plant: point lights that cast shadows, the bright bodies that shiny metal mirrors, and an even share.
+
+All is gray; lamps shine in the one of the three colours that stands for their sector about the hub, so that one trace
+keeps the sectors apart and shadows are laid on each.
+"""
 import math
 
 import numpy as np
@@ -14,15 +18,13 @@ class Rig:
         self.points, self.bodies, self.ambient, self.sky, self.belt = [], [], 0.06, (0.02, 0.05), 0.0
 
     def lamp(self, place, power, reach=None, shadow=True):
+        colour = [0, 0, 0]
+        colour[int((math.atan2(place[1], place[0]) / TAU + 1) * 3) % 3] = 3 * power
         fade = "fade_distance %.5g fade_power 2" % reach if reach else ""
-        self.points.append("light_source { %s rgb %.5g %s %s }" % (vec(place), power, fade, "" if shadow else "shadowless"))
+        self.points.append("light_source { %s rgb %s %s %s }" % (vec(place), vec(colour), fade, "" if shadow else "shadowless"))
 
     def body(self, shape, glow):
         self.bodies.append("%s pigment { rgb 1 } finish { emission %.4g ambient 0 diffuse 0 } no_shadow no_image }" % (shape, glow))
-
-    def scaled(self, k):
-        """Everything but the glow of bodies is set by power; mixtures scale the ambient share here."""
-        self.ambient *= k
 
     def sdl(self):
         sky = "sky_sphere { pigment { gradient z color_map { [0 rgb %.4g] [1 rgb %.4g] } } }\n" % self.sky
@@ -30,7 +32,7 @@ class Rig:
 
 
 def ring(rig, rng, wheel, camera, power):
-    n, radius, height = 11, rng.uniform(70, 420), camera.distance * rng.uniform(0.35, 0.98)
+    n, radius, height = 6, rng.uniform(70, 420), camera.distance * rng.uniform(0.35, 0.98)
     for i in range(n):
         a = TAU * (i + 0.3) / n
         rig.lamp((radius * math.cos(a), radius * math.sin(a), height), power / n)
@@ -41,8 +43,8 @@ def ring(rig, rng, wheel, camera, power):
 
 def bar(rig, a, r, z, half, power, glow, reach=None):
     c, s = math.cos(a), math.sin(a)
-    for t in (-0.8, -0.4, 0, 0.4, 0.8):
-        rig.lamp((r * c - t * half * s, r * s + t * half * c, z), power / 5, reach)
+    for t in (-0.7, 0, 0.7):
+        rig.lamp((r * c - t * half * s, r * s + t * half * c, z), power / 3, reach)
     rig.body("box { <%g,%g,-25>, <%g,%g,25> rotate <0,0,%g> translate <0,0,%g> " % (
         r - 25, -half, r + 25, half, math.degrees(a), z), glow)
 
@@ -57,7 +59,7 @@ def bars(rig, rng, wheel, camera, power):
 
 
 def dome(rig, rng, wheel, camera, power):
-    n = 11
+    n = 7
     turn = rng.uniform(0, TAU)
     for i in range(n):
         a, e = turn + TAU * i / n, math.radians(35 if i % 2 else 62)
@@ -67,7 +69,7 @@ def dome(rig, rng, wheel, camera, power):
 
 
 def low_angle(rig, rng, wheel, camera, power):
-    n, r, z = 12, rng.uniform(1.15, 1.7) * wheel.R, rng.uniform(50, 260)
+    n, r, z = 8, rng.uniform(1.15, 1.7) * wheel.R, rng.uniform(50, 260)
     for i in range(n):
         a = TAU * i / n
         rig.lamp((r * math.cos(a), r * math.sin(a), z), 2.4 * power / n, 1.0 * r)

@@ -72,7 +72,7 @@ class Picture:
             cut += [(self.wheel.rv, c) for c in self.hole.cutters(self.edge, self.hole_wall)]
             solids += self.hole.stem_sdl()
         return "\n".join([
-            "#version 3.7; global_settings { assumed_gamma 1.0 max_trace_level 3 ambient_light rgb %.4g }" % rig.ambient,
+            "#version 3.7; global_settings { assumed_gamma 1.0 max_trace_level 2 ambient_light rgb %.4g }" % rig.ambient,
             surfaces.HEADER, rig.sdl(), ground, "union {", self.wheel.solid(self.turn, self.textures, cut)] + solids + [shadows.END])
 
     def window(self, x, y, radius):
@@ -135,15 +135,15 @@ class Picture:
         windows = self.sharp_windows()
         for attempt in range(attempts):
             scene = self.scene(attempt)
-            self.step = max(self.size[1] / 200, 1)
-            preview = trace(self.camera.sdl() + scene, int(self.size[0] / self.step), int(self.size[1] / self.step))
+            self.step = max(self.size[1] / 120, 1)
+            preview = trace(self.camera.sdl() + scene, int(self.size[0] / self.step), int(self.size[1] / self.step)).mean(axis=2)
             gain = self._gain(preview)
             if not self.has_hole:
                 break
-            crop = trace(self.camera.sdl(windows[0]) + scene, *windows[0][2:])
+            crop = trace(self.camera.sdl(windows[0]) + scene, *windows[0][2:]).mean(axis=2)
             if self.visible(crop, windows[0], gain):
                 break
-        image = shadows.traced(self.camera, scene, windows, 0.2 / gain)
+        image = shadows.traced(self.camera, scene, windows, 0.9 / gain)
         truth = self.truth()
         truth["attempt"] = attempt
         return self.optics.develop(image, gain, (truth["rim_cx"], truth["rim_cy"])), truth

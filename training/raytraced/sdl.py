@@ -75,7 +75,8 @@ def lathe(profile, texture=""):
 
 
 def trace(scene, width, height, antialias=""):
-    """Renders scene text to linear gray radiance, float32 of height x width. Raises RuntimeError with its message."""
+    """Renders scene text to linear radiance, float32 of height x width x 3: one channel for each sector of lamps (see
+    lights.py), gray is their mean. Raises RuntimeError with the tracer's message."""
     with tempfile.TemporaryDirectory(prefix="wheel") as d:
         src, out = os.path.join(d, "s.pov"), os.path.join(d, "s.hdr")
         with open(src, "w") as f:
@@ -88,4 +89,4 @@ def trace(scene, width, height, antialias=""):
             if os.environ.get("KEEP_SCENE"):
                 os.replace(src, os.environ["KEEP_SCENE"])
             raise RuntimeError("povray failed (%d): %s" % (run.returncode, run.stderr.decode(errors="replace").split("Parsing...")[-1][-1500:]))
-    return image[:, :, 1].copy()
+    return image

@@ -36,7 +36,7 @@ class Projection(unittest.TestCase):
         t = np.arange(90) * TAU / 90
         x, y, a, b = ellipse_of(camera.project(frame.at(15 * np.cos(t), 15 * np.sin(t), 0 * t)))
         disc = "disc { 0, <0,0,1>, 15 %s %s }" % (frame.matrix(), BRIGHT)
-        seen = centroid(trace(camera.sdl() + HEAD + disc, 320 * FINE, 240 * FINE))
+        seen = centroid(trace(camera.sdl() + HEAD + disc, 320 * FINE, 240 * FINE).mean(axis=2))
         for want, got in zip((x, y, math.sqrt(a * b)), seen):
             self.assertAlmostEqual(want, got, delta=0.03)
 
@@ -51,7 +51,7 @@ class ValveHole(unittest.TestCase):
         hole = picture.hole
         plug = "disc { <0,0,%g>, <0,0,1>, %g %s %s }" % (-hole.sink - 2, hole.r * 1.01, hole.frame.matrix(), DARK)
         scene = HEAD + "background { rgb 1 }\n" + picture.wheel.solid(picture.turn, textures, cut) + plug
-        return centroid(1 - trace(picture.camera.sdl((x0, y0, w, h)) + scene, w * FINE, h * FINE), x0, y0)
+        return centroid(1 - trace(picture.camera.sdl((x0, y0, w, h)) + scene, w * FINE, h * FINE).mean(axis=2), x0, y0)
 
     def test_mouth_and_outer_edge_lie_where_the_truth_says(self):
         kinds = {}
