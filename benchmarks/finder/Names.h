@@ -51,6 +51,6 @@ inline const char* nameOf(Verdict verdict)
 
 inline const char* nameOf(Way way)
 {
-    constexpr const char* names[] = {"taught", "auto", "hough", "templates"};
+    constexpr const char* names[] = {"taught", "examples", "auto", "hough", "templates"};
     return names[static_cast<size_t>(way)];
 }

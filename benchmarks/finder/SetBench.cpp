@@ -5,6 +5,7 @@
 #include "Rivals.h"
 #include "SetTally.h"
 #include "finder/Finder.h"
+#include "finder/HoleExamples.h"
 #include "sets/TruthFile.h"
 
 #include <valvecell/HomeFiles.h>
@@ -17,6 +18,7 @@
 namespace {
 
 constexpr int leastOfACause = 3; // pictures; fewer say nothing
+constexpr int examplesShown = 3;
 constexpr size_t missesShown = 60;
 
 /// Through memory, because OpenCV opens no file whose name is not ASCII everywhere.
@@ -85,14 +87,30 @@ private:
     void measure(const KnownPicture& picture, const cv::Mat& image, const finder::HoleModel& taught)
     {
         if (m_options.taught)
-            find(Way::Taught, picture, image, taught);
+            findTaught(picture, image, taught);
         if (m_options.builtIn)
             find(Way::Auto, picture, image, finder::autoModel());
         if (m_options.rivals)
             findByRivals(picture, image, taught);
     }
 
-    void find(Way way, const KnownPicture& picture, const cv::Mat& image, finder::HoleModel model)
+    /// With the sizes alone; and, once three pictures of the design's hole were shown, with these as well.
+    void findTaught(const KnownPicture& picture, const cv::Mat& image, finder::HoleModel taught)
+    {
+        const finder::FindResult result = find(Way::Taught, picture, image, taught);
+        std::shared_ptr<finder::HoleExamples>& shown = m_shown[picture.design];
+        if (!shown)
+            shown = std::make_shared<finder::HoleExamples>();
+        if (shown->holes.size() == examplesShown) {
+            taught.examples = shown;
+            find(Way::Examples, picture, image, taught);
+        } else if (picture.hole && result.hub.radius > 0) {
+            const cv::Point2d hole(picture.x, picture.y);
+            finder::HoleExamples::add(&shown->holes, finder::makeExample(image, result.hub, hole, picture.holeRadius));
+        }
+    }
+
+    finder::FindResult find(Way way, const KnownPicture& picture, const cv::Mat& image, finder::HoleModel model)
     {
         const Truth truth = truthOf(picture);
         finder::FindResult result;
@@ -105,6 +123,7 @@ private:
         model.scoreLimit = 0;
         const finder::FindResult unlimited = m_finder.find(image, model);
         m_tally.addUnlimited(way, truth, answerOf(unlimited), unlimited.score);
+        return result;
     }
 
     void findByRivals(const KnownPicture& picture, const cv::Mat& image, const finder::HoleModel& model)
@@ -154,6 +173,7 @@ private:
     finder::Finder m_finder;
     HoughRival m_hough;
     TemplateRival m_templates;
+    std::map<QString, std::shared_ptr<finder::HoleExamples>> m_shown; ///< of each design
     SetTally m_tally;
     QJsonArray m_pictures;
 };

@@ -10,7 +10,8 @@
 #include <map>
 
 /// The ways of finding holes that are compared.
-enum class Way { Taught, Auto, Hough, Templates };
+/// Examples: taught, and shown three pictures of the design's hole.
+enum class Way { Taught, Examples, Auto, Hough, Templates };
 
 /// What all ways have answered on one set, in whole and for each cause.
 class SetTally
