@@ -7,6 +7,7 @@ packages_build=(g++ cmake ninja-build ccache qtbase5-dev qttools5-dev qttools5-d
     fonts-wqy-microhei)
 packages_bench=(libbenchmark-dev libturbojpeg0-dev)
 packages_lint=(clang-format clang-tidy clazy)
+packages_training=(povray python3-opencv python3-numpy python3-torch)
 packages_fuzz=(clang libclang-rt-14-dev)
 
 # Installs the Debian packages among the arguments that are missing, and says what it does.

@@ -1,0 +1,98 @@
+"""Makes the judge's answer a logarithm of odds: on wheels that it has not learnt from."""
+import math
+import multiprocessing
+
+import cv2
+import numpy as np
+import torch
+
+import glance
+import judge
+import sampling
+
+_nets = None
+
+
+def looked_at(net, levels, hub, places, black, white):
+    """The judge's answers for places (x, y, radius), each looked at a second time where the first look found it."""
+    def answers(at):
+        inputs = []
+        for x, y, radius in at:
+            direction = math.atan2(y - hub[1], x - hub[0])
+            near, wide = (sampling.patch(levels, (x, y), direction, reach * radius, sampling.PATCH_SIDE) for reach in sampling.PATCH_REACHES)
+            inputs.append(judge.prepared(near, wide, black, white))
+        with torch.no_grad():
+            return net(torch.from_numpy(np.array(inputs, np.float32))).numpy()
+
+    moved = []
+    for (x, y, radius), answer in zip(places, answers(places)):
+        direction = math.atan2(y - hub[1], x - hub[0])
+        dx, dy, grow = (float(np.clip(answer[i], -0.6, 0.6)) * k for i, k in ((1, radius), (2, radius), (3, 1)))
+        c, s = math.cos(direction), math.sin(direction)
+        moved.append((x + dx * c - dy * s, y + dx * s + dy * c, radius * math.exp(grow)))
+    return moved, answers(moved)
+
+
+def _seen(job):
+    """Evidence and truth of a wheel's candidates: [(evidence, is the hole, is another drilled hole)], and the rank of the
+    hole among them."""
+    wheel, seed = job
+    first, second = _nets
+    rng = np.random.default_rng([13, seed])
+    gray = cv2.imdecode(np.fromfile(wheel.file, np.uint8), cv2.IMREAD_GRAYSCALE)
+    levels = sampling.pyramid(gray)
+    black, white = sampling.levels_of(gray)
+    off = rng.normal(0, 0.0015 * wheel.rim, 2)
+    hub = (wheel.hub[0] + off[0], wheel.hub[1] + off[1])
+    band = (glance.BAND[0] * wheel.rim, glance.BAND[1] * wheel.rim)
+    found = judge.candidates(first, levels, hub, judge.radii_without_model(wheel.rim), band, 16)
+    if not found:
+        return [], None
+    moved, answers = looked_at(second, levels, hub, [f[1:] for f in found], black, white)
+    rows, rank = [], None
+    for i, ((logit, *_), (x, y, radius), answer) in enumerate(zip(found, moved, answers)):
+        hit = wheel.hole is not None and math.hypot(x - wheel.hole[0], y - wheel.hole[1]) < 0.5 * wheel.hole[2]
+        if hit and rank is None:
+            rank = i
+        other = not hit and judge.drilled(logit, x, y, radius, found, hub, wheel)
+        rows.append((float(answer[0]), hit, other))
+    return rows, rank
+
+
+def fitted(evidence, hits):
+    """Scale and offset of the logarithm of the odds, by logistic regression (Newton's method)."""
+    x = np.stack([evidence, np.ones_like(evidence)], 1)
+    w = np.array([1.0, 0.0])
+    for _ in range(50):
+        p = 1 / (1 + np.exp(-x @ w))
+        step = np.linalg.solve(x.T @ (x * (p * (1 - p))[:, None]) + 1e-6 * np.eye(2), x.T @ (hits - p))
+        w += step
+        if np.abs(step).max() < 1e-9:
+            break
+    return w
+
+
+def calibrate(first, second, held, jobs, say):
+    """Folds scale and offset into the judge's last layer, so that its evidence is right on the folders held back."""
+    global _nets
+    _nets = (first, second)
+    everything = []
+    for folder, wheels in held.items():
+        with multiprocessing.get_context("fork").Pool(jobs) as workers:
+            seen = workers.map(_seen, list(zip(wheels, range(len(wheels)))), 4)
+        with_hole = [rank for (_, rank), wheel in zip(seen, wheels) if wheel.hole]
+        rows = np.array([row for made, _ in seen for row in made if not row[2]], float)
+        everything.append(rows)
+        holes, rest = rows[rows[:, 1] > 0, 0], rows[rows[:, 1] == 0, 0]
+        say("%s: %d holes, among the first 1, 4, 8, 16 candidates %s; evidence of holes %s, of the rest %s" % (
+            folder, len(with_hole), " ".join("%.2f %%" % (100 * np.mean([r is not None and r < n for r in with_hole])) for n in (1, 4, 8, 16)),
+            np.round(np.percentile(holes, [1, 5, 25, 50]), 2), np.round(np.percentile(rest, [50, 95, 99, 99.9]), 2)))
+    if not everything:
+        return
+    rows = np.concatenate(everything)
+    scale, offset = fitted(rows[:, 0], rows[:, 1])
+    say(f"evidence times {scale:.3f} plus {offset:.3f}")
+    with torch.no_grad():
+        last = second.head[-1]
+        last.weight[0] *= scale
+        last.bias[0] = last.bias[0] * scale + offset
