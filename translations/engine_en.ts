@@ -4,6 +4,46 @@
 <context>
     <name>FindResult</name>
     <message>
+        <source>没有像孔的地方</source>
+        <translation>nothing like a hole</translation>
+    </message>
+    <message>
+        <source>轮廓不规则</source>
+        <translation>ragged outline</translation>
+    </message>
+    <message>
+        <source>没有深度</source>
+        <translation>nothing deep</translation>
+    </message>
+    <message>
+        <source>像字符</source>
+        <translation>like a letter</translation>
+    </message>
+    <message>
+        <source>像槽或开口的边缘</source>
+        <translation>like a slot or an edge</translation>
+    </message>
+    <message>
+        <source>不在模型的圆周上</source>
+        <translation>off the model's ring</translation>
+    </message>
+    <message>
+        <source>尺寸与模型不符</source>
+        <translation>not of the model's size</translation>
+    </message>
+    <message>
+        <source>与排除的示例相似</source>
+        <translation>like a rejected example</translation>
+    </message>
+    <message>
+        <source>一圈相同孔之一</source>
+        <translation>one of a round of holes</translation>
+    </message>
+    <message>
+        <source>两处相似</source>
+        <translation>two alike</translation>
+    </message>
+    <message>
         <source>定位成功</source>
         <translation>Located</translation>
     </message>
@@ -171,8 +211,8 @@
         <translation>Places: %1, score limit %2</translation>
     </message>
     <message>
-        <source>；最佳 %1（对比 %2，圆度 %3，暗度 %4，尺寸 %5），次高 %6</source>
-        <translation>; best %1 (contrast %2, roundness %3, darkness %4, size %5), second %6</translation>
+        <source>；最佳 %1（图像 %2，位置 %3，尺寸 %4，示例 %5，同类 %6），次高 %7</source>
+        <translation>; best %1 (picture %2, place %3, size %4, examples %5, others alike %6), second %7</translation>
     </message>
     <message>
         <source>边缘点</source>

@@ -15,9 +15,9 @@ namespace {
 using finder::HoleExample;
 using finder::HoleExamples;
 
-constexpr double clickPixels = 15;    // how far a click may be off
-constexpr double faintestHole = 0.05; // score
-constexpr double ringSlack = 3;       // percent of the ring, where a hole is looked for at the point alone
+constexpr double clickReach = 15;        // how far a click may be off
+constexpr double faintestExample = 0.05; // score
+constexpr double ringSlack = 3;          // percent of the ring, where a hole is looked for at the point alone
 
 QVector<HoleExample>& listOf(HoleExamples& examples, IModelExamples::Kind kind)
 {
@@ -55,7 +55,7 @@ private:
     bool look(const finder::HoleModel& model);
     bool isHere(const cv::Point2d& center, double radius) const
     {
-        return cv::norm(center - m_point) < std::max(clickPixels, radius);
+        return cv::norm(center - m_point) < std::max(clickReach, radius);
     }
 
     const cv::Mat m_gray;
@@ -75,17 +75,17 @@ bool Measurement::look(const finder::HoleModel& model)
         m_radius = m_found.holeRadius;
         return true;
     }
-    double best = faintestHole;
+    double best = faintestExample;
     for (const finder::RankedHole& ranked : m_finder.trace().holes) {
-        const finder::Outline& outline = ranked.hole.fit.outline;
-        const double score = ranked.hole.score.total();
+        const finder::Outline outline = ranked.outline();
+        const double score = ranked.score;
         if (score > best && isHere(outline.center, outline.radius)) {
             best = score;
             m_center = outline.center;
             m_radius = outline.radius;
         }
     }
-    return best > faintestHole;
+    return best > faintestExample;
 }
 
 HoleExample Measurement::take(const finder::HoleModel& model, QString* error)

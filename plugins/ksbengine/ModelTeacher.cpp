@@ -130,8 +130,8 @@ bool Lesson::seeHole(double holeRadius, double holeTolerance)
     m_seen = m_finder.find(m_gray, model);
     double best = faintestHole;
     for (const finder::RankedHole& ranked : m_finder.trace().holes) {
-        const finder::Outline& outline = ranked.hole.fit.outline;
-        const double score = ranked.hole.score.total();
+        const finder::Outline outline = ranked.outline();
+        const double score = ranked.score;
         const bool clicked = cv::norm(outline.center - m_holeClick) < std::max(clickPixels, outline.radius);
         if (clicked && score > best) {
             best = score;

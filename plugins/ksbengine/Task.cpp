@@ -18,7 +18,7 @@ QString key(const char* name)
     return QString::fromLatin1(name);
 }
 
-QPointF pointOf(const cv::Point2d& point)
+QPointF toPointF(const cv::Point2d& point)
 {
     return {point.x, point.y};
 }
@@ -40,16 +40,16 @@ QVariantMap algoResult(const Answered& answered, SolutionStore::Answer answer)
         {key(ResultKeys::score), found.score},
         {key(ResultKeys::image), answered.picture},
         {key(ResultKeys::resultTip), answered.tip},
-        {key(ResultKeys::centerPoint), found.found() ? pointOf(hub ? found.hub.center : found.hole) : QPointF()},
+        {key(ResultKeys::centerPoint), found.found() ? toPointF(hub ? found.hub.center : found.hole) : QPointF()},
     };
     map.insert(key(ResultKeys::edgePoints), found.edgePoints);
     map.insert(key(ResultKeys::residual), found.residual);
     map.insert(key(ResultKeys::runnerUpScore), found.runnerUpScore);
-    map.insert(key(ResultKeys::hubCenter), pointOf(found.hub.center));
+    map.insert(key(ResultKeys::hubCenter), toPointF(found.hub.center));
     map.insert(key(ResultKeys::hubRadius), found.hub.radius);
     map.insert(key(ResultKeys::holeRadius), found.holeRadius);
     if (found.found())
-        map.insert(key(ResultKeys::holeCenter), pointOf(found.hole));
+        map.insert(key(ResultKeys::holeCenter), toPointF(found.hole));
     return map;
 }
 

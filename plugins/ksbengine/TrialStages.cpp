@@ -21,6 +21,12 @@ QString number(double value, int decimals)
     return QString::number(value, 'f', decimals);
 }
 
+/// Odds in the words of a table: what speaks for a hole has a plus.
+QString odds(double logarithm)
+{
+    return (logarithm < 0 ? QString() : QStringLiteral("+")) + number(logarithm, 1);
+}
+
 QPointF pointOf(const cv::Point2d& point)
 {
     return {point.x, point.y};
@@ -42,7 +48,7 @@ QVector<QPointF> placesOf(const std::vector<finder::EdgePoint>& points, const fi
 const finder::RankedHole* chosen(const std::vector<finder::RankedHole>& holes, const finder::FindResult& found)
 {
     for (const finder::RankedHole& ranked : holes) {
-        const finder::Outline& outline = ranked.hole.fit.outline;
+        const finder::Outline outline = ranked.outline();
         if (found.found() && cv::norm(outline.center - found.hole) < outline.radius)
             return &ranked;
     }
@@ -80,8 +86,8 @@ QVector<TrialCircle> circlesOf(const std::vector<finder::RankedHole>& holes, con
         });
     };
     for (const finder::RankedHole& ranked : holes) {
-        const finder::Outline& outline = ranked.hole.fit.outline;
-        const double score = ranked.hole.score.total();
+        const finder::Outline outline = ranked.outline();
+        const double score = ranked.score;
         if (&ranked != best && (score < faintest || isShown(pointOf(outline.center))))
             continue;
         circles.append({pointOf(outline.center), outline.radius, number(score, 2), found.found() && &ranked == best});
@@ -113,10 +119,11 @@ TrialStage candidateStage(const QVector<TrialCircle>& candidates, const finder::
     stage.circles = candidates;
     stage.note = Tr::tr("%1 处，得分下限 %2").arg(candidates.size()).arg(number(model.scoreLimit, 2));
     if (best) {
-        const finder::HoleScore& score = best->hole.score;
-        stage.note += Tr::tr("；最佳 %1（对比 %2，圆度 %3，暗度 %4，尺寸 %5），次高 %6")
-                          .arg(number(score.total(), 2), number(score.evidence, 2), number(score.roundness, 2),
-                               number(score.darkness, 2), number(score.size, 2), number(found.runnerUpScore, 2));
+        stage.note += Tr::tr("；最佳 %1（图像 %2，位置 %3，尺寸 %4，示例 %5，同类 %6），次高 %7")
+                          .arg(number(best->score, 2), odds(best->seen.evidence), odds(best->place), odds(best->size),
+                               odds(best->examples), odds(best->company), number(found.runnerUpScore, 2));
+        if (found.doubt != finder::Doubt::None)
+            stage.note += QStringLiteral("；") + finder::doubtText(found.doubt);
     }
     return stage;
 }
@@ -163,9 +170,9 @@ QVector<TrialStage> trialStages(const cv::Mat& gray, const finder::Finder& finde
     const QVector<TrialCircle> candidates = circlesOf(trace.holes, best, found);
     stages.append(ringStage(finder.ring(), found.hub, candidates));
     stages.append(candidateStage(candidates, best, found, model));
-    if (best) {
-        stages.append(edgeStage(gray, best->hole));
-        stages.append(residualStage(best->hole));
+    if (best && trace.outline.fit.valid) {
+        stages.append(edgeStage(gray, trace.outline));
+        stages.append(residualStage(trace.outline));
     }
     return stages;
 }

@@ -1,8 +1,11 @@
-#include "finder/HoleCandidates.h"
+#include "finder/GrayLevels.h"
+#include "finder/HoleJudge.h"
+#include "finder/HoleView.h"
 #include "finder/MouthModel.h"
 #include "finder/Pyramid.h"
 #include "finder/Rays.h"
 #include "finder/Reduce.h"
+#include "finder/RingMap.h"
 #include "support/Table.h"
 
 #include <QtTest>
@@ -161,6 +164,94 @@ private slots:
         QCOMPARE(finder::Pyramid::levelOfSide({100, 80}, 256), 0);
         pyramid.build({});
         QCOMPARE(pyramid.levels(), 0);
+    }
+
+    void viewsAndRingsAreSampledWhereTheyLie_data()
+    {
+        Table::of<double, double>(
+            {{"magnified", 0.4, 3}, {"pixel for pixel", 1, 1}, {"halved", 2.1, 1.2}, {"an eighth", 8.4, 3}});
+    }
+
+    /// On a plane of gray values every mean of a block and every value between pixels is known, and a place that is
+    /// half a pixel off shows.
+    void viewsAndRingsAreSampledWhereTheyLie()
+    {
+        const auto [step, bend] = Table::row<double, double>();
+        const auto plane = [](const cv::Point2d& p) { return 20 + 0.2 * p.x + 0.1 * p.y; };
+        cv::Mat gray(640, 800, CV_8UC1);
+        for (int y = 0; y < gray.rows; ++y) {
+            for (int x = 0; x < gray.cols; ++x)
+                gray.at<uchar>(y, x) = cv::saturate_cast<uchar>(plane(cv::Point2d(x, y)));
+        }
+        finder::Pyramid pyramid;
+        pyramid.build(gray);
+        const cv::Point2d middle(401.3, 322.8);
+        const double half = step * finder::HoleView::side / 2;
+        const cv::Point2d along(std::cos(bend), std::sin(bend));
+        const cv::Point2d down(-along.y, along.x);
+        std::array<float, finder::HoleView::places> values{};
+        finder::HoleView{middle, along, half}.sample(pyramid, values.data());
+        double off = 0;
+        for (int row = 0; row < finder::HoleView::side; ++row) {
+            for (int column = 0; column < finder::HoleView::side; ++column) {
+                const cv::Point2d place =
+                    middle + ((column + 0.5) * step - half) * along + ((row + 0.5) * step - half) * down;
+                const double difference = double(values[size_t(row * finder::HoleView::side + column)]) - plane(place);
+                QVERIFY2(std::abs(difference) < 1, qPrintable(QString::number(difference)));
+                off += difference / finder::HoleView::places;
+            }
+        }
+        // Each halving rounds up by an eighth of a gray level.
+        QVERIFY2(std::abs(off) < 0.5, qPrintable(QString("in the mean off by %1").arg(off)));
+
+        finder::RingMap ring;
+        ring.unwrap(pyramid, {middle, 200, 0, 0}, {150, 190}, step);
+        QCOMPARE(ring.turn() % finder::RingMap::multiple, 0);
+        QCOMPARE(ring.map().cols % finder::RingMap::multiple, 0);
+        for (int row = 0; row < ring.map().rows; row += 3) {
+            for (int column = 0; column < ring.map().cols; ++column) {
+                const double root = ring.map().at<uchar>(row, column) / 16.0;
+                QVERIFY(std::abs(root * root - plane(ring.toImage(cv::Point2d(column, row)))) < 2);
+            }
+        }
+    }
+
+    void judgeSeesWhatItHasLearntFrom_data()
+    {
+        using Values = QVector<double>;
+        Table::of<double, Values, Values, Values>(
+            {{"small", 6, {-1.857, -0.493, -0.599, 0.605}, {0.605, 0.682, -0.51, -0.881}, {-0.63, 0.087, 0.032, 0.664}},
+             {"large",
+              25,
+              {0.329, 0.945, -0.517, 0.088},
+              {0.088, 0.329, -0.256, -0.366},
+              {0.509, 0.796, 0.114, 0.396}}});
+    }
+
+    /// Values by training/judge/sampling.py and judge.py of the same picture: what the finder samples in another way
+    /// than the training did would be judged by chance.
+    void judgeSeesWhatItHasLearntFrom()
+    {
+        const auto [radius, near, wide, absolute] =
+            Table::row<double, QVector<double>, QVector<double>, QVector<double>>();
+        cv::Mat gray(300, 400, CV_8UC1);
+        for (int y = 0; y < gray.rows; ++y) {
+            for (int x = 0; x < gray.cols; ++x)
+                gray.at<uchar>(y, x) =
+                    uchar(std::floor(128.5 + 60 * std::sin(x / 9.0) + 50 * std::cos(y / 13.0 + x / 31.0)));
+        }
+        finder::Pyramid pyramid;
+        pyramid.build(gray);
+        std::array<float, 3 * finder::HoleView::places> pictures{};
+        finder::takePictures(pyramid, {90, 60}, {12, 0, 220}, {210.3, 140.6}, radius, pictures.data());
+        const std::array<cv::Point, 4> places{{{0, 0}, {20, 7}, {16, 16}, {3, 31}}};
+        for (int i = 0; i < 4; ++i) {
+            const int place = places[size_t(i)].y * finder::HoleView::side + places[size_t(i)].x;
+            for (const auto& [picture, expected] : {std::pair{0, near[i]}, {1, wide[i]}, {2, absolute[i]}}) {
+                const double seen = double(pictures[size_t(picture * finder::HoleView::places + place)]);
+                QVERIFY2(std::abs(seen - expected) < 0.02, qPrintable(QString("%1 for %2").arg(seen).arg(expected)));
+            }
+        }
     }
 
     void mouthsDerivativesAreThoseOfItsPicture_data()

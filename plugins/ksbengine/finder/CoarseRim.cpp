@@ -13,6 +13,7 @@ namespace {
 
 constexpr int rays = 128;
 constexpr float weakestEdge = 3.0F;   // gray levels per pixel; below it is noise even after the reduction
+constexpr int surroundings = 41;      // pixels, of the mean that an edge counts against
 constexpr double edgeShare = 0.08;    // of all pixels that count as edges
 constexpr double leastCoverage = 0.3; // of a circle that is worth a look
 constexpr double nearlyAsComplete = 0.7;
@@ -93,27 +94,43 @@ void CoarseRim::computeGradients(const cv::Mat& small)
     cv::magnitude(m_gx, m_gy, m_magnitude);
 }
 
+/// Against the mean around, so that a busy background does not drown the dim edges of a wheel before it.
+void CoarseRim::weighLocally()
+{
+    cv::Mat around;
+    cv::boxFilter(m_magnitude, around, CV_32F, {surroundings, surroundings});
+    for (int y = 0; y < m_magnitude.rows; ++y) {
+        auto* row = m_magnitude.ptr<float>(y);
+        const auto* mean = around.ptr<float>(y);
+        for (int x = 0; x < m_magnitude.cols; ++x)
+            row[x] = row[x] < weakestEdge ? 0 : row[x] / (mean[x] + weakestEdge);
+    }
+}
+
 float CoarseRim::chooseThreshold() const
 {
     constexpr int bins = 256;
+    constexpr float levels = 32;
     std::array<int, bins> histogram{};
     for (int y = 0; y < m_magnitude.rows; y += 2) {
         const auto* row = m_magnitude.ptr<float>(y);
         for (int x = 0; x < m_magnitude.cols; ++x)
-            ++histogram[std::min(bins - 1, static_cast<int>(row[x] * 2))];
+            ++histogram[std::min(bins - 1, static_cast<int>(row[x] * levels))];
     }
     int left = static_cast<int>(edgeShare / 2 * static_cast<double>(m_magnitude.total())); // of every other row
     int bin = bins - 1;
     while (bin > 0 && left > histogram[bin])
         left -= histogram[bin--];
-    return std::max(weakestEdge, static_cast<float>(bin) / 2);
+    return std::max(1, bin) / levels;
 }
 
 void CoarseRim::voteFrom(int x, int y, const Range& radius, const cv::Rect& window)
 {
-    const float magnitude = m_magnitude.at<float>(y, x);
-    const float nx = m_gx.at<float>(y, x) / magnitude;
-    const float ny = m_gy.at<float>(y, x) / magnitude;
+    const float gx = m_gx.at<float>(y, x);
+    const float gy = m_gy.at<float>(y, x);
+    const float scale = 1 / std::sqrt(gx * gx + gy * gy);
+    const float nx = gx * scale;
+    const float ny = gy * scale;
     const cv::Point2f from(static_cast<float>(x - window.x), static_cast<float>(y - window.y));
     for (const float sign : {-1.0F, 1.0F}) {
         const cv::Point2f step(sign * nx, sign * ny);
@@ -183,6 +200,7 @@ ConcentricFit CoarseRim::circlesAround(const cv::Point2d& center, const Range& r
 std::vector<Outline> CoarseRim::find(const cv::Mat& small, const Range& radius, double maxOffset)
 {
     computeGradients(small);
+    weighLocally();
     m_threshold = chooseThreshold();
     const cv::Rect window = centerWindow(small.size(), maxOffset);
     vote(radius, window);

@@ -20,6 +20,7 @@ public:
 
 private:
     void computeGradients(const cv::Mat& small);
+    void weighLocally();
     float chooseThreshold() const;
     void vote(const Range& radius, const cv::Rect& window);
     void voteFrom(int x, int y, const Range& radius, const cv::Rect& window);

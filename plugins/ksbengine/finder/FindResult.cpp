@@ -25,7 +25,35 @@ constexpr Tip tips[] = {
     {FindError::BadModel, QT_TRANSLATE_NOOP("FindResult", "模型参数无效")},
 };
 
+struct DoubtText
+{
+    Doubt doubt;
+    const char* text;
+};
+
+constexpr DoubtText doubts[] = {
+    {Doubt::NothingSeen, QT_TRANSLATE_NOOP("FindResult", "没有像孔的地方")},
+    {Doubt::Ragged, QT_TRANSLATE_NOOP("FindResult", "轮廓不规则")},
+    {Doubt::Flat, QT_TRANSLATE_NOOP("FindResult", "没有深度")},
+    {Doubt::Letter, QT_TRANSLATE_NOOP("FindResult", "像字符")},
+    {Doubt::Edge, QT_TRANSLATE_NOOP("FindResult", "像槽或开口的边缘")},
+    {Doubt::OffRing, QT_TRANSLATE_NOOP("FindResult", "不在模型的圆周上")},
+    {Doubt::OtherSize, QT_TRANSLATE_NOOP("FindResult", "尺寸与模型不符")},
+    {Doubt::Rejected, QT_TRANSLATE_NOOP("FindResult", "与排除的示例相似")},
+    {Doubt::OneOfMany, QT_TRANSLATE_NOOP("FindResult", "一圈相同孔之一")},
+    {Doubt::TwoAlike, QT_TRANSLATE_NOOP("FindResult", "两处相似")},
+};
+
 } // namespace
+
+QString doubtText(Doubt doubt)
+{
+    for (const DoubtText& entry : doubts) {
+        if (entry.doubt == doubt)
+            return QCoreApplication::translate("FindResult", entry.text);
+    }
+    return {};
+}
 
 QString resultTip(FindError error)
 {

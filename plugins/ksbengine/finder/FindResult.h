@@ -20,6 +20,24 @@ enum class FindError : int {
     BadModel = 9,
 };
 
+/// What speaks most against the best place, where none was answered.
+enum class Doubt {
+    None,
+    NothingSeen, ///< no place looks like anything
+    Ragged,      ///< ragged outline: dirt, rust, a drop
+    Flat,        ///< round, but nothing deep
+    Letter,      ///< a letter or a digit
+    Edge,        ///< a slot, or the edge of an opening
+    OffRing,     ///< a hole, but not where the model has one
+    OtherSize,   ///< a hole, but not as large as the model's
+    Rejected,    ///< like what was rejected when the model was taught
+    OneOfMany,   ///< one of a round of holes alike
+    TwoAlike,    ///< another place is as good
+};
+
+/// In a few words; empty for None.
+QString doubtText(Doubt doubt);
+
 /// The operator's short text for an outcome.
 QString resultTip(FindError error);
 
@@ -35,11 +53,12 @@ struct FindResult
     cv::Point2d hole;
     double holeRadius = 0;
     Outline hub;              ///< the rim's outer edge around the hub centre
-    double score = 0;         ///< of the best candidate, 0 to 1
+    double score = 0;         ///< probability that the best candidate is the hole, 0 to 1
     double runnerUpScore = 0; ///< of the second best candidate
-    int edgePoints = 0;       ///< that the hole's outline rests on
-    double residual = 0;      ///< of those points, root mean square in pixels
-    double rimCoverage = 0;   ///< share of the rim that was seen, 0 to 1
+    Doubt doubt = Doubt::None;
+    int edgePoints = 0;     ///< that the hole's outline rests on
+    double residual = 0;    ///< of those points, root mean square in pixels
+    double rimCoverage = 0; ///< share of the rim that was seen, 0 to 1
 
     bool found() const { return error == FindError::None; }
 };

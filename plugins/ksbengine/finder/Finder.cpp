@@ -1,6 +1,8 @@
 #include "Finder.h"
 
+#include "ExampleMatch.h"
 #include "GrayLevels.h"
+#include "HoleExamples.h"
 #include "MouthFit.h"
 
 #include <algorithm>
@@ -18,31 +20,22 @@ constexpr double coarseSlack = 0.04;     // of the rim's radius: in the small pi
 constexpr double fineSlack = 0.01;
 constexpr double leastContrast = 12; // gray levels between the darkest and the brightest twentieth
 constexpr double unfocused = 0.6;    // blur, as a share of the hole's radius
-constexpr double asGood = 0.85;      // a runner-up with this share of the best score could be the hole as well
-// Drain holes come in sets: holes of the same size (share) on the same ring (share of the rim's radius) are no valve
-// hole if they are nearly as good (share of the score).
-constexpr double twinSize = 0.25;
-constexpr double twinRing = 0.02;
-constexpr double twinScore = 0.7;
-// Beside a valve the dark looks like a smaller hole, and rounder than the whole.
-constexpr double asWhole = 0.7;
-constexpr double muchLarger = 1.3;
-constexpr double slackOfPlace = 0.025; // of the ring's radius, within which a hole is where it is expected
-constexpr double usualRing = 0.87;     // of the rim's radius, where the ledge of most wheels is
-constexpr double slackOfUsual = 0.07;
-constexpr double faintest = 0.25;     // of the strongest contrast, for a spot that is worth measuring
-constexpr double fainter = 0.5;       // the same, once a hole is found that is
-constexpr double beyondDoubt = 0.8;   // as good as this
-constexpr int candidatesMeasured = 8; // for each size looked for
+constexpr double usualRing = 0.93;   // of the rim's radius, within which the ring of most wheels lies
+constexpr size_t mostRims = 4;       // circles that are looked around as the rim
+constexpr double otherRim = 0.03;    // of the radius, by which circles differ that are not one rim
+constexpr double beyondDoubt = 0.9;  // probability of a hole, from which no other rim is looked around
+constexpr double ringSlack = 0.03;   // of the rim's radius: what a tilt, or an inner edge taken for the rim, moves
+constexpr int mostWithModel = 8;     // candidates that are judged
+constexpr int mostWithoutModel = 14; // where place and size are not known; rounds of vent holes are among them
 
-/// The sizes to look for, so that each size of a range is within a third of one of them.
+/// The sizes to look for, largest first, so that each size of a range is within a third of one of them.
 std::vector<double> sizesWithin(const Range& radius)
 {
     constexpr double ratio = 1.7;
     const int count = std::max(1, cvCeil(std::log(radius.high / radius.low) / std::log(ratio)));
     std::vector<double> sizes;
     sizes.reserve(static_cast<size_t>(count));
-    for (int i = 0; i < count; ++i)
+    for (int i = count - 1; i >= 0; --i)
         sizes.push_back(radius.low * std::pow(radius.high / radius.low, (i + 0.5) / count));
     return sizes;
 }
@@ -58,233 +51,160 @@ bool ringLeaves(const cv::Mat& gray, const Outline& hub, const HoleModel& model)
 {
     const Range ring = model.ringRange(hub.radius);
     const Range hole = model.holeRange(hub.radius);
-    const double reach = (model.ringRadius > 0 ? ring.middle() : ring.high) + hole.low;
+    const double reach = (model.ringRadius > 0 ? ring.middle() : usualRing * hub.radius) + hole.low;
     const cv::Rect2d seen(reach, reach, gray.cols - 1 - 2 * reach, gray.rows - 1 - 2 * reach);
     return seen.width < 0 || seen.height < 0 || !seen.contains(hub.center);
 }
 
-/// What lies near the end of the ring's tolerance is rather another feature of the wheel: a taught ring is known better
-/// than its tolerance says, and without one the hole is expected on the ledge.
-double placeScore(double radius, double rim, const HoleModel& model)
+bool sameRim(const Outline& one, const Outline& other)
 {
-    const Range ring = model.ringRange(rim);
-    const bool taught = model.ringRadius > 0;
-    const double middle = taught ? ring.middle() : usualRing * rim;
-    const double slack = (taught ? slackOfPlace : slackOfUsual) * middle;
-    const double most = std::max(radius < middle ? middle - ring.low : ring.high - middle, slack + 0.01 * middle);
-    return 1 - 0.7 * std::clamp((std::abs(radius - middle) - slack) / (most - slack), 0.0, 1.0);
+    const double near = otherRim * one.radius;
+    return std::abs(one.radius - other.radius) < near && cv::norm(one.center - other.center) < near;
 }
 
 } // namespace
 
 FindError Finder::judgeLight(const cv::Mat& small)
 {
-    const GrayLevels levels = grayLevelsOf(small);
-    m_levels.black = levels.black;
-    if (levels.bright - levels.dark >= leastContrast)
+    m_levels = grayLevelsOf(small);
+    if (m_levels.bright - m_levels.dark >= leastContrast)
         return FindError::None;
-    if (levels.bright < 40)
+    if (m_levels.bright < 40)
         return FindError::TooDark;
-    if (levels.dark > 215)
+    if (m_levels.dark > 215)
         return FindError::TooBright;
     return FindError::NoHub;
 }
 
-FindError Finder::locateHub(const cv::Mat& gray, const HoleModel& model, int factor, FindResult* result)
-{
-    const cv::Mat& small = m_reducer.reduce(gray, factor);
-    const FindError light = judgeLight(small);
-    if (light != FindError::None)
-        return light;
-    const Range radius = model.rimRange(gray.rows);
-    for (const double slack : {0.0, coarseSlack}) {
-        const Range wide{(1 - slack) * radius.low / factor, (1 + slack) * radius.high / factor};
-        for (const Outline& outline : m_coarse.find(small, wide, maxHubOffset)) {
-            if (!fitsRim(gray, outline, radius, factor))
-                continue;
-            result->hub = m_trace.rim.outline;
-            result->rimCoverage = m_trace.rim.coverage;
-            return FindError::None;
-        }
-    }
-    return FindError::NoHub;
-}
-
-bool Finder::fitsRim(const cv::Mat& gray, const Outline& coarse, const Range& radius, int factor)
+bool Finder::fitsRim(const cv::Mat& gray, const Outline& coarse, const Range& radius, int factor, RimFit* rim)
 {
     const Outline large{{Reducer::toLarge(coarse.center.x, factor), Reducer::toLarge(coarse.center.y, factor)},
                         coarse.radius * factor,
                         coarse.c2 * factor,
                         coarse.s2 * factor};
-    m_trace.rim = fitRim(gray, large, factor + 0.008 * large.radius, std::max(1.0, factor / factorOfDetail));
-    const double found = m_trace.rim.outline.radius;
-    return m_trace.rim.valid && m_trace.rim.coverage >= leastRimCoverage && found > (1 - fineSlack) * radius.low &&
+    *rim = fitRim(gray, large, factor + 0.008 * large.radius, std::max(1.0, factor / factorOfDetail));
+    const double found = rim->outline.radius;
+    return rim->valid && rim->coverage >= leastRimCoverage && found > (1 - fineSlack) * radius.low &&
            found < (1 + fineSlack) * radius.high;
 }
 
-void Finder::collectCandidates(const HoleModel& model, double rim, std::vector<HoleCandidate>* found)
+/// A wheel has several concentric circles, and with its tyre on one more: which of them is the rim shows by the hole.
+/// So each that could be the rim is looked around, until a hole is beyond doubt.
+void Finder::lookAround(const cv::Mat& gray, const HoleModel& model, int factor)
 {
-    const Range ringRadii = model.ringRange(rim);
-    const auto likelihood = [&](double radius) { return placeScore(radius, rim, model); };
-    const RingMap half = m_ring.halved();
-    for (const double size : sizesWithin(model.holeRange(rim))) {
-        const bool large = size > 6 * m_ring.step();
-        m_candidates.find(large ? half : m_ring, ringRadii, size, candidatesMeasured, likelihood, found);
-    }
-    std::stable_sort(found->begin(), found->end(),
-                     [](const HoleCandidate& a, const HoleCandidate& b) { return a.rank > b.rank; });
-}
-
-FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, FindResult* result)
-{
-    const Range ringRadii = model.ringRange(result->hub.radius);
-    const Range holeRadii = model.holeRange(result->hub.radius);
-    const double margin = 2.2 * holeRadii.high;
-    const double step = std::max(1.0, holeRadii.low / 3.7);
-    m_ring.unwrap(gray, result->hub, {std::max(1.0, ringRadii.low - margin), ringRadii.high + margin}, step);
-    m_levels.noise = estimateNoise(gray);
-    std::vector<HoleCandidate> candidates;
-    collectCandidates(model, result->hub.radius, &candidates);
-    double highest = 0;
-    for (const HoleCandidate& candidate : candidates) {
-        // Beside a hole that is beyond doubt, on a ring that was taught, what is much fainter is no rival.
-        const bool decided = model.ringRadius > 0 && highest > beyondDoubt;
-        if (candidate.rank < (decided ? fainter : faintest) * candidates.front().rank)
-            break;
-        HoleFit hole = measureHole(gray, candidate.point, candidate.size, holeRadii, m_levels);
-        if (!hole.fit.valid)
-            continue;
-        const double distance = cv::norm(hole.fit.outline.center - result->hub.center);
-        hole.score.place = placeScore(distance, result->hub.radius, model);
-        highest = std::max(highest, hole.score.total());
-        m_trace.holes.push_back({candidate, hole});
-    }
-    std::stable_sort(m_trace.holes.begin(), m_trace.holes.end(), [](const RankedHole& a, const RankedHole& b) {
-        return a.hole.score.total() > b.hole.score.total();
-    });
-    return decide(gray, model, result);
-}
-
-/// A valve leaves dark parts beside it that look like small holes within the hole.
-bool sameSpot(const Outline& one, const Outline& other)
-{
-    return cv::norm(one.center - other.center) < 1.1 * std::max(one.radius, other.radius);
-}
-
-bool Finder::hasTwin(const RankedHole& hole) const
-{
-    const Outline& one = hole.hole.fit.outline;
-    const double reach = cv::norm(one.center - m_trace.rim.outline.center);
-    for (const RankedHole& other : m_trace.holes) {
-        const Outline& two = other.hole.fit.outline;
-        const bool apart = cv::norm(one.center - two.center) > one.radius + two.radius;
-        const bool alike = std::abs(one.radius - two.radius) < twinSize * std::max(one.radius, two.radius);
-        const bool sameRing =
-            std::abs(reach - cv::norm(two.center - m_trace.rim.outline.center)) < twinRing * m_trace.rim.outline.radius;
-        if (apart && alike && sameRing && other.hole.score.total() > twinScore * hole.hole.score.total())
-            return true;
-    }
-    return false;
-}
-
-double Finder::runnerUp() const
-{
-    const Outline* first = nullptr;
-    for (const RankedHole& ranked : m_trace.holes) {
-        const Outline& outline = ranked.hole.fit.outline;
-        if (first && !sameSpot(outline, *first))
-            return ranked.hole.score.total();
-        if (!first)
-            first = &outline;
-    }
-    return 0;
-}
-
-/// The hole itself, where `spot` is a dark part within it.
-const RankedHole& Finder::wholeOf(const RankedHole& spot) const
-{
-    const RankedHole* whole = &spot;
-    for (const RankedHole& other : m_trace.holes) {
-        const Outline& inner = whole->hole.fit.outline;
-        const Outline& outer = other.hole.fit.outline;
-        if (other.hole.score.total() >= asWhole * spot.hole.score.total() && outer.radius > muchLarger * inner.radius &&
-            sameSpot(inner, outer))
-            whole = &other;
-    }
-    return *whole;
-}
-
-FindError Finder::decide(const cv::Mat& gray, const HoleModel& model, FindResult* result)
-{
-    const RankedHole* best = nullptr;
-    double rival = 0;
-    bool twins = false;
-    result->runnerUpScore = runnerUp();
-    for (const RankedHole& spot : m_trace.holes) {
-        result->score = std::max(result->score, spot.hole.score.total());
-        if (spot.hole.score.total() < model.scoreLimit)
-            break;
-        const RankedHole& whole = wholeOf(spot);
-        if (best && sameSpot(whole.hole.fit.outline, best->hole.fit.outline))
-            continue;
-        if (hasTwin(whole)) {
-            twins = true;
-        } else if (!best) {
-            best = &whole;
-        } else {
-            rival = spot.hole.score.total();
-            break;
+    const cv::Mat& small = m_reducer.reduce(gray, factor);
+    m_best.result.error = judgeLight(small);
+    if (m_best.result.error != FindError::None)
+        return;
+    m_best.result.error = FindError::NoHub;
+    m_pyramid.build(gray);
+    const Range radius = model.rimRange(gray.rows);
+    std::vector<Outline> seen;
+    for (const double slack : {0.0, coarseSlack}) {
+        const Range wide{(1 - slack) * radius.low / factor, (1 + slack) * radius.high / factor};
+        for (const Outline& outline : m_coarse.find(small, wide, maxHubOffset)) {
+            Look look;
+            if (!fitsRim(gray, outline, radius, factor, &look.trace.rim))
+                continue;
+            const Outline& rim = look.trace.rim.outline;
+            if (std::any_of(seen.begin(), seen.end(), [&](const Outline& other) { return sameRim(rim, other); }))
+                continue;
+            seen.push_back(rim);
+            look.result.hub = rim;
+            look.result.rimCoverage = look.trace.rim.coverage;
+            look.result.error = ringLeaves(gray, rim, model) ? FindError::CutOff : locateHole(gray, model, &look);
+            adopt(std::move(look));
+            if (m_best.result.score > beyondDoubt || seen.size() == mostRims)
+                return;
         }
+        if (!seen.empty())
+            return;
     }
-    if (!best)
-        return twins ? FindError::Ambiguous : FindError::NoHole;
-    result->score = best->hole.score.total();
-    if (rival > asGood * result->score)
-        return FindError::Ambiguous;
-    measure(gray, model, best->hole, result);
-    return FindError::None;
 }
 
-void Finder::measure(const cv::Mat& gray, const HoleModel& model, const HoleFit& hole, FindResult* result) const
+/// Takes a look over the best one so far where it is better: the first of those without a hole stays.
+void Finder::adopt(Look look)
 {
-    result->hole = hole.fit.outline.center;
-    result->holeRadius = hole.fit.outline.radius;
-    result->edgePoints = hole.fit.used;
-    result->residual = hole.fit.residual;
+    const bool first = m_best.result.error == FindError::NoHub;
+    const bool better = look.result.found() && (!m_best.result.found() || look.result.score > m_best.result.score);
+    if (first || better)
+        m_best = std::move(look);
+}
+
+std::vector<HoleCandidate> Finder::candidates(const HoleModel& model, const Outline& hub, RingMap* ring)
+{
+    const Range named = model.ringRange(hub.radius);
+    const double beyond = ringSlack * hub.radius;
+    const Range reach{named.low - beyond, named.high + beyond};
+    const int most = model.ringRadius > 0 && model.holeRadius > 0 ? mostWithModel : mostWithoutModel;
+    std::vector<HoleCandidate> found;
+    for (const double size : sizesWithin(model.holeRange(hub.radius))) {
+        const double margin = HoleCandidates::margin * size;
+        ring->unwrap(m_pyramid, hub, {std::max(1.0, reach.low - margin), reach.high + margin},
+                     size / HoleCandidates::mapRadius);
+        m_candidates.find(*ring, reach, size, most, &found);
+    }
+    return distinct(std::move(found), most);
+}
+
+FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, Look* look)
+{
+    const Outline& hub = look->result.hub;
+    std::vector<RankedHole>& holes = look->trace.holes;
+    const std::vector<HoleCandidate> places = candidates(model, hub, &look->trace.ring);
+    for (const Judgement& judgement : m_judge.judge(m_pyramid, hub.center, m_levels, places))
+        holes.push_back({judgement});
+    if (model.examples && !model.examples->isEmpty()) {
+        const ExampleMatch match(*model.examples);
+        for (RankedHole& hole : holes)
+            hole.examples = match.odds(m_pyramid, hub.center, hole.seen);
+    }
+    const HoleChoice choice = chooseHole(model, hub, &holes);
+    look->result.doubt = choice.doubt;
+    if (holes.empty())
+        return choice.error;
+    const RankedHole& best = holes.front();
+    look->result.score = best.score;
+    look->result.runnerUpScore = choice.runnerUp;
+    look->trace.outline = measureOutline(gray, best.seen.center, best.seen.radius);
+    if (choice.error == FindError::None)
+        measure(gray, model, look);
+    return choice.error;
+}
+
+void Finder::measure(const cv::Mat& gray, const HoleModel& model, Look* look)
+{
+    const Judgement& seen = look->trace.holes.front().seen;
+    FindResult& result = look->result;
+    result.hole = seen.center;
+    result.holeRadius = seen.radius;
+    result.edgePoints = look->trace.outline.fit.used;
+    result.residual = look->trace.outline.fit.residual;
     Mouth start;
-    start.center = result->hole;
-    start.radius = result->holeRadius;
+    start.center = seen.center;
+    start.radius = seen.radius;
     TaughtMouth taught;
-    if (model.holeRadius > 0) {
-        taught.radius = model.holeRange(result->hub.radius).middle();
-        start.radius = std::clamp(start.radius, 0.8 * taught.radius, 1.1 * taught.radius);
-    }
+    if (model.holeRadius > 0)
+        taught.radius = model.holeRange(result.hub.radius).middle();
     if (model.ringRadius > 0)
-        taught.ring = model.ringRange(result->hub.radius).middle();
-    const Mouth mouth = fitMouth(gray, start, result->hub.center, taught);
+        taught.ring = model.ringRange(result.hub.radius).middle();
+    const Mouth mouth = fitMouth(gray, start, result.hub.center, taught);
     if (mouth.valid) {
-        result->hole = mouth.center;
-        result->holeRadius = mouth.radius;
+        result.hole = mouth.center;
+        result.holeRadius = mouth.radius;
     }
-    result->angle = screenAngle(result->hub.center, result->hole);
+    result.angle = screenAngle(result.hub.center, result.hole);
 }
 
 FindResult Finder::find(const cv::Mat& gray, const HoleModel& model)
 {
-    FindResult result;
-    m_trace = {};
+    m_best = {};
     if (!usable(gray))
-        return result;
-    result.error = locateHub(gray, model, Reducer::factorFor(gray), &result);
-    if (result.error != FindError::None)
-        return result;
-    if (ringLeaves(gray, result.hub, model)) {
-        result.error = FindError::CutOff;
-        return result;
-    }
-    result.error = locateHole(gray, model, &result);
+        return m_best.result;
+    lookAround(gray, model, Reducer::factorFor(gray));
+    FindResult& result = m_best.result;
     const double smallest = model.holeRange(result.hub.radius).middle();
-    if (result.error == FindError::NoHole && m_trace.rim.edgeWidth > unfocused * smallest)
+    if (result.error == FindError::NoHole && m_best.trace.rim.edgeWidth > unfocused * smallest)
         result.error = FindError::OutOfFocus;
     return result;
 }

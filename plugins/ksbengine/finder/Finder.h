@@ -2,9 +2,11 @@
 
 #include "CoarseRim.h"
 #include "FindResult.h"
-#include "HoleCandidates.h"
+#include "GrayLevels.h"
+#include "HoleChoice.h"
 #include "HoleFit.h"
 #include "HoleModel.h"
+#include "Pyramid.h"
 #include "Reduce.h"
 #include "RimFit.h"
 #include "RingMap.h"
@@ -13,23 +15,18 @@
 
 namespace finder {
 
-/// A candidate with what its measurement gave, for the designer.
-struct RankedHole
-{
-    HoleCandidate candidate;
-    HoleFit hole;
-};
-
 /// Everything the finder saw on its way, stage by stage; what a stage did not reach is empty.
 struct FindTrace
 {
     RimFit rim;
+    RingMap ring;                  ///< unwrapped
     std::vector<RankedHole> holes; ///< best first
+    HoleFit outline;               ///< of the best place, as a circle through its edges
 };
 
-/// Locates the valve hole of one wheel, coarse to fine: reduced picture, rim, unwrapped ring, candidates, measurement
-/// at full resolution. Refuses rather than guesses. Keeps its buffers from image to image, so use one instance per
-/// thread; it starts no threads itself.
+/// Locates the valve hole of one wheel, coarse to fine: reduced picture, rim, unwrapped ring, candidates, their
+/// judgement, measurement at full resolution. Refuses rather than guesses. Keeps its buffers from image to image, so
+/// use one instance per thread; it starts no threads itself.
 class Finder
 {
 public:
@@ -37,28 +34,33 @@ public:
     FindResult find(const cv::Mat& gray, const HoleModel& model);
 
     /// What the last find() saw.
-    const FindTrace& trace() const { return m_trace; }
+    const FindTrace& trace() const { return m_best.trace; }
     /// The ring of the last find(), unwrapped.
-    const RingMap& ring() const { return m_ring; }
+    const RingMap& ring() const { return m_best.trace.ring; }
 
 private:
+    /// What was seen with one of the circles taken for the rim.
+    struct Look
+    {
+        FindResult result;
+        FindTrace trace;
+    };
+
     FindError judgeLight(const cv::Mat& small);
-    FindError locateHub(const cv::Mat& gray, const HoleModel& model, int factor, FindResult* result);
-    FindError locateHole(const cv::Mat& gray, const HoleModel& model, FindResult* result);
-    bool fitsRim(const cv::Mat& gray, const Outline& coarse, const Range& radius, int factor);
-    void collectCandidates(const HoleModel& model, double rim, std::vector<HoleCandidate>* found);
-    bool hasTwin(const RankedHole& hole) const;
-    const RankedHole& wholeOf(const RankedHole& spot) const;
-    double runnerUp() const;
-    FindError decide(const cv::Mat& gray, const HoleModel& model, FindResult* result);
-    void measure(const cv::Mat& gray, const HoleModel& model, const HoleFit& hole, FindResult* result) const;
+    void lookAround(const cv::Mat& gray, const HoleModel& model, int factor);
+    void adopt(Look look);
+    FindError locateHole(const cv::Mat& gray, const HoleModel& model, Look* look);
+    static bool fitsRim(const cv::Mat& gray, const Outline& coarse, const Range& radius, int factor, RimFit* rim);
+    std::vector<HoleCandidate> candidates(const HoleModel& model, const Outline& hub, RingMap* ring);
+    static void measure(const cv::Mat& gray, const HoleModel& model, Look* look);
 
     Reducer m_reducer;
     CoarseRim m_coarse;
-    RingMap m_ring;
+    Pyramid m_pyramid;
     HoleCandidates m_candidates;
-    FindTrace m_trace;
-    ImageLevels m_levels;
+    HoleJudge m_judge;
+    Look m_best;
+    GrayLevels m_levels{};
 };
 
 } // namespace finder

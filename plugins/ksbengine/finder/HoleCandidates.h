@@ -1,44 +1,42 @@
 #pragma once
 
+#include "Network.h"
 #include "RingMap.h"
 
-#include <functional>
 #include <vector>
 
 namespace finder {
 
-/// A dark spot with brighter surroundings in the unwrapped ring.
+/// A place that may be a hole, at a first look.
 struct HoleCandidate
 {
-    cv::Point2d point;   ///< image pixels, right to about a third of the hole's radius
-    double contrast = 0; ///< gray levels between surroundings and inside
-    double size = 0;     ///< radius that it was looked for with, pixels
-    double rank = 0;     ///< contrast, less where a hole is less likely
+    cv::Point2d point;   ///< image pixels, right to about a fifth of the hole's radius
+    double radius = 0;   ///< of the mouth, pixels, right to about a fifth
+    double evidence = 0; ///< logarithm of the odds that it is a hole
 };
 
-/// How likely a hole is at this distance from the hub centre, 0 to 1.
-using Likelihood = std::function<double(double)>;
-
-/// Looks for dark spots of a size that are bright almost all round, so that edges, gaps between spokes and the ends of
-/// dark strips do not count. Keeps its buffers; one instance per thread.
+/// Looks over a whole unwrapped ring for what may be a hole, with a network that has learnt from holes of every
+/// brightness: dark, bright, gray in gray. One instance per thread.
 class HoleCandidates
 {
 public:
-    /// Adds the spots of `radius` pixels (of the image) whose centre lies in the radii `ring`, at most `most`,
-    /// highest rank first. Spots nearer than a radius to a higher one are left out.
-    void find(const RingMap& ring, const Range& radii, double radius, int most, const Likelihood& likelihood,
-              std::vector<HoleCandidate>* found);
+    /// How large a hole is in the map that it is looked for in, places.
+    static constexpr double mapRadius = 4.5;
+    /// How far a map should reach beyond the ring, radii of the hole.
+    static constexpr double margin = 2.6;
+
+    /// Appends the best places of `ring`, a map with a step of radius / mapRadius, whose distance from the hub lies
+    /// within `radii`: at most `most`, best first, and none nearer than about a radius to a better one.
+    void find(const RingMap& ring, const Range& radii, double radius, int most, std::vector<HoleCandidate>* found);
 
 private:
-    void computeMeans(const cv::Mat& map, int size, cv::Mat* means);
-    /// In some columns only; elsewhere it is 0.
-    void computeContrast(const cv::Mat& map, double radius, const cv::Range& columns);
+    cv::Mat look(const cv::Mat& map);
 
-    cv::Mat m_mean;
-    cv::Mat m_fine;
-    cv::Mat m_contrast;
-    std::vector<uint16_t> m_sums; ///< of columns
-    std::vector<uchar> m_rows;
+    Network m_network{QStringLiteral("glance")};
+    cv::Mat m_input;
 };
+
+/// Of all candidates, best first, those that are no second look at a better one's place; at most `most`.
+std::vector<HoleCandidate> distinct(std::vector<HoleCandidate> candidates, int most);
 
 } // namespace finder

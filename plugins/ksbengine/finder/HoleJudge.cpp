@@ -1,155 +1,116 @@
 #include "HoleJudge.h"
 
+#include "GrayLevels.h"
+#include "HoleView.h"
+
 #include <algorithm>
-#include <numeric>
+#include <cmath>
 
 namespace finder {
 
 namespace {
 
-constexpr int rays = Fan::rays;
-constexpr int sectors = 16;
+// As in training.
+constexpr double nearReach = 2.4; // radii
+constexpr double wideReach = 7;
+constexpr float flat = 0.3F; // spread of roots of gray values that counts as none
 
-/// 0 below `low`, 1 above `high`, straight between.
-double ramp(double value, double low, double high)
+constexpr int pixels = HoleView::places;
+constexpr int picturesOfPlace = 3;
+
+constexpr double worthTwo = -4;   // evidence from which a place is looked at again
+constexpr size_t mostTwice = 4;   // so many at most
+constexpr double mostMove = 0.6;  // radii
+constexpr double mostScale = 0.6; // logarithm
+
+enum Answer { Evidence, Along, Across, Radius, Outer, Kinds };
+
+Judgement judged(const cv::Point2d& hub, const Judgement& place, const float* answer)
 {
-    return std::clamp((value - low) / (high - low), 0.0, 1.0);
-}
-
-using Sectors = std::array<double, sectors>;
-
-/// Gray values outside and inside of the outline, sector by sector. A valve may stand in the hole, or its lit wall
-/// show: some band between middle and mouth is dark even then.
-struct SectorLevels
-{
-    static constexpr std::array<double, 4> bandStarts{0.2, 0.35, 0.5, 0.68};
-    static constexpr double bandWidth = 0.2;
-
-    Sectors outside{};
-    std::array<Sectors, bandStarts.size()> bands{};
-};
-
-double meanOf(const Sectors& values)
-{
-    return std::accumulate(values.begin(), values.end(), 0.0) / sectors;
-}
-
-SectorLevels levelsAround(const Fan& fan, const Outline& outline)
-{
-    SectorLevels levels;
-    constexpr double share = static_cast<double>(sectors) / rays;
-    for (int i = 0; i < rays; ++i) {
-        const Ray& ray = fan.all()[i];
-        const double edge = outline.radiusAt(ray.angle);
-        const int sector = i * sectors / rays;
-        levels.outside[sector] += share * meanOf(ray, 1.25 * edge + 0.5, 1.5 * edge + 1);
-        for (size_t k = 0; k < levels.bands.size(); ++k) {
-            const double from = SectorLevels::bandStarts[k];
-            levels.bands[k][sector] += share * meanOf(ray, from * edge, (from + SectorLevels::bandWidth) * edge);
-        }
-    }
-    return levels;
-}
-
-/// Brightness outside against the darkest of the bands, less what noise alone would make of that choice: the smaller
-/// the hole, the fewer pixels a band has.
-Sectors contrasts(const SectorLevels& levels, double radius, double noise)
-{
-    const double byChance = noise * std::min(1.0, 5 / radius);
-    Sectors values{};
-    for (size_t i = 0; i < values.size(); ++i) {
-        double darkest = 255;
-        for (const Sectors& band : levels.bands)
-            darkest = std::min(darkest, band[i]);
-        values[i] = levels.outside[i] - darkest - byChance;
-    }
-    return values;
-}
-
-/// How much darker the darkest band is, in the half of the sectors where that shows most: on the others a lit wall or a
-/// valve may hide the mouth's edge. Again less what noise makes of the choice.
-double typicalContrast(const SectorLevels& levels, double radius, double noise)
-{
-    const Sectors& band =
-        *std::min_element(levels.bands.begin(), levels.bands.end(),
-                          [](const Sectors& one, const Sectors& two) { return meanOf(one) < meanOf(two); });
-    Sectors values{};
-    // The shining edge of the lip near by makes nothing darker.
-    const double most = middleOf({levels.outside.begin(), levels.outside.end()});
-    for (size_t i = 0; i < values.size(); ++i)
-        values[i] = std::min(levels.outside[i], most) - band[i];
-    std::sort(values.begin(), values.end());
-    constexpr int half = sectors / 2;
-    const double stronger = std::accumulate(values.begin() + half, values.end(), 0.0) / half;
-    return stronger - noise * std::min(0.8, 2.8 / radius);
-}
-
-/// A dark strip has two sides, a hole has none that is open: of each two opposite sectors one shows the mouth's edge.
-double evidenceOf(const Sectors& values, double typical)
-{
-    Sectors shares{};
-    for (int i = 0; i < sectors; ++i)
-        shares[i] = ramp(values[i] / std::max(1.0, typical), 0.1, 0.4);
-    double weakestPair = 1;
-    for (int i = 0; i < sectors / 2; ++i)
-        weakestPair = std::min(weakestPair, std::max(shares[i], shares[i + sectors / 2]));
-    return std::min(weakestPair, ramp(meanOf(shares), 0.5, 0.8));
-}
-
-double strengthOf(const HoleFit& hole)
-{
-    std::vector<double> strengths;
-    for (const EdgePoint& point : hole.points)
-        strengths.push_back(point.strength);
-    return middleOf(strengths);
-}
-
-/// How far the edge points lie from one outline beyond what noise explains, against the hole's size.
-double unevenness(const HoleFit& hole, double noise)
-{
-    const double byNoise = 0.5 * noise / std::max(0.5, strengthOf(hole));
-    const double residual = hole.fit.residual;
-    return std::sqrt(std::max(0.0, residual * residual - byNoise * byNoise)) / (hole.fit.outline.radius + 4);
-}
-
-double roundnessOf(const HoleFit& hole, double uneven)
-{
-    const Outline& outline = hole.fit.outline;
-    const double flatness = std::hypot(outline.c2, outline.s2) / outline.radius;
-    return (1 - ramp(uneven, 0.045, 0.19)) * (1 - ramp(flatness, 0.28, 0.48));
-}
-
-/// `share`: how far it is down to black, where 1 is black. A valve in the hole lets less of the dark be seen; but the
-/// hole's edge stays even and as sharp as the lens allows, while dirt is uneven and fades out. `sharpness` is the
-/// edge's, per pixel.
-double darknessOf(double share, double sharpness, double uneven)
-{
-    constexpr double usual = 0.15;
-    const double edge = 2 * std::min(sharpness - usual, usual);
-    return ramp(share + (edge > 0 ? edge * (1 - ramp(uneven, 0.025, 0.06)) : edge), 0.3, 0.88);
+    const auto said = [answer](int i, double most) { return std::clamp(static_cast<double>(answer[i]), -most, most); };
+    const cv::Point2d arm = place.center - hub;
+    const cv::Point2d along = arm / std::max(1e-6, cv::norm(arm));
+    const cv::Point2d across(-along.y, along.x);
+    Judgement result;
+    result.center = place.center + place.radius * (said(Along, mostMove) * along + said(Across, mostMove) * across);
+    result.radius = place.radius * std::exp(said(Radius, mostScale));
+    result.outerRadius = std::max(result.radius, place.radius * std::exp(said(Outer, 2 * mostScale)));
+    result.evidence = static_cast<double>(answer[Evidence]);
+    const float* const kinds = answer + Kinds;
+    result.lookalike =
+        static_cast<Lookalike>(std::max_element(kinds, kinds + static_cast<int>(Lookalike::count)) - kinds);
+    return result;
 }
 
 } // namespace
 
-HoleScore judge(const HoleFit& hole, const Fan& fan, const Range& radius, const ImageLevels& levels)
+void takePictures(Pyramid& image, const cv::Point2d& hub, const GrayLevels& levels, const cv::Point2d& center,
+                  double radius, float* pictures)
 {
-    const Outline& outline = hole.fit.outline;
-    const SectorLevels around = levelsAround(fan, outline);
-    const double outside = middleOf({around.outside.begin(), around.outside.end()});
-    const double typical = typicalContrast(around, outline.radius, levels.noise);
-    HoleScore score;
-    score.evidence = evidenceOf(contrasts(around, outline.radius, levels.noise), typical);
-    const double uneven = unevenness(hole, levels.noise);
-    score.roundness = roundnessOf(hole, uneven);
-    const double sharpness = strengthOf(hole) / std::max(1.0, typical);
-    score.darkness = darknessOf(typical / std::max(10.0, outside - levels.black), sharpness,
-                                hole.fit.residual / (outline.radius + 4)) *
-                     ramp(typical / levels.noise * std::sqrt(outline.radius / 10), 0.9, 2.2);
-    // A tilted hole is as large as its longer half axis.
-    const double largest = outline.radius + std::hypot(outline.c2, outline.s2);
-    const double off = std::max(radius.low - largest, outline.radius - radius.high);
-    score.size = 1 - ramp(off / outline.radius, 0.0, 0.3);
-    return score;
+    const cv::Point2d arm = center - hub;
+    const double reach = std::max(1e-6, cv::norm(arm));
+    const cv::Point2d along = arm / reach;
+    float* const near = pictures;
+    float* const wide = pictures + pixels;
+    float* const absolute = pictures + 2 * pixels;
+    HoleView{center, along, nearReach * radius}.sampleRoots(image, near);
+    HoleView{center, along, wideReach * radius}.sampleRoots(image, wide);
+    cv::Scalar mean, spread;
+    cv::meanStdDev(cv::Mat(HoleView::side, HoleView::side, CV_32F, wide), mean, spread);
+    const auto middle = static_cast<float>(mean[0]);
+    const float scale = 1 / (static_cast<float>(spread[0]) + flat);
+    const auto dark = static_cast<float>(std::sqrt(levels.black));
+    const auto bright = static_cast<float>(std::sqrt(std::max(levels.bright, levels.black + 1)));
+    const float range = 2 / std::max(1.0F, bright - dark);
+    for (int i = 0; i < pixels; ++i) {
+        absolute[i] = range * (near[i] - dark) - 1;
+        near[i] = scale * (near[i] - middle);
+        wide[i] = scale * (wide[i] - middle);
+    }
+}
+
+std::vector<Judgement> HoleJudge::look(Pyramid& image, const cv::Point2d& hub, const GrayLevels& levels,
+                                       const std::vector<Judgement>& places)
+{
+    if (places.empty())
+        return {};
+    const std::array<int, 4> shape{static_cast<int>(places.size()), picturesOfPlace, HoleView::side, HoleView::side};
+    m_input.create(static_cast<int>(shape.size()), shape.data(), CV_32F);
+    for (size_t i = 0; i < places.size(); ++i)
+        takePictures(image, hub, levels, places[i].center, places[i].radius, m_input.ptr<float>(static_cast<int>(i)));
+    const cv::Mat answers = m_network.run(m_input);
+    std::vector<Judgement> judgements;
+    judgements.reserve(places.size());
+    for (size_t i = 0; i < places.size(); ++i)
+        judgements.push_back(judged(hub, places[i], answers.ptr<float>(static_cast<int>(i))));
+    return judgements;
+}
+
+std::vector<Judgement> HoleJudge::judge(Pyramid& image, const cv::Point2d& hub, const GrayLevels& levels,
+                                        const std::vector<HoleCandidate>& candidates)
+{
+    std::vector<Judgement> places(candidates.size());
+    for (size_t i = 0; i < places.size(); ++i) {
+        places[i].center = candidates[i].point;
+        places[i].radius = candidates[i].radius;
+    }
+    std::vector<Judgement> judgements = look(image, hub, levels, places);
+    std::vector<size_t> order(judgements.size());
+    for (size_t i = 0; i < order.size(); ++i)
+        order[i] = i;
+    std::stable_sort(order.begin(), order.end(),
+                     [&](size_t a, size_t b) { return judgements[a].evidence > judgements[b].evidence; });
+    order.resize(std::min(order.size(), mostTwice));
+    while (!order.empty() && judgements[order.back()].evidence < worthTwo)
+        order.pop_back();
+    std::vector<Judgement> again;
+    again.reserve(order.size());
+    for (const size_t i : order)
+        again.push_back(judgements[i]);
+    again = look(image, hub, levels, again);
+    for (size_t k = 0; k < order.size(); ++k)
+        judgements[order[k]] = again[k];
+    return judgements;
 }
 
 } // namespace finder

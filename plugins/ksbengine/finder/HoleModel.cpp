@@ -34,9 +34,10 @@ constexpr std::array<Field, 7> fields{{
 
 // Broad limits of the built-in model, a little wider than what it promises so that a wheel at a limit is still inside.
 constexpr Range autoRimOfHeight{0.24, 0.53};
-constexpr Range autoRingOfRim{0.72, 0.97};
-constexpr Range autoHole{5.5, 22};
-constexpr double autoScoreLimit = 0.73; // where place and size are not known, the rest has to be right
+constexpr Range autoRingOfRim{0.70, 0.97};
+// Valve holes are 8 to 20 mm wide, rims 330 to 560 mm.
+constexpr Range autoHoleOfRim{0.0118, 0.060};
+constexpr double autoScoreLimit = 0.6; // where place and size are not known, the rest has to be right
 
 bool isNumber(const QVariant& value)
 {
@@ -99,7 +100,9 @@ Range HoleModel::ringRange(double foundRim) const
 
 Range HoleModel::holeRange(double foundRim) const
 {
-    return holeRadius > 0 ? around(holeRadius * scale(foundRim), holeTolerance) : autoHole;
+    if (holeRadius > 0)
+        return around(holeRadius * scale(foundRim), holeTolerance);
+    return {autoHoleOfRim.low * foundRim, autoHoleOfRim.high * foundRim};
 }
 
 QString autoModelName()

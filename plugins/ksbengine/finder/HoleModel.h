@@ -20,7 +20,7 @@ struct HoleModel
     double ringTolerance = 3;  ///< percent of ringRadius
     double holeRadius = 0;     ///< mouth of the hole, pixels, at a rim of rimRadius
     double holeTolerance = 25; ///< percent of holeRadius
-    double scoreLimit = 0.5;   ///< a hole with a lower score is not believed, 0 to 1
+    double scoreLimit = 0.5;   ///< a hole with a lower score is refused, 0 to 1
     bool taught = false;
     /// What the model has been shown, shared by all copies of the model; null when it has been shown nothing.
     std::shared_ptr<const HoleExamples> examples;
@@ -38,8 +38,8 @@ private:
 
 /// Name of the built-in model, present in every solution.
 QString autoModelName();
-/// The built-in model: rim 25 to 50 % of the image height, hole of 6 to 20 px radius between lip and spokes. It needs
-/// no teaching and counts as taught.
+/// The built-in model: rim 25 to 50 % of the image height, hole of 1.2 to 6 % of the rim's radius between lip and
+/// spokes. It needs no teaching and counts as taught.
 HoleModel autoModel();
 
 /// Names, types and defaults as in the model files; see ISolutionStore.h. Values that are missing keep what `model`

@@ -3,6 +3,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
+#include <cmath>
 
 namespace finder {
 
@@ -34,6 +35,15 @@ const cv::Mat& Pyramid::level(int k)
                    0, 0, cv::INTER_AREA);
     }
     return m_levels[static_cast<size_t>(k)];
+}
+
+int Pyramid::levelForStep(double step) const
+{
+    // Of levels of a single row or column no pixels can be interpolated.
+    int last = 0;
+    while (last + 1 < m_count && (std::min(m_levels[0].cols, m_levels[0].rows) >> (last + 1)) >= 2)
+        ++last;
+    return std::clamp(cvRound(std::log2(std::max(step, 1e-6))), 0, last);
 }
 
 } // namespace finder

@@ -26,6 +26,9 @@ public:
     /// The coarsest level whose shorter side still has `least` pixels; 0 where the image itself has fewer.
     static int levelOfSide(const cv::Size& image, int least);
 
+    /// The level whose pixels are about as large as `step` pixels of the image: by less than a half larger or smaller.
+    int levelForStep(double step) const;
+
     /// A coordinate of level 0 in pixels of level k, and back.
     static double toLevel(double coordinate, int k) { return (coordinate + 0.5) / scale(k) - 0.5; }
     static double fromLevel(double coordinate, int k) { return (coordinate + 0.5) * scale(k) - 0.5; }

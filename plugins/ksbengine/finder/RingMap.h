@@ -8,18 +8,20 @@
 
 namespace finder {
 
+class Pyramid;
+
 /// The ring around the hub, unwrapped: row = direction, column = distance from the hub centre. Steps are about equally
 /// long both ways, so that a hole stays round. A tilted ring is unwrapped along its ellipse. Values are 16 times the
 /// square root of the gray value, so that equal contrasts of dim and bright places look alike. Keeps its buffers.
 class RingMap
 {
 public:
-    /// Unwraps the radii `band` (of the hub's circle, before tilt) with one value every `step` pixels. Places outside
-    /// of the image read as 0.
-    void unwrap(const cv::Mat& gray, const Outline& hub, const Range& band, double step);
+    /// Rows and columns come in multiples of this, as a network that halves twice wants them.
+    static constexpr int multiple = 4;
 
-    /// The same ring at half the resolution, as of the last unwrap().
-    RingMap halved() const;
+    /// Unwraps the radii `band` (of the hub's circle, before tilt) with one value every `step` pixels, bilinear from
+    /// the level of the image whose pixels are about as large. Places outside of the image go on as its border.
+    void unwrap(Pyramid& image, const Outline& hub, const Range& band, double step);
 
     /// The map, with some rows of the other end repeated above and below so that nothing is cut at direction 0.
     const cv::Mat& map() const { return m_map; }
@@ -35,7 +37,7 @@ public:
     double radiusOfColumn(double column) const { return m_band.low + column * m_step; }
 
 private:
-    void unwrapRay(const cv::Mat& gray, int row);
+    void unwrapRay(const cv::Mat& level, double scale, int row);
     void repeatEnds();
 
     cv::Mat m_map;

@@ -1,0 +1,169 @@
+#include "HoleChoice.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace finder {
+
+namespace {
+
+// Weights by logistic regression of "which of these places, or none, is the hole" over wheels that the judge has not
+// learnt from.
+struct Weights
+{
+    double evidence;
+    double place;
+    double size;
+    double round;
+    double offset;
+};
+constexpr Weights ofTaught{1.1, 1.2, 1.6, -3, 0};
+constexpr Weights ofAuto{1.0, 1.5, 1.2, -4, -0.8};
+
+constexpr double taughtPlaceSigma = 0.02; // of the ring's radius
+constexpr double taughtSizeSigma = 0.12;  // logarithm of the radius
+constexpr double usualPlace = 0.875;      // of the rim's radius, where the ledge of most wheels is
+constexpr double usualPlaceSigma = 0.05;
+constexpr double usualSize = 0.028; // of the rim's radius
+constexpr double usualSizeSigma = 0.6;
+
+// Holes of a round: of one size (logarithm), on one ring (share of the rim's radius), each about as likely.
+constexpr double alikeSize = 0.16;
+constexpr double alikeRing = 0.012;
+constexpr double alikeOdds = 3;
+constexpr double leastOfRound = -1.5; // evidence
+constexpr int fewestOfRound = 2;      // others
+
+// A second place could be the hole as well where it is nearly as likely, or likely enough by itself and not much less.
+constexpr double rivalOdds = 1.2;
+constexpr double clearRivalOdds = 2;
+constexpr double clear = 3;
+
+/// What a deviation of so many sigmas adds; its tails are heavy, since one wheel may be unlike the one that was taught.
+double lessFor(double sigmas)
+{
+    return -std::log1p(sigmas * sigmas);
+}
+
+double placeOdds(double reach, const HoleModel& model, double rim)
+{
+    if (model.ringRadius <= 0)
+        return lessFor((reach / rim - usualPlace) / usualPlaceSigma);
+    const double ring = model.ringRange(rim).middle();
+    return lessFor((reach - ring) / (taughtPlaceSigma * ring));
+}
+
+double sizeOdds(double radius, const HoleModel& model, double rim)
+{
+    if (model.holeRadius <= 0)
+        return lessFor(std::log(radius / (usualSize * rim)) / usualSizeSigma);
+    return lessFor(std::log(radius / model.holeRange(rim).middle()) / taughtSizeSigma);
+}
+
+bool sameSpot(const RankedHole& one, const RankedHole& other)
+{
+    return cv::norm(one.seen.center - other.seen.center) < 1.1 * std::max(one.seen.radius, other.seen.radius);
+}
+
+bool ofOneRound(const RankedHole& one, const RankedHole& other, const Outline& hub)
+{
+    const auto reach = [&](const RankedHole& hole) { return cv::norm(hole.seen.center - hub.center); };
+    return !sameSpot(one, other) && std::abs(std::log(one.seen.radius / other.seen.radius)) < alikeSize &&
+           std::abs(reach(one) - reach(other)) < alikeRing * hub.radius &&
+           std::min(one.seen.evidence, other.seen.evidence) > leastOfRound &&
+           std::abs(one.seen.evidence - other.seen.evidence) < alikeOdds;
+}
+
+void weigh(const HoleModel& model, const Outline& hub, std::vector<RankedHole>& holes)
+{
+    const Weights& weights = model.ringRadius > 0 && model.holeRadius > 0 ? ofTaught : ofAuto;
+    for (RankedHole& hole : holes) {
+        const double reach = cv::norm(hole.seen.center - hub.center);
+        hole.place = weights.place * placeOdds(reach, model, hub.radius);
+        hole.size = weights.size * sizeOdds(hole.seen.radius, model, hub.radius);
+        const auto others = std::count_if(holes.begin(), holes.end(), [&](const RankedHole& other) {
+            return &other != &hole && ofOneRound(hole, other, hub);
+        });
+        hole.company = others >= fewestOfRound ? weights.round : 0;
+        hole.odds = weights.offset + weights.evidence * hole.seen.evidence + hole.place + hole.size + hole.examples +
+                    hole.company;
+    }
+}
+
+/// One of the places is the hole, or none is: their odds share one probability.
+void share(std::vector<RankedHole>& holes)
+{
+    double all = 1;
+    for (size_t i = 0; i < holes.size(); ++i) {
+        const bool again = std::any_of(holes.begin(), holes.begin() + static_cast<std::ptrdiff_t>(i),
+                                       [&](const RankedHole& better) { return sameSpot(better, holes[i]); });
+        all += again ? 0 : std::exp(holes[i].odds);
+    }
+    for (RankedHole& hole : holes)
+        hole.score = std::min(1.0, std::exp(hole.odds) / all);
+}
+
+Doubt doubtOf(Lookalike lookalike)
+{
+    switch (lookalike) {
+    case Lookalike::Flat:
+        return Doubt::Flat;
+    case Lookalike::Letter:
+        return Doubt::Letter;
+    case Lookalike::Edge:
+        return Doubt::Edge;
+    default:
+        return Doubt::Ragged;
+    }
+}
+
+/// The greatest of what speaks against a place.
+Doubt doubtOf(const RankedHole& hole)
+{
+    const std::array<std::pair<double, Doubt>, 5> against{{
+        {hole.seen.evidence, doubtOf(hole.seen.lookalike)},
+        {hole.place, Doubt::OffRing},
+        {hole.size, Doubt::OtherSize},
+        {hole.examples, Doubt::Rejected},
+        {hole.company, Doubt::OneOfMany},
+    }};
+    return std::min_element(against.begin(), against.end())->second;
+}
+
+bool couldBe(const RankedHole& rival, const RankedHole& best)
+{
+    return best.odds - rival.odds < (rival.odds > clear ? clearRivalOdds : rivalOdds);
+}
+
+} // namespace
+
+HoleChoice chooseHole(const HoleModel& model, const Outline& hub, std::vector<RankedHole>* holes)
+{
+    HoleChoice choice;
+    if (holes->empty()) {
+        choice.doubt = Doubt::NothingSeen;
+        return choice;
+    }
+    weigh(model, hub, *holes);
+    std::stable_sort(holes->begin(), holes->end(),
+                     [](const RankedHole& a, const RankedHole& b) { return a.odds > b.odds; });
+    share(*holes);
+    const RankedHole& best = holes->front();
+    const auto rival =
+        std::find_if(holes->begin(), holes->end(), [&](const RankedHole& hole) { return !sameSpot(hole, best); });
+    choice.runnerUp = rival == holes->end() ? 0 : rival->score;
+    const bool close = rival != holes->end() && couldBe(*rival, best);
+    if (best.score >= model.scoreLimit && !close)
+        choice.error = FindError::None;
+    else if (close && 1 / (1 + std::exp(-best.odds)) >= model.scoreLimit)
+        choice.error = FindError::Ambiguous;
+    if (choice.error == FindError::Ambiguous)
+        choice.doubt = Doubt::TwoAlike;
+    else if (choice.error != FindError::None)
+        choice.doubt = doubtOf(best);
+    return choice;
+}
+
+} // namespace finder
