@@ -47,9 +47,10 @@ public:
     /// All of a model; empty for an unknown one. This and all below: GUI thread.
     virtual Examples examples(const QString& solution, const QString& model) = 0;
 
-    /// Stores an example with a model; the next task counts it. The engine keeps a limited number, and of these the
-    /// ones that differ the most, so that it may drop an old one or the new one. On failure, also for a built-in or
-    /// unknown model, nothing changes, false is returned and `error` says why; likewise below.
+    /// Stores an example with a model; the next task counts it. It overrules the same place of the other kind. The
+    /// engine keeps a limited number, and of these the ones that differ the most, so that it may drop an old one or the
+    /// new one. On failure, also for a built-in or unknown model, nothing changes, false is returned and `error` says
+    /// why; likewise below.
     virtual bool addExample(const QString& solution, const QString& model, Kind kind, const QVariantMap& example,
                             QString* error) = 0;
 

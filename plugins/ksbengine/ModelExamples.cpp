@@ -162,6 +162,13 @@ bool ModelExamples::addExample(const QString& solution, const QString& model, Ki
         return false;
     HoleExamples all = known(*m_store, solution, model);
     HoleExamples::add(&listOf(all, kind), added);
+    // What a person says now overrules what was said of the same place before.
+    QVector<HoleExample>& other = listOf(all, kind == Kind::Hole ? Kind::Rejected : Kind::Hole);
+    other.erase(std::remove_if(other.begin(), other.end(),
+                               [&added](const HoleExample& known) {
+                                   return finder::distanceBetween(known.patch, added.patch) < HoleExamples::same;
+                               }),
+                other.end());
     return m_store->setExamples(solution, model, all, why);
 }
 

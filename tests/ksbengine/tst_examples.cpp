@@ -238,6 +238,15 @@ private slots:
                                            &shown.error));
     }
 
+    void secondThoughtOverrulesTheFirst()
+    {
+        Shown shown;
+        QVERIFY(shown.add(Kind::Hole, 1) && shown.add(Kind::Hole, 2) && shown.add(Kind::Rejected, 2));
+        const IModelExamples::Examples all = shown.examples.examples(solution, model);
+        QCOMPARE(all.holes.size(), 1);
+        QCOMPARE(all.rejected.size(), 1);
+    }
+
     void damagedExamplesLeaveTheModelRunning_data()
     {
         QTest::addColumn<QByteArray>("from");
