@@ -21,22 +21,6 @@ const QStringList imagePatterns{QStringLiteral("*.bmp"),  QStringLiteral("*.png"
                                 QStringLiteral("*.jpeg"), QStringLiteral("*.tif"), QStringLiteral("*.tiff"),
                                 QStringLiteral("*.pgm")};
 
-/// Through memory, since the decoder opens no path with Chinese in it on every platform.
-QImage readImage(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() == 0)
-        return {};
-    const QByteArray bytes = file.readAll();
-    const cv::Mat raw(1, bytes.size(), CV_8UC1, const_cast<char*>(bytes.constData()));
-    try {
-        return finder::toImage(cv::imdecode(raw, cv::IMREAD_UNCHANGED));
-    } catch (const std::exception& problem) {
-        qWarning("%s: %s", qUtf8Printable(path), problem.what());
-        return {};
-    }
-}
-
 LocateRun runOn(const QImage& image, const finder::HoleModel& model, finder::Finder& finder)
 {
     LocateRun run;
@@ -125,6 +109,22 @@ private:
 };
 
 } // namespace
+
+/// Through memory, since the decoder opens no path with Chinese in it on every platform.
+QImage readImage(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() == 0)
+        return {};
+    const QByteArray bytes = file.readAll();
+    const cv::Mat raw(1, bytes.size(), CV_8UC1, const_cast<char*>(bytes.constData()));
+    try {
+        return finder::toImage(cv::imdecode(raw, cv::IMREAD_UNCHANGED));
+    } catch (const std::exception& problem) {
+        qWarning("%s: %s", qUtf8Printable(path), problem.what());
+        return {};
+    }
+}
 
 QStringList imageFiles(const QStringList& arguments)
 {

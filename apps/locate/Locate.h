@@ -3,6 +3,7 @@
 #include "finder/FindResult.h"
 #include "finder/HoleModel.h"
 
+#include <QImage>
 #include <QJsonObject>
 #include <QStringList>
 #include <QVariantMap>
@@ -34,6 +35,9 @@ struct Located
     LocateRun edited;
     bool compared = false; ///< whether the edited values were run
 };
+
+/// Null when the file cannot be read or is no image.
+QImage readImage(const QString& path);
 
 /// The images behind the arguments: files as given, folders with all images in them and below them in path order. A
 /// path that is neither is listed as it is, so that its line tells that it cannot be read.

@@ -1,6 +1,6 @@
 #include "Comparison.h"
 #include "Report.h"
-#include "SolutionStore.h"
+#include "TeachCommand.h"
 
 #include <valvecell/HomeFiles.h>
 
@@ -15,12 +15,12 @@
 
 namespace {
 
-enum ExitCode { Done = 0, SomeUnreadable = 1, WrongUse = 2 };
+enum ExitCode { Done = 0, SomeUnreadable = 1, NotTaught = 1, WrongUse = 2 };
 
-int fail(const QString& text)
+int fail(const QString& text, ExitCode code = WrongUse)
 {
     std::fprintf(stderr, "locate: %s\n", qUtf8Printable(text));
-    return WrongUse;
+    return code;
 }
 
 void addOptions(QCommandLineParser& parser)
@@ -29,7 +29,10 @@ void addOptions(QCommandLineParser& parser)
     parser.addHelpOption();
     parser.addOptions({
         {QStringLiteral("home"), QStringLiteral("Directory that holds user/solutions."), QStringLiteral("DIR")},
-        {QStringLiteral("solution"), QStringLiteral("Solution that the model belongs to."), QStringLiteral("S")},
+        {QStringLiteral("solution"),
+         QStringLiteral("Solution that the model belongs to; may be left out while there is "
+                        "only one."),
+         QStringLiteral("S")},
         {QStringLiteral("model"), QStringLiteral("Model; without it the built-in one."), QStringLiteral("M"),
          finder::autoModelName()},
         {QStringLiteral("params"), QStringLiteral("Parameters by image name that stand in for the model's."),
@@ -42,6 +45,7 @@ void addOptions(QCommandLineParser& parser)
         {QStringLiteral("jobs"), QStringLiteral("Images located at the same time."), QStringLiteral("N"),
          QStringLiteral("1")},
     });
+    TeachCommand::addOptions(parser);
     parser.addPositionalArgument(QStringLiteral("images"), QStringLiteral("Image files or folders of images."),
                                  QStringLiteral("IMAGE-or-FOLDER..."));
 }
@@ -49,16 +53,16 @@ void addOptions(QCommandLineParser& parser)
 bool loadModel(const QCommandLineParser& parser, finder::HoleModel* model, QString* error)
 {
     const QString name = parser.value(QStringLiteral("model"));
-    if (!parser.isSet(QStringLiteral("solution"))) {
+    if (!parser.isSet(QStringLiteral("solution")) && name == finder::autoModelName()) {
         *model = finder::autoModel();
-        *error = QStringLiteral("a model other than \"auto\" needs --solution");
-        return name == finder::autoModelName();
+        return true;
     }
-    const QString solution = parser.value(QStringLiteral("solution"));
-    SolutionStore store(HomeFiles::home() + QStringLiteral("/user/solutions"));
-    store.read();
+    SolutionStore store = readSolutions();
+    const QString solution = solutionOf(parser, store);
     SolutionStore::Answer answer = SolutionStore::Answer::Hole;
-    *error = QStringLiteral("no model \"%1\" in solution \"%2\" of %3").arg(name, solution, HomeFiles::home());
+    *error = solution.isEmpty()
+                 ? QStringLiteral("there are several solutions: --solution says which one is meant")
+                 : QStringLiteral("no model \"%1\" in solution \"%2\" of %3").arg(name, solution, HomeFiles::home());
     return store.lookUp(solution, name, model, &answer);
 }
 
@@ -84,9 +88,9 @@ bool loadPlan(const QCommandLineParser& parser, LocatePlan* plan, QString* error
     return loaded && finder::applyParameters(plan->edited, &tried, error);
 }
 
-void printLine(const Located& located)
+void printLine(const QJsonObject& object)
 {
-    const QByteArray line = QJsonDocument(Report::lineOf(located)).toJson(QJsonDocument::Compact) + '\n';
+    const QByteArray line = QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
     std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stdout);
     std::fflush(stdout);
 }
@@ -99,7 +103,7 @@ int run(const QStringList& files, const LocatePlan& plan, const QString& csvFile
     QByteArray csv = Report::csvHeader(!plan.edited.isEmpty());
     locateAll(files, plan, [&](const Located& located) {
         allRead = located.read && allRead;
-        printLine(located);
+        printLine(Report::lineOf(located));
         summary.add(located);
         if (table)
             csv += Report::csvLine(located);
@@ -110,6 +114,19 @@ int run(const QStringList& files, const LocatePlan& plan, const QString& csvFile
     if (table && !HomeFiles::writeFile(csvFile, csv, &error))
         return fail(error);
     return allRead ? Done : SomeUnreadable;
+}
+
+int teach(const QCommandLineParser& parser)
+{
+    SolutionStore store = readSolutions();
+    QString error = TeachCommand::misuse(parser, store);
+    if (!error.isEmpty())
+        return fail(error);
+    const QJsonObject answer = TeachCommand::run(parser, store, &error);
+    if (answer.isEmpty())
+        return fail(error, NotTaught);
+    printLine(answer);
+    return Done;
 }
 
 } // namespace
@@ -123,6 +140,8 @@ int main(int argc, char* argv[])
     parser.process(app);
     if (parser.isSet(QStringLiteral("home")))
         qputenv("VALVECELL_HOME", parser.value(QStringLiteral("home")).toUtf8());
+    if (TeachCommand::isAsked(parser))
+        return teach(parser);
     bool isNumber = false;
     LocatePlan plan;
     QString error;

@@ -101,6 +101,41 @@ private slots:
         QVERIFY2(answer.messages.contains("rim_radius") && answer.messages.contains("b.png"), answer.messages);
     }
 
+    void folderOfAPlantTeachesAModel()
+    {
+        const Archive plant;
+        const QString model = QStringLiteral("五辐17");
+        const QStringList target{QStringLiteral("--home"), plant.home.path(), QStringLiteral("--model"), model};
+        const auto show = [&](const char* option, quint64 seed, const QString& place) {
+            const QString name = QStringLiteral("../教/%1.png").arg(seed);
+            plant.save(name, seed, true);
+            return locate(target + QStringList{QLatin1String(option), plant.day() + '/' + name, "--hole", place});
+        };
+        const auto holeOf = [](quint64 seed) {
+            const wheel::WheelTruth truth = wheel::truthOf(Wheels::spec("five", seed));
+            return QStringLiteral("%1,%2").arg(truth.holeCenter.x + 3).arg(truth.holeCenter.y - 4);
+        };
+        QCOMPARE(show("--reject", 11, holeOf(11)).code, 1);
+        QCOMPARE(show("--teach", 11, QStringLiteral("3,4")).code, 1);
+        const Answer first = show("--teach", 11, holeOf(11));
+        QVERIFY2(first.code == 0, first.messages);
+        QCOMPARE(first.lines[0].value("created"), QJsonValue(true));
+        QCOMPARE(first.lines[0].value("proposed"), QJsonValue());
+        QCOMPARE(locate(target + QStringList{"--propose"}).code, 1);
+        QCOMPARE(show("--teach", 12, holeOf(12)).code, 0);
+        const Answer third = show("--teach", 13, holeOf(13));
+        QCOMPARE(valuesOf(third, "created") + valuesOf(third, "holes"), QStringList({"false", "3"}));
+        const Answer rejected = show("--reject", 14, QStringLiteral("%1,%2").arg(700).arg(500));
+        QCOMPARE(valuesOf(rejected, "holes") + valuesOf(rejected, "rejected"), QStringList({"3", "1"}));
+        const Answer proposed = locate(target + QStringList{"--propose"});
+        QCOMPARE(QJsonValue(proposed.lines.value(0)), third.lines.value(0).value("proposed"));
+        plant.home.write(QStringLiteral("/proposed.json"), QJsonDocument(proposed.lines[0]).toJson());
+        const Answer checked =
+            locate(target + QStringList{"--against", plant.home.path("/proposed.json"), plant.day() + "/../教"});
+        QCOMPARE(valuesOf(checked, "change"), QStringList({"same", "same", "same", "same"}));
+        QCOMPARE(valuesOf(checked, "found"), QStringList({"true", "true", "true", "true"}));
+    }
+
     void wrongUseIsRefused_data()
     {
         QTest::addColumn<QStringList>("arguments");
@@ -109,6 +144,13 @@ private slots:
         QTest::newRow("no number") << QStringList{"--jobs", "many", "x.png"} << 2;
         QTest::newRow("model without solution") << QStringList{"--model", "W18", "x.png"} << 2;
         QTest::newRow("missing parameters") << QStringList{"--against", "nowhere.json", "x.png"} << 2;
+        QTest::newRow("place missing") << QStringList{"--teach", "x.png", "--model", "W18"} << 2;
+        QTest::newRow("place is none") << QStringList{"--teach", "x.png", "--model", "W18", "--hole", "3;4"} << 2;
+        QTest::newRow("built-in model") << QStringList{"--teach", "x.png", "--hole", "3,4"} << 2;
+        QTest::newRow("two at a time") << QStringList{"--reject", "x.png", "y.png", "--model", "W18", "--hole", "3,4"}
+                                       << 2;
+        QTest::newRow("taught and rejected")
+            << QStringList{"--teach", "x.png", "--reject", "x.png", "--model", "W18", "--hole", "3,4"} << 2;
         QTest::newRow("missing image") << QStringList{"nowhere.png"} << 1;
     }
 

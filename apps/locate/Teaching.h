@@ -1,0 +1,43 @@
+#pragma once
+
+#include "ModelExamples.h"
+
+#include <QJsonObject>
+
+#include <optional>
+
+/// One example for a model, as a script gives it.
+struct TeachOrder
+{
+    QString image;              ///< path
+    QPointF hole;               ///< image pixels
+    std::optional<QPointF> rim; ///< a point on the rim's outer edge, for a model that does not exist yet
+    QString solution;
+    QString model;
+    IModelExamples::Kind kind = IModelExamples::Kind::Hole;
+};
+
+/// Adds examples to the models of a store.
+class Teaching
+{
+public:
+    /// `store` outlives this object.
+    explicit Teaching(SolutionStore* store);
+
+    /// Adds the example and returns what leaves the program for it: the image's and the model's name, whether the model
+    /// was made, how many examples it has, the sizes of this one and "proposed", the model's parameters as its holes
+    /// suggest them, null for fewer holes than that needs. A solution or model that does not exist is made by its first
+    /// hole; a counter-example needs the model. Empty, with the reason, when nothing was added.
+    QJsonObject add(const TeachOrder& order, QString* error);
+
+    /// The parameters that the model's holes suggest; empty, with the reason, for too few holes or an unknown model.
+    QJsonObject proposal(const QString& solution, const QString& model, QString* error);
+
+private:
+    /// The parameters that the example is measured with: the model's, or those that its first image teaches.
+    QVariantMap parametersFor(const TeachOrder& order, const QImage& image, QString* error);
+    bool create(const TeachOrder& order, const QVariantMap& parameters, QString* error);
+
+    SolutionStore* m_store;
+    ModelExamples m_examples;
+};
