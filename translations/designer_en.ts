@@ -216,6 +216,20 @@ px</translation>
         <source>无法读取</source>
         <translation>Unreadable</translation>
     </message>
+    <message>
+        <source>孔</source>
+        <translation>hole</translation>
+    </message>
+    <message>
+        <source>误认</source>
+        <translation>not the hole</translation>
+    </message>
+    <message>
+        <source>人工
+确认</source>
+        <translation>Judged
+by hand</translation>
+    </message>
 </context>
 <context>
     <name>DesignerWindow</name>
@@ -268,6 +282,64 @@ Solutions of the engine: %1</translation>
     <message>
         <source>未能保存“%1”：%2</source>
         <translation>Could not save "%1": %2</translation>
+    </message>
+    <message>
+        <source>“%1”已加入孔示例 %2</source>
+        <translation>"%1": %2 was added to the examples of the hole</translation>
+    </message>
+    <message>
+        <source>“%1”已加入误认示例 %2</source>
+        <translation>"%1": %2 was added to what is not the hole</translation>
+    </message>
+</context>
+<context>
+    <name>ExamplePanel</name>
+    <message>
+        <source>已确认的孔；右侧为远离轮毂中心的方向</source>
+        <translation>Confirmed holes; away from the hub is to the right</translation>
+    </message>
+    <message>
+        <source>曾被误认为孔的位置</source>
+        <translation>Places that were wrongly taken for the hole</translation>
+    </message>
+    <message>
+        <source>移除所选示例</source>
+        <translation>Remove example</translation>
+    </message>
+    <message>
+        <source>采用建议</source>
+        <translation>Apply suggestion</translation>
+    </message>
+    <message>
+        <source>孔示例：%1</source>
+        <translation>Examples of the hole: %1</translation>
+    </message>
+    <message>
+        <source>误认示例：%1</source>
+        <translation>Not the hole: %1</translation>
+    </message>
+    <message>
+        <source>建议尺寸（px）：</source>
+        <translation>Suggested sizes (px):</translation>
+    </message>
+    <message>
+        <source>已从“%1”移除一个示例</source>
+        <translation>An example of "%1" was removed</translation>
+    </message>
+    <message>
+        <source>未能移除示例：%1</source>
+        <translation>The example could not be removed: %1</translation>
+    </message>
+    <message>
+        <source>已填入建议的尺寸，请核对结果后保存</source>
+        <translation>The suggested sizes are filled in; check the result, then save</translation>
+    </message>
+</context>
+<context>
+    <name>ExampleStore</name>
+    <message>
+        <source>未能加入示例：%1</source>
+        <translation>The example could not be added: %1</translation>
     </message>
 </context>
 <context>
@@ -584,6 +656,37 @@ Solutions of the engine: %1</translation>
     </message>
 </context>
 <context>
+    <name>ReviewBar</name>
+    <message>
+        <source>这是气门孔（Y）</source>
+        <translation>This is the hole (Y)</translation>
+    </message>
+    <message>
+        <source>这不是气门孔（N）</source>
+        <translation>This is not the hole (N)</translation>
+    </message>
+    <message>
+        <source>这是气门孔</source>
+        <translation>This is the hole</translation>
+    </message>
+    <message>
+        <source>这不是气门孔</source>
+        <translation>This is not the hole</translation>
+    </message>
+    <message>
+        <source>内置型号不能学习示例，请先新建或复制型号。</source>
+        <translation>A built-in model keeps no examples; add or copy a model first.</translation>
+    </message>
+    <message>
+        <source>选择一行，核对找到的位置。确认后加入型号的示例。</source>
+        <translation>Choose a row and judge the place that was found. It becomes an example of the model.</translation>
+    </message>
+    <message>
+        <source>这张图像没有找到孔。双击打开后，在图像上右击孔的位置。</source>
+        <translation>No hole was found in this image. Double-click to open it, then right-click the hole.</translation>
+    </message>
+</context>
+<context>
     <name>TrialView</name>
     <message>
         <source>显示</source>
@@ -703,6 +806,18 @@ Solutions of the engine: %1</translation>
     <message>
         <source>在图像上点两下，由引擎提出全部参数</source>
         <translation>Two clicks on the image, and the engine proposes all parameters</translation>
+    </message>
+    <message>
+        <source>这里是气门孔</source>
+        <translation>The hole is here</translation>
+    </message>
+    <message>
+        <source>这里不是气门孔</source>
+        <translation>The hole is not here</translation>
+    </message>
+    <message>
+        <source>未能加入示例：%1</source>
+        <translation>The example could not be added: %1</translation>
     </message>
 </context>
 </TS>

@@ -1,8 +1,10 @@
 #include "DesignerWindow.h"
 
+#include "model/ExampleStore.h"
 #include "model/ModelDrafts.h"
 #include "model/ParameterRules.h"
 #include "panels/BatchPanel.h"
+#include "panels/ExamplePanel.h"
 #include "panels/ModelPanel.h"
 #include "panels/ParameterPanel.h"
 #include "panels/TryPanel.h"
@@ -15,7 +17,9 @@
 
 #include <QCloseEvent>
 #include <QDialog>
+#include <QFileInfo>
 #include <QTabWidget>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -41,7 +45,15 @@ DesignerWindow::DesignerWindow(IEngine* engine, QWidget* parent)
     m_ui->setupUi(this);
     makeFaintTextVisible(this);
     if (auto* store = extensionOf<ISolutionStore>(engine)) {
-        m_drafts = new ModelDrafts(store, this);
+        m_examples = new ExampleStore(extensionOf<IModelExamples>(engine), this);
+        m_drafts = new ModelDrafts(store, m_examples, this);
+        connect(m_examples, &ExampleStore::failed, this, &DesignerWindow::showError);
+        connect(m_examples, &ExampleStore::learned, this,
+                [this](const ModelId& id, IModelExamples::Kind kind, const QString& path) {
+                    const QString name = QFileInfo(path).fileName();
+                    showMessage(kind == IModelExamples::Kind::Hole ? tr("“%1”已加入孔示例 %2").arg(id.model, name)
+                                                                   : tr("“%1”已加入误认示例 %2").arg(id.model, name));
+                });
         connect(m_drafts, &ModelDrafts::changed, this, &DesignerWindow::updateTitle);
         connect(m_drafts, &ModelDrafts::listChanged, this, &DesignerWindow::updateTitle);
     }
@@ -73,19 +85,26 @@ void DesignerWindow::buildPanels()
 {
     m_models = adopt(new ModelPanel(m_engine->taskList(), m_drafts));
     auto* parameters = adopt(new ParameterPanel(m_drafts));
-    m_trial = adopt(new TryPanel(m_engine, m_drafts));
-    m_batch = adopt(new BatchPanel(m_engine, m_drafts));
+    auto* examples = adopt(new ExamplePanel(m_examples, m_drafts));
+    m_trial = adopt(new TryPanel(m_engine, m_drafts, m_examples));
+    m_batch = adopt(new BatchPanel(m_engine, m_drafts, m_examples));
+    auto* left = new QWidget;
+    auto* column = new QVBoxLayout(left);
+    column->setContentsMargins({});
+    column->addWidget(m_models, 1);
+    column->addWidget(examples);
     m_tabs = new QTabWidget;
     m_tabs->setObjectName(QStringLiteral("tabs"));
     m_tabs->addTab(m_trial, tr("试运行与示教"));
     m_tabs->addTab(m_batch, tr("批量复检"));
-    m_ui->splitter->addWidget(m_models);
+    m_ui->splitter->addWidget(left);
     m_ui->splitter->addWidget(parameters);
     m_ui->splitter->addWidget(m_tabs);
     m_ui->splitter->setStretchFactor(2, 1);
     m_ui->splitter->setSizes({230, 350, 800});
     const auto showModel = [=](const ModelId& id) {
         parameters->setModel(id);
+        examples->setModel(id);
         m_trial->setModel(id);
         m_batch->setModel(id);
     };

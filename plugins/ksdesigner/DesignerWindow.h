@@ -10,6 +10,7 @@ class IEngine;
 class ModelDrafts;
 class ModelPanel;
 class BatchPanel;
+class ExampleStore;
 class TryPanel;
 class QImage;
 class QTabWidget;
@@ -64,6 +65,7 @@ private:
 
     std::unique_ptr<Ui::DesignerWindow> m_ui;
     IEngine* m_engine;
+    ExampleStore* m_examples = nullptr;
     ModelDrafts* m_drafts = nullptr;
     ModelPanel* m_models = nullptr;
     TryPanel* m_trial = nullptr;

@@ -118,6 +118,41 @@ private slots:
         }
     }
 
+    void confirmedPartsSuggestSizes()
+    {
+        EngineBench bench;
+        bench.teach(Wheels::spec("five", 31));
+        QTRY_COMPARE(bench.get<QListWidget>("holeList")->count(), 1);
+        for (quint64 seed = 1; seed <= 4; ++seed)
+            bench.saveWheel(Wheels::spec("five", seed), QStringLiteral("day/%1 五辐.png").arg(seed));
+        bench.get<QTabWidget>("tabs")->setCurrentIndex(1);
+        bench.get<BatchPanel>("BatchPanel")->setFolder(bench.home.path("/images/day"));
+        bench.press("startButton");
+        QTRY_VERIFY(bench.canPress("exportButton"));
+        auto* table = bench.get<QTableView>("table");
+        table->selectRow(0);
+        for (const char* answer : {"holeButton", "holeButton", "rejectButton"})
+            bench.press(answer);
+        QTRY_COMPARE(bench.get<QListWidget>("rejectedList")->count(), 1);
+        QCOMPARE(bench.get<QListWidget>("holeList")->count(), 3);
+        QVERIFY2(bench.text("proposal").contains("±"), qPrintable(bench.text("proposal")));
+        QTRY_VERIFY(bench.get<QLabel>("picture")->pixmap(Qt::ReturnByValue).width() > 0);
+        QWidget& window = *bench.designer.window();
+        QCOMPARE(Look::clipped(window), QStringList());
+        QCOMPARE(Look::overlapping(window), QStringList());
+        Look::shoot(window, QStringLiteral("designer-examples"));
+        const QVariantMap before = bench.stored();
+        bench.press("applyButton");
+        QCOMPARE(bench.stored(), before);
+        bench.press("saveButton");
+        QVERIFY(bench.stored() != before);
+        const English english;
+        QTRY_COMPARE(window.windowTitle(), "Task Designer[*]");
+        QTest::qWait(0);
+        QCOMPARE(Look::clipped(window), QStringList());
+        Look::shoot(window, QStringLiteral("designer-examples-English"));
+    }
+
     void storedAndEditedModelAreComparedOnAFolder()
     {
         EngineBench bench;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <valvecell/IEngine.h>
+#include <valvecell/IModelExamples.h>
 #include <valvecell/IModelTeacher.h>
 #include <valvecell/IModelTrial.h>
 #include <valvecell/ISolutionStore.h>
@@ -15,7 +16,7 @@
 #include <vector>
 
 /// An engine that a test drives: it keeps its tasks until the test answers them, and refuses what it is told to.
-struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTrial
+struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTrial, IModelExamples
 {
     struct Task
     {
@@ -30,12 +31,15 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
     bool hasStore = true;
     bool hasTeacher = false;
     bool hasTrial = false;
+    bool hasExamples = false;
     QString refusal;     ///< what every change answers while it is not empty
     QString unwritable;  ///< a solution that stores nothing
     QString undeletable; ///< a model that cannot be removed, or a solution that removes none
     std::vector<Task> tasks;
     QVariantMap proposal; ///< what teaching answers; empty: it fails with `refusal`
     QVector<QPointF> taughtPoints;
+    QMap<QString, Examples> shown; ///< by model; an example's source is the image's name and the place
+    QVariantMap suggestion;        ///< what the holes of every model suggest; empty: too few
 
     FakeEngine()
     {
@@ -109,7 +113,55 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
             return static_cast<IModelTeacher*>(this);
         if (hasTrial && asked(IModelTrial::id))
             return static_cast<IModelTrial*>(this);
+        if (hasExamples && asked(IModelExamples::id))
+            return static_cast<IModelExamples*>(this);
         return nullptr;
+    }
+
+    QVector<Example>& listOf(const QString& model, Kind kind)
+    {
+        return kind == Kind::Hole ? shown[model].holes : shown[model].rejected;
+    }
+    QStringList sources(const QString& model, Kind kind)
+    {
+        QStringList names;
+        for (const Example& example : listOf(model, kind))
+            names.append(example.source);
+        return names;
+    }
+    QVariantMap makeExample(const QImage& image, const QVariantMap&, const QPointF& point, const QString& source,
+                            QString*) override
+    {
+        return {{"picture", image.scaled(64, 64)},
+                {"source", QStringLiteral("%1 %2,%3").arg(source).arg(point.x()).arg(point.y())}};
+    }
+    Examples examples(const QString&, const QString& model) override { return shown.value(model); }
+    bool addExample(const QString&, const QString& model, Kind kind, const QVariantMap& example,
+                    QString* error) override
+    {
+        *error = refusal;
+        if (refusal.isEmpty())
+            listOf(model, kind).append({example["picture"].value<QImage>(), example["source"].toString()});
+        return refusal.isEmpty();
+    }
+    bool removeExample(const QString&, const QString& model, Kind kind, int index, QString* error) override
+    {
+        *error = refusal;
+        if (refusal.isEmpty())
+            listOf(model, kind).remove(index);
+        return refusal.isEmpty();
+    }
+    bool copyExamples(const QString&, const QString& from, const QString& to, QString* error) override
+    {
+        *error = refusal;
+        if (refusal.isEmpty())
+            shown[to] = shown.value(from);
+        return refusal.isEmpty();
+    }
+    QVariantMap proposeSizes(const QString&, const QString&, QString* error) override
+    {
+        *error = QStringLiteral("至少需要 3 个孔示例");
+        return suggestion;
     }
 
     QStringList list() override { return solutions.keys(); }

@@ -17,6 +17,9 @@ struct BatchRow
         Unreadable, ///< the file is no image
     };
 
+    /// What a person said of the place that was found.
+    enum class Verdict { None, Hole, Rejected };
+
     /// Well above what the same hole differs by from one set of parameters to the next.
     static constexpr double movedPixels = 0.5;
     static constexpr double movedDegrees = 0.05;
@@ -27,8 +30,11 @@ struct BatchRow
     TaskResult first;
     TaskResult second;
     bool compared = false; ///< whether there is a second
+    Verdict verdict = Verdict::None;
 
     Change change() const;
+    /// Whose place is judged: the first recipe's, or the second's where only that found one.
+    const TaskResult& judged() const { return compared && !first.found ? second : first; }
     bool bothFound() const { return compared && first.found && second.found; }
     /// Distance of the two centres in pixels; 0 unless both found a hole.
     double movedBy() const;

@@ -27,7 +27,8 @@ Part partOf(int column)
 
 bool isSecond(int column)
 {
-    return column >= BatchTable::FirstFound && (column - BatchTable::FirstFound) % 2 == 1;
+    return column >= BatchTable::FirstFound && column <= BatchTable::SecondResidual &&
+           (column - BatchTable::FirstFound) % 2 == 1;
 }
 
 QVariant valueOf(const TaskResult& result, Part part)
@@ -51,6 +52,19 @@ QVariant valueOf(const TaskResult& result, Part part)
     return {};
 }
 
+QString verdictText(BatchRow::Verdict verdict)
+{
+    switch (verdict) {
+    case BatchRow::Verdict::None:
+        return {};
+    case BatchRow::Verdict::Hole:
+        return BatchTable::tr("孔");
+    case BatchRow::Verdict::Rejected:
+        return BatchTable::tr("误认");
+    }
+    return {};
+}
+
 /// Text or number; invalid where there is nothing to tell.
 QVariant valueOf(const BatchRow& row, int column)
 {
@@ -58,6 +72,8 @@ QVariant valueOf(const BatchRow& row, int column)
         return row.name;
     if (column == BatchTable::ChangeColumn)
         return BatchTable::changeText(row.change());
+    if (column == BatchTable::VerdictColumn)
+        return verdictText(row.verdict);
     if (column == BatchTable::FirstFound && !row.problem.isEmpty())
         return row.problem;
     if (!row.problem.isEmpty() || (BatchTable::isOfComparison(column) && !row.compared))
@@ -115,6 +131,16 @@ void BatchTable::append(const BatchRow& row)
     endInsertRows();
 }
 
+void BatchTable::setVerdict(const QString& path, BatchRow::Verdict verdict)
+{
+    for (int i = 0; i < m_rows.size(); ++i) {
+        if (m_rows.at(i).path != path)
+            continue;
+        m_rows[i].verdict = verdict;
+        emit dataChanged(index(i, 0), index(i, ColumnCount - 1));
+    }
+}
+
 int BatchTable::rowCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : m_rows.size();
@@ -158,6 +184,8 @@ QVariant BatchTable::headerData(int section, Qt::Orientation orientation, int ro
         return QAbstractTableModel::headerData(section, orientation, role);
     static const char* const parts[] = {QT_TR_NOOP("结果"), QT_TR_NOOP("角度°"), QT_TR_NOOP("得分"),   QT_TR_NOOP("ms"),
                                         QT_TR_NOOP("X px"), QT_TR_NOOP("Y px"),  QT_TR_NOOP("残差 px")};
+    if (section == VerdictColumn)
+        return tr("人工\n确认");
     if (section >= FirstFound)
         return QStringLiteral("%1\n%2").arg(isSecond(section) ? m_secondTitle : m_firstTitle,
                                             tr(parts[partOf(section)]));

@@ -30,6 +30,7 @@ public:
         SecondY,
         FirstResidual,
         SecondResidual,
+        VerdictColumn,
         ColumnCount
     };
     /// Whether a column makes sense only where two recipes are compared.
@@ -45,6 +46,8 @@ public:
     void clear(const QString& firstTitle, const QString& secondTitle);
     /// Adds a row below the others and to the summary.
     void append(const BatchRow& row);
+    /// Marks the rows of this image; a row of another path stays as it is.
+    void setVerdict(const QString& path, BatchRow::Verdict verdict);
     const BatchRow& row(int index) const { return m_rows.at(index); }
     const BatchSummary& summary() const { return m_summary; }
 

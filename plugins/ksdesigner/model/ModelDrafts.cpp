@@ -1,12 +1,14 @@
 #include "ModelDrafts.h"
 
+#include "ExampleStore.h"
 #include "ParameterRules.h"
 
 #include <valvecell/ISolutionStore.h>
 
-ModelDrafts::ModelDrafts(ISolutionStore* store, QObject* parent)
+ModelDrafts::ModelDrafts(ISolutionStore* store, ExampleStore* examples, QObject* parent)
     : QObject(parent)
     , m_store(store)
+    , m_examples(examples)
 {
 }
 
@@ -42,8 +44,17 @@ void ModelDrafts::edit(const ModelId& id, const QVariantMap& parameters)
     emit changed(id);
 }
 
+bool ModelDrafts::attach(const ModelId& id, const QVariantMap& example, QString* error)
+{
+    if (!isUnsaved(id))
+        return m_examples->add(id, ExampleStore::Kind::Hole, example, error);
+    m_attached.insert(id, example);
+    return true;
+}
+
 void ModelDrafts::revert(const ModelId& id)
 {
+    m_attached.remove(id);
     if (m_drafts.remove(id) > 0)
         emit changed(id);
 }
@@ -58,6 +69,10 @@ bool ModelDrafts::save(const ModelId& id, QString* error)
     }
     if (!m_store->saveModel(id.solution, id.model, wanted, error))
         return false;
+    const auto attached = m_attached.constFind(id);
+    if (attached != m_attached.constEnd() && !m_examples->add(id, ExampleStore::Kind::Hole, *attached, error))
+        return false;
+    m_attached.remove(id);
     m_drafts.remove(id);
     emit changed(id);
     return true;
@@ -72,11 +87,30 @@ bool ModelDrafts::add(const ModelId& id, const QVariantMap& parameters, QString*
     return true;
 }
 
+bool ModelDrafts::storeAs(const ModelId& id, const QString& name, const QVariantMap& parameters, QString* error)
+{
+    *error = nameProblem(id.solution, name);
+    if (!error->isEmpty() || !m_store->saveModel(id.solution, name, parameters, error))
+        return false;
+    if (m_examples->copy(id, name, error))
+        return true;
+    QString ignored;
+    m_store->removeModel(id.solution, name, &ignored);
+    return false;
+}
+
+bool ModelDrafts::copy(const ModelId& id, const QString& name, QString* error)
+{
+    if (!storeAs(id, name, parameters(id), error))
+        return false;
+    emit listChanged();
+    return true;
+}
+
 bool ModelDrafts::rename(const ModelId& id, const QString& name, QString* error)
 {
     const ModelId renamed{id.solution, name};
-    *error = nameProblem(id.solution, name);
-    if (!error->isEmpty() || !m_store->saveModel(id.solution, name, stored(id), error))
+    if (!storeAs(id, name, stored(id), error))
         return false;
     if (!m_store->removeModel(id.solution, id.model, error)) {
         QString ignored;
@@ -86,6 +120,8 @@ bool ModelDrafts::rename(const ModelId& id, const QString& name, QString* error)
     }
     if (isUnsaved(id))
         m_drafts.insert(renamed, m_drafts.take(id));
+    if (m_attached.contains(id))
+        m_attached.insert(renamed, m_attached.take(id));
     emit listChanged();
     return true;
 }
@@ -95,6 +131,7 @@ bool ModelDrafts::remove(const ModelId& id, QString* error)
     if (!m_store->removeModel(id.solution, id.model, error))
         return false;
     m_drafts.remove(id);
+    m_attached.remove(id);
     emit listChanged();
     return true;
 }

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QVariantMap>
 
+class ExampleStore;
 class ISolutionStore;
 
 /// The engine's models with the changes that nobody saved yet. A draft stays until it is saved, reverted, or edited
@@ -19,8 +20,8 @@ class ModelDrafts : public QObject
     Q_OBJECT
 
 public:
-    /// `store` outlives this object.
-    explicit ModelDrafts(ISolutionStore* store, QObject* parent = nullptr);
+    /// Both outlive this object.
+    ModelDrafts(ISolutionStore* store, ExampleStore* examples, QObject* parent = nullptr);
 
     /// In the engine's order, built-in ones included.
     QStringList models(const QString& solution) const;
@@ -36,6 +37,9 @@ public:
 
     /// Replaces the draft; does nothing for a built-in model.
     void edit(const ModelId& id, const QVariantMap& parameters);
+    /// Keeps an example of the hole, as of IModelExamples, until the draft is saved, and stores it then; of a model
+    /// without a draft at once. It goes with the draft.
+    bool attach(const ModelId& id, const QVariantMap& example, QString* error);
     /// Forgets the draft.
     void revert(const ModelId& id);
     /// Stores the draft and forgets it; the next task of the cell uses it. Refused while ParameterRules finds a
@@ -44,7 +48,9 @@ public:
 
     /// Stores a new model; see nameProblem() for its name.
     bool add(const ModelId& id, const QVariantMap& parameters, QString* error);
-    /// Stores the model under another name and removes the old one; a draft goes along.
+    /// Stores a model's parameters as they stand and its examples under another name.
+    bool copy(const ModelId& id, const QString& name, QString* error);
+    /// Stores the model under another name and removes the old one; draft and examples go along.
     bool rename(const ModelId& id, const QString& name, QString* error);
     /// Removes the model and its draft. There is no way back.
     bool remove(const ModelId& id, QString* error);
@@ -63,6 +69,10 @@ signals:
     void listChanged();
 
 private:
+    bool storeAs(const ModelId& id, const QString& name, const QVariantMap& parameters, QString* error);
+
     ISolutionStore* m_store;
+    ExampleStore* m_examples;
     QMap<ModelId, QVariantMap> m_drafts;
+    QMap<ModelId, QVariantMap> m_attached; ///< examples that wait for their draft to be saved
 };

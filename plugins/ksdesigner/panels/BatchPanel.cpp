@@ -2,6 +2,7 @@
 
 #include "batch/BatchTable.h"
 #include "batch/TableCsv.h"
+#include "model/ExampleStore.h"
 #include "model/ModelDrafts.h"
 #include "model/ParameterRules.h"
 #include "ui_BatchPanel.h"
@@ -34,9 +35,10 @@ bool NotableRows::filterAcceptsRow(int row, const QModelIndex& parent) const
     return !m_only || sourceModel()->index(row, 0, parent).data(BatchTable::notableRole).toBool();
 }
 
-BatchPanel::BatchPanel(IEngine* engine, ModelDrafts* drafts, QWidget* parent)
+BatchPanel::BatchPanel(IEngine* engine, ModelDrafts* drafts, ExampleStore* examples, QWidget* parent)
     : QWidget(parent)
     , m_drafts(drafts)
+    , m_examples(examples)
     , m_ui(std::make_unique<Ui::BatchPanel>())
     , m_runner(new TaskRunner(engine, this))
     , m_batch(new BatchRunner(m_runner, this))
@@ -57,6 +59,12 @@ void BatchPanel::setUpTable()
     m_rows->setSortRole(BatchTable::sortRole);
     m_ui->table->setModel(m_rows);
     m_ui->table->sortByColumn(-1, Qt::AscendingOrder);
+    // Beside the image's name; last in the file, where other programs count the columns.
+    m_ui->table->horizontalHeader()->moveSection(BatchTable::VerdictColumn, 1);
+    m_ui->table->setColumnHidden(BatchTable::VerdictColumn, !m_examples->offered());
+    m_ui->table->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_ui->table->addActions(m_ui->review->answers());
+    m_ui->review->setVisible(m_examples->offered());
     m_ui->table->horizontalHeader()->setDefaultAlignment(Qt::AlignCenter);
     m_ui->table->verticalHeader()->hide();
     QSizePolicy policy = m_ui->progress->sizePolicy();
@@ -78,6 +86,16 @@ void BatchPanel::connectAll()
     connect(m_ui->table, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
         emit imageWanted(m_table->row(m_rows->mapToSource(index).row()).path);
     });
+    connect(m_ui->table->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &BatchPanel::review);
+    connect(m_ui->review, &ReviewBar::judged, this, &BatchPanel::learn);
+    connect(m_examples, &ExampleStore::learned, this,
+            [this](const ModelId& id, IModelExamples::Kind kind, const QString& path) {
+                if (id != m_ran)
+                    return;
+                m_table->setVerdict(path, kind == IModelExamples::Kind::Hole ? BatchRow::Verdict::Hole
+                                                                             : BatchRow::Verdict::Rejected);
+                m_ui->table->resizeColumnToContents(BatchTable::VerdictColumn);
+            });
     connect(m_batch, &BatchRunner::counted, this, [this](int images) { m_ui->progress->setRange(0, images); });
     connect(m_batch, &BatchRunner::rowDone, this, &BatchPanel::takeRow);
     connect(m_batch, &BatchRunner::finished, this, &BatchPanel::finish);
@@ -192,6 +210,9 @@ void BatchPanel::start()
         return;
     }
     const bool compare = against() != Against::Nothing;
+    m_ran = m_id;
+    m_ui->review->setTeachable(!m_drafts->isBuiltIn(m_ran));
+    m_ui->review->clear();
     m_table->clear(tr("当前"), against() == Against::Draft
                                    ? tr("编辑")
                                    : m_ui->againstBox->currentData(modelRole).toString().left(titleLength));
@@ -202,6 +223,26 @@ void BatchPanel::start()
     m_ui->summary->clear();
     m_batch->start(plan());
     updateState();
+}
+
+void BatchPanel::review()
+{
+    const QModelIndex index = m_ui->table->currentIndex();
+    if (index.isValid())
+        m_ui->review->setRow(m_table->row(m_rows->mapToSource(index).row()));
+    else
+        m_ui->review->clear();
+}
+
+void BatchPanel::learn(IModelExamples::Kind kind)
+{
+    const QModelIndex index = m_ui->table->currentIndex();
+    if (!index.isValid())
+        return;
+    const BatchRow& row = m_table->row(m_rows->mapToSource(index).row());
+    m_examples->learn(m_ran, kind, m_drafts->stored(m_ran), {row.path, {}, row.judged().hole});
+    if (index.row() + 1 < m_rows->rowCount())
+        m_ui->table->selectRow(index.row() + 1);
 }
 
 void BatchPanel::takeRow(const BatchRow& row)

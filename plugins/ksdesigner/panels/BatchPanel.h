@@ -3,12 +3,15 @@
 #include "batch/BatchRunner.h"
 #include "model/ModelId.h"
 
+#include <valvecell/IModelExamples.h>
+
 #include <QSortFilterProxyModel>
 #include <QWidget>
 
 #include <memory>
 
 class BatchTable;
+class ExampleStore;
 class IEngine;
 class ModelDrafts;
 
@@ -39,8 +42,8 @@ class BatchPanel : public QWidget
     Q_OBJECT
 
 public:
-    /// Both outlive the panel.
-    BatchPanel(IEngine* engine, ModelDrafts* drafts, QWidget* parent = nullptr);
+    /// All outlive the panel.
+    BatchPanel(IEngine* engine, ModelDrafts* drafts, ExampleStore* examples, QWidget* parent = nullptr);
     ~BatchPanel() override;
 
     /// The model whose stored parameters are run. A run under way goes on with what it began with.
@@ -84,14 +87,19 @@ private:
     void fitColumns();
     void finish();
     void updateState();
+    /// Lets a person judge the row that is chosen.
+    void review();
+    void learn(IModelExamples::Kind kind);
 
     ModelDrafts* m_drafts;
+    ExampleStore* m_examples;
     std::unique_ptr<Ui::BatchPanel> m_ui;
     TaskRunner* m_runner;
     BatchRunner* m_batch;
     BatchTable* m_table;
     NotableRows* m_rows;
     ModelId m_id;
+    ModelId m_ran; ///< whose rows the table holds
     QString m_folder;
     Background m_background;
 };

@@ -34,12 +34,16 @@ void ModelPanel::connectAll()
     connect(m_drafts, &ModelDrafts::listChanged, this, &ModelPanel::refresh);
     connect(m_ui->addSolutionButton, &QToolButton::clicked, this, &ModelPanel::askSolution);
     connect(m_ui->addButton, &QPushButton::clicked, this, [this] {
-        askNewModel(tr("新型号的名称："), freeName(tr("新型号")), m_drafts->freshParameters(current().solution));
+        const QString solution = current().solution;
+        askNewModel(tr("新型号的名称："), freeName(tr("新型号")),
+                    [this, solution](const QString& name, QString* error) {
+                        return m_drafts->add({solution, name}, m_drafts->freshParameters(solution), error);
+                    });
     });
     connect(m_ui->copyButton, &QPushButton::clicked, this, [this] {
         const ModelId id = current();
         askNewModel(tr("“%1”副本的名称：").arg(id.model), freeName(tr("%1 副本").arg(id.model)),
-                    m_drafts->parameters(id));
+                    [this, id](const QString& name, QString* error) { return m_drafts->copy(id, name, error); });
     });
     connect(m_ui->renameButton, &QPushButton::clicked, this, &ModelPanel::askRename);
     connect(m_ui->removeButton, &QPushButton::clicked, this, &ModelPanel::askRemove);
@@ -138,12 +142,12 @@ void ModelPanel::report(bool succeeded, const QString& message, const QString& e
         emit failed(error);
 }
 
-void ModelPanel::askNewModel(const QString& question, const QString& proposal, const QVariantMap& parameters)
+void ModelPanel::askNewModel(const QString& question, const QString& proposal, const Store& store)
 {
     const QString solution = current().solution;
-    const auto create = [this, solution, parameters](const QString& name) {
+    const auto create = [this, solution, store](const QString& name) {
         QString error;
-        const bool added = m_drafts->add({solution, name}, parameters, &error);
+        const bool added = store(name, &error);
         report(added, tr("已新建型号“%1”").arg(name), error);
         select({solution, name});
     };

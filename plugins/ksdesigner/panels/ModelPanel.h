@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 class ITaskList;
@@ -47,8 +48,9 @@ private:
     void showModel(int row);
     void showCurrent();
     void updateMarks();
-    /// Asks for a name and stores these parameters under it.
-    void askNewModel(const QString& question, const QString& proposal, const QVariantMap& parameters);
+    using Store = std::function<bool(const QString& name, QString* error)>;
+    /// Asks for a name and stores a model under it.
+    void askNewModel(const QString& question, const QString& proposal, const Store& store);
     void askRename();
     void askRemove();
     void askSolution();

@@ -28,6 +28,13 @@ ImageView* TrialView::view() const
     return m_ui->view;
 }
 
+bool TrialView::isShowingImage() const
+{
+    const int stage = m_ui->stageBox->currentIndex() - FirstStage;
+    return !m_image.isNull() &&
+           (stage < 0 || stage >= m_trial.stages.size() || m_trial.stages.at(stage).picture.isNull());
+}
+
 void TrialView::setImage(const QImage& image)
 {
     m_image = image;

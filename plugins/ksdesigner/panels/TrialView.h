@@ -29,6 +29,9 @@ public:
     /// For as long as points are picked, the bare image is shown whatever the choice.
     void setPicking(bool picking);
 
+    /// Whether the view's points are those of the image, and not of a stage's own picture.
+    bool isShowingImage() const;
+
     /// For picking points and marking them.
     ImageView* view() const;
 

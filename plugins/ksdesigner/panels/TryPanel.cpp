@@ -1,5 +1,6 @@
 #include "TryPanel.h"
 
+#include "model/ExampleStore.h"
 #include "model/ModelDrafts.h"
 #include "model/ParameterRules.h"
 #include "run/TaskRunner.h"
@@ -14,6 +15,7 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QMenu>
 #include <QShortcut>
 
 namespace {
@@ -22,12 +24,13 @@ constexpr int editPauseMs = 250;
 
 } // namespace
 
-TryPanel::TryPanel(IEngine* engine, ModelDrafts* drafts, QWidget* parent)
+TryPanel::TryPanel(IEngine* engine, ModelDrafts* drafts, ExampleStore* examples, QWidget* parent)
     : QWidget(parent)
     , m_drafts(drafts)
+    , m_examples(examples)
     , m_ui(std::make_unique<Ui::TryPanel>())
     , m_runner(new TaskRunner(engine, this))
-    , m_teach(new TeachGuide(extensionOf<IModelTeacher>(engine), this))
+    , m_teach(new TeachGuide(extensionOf<IModelTeacher>(engine), examples->offered(), this))
 {
     m_ui->setupUi(this);
     m_ui->trial->view()->setHint(tr("选择一张图像，用所选型号试运行"));
@@ -44,14 +47,17 @@ void TryPanel::connectAll()
 {
     connect(m_ui->chooseButton, &QPushButton::clicked, this, &TryPanel::chooseImage);
     connect(m_ui->runButton, &QPushButton::clicked, this, &TryPanel::run);
-    connect(m_ui->teachButton, &QPushButton::clicked, this, [this] { m_teach->begin(m_image); });
+    connect(m_ui->teachButton, &QPushButton::clicked, this,
+            [this] { m_teach->begin(m_image, QFileInfo(m_path).fileName()); });
     connect(m_ui->cancelTeachButton, &QPushButton::clicked, m_teach, &TeachGuide::cancel);
     connect(m_ui->trial->view(), &ImageView::clicked, m_teach, &TeachGuide::pick);
+    connect(m_ui->trial->view(), &ImageView::menuWanted, this, &TryPanel::offerExample);
     connect(m_teach, &TeachGuide::stepChanged, this, &TryPanel::showTeaching);
     connect(m_teach, &TeachGuide::proposed, this, &TryPanel::takeProposal);
     connect(m_teach, &TeachGuide::failed, this,
             [this](const QString& reason) { emit failed(tr("示教未成功：%1").arg(reason)); });
     connect(m_drafts, &ModelDrafts::changed, this, &TryPanel::modelChanged);
+    connect(m_examples, &ExampleStore::changed, this, &TryPanel::modelChanged);
     connect(&m_editPause, &QTimer::timeout, this, &TryPanel::run);
     auto* escape = new QShortcut(Qt::Key_Escape, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
     connect(escape, &QShortcut::activated, m_teach, &TeachGuide::cancel);
@@ -163,12 +169,34 @@ void TryPanel::takeResult(const Trial& trial)
         run();
 }
 
-void TryPanel::takeProposal(const QVariantMap& parameters)
+void TryPanel::offerExample(const QPointF& point, const QPoint& globalPosition)
+{
+    const bool own = !m_id.isNull() && !m_drafts->isBuiltIn(m_id);
+    if (!m_examples->offered() || !own || !m_ui->trial->isShowingImage() || m_teach->step() != TeachGuide::Step::Idle)
+        return;
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const auto offer = [&](const QString& text, ExampleStore::Kind kind) {
+        menu->addAction(text, this, [this, point, kind] {
+            m_examples->learn(m_id, kind, m_drafts->stored(m_id), {m_path, m_image, point});
+        });
+    };
+    offer(tr("这里是气门孔"), ExampleStore::Kind::Hole);
+    offer(tr("这里不是气门孔"), ExampleStore::Kind::Rejected);
+    menu->popup(globalPosition);
+}
+
+void TryPanel::takeProposal(const QVariantMap& parameters, const QVariantMap& example)
 {
     QVariantMap taught = m_drafts->parameters(m_id);
     for (auto it = parameters.begin(); it != parameters.end(); ++it)
         taught.insert(it.key(), it.value());
     m_drafts->edit(m_id, taught);
+    QString error;
+    if (!example.isEmpty() && !m_drafts->attach(m_id, example, &error)) {
+        emit failed(tr("未能加入示例：%1").arg(error));
+        return;
+    }
     if (m_runner->runsUnsaved())
         run();
     emit done(m_runner->runsUnsaved() ? tr("已按示教填入参数，请核对结果后保存")

@@ -9,6 +9,7 @@
 
 #include <memory>
 
+class ExampleStore;
 class IEngine;
 class ModelDrafts;
 class TaskRunner;
@@ -26,8 +27,8 @@ class TryPanel : public QWidget
     Q_OBJECT
 
 public:
-    /// Both outlive the panel.
-    TryPanel(IEngine* engine, ModelDrafts* drafts, QWidget* parent = nullptr);
+    /// All outlive the panel.
+    TryPanel(IEngine* engine, ModelDrafts* drafts, ExampleStore* examples, QWidget* parent = nullptr);
     ~TryPanel() override;
 
     /// Runs the model at once when there is an image. A teaching under way is given up.
@@ -56,7 +57,9 @@ private:
     void takeFile(const ImageFile& file);
     void takeImage(const QString& name, const QImage& image);
     void takeResult(const Trial& trial);
-    void takeProposal(const QVariantMap& parameters);
+    void takeProposal(const QVariantMap& parameters, const QVariantMap& example);
+    /// Offers to make a place of the image an example of the model.
+    void offerExample(const QPointF& point, const QPoint& globalPosition);
     void showTeaching();
     void modelChanged(const ModelId& id);
     /// What is with the engine belongs to a former image or model from now on.
@@ -66,6 +69,7 @@ private:
     QString note() const;
 
     ModelDrafts* m_drafts;
+    ExampleStore* m_examples;
     std::unique_ptr<Ui::TryPanel> m_ui;
     TaskRunner* m_runner;
     TeachGuide* m_teach;

@@ -24,6 +24,8 @@ TaskResult TaskResult::fromMap(const QVariantMap& map)
     result.found = result.ran && result.error == 0 && answer.contains(QLatin1String(ResultKeys::angle)) &&
                    result.angle <= fullCircle;
     result.center = take<QPointF>(answer, ResultKeys::centerPoint);
+    result.hole = answer.contains(QLatin1String(ResultKeys::holeCenter)) ? take<QPointF>(answer, ResultKeys::holeCenter)
+                                                                         : result.center;
     result.score = take<double>(answer, ResultKeys::score);
     result.runnerUpScore = take<double>(answer, ResultKeys::runnerUpScore);
     result.tip = take<QString>(answer, ResultKeys::resultTip);

@@ -10,7 +10,8 @@ struct TaskResult
     bool ran = false;   ///< the task could run at all
     bool found = false; ///< a hole was found
     double angle = 0;   ///< degrees
-    QPointF center;     ///< pixels
+    QPointF center;     ///< pixels; the hole's, or the hub's where the solution answers with it
+    QPointF hole;       ///< pixels; the hole's wherever the engine gives it, else as `center`
     double score = 0;
     double runnerUpScore = 0;
     int error = 0;

@@ -2,12 +2,14 @@
 
 #include <valvecell/Extension.h>
 #include <valvecell/IEngine.h>
+#include <valvecell/IModelExamples.h>
 #include <valvecell/ResultKeys.h>
 
 TaskRunner::TaskRunner(IEngine* engine, QObject* parent)
     : QObject(parent)
     , m_engine(engine)
     , m_trial(extensionOf<IModelTrial>(engine))
+    , m_keepsExamples(extensionOf<IModelExamples>(engine))
 {
 }
 
@@ -15,8 +17,11 @@ void TaskRunner::run(const QImage& image, const Recipe& recipe, bool withStages,
                      const std::function<void(const Trial&)>& done)
 {
     if (m_trial && !recipe.parameters.isEmpty()) {
+        QVariantMap parameters = recipe.parameters;
+        if (m_keepsExamples)
+            parameters.insert(QString::fromLatin1(IModelExamples::examplesOf), recipe.id.model);
         m_trial->runTrial(
-            image, recipe.id.solution, recipe.parameters, withStages,
+            image, recipe.id.solution, parameters, withStages,
             [slot = m_mailbox.slot(), done](const IModelTrial::Outcome& outcome) {
                 slot.post([done, outcome] { done({TaskResult::fromMap(outcome.result), outcome.stages}); });
             });

@@ -46,5 +46,6 @@ public:
 private:
     IEngine* m_engine;
     IModelTrial* m_trial;
+    bool m_keepsExamples;
     Mailbox m_mailbox;
 };

@@ -1,19 +1,22 @@
 #include "TeachGuide.h"
 
+#include <valvecell/IModelExamples.h>
 #include <valvecell/IModelTeacher.h>
 
-TeachGuide::TeachGuide(IModelTeacher* teacher, QObject* parent)
+TeachGuide::TeachGuide(IModelTeacher* teacher, IModelExamples* examples, QObject* parent)
     : QObject(parent)
     , m_teacher(teacher)
+    , m_examples(examples)
 {
 }
 
-void TeachGuide::begin(const QImage& image)
+void TeachGuide::begin(const QImage& image, const QString& name)
 {
     if (!m_teacher || image.isNull())
         return;
     ++m_round;
     m_image = image;
+    m_name = name;
     m_points.clear();
     go(Step::Rim);
 }
@@ -41,9 +44,11 @@ void TeachGuide::pick(const QPointF& point)
 void TeachGuide::propose()
 {
     go(Step::Proposing);
-    const auto work = [teacher = m_teacher, image = m_image, points = m_points] {
+    const auto work = [teacher = m_teacher, examples = m_examples, image = m_image, name = m_name, points = m_points] {
         Proposal proposal;
         proposal.parameters = teacher->propose(image, points.at(0), points.at(1), &proposal.error);
+        if (examples && !proposal.parameters.isEmpty())
+            proposal.example = examples->makeExample(image, proposal.parameters, points.at(1), name, &proposal.error);
         return proposal;
     };
     m_background.run(work, [this, round = m_round](const Proposal& proposal) {
@@ -59,7 +64,7 @@ void TeachGuide::take(const Proposal& proposal)
     if (proposal.parameters.isEmpty())
         emit failed(proposal.error);
     else
-        emit proposed(proposal.parameters);
+        emit proposed(proposal.parameters, proposal.example);
 }
 
 void TeachGuide::go(Step step)

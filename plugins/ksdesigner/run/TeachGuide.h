@@ -7,6 +7,7 @@
 #include <QVariantMap>
 #include <QVector>
 
+class IModelExamples;
 class IModelTeacher;
 
 /// Leads through the teaching of a model: first a point on the rim, then the hole, then the engine's proposal.
@@ -17,16 +18,16 @@ class TeachGuide : public QObject
 public:
     enum class Step { Idle, Rim, Hole, Proposing };
 
-    /// `teacher` may be null; it outlives the guide.
-    explicit TeachGuide(IModelTeacher* teacher, QObject* parent = nullptr);
+    /// Either may be null; they outlive the guide.
+    TeachGuide(IModelTeacher* teacher, IModelExamples* examples, QObject* parent = nullptr);
 
     bool isOffered() const { return m_teacher; }
     Step step() const { return m_step; }
     /// Points picked so far, in image pixels.
     const QVector<QPointF>& points() const { return m_points; }
 
-    /// Starts over with the rim. Does nothing without teacher or image.
-    void begin(const QImage& image);
+    /// Starts over with the rim. Does nothing without teacher or image. `name` is the image's, for people.
+    void begin(const QImage& image, const QString& name);
     /// Forgets the points; a proposal on its way is dropped.
     void cancel();
     /// Takes the point that the present step asks for; ignored in other steps.
@@ -34,8 +35,9 @@ public:
 
 signals:
     void stepChanged();
-    /// A whole set of parameters; nothing was stored.
-    void proposed(const QVariantMap& parameters);
+    /// A whole set of parameters, and the hole as an example of IModelExamples, empty where the engine keeps none;
+    /// nothing was stored.
+    void proposed(const QVariantMap& parameters, const QVariantMap& example);
     /// The engine saw no wheel or no hole at the points; its words.
     void failed(const QString& reason);
 
@@ -43,6 +45,7 @@ private:
     struct Proposal
     {
         QVariantMap parameters;
+        QVariantMap example;
         QString error;
     };
 
@@ -51,9 +54,11 @@ private:
     void go(Step step);
 
     IModelTeacher* m_teacher;
+    IModelExamples* m_examples;
     Background m_background;
     Step m_step = Step::Idle;
     QImage m_image;
+    QString m_name;
     QVector<QPointF> m_points;
     quint64 m_round = 0; ///< proposals of cancelled rounds are dropped
 };

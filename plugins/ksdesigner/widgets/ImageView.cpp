@@ -1,6 +1,7 @@
 #include "ImageView.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QGraphicsPixmapItem>
 #include <QMouseEvent>
 #include <QPainter>
@@ -116,6 +117,13 @@ void ImageView::mouseDoubleClickEvent(QMouseEvent* event)
 {
     Q_UNUSED(event)
     fit();
+}
+
+void ImageView::contextMenuEvent(QContextMenuEvent* event)
+{
+    const QPointF point = imagePointAt(event->pos());
+    if (hasImage() && sceneRect().contains(point))
+        emit menuWanted(point, event->globalPos());
 }
 
 void ImageView::drawForeground(QPainter* painter, const QRectF& rect)

@@ -39,6 +39,8 @@ public slots:
 signals:
     /// The left button was pressed and released on the image without dragging.
     void clicked(const QPointF& imagePoint);
+    /// A context menu was asked for on the image.
+    void menuWanted(const QPointF& imagePoint, const QPoint& globalPosition);
 
 protected:
     void wheelEvent(QWheelEvent* event) override;
@@ -46,6 +48,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void drawForeground(QPainter* painter, const QRectF& rect) override;
 
 private:
