@@ -2,11 +2,13 @@
 
 #include <valvecell/Extension.h>
 #include <valvecell/IEngine.h>
+#include <valvecell/IModelExamples.h>
 #include <valvecell/ISolutionStore.h>
 
 EngineModels::EngineModels(IEngine* engine)
     : m_engine(engine)
     , m_store(extensionOf<ISolutionStore>(engine))
+    , m_examples(extensionOf<IModelExamples>(engine))
 {
 }
 
@@ -38,6 +40,20 @@ bool EngineModels::save(const QString& model, const SolutionParameters& paramete
             return false;
         }
         stored.append(it.key());
+    }
+    return true;
+}
+
+bool EngineModels::copyExamples(const QString& from, const QString& to, QString* error)
+{
+    const SolutionParameters source = parameters(from);
+    const SolutionParameters target = parameters(to);
+    for (auto it = source.begin(); m_examples && it != source.end(); ++it) {
+        QString reason;
+        if (target.contains(it.key()) && !m_examples->copyExamples(it.key(), from, to, &reason)) {
+            *error = QStringLiteral("%1: %2").arg(it.key(), reason);
+            return false;
+        }
     }
     return true;
 }

@@ -5,6 +5,7 @@
 #include <QVariantMap>
 
 class IEngine;
+class IModelExamples;
 class ISolutionStore;
 
 /// The parameters of one model by solution.
@@ -31,6 +32,10 @@ public:
     /// why.
     bool save(const QString& model, const SolutionParameters& parameters, QString* error);
 
+    /// Gives a model what another one has been shown, in every solution that has both; nothing is to be done where the
+    /// engine keeps no examples. On failure `error` tells why; what was copied until then stays.
+    bool copyExamples(const QString& from, const QString& to, QString* error);
+
     /// Removes the model from every solution. On failure it is in all of them again.
     bool remove(const QString& model, QString* error);
 
@@ -40,4 +45,5 @@ private:
 
     IEngine* m_engine;
     ISolutionStore* m_store;
+    IModelExamples* m_examples;
 };

@@ -55,7 +55,7 @@ AuditChanges ModelActions::takeAudit()
 
 bool ModelActions::add(const ModelEntry& entry, QString* error)
 {
-    return addWithParameters(entry, {}, error);
+    return addWithParameters(entry, {}, {}, error);
 }
 
 bool ModelActions::copy(const QString& source, const ModelEntry& entry, QString* error)
@@ -64,7 +64,7 @@ bool ModelActions::copy(const QString& source, const ModelEntry& entry, QString*
         *error = tr("型号%1不存在").arg(source);
         return false;
     }
-    return addWithParameters(entry, m_engine.parameters(source), error);
+    return addWithParameters(entry, m_engine.parameters(source), source, error);
 }
 
 bool ModelActions::import(const ModelFile& file, const ModelEntry& entry, QString* error)
@@ -73,18 +73,20 @@ bool ModelActions::import(const ModelFile& file, const ModelEntry& entry, QStrin
     const QStringList unknown = unknownSolutions(file);
     for (const QString& solution : unknown)
         parameters.remove(solution);
-    return addWithParameters(entry, parameters, error);
+    return addWithParameters(entry, parameters, {}, error);
 }
 
 /// The engine first: a model that only the engine has is never run, one that only the library has is refused there.
-bool ModelActions::addWithParameters(const ModelEntry& entry, const SolutionParameters& parameters, QString* error)
+bool ModelActions::addWithParameters(const ModelEntry& entry, const SolutionParameters& parameters,
+                                     const QString& source, QString* error)
 {
     if (!m_models.isNewName(entry.name, error) || !m_models.isFreeIndex(entry.index, entry.name, error))
         return false;
     const SolutionParameters before = m_engine.parameters(entry.name);
     if (!m_engine.save(entry.name, parameters, error))
         return false;
-    const bool added = m_models.addModel(entry.name, entry.index, error);
+    const bool added = (source.isEmpty() || m_engine.copyExamples(source, entry.name, error)) &&
+                       m_models.addModel(entry.name, entry.index, error);
     if (added && (!entry.calibrated || m_models.setCalibrated(entry.name, true, error))) {
         note(QStringLiteral("model/") + entry.name, {}, QString::number(entry.index));
         return true;
@@ -131,7 +133,7 @@ bool ModelActions::rename(const QString& name, const QString& newName, QString* 
     }
     if (!m_models.isNewName(newName, error) || !m_engine.save(newName, parameters, error))
         return false;
-    const bool renamed = m_models.renameModel(name, newName, error);
+    const bool renamed = m_engine.copyExamples(name, newName, error) && m_models.renameModel(name, newName, error);
     if (renamed && m_engine.remove(name, error))
         return true;
     QString ignored;

@@ -48,7 +48,9 @@ public:
 
 private:
     // Each is whole or not at all by itself.
-    bool addWithParameters(const ModelEntry& entry, const SolutionParameters& parameters, QString* error);
+    /// `source` is the model whose examples go along; empty for none.
+    bool addWithParameters(const ModelEntry& entry, const SolutionParameters& parameters, const QString& source,
+                           QString* error);
     bool rename(const QString& name, const QString& newName, QString* error);
     bool changeValues(const ModelEntry& before, const ModelEntry& after, QString* error);
     void note(const QString& what, const QString& before, const QString& after);

@@ -23,6 +23,7 @@ struct Bench : ModelCell
     {
         engine.solutions = {{"工位1", {{"auto", {}}, {"五辐", parameters(812.5)}, {"钢圈", parameters(640)}}},
                             {"工位2", {{"auto", {}}, {"五辐", parameters(812.5)}}}};
+        engine.hasExamples = true;
         dialog = std::make_unique<QModelMangerUI>(*models, withEngine ? &engine : nullptr);
         QObject::connect(dialog.get(), &QModelMangerUI::modelsChanged,
                          [this](const AuditChanges& changes) { audit += changes; });
@@ -39,6 +40,9 @@ struct Bench : ModelCell
             texts << (models.contains(model) ? models[model].value("rim_radius").toString() : "-");
         return texts.join('|');
     }
+
+    /// What the engine was shown of a model.
+    QStringList shown(const QString& model) { return engine.sources(model, IModelExamples::Kind::Hole); }
 
     DialogDriver driver() const { return DialogDriver(*dialog); }
     QModelEditUI& edit() const { return *dialog->findChild<QModelEditUI*>(); }
@@ -143,6 +147,7 @@ private slots:
     void renamedModelKeepsItsParameters()
     {
         Bench bench;
+        bench.engine.shown["五辐"].holes = {{{}, "a.png"}};
         bench.choose("五辐");
         bench.driver().press("modifyButton");
         bench.editDriver().type("nameEdit", "五辐17寸");
@@ -152,6 +157,7 @@ private slots:
         QCOMPARE(bench.listed(), "五辐17寸=9* 钢圈=2");
         QCOMPARE(bench.rims("五辐17寸"), "812.5|812.5");
         QCOMPARE(bench.rims("五辐"), "-|-");
+        QCOMPARE(bench.shown("五辐17寸"), QStringList{"a.png"});
         QCOMPARE(listed(bench.audit), "model/五辐17寸/plcIndex:1>9 model/五辐17寸/calibrated:false>true "
                                       "model/五辐:五辐>五辐17寸");
     }
@@ -160,6 +166,7 @@ private slots:
     {
         Bench bench;
         bench.engine.solutions["工位2"]["五辐 2"] = Bench::parameters(1);
+        bench.engine.shown["五辐"].holes = {{{}, "a.png"}};
         bench.choose("五辐");
         bench.driver().press("copyButton");
         QCOMPARE(bench.editDriver().text("nameEdit"), "五辐 2");
@@ -168,6 +175,7 @@ private slots:
         bench.editDriver().press("okButton");
         QCOMPARE(bench.listed(), "五辐=1 五辐 2=3 钢圈=2");
         QCOMPARE(bench.rims("五辐 2"), "812.5|812.5");
+        QCOMPARE(bench.shown("五辐 2"), QStringList{"a.png"});
     }
 
     void whatFailsHalfwayIsUndone_data()
