@@ -1,6 +1,6 @@
 #include "CoarseRim.h"
 
-#include "Rays.h"
+#include "Edges.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -182,7 +182,7 @@ std::vector<cv::Point> CoarseRim::centers(const cv::Rect& window) const
 
 ConcentricFit CoarseRim::circlesAround(const cv::Point2d& center, const Range& radius) const
 {
-    // Edges inside of the rim tell the centre as well.
+    // Edges inside of the rim have the same centre.
     const double first = std::max(2.0, innerShare * radius.low);
     const double toBorder = std::min({center.x, center.y, m_smooth.cols - 2 - center.x, m_smooth.rows - 2 - center.y});
     std::vector<EdgePoint> points;

@@ -1,6 +1,7 @@
 #include "ConcentricFit.h"
 
-#include "RadiusPile.h"
+#include "RadiusHistogram.h"
+#include "Robust.h"
 
 #include <algorithm>
 #include <numeric>
@@ -9,114 +10,55 @@ namespace finder {
 
 namespace {
 
-constexpr double leastSupport = 0.12; // of the rays, for a circle to count
+constexpr double leastSupport = 0.12;   // of the rays, for a circle to count
+constexpr double weightOfOthers = 0.05; // of all circles but the leading one
 
-double middleStrength(const std::vector<EdgePoint>& points)
-{
-    std::vector<double> strengths;
-    strengths.reserve(points.size());
-    for (const EdgePoint& point : points)
-        strengths.push_back(point.strength);
-    const auto middle = strengths.begin() + static_cast<std::ptrdiff_t>(strengths.size() / 2);
-    std::nth_element(strengths.begin(), middle, strengths.end());
-    return *middle;
-}
-
-/// The weighted normal equations of the parameters that all circles share and of one radius for each circle.
-class JointEquations
-{
-public:
-    static constexpr int shared = 4; // shift of the centre, tilt
-
-    explicit JointEquations(int circles)
-        : m_size(shared + circles)
-        , m_normal(cv::Mat_<double>::zeros(m_size, m_size))
-        , m_right(cv::Mat_<double>::zeros(m_size, 1))
-    {
-    }
-
-    void add(const Place& place, int circle, double radius, double weight)
-    {
-        constexpr int terms = shared + 1;
-        const double basis[terms] = {place.c, place.s, place.c2, place.s2, 1};
-        const int column[terms] = {0, 1, 2, 3, shared + circle};
-        for (int p = 0; p < terms; ++p) {
-            m_right(column[p]) += weight * basis[p] * radius;
-            for (int q = 0; q < terms; ++q)
-                m_normal(column[p], column[q]) += weight * basis[p] * basis[q];
-        }
-        m_total += weight;
-    }
-
-    /// A wheel is seen nearly from the front: where arcs are missing the tilt is small.
-    void expectTilt(double expected)
-    {
-        for (int p = 0; p < m_size; ++p)
-            m_normal(p, p) += p == 2 || p == 3 ? 0.001 * m_total / (expected * expected) : 1e-9 * (1 + m_total);
-    }
-
-    bool solve(cv::Mat_<double>* solution) const
-    {
-        if (m_total < 2 * m_size)
-            return false;
-        return cv::solve(m_normal, m_right, *solution, cv::DECOMP_CHOLESKY);
-    }
-
-private:
-    int m_size;
-    cv::Mat_<double> m_normal;
-    cv::Mat_<double> m_right;
-    double m_total = 0;
-};
-
-/// Common centre and tilt and one radius for each circle, by least squares on the points near a circle.
+/// Common shape and one radius for each circle, by least squares on the points near a circle.
 class JointFit
 {
 public:
-    JointFit(std::vector<EdgePoint>& points, const std::vector<Place>& places, cv::Point2d move,
+    JointFit(std::vector<EdgePoint>& points, const std::vector<Harmonics>& harmonics, const cv::Point2d& shift,
              std::vector<double> radii);
 
     bool run(const ConcentricOptions& options);
     ConcentricFit result(const cv::Point2d& center, int rays);
 
 private:
-    /// The point's radius as seen from the common centre, without tilt.
-    double reduced(size_t i) const
+    double residual(size_t i, size_t circle) const
     {
-        const Place& p = m_places[i];
-        return m_points[i].radius - m_shared[0] * p.c - m_shared[1] * p.s - m_shared[2] * p.c2 - m_shared[3] * p.s2;
+        return m_points[i].radius - m_shape.at(m_harmonics[i]) - m_radii[circle];
     }
 
     size_t nearest(size_t i) const;
     bool step();
-    JointEquations equations() const;
-    void adopt(const cv::Mat_<double>& solution);
     std::vector<int> markUsed(double* squares);
 
     std::vector<EdgePoint>& m_points;
-    const std::vector<Place>& m_places;
+    const std::vector<Harmonics>& m_harmonics;
     std::vector<double> m_radii;
-    std::vector<double> m_trust; // for each circle
-    std::vector<double> m_sharp; // for each point: a steep edge is placed better
-    double m_shared[JointEquations::shared];
+    std::vector<double> m_sharpness; // weight of each point: a steep edge is placed better
+    CommonShape m_shape;
     double m_near = 1;
     double m_tilt = 0.01;
 };
 
-JointFit::JointFit(std::vector<EdgePoint>& points, const std::vector<Place>& places, cv::Point2d move,
+JointFit::JointFit(std::vector<EdgePoint>& points, const std::vector<Harmonics>& harmonics, const cv::Point2d& shift,
                    std::vector<double> radii)
     : m_points(points)
-    , m_places(places)
+    , m_harmonics(harmonics)
     , m_radii(std::move(radii))
-    , m_trust(m_radii.size(), 0.05)
-    , m_shared{move.x, move.y, 0, 0}
+    , m_shape{shift.x, shift.y, 0, 0}
 {
-    const double middle = middleStrength(points);
-    for (const EdgePoint& point : points) {
-        const double relative = std::min(1.0, point.strength / (1.5 * middle));
-        m_sharp.push_back(relative * relative);
+    std::vector<double> strengths;
+    strengths.reserve(points.size());
+    for (const EdgePoint& point : points)
+        strengths.push_back(point.strength);
+    const double full = 1.5 * median(strengths);
+    m_sharpness.reserve(points.size());
+    for (const double strength : strengths) {
+        const double relative = std::min(1.0, strength / full);
+        m_sharpness.push_back(relative * relative);
     }
-    m_trust[0] = 1;
 }
 
 bool JointFit::run(const ConcentricOptions& options)
@@ -130,33 +72,27 @@ bool JointFit::run(const ConcentricOptions& options)
     return true;
 }
 
+/// One round of reweighted least squares.
 bool JointFit::step()
 {
-    cv::Mat_<double> solution;
-    if (!equations().solve(&solution))
-        return false;
-    adopt(solution);
-    return true;
-}
-
-JointEquations JointFit::equations() const
-{
-    JointEquations equations(static_cast<int>(m_radii.size()));
+    HarmonicEquations equations(m_radii.size());
+    double total = 0;
     for (size_t i = 0; i < m_points.size(); ++i) {
         const size_t k = nearest(i);
-        const double t = (reduced(i) - m_radii[k]) / m_near;
-        if (std::abs(t) >= 1)
+        const double weight = tukeyWeight(residual(i, k) / m_near) * (k == 0 ? 1 : weightOfOthers) * m_sharpness[i];
+        if (weight <= 0)
             continue;
-        const double weight = (1 - t * t) * (1 - t * t) * m_trust[k] * m_sharp[i];
-        equations.add(m_places[i], static_cast<int>(k), m_points[i].radius, weight);
+        equations.add(m_harmonics[i], k, m_points[i].radius, weight);
+        total += weight;
     }
-    equations.expectTilt(m_tilt * m_radii.front());
-    return equations;
+    equations.addTiltPrior(m_tilt * m_radii.front());
+    const bool enough = total >= 2.0 * static_cast<double>(4 + m_radii.size());
+    return enough && equations.solve(&m_shape, m_radii.data());
 }
 
 size_t JointFit::nearest(size_t i) const
 {
-    const double r = reduced(i);
+    const double r = m_points[i].radius - m_shape.at(m_harmonics[i]);
     size_t best = 0;
     for (size_t k = 1; k < m_radii.size(); ++k) {
         if (std::abs(r - m_radii[k]) < std::abs(r - m_radii[best]))
@@ -165,22 +101,9 @@ size_t JointFit::nearest(size_t i) const
     return best;
 }
 
-void JointFit::adopt(const cv::Mat_<double>& solution)
-{
-    constexpr int shared = JointEquations::shared;
-    for (int p = 0; p < shared; ++p)
-        m_shared[p] = solution(p);
-    for (size_t k = 0; k < m_radii.size(); ++k) {
-        const double radius = solution(shared + static_cast<int>(k));
-        if (radius > 1) // a circle that lost all its points keeps its radius
-            m_radii[k] = radius;
-    }
-}
-
 ConcentricFit JointFit::result(const cv::Point2d& center, int rays)
 {
-    ConcentricFit fit{
-        center + cv::Point2d(m_shared[0], m_shared[1]), m_shared[2], m_shared[3], {}, m_radii[0], 0, true};
+    ConcentricFit fit{center + cv::Point2d(m_shape.x, m_shape.y), m_shape.c2, m_shape.s2, {}, m_radii[0], 0, true};
     double squares = 0;
     const std::vector<int> counts = markUsed(&squares);
     for (size_t k = 0; k < m_radii.size(); ++k)
@@ -199,7 +122,7 @@ std::vector<int> JointFit::markUsed(double* squares)
     for (size_t i = 0; i < m_points.size(); ++i) {
         EdgePoint& point = m_points[i];
         const size_t k = nearest(i);
-        point.residual = reduced(i) - m_radii[k];
+        point.residual = residual(i, k);
         point.used = std::abs(point.residual) < m_near;
         if (point.used) {
             ++counts[k];
@@ -209,25 +132,25 @@ std::vector<int> JointFit::markUsed(double* squares)
     return counts;
 }
 
-double strengthNear(const std::vector<EdgePoint>& points, const std::vector<Place>& places, const cv::Point2d& move,
-                    double radius, double near)
+double strengthNear(const std::vector<EdgePoint>& points, const std::vector<Harmonics>& harmonics,
+                    const cv::Point2d& shift, double radius, double near)
 {
     double sum = 0;
     for (size_t i = 0; i < points.size(); ++i) {
-        if (std::abs(points[i].radius - move.x * places[i].c - move.y * places[i].s - radius) < 1.5 * near)
+        if (std::abs(points[i].radius - shift.x * harmonics[i].c - shift.y * harmonics[i].s - radius) < 1.5 * near)
             sum += points[i].strength;
     }
     return sum;
 }
 
 /// The outermost good circle.
-size_t leadOf(const std::vector<double>& radii, const std::vector<double>& weights)
+size_t leadOf(const std::vector<double>& radii, const std::vector<double>& strengths)
 {
     constexpr double good = 0.4; // of the strongest circle
-    const double best = *std::max_element(weights.begin(), weights.end());
+    const double best = *std::max_element(strengths.begin(), strengths.end());
     size_t lead = 0;
     for (size_t k = 0; k < radii.size(); ++k) {
-        if (weights[k] >= good * best && (weights[lead] < good * best || radii[k] > radii[lead]))
+        if (strengths[k] >= good * best && (strengths[lead] < good * best || radii[k] > radii[lead]))
             lead = k;
     }
     return lead;
@@ -240,19 +163,19 @@ ConcentricFit fitConcentric(const cv::Point2d& center, std::vector<EdgePoint>& p
 {
     if (points.size() < 20)
         return {};
-    const std::vector<Place> places = placesOf(points);
-    RadiusPile pile(points, places, options.reach);
-    const cv::Point2d move = bestMove(pile, options.reach, options.bin);
-    pile.fill(move.x, move.y, options.bin);
-    std::vector<double> radii = pile.peaks(leastSupport * rays, 3 * options.bin);
+    const std::vector<Harmonics> harmonics = harmonicsOf(points);
+    RadiusHistogram histogram(points, harmonics, options.reach);
+    const cv::Point2d shift = sharpestShift(histogram, options.reach, options.bin);
+    histogram.fill(shift.x, shift.y, options.bin);
+    std::vector<double> radii = histogram.peaks(leastSupport * rays, 3 * options.bin);
     if (radii.empty())
         return {};
-    std::vector<double> weights;
-    weights.reserve(radii.size());
+    std::vector<double> strengths;
+    strengths.reserve(radii.size());
     for (const double radius : radii)
-        weights.push_back(strengthNear(points, places, move, radius, options.bin));
-    std::swap(radii[0], radii[leadOf(radii, weights)]);
-    JointFit joint(points, places, move, radii);
+        strengths.push_back(strengthNear(points, harmonics, shift, radius, options.bin));
+    std::swap(radii[0], radii[leadOf(radii, strengths)]);
+    JointFit joint(points, harmonics, shift, radii);
     return joint.run(options) ? joint.result(center, rays) : ConcentricFit();
 }
 

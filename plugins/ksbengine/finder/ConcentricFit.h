@@ -27,7 +27,7 @@ struct ConcentricFit
 struct ConcentricOptions
 {
     double reach = 4;   ///< pixels by which the centre may be off
-    double bin = 1;     ///< pixels; width of the piles into which radii are sorted
+    double bin = 1;     ///< pixels; width of the bins of the histogram of radii
     double near = 1;    ///< pixels within which a point belongs to a circle in the end
     double tilt = 0.01; ///< expected tilt, as a share of the radius
 };

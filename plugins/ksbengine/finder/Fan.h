@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Rays.h"
+#include "Edges.h"
 
 #include <array>
 #include <vector>
 
 namespace finder {
 
-/// Rays around a point, each calmed by its neighbours.
+/// Rays around a point, each smoothed by its neighbours.
 class Fan
 {
 public:

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "OutlineFit.h"
+#include <opencv2/core.hpp>
 
+#include <cmath>
 #include <vector>
 
 namespace finder {
@@ -38,24 +39,8 @@ struct Ray
 bool sampleRay(const cv::Mat& gray, const cv::Point2d& center, double angle, double start, double step, int count,
                Ray* ray);
 
-/// As sampleRay(), each value the mean of `side` * 2 + 1 parallel rays, which calms noise along a smooth edge.
+/// As sampleRay(), each value the mean of `side` * 2 + 1 parallel rays, which averages noise along a smooth edge.
 bool sampleWideRay(const cv::Mat& gray, const cv::Point2d& center, double angle, double start, double step, int count,
                    int side, Ray* ray);
-
-enum class EdgeKind { BrightOutside, DarkOutside, Either };
-
-/// How the steepness along a ray is measured, in steps of the ray.
-struct EdgeFilter
-{
-    int window = 2; ///< half width of the two means whose difference is the slope
-    int apart = 0;  ///< above 0, the mean of the slopes this far on both sides is taken off: a blurred step stands out,
-                    ///< and a surface that only bends away from the light does not
-};
-
-/// The strongest edge of a kind on the ray, to a fraction of a step; strength 0 when there is none.
-EdgePoint strongestEdge(const Ray& ray, EdgeKind kind, const EdgeFilter& filter);
-
-/// Appends every edge of the ray that stands out from its noise.
-void appendEdges(const Ray& ray, EdgeKind kind, const EdgeFilter& filter, std::vector<EdgePoint>* edges);
 
 } // namespace finder

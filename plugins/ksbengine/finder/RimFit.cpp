@@ -1,6 +1,7 @@
 #include "RimFit.h"
 
-#include "Rays.h"
+#include "Edges.h"
+#include "Robust.h"
 
 #include <algorithm>
 
@@ -14,7 +15,7 @@ constexpr EdgeFilter fineFilter{4, 10};
 constexpr double bevelShare = 0.02; // of the radius: a guess that sits on the inner edge of the bevel is this small
 constexpr int fineRays = 240;
 constexpr int fineSide =
-    4; // parallel rays either side, which calms noise; the rim bends by less than 0.02 pixels there
+    4; // parallel rays either side, which averages noise; the rim bends by less than 0.02 pixels there
 constexpr double fineReach = 2.5; // pixels either side
 constexpr double fineStep = 0.5;
 constexpr double doubtful = 0.8; // pixels of residual beyond which the edges may not be the rim's
@@ -62,7 +63,7 @@ std::vector<EdgePoint> edgesOn(const cv::Mat& gray, const Outline& outline, doub
     return points;
 }
 
-/// Step height divided by slope, for a Gaussian edge: the standard deviation of its blur. The middle of all rays.
+/// Step height divided by slope, for a Gaussian edge: the standard deviation of its blur. The median of all rays.
 double edgeWidth(const cv::Mat& gray, const Outline& outline, double unit)
 {
     constexpr int half = 24;
@@ -78,11 +79,7 @@ double edgeWidth(const cv::Mat& gray, const Outline& outline, double unit)
         if (edge.strength > 0)
             widths.push_back((*extremes.second - *extremes.first) / edge.strength / std::sqrt(2 * CV_PI));
     }
-    if (widths.empty())
-        return 0;
-    const auto middle = widths.begin() + static_cast<std::ptrdiff_t>(widths.size() / 2);
-    std::nth_element(widths.begin(), middle, widths.end());
-    return *middle;
+    return widths.empty() ? 0 : medianOf(widths);
 }
 
 /// Puts the outline onto the steepest edges near by.
@@ -117,7 +114,7 @@ bool nearTo(const RimFit& one, const RimFit& other, double distance)
     return cv::norm(one.outline.center - other.outline.center) < distance;
 }
 
-/// Where the outer edge is as bright as what lies behind the wheel, the edges of the lip inside of it still tell the
+/// Where the outer edge is as bright as what lies behind the wheel, the edges of the lip inside of it still give the
 /// centre.
 RimFit fitByLip(const cv::Mat& gray, const Outline& guess, double reach, double unit, const RimFit& first)
 {
