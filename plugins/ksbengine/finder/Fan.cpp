@@ -38,11 +38,4 @@ double meanOf(const Ray& ray, double from, double to)
     return sum / (last - first + 1);
 }
 
-double middleOf(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
 } // namespace finder

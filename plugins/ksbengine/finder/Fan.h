@@ -1,6 +1,7 @@
 #pragma once
 
-#include "Edges.h"
+#include "Geometry.h"
+#include "Rays.h"
 
 #include <array>
 #include <vector>
@@ -29,7 +30,5 @@ Ray part(const Ray& ray, const Range& radius, int window);
 
 /// Mean of a ray's values between two radii.
 double meanOf(const Ray& ray, double from, double to);
-
-double middleOf(std::vector<double> values);
 
 } // namespace finder

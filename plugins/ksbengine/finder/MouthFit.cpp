@@ -1,6 +1,7 @@
 #include "MouthFit.h"
 
 #include "MouthProblem.h"
+#include "Robust.h"
 
 #include <algorithm>
 
@@ -71,9 +72,7 @@ double percentile(const MouthPatch& patch, double share)
     std::vector<float> grays;
     for (const int index : patch.counting)
         grays.push_back(patch.pixels[index].gray);
-    const auto at = grays.begin() + static_cast<std::ptrdiff_t>(share * static_cast<double>(grays.size() - 1));
-    std::nth_element(grays.begin(), at, grays.end());
-    return *at;
+    return quantile(grays, share);
 }
 
 float distanceFromMouth(const MouthPixel& pixel, const MouthVector& p)

@@ -1,5 +1,6 @@
 #include "MouthProblem.h"
 
+#include "Robust.h"
 #include "Vectorise.h"
 
 #include <algorithm>
@@ -247,9 +248,7 @@ void MouthProblem::measureNoise(State* state)
     }
     if (errors.empty())
         return;
-    const auto middle = errors.begin() + static_cast<std::ptrdiff_t>(errors.size() / 2);
-    std::nth_element(errors.begin(), middle, errors.end());
-    state->noise = std::max(1.0, 1.4826 * static_cast<double>(*middle));
+    state->noise = std::max(1.0, sigmaOf(errors));
 }
 
 double MouthProblem::misfit(const MouthVector& p, double noise)
