@@ -4,7 +4,6 @@
 #include "finder/MouthModel.h"
 #include "finder/Pyramid.h"
 #include "finder/Rays.h"
-#include "finder/Reduce.h"
 #include "finder/RingMap.h"
 #include "support/Table.h"
 
@@ -90,31 +89,6 @@ private slots:
             QVERIFY(finder::sampleRay(gray, {65, 48}, angle, 0, 1, int(edge), &ray));
             QVERIFY(!finder::sampleRay(gray, {65, 48}, angle, 0, 1, int(edge) + 4, &ray));
         }
-    }
-
-    void pictureIsReducedToMeansOfBlocks_data()
-    {
-        Table::of<int>({{"as it is", 1}, {"few rows", 3}, {"usual", 8}, {"20 megapixels", 14}});
-    }
-
-    void pictureIsReducedToMeansOfBlocks()
-    {
-        const auto [factor] = Table::row<int>();
-        const cv::Mat gray = noise(30 * factor + factor - 1, 41 * factor + factor - 1);
-        cv::Mat smooth; // so that it hardly matters which rows of a block are read
-        cv::GaussianBlur(gray, smooth, {}, 2.5 * factor);
-        finder::Reducer reducer;
-        const cv::Mat small = reducer.reduce(smooth, factor).clone();
-        QCOMPARE(small.cols, 41);
-        QCOMPARE(small.rows, 30);
-        for (int y = 0; y < small.rows; ++y) {
-            for (int x = 0; x < small.cols; ++x) {
-                const double mean = cv::mean(smooth(cv::Rect(x * factor, y * factor, factor, factor)))[0];
-                QVERIFY(std::abs(small.at<uchar>(y, x) - mean) < 2);
-            }
-        }
-        const cv::Mat white(8 * factor, 8 * factor, CV_8UC1, cv::Scalar(255));
-        QCOMPARE(cv::countNonZero(reducer.reduce(white, factor) != 255), 0);
     }
 
     void pyramidHoldsMeansOfTheLevelBelow_data()

@@ -1,6 +1,7 @@
 #include "CoarseRim.h"
 
 #include "Edges.h"
+#include "Vectorise.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -20,6 +21,9 @@ constexpr double nearlyAsComplete = 0.7;
 constexpr double innerShare = 0.7; // of the smallest rim, from where on edges are read
 constexpr double coarseReach = 6;  // pixels by which votes may miss the centre
 constexpr int centersTried = 3;
+constexpr int voteBits = 16; // of a fraction of a pixel
+constexpr int voteUnit = 1 << voteBits;
+constexpr double complete = 2;     // sum of squared supports, beyond which a centre needs no second look
 constexpr float voteStep = 2;      // pixels along a normal from vote to vote; they are smoothed anyway
 constexpr double rivalVotes = 0.5; // of the best centre, for another one that is worth a look
 
@@ -62,7 +66,8 @@ double sumOfSquares(const std::vector<ConcentricCircle>& circles)
     return sum;
 }
 
-std::vector<Outline> rimsAmong(const ConcentricFit& fit, const Range& radius)
+/// The outermost that is nearly as complete as the best comes first.
+void appendRims(const ConcentricFit& fit, const Range& radius, std::vector<Outline>* rims)
 {
     std::vector<ConcentricCircle> circles;
     double best = 0;
@@ -77,11 +82,18 @@ std::vector<Outline> rimsAmong(const ConcentricFit& fit, const Range& radius)
         const bool bComplete = b.support >= nearlyAsComplete * best;
         return aComplete != bComplete ? aComplete : a.radius > b.radius;
     });
-    std::vector<Outline> rims;
-    rims.reserve(circles.size());
     for (const ConcentricCircle& circle : circles)
-        rims.push_back({fit.center, circle.radius, fit.c2, fit.s2});
-    return rims;
+        rims->push_back({fit.center, circle.radius, fit.c2, fit.s2});
+}
+
+/// Gray levels per pixel, of Sobel's sums.
+VC_VECTORISED void magnitudes(const short* gx, const short* gy, int count, float* VC_RESTRICT magnitude)
+{
+    for (int x = 0; x < count; ++x) {
+        const auto a = static_cast<float>(gx[x]);
+        const auto b = static_cast<float>(gy[x]);
+        magnitude[x] = 0.125F * std::sqrt(a * a + b * b);
+    }
 }
 
 } // namespace
@@ -89,9 +101,10 @@ std::vector<Outline> rimsAmong(const ConcentricFit& fit, const Range& radius)
 void CoarseRim::computeGradients(const cv::Mat& small)
 {
     cv::GaussianBlur(small, m_smooth, {5, 5}, 1.0);
-    cv::Sobel(m_smooth, m_gx, CV_32F, 1, 0, 3, 0.125);
-    cv::Sobel(m_smooth, m_gy, CV_32F, 0, 1, 3, 0.125);
-    cv::magnitude(m_gx, m_gy, m_magnitude);
+    cv::spatialGradient(m_smooth, m_gx, m_gy, 3);
+    m_magnitude.create(small.size(), CV_32FC1);
+    for (int y = 0; y < small.rows; ++y)
+        magnitudes(m_gx.ptr<short>(y), m_gy.ptr<short>(y), small.cols, m_magnitude.ptr<float>(y));
 }
 
 /// Against the mean around, so that a busy background does not drown the dim edges of a wheel before it.
@@ -126,22 +139,25 @@ float CoarseRim::chooseThreshold() const
 
 void CoarseRim::voteFrom(int x, int y, const Range& radius, const cv::Rect& window)
 {
-    const float gx = m_gx.at<float>(y, x);
-    const float gy = m_gy.at<float>(y, x);
-    const float scale = 1 / std::sqrt(gx * gx + gy * gy);
-    const float nx = gx * scale;
-    const float ny = gy * scale;
     const cv::Point2f from(static_cast<float>(x - window.x), static_cast<float>(y - window.y));
-    for (const float sign : {-1.0F, 1.0F}) {
-        const cv::Point2f step(sign * nx, sign * ny);
-        Range part = radius;
-        clip(from.x, step.x, static_cast<float>(window.width - 1), &part);
-        clip(from.y, step.y, static_cast<float>(window.height - 1), &part);
-        for (auto r = static_cast<float>(part.low); r <= static_cast<float>(part.high); r += voteStep) {
-            const int column = static_cast<int>(from.x + r * step.x + 0.5F);
-            const int row = static_cast<int>(from.y + r * step.y + 0.5F);
-            ++m_votes.ptr<ushort>(row)[column];
-        }
+    cv::Point2f step(m_gx.at<short>(y, x), m_gy.at<short>(y, x));
+    const cv::Point2f toMiddle = cv::Point2f(window.size()) * 0.5F - from;
+    // The window is smaller than a rim: only one way along the normal leads into it.
+    step *= (toMiddle.dot(step) < 0 ? -1.0F : 1.0F) / std::sqrt(step.dot(step));
+    Range part = radius;
+    clip(from.x, step.x, static_cast<float>(window.width - 1), &part);
+    clip(from.y, step.y, static_cast<float>(window.height - 1), &part);
+    if (part.high < part.low)
+        return;
+    const auto start = static_cast<float>(part.low);
+    int column = cvRound((from.x + start * step.x + 0.5F) * voteUnit);
+    int row = cvRound((from.y + start * step.y + 0.5F) * voteUnit);
+    const int columns = cvRound(voteStep * step.x * voteUnit);
+    const int rows = cvRound(voteStep * step.y * voteUnit);
+    for (int left = static_cast<int>((part.high - part.low) / voteStep); left >= 0; --left) {
+        ++m_votes.ptr<ushort>(row >> voteBits)[column >> voteBits];
+        column += columns;
+        row += rows;
     }
 }
 
@@ -204,18 +220,25 @@ std::vector<Outline> CoarseRim::find(const cv::Mat& small, const Range& radius, 
     m_threshold = chooseThreshold();
     const cv::Rect window = centerWindow(small.size(), maxOffset);
     vote(radius, window);
-    ConcentricFit best;
-    double mostComplete = 0;
+    std::vector<ConcentricFit> fits;
     for (const cv::Point& center : centers(window)) {
+        const bool known = std::any_of(fits.begin(), fits.end(), [&](const ConcentricFit& fit) {
+            return sumOfSquares(fit.circles) > complete && cv::norm(fit.center - cv::Point2d(center)) < coarseReach;
+        });
+        if (known) // it would lead to the same circles
+            continue;
         ConcentricFit fit = circlesAround(center, radius);
-        // A wheel has several concentric edges; a chance circle through rollers or a shadow stands alone.
-        const double completeness = sumOfSquares(fit.circles);
-        if (fit.valid && completeness > mostComplete) {
-            mostComplete = completeness;
-            best = std::move(fit);
-        }
+        if (fit.valid)
+            fits.push_back(std::move(fit));
     }
-    return rimsAmong(best, radius);
+    // A wheel has several concentric edges; a chance circle through rollers or a shadow stands alone.
+    std::stable_sort(fits.begin(), fits.end(), [](const ConcentricFit& a, const ConcentricFit& b) {
+        return sumOfSquares(a.circles) > sumOfSquares(b.circles);
+    });
+    std::vector<Outline> rims;
+    for (const ConcentricFit& fit : fits)
+        appendRims(fit, radius, &rims);
+    return rims;
 }
 
 } // namespace finder

@@ -14,8 +14,8 @@ class CoarseRim
 {
 public:
     /// The circles with a radius in `radius`, around a centre no farther than `maxOffset` (share of the picture's
-    /// shorter side) from the middle, in pixels of the small picture; first the outermost that is nearly as complete as
-    /// the best. Empty when there is none.
+    /// shorter side) from the middle, in pixels of the small picture: those of the best centre first, and of these the
+    /// outermost that is nearly as complete as the best. Empty when there is none.
     std::vector<Outline> find(const cv::Mat& small, const Range& radius, double maxOffset);
 
 private:

@@ -14,7 +14,8 @@ namespace {
 constexpr int leastSide = 64;
 constexpr int greatestSide = 32000;
 constexpr double maxHubOffset = 0.13;    // of the shorter side; wheels lie up to 8 % off
-constexpr double factorOfDetail = 10;    // reduction above which an image has more pixels than detail
+constexpr int coarseSide = 200;          // least pixels of the shorter side where the hub is looked for
+constexpr int rimSide = 640;             // and where the rim is measured: finer levels are not sharper in proportion
 constexpr double leastRimCoverage = 0.4; // of the circumference
 constexpr double coarseSlack = 0.04;     // of the rim's radius: in the small picture its edge and its bevel are one
 constexpr double fineSlack = 0.01;
@@ -76,13 +77,12 @@ FindError Finder::judgeLight(const cv::Mat& small)
     return FindError::NoHub;
 }
 
-bool Finder::fitsRim(const cv::Mat& gray, const Outline& coarse, const Range& radius, int factor, RimFit* rim)
+/// Whether a rim of the wanted radius is within `reach` pixels of the guess.
+bool Finder::fitsRim(const Outline& guess, double reach, const Range& radius, RimFit* rim)
 {
-    const Outline large{{Reducer::toLarge(coarse.center.x, factor), Reducer::toLarge(coarse.center.y, factor)},
-                        coarse.radius * factor,
-                        coarse.c2 * factor,
-                        coarse.s2 * factor};
-    *rim = fitRim(gray, large, factor + 0.008 * large.radius, std::max(1.0, factor / factorOfDetail));
+    const int k = Pyramid::levelOfSide(m_pyramid.level(0).size(), rimSide);
+    const double scale = Pyramid::scale(k);
+    *rim = enlarged(fitRim(m_pyramid.level(k), guess.enlarged(1 / scale), reach / scale), scale);
     const double found = rim->outline.radius;
     return rim->valid && rim->coverage >= leastRimCoverage && found > (1 - fineSlack) * radius.low &&
            found < (1 + fineSlack) * radius.high;
@@ -90,21 +90,22 @@ bool Finder::fitsRim(const cv::Mat& gray, const Outline& coarse, const Range& ra
 
 /// A wheel has several concentric circles, and with its tyre on one more: which of them is the rim shows by the hole.
 /// So each that could be the rim is looked around, until a hole is beyond doubt.
-void Finder::lookAround(const cv::Mat& gray, const HoleModel& model, int factor)
+void Finder::lookAround(const cv::Mat& gray, const HoleModel& model)
 {
-    const cv::Mat& small = m_reducer.reduce(gray, factor);
-    m_best.result.error = judgeLight(small);
+    m_pyramid.build(gray);
+    const int k = Pyramid::levelOfSide(gray.size(), coarseSide);
+    const double scale = Pyramid::scale(k);
+    m_best.result.error = judgeLight(m_pyramid.level(k));
     if (m_best.result.error != FindError::None)
         return;
     m_best.result.error = FindError::NoHub;
-    m_pyramid.build(gray);
     const Range radius = model.rimRange(gray.rows);
     std::vector<Outline> seen;
     for (const double slack : {0.0, coarseSlack}) {
-        const Range wide{(1 - slack) * radius.low / factor, (1 + slack) * radius.high / factor};
-        for (const Outline& outline : m_coarse.find(small, wide, maxHubOffset)) {
+        const Range wide{(1 - slack) * radius.low / scale, (1 + slack) * radius.high / scale};
+        for (const Outline& outline : m_coarse.find(m_pyramid.level(k), wide, maxHubOffset)) {
             Look look;
-            if (!fitsRim(gray, outline, radius, factor, &look.trace.rim))
+            if (!fitsRim(outline.enlarged(scale), scale + 0.008 * scale * outline.radius, radius, &look.trace.rim))
                 continue;
             const Outline& rim = look.trace.rim.outline;
             if (std::any_of(seen.begin(), seen.end(), [&](const Outline& other) { return sameRim(rim, other); }))
@@ -201,7 +202,7 @@ FindResult Finder::find(const cv::Mat& gray, const HoleModel& model)
     m_best = {};
     if (!usable(gray))
         return m_best.result;
-    lookAround(gray, model, Reducer::factorFor(gray));
+    lookAround(gray, model);
     FindResult& result = m_best.result;
     const double smallest = model.holeRange(result.hub.radius).middle();
     if (result.error == FindError::NoHole && m_best.trace.rim.edgeWidth > unfocused * smallest)

@@ -7,7 +7,6 @@
 #include "HoleFit.h"
 #include "HoleModel.h"
 #include "Pyramid.h"
-#include "Reduce.h"
 #include "RimFit.h"
 #include "RingMap.h"
 
@@ -47,16 +46,15 @@ private:
     };
 
     FindError judgeLight(const cv::Mat& small);
-    void lookAround(const cv::Mat& gray, const HoleModel& model, int factor);
+    void lookAround(const cv::Mat& gray, const HoleModel& model);
     void adopt(Look look);
     FindError locateHole(const cv::Mat& gray, const HoleModel& model, Look* look);
-    static bool fitsRim(const cv::Mat& gray, const Outline& coarse, const Range& radius, int factor, RimFit* rim);
+    bool fitsRim(const Outline& guess, double reach, const Range& radius, RimFit* rim);
     std::vector<HoleCandidate> candidates(const HoleModel& model, const Outline& hub, RingMap* ring);
     static void measure(const cv::Mat& gray, const HoleModel& model, Look* look);
 
-    Reducer m_reducer;
-    CoarseRim m_coarse;
     Pyramid m_pyramid;
+    CoarseRim m_coarse;
     HoleCandidates m_candidates;
     HoleJudge m_judge;
     Look m_best;

@@ -28,6 +28,13 @@ struct Outline
 
     double radiusAt(double angle) const { return radius + c2 * std::cos(2 * angle) + s2 * std::sin(2 * angle); }
 
+    /// The same outline in an image whose pixels are so many times smaller.
+    Outline enlarged(double factor) const
+    {
+        const cv::Point2d corner(0.5, 0.5);
+        return {(center + corner) * factor - corner, radius * factor, c2 * factor, s2 * factor};
+    }
+
     /// The outline of a concentric circle in the same plane, or of the same shape in an image scaled about (0, 0).
     Outline scaled(double newRadius) const
     {

@@ -1,5 +1,6 @@
 #include "HoleFit.h"
 
+#include "Edges.h"
 #include "Fan.h"
 
 #include <algorithm>

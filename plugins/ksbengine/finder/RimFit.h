@@ -6,7 +6,7 @@
 
 namespace finder {
 
-/// The rim at full resolution.
+/// The rim, measured.
 struct RimFit
 {
     Outline outline;      ///< outer edge of the rim
@@ -18,8 +18,11 @@ struct RimFit
 };
 
 /// Fits the rim in `gray` from a guess of its outer edge whose centre and radius are right to within `reach` pixels.
-/// `unit` is the length in pixels of the smallest detail to look at, 1 up to about 6 megapixels: larger images are not
-/// sharper in proportion.
-RimFit fitRim(const cv::Mat& gray, const Outline& guess, double reach, double unit);
+/// Meant for an image of about a megapixel: of a larger one the halved image, whose noise is averaged already, gives
+/// the rim as well for a fraction of the work.
+RimFit fitRim(const cv::Mat& gray, const Outline& guess, double reach);
+
+/// The same rim in an image whose pixels are so many times smaller.
+RimFit enlarged(RimFit rim, double factor);
 
 } // namespace finder
