@@ -6,7 +6,8 @@
 /// Optional interface of an engine: its solutions and their models, for dialogs that teach and edit. GUI thread.
 ///
 /// A model is a map of plain numbers by name. The bundled engine's names: "rim_radius", "ring_radius", "hole_radius"
-/// (pixels), each with its "<name>_tol" (percent), "score_limit" (0 to 1), "taught" (bool).
+/// (pixels), each with its "<name>_tol" (percent), "score_limit" (0 to 1), "hole_depth" (millimetres
+/// behind the rim's edge), "taught" (bool).
 class ISolutionStore
 {
 public:

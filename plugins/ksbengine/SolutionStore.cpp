@@ -98,8 +98,26 @@ void SolutionStore::readSolution(const QString& folder)
     if (answer != QLatin1String("hub") && answer != QLatin1String("hole"))
         qWarning("%s: \"result\" is \"%s\", not \"hole\" or \"hub\"; the hole is taken", qUtf8Printable(path),
                  qUtf8Printable(answer));
+    solution.camera = readCamera(read.object.value(QStringLiteral("camera")).toObject(), path);
     for (const QString& file : QDir(folder).entryList({QLatin1Char('*') + modelSuffix}, QDir::Files, QDir::Name))
         readModel(folder + QLatin1Char('/') + file, &solution);
+}
+
+/// A value that is no number in its range counts as unknown.
+finder::Camera SolutionStore::readCamera(const QJsonObject& camera, const QString& file)
+{
+    const auto number = [&](const char* name, double least, double most) {
+        const QJsonValue value = camera.value(QLatin1String(name));
+        const double given = value.toDouble(most + 1);
+        if (value.isUndefined() || (given >= least && given <= most))
+            return value.toDouble(0);
+        qWarning("%s: \"%s\" of the camera is no number from %g to %g; it counts as unknown", qUtf8Printable(file),
+                 name, least, most);
+        return 0.0;
+    };
+    return {{number("principal_x", 0, 100000), number("principal_y", 0, 100000)},
+            number("distance_mm", 0, 100000),
+            number("mm_per_pixel", 0, 100)};
 }
 
 void SolutionStore::readModel(const QString& file, Solution* solution)
@@ -168,12 +186,14 @@ bool SolutionStore::lookUp(const QString& solution, const QString& model, finder
     *answer = found->answer;
     if (model == finder::autoModelName()) {
         *parameters = finder::autoModel();
+        parameters->camera = found->camera;
         return true;
     }
     const auto known = found->models.constFind(model);
     if (known == found->models.constEnd())
         return false;
     *parameters = *known;
+    parameters->camera = found->camera;
     return true;
 }
 

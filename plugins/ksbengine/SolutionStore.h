@@ -39,7 +39,8 @@ public:
     bool removeModel(const QString& solution, const QString& model, QString* error) override;
     bool addSolution(const QString& solution, QString* error) override;
 
-    /// Copies what a task needs; false when solution or model is unknown.
+    /// Copies what a task needs, the camera of the solution's station with the model; false when solution or model is
+    /// unknown.
     bool lookUp(const QString& solution, const QString& model, finder::HoleModel* parameters, Answer* answer) const;
 
     /// What a model has been shown; null for nothing and for an unknown one.
@@ -60,6 +61,7 @@ private:
     {
         QString folder;
         Answer answer = Answer::Hole;
+        finder::Camera camera;
         QMap<QString, finder::HoleModel> models;
         QMap<QString, QString> files;
         QMap<QString, QString> exampleTroubles;
@@ -67,6 +69,7 @@ private:
 
     static bool isValidName(const QString& name, QString* error);
     void readSolution(const QString& folder);
+    static finder::Camera readCamera(const QJsonObject& camera, const QString& file);
     void readModel(const QString& file, Solution* solution);
     static void readExamples(const QString& model, Solution* solution);
     QString modelFile(const Solution& solution, const QString& model) const;

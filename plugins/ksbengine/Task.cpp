@@ -40,12 +40,12 @@ QVariantMap algoResult(const Answered& answered, SolutionStore::Answer answer)
         {key(ResultKeys::score), found.score},
         {key(ResultKeys::image), answered.picture},
         {key(ResultKeys::resultTip), answered.tip},
-        {key(ResultKeys::centerPoint), found.found() ? toPointF(hub ? found.hub.center : found.hole) : QPointF()},
+        {key(ResultKeys::centerPoint), found.found() ? toPointF(hub ? found.axis : found.hole) : QPointF()},
     };
     map.insert(key(ResultKeys::edgePoints), found.edgePoints);
     map.insert(key(ResultKeys::residual), found.residual);
     map.insert(key(ResultKeys::runnerUpScore), found.runnerUpScore);
-    map.insert(key(ResultKeys::hubCenter), toPointF(found.hub.center));
+    map.insert(key(ResultKeys::hubCenter), toPointF(found.axis));
     map.insert(key(ResultKeys::hubRadius), found.hub.radius);
     map.insert(key(ResultKeys::holeRadius), found.holeRadius);
     if (found.found())

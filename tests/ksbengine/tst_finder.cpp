@@ -100,6 +100,26 @@ private slots:
         QVERIFY(found.runnerUpScore > 0.1 * found.score);
     }
 
+    void angleIsAboutTheAxisAtTheHolesDepth()
+    {
+        wheel::WheelSpec spec = Wheels::spec("five", 41);
+        spec.hub -= 0.08 * cv::Point2d(spec.size.height, spec.size.height);
+        const cv::Mat image = Wheels::image(spec);
+        finder::HoleModel model = Wheels::model(spec);
+        const FindResult plain = locate(image, model);
+        QCOMPARE(plain.axis, plain.hub.center);
+        model.holeDepth = 30;
+        QCOMPARE(locate(image, model).angle, plain.angle); // the camera's distance is not known
+        model.camera.distance = 1500;
+        const FindResult deep = locate(image, model);
+        const cv::Point2d middle(0.5 * (image.cols - 1), 0.5 * (image.rows - 1));
+        const cv::Point2d axis = middle + (plain.hub.center - middle) * (1500.0 / 1530);
+        QVERIFY(cv::norm(deep.axis - axis) < 1e-9);
+        QCOMPARE(deep.hole, plain.hole);
+        QCOMPARE(deep.angle, finder::screenAngle(axis, plain.hole));
+        QVERIFY(deep.angle != plain.angle);
+    }
+
     void wheelsInEveryPlaceAndShape_data()
     {
         QTest::addColumn<wheel::WheelSpec>("spec");

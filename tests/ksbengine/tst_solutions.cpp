@@ -113,6 +113,27 @@ private slots:
         QCOMPARE(home.read(inSolution(QStringLiteral("spoiled.model.json"))), content);
     }
 
+    void cameraOfASolutionReachesEveryModel()
+    {
+        const TempHome home;
+        home.write(
+            inSolution(QStringLiteral("solution.json")),
+            R"({"camera": {"distance_mm": 1500, "principal_x": 1200.5, "principal_y": "1000", "mm_per_pixel": -1}})");
+        home.write(inSolution(QStringLiteral("good.model.json")), goodModel);
+        SolutionStore store(storeFolder(home));
+        for (const char* wrong : {"principal_y", "mm_per_pixel"})
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("solution\\.json.*%1").arg(wrong)));
+        store.read();
+        for (const QString& name : {QStringLiteral("good"), finder::autoModelName()}) {
+            HoleModel model;
+            SolutionStore::Answer answer = SolutionStore::Answer::Hub;
+            QVERIFY(store.lookUp(solution, name, &model, &answer));
+            QCOMPARE(model.camera.distance, 1500.0);
+            QCOMPARE(model.camera.principal, cv::Point2d(1200.5, 0));
+            QCOMPARE(model.camera.pixelSize, 0.0); // unknown
+        }
+    }
+
     void damagedModelIsKeptAsideWhenTaughtAnew()
     {
         const TempHome home;

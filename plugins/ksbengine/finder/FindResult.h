@@ -53,6 +53,7 @@ struct FindResult
     cv::Point2d hole;
     double holeRadius = 0;
     Outline hub;              ///< the rim's outer edge around the hub centre
+    cv::Point2d axis;         ///< the hub axis at the hole's depth: the hub's centre where camera or depth is unknown
     double score = 0;         ///< probability that the best candidate is the hole, 0 to 1
     double runnerUpScore = 0; ///< of the second best candidate
     Doubt doubt = Doubt::None;

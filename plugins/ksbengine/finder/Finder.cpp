@@ -112,6 +112,7 @@ void Finder::lookAround(const cv::Mat& gray, const HoleModel& model)
                 continue;
             seen.push_back(rim);
             look.result.hub = rim;
+            look.result.axis = hubAxis(rim, model.camera.in(gray.size()), model.holeDepth);
             look.result.rimCoverage = look.trace.rim.coverage;
             look.result.error = ringLeaves(gray, rim, model) ? FindError::CutOff : locateHole(gray, model, &look);
             adopt(std::move(look));
@@ -160,7 +161,7 @@ FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, Look* 
         for (RankedHole& hole : holes)
             hole.examples = match.odds(m_pyramid, hub.center, hole.seen);
     }
-    const HoleChoice choice = chooseHole(model, hub, &holes);
+    const HoleChoice choice = chooseHole(model, {look->result.axis, hub.radius, hub.c2, hub.s2}, &holes);
     look->result.doubt = choice.doubt;
     if (holes.empty())
         return choice.error;
@@ -194,7 +195,7 @@ void Finder::measure(const cv::Mat& gray, const HoleModel& model, Look* look)
         result.hole = mouth.center;
         result.holeRadius = mouth.radius;
     }
-    result.angle = screenAngle(result.hub.center, result.hole);
+    result.angle = screenAngle(result.axis, result.hole);
 }
 
 FindResult Finder::find(const cv::Mat& gray, const HoleModel& model)

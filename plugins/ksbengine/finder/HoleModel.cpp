@@ -22,7 +22,7 @@ struct Field
     bool zeroMeansUnknown;
 };
 
-constexpr std::array<Field, 7> fields{{
+constexpr std::array<Field, 8> fields{{
     {"rim_radius", &HoleModel::rimRadius, 16, 50000, true},
     {"rim_radius_tol", &HoleModel::rimTolerance, 0.1, 50, false},
     {"ring_radius", &HoleModel::ringRadius, 8, 50000, true},
@@ -30,6 +30,7 @@ constexpr std::array<Field, 7> fields{{
     {"hole_radius", &HoleModel::holeRadius, 2, 2000, true},
     {"hole_radius_tol", &HoleModel::holeTolerance, 1, 60, false},
     {"score_limit", &HoleModel::scoreLimit, 0, 1, false},
+    {"hole_depth", &HoleModel::holeDepth, -300, 300, false},
 }};
 
 // Broad limits of the built-in model, a little wider than what it promises so that a wheel at a limit is still inside.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Geometry.h"
+#include "Perspective.h"
 
 #include <QString>
 #include <QVariantMap>
@@ -21,7 +21,9 @@ struct HoleModel
     double holeRadius = 0;     ///< mouth of the hole, pixels, at a rim of rimRadius
     double holeTolerance = 25; ///< percent of holeRadius
     double scoreLimit = 0.5;   ///< a hole with a lower score is refused, 0 to 1
+    double holeDepth = 0;      ///< of the hole behind the rim's edge, millimetres; negative: nearer to the camera
     bool taught = false;
+    Camera camera; ///< of the station; no parameter of the model, the solution sets it
     /// What the model has been shown, shared by all copies of the model; null when it has been shown nothing.
     std::shared_ptr<const HoleExamples> examples;
 
