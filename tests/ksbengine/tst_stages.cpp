@@ -1,7 +1,6 @@
 #include "finder/GrayLevels.h"
 #include "finder/HoleJudge.h"
 #include "finder/HoleView.h"
-#include "finder/MouthModel.h"
 #include "finder/Pyramid.h"
 #include "finder/Rays.h"
 #include "finder/RingMap.h"
@@ -19,42 +18,6 @@ cv::Mat noise(int rows, int columns)
     cv::RNG random(4711);
     random.fill(image, cv::RNG::UNIFORM, 0, 256);
     return image;
-}
-
-/// An open hole of 10 pixels with a chamfer, seen a little from the side.
-finder::MouthVector openHole()
-{
-    finder::MouthVector p{};
-    p[finder::X] = 0.3;
-    p[finder::Y] = -0.4;
-    p[finder::R] = 10;
-    p[finder::Chamfer] = 1.5;
-    p[finder::Blur] = 1.2;
-    p[finder::WallX] = -2;
-    p[finder::WallY] = 0.7;
-    p[finder::Far] = 1;
-    p[finder::Surface0] = 150;
-    p[finder::Chamfer0] = 210;
-    p[finder::Wall0] = 90;
-    p[finder::Deep] = 20;
-    return p;
-}
-
-finder::MouthModel::Block blockAt(const finder::MouthVector& p, double distance)
-{
-    finder::MouthModel::Block block{};
-    for (size_t i = 0; i < block.x.size(); ++i) {
-        const double angle = 0.1 + 2 * CV_PI * static_cast<double>(i) / static_cast<double>(block.x.size());
-        block.x[i] = static_cast<float>(p[finder::X] + distance * std::cos(angle));
-        block.y[i] = static_cast<float>(p[finder::Y] + distance * std::sin(angle));
-    }
-    finder::MouthModel(p).evaluate(&block);
-    return block;
-}
-
-finder::MouthModel::Lanes grays(const finder::MouthModel::Block& block)
-{
-    return block.results[finder::MouthModel::gray];
 }
 
 } // namespace
@@ -226,59 +189,6 @@ private slots:
                 QVERIFY2(std::abs(seen - expected) < 0.02, qPrintable(QString("%1 for %2").arg(seen).arg(expected)));
             }
         }
-    }
-
-    void mouthsDerivativesAreThoseOfItsPicture_data()
-    {
-        using namespace finder;
-        Table::of<int, double>({{"x", X, 1e-2},
-                                {"y", Y, 1e-2},
-                                {"radius", R, 1e-2},
-                                {"chamfer", Chamfer, 1e-2},
-                                {"blur", Blur, 1e-2},
-                                {"turn", Turn, 1e-2},
-                                {"wall x", WallX, 1e-2},
-                                {"wall y", WallY, 1e-2},
-                                {"far", Far, 1e-3},
-                                {"surface", Surface0, 1},
-                                {"surface slope", SurfaceX, 0.1},
-                                {"chamfer level", Chamfer0, 1},
-                                {"chamfer side", ChamferS, 1},
-                                {"wall level", Wall0, 1},
-                                {"wall side", WallC, 1},
-                                {"deep", Deep, 1}});
-    }
-
-    void mouthsDerivativesAreThoseOfItsPicture()
-    {
-        const auto [parameter, step] = Table::row<int, double>();
-        const finder::MouthVector p = openHole();
-        for (const double distance : {4.0, 8.0, 9.5, 10.5, 12.0, 15.0}) {
-            const finder::MouthModel::Block at = blockAt(p, distance);
-            auto less = at;
-            auto more = at;
-            finder::MouthVector other = p;
-            other[parameter] += step;
-            finder::MouthModel(other).evaluate(&more);
-            other[parameter] -= 2 * step;
-            finder::MouthModel(other).evaluate(&less);
-            for (size_t i = 0; i < at.x.size(); ++i) {
-                const double slope = (grays(more)[i] - grays(less)[i]) / (2 * step);
-                const double told = at.results[parameter][i];
-                QVERIFY2(std::abs(told - slope) < 0.1 + 0.03 * std::abs(slope),
-                         qPrintable(QString("%1 at %2: %3 for %4").arg(i).arg(distance).arg(told).arg(slope)));
-            }
-        }
-    }
-
-    void mouthIsDarkInsideAndBrightOutside()
-    {
-        const finder::MouthVector p = openHole();
-        for (const float gray : grays(blockAt(p, 30)))
-            QVERIFY(std::abs(gray - 150) < 0.1);
-        const finder::MouthModel::Block middle = blockAt(p, 2);
-        for (const float gray : grays(middle))
-            QVERIFY(std::abs(gray - 20) < 1);
     }
 };
 

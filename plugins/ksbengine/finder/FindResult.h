@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Geometry.h"
+#include "MouthFit.h"
 
 #include <QString>
 
@@ -59,6 +60,7 @@ struct FindResult
     Doubt doubt = Doubt::None;
     int edgePoints = 0;     ///< that the hole's outline rests on
     double residual = 0;    ///< of those points, root mean square in pixels
+    Mouth mouth;            ///< what the hole's centre and radius come from; not valid: from the judge's circle instead
     double rimCoverage = 0; ///< share of the rim that was seen, 0 to 1
 
     bool found() const { return error == FindError::None; }

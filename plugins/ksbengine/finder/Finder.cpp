@@ -182,15 +182,17 @@ void Finder::measure(const cv::Mat& gray, const HoleModel& model, Look* look)
     result.holeRadius = seen.radius;
     result.edgePoints = look->trace.outline.fit.used;
     result.residual = look->trace.outline.fit.residual;
-    Mouth start;
+    Mouth& start = look->trace.mouthStart;
     start.center = seen.center;
     start.radius = seen.radius;
+    start.outerRadius = seen.outerRadius;
     TaughtMouth taught;
     if (model.holeRadius > 0)
         taught.radius = model.holeRange(result.hub.radius).middle();
     if (model.ringRadius > 0)
         taught.ring = model.ringRange(result.hub.radius).middle();
     const Mouth mouth = fitMouth(gray, start, result.hub.center, taught);
+    look->trace.mouth = result.mouth = mouth;
     if (mouth.valid) {
         result.hole = mouth.center;
         result.holeRadius = mouth.radius;

@@ -21,6 +21,8 @@ struct FindTrace
     RingMap ring;                  ///< unwrapped
     std::vector<RankedHole> holes; ///< best first
     HoleFit outline;               ///< of the best place, as a circle through its edges
+    Mouth mouthStart;              ///< what the mouth's fit began from
+    Mouth mouth;                   ///< what it made of that; not valid when it gave up
 };
 
 /// Locates the valve hole of one wheel, coarse to fine: reduced picture, rim, unwrapped ring, candidates, their

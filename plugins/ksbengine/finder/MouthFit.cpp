@@ -1,7 +1,6 @@
 #include "MouthFit.h"
 
-#include "MouthProblem.h"
-#include "Robust.h"
+#include "MouthReadings.h"
 
 #include <algorithm>
 
@@ -11,68 +10,69 @@ namespace {
 
 using State = MouthProblem::State;
 
-constexpr int binnedSteps = 6;
-constexpr int lastSteps = 6;
+// Pixels are averaged until the radius has about as many: the readings compete in 3, are refined in 5 and then in 11.
+// Finer ones than 11 take twice the time and change the median error by 0.02 pixels at most.
+constexpr double coarse = 3;
+constexpr double medium = 5;
+constexpr double fine = 11;
+constexpr int steps = 4; // in each of the latter two
+// Radii around the start that hold the outer edge of a counterbore and some of the surface around it.
+constexpr double coarseReach = 1.8;
 // How much worse an open hole explains the inside than the surroundings: up to the first, there is nothing to doubt;
 // beyond the second, something stands in it.
 constexpr double clearlyOpen = 1.2;
 constexpr double clearlyFilled = 1.4;
+constexpr double hollow = 0.8; // of the radius: within, nothing counts where something stands in the hole
+// Widths of what is seen as a ring, against the radius. A narrower one may as well be the mouth's own rounding; a wide
+// one is a counterbore in most wheels.
+constexpr double leastRing = 0.15;
+constexpr double wideRing = 0.3;
 
-/// Axes along and across the direction from the hub.
-struct Frame
+/// What all readings of one hole have in common.
+struct View
 {
-    double c, s;
-
-    cv::Point2d inside(const cv::Point2d& p) const { return {p.x * c + p.y * s, p.y * c - p.x * s}; }
-    cv::Point2d outside(const cv::Point2d& p) const { return {p.x * c - p.y * s, p.x * s + p.y * c}; }
+    const cv::Mat& gray;
+    MouthFrame frame;
+    MouthPatch patch; // coarse
+    MouthExpectation expected;
 };
 
-float blockMean(const cv::Mat& gray, const cv::Point& corner, int bin)
+struct Reading
 {
-    int sum = 0;
-    for (int y = 0; y < bin; ++y) {
-        const uchar* line = gray.ptr(corner.y + y) + corner.x;
-        for (int x = 0; x < bin; ++x)
-            sum += line[x];
-    }
-    return static_cast<float>(sum) / static_cast<float>(bin * bin);
-}
-
-/// The pixels around a point, `bin` x `bin` of them averaged to one; those within `reach` count.
-MouthPatch patchAround(const cv::Mat& gray, const cv::Point2d& center, double reach, int bin, const Frame& frame)
-{
+    State state;
     MouthPatch patch;
-    const int half = cvCeil(reach / bin) + 1;
-    const double shift = 0.5 * (bin - 1);
-    const cv::Point middle(cvRound(center.x - shift), cvRound(center.y - shift));
-    patch.width = 2 * half + 1;
-    patch.pixels.reserve(static_cast<size_t>(patch.width) * patch.width);
-    for (int row = -half; row <= half; ++row) {
-        for (int column = -half; column <= half; ++column) {
-            const cv::Point corner(middle.x + column * bin, middle.y + row * bin);
-            const cv::Point2d offset(corner.x + shift - center.x, corner.y + shift - center.y);
-            if (offset.dot(offset) <= reach * reach)
-                patch.counting.push_back(static_cast<int>(patch.pixels.size()));
-            const cv::Point2d place = frame.inside(offset);
-            patch.pixels.push_back(
-                {static_cast<float>(place.x), static_cast<float>(place.y), blockMean(gray, corner, bin)});
-        }
-    }
-    return patch;
+    double whitening = 0; // for the surface's grain
+};
+
+int binFor(double radius, double pixels)
+{
+    return std::max(1, cvRound(radius / pixels));
 }
 
-bool fitsInside(const cv::Mat& gray, const cv::Point2d& center, double reach)
+MouthLevels levelsOf(const MouthPatch& patch, double radius)
 {
-    return center.x - reach >= 0 && center.y - reach >= 0 && center.x + reach <= gray.cols - 1 &&
-           center.y + reach <= gray.rows - 1;
+    const auto level = [&](double from, double to, double share) {
+        return percentile(patch, from * radius, to * radius, share);
+    };
+    MouthLevels levels;
+    levels.surface = level(1.25, 9, 0.5);
+    levels.deep = level(0, 0.8, 0.2);
+    levels.darkest = level(0, 1, 0.08);
+    levels.contrast =
+        std::max({10.0, std::abs(levels.surface - levels.deep), 0.7 * (level(0, 9, 0.95) - level(0, 9, 0.05))});
+    return levels;
 }
 
-double percentile(const MouthPatch& patch, double share)
+View viewOf(const cv::Mat& gray, const Mouth& start, const cv::Point2d& hub, const TaughtMouth& taught)
 {
-    std::vector<float> grays;
-    for (const int index : patch.counting)
-        grays.push_back(patch.pixels[index].gray);
-    return quantile(grays, share);
+    const cv::Point2d arm = start.center - hub;
+    const double distance = std::max(1.0, cv::norm(arm));
+    View view{gray, {start.center, arm.x / distance, arm.y / distance}, {}, {}};
+    view.patch =
+        patchAround(gray, start.center, coarseReach * start.radius + 3, binFor(start.radius, coarse), view.frame);
+    view.expected = expectMouth(start, levelsOf(view.patch, start.radius));
+    expectTaught(taught, distance, &view.expected);
+    return view;
 }
 
 float distanceFromMouth(const MouthPixel& pixel, const MouthVector& p)
@@ -82,8 +82,10 @@ float distanceFromMouth(const MouthPixel& pixel, const MouthVector& p)
         .distance;
 }
 
-MouthPatch withoutInside(MouthPatch patch, const MouthVector& p, double band)
+/// Leaves out what is deeper in the hole than a band along the mouth.
+MouthPatch withoutInside(MouthPatch patch, const MouthVector& p)
 {
+    const double band = (1 - hollow) * p[R];
     std::vector<int>& counting = patch.counting;
     counting.erase(std::remove_if(counting.begin(), counting.end(),
                                   [&](int index) { return distanceFromMouth(patch.pixels[index], p) < -band; }),
@@ -112,171 +114,114 @@ double misfitInside(const MouthPatch& patch, const MouthVector& p)
     return sums[1] / counts[1] / std::max(1.0, sums[0] / counts[0]);
 }
 
-/// The far end may show on any side: begins from each, goes on from the best.
-State openStart(MouthProblem& problem, const MouthExpectation& expected, const State& filled)
-{
-    constexpr int directions = 8;
-    const double share = 0.2; // of the radius
-    std::vector<State> states;
-    for (int i = 0; i < directions; ++i) {
-        State state = filled;
-        state.noise = 8;
-        for (const int k : {Far, Wall0, WallC, WallS})
-            state.p[k] = expected.value[k];
-        const double angle = 2 * CV_PI * i / directions;
-        state.p[WallX] = share * state.p[R] * std::cos(angle);
-        state.p[WallY] = share * state.p[R] * std::sin(angle);
-        problem.improve(&state, mouthShapes, 1);
-        states.push_back(state);
-    }
-    const auto cheaper = [](const State& a, const State& b) { return a.cost < b.cost; };
-    std::sort(states.begin(), states.end(), cheaper);
-    states.resize(3);
-    for (State& state : states)
-        problem.improve(&state, 0, 5);
-    State best = *std::min_element(states.begin(), states.end(), cheaper);
-    return best;
-}
-
-Mouth toMouth(const State& state, const Mouth& start, const Frame& frame)
-{
-    Mouth mouth;
-    mouth.center = start.center + frame.outside({state.p[X], state.p[Y]});
-    mouth.radius = state.p[R];
-    mouth.blur = state.p[Blur];
-    mouth.chamfer = state.p[Chamfer];
-    mouth.wall = frame.outside({state.p[WallX], state.p[WallY]});
-    mouth.residual = state.noise;
-    return mouth;
-}
-
 double whiteningFor(double correlation)
 {
     return std::clamp(0.3 + 0.75 * correlation, 0.0, 0.9);
 }
 
-/// How far around the start to look, and how many pixels (a side) to average to one.
-struct Extent
+/// The part of the image that a reading speaks of.
+MouthPatch patchOf(const View& view, const MouthVector& p, double pixels, bool filled)
 {
-    double reach;
-    int coarseBin;
-    int fineBin;
-    int finestBin;
-};
-
-Extent extentFor(double radius)
-{
-    return {1.55 * radius + 3, std::max(1, cvRound(radius / 4)), std::max(1, cvRound((radius + 1) / 7)),
-            std::max(1, cvRound(radius / 11))};
+    const double outer = p[R] + p[Chamfer] + std::hypot(p[OuterX], p[OuterY]);
+    const double reach = std::clamp(outer + 0.3 * p[R], 1.45 * p[R], 2.0 * p[R]) + 2;
+    const cv::Point2d center = view.frame.outside({p[X], p[Y]});
+    const int bin = binFor(p[R], pixels);
+    MouthPatch patch = patchAround(view.gray, center, reach, bin, view.frame);
+    return filled ? withoutInside(std::move(patch), p) : patch;
 }
 
-/// What all stages of a fit look at.
-struct View
+Reading read(const View& view, bool filled)
 {
-    Frame frame;
-    MouthPatch full;   // every pixel
-    MouthPatch whole;  // the same, averaged as far as the hole keeps its shape
-    MouthPatch sparse; // in still coarser pixels
-    MouthExpectation open;
-    MouthExpectation filled;
-};
-
-View viewOf(const cv::Mat& gray, const Mouth& start, const Extent& extent, const cv::Point2d& hub,
-            const TaughtMouth& taught)
-{
-    const cv::Point2d arm = start.center - hub;
-    const double distance = std::max(1.0, cv::norm(arm));
-    const Frame frame{arm.x / distance, arm.y / distance};
-    View view{frame,
-              patchAround(gray, start.center, extent.reach, extent.finestBin, frame),
-              patchAround(gray, start.center, extent.reach, extent.fineBin, frame),
-              patchAround(gray, start.center, extent.reach, extent.coarseBin, frame),
-              {},
-              {}};
-    view.open = expectOpen(start, percentile(view.whole, 0.65), percentile(view.whole, 0.04));
-    expectTaught(taught, distance, &view.open);
-    view.filled = expectFilled(view.open);
-    return view;
-}
-
-/// The mouth alone, in coarse pixels: right enough to start from, whether something stands in the hole or not.
-State roughFit(const View& view, double radius)
-{
-    State state;
-    state.p = view.filled.value;
-    const MouthPatch wide = withoutInside(view.sparse, state.p, 0.35 * radius);
-    MouthProblem problem(wide, view.filled, 0.5);
-    problem.improve(&state, mouthShapes, 1);
-    problem.improve(&state, 0, 10);
-    return state;
-}
-
-struct OpenFit
-{
-    State state;
-    double whitening; // for the surface's grain
-};
-
-OpenFit openFit(const View& view, const State& rough)
-{
-    MouthProblem coarse(view.sparse, view.open, 0);
-    State state = openStart(coarse, view.open, rough);
-    MouthProblem trial(view.whole, view.open, 0.5);
-    trial.measureNoise(&state);
-    trial.improve(&state, 0, binnedSteps);
-
-    MouthProblem last(view.full, view.open, 0);
-    const double whitening = whiteningFor(last.correlation(state.p));
-    last.setWhitening(whitening);
-    last.measureNoise(&state);
-    last.improve(&state, 0, lastSteps);
-    return {state, whitening};
-}
-
-State filledFit(const View& view, const MouthPatch& band, State state, double whitening)
-{
-    MouthProblem problem(band, view.filled, whitening);
+    Reading reading;
+    State& state = reading.state;
+    state = likeliestReading(filled ? withoutInside(view.patch, view.expected.value) : view.patch, view.expected);
+    {
+        const MouthPatch patch = patchOf(view, state.p, medium, filled);
+        MouthProblem problem(patch, view.expected, 0.5);
+        problem.measureNoise(&state);
+        problem.improve(&state, steps);
+    }
+    reading.patch = patchOf(view, state.p, fine, filled);
+    MouthProblem problem(reading.patch, view.expected, 0);
+    reading.whitening = whiteningFor(problem.correlation(state.p));
+    problem.setWhitening(reading.whitening);
     problem.measureNoise(&state);
-    problem.improve(&state, 0, lastSteps);
-    return state;
+    problem.improve(&state, steps);
+    return reading;
 }
 
-/// Whether a filled hole explains the band between mouth and middle better.
-bool looksFilled(const View& view, const MouthPatch& band, const OpenFit& open, const State& filled)
+/// Whether a filled hole explains the band along the mouth better.
+bool looksFilled(const View& view, const Reading& open, const Reading& filled)
 {
-    MouthProblem judge(band, view.open, open.whitening);
-    const double noise = std::min(open.state.noise, filled.noise);
-    return judge.misfit(filled.p, noise) < judge.misfit(open.state.p, noise);
+    MouthProblem judge(filled.patch, view.expected, open.whitening);
+    const double noise = std::min(open.state.noise, filled.state.noise);
+    return judge.misfit(filled.state.p, noise) < judge.misfit(open.state.p, noise);
+}
+
+/// A ring as bright as the surface is none.
+MouthEdge edgeOf(const State& state)
+{
+    const MouthVector& p = state.p;
+    const double seen =
+        std::abs(p[Chamfer0] - p[Surface0]) + std::hypot(p[ChamferC], p[ChamferS]) + std::abs(p[ChamferOut]);
+    if (p[Chamfer] < leastRing * p[R] || seen < 2 * state.noise)
+        return MouthEdge::Plain;
+    return p[Chamfer] < wideRing * p[R] ? MouthEdge::Chamfer : MouthEdge::Counterbore;
+}
+
+Mouth toMouth(const Reading& reading, const MouthFrame& frame)
+{
+    const MouthVector& p = reading.state.p;
+    const double flat = 0.5 * std::hypot(p[E], p[F]);
+    Mouth mouth;
+    mouth.center = mouth.outerCenter = frame.outside({p[X], p[Y]});
+    mouth.radius = mouth.outerRadius = p[R] * (1 + flat);
+    mouth.axisRatio = (1 - flat) / (1 + flat);
+    mouth.edge = edgeOf(reading.state);
+    if (mouth.edge != MouthEdge::Plain) {
+        mouth.outerCenter += frame.turned({p[OuterX], p[OuterY]});
+        mouth.outerRadius = p[R] + p[Chamfer] + flat * (p[R] + p[Scaled] * p[Chamfer]);
+    }
+    mouth.blur = p[Blur];
+    mouth.wall = frame.turned({p[WallX], p[WallY]});
+    mouth.residual = reading.state.noise;
+    mouth.spread = reading.state.centerSpread;
+    mouth.pixels = static_cast<int>(reading.patch.counting.size());
+    return mouth;
 }
 
 bool staysNear(const Mouth& start, const Mouth& mouth)
 {
-    return cv::norm(mouth.center - start.center) < 0.6 * start.radius && mouth.radius > 0.6 * start.radius &&
-           mouth.radius < 1.5 * start.radius;
+    return mouth.pixels > 0 && cv::norm(mouth.center - start.center) < 0.6 * start.radius &&
+           mouth.radius > 0.6 * start.radius && mouth.radius < 1.5 * start.radius;
+}
+
+/// A mouth that the image's border cuts could be anywhere.
+bool isInside(const cv::Mat& gray, const Mouth& start)
+{
+    const double reach = 1.2 * start.radius + 1;
+    return start.center.x >= reach && start.center.y >= reach && start.center.x <= gray.cols - 1 - reach &&
+           start.center.y <= gray.rows - 1 - reach;
 }
 
 } // namespace
 
 Mouth fitMouth(const cv::Mat& gray, const Mouth& start, const cv::Point2d& hub, const TaughtMouth& taught)
 {
-    const Extent extent = extentFor(start.radius);
-    if (start.radius < 2 || !fitsInside(gray, start.center, extent.reach + 2 * extent.coarseBin + 2))
+    if (start.radius < 2 || !isInside(gray, start))
         return {};
-    const View view = viewOf(gray, start, extent, hub, taught);
-    const State rough = roughFit(view, start.radius);
-    const OpenFit open = openFit(view, rough);
-    Mouth mouth = toMouth(open.state, start, view.frame);
-    mouth.pixels = static_cast<int>(view.full.counting.size());
-    const double misfit = misfitInside(view.full, open.state.p);
+    const View view = viewOf(gray, start, hub, taught);
+    Reading reading = read(view, false);
+    const double misfit = misfitInside(reading.patch, reading.state.p);
+    bool isFilled = false;
     if (misfit > clearlyOpen) {
-        const MouthPatch band = withoutInside(view.full, rough.p, 0.1 * rough.p[R] + 1);
-        const State filled = filledFit(view, band, rough, open.whitening);
-        if (misfit > clearlyFilled || looksFilled(view, band, open, filled)) {
-            mouth = toMouth(filled, start, view.frame);
-            mouth.filled = true;
-            mouth.pixels = static_cast<int>(band.counting.size());
-        }
+        Reading filled = read(view, true);
+        isFilled = misfit > clearlyFilled || looksFilled(view, reading, filled);
+        if (isFilled)
+            reading = std::move(filled);
     }
+    Mouth mouth = toMouth(reading, view.frame);
+    mouth.filled = isFilled;
     mouth.valid = staysNear(start, mouth);
     return mouth;
 }

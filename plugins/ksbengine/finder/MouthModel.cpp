@@ -32,9 +32,15 @@ VC_INLINE NormalValue normalAt(float z)
     return {z < 0 ? tail : 1 - tail, density};
 }
 
-VC_VECTORISED void evaluateBlock(const float* p, MouthModel::Block* VC_RESTRICT block)
+VC_VECTORISED void evaluateBlock(const float* p, float square, MouthModel::Block* VC_RESTRICT block)
 {
-    const float blurSquare = p[Blur] * p[Blur];
+    const float blurSquare = p[Blur] * p[Blur] + square;
+    // The outer edge's share of the mouth's flatness, and how it changes.
+    const float outerRadius = p[R] + p[Chamfer];
+    const float keeps = (p[R] + p[Scaled] * p[Chamfer]) / outerRadius;
+    const float keepsByR = p[Chamfer] * (1 - p[Scaled]) / (outerRadius * outerRadius);
+    const float keepsByChamfer = p[R] * (p[Scaled] - 1) / (outerRadius * outerRadius);
+    const float keepsByScaled = p[Chamfer] / outerRadius;
     auto& by = block->results;
     for (int i = 0; i < MouthModel::blockSize; ++i) {
         const float dx = block->x[i] - p[X];
@@ -43,63 +49,82 @@ VC_VECTORISED void evaluateBlock(const float* p, MouthModel::Block* VC_RESTRICT 
         const float c = dx * inverse;
         const float s = dy * inverse;
         const EllipseDistance mouth = ellipseDistance(dx, dy, p[R], p[E], p[F]);
+        const EllipseDistance outer =
+            ellipseDistance(dx - p[OuterX], dy - p[OuterY], outerRadius, keeps * p[E], keeps * p[F]);
         const EllipseDistance far = ellipseDistance(dx - p[WallX], dy - p[WallY], p[R] * p[Far], p[E], p[F]);
-        const float inner = std::max(far.distance, mouth.distance);
+        const float outerLimits = outer.distance < mouth.distance ? 1.0F : 0.0F;
+        const float rim = std::min(outer.distance, mouth.distance);
         const float farLimits = far.distance > mouth.distance ? 1.0F : 0.0F;
-        const float width = 1 + p[Scaled] * (mouth.widening - 1);
-        const float outer = mouth.distance - p[Chamfer] * width;
+        const float inner = std::max(far.distance, mouth.distance);
         // A wheel that turns while the shutter is open is blurred across the direction from the hub.
         const float across = mouth.byY * mouth.byY;
         const float sharp = 1 / std::sqrt(blurSquare + p[Turn] * across);
-        const NormalValue atOuter = normalAt(outer * sharp);
+        const NormalValue atRim = normalAt(rim * sharp);
         const NormalValue atMouth = normalAt(mouth.distance * sharp);
         const NormalValue atInner = normalAt(inner * sharp);
 
         const float surface = p[Surface0] + p[SurfaceX] * dx + p[SurfaceY] * dy;
-        const float chamfer = p[Chamfer0] + p[ChamferC] * c + p[ChamferS] * s;
+        const float ring = std::max(mouth.distance - outer.distance, 0.5F); // width here
+        const float between = mouth.distance + outer.distance;
+        const float out = std::max(-1.0F, std::min(between / ring, 1.0F));
+        const float inRing = std::abs(between) < ring ? 1 / ring : 0.0F;
+        const float chamfer = p[Chamfer0] + p[ChamferC] * c + p[ChamferS] * s + p[ChamferOut] * out;
         const float wall = p[Wall0] + p[WallC] * c + p[WallS] * s;
-        const float chamferShare = atMouth.share - atOuter.share;
+        const float chamferShare = atMouth.share - atRim.share;
         const float wallShare = atInner.share - atMouth.share;
         const float deepShare = 1 - atInner.share;
 
-        const float byOuter = (surface - chamfer) * atOuter.density * sharp;
+        // How the gray value changes with the distance from each edge.
+        const float byRim = (surface - chamfer) * atRim.density * sharp;
         const float byMouth = (chamfer - wall) * atMouth.density * sharp;
         const float byInner = (wall - p[Deep]) * atInner.density * sharp;
+        const float byOut = p[ChamferOut] * chamferShare * inRing;
+        const float byOuter = outerLimits * byRim + byOut * (1 + out);
         const float byFar = farLimits * byInner;
-        const float byEdge = byOuter + byMouth + byInner - byFar;
+        const float byEdge = byRim * (1 - outerLimits) + byMouth + byInner - byFar + byOut * (1 - out);
+        const float byKeeps = byOuter * (outer.byE * p[E] + outer.byF * p[F]);
 
-        by[X][i] = -byEdge * mouth.byX - byFar * far.byX;
-        by[Y][i] = -byEdge * mouth.byY - byFar * far.byY;
-        by[R][i] = byEdge * mouth.byR + byFar * p[Far] * far.byR;
-        by[E][i] = byEdge * mouth.byE + byFar * far.byE;
-        by[F][i] = byEdge * mouth.byF + byFar * far.byF;
-        by[Chamfer][i] = -byOuter * width;
-        by[Scaled][i] = -byOuter * p[Chamfer] * (mouth.widening - 1);
-        const float bySharp = (byOuter * outer + byMouth * mouth.distance + byInner * inner) * sharp * sharp;
+        // The gray values change around the centre, which moves with x and y.
+        const float turning =
+            inverse * (chamferShare * (p[ChamferC] * s - p[ChamferS] * c) + wallShare * (p[WallC] * s - p[WallS] * c));
+        by[X][i] =
+            -byEdge * mouth.byX - byOuter * outer.byX - byFar * far.byX - atRim.share * p[SurfaceX] - turning * s;
+        by[Y][i] =
+            -byEdge * mouth.byY - byOuter * outer.byY - byFar * far.byY - atRim.share * p[SurfaceY] + turning * c;
+        by[R][i] = byEdge * mouth.byR + byOuter * outer.byR + byKeeps * keepsByR + byFar * p[Far] * far.byR;
+        by[E][i] = byEdge * mouth.byE + byOuter * keeps * outer.byE + byFar * far.byE;
+        by[F][i] = byEdge * mouth.byF + byOuter * keeps * outer.byF + byFar * far.byF;
+        by[Chamfer][i] = byOuter * outer.byR + byKeeps * keepsByChamfer;
+        by[Scaled][i] = byKeeps * keepsByScaled;
+        by[OuterX][i] = -byOuter * outer.byX;
+        by[OuterY][i] = -byOuter * outer.byY;
+        const float bySharp = (byRim * rim + byMouth * mouth.distance + byInner * inner) * sharp * sharp;
         by[Blur][i] = -bySharp * p[Blur];
         by[Turn][i] = -bySharp * 0.5F * across;
         by[WallX][i] = -byFar * far.byX;
         by[WallY][i] = -byFar * far.byY;
         by[Far][i] = byFar * p[R] * far.byR;
-        by[Surface0][i] = atOuter.share;
-        by[SurfaceX][i] = atOuter.share * dx;
-        by[SurfaceY][i] = atOuter.share * dy;
+        by[Surface0][i] = atRim.share;
+        by[SurfaceX][i] = atRim.share * dx;
+        by[SurfaceY][i] = atRim.share * dy;
         by[Chamfer0][i] = chamferShare;
         by[ChamferC][i] = chamferShare * c;
         by[ChamferS][i] = chamferShare * s;
+        by[ChamferOut][i] = chamferShare * out;
         by[Wall0][i] = wallShare;
         by[WallC][i] = wallShare * c;
         by[WallS][i] = wallShare * s;
         by[Deep][i] = deepShare;
         by[MouthModel::gray][i] =
-            surface * atOuter.share + chamfer * chamferShare + wall * wallShare + p[Deep] * deepShare;
+            surface * atRim.share + chamfer * chamferShare + wall * wallShare + p[Deep] * deepShare;
     }
 }
 
 } // namespace
 
-MouthModel::MouthModel(const MouthVector& parameters)
+MouthModel::MouthModel(const MouthVector& parameters, double bin)
     : m_p()
+    , m_square(static_cast<float>(bin * bin / 12))
 {
     for (int i = 0; i < mouthParameters; ++i)
         m_p[i] = static_cast<float>(parameters[i]);
@@ -107,7 +132,7 @@ MouthModel::MouthModel(const MouthVector& parameters)
 
 void MouthModel::evaluate(Block* block) const
 {
-    evaluateBlock(m_p.data(), block);
+    evaluateBlock(m_p.data(), m_square, block);
 }
 
 void MouthModel::transpose(const Block& block, int i, float* const* rows)

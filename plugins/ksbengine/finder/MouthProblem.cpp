@@ -1,6 +1,6 @@
 #include "MouthProblem.h"
 
-#include "Robust.h"
+#include "MouthFactor.h"
 #include "Vectorise.h"
 
 #include <algorithm>
@@ -10,10 +10,12 @@ namespace finder {
 namespace {
 
 constexpr float saturated = 254;
-constexpr double huber = 2.5; // standard deviations
-constexpr double grain = 2;   // pixels that vary together even after whitening: data count this much less
+constexpr double outlying = 4; // standard deviations
+constexpr double grain = 2;    // pixels that vary together even after whitening: data count this much less
 
-constexpr double farOff = 3; // spreads
+constexpr double impossible = 1e30;
+constexpr double enough = 0.1; // variances, a gain not worth another step
+constexpr double farOff = 3;   // spreads
 
 constexpr int rowSize = MouthModel::rowSize;
 
@@ -26,15 +28,16 @@ VC_VECTORISED void takeOff(const float* at, const float* left, const float* righ
 
 constexpr int batchSize = 4; // rows that are added at once, so that the matrix is read and written less often
 
-/// Adds weight * d d^T of each row d to the upper triangle of a square matrix, in whole vectors.
-VC_VECTORISED void addSquares(const float* VC_RESTRICT rows, const float* VC_RESTRICT weights,
+/// Adds weight * d d^T of each row d to the upper triangle of a square matrix, from its row `first` on, in whole
+/// vectors.
+VC_VECTORISED void addSquares(int first, const float* VC_RESTRICT rows, const float* VC_RESTRICT weights,
                               float* VC_RESTRICT matrix)
 {
     const float* const a = rows;
     const float* const b = a + rowSize;
     const float* const c = b + rowSize;
     const float* const d = c + rowSize;
-    for (int i = 0; i < mouthParameters; ++i) {
+    for (int i = first; i < mouthParameters; ++i) {
         const float wa = weights[0] * a[i];
         const float wb = weights[1] * b[i];
         const float wc = weights[2] * c[i];
@@ -118,15 +121,19 @@ void MouthProblem::whitened(int index, Row* row) const
     const Row& right = m_rows[index + 1];
     const Row& above = m_rows[index - m_patch.width];
     const Row& below = m_rows[index + m_patch.width];
+    if (m_whitening == 0) {
+        *row = at;
+        return;
+    }
     takeOff(at.data(), left.data(), right.data(), above.data(), below.data(), m_whitening / 4, row->data());
 }
 
-void MouthProblem::accumulate(const MouthVector& p, double noise)
+void MouthProblem::accumulate(const MouthVector& p, double noise, bool plain)
 {
     evaluate(p);
     for (Row& row : m_matrix)
         row.fill(0);
-    const auto most = static_cast<float>(huber * noise);
+    const auto most = plain ? 1e6F : static_cast<float>(std::max(outlying * noise, m_expected.tolerance));
     m_dataCost = 0;
     alignas(32) std::array<Row, batchSize> batch{};
     std::array<float, batchSize> weights{};
@@ -134,17 +141,17 @@ void MouthProblem::accumulate(const MouthVector& p, double noise)
     for (const int index : m_patch.counting) {
         Row& d = batch[filled];
         whitened(index, &d);
-        const float magnitude = std::abs(d[error]);
-        const bool fits = magnitude <= most;
-        m_dataCost += static_cast<double>(fits ? magnitude * magnitude : most * (2 * magnitude - most));
-        weights[filled++] = fits ? 1 : most / magnitude;
+        const float square = d[error] * d[error];
+        const float inlying = 1 / (1 + square / (most * most));
+        m_dataCost += static_cast<double>(square * inlying);
+        weights[filled++] = inlying * inlying;
         if (filled == batchSize) {
-            addSquares(batch[0].data(), weights.data(), m_matrix[0].data());
+            addSquares(plain ? mouthShapes : 0, batch[0].data(), weights.data(), m_matrix[0].data());
             weights.fill(0);
             filled = 0;
         }
     }
-    addSquares(batch[0].data(), weights.data(), m_matrix[0].data());
+    addSquares(plain ? mouthShapes : 0, batch[0].data(), weights.data(), m_matrix[0].data());
     addExpectations(p, noise);
 }
 
@@ -189,27 +196,48 @@ void MouthProblem::addMajor(const MouthVector& p, double weight)
     m_cost += weight * off * off;
 }
 
-bool MouthProblem::step(int first, double damping, MouthVector* p) const
+bool MouthProblem::step(double damping, MouthVector* p) const
 {
-    const int size = mouthParameters - first;
-    cv::Mat_<double> a(size, size);
-    cv::Mat_<double> b(size, 1);
-    for (int i = 0; i < size; ++i) {
-        for (int k = i; k < size; ++k)
-            a(i, k) = a(k, i) = static_cast<double>(m_matrix[first + i][first + k]);
-        a(i, i) *= 1 + damping;
-        b(i) = m_right[first + i];
-    }
-    cv::Mat_<double> change;
-    if (!cv::solve(a, b, change, cv::DECOMP_CHOLESKY))
+    MouthFactor factor;
+    if (!factor.of(m_matrix, 0, damping))
         return false;
-    for (int i = 0; i < size; ++i)
-        (*p)[first + i] += change(i);
+    const MouthVector change = factor.solve(m_right);
+    for (int i = 0; i < mouthParameters; ++i)
+        (*p)[i] += change[i];
     limit(p);
     return true;
 }
 
-void MouthProblem::improve(State* state, int first, int steps)
+/// The state's evidence and spread, from the matrix at its parameters.
+void MouthProblem::weigh(State* state) const
+{
+    const double unit = grain * state->noise * state->noise;
+    MouthFactor factor;
+    state->evidence = impossible;
+    if (!factor.of(m_matrix, 0, 0))
+        return;
+    state->evidence = state->cost / unit + factor.logDeterminant() - mouthParameters * std::log(unit);
+    state->centerSpread = std::sqrt(unit * (factor.inverseAt(X) + factor.inverseAt(Y)));
+}
+
+void MouthProblem::scan(State* state)
+{
+    const double unit = grain * state->noise * state->noise;
+    accumulate(state->p, state->noise, true);
+    MouthFactor factor;
+    state->evidence = impossible;
+    if (!factor.of(m_matrix, mouthShapes, 0))
+        return;
+    const MouthVector change = factor.solve(m_right);
+    state->cost = m_cost;
+    for (int i = mouthShapes; i < mouthParameters; ++i) {
+        state->p[i] += change[i];
+        state->cost -= change[i] * m_right[i];
+    }
+    state->evidence = state->cost / unit + factor.logDeterminant() - (mouthParameters - mouthShapes) * std::log(unit);
+}
+
+void MouthProblem::improve(State* state, int steps)
 {
     double damping = 1e-3;
     accumulate(state->p, state->noise);
@@ -218,22 +246,23 @@ void MouthProblem::improve(State* state, int first, int steps)
         const Matrix matrix = m_matrix;
         const MouthVector right = m_right;
         MouthVector next = state->p;
-        if (!step(first, damping, &next))
-            return;
+        if (!step(damping, &next))
+            break;
         accumulate(next, state->noise);
         const double gain = state->cost - m_cost;
         if (gain > 0) {
             state->p = next;
             state->cost = m_cost;
             damping /= 5;
-            if (gain < 5e-5 * state->cost)
-                return;
+            if (gain < enough * state->noise * state->noise)
+                break;
         } else {
             m_matrix = matrix;
             m_right = right;
             damping *= 8;
         }
     }
+    weigh(state);
 }
 
 void MouthProblem::measureNoise(State* state)
@@ -248,7 +277,9 @@ void MouthProblem::measureNoise(State* state)
     }
     if (errors.empty())
         return;
-    state->noise = std::max(1.0, sigmaOf(errors));
+    const auto middle = errors.begin() + static_cast<std::ptrdiff_t>(errors.size() / 2);
+    std::nth_element(errors.begin(), middle, errors.end());
+    state->noise = std::max(m_expected.leastNoise, 1.4826 * static_cast<double>(*middle));
 }
 
 double MouthProblem::misfit(const MouthVector& p, double noise)

@@ -1,0 +1,284 @@
+#include "DrawnHole.h"
+#include "finder/MouthFit.h"
+#include "finder/MouthModel.h"
+#include "support/Table.h"
+
+#include <QtTest>
+
+#include <random>
+
+namespace {
+
+using finder::Mouth;
+using finder::MouthEdge;
+
+/// Every part of the picture is there, and none lies straight along an axis.
+finder::MouthVector wholeHole()
+{
+    using namespace finder;
+    MouthVector p{};
+    p[X] = 0.3;
+    p[Y] = -0.4;
+    p[R] = 10;
+    p[E] = 0.08;
+    p[F] = -0.05;
+    p[Chamfer] = 3;
+    p[Scaled] = 0.4;
+    p[OuterX] = 0.5;
+    p[OuterY] = -0.3;
+    p[Blur] = 1.2;
+    p[Turn] = 0.6;
+    p[WallX] = -2;
+    p[WallY] = 0.7;
+    p[Far] = 0.98;
+    p[Surface0] = 150;
+    p[SurfaceX] = 0.4;
+    p[SurfaceY] = -0.3;
+    p[Chamfer0] = 210;
+    p[ChamferC] = 15;
+    p[ChamferS] = -20;
+    p[ChamferOut] = 12;
+    p[Wall0] = 90;
+    p[WallC] = -10;
+    p[WallS] = 14;
+    p[Deep] = 20;
+    return p;
+}
+
+finder::MouthModel::Block blockAt(const finder::MouthVector& p, double distance)
+{
+    finder::MouthModel::Block block{};
+    for (size_t i = 0; i < block.x.size(); ++i) {
+        const double angle = 0.1 + 2 * CV_PI * static_cast<double>(i) / static_cast<double>(block.x.size());
+        block.x[i] = static_cast<float>(p[finder::X] + distance * std::cos(angle));
+        block.y[i] = static_cast<float>(p[finder::Y] + distance * std::sin(angle));
+    }
+    finder::MouthModel(p).evaluate(&block);
+    return block;
+}
+
+finder::MouthModel::Lanes grays(const finder::MouthModel::Block& block)
+{
+    return block.results[finder::MouthModel::gray];
+}
+
+/// A start as wrong as the stage before leaves it; the hub lies far to the left.
+Mouth fitted(const DrawnHole& hole, const cv::Point2d& off, double size, double outer = 0)
+{
+    Mouth start;
+    start.center = hole.center + hole.radius * off;
+    start.radius = size * hole.radius;
+    start.outerRadius = outer;
+    return finder::fitMouth(hole.image(161), start, hole.center - cv::Point2d(700, 0), {});
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(DrawnHole)
+Q_DECLARE_METATYPE(finder::MouthEdge)
+
+/// The last stage: the mouth's picture, and its fit to holes that are known exactly.
+class MouthTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void derivativesAreThoseOfThePicture_data()
+    {
+        QTest::addColumn<int>("parameter");
+        for (int i = 0; i < finder::mouthParameters; ++i)
+            QTest::addRow("parameter %d", i) << i;
+    }
+
+    void derivativesAreThoseOfThePicture()
+    {
+        QFETCH(int, parameter);
+        const finder::MouthVector p = wholeHole();
+        const double step = parameter >= finder::mouthShapes ? 1 : 1e-2;
+        // Of a flattened ellipse, distances are right at its edge and to first order beside it.
+        const bool flattens = parameter == finder::E || parameter == finder::F || parameter == finder::Scaled;
+        const double tolerance = flattens ? 0.12 : 0.04;
+        double greatest = 0;
+        double worst = 0;
+        for (const double distance : {7.0, 8.5, 9.6, 10.4, 11.5, 12.6, 13.4, 15.0}) {
+            const finder::MouthModel::Block at = blockAt(p, distance);
+            auto less = at;
+            auto more = at;
+            finder::MouthVector other = p;
+            other[parameter] += step;
+            finder::MouthModel(other).evaluate(&more);
+            other[parameter] -= 2 * step;
+            finder::MouthModel(other).evaluate(&less);
+            for (size_t i = 0; i < at.x.size(); ++i) {
+                const double slope = (grays(more)[i] - grays(less)[i]) / (2 * step);
+                greatest = std::max(greatest, std::abs(slope));
+                worst = std::max(worst, std::abs(at.results[parameter][i] - slope));
+            }
+        }
+        QVERIFY(greatest > 0.1); // the parameter shows
+        QVERIFY2(worst < tolerance * greatest, qPrintable(QString("off by %1 of %2").arg(worst).arg(greatest)));
+    }
+
+    void pictureIsDarkInsideAndSurfaceOutside()
+    {
+        finder::MouthVector p = wholeHole();
+        p[finder::SurfaceX] = p[finder::SurfaceY] = 0;
+        for (const float gray : grays(blockAt(p, 30)))
+            QVERIFY(std::abs(gray - 150) < 0.1);
+        for (const float gray : grays(blockAt(p, 2)))
+            QVERIFY(std::abs(gray - 20) < 1);
+    }
+
+    void bothEdgesAreFoundAndToldApart_data()
+    {
+        QTest::addColumn<DrawnHole>("hole");
+        QTest::addColumn<MouthEdge>("edge");
+        const auto row = [](const char* name, MouthEdge edge, const auto& change) {
+            DrawnHole hole;
+            hole.noise = 2;
+            hole.center = {80.3, 79.6};
+            change(&hole);
+            QTest::newRow(name) << hole << edge;
+        };
+        const auto ring = [](double width, double gray) {
+            return [=](DrawnHole* hole) {
+                hole->ring = width;
+                hole->ringGray = gray;
+                hole->ringShift = {0.02 * hole->radius, 0};
+            };
+        };
+        row("plain", MouthEdge::Plain, [](DrawnHole*) {});
+        row("plain, bright inside", MouthEdge::Plain, [](DrawnHole* hole) { hole->deep = 240; });
+        row("plain, wall seen", MouthEdge::Plain, [](DrawnHole* hole) { hole->wall = {-3, 0.5}; });
+        row("ring as bright as the surface", MouthEdge::Plain, ring(4, 150));
+        row("darker chamfer", MouthEdge::Chamfer, ring(3, 95));
+        row("brighter chamfer", MouthEdge::Chamfer, ring(3, 215));
+        row("darker counterbore", MouthEdge::Counterbore, ring(7, 100));
+        row("brighter counterbore", MouthEdge::Counterbore, ring(7, 205));
+        row("shadow in a counterbore", MouthEdge::Counterbore, [&](DrawnHole* hole) {
+            ring(7, 175)(hole);
+            hole->shadow = 2;
+            hole->ringShift = {1, 0};
+        });
+        row("chamfer lit from one side", MouthEdge::Chamfer, [&](DrawnHole* hole) {
+            ring(4, 150)(hole);
+            hole->ringShading = 60;
+        });
+        row("stem in a chamfered hole", MouthEdge::Chamfer, [&](DrawnHole* hole) {
+            ring(3, 215)(hole);
+            hole->stem = 8;
+        });
+        row("large hole", MouthEdge::Chamfer, [&](DrawnHole* hole) {
+            hole->radius = 27;
+            ring(6, 205)(hole);
+        });
+    }
+
+    void bothEdgesAreFoundAndToldApart()
+    {
+        QFETCH(DrawnHole, hole);
+        QFETCH(MouthEdge, edge);
+        for (const auto& off : {cv::Point2d(0.08, 0.06), cv::Point2d(-0.1, 0.04), cv::Point2d(0.03, -0.12)}) {
+            for (const double size : {0.9, 1.1}) {
+                const Mouth mouth = fitted(hole, off, size);
+                QVERIFY(mouth.valid);
+                const QString found = QString("centre off by %1, radius %2, outer %3, edge %4")
+                                          .arg(cv::norm(mouth.center - hole.center))
+                                          .arg(mouth.radius)
+                                          .arg(mouth.outerRadius)
+                                          .arg(int(mouth.edge));
+                QVERIFY2(cv::norm(mouth.center - hole.center) < 0.25, qPrintable(found));
+                QVERIFY2(std::abs(mouth.radius - hole.radius) < 0.45, qPrintable(found));
+                QVERIFY2(mouth.edge == edge, qPrintable(found));
+                QCOMPARE(mouth.filled, hole.stem > 0);
+                if (edge != MouthEdge::Plain)
+                    QVERIFY2(std::abs(mouth.outerRadius - hole.radius - hole.ring) < (hole.shadow > 0 ? 1.5 : 0.8),
+                             qPrintable(found));
+            }
+        }
+    }
+
+    void centreIsInPixelsOfTheImage_data()
+    {
+        Table::of<double>({{"every pixel", 9.0}, {"2 x 2 averaged", 20.0}, {"3 x 3 averaged", 30.0}});
+    }
+
+    /// A patch whose places are half a pixel, or half an averaged pixel, off would show here.
+    void centreIsInPixelsOfTheImage()
+    {
+        const auto [radius] = Table::row<double>();
+        for (const double shift : {0.0, 0.25, 0.5, 0.75}) {
+            DrawnHole hole;
+            hole.radius = radius;
+            hole.center = {80 + shift, 80 - shift};
+            Mouth start;
+            start.center = cv::Point2d(80, 80);
+            start.radius = radius;
+            const Mouth mouth = finder::fitMouth(hole.image(161), start, {-600, 80}, {});
+            QVERIFY(mouth.valid);
+            QVERIFY2(
+                cv::norm(mouth.center - hole.center) < 0.1,
+                qPrintable(QString("%1 %2").arg(mouth.center.x - hole.center.x).arg(mouth.center.y - hole.center.y)));
+        }
+    }
+
+    void holeAtTheBorderIsLeftToTheOutline()
+    {
+        DrawnHole hole;
+        hole.center = {16, 60};
+        QVERIFY(!fitted(hole, {0, 0}, 1).valid);
+    }
+
+    void outerEdgeMayBeGiven()
+    {
+        DrawnHole hole;
+        hole.ring = 8;
+        hole.ringGray = 110;
+        const Mouth mouth = fitted(hole, {0.1, 0}, 0.9, 1.1 * (hole.radius + hole.ring));
+        QVERIFY(cv::norm(mouth.center - hole.center) < 0.2);
+        QVERIFY(std::abs(mouth.outerRadius - 23) < 0.5);
+    }
+
+    /// Today's figures and a tenth.
+    void errorsStayAsSmallAsTheyAre()
+    {
+        std::vector<double> errors;
+        cv::Point2d bias;
+        std::mt19937 random(20);
+        const auto draw = [&](double from, double to) {
+            return std::uniform_real_distribution<double>(from, to)(random);
+        };
+        constexpr int seeds = 40;
+        for (int seed = 0; seed < seeds; ++seed) {
+            DrawnHole hole;
+            hole.seed = seed + 1;
+            hole.center = {80 + draw(-0.5, 0.5), 80 + draw(-0.5, 0.5)};
+            hole.radius = draw(7, 22);
+            hole.ring = seed % 3 == 0 ? 0 : draw(0.1, 0.5) * hole.radius;
+            hole.ringGray = draw(70, 230);
+            hole.ringShading = draw(0, 20);
+            hole.ringShift = {draw(0, 0.04) * hole.radius, 0};
+            hole.wall = {-draw(0, 0.3) * hole.radius, 0};
+            hole.blur = draw(0.6, 1.6);
+            hole.noise = draw(1, 6);
+            const Mouth mouth = fitted(hole, {draw(-0.1, 0.1), draw(-0.1, 0.1)}, draw(0.88, 1.12));
+            QVERIFY(mouth.valid);
+            errors.push_back(cv::norm(mouth.center - hole.center));
+            bias += mouth.center - hole.center;
+        }
+        const QString found =
+            QString("median %1, bias %2 %3").arg(median(errors)).arg(bias.x / seeds).arg(bias.y / seeds);
+        qInfo("%s", qPrintable(found));
+        QVERIFY2(median(errors) < 0.07, qPrintable(found));
+        QVERIFY2(cv::norm(bias) / seeds < 0.07, qPrintable(found));
+    }
+};
+
+QTEST_APPLESS_MAIN(MouthTest)
+#include "tst_mouth.moc"
