@@ -230,5 +230,41 @@
         <source>均方根 %1 px；横轴：方向（°），纵轴：偏离轮廓（px），灰圈未采用</source>
         <translation>RMS %1 px; across: direction (°), up: distance from the outline (px), gray circles not used</translation>
     </message>
+    <message>
+        <source>孔口拟合</source>
+        <translation>Mouth fit</translation>
+    </message>
+    <message>
+        <source>倒角</source>
+        <translation>Chamfer</translation>
+    </message>
+    <message>
+        <source>沉孔</source>
+        <translation>Counterbore</translation>
+    </message>
+    <message>
+        <source>直边</source>
+        <translation>Plain edge</translation>
+    </message>
+    <message>
+        <source>%1 像素，残差 %2 灰度，中心不确定度 %3 px；%4，孔口半径 %5 px，外缘半径 %6 px；%7，孔壁 %8 px，模糊 %9 px</source>
+        <translation>%1 pixels, residual %2 gray levels, uncertainty of the centre %3 px; %4, mouth radius %5 px, outer radius %6 px; %7, wall %8 px, blur %9 px</translation>
+    </message>
+    <message>
+        <source>孔内有物</source>
+        <translation>something in the hole</translation>
+    </message>
+    <message>
+        <source>通孔</source>
+        <translation>open</translation>
+    </message>
+    <message>
+        <source>未能拟合孔口，中心与半径取自边缘点的轮廓</source>
+        <translation>The mouth could not be fitted; centre and radius are those of the edge points&apos; outline</translation>
+    </message>
+    <message>
+        <source>外缘</source>
+        <translation>Outer edge</translation>
+    </message>
 </context>
 </TS>

@@ -24,8 +24,18 @@ constexpr const char* residual = "residual";           ///< double, their root m
 constexpr const char* runnerUpScore = "runnerUpScore"; ///< double, score of the second best candidate
 constexpr const char* hubCenter = "hubCenter";         ///< QPointF, hub centre in pixels
 constexpr const char* hubRadius = "hubRadius";         ///< double, outer edge of the rim, pixels
-constexpr const char* holeRadius = "holeRadius";       ///< double, pixels
+constexpr const char* holeRadius = "holeRadius";       ///< double, the bore's upper edge, pixels
 /// QPointF, hole's centre in pixels, also where a solution answers with the hub's; missing when nothing was found
 constexpr const char* holeCenter = "holeCenter";
+/// How the hole's centre was measured: by a fit to all pixels of its mouth, or where that was not possible by its
+/// outline.
+constexpr const char* mouthPixels =
+    "mouthPixels"; ///< int, pixels that the mouth's fit rests on; 0: the outline is used
+constexpr const char* mouthResidual = "mouthResidual"; ///< double, gray levels that the fit leaves, standard deviation
+constexpr const char* mouthSpread = "mouthSpread";     ///< double, expected standard deviation of the centre, pixels
+constexpr const char* mouthBlur = "mouthBlur";         ///< double, standard deviation of the lens blur, pixels
+constexpr const char* mouthFilled = "mouthFilled";     ///< bool, a valve or something else stands in the hole
+constexpr const char* mouthEdge = "mouthEdge";         ///< int, 0: plain, 1: chamfer, 2: counterbore
+constexpr const char* outerRadius = "outerRadius";     ///< double, outer edge of chamfer or counterbore, pixels
 
 } // namespace ResultKeys

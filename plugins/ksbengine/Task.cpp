@@ -30,6 +30,19 @@ struct Answered
     QImage picture;
 };
 
+void insertMouth(const finder::Mouth& mouth, QVariantMap* map)
+{
+    map->insert(key(ResultKeys::mouthPixels), mouth.valid ? mouth.pixels : 0);
+    if (!mouth.valid)
+        return;
+    map->insert(key(ResultKeys::mouthResidual), mouth.residual);
+    map->insert(key(ResultKeys::mouthSpread), mouth.spread);
+    map->insert(key(ResultKeys::mouthBlur), mouth.blur);
+    map->insert(key(ResultKeys::mouthFilled), mouth.filled);
+    map->insert(key(ResultKeys::mouthEdge), static_cast<int>(mouth.edge));
+    map->insert(key(ResultKeys::outerRadius), mouth.outerRadius);
+}
+
 QVariantMap algoResult(const Answered& answered, SolutionStore::Answer answer)
 {
     const finder::FindResult& found = answered.found;
@@ -48,8 +61,10 @@ QVariantMap algoResult(const Answered& answered, SolutionStore::Answer answer)
     map.insert(key(ResultKeys::hubCenter), toPointF(found.axis));
     map.insert(key(ResultKeys::hubRadius), found.hub.radius);
     map.insert(key(ResultKeys::holeRadius), found.holeRadius);
-    if (found.found())
+    if (found.found()) {
         map.insert(key(ResultKeys::holeCenter), toPointF(found.hole));
+        insertMouth(found.mouth, &map);
+    }
     return map;
 }
 

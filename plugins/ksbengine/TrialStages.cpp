@@ -157,6 +157,57 @@ TrialStage residualStage(const finder::HoleFit& hole)
     return stage;
 }
 
+QString edgeName(finder::MouthEdge edge)
+{
+    switch (edge) {
+    case finder::MouthEdge::Chamfer:
+        return Tr::tr("倒角");
+    case finder::MouthEdge::Counterbore:
+        return Tr::tr("沉孔");
+    case finder::MouthEdge::Plain:
+        break;
+    }
+    return Tr::tr("直边");
+}
+
+QString noteOf(const finder::Mouth& mouth)
+{
+    return Tr::
+        tr("%1 像素，残差 %2 灰度，中心不确定度 %3 px；%4，孔口半径 %5 px，外缘半径 %6 px；%7，孔壁 %8 px，模糊 %9 px")
+            .arg(mouth.pixels)
+            .arg(number(mouth.residual, 1), number(mouth.spread, 2), edgeName(mouth.edge), number(mouth.radius, 2),
+                 number(mouth.outerRadius, 2), mouth.filled ? Tr::tr("孔内有物") : Tr::tr("通孔"),
+                 number(cv::norm(mouth.wall), 1), number(mouth.blur, 1));
+}
+
+/// The mouth as an ellipse of points, and the circles that hold it and its outer edge.
+TrialStage mouthStage(const cv::Mat& gray, const finder::FindResult& found)
+{
+    constexpr int points = 48;
+    const finder::Mouth& mouth = found.mouth;
+    TrialStage stage;
+    stage.title = Tr::tr("孔口拟合");
+    stage.note = mouth.valid ? noteOf(mouth) : Tr::tr("未能拟合孔口，中心与半径取自边缘点的轮廓");
+    const Magnifier magnifier(gray, found.hole, 1.4 * std::max(1.6 * found.holeRadius, mouth.outerRadius));
+    stage.picture = magnifier.image();
+    const auto add = [&](const cv::Point2d& center, double radius, const QString& label, bool accepted) {
+        stage.circles.append({magnifier.placeOf(pointOf(center)), radius * magnifier.factor(), label, accepted});
+    };
+    add(found.hole, found.holeRadius, {}, true);
+    if (!mouth.valid)
+        return stage;
+    if (mouth.edge != finder::MouthEdge::Plain)
+        add(mouth.outerCenter, mouth.outerRadius, Tr::tr("外缘"), false);
+    const cv::Point2d along(std::cos(mouth.axisAngle), std::sin(mouth.axisAngle));
+    const cv::Point2d across = mouth.axisRatio * cv::Point2d(-along.y, along.x);
+    for (int i = 0; i < points; ++i) {
+        const double angle = 2 * CV_PI * i / points;
+        const cv::Point2d arm = mouth.radius * (std::cos(angle) * along + std::sin(angle) * across);
+        stage.points.append(magnifier.placeOf(pointOf(mouth.center + arm)));
+    }
+    return stage;
+}
+
 } // namespace
 
 QVector<TrialStage> trialStages(const cv::Mat& gray, const finder::Finder& finder, const finder::FindResult& found,
@@ -174,5 +225,7 @@ QVector<TrialStage> trialStages(const cv::Mat& gray, const finder::Finder& finde
         stages.append(edgeStage(gray, trace.outline));
         stages.append(residualStage(trace.outline));
     }
+    if (found.found())
+        stages.append(mouthStage(gray, found));
     return stages;
 }

@@ -27,15 +27,30 @@ constexpr Evidence evidence[] = {{ResultKeys::score, "score", 3},     {ResultKey
                                  {ResultKeys::edgePoints, "edge", 0}, {ResultKeys::residual, "residual", 3},
                                  {ResultKeys::hubRadius, "rim", 1},   {ResultKeys::holeRadius, "hole", 2}};
 
+/// Of the mouth's fit; an engine may leave these out. No pixels: the centre is the outline's.
+constexpr Evidence mouthEvidence[] = {{ResultKeys::mouthPixels, "mouth", 0},
+                                      {ResultKeys::mouthResidual, "gray", 1},
+                                      {ResultKeys::mouthSpread, "spread", 2},
+                                      {ResultKeys::outerRadius, "outer", 2}};
+
+QString textOf(const Evidence& part, const QVariantMap& map)
+{
+    return QStringLiteral("%1=%2")
+        .arg(QLatin1String(part.name))
+        .arg(valueOf(map, part.key, 0.0), 0, 'f', part.decimals);
+}
+
 /// An engine that tells no edge points tells none of the others.
 QString evidenceOf(const QVariantMap& map)
 {
     if (!map.contains(QLatin1String(ResultKeys::edgePoints)))
         return {};
     QStringList parts;
-    for (const Evidence& part : evidence) {
-        const double value = valueOf(map, part.key, 0.0);
-        parts.append(QStringLiteral("%1=%2").arg(QLatin1String(part.name)).arg(value, 0, 'f', part.decimals));
+    for (const Evidence& part : evidence)
+        parts.append(textOf(part, map));
+    for (const Evidence& part : mouthEvidence) {
+        if (map.contains(QLatin1String(part.key)))
+            parts.append(textOf(part, map));
     }
     return parts.join(QLatin1Char(';'));
 }

@@ -70,6 +70,21 @@ class TrialsTest : public QObject
 {
     Q_OBJECT
 
+    static void theMouthIsShown(const IModelTrial::Outcome& outcome)
+    {
+        const TrialStage& stage = outcome.stages[5];
+        const TrialCircle& mouth = stage.circles[0];
+        QVERIFY(stage.points.size() > 20 && mouth.accepted);
+        for (const QPointF& point : stage.points)
+            QVERIFY(apart(point, {mouth.center.x(), mouth.center.y()}) < 1.01 * mouth.radius);
+        QVERIFY2(qGray(stage.picture.pixel(mouth.center.toPoint())) < 60, "dark in the hole's centre");
+        const QVariantMap answer = algo(outcome);
+        QVERIFY(answer.value("mouthPixels").toInt() > 100);
+        QVERIFY(answer.value("mouthSpread").toDouble() < 0.5);
+        QVERIFY(answer.value("outerRadius").toDouble() >= answer.value("holeRadius").toDouble());
+        QVERIFY(stage.note.contains(answer.value("mouthPixels").toString()));
+    }
+
 private slots:
     void everyStageShowsTheHoleWhereItIs()
     {
@@ -78,7 +93,7 @@ private slots:
         QTRY_COMPARE(bench.outcomes().size(), 1);
         const IModelTrial::Outcome outcome = bench.outcomes().first();
         QCOMPARE(algo(outcome).value("error"), QVariant(0));
-        QCOMPARE(outcome.stages.size(), 5);
+        QCOMPARE(outcome.stages.size(), 6);
         for (const TrialStage& stage : outcome.stages)
             QVERIFY(!stage.title.isEmpty() && !stage.note.isEmpty());
 
@@ -106,6 +121,7 @@ private slots:
         QCOMPARE(residuals.points.size(), edge.points.size());
         for (const QPointF& point : residuals.points)
             QVERIFY(residuals.picture.rect().contains(point.toPoint()));
+        theMouthIsShown(outcome);
     }
 
     void stagesEndWhereTheFinderDid_data()

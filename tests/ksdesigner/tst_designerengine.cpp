@@ -76,7 +76,7 @@ private slots:
         QTRY_VERIFY(bench.text("score").startsWith("0.9") || bench.text("score").startsWith("1.0"));
         QVERIFY(Wheels::turnBetween(bench.text("angle").chopped(1).toDouble(), wheel::truthOf(spec).angle) < 0.1);
         auto* stages = bench.get<QComboBox>("stageBox");
-        QTRY_COMPARE(stages->count(), 7);
+        QTRY_COMPARE(stages->count(), 8);
         for (int i = 0; i < stages->count(); ++i) {
             stages->setCurrentIndex(i);
             QVERIFY(i < 2 || !bench.text("stageNote").isEmpty());

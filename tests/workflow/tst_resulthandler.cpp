@@ -155,7 +155,11 @@ private slots:
                        {"hubRadius", 808.19},
                        {"holeRadius", 15.526}});
         cell.handler.onResult(Cell::result("工位2", answer));
-        QCOMPARE(cell.store.last.value3, "score=0.875;second=0.400;edge=32;residual=0.028;rim=808.2;hole=15.53");
+        const QString outline = "score=0.875;second=0.400;edge=32;residual=0.028;rim=808.2;hole=15.53";
+        QCOMPARE(cell.store.last.value3, outline);
+        answer.insert({{"mouthPixels", 812}, {"mouthResidual", 3.24}, {"outerRadius", 18.2}});
+        cell.handler.onResult(Cell::result("工位2", answer));
+        QCOMPARE(cell.store.last.value3, outline + ";mouth=812;gray=3.2;outer=18.20");
     }
 
     void anglesThatTellWhyThereIsNone_data()

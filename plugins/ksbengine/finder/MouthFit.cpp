@@ -177,6 +177,7 @@ Mouth toMouth(const Reading& reading, const MouthFrame& frame)
     mouth.center = mouth.outerCenter = frame.outside({p[X], p[Y]});
     mouth.radius = mouth.outerRadius = p[R] * (1 + flat);
     mouth.axisRatio = (1 - flat) / (1 + flat);
+    mouth.axisAngle = std::atan2(frame.s, frame.c) + 0.5 * (std::atan2(p[F], p[E]) + CV_PI);
     mouth.edge = edgeOf(reading.state);
     if (mouth.edge != MouthEdge::Plain) {
         mouth.outerCenter += frame.turned({p[OuterX], p[OuterY]});

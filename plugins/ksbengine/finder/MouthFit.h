@@ -15,6 +15,7 @@ struct Mouth
     cv::Point2d center;      ///< of the mouth
     double radius = 0;       ///< half of the mouth's longer axis, which is its radius as drilled
     double axisRatio = 1;    ///< shorter by longer axis
+    double axisAngle = 0;    ///< direction of the longer axis, radians from +x, y down
     cv::Point2d outerCenter; ///< of the outer edge of chamfer or counterbore, which lies higher than the mouth
     double outerRadius = 0;  ///< half of its longer axis; `radius` without one. Of a start 0: not known
     MouthEdge edge = MouthEdge::Plain;
