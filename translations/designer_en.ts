@@ -564,8 +564,16 @@ Solutions of the engine: %1</translation>
         <translation>A tolerance lies above 0% and below 100%</translation>
     </message>
     <message>
-        <source>应在 0 到 %1 之间</source>
-        <translation>Must lie between 0 and %1</translation>
+        <source>应在 %1 到 %2 之间</source>
+        <translation>Must lie between %1 and %2</translation>
+    </message>
+    <message>
+        <source>孔深</source>
+        <translation>Hole depth</translation>
+    </message>
+    <message>
+        <source>气门孔口在轮缘外边后方的深度，0 表示不修正</source>
+        <translation>How far the hole's mouth lies behind the rim's edge; 0: no correction</translation>
     </message>
     <message>
         <source>应小于轮缘半径</source>

@@ -53,13 +53,17 @@ void addOptions(QCommandLineParser& parser)
          QStringLiteral("X,Y")},
         {QStringLiteral("propose"), QStringLiteral("Prints the parameters that the model's examples suggest, as "
                                                    "--against takes them; changes nothing.")},
+        {QStringLiteral("teach-depth"),
+         QStringLiteral(
+             "Measures how deep the model's hole lies behind the rim from two or more images of one wheel in "
+             "different places, and stores it as hole_depth.")},
     });
 }
 
 bool isAsked(const QCommandLineParser& parser)
 {
     return parser.isSet(QStringLiteral("teach")) || parser.isSet(QStringLiteral("reject")) ||
-           parser.isSet(QStringLiteral("propose"));
+           parser.isSet(QStringLiteral("propose")) || parser.isSet(QStringLiteral("teach-depth"));
 }
 
 QString misuse(const QCommandLineParser& parser, SolutionStore& store)
@@ -68,14 +72,17 @@ QString misuse(const QCommandLineParser& parser, SolutionStore& store)
     const auto isPoint = [&](const char* option) {
         return !isSet(option) || pointOf(parser.value(QLatin1String(option)));
     };
-    if (isSet("teach") + isSet("reject") + isSet("propose") > 1)
-        return QStringLiteral("--teach, --reject and --propose go one at a time");
-    if (!parser.positionalArguments().isEmpty())
+    const bool isDepth = isSet("teach-depth");
+    if (isSet("teach") + isSet("reject") + isSet("propose") + isDepth > 1)
+        return QStringLiteral("--teach, --reject, --propose and --teach-depth go one at a time");
+    if (isDepth && parser.positionalArguments().size() < 2)
+        return QStringLiteral("--teach-depth needs two images of one wheel at least");
+    if (!isDepth && !parser.positionalArguments().isEmpty())
         return QStringLiteral("one image at a time is taught: \"%1\" is one too many")
             .arg(parser.positionalArguments().first());
     if (parser.value(QStringLiteral("model")) == finder::autoModelName())
         return QStringLiteral("--model must name a model of your own");
-    if (!isSet("propose") && !isSet("hole"))
+    if (!isDepth && !isSet("propose") && !isSet("hole"))
         return QStringLiteral("--hole X,Y must say where the place is");
     if (!isPoint("hole") || !isPoint("rim"))
         return QStringLiteral("--hole and --rim take two numbers, X,Y, in image pixels");
@@ -92,6 +99,8 @@ QJsonObject run(const QCommandLineParser& parser, SolutionStore& store, QString*
     Teaching teaching(&store);
     if (parser.isSet(QStringLiteral("propose")))
         return teaching.proposal(order.solution, order.model, error);
+    if (parser.isSet(QStringLiteral("teach-depth")))
+        return teaching.depth(order.solution, order.model, parser.positionalArguments(), error);
     const bool rejected = parser.isSet(QStringLiteral("reject"));
     order.kind = rejected ? IModelExamples::Kind::Rejected : IModelExamples::Kind::Hole;
     order.image = parser.value(rejected ? QStringLiteral("reject") : QStringLiteral("teach"));

@@ -9,6 +9,28 @@
 
 namespace {
 
+constexpr double hubSigma = 0.5;     // pixels; error of the distance between hub and hole
+constexpr double mostDepthSigma = 5; // millimetres; above, a depth of 0 is as good
+
+/// Where rim and hole of the model lie in an image; nothing, with the reason, when it is not found.
+std::optional<finder::DepthSight> sightOf(const QString& path, const finder::HoleModel& model, cv::Size* size,
+                                          QString* error)
+{
+    const QImage image = readImage(path);
+    if (image.isNull()) {
+        *error = QStringLiteral("%1: no image").arg(path);
+        return {};
+    }
+    finder::Finder finder;
+    const finder::FindResult found = finder.find(finder::toGray(image).gray, model);
+    if (!found.found()) {
+        *error = QStringLiteral("%1: %2").arg(path, finder::resultTip(found.error));
+        return {};
+    }
+    *size = {image.width(), image.height()};
+    return finder::DepthSight{found.hub, found.hole};
+}
+
 /// A point on the rim that the built-in model sees; (0, 0), which is on no rim, when it sees none.
 QPointF seenRim(const QImage& image)
 {
@@ -88,4 +110,49 @@ QJsonObject Teaching::add(const TeachOrder& order, QString* error)
 QJsonObject Teaching::proposal(const QString& solution, const QString& model, QString* error)
 {
     return QJsonObject::fromVariantMap(m_examples.proposeSizes(solution, model, error));
+}
+
+QJsonObject Teaching::depth(const QString& solution, const QString& model, const QStringList& images, QString* error)
+{
+    finder::HoleModel known;
+    SolutionStore::Answer answer = SolutionStore::Answer::Hole;
+    if (!m_store->lookUp(solution, model, &known, &answer)) {
+        *error = QStringLiteral("no model \"%1\" in solution \"%2\"").arg(model, solution);
+        return {};
+    }
+    if (known.camera.distance <= 0) {
+        *error = QStringLiteral("solution \"%1\": solution.json names no camera with its distance").arg(solution);
+        return {};
+    }
+    known.holeDepth = 0;
+    std::vector<finder::DepthSight> sights;
+    cv::Size size;
+    for (const QString& image : images) {
+        const std::optional<finder::DepthSight> sight = sightOf(image, known, &size, error);
+        if (!sight)
+            return {};
+        sights.push_back(*sight);
+    }
+    const std::optional<finder::DepthEstimate> estimate =
+        finder::estimateDepth(sights, known.camera.in(size), hubSigma);
+    if (!estimate || estimate->sigma > mostDepthSigma) {
+        const QString seen =
+            estimate ? QStringLiteral(" (%1 +- %2 mm)").arg(estimate->depth, 0, 'f', 1).arg(estimate->sigma, 0, 'f', 1)
+                     : QString();
+        *error = QStringLiteral(
+                     "these places do not tell the depth%1: they have to lie farther apart along the line from hub "
+                     "to hole; nothing was stored")
+                     .arg(seen);
+        return {};
+    }
+    const double depth = std::round(estimate->depth * 10) / 10;
+    QVariantMap parameters = m_store->parameters(solution, model);
+    parameters.insert(QStringLiteral("hole_depth"), depth);
+    if (!m_store->saveModel(solution, model, parameters, error))
+        return {};
+    return {{QStringLiteral("solution"), solution},
+            {QStringLiteral("model"), model},
+            {QStringLiteral("images"), images.size()},
+            {QStringLiteral("hole_depth"), depth},
+            {QStringLiteral("sigma"), std::round(estimate->sigma * 10) / 10}};
 }

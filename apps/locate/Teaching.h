@@ -33,6 +33,12 @@ public:
     /// The parameters that the model's holes suggest; empty, with the reason, for too few holes or an unknown model.
     QJsonObject proposal(const QString& solution, const QString& model, QString* error);
 
+    /// Measures from images of one wheel in different places how deep its hole lies behind the rim's edge, stores it as
+    /// the model's hole_depth and returns it with its standard deviation, millimetres. Empty, with the reason and
+    /// nothing stored, when an image shows no hole, the solution does not know the camera's distance, or the places are
+    /// too close to each other to tell.
+    QJsonObject depth(const QString& solution, const QString& model, const QStringList& images, QString* error);
+
 private:
     /// The parameters that the example is measured with: the model's, or those that its first image teaches.
     QVariantMap parametersFor(const TeachOrder& order, const QImage& image, QString* error);

@@ -5,6 +5,8 @@
 #include <QJsonObject>
 #include <QProcess>
 
+#include <opencv2/imgproc.hpp>
+
 namespace {
 
 struct Answer
@@ -51,6 +53,23 @@ struct Archive
 
     TempHome home;
 };
+
+constexpr double holeDepth = 40;
+
+/// A wheel around `rim` whose inside lies holeDepth mm behind the rim's edge, seen by a camera 1000 mm above
+/// `principal`.
+void saveDeep(const QString& path, const cv::Point2d& rim, const cv::Point2d& principal)
+{
+    wheel::WheelSpec spec = Wheels::spec("five", 11);
+    spec.hub = rim;
+    const cv::Mat image = Wheels::image(spec);
+    spec.hub += (principal - rim) * (holeDepth / (1000 + holeDepth));
+    cv::Mat inside(image.size(), CV_8U, cv::Scalar(0));
+    cv::circle(inside, {int(spec.hub.x), int(spec.hub.y)}, int(0.94 * spec.rimRadius), cv::Scalar(255), cv::FILLED);
+    Wheels::image(spec).copyTo(image, inside);
+    QDir().mkpath(QFileInfo(path).path());
+    QVERIFY(finder::toImage(image).save(path));
+}
 
 QStringList valuesOf(const Answer& answer, const char* key)
 {
@@ -136,6 +155,36 @@ private slots:
         QCOMPARE(valuesOf(checked, "found"), QStringList({"true", "true", "true", "true"}));
     }
 
+    void depthOfTheHoleIsTaughtFromPlacesOfOneWheel()
+    {
+        const Archive plant;
+        const QStringList target{"--home", plant.home.path(), "--model", "五辐17"};
+        const wheel::WheelTruth truth = wheel::truthOf(Wheels::spec("five", 11));
+        const cv::Point2d outward = (truth.holeCenter - truth.hub) / cv::norm(truth.holeCenter - truth.hub);
+        const cv::Point2d middle(815.5, 682.5);
+        const QString there = plant.day() + "/深/0.png";
+        QStringList teach = target + QStringList{"--teach-depth", there};
+        saveDeep(there, middle, middle);
+        for (const double aside : {-140, 140}) {
+            teach += plant.day() + QStringLiteral("/深/%1.png").arg(aside);
+            saveDeep(teach.last(), middle + aside * outward, middle);
+        }
+        plant.save("../教/11.png", 11, true);
+        const QString hole = QString("%1,%2").arg(truth.holeCenter.x).arg(truth.holeCenter.y);
+        QCOMPARE(locate(target + QStringList{"--teach", plant.day() + "/../教/11.png", "--hole", hole}).code, 0);
+        const Answer unknown = locate(teach);
+        QVERIFY2(unknown.code == 1 && unknown.messages.contains("camera"), unknown.messages);
+        plant.home.write("/user/solutions/default/solution.json",
+                         R"({"name": "default", "result": "hole", "camera": {"distance_mm": 1000}})");
+        const Answer same = locate(target + QStringList{"--teach-depth", there, there});
+        QVERIFY2(same.code == 1 && same.messages.contains("farther apart"), same.messages);
+        const Answer taught = locate(teach);
+        QVERIFY2(taught.code == 0, taught.messages);
+        const double depth = taught.lines[0].value("hole_depth").toDouble();
+        QVERIFY2(std::abs(depth - holeDepth) < 5, qPrintable(QString::number(depth)));
+        QVERIFY(plant.home.read("/user/solutions/default/五辐17.model.json").contains("\"hole_depth\""));
+    }
+
     void wrongUseIsRefused_data()
     {
         QTest::addColumn<QStringList>("arguments");
@@ -151,6 +200,7 @@ private slots:
                                        << 2;
         QTest::newRow("taught and rejected")
             << QStringList{"--teach", "x.png", "--reject", "x.png", "--model", "W18", "--hole", "3,4"} << 2;
+        QTest::newRow("depth of one image") << QStringList{"--teach-depth", "x.png", "--model", "W18"} << 2;
         QTest::newRow("missing image") << QStringList{"nowhere.png"} << 1;
     }
 

@@ -18,18 +18,21 @@ struct Known
     const char* label;
     const char* unit;
     const char* explanation;
-    double high; ///< the largest value that makes sense
+    double low;  ///< the smallest value that makes sense
+    double high; ///< the largest one
 };
 
-const std::array<Known, 4> known{{
+const std::array<Known, 5> known{{
     {QLatin1String("rim_radius"), QT_TRANSLATE_NOOP("ParameterRules", "轮缘半径"), "px",
-     QT_TRANSLATE_NOOP("ParameterRules", "轮毂中心到轮缘外边的距离"), 50000},
+     QT_TRANSLATE_NOOP("ParameterRules", "轮毂中心到轮缘外边的距离"), 0, 50000},
     {QLatin1String("ring_radius"), QT_TRANSLATE_NOOP("ParameterRules", "孔圆半径"), "px",
-     QT_TRANSLATE_NOOP("ParameterRules", "轮毂中心到气门孔中心的距离"), 50000},
+     QT_TRANSLATE_NOOP("ParameterRules", "轮毂中心到气门孔中心的距离"), 0, 50000},
     {QLatin1String("hole_radius"), QT_TRANSLATE_NOOP("ParameterRules", "气门孔半径"), "px",
-     QT_TRANSLATE_NOOP("ParameterRules", "气门孔孔口的半径"), 2000},
+     QT_TRANSLATE_NOOP("ParameterRules", "气门孔孔口的半径"), 0, 2000},
     {QLatin1String("score_limit"), QT_TRANSLATE_NOOP("ParameterRules", "得分下限"), "",
-     QT_TRANSLATE_NOOP("ParameterRules", "得分低于此值的孔不被采信，0 到 1"), 1},
+     QT_TRANSLATE_NOOP("ParameterRules", "得分低于此值的孔不被采信，0 到 1"), 0, 1},
+    {QLatin1String("hole_depth"), QT_TRANSLATE_NOOP("ParameterRules", "孔深"), "mm",
+     QT_TRANSLATE_NOOP("ParameterRules", "气门孔口在轮缘外边后方的深度，0 表示不修正"), -300, 300},
 }};
 
 const Known* find(const QString& name)
@@ -63,9 +66,9 @@ QString problem(const QString& name, const QVariant& value)
     if (isTolerance(name))
         return number > 0 && number < 100 ? QString() : Tr::tr("公差应大于 0%，小于 100%");
     const Known* entry = find(name);
-    if (!entry || (number >= 0 && number <= entry->high))
+    if (!entry || (number >= entry->low && number <= entry->high))
         return {};
-    return Tr::tr("应在 0 到 %1 之间").arg(entry->high);
+    return Tr::tr("应在 %1 到 %2 之间").arg(entry->low).arg(entry->high);
 }
 
 /// Only between values that are right by themselves: a wrong one has its own message.
