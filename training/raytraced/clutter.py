@@ -1,6 +1,7 @@
 """What else lies, stands or is cut on a wheel, each with its name, place and radius: the valve hole's rivals.
 
-Every maker takes a place (a Frame on the surface) and adds solids and cutters there in local mm.
+Every maker takes a place (a Frame on the surface) and adds solids and cutters there in local mm. No rival is a smooth
+dark disc of the hole's own size: nobody could tell that from a hole, and its name would be a mistake in the truth.
 """
 import math
 
@@ -61,6 +62,7 @@ def screw(p, rng, size, wall):
     r, h = size * rng.uniform(0.6, 1.2), rng.uniform(1.5, 5)
     skin = STEEL if rng.random() < 0.7 else matt(0.05)
     kind, turn = rng.choice(["slot", "socket", "dome", "hex"]), rng.uniform(0, 360)
+    skin = skin if kind == "hex" else STEEL
     if kind == "hex":
         t = np.arange(6) * TAU / 6
         head = prism(np.stack([r * np.cos(t), r * np.sin(t)], 1), -1, h)
@@ -78,13 +80,14 @@ def screw(p, rng, size, wall):
 
 def blot(p, rng, size, wall):
     r = size * rng.uniform(0.5, 1.4)
-    p.add(prism(ragged(rng, r, int(rng.integers(9, 18)), rng.uniform(0.1, 0.5)), -1, 0.1, 0, matt(rng.uniform(0.01, 0.1))), r)
+    p.add(prism(ragged(rng, r, int(rng.integers(9, 18)), rng.uniform(0.22, 0.5)), -1, 0.1, 0, matt(rng.uniform(0.01, 0.1))), r)
 
 
 def paint_dot(p, rng, size, wall):
     r = size * rng.uniform(0.3, 1.2)
     shade = rng.choice([rng.uniform(0.02, 0.08), rng.uniform(0.15, 0.3), rng.uniform(0.6, 0.85)])
-    p.add(prism(ragged(rng, r, 14, rng.uniform(0, 0.1)), -1, 0.1, 0, matt(shade)), r)
+    rough = rng.uniform(0, 0.1) + (0.2 if shade < 0.1 else 0)
+    p.add(prism(ragged(rng, r, 14, rough), -1, 0.1, 0, matt(shade)), r)
 
 
 def rust_spot(p, rng, size, wall):
@@ -128,7 +131,7 @@ def letters(p, rng, size, wall):
 def weight(p, rng, size, wall):
     r, skin = size * rng.uniform(0.6, 1.2), ZINC if rng.random() < 0.7 else matt(0.06)
     if rng.random() < 0.4:
-        p.add(cylinder(0, 0, -0.5, rng.uniform(2, 4), r, skin), r)
+        p.add(cylinder(0, 0, -0.5, rng.uniform(2, 4), r, ZINC), r)
         return
     for i in range(int(rng.integers(1, 4))):
         y = i * 2.3 * r
@@ -161,7 +164,7 @@ def chalk(p, rng, size, wall):
 
 
 def rubber_plug(p, rng, size, wall):
-    r = size * rng.uniform(0.6, 1.1)
+    r = size * rng.uniform(0.35, 0.6)
     p.add(cylinder(0, 0, -1, rng.uniform(0.3, 2), r, RUBBER), r)
 
 

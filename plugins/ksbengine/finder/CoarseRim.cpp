@@ -15,6 +15,7 @@ namespace {
 constexpr int rays = 128;
 constexpr float weakestEdge = 3.0F;   // gray levels per pixel; below it is noise even after the reduction
 constexpr int surroundings = 41;      // pixels, of the mean that an edge counts against
+constexpr int alongEdge = 11;         // pixels around, whose gradients have to agree with an edge
 constexpr double edgeShare = 0.08;    // of all pixels that count as edges
 constexpr double leastCoverage = 0.3; // of a circle that is worth a look
 constexpr double nearlyAsComplete = 0.7;
@@ -96,6 +97,16 @@ VC_VECTORISED void magnitudes(const short* gx, const short* gy, int count, float
     }
 }
 
+/// (gx + i gy)^2 and |gx + i gy|^2.
+void squares(const short* gx, const short* gy, int count, cv::Vec3f* squares)
+{
+    for (int x = 0; x < count; ++x) {
+        const auto a = static_cast<float>(gx[x]);
+        const auto b = static_cast<float>(gy[x]);
+        squares[x] = {a * a - b * b, 2 * a * b, a * a + b * b};
+    }
+}
+
 } // namespace
 
 void CoarseRim::computeGradients(const cv::Mat& small)
@@ -107,16 +118,25 @@ void CoarseRim::computeGradients(const cv::Mat& small)
         magnitudes(m_gx.ptr<short>(y), m_gy.ptr<short>(y), small.cols, m_magnitude.ptr<float>(y));
 }
 
-/// Against the mean around, so that a busy background does not drown the dim edges of a wheel before it.
+/// Against the mean around, so that a busy background does not drown the dim edges of a wheel before it; and as
+/// coherent as the gradients around are, |sum g^2| / sum |g|^2 with g = gx + i gy: 1 along an edge, little in a pattern
+/// of dots or in rust, whose edges run in all directions.
 void CoarseRim::weighLocally()
 {
     cv::Mat around;
     cv::boxFilter(m_magnitude, around, CV_32F, {surroundings, surroundings});
+    m_squares.create(m_magnitude.size(), CV_32FC3);
+    for (int y = 0; y < m_magnitude.rows; ++y)
+        squares(m_gx.ptr<short>(y), m_gy.ptr<short>(y), m_magnitude.cols, m_squares.ptr<cv::Vec3f>(y));
+    cv::boxFilter(m_squares, m_squares, CV_32F, {alongEdge, alongEdge});
     for (int y = 0; y < m_magnitude.rows; ++y) {
         auto* row = m_magnitude.ptr<float>(y);
         const auto* mean = around.ptr<float>(y);
-        for (int x = 0; x < m_magnitude.cols; ++x)
-            row[x] = row[x] < weakestEdge ? 0 : row[x] / (mean[x] + weakestEdge);
+        const auto* sum = m_squares.ptr<cv::Vec3f>(y);
+        for (int x = 0; x < m_magnitude.cols; ++x) {
+            const float coherence = std::sqrt(sum[x][0] * sum[x][0] + sum[x][1] * sum[x][1]) / (sum[x][2] + 1);
+            row[x] = row[x] < weakestEdge ? 0 : coherence * row[x] / (mean[x] + weakestEdge);
+        }
     }
 }
 

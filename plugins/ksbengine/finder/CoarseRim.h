@@ -31,6 +31,7 @@ private:
     cv::Mat m_gx;
     cv::Mat m_gy;
     cv::Mat m_magnitude;
+    cv::Mat m_squares;
     cv::Mat m_votes;
     float m_threshold = 0;
 };

@@ -19,6 +19,7 @@ constexpr int rimSide = 640;             // and where the rim is measured: finer
 constexpr double leastRimCoverage = 0.4; // of the circumference
 constexpr double coarseSlack = 0.04;     // of the rim's radius: in the small picture its edge and its bevel are one
 constexpr double fineSlack = 0.01;
+constexpr double looseRim = 0.65;  // pixels where it is measured, root mean square; of chance circles 0.7 and more
 constexpr double leastContrast = 12; // gray levels between the darkest and the brightest twentieth
 constexpr double unfocused = 0.6;    // blur, as a share of the hole's radius
 constexpr double usualRing = 0.93;   // of the rim's radius, within which the ring of most wheels lies
@@ -57,6 +58,14 @@ bool ringLeaves(const cv::Mat& gray, const Outline& hub, const HoleModel& model)
     return seen.width < 0 || seen.height < 0 || !seen.contains(hub.center);
 }
 
+/// Those nearest in size to the model's rim first; without a model they stay as they are.
+void sortByLikeness(double radius, std::vector<RimFit>* rims)
+{
+    const auto unlike = [radius](const RimFit& rim) { return std::abs(std::log(rim.outline.radius / radius)); };
+    if (radius > 0)
+        std::stable_sort(rims->begin(), rims->end(), [&](const auto& a, const auto& b) { return unlike(a) < unlike(b); });
+}
+
 bool sameRim(const Outline& one, const Outline& other)
 {
     const double near = otherRim * one.radius;
@@ -88,40 +97,81 @@ bool Finder::fitsRim(const Outline& guess, double reach, const Range& radius, Ri
            found < (1 + fineSlack) * radius.high;
 }
 
+/// Whether its points scatter like those of a circle drawn by chance through rollers or a perforated belt.
+bool Finder::isLoose(const RimFit& rim)
+{
+    return rim.residual > looseRim * Pyramid::scale(Pyramid::levelOfSide(m_pyramid.level(0).size(), rimSide));
+}
+
+/// The circles of a level that fit a rim of the wanted radius, best first, without those that were seen before.
+std::vector<RimFit> Finder::rims(int level, const Range& radius, double slack, std::vector<Outline>* seen)
+{
+    const double scale = Pyramid::scale(level);
+    const Range wide{(1 - slack) * radius.low / scale, (1 + slack) * radius.high / scale};
+    std::vector<RimFit> found;
+    for (const Outline& outline : m_coarse.find(m_pyramid.level(level), wide, maxHubOffset)) {
+        RimFit rim;
+        if (!fitsRim(outline.enlarged(scale), scale + 0.008 * scale * outline.radius, radius, &rim))
+            continue;
+        const auto isSame = [&](const Outline& other) { return sameRim(rim.outline, other); };
+        if (std::any_of(seen->begin(), seen->end(), isSame))
+            continue;
+        seen->push_back(rim.outline);
+        found.push_back(std::move(rim));
+        if (seen->size() == mostRims)
+            break;
+    }
+    return found;
+}
+
+/// Whether one of these circles was a rim to look around; stops at a hole beyond doubt.
+bool Finder::lookAround(const cv::Mat& gray, const HoleModel& model, const std::vector<RimFit>& rims)
+{
+    for (const RimFit& rim : rims) {
+        Look look;
+        look.trace.rim = rim;
+        look.result.hub = rim.outline;
+        look.result.axis = hubAxis(rim.outline, model.camera.in(gray.size()), model.holeDepth);
+        look.result.rimCoverage = rim.coverage;
+        look.result.error = locateHole(gray, model, &look);
+        adopt(std::move(look));
+        if (m_best.result.score > beyondDoubt)
+            break;
+    }
+    return !rims.empty();
+}
+
 /// A wheel has several concentric circles, and with its tyre on one more: which of them is the rim shows by the hole.
-/// So each that could be the rim is looked around, until a hole is beyond doubt.
-void Finder::lookAround(const cv::Mat& gray, const HoleModel& model)
+/// So each that could be the rim is looked around, until a hole is beyond doubt. In a smaller picture a rim's edge and
+/// its bevel are one, and in a still smaller one the pattern of a perforated belt is plain gray; loose circles come last.
+void Finder::search(const cv::Mat& gray, const HoleModel& model)
 {
     m_pyramid.build(gray);
     const int k = Pyramid::levelOfSide(gray.size(), coarseSide);
-    const double scale = Pyramid::scale(k);
     m_best.result.error = judgeLight(m_pyramid.level(k));
     if (m_best.result.error != FindError::None)
         return;
     m_best.result.error = FindError::NoHub;
+    struct Pass
+    {
+        int level;
+        double slack;
+    };
     const Range radius = model.rimRange(gray.rows);
-    std::vector<Outline> seen;
-    for (const double slack : {0.0, coarseSlack}) {
-        const Range wide{(1 - slack) * radius.low / scale, (1 + slack) * radius.high / scale};
-        for (const Outline& outline : m_coarse.find(m_pyramid.level(k), wide, maxHubOffset)) {
-            Look look;
-            if (!fitsRim(outline.enlarged(scale), scale + 0.008 * scale * outline.radius, radius, &look.trace.rim))
-                continue;
-            const Outline& rim = look.trace.rim.outline;
-            if (std::any_of(seen.begin(), seen.end(), [&](const Outline& other) { return sameRim(rim, other); }))
-                continue;
-            seen.push_back(rim);
-            look.result.hub = rim;
-            look.result.axis = hubAxis(rim, model.camera.in(gray.size()), model.holeDepth);
-            look.result.rimCoverage = look.trace.rim.coverage;
-            look.result.error = ringLeaves(gray, rim, model) ? FindError::CutOff : locateHole(gray, model, &look);
-            adopt(std::move(look));
-            if (m_best.result.score > beyondDoubt || seen.size() == mostRims)
-                return;
-        }
-        if (!seen.empty())
-            return;
+    std::vector<RimFit> loose;
+    for (const Pass& pass : {Pass{k, 0}, Pass{k, coarseSlack}, Pass{k + 1, coarseSlack}}) {
+        std::vector<Outline> seen;
+        std::vector<RimFit> clear = rims(pass.level, radius, pass.slack, &seen);
+        const auto firstLoose =
+            std::stable_partition(clear.begin(), clear.end(), [this](const RimFit& rim) { return !isLoose(rim); });
+        loose.insert(loose.end(), firstLoose, clear.end());
+        clear.erase(firstLoose, clear.end());
+        sortByLikeness(model.rimRadius, &clear);
+        if (lookAround(gray, model, clear))
+            break;
     }
+    if (m_best.result.score <= beyondDoubt)
+        lookAround(gray, model, loose);
 }
 
 /// Takes a look over the best one so far where it is better: the first of those without a hole stays.
@@ -163,6 +213,8 @@ FindError Finder::locateHole(const cv::Mat& gray, const HoleModel& model, Look* 
     }
     const HoleChoice choice = chooseHole(model, {look->result.axis, hub.radius, hub.c2, hub.s2}, &holes);
     look->result.doubt = choice.doubt;
+    if (ringLeaves(gray, hub, model) && (holes.empty() || holes.front().score <= beyondDoubt))
+        return FindError::CutOff; // the hole may lie outside
     if (holes.empty())
         return choice.error;
     const RankedHole& best = holes.front();
@@ -205,7 +257,7 @@ FindResult Finder::find(const cv::Mat& gray, const HoleModel& model)
     m_best = {};
     if (!usable(gray))
         return m_best.result;
-    lookAround(gray, model);
+    search(gray, model);
     FindResult& result = m_best.result;
     const double smallest = model.holeRange(result.hub.radius).middle();
     if (result.error == FindError::NoHole && m_best.trace.rim.edgeWidth > unfocused * smallest)

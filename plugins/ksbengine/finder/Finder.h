@@ -48,10 +48,13 @@ private:
     };
 
     FindError judgeLight(const cv::Mat& small);
-    void lookAround(const cv::Mat& gray, const HoleModel& model);
+    void search(const cv::Mat& gray, const HoleModel& model);
+    std::vector<RimFit> rims(int level, const Range& radius, double slack, std::vector<Outline>* seen);
+    bool lookAround(const cv::Mat& gray, const HoleModel& model, const std::vector<RimFit>& rims);
     void adopt(Look look);
     FindError locateHole(const cv::Mat& gray, const HoleModel& model, Look* look);
     bool fitsRim(const Outline& guess, double reach, const Range& radius, RimFit* rim);
+    bool isLoose(const RimFit& rim);
     std::vector<HoleCandidate> candidates(const HoleModel& model, const Outline& hub, RingMap* ring);
     static void measure(const cv::Mat& gray, const HoleModel& model, Look* look);
 
