@@ -15,6 +15,8 @@
 
 #include <opencv2/imgcodecs.hpp>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int leastOfACause = 3; // pictures; fewer say nothing
@@ -116,6 +118,8 @@ private:
         finder::FindResult result;
         const auto [answer, seconds] = timed([&] { return answerOf(result = m_finder.find(image, model)); });
         m_tally.add(way, picture.causes, truth, answer, seconds);
+        if (truth.hole)
+            m_tally.addJudged(way, wasJudged(truth));
         note(way, picture, result, verdictOf(truth, answer), seconds);
         if (way == Way::Taught || !m_options.taught)
             m_misses->consider(QFileInfo(picture.file).completeBaseName().toStdString(), image,
@@ -124,6 +128,15 @@ private:
         const finder::FindResult unlimited = m_finder.find(image, model);
         m_tally.addUnlimited(way, truth, answerOf(unlimited), unlimited.score);
         return result;
+    }
+
+    /// Whether the hole was among the candidates of the last find.
+    bool wasJudged(const Truth& truth) const
+    {
+        const std::vector<finder::RankedHole>& holes = m_finder.trace().holes;
+        return std::any_of(holes.begin(), holes.end(), [&](const finder::RankedHole& hole) {
+            return cv::norm(hole.seen.center - truth.center) <= wrongPlace * truth.radius;
+        });
     }
 
     void findByRivals(const KnownPicture& picture, const cv::Mat& image, const finder::HoleModel& model)

@@ -114,6 +114,12 @@ void SetTally::addUnlimited(Way way, const Truth& truth, const Answer& answer, d
     m_limits[way].add(truth, answer, score);
 }
 
+void SetTally::addJudged(Way way, bool judged)
+{
+    ++m_judged[way].holes;
+    m_judged[way].judged += judged;
+}
+
 void SetTally::print(std::FILE* out, int least) const
 {
     printHeader(out);
@@ -121,6 +127,10 @@ void SetTally::print(std::FILE* out, int least) const
     for (const auto& [cause, sheets] : m_causes)
         if (sheets.begin()->second.wheels() >= least)
             printRows(out, cause, sheets);
+    for (const auto& [way, count] : m_judged)
+        std::fprintf(out, "\nholes among the candidates, %-9s %6.2f %%", nameOf(way),
+                     percent(count.judged, count.holes));
+    std::fprintf(out, "\n");
     for (const auto& [way, table] : m_limits) {
         std::fprintf(out, "\nscore limit, %-9s", nameOf(way));
         for (const auto& row : table.rows())
@@ -143,5 +153,10 @@ QJsonObject SetTally::json() const
     QJsonObject limits;
     for (const auto& [way, table] : m_limits)
         limits[QLatin1String(nameOf(way))] = jsonOf(table);
-    return {{QStringLiteral("causes"), causes}, {QStringLiteral("limits"), limits}};
+    QJsonObject judged;
+    for (const auto& [way, count] : m_judged)
+        judged[QLatin1String(nameOf(way))] = percent(count.judged, count.holes);
+    return {{QStringLiteral("causes"), causes},
+            {QStringLiteral("limits"), limits},
+            {QStringLiteral("among_candidates_percent"), judged}};
 }

@@ -32,6 +32,9 @@ KINDS = {"blot": 0, "rust_spot": 0, "water_drop": 0, "chip": 0, "dimple": 1, "pi
          "rubber_plug": 1, "sticker": 1, "clock": 2, "letters": 2, "window": 3, "scratch": 3, "weld": 3, "chalk": 3, "counterweight": 3}
 
 
+DRILLED = ("drain", "vent", "bolt", "window")
+
+
 def kind_at(wheel, x, y, radius):
     for kind, ox, oy, size in wheel.others:
         if math.hypot(x - ox, y - oy) < max(size, 0.5 * radius):
@@ -78,7 +81,7 @@ def drilled(logit, x, y, radius, seen, hub, wheel):
     hole. Such are holes to the eye; what tells them apart is their company and size, which the finder weighs itself."""
     for kind, ox, oy, size in wheel.others:
         if math.hypot(x - ox, y - oy) < max(size, 0.5 * radius):
-            return kind in ("drain", "vent", "bolt", "window")
+            return kind in DRILLED
     if logit < 1:
         return False
     if wheel.hole and radius < 0.6 * wheel.hole[2]:
@@ -110,6 +113,9 @@ def places_of(wheel, net, rng, most=14):
         place = place_at(levels, hub, x, y, radius, wheel, black, white)
         if place.hole is None or math.hypot(place.hole[0], place.hole[1]) > 1.3 * max(1.0, place.hole[2]):
             others.append(place)
+    for kind, x, y, radius in wheel.others:  # also those that the glance passes over
+        if kind not in DRILLED and 0.4 * size < radius < 2 * size and wide[0] < math.hypot(x - hub[0], y - hub[1]) < wide[1]:
+            others.append(place_at(levels, hub, x, y, radius, wheel, black, white))
     for _ in range(3):
         a, reach = rng.uniform(0, 2 * math.pi), wheel.ring * (1 + rng.normal(0, 0.04))
         x, y = hub[0] + reach * math.cos(a), hub[1] + reach * math.sin(a)
