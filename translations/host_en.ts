@@ -669,6 +669,10 @@ Close anyway?</translation>
         <translation>Acknowledge</translation>
     </message>
     <message>
+        <source>系统正在启动，暂不应答触发</source>
+        <translation>Starting: triggers are not answered yet</translation>
+    </message>
+    <message>
         <source>PLC串口断开：%1</source>
         <translation>PLC serial port lost: %1</translation>
     </message>

@@ -19,6 +19,8 @@ struct Texts
 QString what(const Alarm& alarm)
 {
     switch (alarm.kind) {
+    case Alarm::Starting:
+        return Texts::tr("系统正在启动，暂不应答触发");
     case Alarm::PortLost:
         return Texts::tr("PLC串口断开：%1").arg(alarm.subject);
     case Alarm::CameraLost:

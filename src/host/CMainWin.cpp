@@ -62,6 +62,7 @@ CMainWin::CMainWin(QWidget* parent)
     readEngineList();
     enableStations();
     layOutForCameras();
+    openRoad();
 }
 
 CMainWin::~CMainWin()

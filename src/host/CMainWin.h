@@ -111,6 +111,7 @@ private:
     void readEngineList();
     void enableStations();
     void layOutForCameras();
+    void openRoad();
 
     std::unique_ptr<Ui::CMainWin> m_ui;
     std::unique_ptr<SystemLog::WarningForward> m_warnings;

@@ -58,10 +58,7 @@ void CMainWin::createWorkflow()
         if (ICoreCtrl* core = m_modules.coreCtrl())
             core->trigger({key});
     });
-    connect(&m_road->link(), &PlcLink::modelIndexReceived, this, [this] {
-        if (m_status) // a frame may come while a box of the start-up is open
-            m_status->linkAlive();
-    });
+    connect(&m_road->link(), &PlcLink::modelIndexReceived, this, [this] { m_status->linkAlive(); });
     connect(&m_road->link(), &PlcLink::shutdownReceived, qApp, &QApplication::closeAllWindows);
     connect(&m_road->dispatch(), &TriggerDispatch::sgShowLog, this, &CMainWin::sgShowLog);
     connect(&m_road->dispatch(), &TriggerDispatch::sgSystemLog, &SystemLog::information);
@@ -75,6 +72,8 @@ void CMainWin::createWorkflow()
     m_monitor = std::make_unique<CellMonitor>(config, *m_panels, *m_ui->alarmStrip);
     m_monitor->alarms().setLog(&SystemLog::ksSysLog::instance()->database());
     m_monitor->follow(m_road->dispatch(), m_road->results());
+    m_road->link().hold();
+    m_monitor->showStarting(true);
 }
 
 void CMainWin::loadModules()
@@ -170,4 +169,11 @@ void CMainWin::selectRunModels()
 void CMainWin::enableStations()
 {
     m_stationEnabled[0] = m_stationEnabled[1] = true;
+}
+
+/// Only now a trigger meets a whole cell: a controller that switches models, records that keep the answer.
+void CMainWin::openRoad()
+{
+    m_monitor->showStarting(false);
+    m_road->link().release();
 }

@@ -36,6 +36,11 @@ void CellMonitor::countOn(const QString& folder)
     m_earlier->start();
 }
 
+void CellMonitor::showStarting(bool starting)
+{
+    m_book.set(starting, Alarm::Starting, {}, {});
+}
+
 void CellMonitor::tick()
 {
     m_counts.checkDay();

@@ -28,6 +28,9 @@ public:
     /// Counts on from what the records of this folder have of the present day, and keeps the counts there.
     void countOn(const QString& folder);
 
+    /// Whether the cell is on its way up and answers no trigger.
+    void showStarting(bool starting);
+
     AlarmWatch& alarms() { return m_watch; }
 
     /// To be called once a second.

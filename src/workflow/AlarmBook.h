@@ -10,6 +10,7 @@
 struct Alarm
 {
     enum Kind {
+        Starting, ///< the cell answers no trigger yet
         PortLost,
         CameraLost,
         DiskLow,            ///< less is free than the setting demands, although the cleaner works

@@ -11,6 +11,26 @@ PlcLink::PlcLink(ISerialPort* port, QObject* parent)
 void PlcLink::receive(const SComFrame& frame)
 {
     emit frameSeen(frame, true);
+    if (!m_held)
+        act(frame);
+    else if (frame.command == plc::ModelIndex)
+        m_heldIndices = frame;
+    else if (frame.command == plc::Shutdown)
+        m_heldShutdown = frame;
+}
+
+void PlcLink::release()
+{
+    m_held = false;
+    for (std::optional<SComFrame>* frame : {&m_heldIndices, &m_heldShutdown}) {
+        if (*frame)
+            act(**frame);
+        frame->reset();
+    }
+}
+
+void PlcLink::act(const SComFrame& frame)
+{
     switch (frame.command) {
     case plc::ModelIndex:
         emit modelIndexReceived(frame.data[0], frame.data[1]);

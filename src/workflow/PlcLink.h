@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+#include <optional>
+
 class ISerialPort;
 
 /// The program's end of the PLC line: takes received frames apart by their command, and sends results and heartbeats.
@@ -20,6 +22,12 @@ public:
 
     /// Tells what a received frame asks for by one of the signals; unknown commands and stations are ignored.
     void receive(const SComFrame& frame);
+
+    /// While the cell starts: received frames ask for nothing, so that no trigger is answered by half of a cell.
+    void hold() { m_held = true; }
+    /// Ends that. Of what came meanwhile, the last model indices and a shutdown are taken up; triggers are too old.
+    void release();
+    bool isHeld() const { return m_held; }
 
     void sendHeartbeat();
 
@@ -39,6 +47,10 @@ signals:
 
 private:
     void send(const SComFrame& frame);
+    void act(const SComFrame& frame);
 
     ISerialPort* m_port;
+    bool m_held = false;
+    std::optional<SComFrame> m_heldIndices;
+    std::optional<SComFrame> m_heldShutdown;
 };

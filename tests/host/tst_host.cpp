@@ -54,6 +54,37 @@ private slots:
         QVERIFY(reading->isVisible());
     }
 
+    void framesThatComeDuringTheStartUpMeetAWholeCell()
+    {
+        const TempHome home;
+        writeCameras(home, 2);
+        writeSolutions(home, {"工位1", "工位2"});
+        home.write("/user/systemConfig.ini", "[COM]\nPort=/nowhere/tty\n");
+        home.write("/user/globalConfig.json",
+                   R"({"onlineMode": true, "station_solution_1": "工位1", "station_solution_2": "工位2"})");
+        QStringList shown;
+        QTimer::singleShot(0, this, [&] { // runs while the box about the port is open
+            for (QWidget* widget : QApplication::topLevelWidgets()) {
+                auto* window = qobject_cast<CMainWin*>(widget);
+                if (!window)
+                    continue;
+                connect(window, &CMainWin::sgShowLog, this, [&](int, const QString& text) { shown << text; });
+                for (const QByteArray& frame : {QByteArray("P\5"), QByteArray("C\7")}) {
+                    SComFrame sent;
+                    sent.command = static_cast<quint8>(frame[0]);
+                    sent.data[0] = frame[1];
+                    window->onAppanalysis(sent);
+                }
+            }
+            shown << QStringLiteral("box");
+        });
+        const BoxPresser presser(QMessageBox::Yes);
+        const CMainWin window;
+        QCOMPARE(shown.size(), 2);
+        QCOMPARE(shown[0], QStringLiteral("box"));
+        QVERIFY2(shown[1].contains("不存在索引7"), qPrintable(shown[1]));
+    }
+
     void oneCameraAndOneSolutionShowOneStation()
     {
         const TempHome home;

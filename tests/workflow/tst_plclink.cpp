@@ -61,6 +61,34 @@ private slots:
         QCOMPARE(seen.size(), 0);
     }
 
+    void framesOfTheStartUpWaitForItsEndAndTriggersAreDropped()
+    {
+        PlcLink link;
+        QStringList asked;
+        connect(&link, &PlcLink::modelIndexReceived, this,
+                [&](int one, int two) { asked << QStringLiteral("models %1 %2").arg(one).arg(two); });
+        connect(&link, &PlcLink::triggerReceived, this, [&](int n) { asked << QStringLiteral("trigger %1").arg(n); });
+        connect(&link, &PlcLink::shutdownReceived, this, [&] { asked << QStringLiteral("shutdown"); });
+        const auto receive = [&](int command, int word) {
+            SComFrame frame;
+            frame.command = static_cast<quint8>(command);
+            frame.data[0] = static_cast<qint16>(word);
+            link.receive(frame);
+        };
+        link.hold();
+        receive('C', 3);
+        receive('P', 5);
+        receive(0xF1, 0);
+        receive('C', 4);
+        QCOMPARE(asked.join(','), QString());
+        link.release();
+        QCOMPARE(asked.join(','), QString("models 4 0,shutdown"));
+        receive('P', 6);
+        QCOMPARE(asked.last(), QString("trigger 2"));
+        link.release();
+        QCOMPARE(asked.size(), 3);
+    }
+
     void receivedFrameAsksForOneThing_data()
     {
         Table::of<int, int, QString>({{"models", int('C'), -7, "models -7 9"},
