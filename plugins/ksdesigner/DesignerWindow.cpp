@@ -101,7 +101,7 @@ void DesignerWindow::buildPanels()
     m_ui->splitter->addWidget(parameters);
     m_ui->splitter->addWidget(m_tabs);
     m_ui->splitter->setStretchFactor(2, 1);
-    m_ui->splitter->setSizes({230, 350, 800});
+    m_ui->splitter->setSizes({230, 370, 780});
     const auto showModel = [=](const ModelId& id) {
         parameters->setModel(id);
         examples->setModel(id);

@@ -167,6 +167,11 @@ private slots:
             s.optics.blur = 2;
             s.optics.noise = 12;
         });
+        row("cut off beside the hole", [](auto& s) {
+            s.hub.x = 0.75 * s.rimRadius;
+            s.size.width = cvRound(1.75 * s.rimRadius);
+            s.hole.angle = 0;
+        });
         row("hole at 0 degrees", [](auto& s) { s.hole.angle = 0.001; });
         row("hole at 360 degrees", [](auto& s) { s.hole.angle = 359.999; });
     }
@@ -203,6 +208,7 @@ private slots:
         wheel::WheelSpec cut = Wheels::spec("seven", 51);
         cut.hub.x = cut.rimRadius - 0.25 * cut.rimRadius;
         cut.size.width = cvRound(1.7 * cut.rimRadius);
+        cut.hole.angle = 180; // outside
         QTest::newRow("cut off") << cut << int(FindError::CutOff);
     }
 

@@ -17,6 +17,7 @@ private slots:
              {"score in percent", "score_limit", "50", "score_limit", "0 到 1"},
              {"hole behind the wheel", "hole_depth", "301", "hole_depth", "应在 -300 到 300"},
              {"hole before the rim", "hole_depth", "-12.5", "hole_depth", ""},
+             {"no depth", "hole_depth", "", "hole_depth", "请输入数字"},
              {"no tolerance", "ring_radius_tol", "0", "ring_radius", "公差"},
              {"ring outside the rim", "ring_radius", "812.5", "ring_radius", "应小于轮缘半径"},
              {"rim inside the ring", "rim_radius", "600", "ring_radius", "应小于轮缘半径"},

@@ -1,4 +1,5 @@
-"""Makes the judge's answer a logarithm of odds: on wheels that it has not learnt from."""
+"""Makes the judge's answer a logarithm of odds, and weighs it against place, size and company: on wheels that it has not
+learnt from."""
 import math
 import multiprocessing
 
@@ -9,6 +10,11 @@ import torch
 import glance
 import judge
 import sampling
+
+# As in the finder's HoleChoice.
+PLACE_SIGMA, SIZE_SIGMA = {"taught": 0.02, "auto": 0.05}, {"taught": 0.12, "auto": 0.6}
+USUAL_PLACE, USUAL_SIZE = 0.875, 0.028  # of the rim's radius
+ALIKE_SIZE, ALIKE_RING, ALIKE_ODDS, LEAST_OF_ROUND, FEWEST_OF_ROUND = 0.16, 0.012, 3, -1.5, 2
 
 _nets = None
 
@@ -96,3 +102,71 @@ def calibrate(first, second, held, jobs, say):
         last = second.head[-1]
         last.weight[0] *= scale
         last.bias[0] = last.bias[0] * scale + offset
+
+
+def _choice(job):
+    """Of a wheel, for each way: the features of its candidates (evidence, place, size, of a round, 1) and which one is the
+    hole, -1 for none."""
+    wheel, seed = job
+    first, second = _nets
+    rng = np.random.default_rng([14, seed])
+    gray = cv2.imdecode(np.fromfile(wheel.file, np.uint8), cv2.IMREAD_GRAYSCALE)
+    levels = sampling.pyramid(gray)
+    black, white = sampling.levels_of(gray)
+    hub = tuple(np.array(wheel.hub) + rng.normal(0, 0.0015 * wheel.rim, 2))
+    size = (wheel.hole[2] if wheel.hole else 0.027 * wheel.rim) * rng.uniform(0.9, 1.1)
+    ring = wheel.ring * rng.uniform(0.99, 1.01)
+    ways = {"taught": ([size], (0.97 * ring - 0.03 * wheel.rim, 1.03 * ring + 0.03 * wheel.rim), 8, ring, size),
+            "auto": (judge.radii_without_model(wheel.rim), (glance.BAND[0] * wheel.rim, glance.BAND[1] * wheel.rim), 14,
+                     USUAL_PLACE * wheel.rim, USUAL_SIZE * wheel.rim)}
+    made = {}
+    for way, (radii, band, most, place, usual) in ways.items():
+        found = judge.candidates(first, levels, hub, radii, band, most)
+        if not found:
+            continue
+        moved, answers = looked_at(second, levels, hub, [f[1:] for f in found], black, white)
+        seen = [(float(a[0]), x, y, r * math.exp(float(np.clip(a[3], -0.6, 0.6)))) for (x, y, r), a in zip(moved, answers)]
+        seen.sort(reverse=True)
+        kept = []
+        for one in seen:
+            if all(math.hypot(one[1] - k[1], one[2] - k[2]) > 1.1 * max(one[3], k[3]) for k in kept):
+                kept.append(one)
+        reach = [math.hypot(x - hub[0], y - hub[1]) for _, x, y, _ in kept]
+        rows, hit = [], -1
+        for i, (evidence, x, y, radius) in enumerate(kept):
+            others = sum(j != i and abs(math.log(radius / o[3])) < ALIKE_SIZE and abs(reach[i] - reach[j]) < ALIKE_RING * wheel.rim
+                         and min(evidence, o[0]) > LEAST_OF_ROUND and abs(evidence - o[0]) < ALIKE_ODDS
+                         for j, o in enumerate(kept))
+            rows.append([evidence, -math.log1p(((reach[i] - place) / (PLACE_SIGMA[way] * (ring if way == "taught" else wheel.rim))) ** 2),
+                         -math.log1p((math.log(radius / usual) / SIZE_SIGMA[way]) ** 2), float(others >= FEWEST_OF_ROUND), 1.0])
+            if wheel.hole and math.hypot(x - wheel.hole[0], y - wheel.hole[1]) < 0.5 * wheel.hole[2]:
+                hit = i
+        made[way] = (torch.tensor(rows), hit)
+    return made
+
+
+def weigh(first, second, held, jobs, say):
+    """The weights of HoleChoice, by logistic regression of which place is the hole or that none is."""
+    global _nets
+    _nets = (first, second)
+    wheels = [wheel for folder in held.values() for wheel in folder]
+    with multiprocessing.get_context("fork").Pool(jobs) as workers:
+        made = workers.map(_choice, list(zip(wheels, range(len(wheels)))), 4)
+    usual = torch.tensor([1.0, 1.0, 1.0, -2.0, 0.0])
+    for way in PLACE_SIGMA:
+        rows = [one[way] for one in made if way in one]
+        weights = usual.clone().requires_grad_(True)
+        fit = torch.optim.LBFGS([weights], max_iter=200)
+
+        def loss():
+            none = torch.zeros(1)
+            total = sum(-torch.log_softmax(torch.cat([none, x @ weights]), 0)[hit + 1] for x, hit in rows)
+            return total / len(rows) + 0.002 * ((weights - usual) ** 2).sum()
+
+        def step():
+            fit.zero_grad()
+            value = loss()
+            value.backward()
+            return value
+        fit.step(step)
+        say("%s, %d wheels: evidence %.2f place %.2f size %.2f round %.2f offset %.2f" % (way, len(rows), *weights.tolist()))

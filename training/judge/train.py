@@ -4,7 +4,7 @@
   train.py --out DIR --world FOLDER [--world FOLDER ...] --valid FOLDER [...] [--steps N] [--rounds N] [--jobs J]
 
 The same folders and numbers give the same files. Prints, for each folder held back, how often the true hole is among the
-first candidates and how well the judge parts holes from the rest."""
+first candidates and how well the judge parts holes from the rest; and the weights that HoleChoice should have."""
 import argparse
 import math
 import multiprocessing
@@ -83,6 +83,7 @@ def main():
     torch.save(second.state_dict(), os.path.join(a.out, "judge.pt"))
     held = {folder: worlds.read(folder, os.path.basename(folder.rstrip("/"))) for folder in a.valid}
     calibrate.calibrate(first, second, held, a.jobs, say)
+    calibrate.weigh(first, second, held, a.jobs, say)
     export(first, torch.zeros(1, 1, 1024, 64), os.path.join(a.out, "glance.onnx"))
     export(second, torch.zeros(2, 3, sampling.PATCH_SIDE, sampling.PATCH_SIDE), os.path.join(a.out, "judge.onnx"),
            {"pictures": {0: "n"}, "answers": {0: "n"}})

@@ -152,7 +152,7 @@ QString explanation(const QString& name)
 bool mayBeUnknown(const QString& name)
 {
     const Known* entry = find(name);
-    return entry && *entry->unit;
+    return entry && entry->unit == QByteArray("px");
 }
 
 QString textOf(const QString& name, const QVariant& value)
