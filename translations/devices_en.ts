@@ -203,6 +203,10 @@
 <context>
     <name>ModuleReport</name>
     <message>
+        <source>模块按接口版本 %1 编译，本程序的接口版本为 %2</source>
+        <translation>The module was built for interface version %1; this program has version %2</translation>
+    </message>
+    <message>
         <source>文件中没有函数 %1</source>
         <translation>The file holds no function %1</translation>
     </message>

@@ -5,10 +5,19 @@
 /// Marks a function that is found by its plain name in a library loaded at run time.
 #define VALVECELL_MODULE_EXPORT extern "C" Q_DECL_EXPORT
 
-/// Tells a module's version to the device manager; optional, once in a module: VALVECELL_MODULE_VERSION("1.2.0")
-/// Exports it by the symbol "Lib_Version".
+/// The interfaces of these headers, MAJOR.MINOR. Another MAJOR: an interface has other virtual functions, so that a
+/// module built for it cannot be used. Another MINOR: something optional was added.
+#define VALVECELL_INTERFACE_VERSION "1.0"
+
+/// Tells a module's version to the device manager, and to the loader the interfaces that the module was built for;
+/// optional, once in a module: VALVECELL_MODULE_VERSION("1.2.0")
+/// Exports them by the symbols "Lib_Version" and "Lib_InterfaceVersion".
 #define VALVECELL_MODULE_VERSION(text)                                                                                 \
     VALVECELL_MODULE_EXPORT const char* Lib_Version()                                                                  \
     {                                                                                                                  \
         return text;                                                                                                   \
+    }                                                                                                                  \
+    VALVECELL_MODULE_EXPORT const char* Lib_InterfaceVersion()                                                         \
+    {                                                                                                                  \
+        return VALVECELL_INTERFACE_VERSION;                                                                            \
     }

@@ -1,5 +1,7 @@
 #include "modules/ModuleReport.h"
 
+#include <valvecell/Export.h>
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QLibrary>
@@ -11,15 +13,33 @@ struct Tr
     Q_DECLARE_TR_FUNCTIONS(ModuleReport)
 };
 
+using VersionFunction = const char* (*)();
+
+QString majorOf(const QString& version)
+{
+    return version.section(QLatin1Char('.'), 0, 0);
+}
+
 } // namespace
+
+QString interfaceProblem(QLibrary& library)
+{
+    const auto function = reinterpret_cast<VersionFunction>(library.resolve("Lib_InterfaceVersion"));
+    const QString own = QStringLiteral(VALVECELL_INTERFACE_VERSION);
+    const char* const text = function ? function() : VALVECELL_INTERFACE_VERSION;
+    const QString built = text ? QString::fromUtf8(text) : QString();
+    return majorOf(built) == majorOf(own) ? QString()
+                                          : Tr::tr("模块按接口版本 %1 编译，本程序的接口版本为 %2").arg(built, own);
+}
 
 /// A module need not tell its version.
 ModuleInfo describeModule(const QString& name, QLibrary& library, const char* symbol)
 {
-    using VersionFunction = const char* (*)();
     ModuleInfo info{name, false, QDir::toNativeSeparators(library.fileName()), {}, {}};
     if (!library.isLoaded())
         info.problem = library.errorString();
+    else if (const QString other = interfaceProblem(library); !other.isEmpty())
+        info.problem = other;
     else if (!library.resolve(symbol))
         info.problem = Tr::tr("文件中没有函数 %1").arg(QLatin1String(symbol));
     if (!info.problem.isEmpty())

@@ -22,8 +22,11 @@ template <typename Object, typename Factory>
 Object* createFrom(const QString& base, const char* symbol, QVector<ModuleInfo>* report)
 {
     QLibrary library(platform::moduleLoadName(base));
-    const auto factory = reinterpret_cast<Factory>(library.resolve(symbol));
-    if (!factory)
+    const QString other = library.load() ? interfaceProblem(library) : QString();
+    const auto factory = other.isEmpty() ? reinterpret_cast<Factory>(library.resolve(symbol)) : nullptr;
+    if (!other.isEmpty())
+        qWarning("module %s: %s: %s", qUtf8Printable(base), qUtf8Printable(library.fileName()), qUtf8Printable(other));
+    else if (!factory)
         qDebug("module %s: %s", qUtf8Printable(base), qUtf8Printable(library.errorString()));
     Object* made = nullptr;
     if (factory)

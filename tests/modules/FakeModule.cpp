@@ -89,6 +89,13 @@ public:
 VALVECELL_MODULE_VERSION("1.2 测试")
 #endif
 
+#ifdef FAKE_IS_OTHERINTERFACE
+VALVECELL_MODULE_EXPORT const char* Lib_InterfaceVersion()
+{
+    return "2.1";
+}
+#endif
+
 #ifndef FAKE_IS_NOSYMBOL
 VALVECELL_MODULE_EXPORT void* INIT([[maybe_unused]] void* reserved)
 {

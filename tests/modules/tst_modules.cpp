@@ -57,6 +57,15 @@ private slots:
         QVERIFY(!symbol.instance());
     }
 
+    void moduleOfAnotherInterfaceIsNeverCalledAndToldWithFileAndVersions()
+    {
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression("ksCoreCtrl: .*otherinterface.*ksCoreCtrl.*接口版本 2.1.*1\\.0"));
+        ModuleSet modules({fakes("otherinterface")});
+        QCOMPARE(modules.start(kNoImage), QStringLiteral("Corectrl模块加载失败,请检查!"));
+        QCOMPARE(protocol(), QStringList());
+    }
+
     void modulesStartAndStopInOrder()
     {
         {
@@ -79,7 +88,7 @@ private slots:
         QTest::newRow("all missing") << QStringList{"missing", "missing", "missing"} << core;
         QTest::newRow("no camera") << QStringList{"nocamera", "good", "good"}
                                    << QStringLiteral("camera.json文件出错,请检查!");
-        for (const char* kind : {"null", "throws", "nosymbol", "startthrows"}) {
+        for (const char* kind : {"null", "throws", "nosymbol", "startthrows", "otherinterface"}) {
             QTest::addRow("core %s", kind) << QStringList{kind, "good", "good"} << core;
             QTest::addRow("engine %s", kind) << QStringList{"good", kind, "good"} << engine;
             QTest::addRow("designer %s", kind) << QStringList{"good", "good", kind} << designer;
@@ -113,6 +122,7 @@ private slots:
         Table::of<QString, QString>({{"right", "good", ""},
                                      {"no object", "null", "系统日志"},
                                      {"no symbol", "nosymbol", "Lib_CoreCtrl_Init"},
+                                     {"other interface", "otherinterface", "接口版本 2.1"},
                                      {"no library", "missing", "ksCoreCtrl"}});
     }
     void reportTellsFileVersionAndReason()
