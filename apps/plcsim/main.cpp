@@ -19,9 +19,9 @@ constexpr int kCannotBegin = 2;
 
 volatile std::sig_atomic_t endRequested = 0;
 
-/// Calls `stop` soon after SIGTERM or SIGINT; the one portable thing that a handler may do is to set a flag.
+/// Calls `stop` soon after SIGTERM or SIGINT. The one portable thing that a handler may do is to set a flag, so a timer
+/// looks for it.
 template <typename Stop>
-/// A signal handler may do next to nothing, so a timer looks for what it left.
 void stopOnSignal(QTimer& poll, Stop stop)
 {
     for (const int signal : {SIGTERM, SIGINT})

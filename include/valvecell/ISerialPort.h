@@ -9,8 +9,9 @@ class QString;
 
 /// The PLC's serial line. Module file "SerialPortTool", factory symbol "SerialPortCreate".
 ///
-/// Threads: every operation is called from the GUI thread and returns without waiting for the line. The receive
-/// callback may be called from any one thread of the module, never before open() and never after close() returned.
+/// Threads: every operation is called from the GUI thread. send() returns without waiting for the line; open() and
+/// close() may wait for the device, open() for a second at most. The receive callback may be called from any one thread
+/// of the module, never before open() and never after close() returned.
 /// Ownership: the caller owns the object and deletes it; deleting closes the port.
 /// Errors: none is thrown. A line that fails after open() is the module's to mend; frames sent meanwhile are lost.
 class ISerialPort

@@ -3,8 +3,7 @@
 #include <valvecell/ICameraPreview.h>
 #include <valvecell/ICameraSettings.h>
 
-/// One camera of the core control. A new kind of camera is one class that implements this and one line in
-/// CameraFactory.cpp.
+/// One camera of the core control, made by type code in CameraFactory.cpp.
 ///
 /// Threads: all operations are called from the GUI thread and return at once, close() excepted. Images and events go to
 /// CameraEvents from any thread.

@@ -81,7 +81,7 @@ void AlarmBook::raiseCounted(Alarm::Kind kind, const QString& subject, int count
 void AlarmBook::clear(Alarm::Kind kind, const QString& subject)
 {
     const auto known = position(m_alarms, kind, subject);
-    if (known == m_alarms.end() || !known->lasts())
+    if (known == m_alarms.end() || known->isLatched())
         return;
     m_past.append(*known);
     m_alarms.erase(known);
@@ -100,10 +100,10 @@ void AlarmBook::acknowledge()
 {
     for (Alarm& alarm : m_alarms) {
         alarm.acknowledged = true;
-        if (!alarm.lasts())
+        if (alarm.isLatched())
             m_past.append(alarm);
     }
-    const auto isOver = [](const Alarm& alarm) { return !alarm.lasts(); };
+    const auto isOver = [](const Alarm& alarm) { return alarm.isLatched(); };
     m_alarms.erase(std::remove_if(m_alarms.begin(), m_alarms.end(), isOver), m_alarms.end());
     emit changed();
 }

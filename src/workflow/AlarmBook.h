@@ -27,8 +27,8 @@ struct Alarm
     int count = 1;   ///< how often it began; or what its source counts, such as images
     bool acknowledged = false;
 
-    /// Whether the alarm goes when its cause goes. The others tell of a loss, and stay until they are acknowledged.
-    bool lasts() const { return kind != ImagesGivenUp && kind != DatabaseMovedAside; }
+    /// Whether the alarm reports a loss, and stays until it is acknowledged. The others go when their cause goes.
+    bool isLatched() const { return kind == ImagesGivenUp || kind == DatabaseMovedAside; }
 };
 
 /// The alarms of the cell: what is wrong at present, and what was lost and not yet acknowledged. GUI thread.
@@ -50,13 +50,13 @@ public:
     /// As raise(), for a number that only grows, of which `count` is the present value: a higher one raises the alarm
     /// anew, acknowledged or not.
     void raiseCounted(Alarm::Kind kind, const QString& subject, int count);
-    /// The cause is gone. An alarm that does not last is left alone.
+    /// The cause is gone. A latched alarm is left alone.
     void clear(Alarm::Kind kind, const QString& subject);
     /// raise() or clear().
     void set(bool present, Alarm::Kind kind, const QString& subject, const QString& detail);
 
 public slots:
-    /// Somebody has seen them all: those that do not last go, the others stay until their cause goes.
+    /// Somebody has seen them all: latched ones go, the others stay until their cause goes.
     void acknowledge();
 
 signals:

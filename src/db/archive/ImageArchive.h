@@ -13,7 +13,7 @@ class SaveImgThread;
 
 /// The image archive below the home: "/DBFiles/Images" for result images, "/DBFiles/SrcImages" for source images, and
 /// in each date, station and model. Images are encoded and written by threads of their own, one each. GUI thread, on
-/// which nothing is encoded, copied or written.
+/// which no image is encoded, copied or written; folders are made there.
 class ImageArchive : public QObject
 {
     Q_OBJECT
