@@ -76,8 +76,6 @@ void AlarmStrip::refresh()
         return;
     const QVector<Alarm>& alarms = m_book->alarms();
     setVisible(!alarms.isEmpty());
-    if (alarms.isEmpty())
-        return;
     const int shown = qMin(alarms.size(), kMostLines);
     QStringList times;
     QStringList texts;

@@ -10,7 +10,6 @@
 struct Alarm
 {
     enum Kind {
-        Starting, ///< the cell answers no trigger yet
         PortLost,
         CameraLost,
         DiskLow,            ///< less is free than the setting demands, although the cleaner works
@@ -18,6 +17,7 @@ struct Alarm
         ImagesGivenUp,      ///< more images came than the disk could take
         ResultsWaiting,     ///< the result database takes no rows
         DatabaseMovedAside, ///< a file that could not be used was kept under another name
+        Starting,           ///< the cell answers no trigger yet
     };
 
     Kind kind = PortLost;
