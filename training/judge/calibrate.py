@@ -1,5 +1,5 @@
-"""Makes the judge's answer a logarithm of odds, and weighs it against place, size and company: on wheels that it has not
-learnt from."""
+"""Weighs the judge's evidence against place, size and company, so that the finder's score is a probability: on wheels that
+neither network has learnt from."""
 import math
 import multiprocessing
 
@@ -12,7 +12,7 @@ import judge
 import sampling
 
 # As in the finder's HoleChoice.
-PLACE_SIGMA, SIZE_SIGMA = {"taught": 0.02, "auto": 0.05}, {"taught": 0.12, "auto": 0.6}
+PLACE_SIGMA, SIZE_SIGMA = {"taught": 0.03, "auto": 0.05}, {"taught": 0.18, "auto": 0.6}
 USUAL_PLACE, USUAL_SIZE = 0.875, 0.028  # of the rim's radius
 ALIKE_SIZE, ALIKE_RING, ALIKE_ODDS, LEAST_OF_ROUND, FEWEST_OF_ROUND = 0.16, 0.012, 3, -1.5, 2
 
@@ -65,43 +65,19 @@ def _seen(job):
     return rows, rank
 
 
-def fitted(evidence, hits):
-    """Scale and offset of the logarithm of the odds, by logistic regression (Newton's method)."""
-    x = np.stack([evidence, np.ones_like(evidence)], 1)
-    w = np.array([1.0, 0.0])
-    for _ in range(50):
-        p = 1 / (1 + np.exp(-x @ w))
-        step = np.linalg.solve(x.T @ (x * (p * (1 - p))[:, None]) + 1e-6 * np.eye(2), x.T @ (hits - p))
-        w += step
-        if np.abs(step).max() < 1e-9:
-            break
-    return w
-
-
-def calibrate(first, second, held, jobs, say):
-    """Folds scale and offset into the judge's last layer, so that its evidence is right on the folders held back."""
+def report(first, second, held, jobs, say):
+    """Prints how early the glance names the hole, and what evidence the judge gives holes and other places."""
     global _nets
     _nets = (first, second)
-    everything = []
     for folder, wheels in held.items():
         with multiprocessing.get_context("fork").Pool(jobs) as workers:
             seen = workers.map(_seen, list(zip(wheels, range(len(wheels)))), 4)
         with_hole = [rank for (_, rank), wheel in zip(seen, wheels) if wheel.hole]
         rows = np.array([row for made, _ in seen for row in made if not row[2]], float)
-        everything.append(rows)
         holes, rest = rows[rows[:, 1] > 0, 0], rows[rows[:, 1] == 0, 0]
         say("%s: %d holes, among the first 1, 4, 8, 16 candidates %s; evidence of holes %s, of the rest %s" % (
             folder, len(with_hole), " ".join("%.2f %%" % (100 * np.mean([r is not None and r < n for r in with_hole])) for n in (1, 4, 8, 16)),
             np.round(np.percentile(holes, [1, 5, 25, 50]), 2), np.round(np.percentile(rest, [50, 95, 99, 99.9]), 2)))
-    if not everything:
-        return
-    rows = np.concatenate(everything)
-    scale, offset = fitted(rows[:, 0], rows[:, 1])
-    say(f"evidence times {scale:.3f} plus {offset:.3f}")
-    with torch.no_grad():
-        last = second.head[-1]
-        last.weight[0] *= scale
-        last.bias[0] = last.bias[0] * scale + offset
 
 
 def _choice(job):
@@ -114,8 +90,9 @@ def _choice(job):
     levels = sampling.pyramid(gray)
     black, white = sampling.levels_of(gray)
     hub = tuple(np.array(wheel.hub) + rng.normal(0, 0.0015 * wheel.rim, 2))
-    size = (wheel.hole[2] if wheel.hole else 0.027 * wheel.rim) * rng.uniform(0.9, 1.1)
-    ring = wheel.ring * rng.uniform(0.99, 1.01)
+    # A model knows rim, ring and hole to within some percent each; the ring is scaled by the rim.
+    size = (wheel.hole[2] if wheel.hole else 0.027 * wheel.rim) * rng.uniform(0.92, 1.08)
+    ring = wheel.ring * rng.uniform(0.98, 1.02) * rng.uniform(0.98, 1.02)
     ways = {"taught": ([size], (0.97 * ring - 0.03 * wheel.rim, 1.03 * ring + 0.03 * wheel.rim), 8, ring, size),
             "auto": (judge.radii_without_model(wheel.rim), (glance.BAND[0] * wheel.rim, glance.BAND[1] * wheel.rim), 14,
                      USUAL_PLACE * wheel.rim, USUAL_SIZE * wheel.rim)}
@@ -169,4 +146,5 @@ def weigh(first, second, held, jobs, say):
             value.backward()
             return value
         fit.step(step)
-        say("%s, %d wheels: evidence %.2f place %.2f size %.2f round %.2f offset %.2f" % (way, len(rows), *weights.tolist()))
+        say("%s, %d wheels, loss %.4f: evidence %.2f place %.2f size %.2f round %.2f offset %.2f" % (
+            way, len(rows), float(loss()), *weights.tolist()))

@@ -82,7 +82,7 @@ def main():
     second = judge.train(pools, 1, a.rounds, jobs=a.jobs, say=say)
     torch.save(second.state_dict(), os.path.join(a.out, "judge.pt"))
     held = {folder: worlds.read(folder, os.path.basename(folder.rstrip("/"))) for folder in a.valid}
-    calibrate.calibrate(first, second, held, a.jobs, say)
+    calibrate.report(first, second, held, a.jobs, say)
     calibrate.weigh(first, second, held, a.jobs, say)
     export(first, torch.zeros(1, 1, 1024, 64), os.path.join(a.out, "glance.onnx"))
     export(second, torch.zeros(2, 3, sampling.PATCH_SIDE, sampling.PATCH_SIDE), os.path.join(a.out, "judge.onnx"),

@@ -10,7 +10,8 @@ namespace finder {
 namespace {
 
 // Weights by logistic regression of "which of these places, or none, is the hole" over wheels that the judge has not
-// learnt from.
+// learnt from. Without a model, size weighs a third of what the regression gives it: where a world's holes are, and how
+// large, is that world's habit.
 struct Weights
 {
     double evidence;
@@ -19,11 +20,11 @@ struct Weights
     double round;
     double offset;
 };
-constexpr Weights ofTaught{1.1, 1.2, 1.6, -3, 0};
-constexpr Weights ofAuto{1.0, 1.5, 1.2, -4, -0.8};
+constexpr Weights ofTaught{1.17, 2.0, 1.7, -3, 0};
+constexpr Weights ofAuto{1.16, 1.3, 0.8, -3.9, -1};
 
-constexpr double taughtPlaceSigma = 0.02; // of the ring's radius
-constexpr double taughtSizeSigma = 0.12;  // logarithm of the radius
+constexpr double taughtPlaceSigma = 0.03; // of the ring's radius
+constexpr double taughtSizeSigma = 0.18;  // logarithm of the radius
 constexpr double usualPlace = 0.875;      // of the rim's radius, where the ledge of most wheels is
 constexpr double usualPlaceSigma = 0.05;
 constexpr double usualSize = 0.028; // of the rim's radius

@@ -38,7 +38,7 @@ constexpr Range autoRimOfHeight{0.24, 0.53};
 constexpr Range autoRingOfRim{0.70, 0.97};
 // Valve holes are 8 to 20 mm wide, rims 330 to 560 mm.
 constexpr Range autoHoleOfRim{0.0118, 0.060};
-constexpr double autoScoreLimit = 0.6; // where place and size are not known, the rest has to be right
+constexpr double autoScoreLimit = 0.7; // where place and size are not known, the rest has to be right
 
 bool isNumber(const QVariant& value)
 {
