@@ -19,7 +19,7 @@ constexpr int rimSide = 640;             // and where the rim is measured: finer
 constexpr double leastRimCoverage = 0.4; // of the circumference
 constexpr double coarseSlack = 0.04;     // of the rim's radius: in the small picture its edge and its bevel are one
 constexpr double fineSlack = 0.01;
-constexpr double looseRim = 0.65;  // pixels where it is measured, root mean square; of chance circles 0.7 and more
+constexpr double looseRim = 0.65;    // pixels where it is measured, root mean square; of chance circles 0.7 and more
 constexpr double leastContrast = 12; // gray levels between the darkest and the brightest twentieth
 constexpr double unfocused = 0.6;    // blur, as a share of the hole's radius
 constexpr double usualRing = 0.93;   // of the rim's radius, within which the ring of most wheels lies
@@ -59,11 +59,12 @@ bool ringLeaves(const cv::Mat& gray, const Outline& hub, const HoleModel& model)
 }
 
 /// Those nearest in size to the model's rim first; without a model they stay as they are.
-void sortByLikeness(double radius, std::vector<RimFit>* rims)
+void sortByLikeness(double radius, std::vector<Outline>* circles)
 {
-    const auto unlike = [radius](const RimFit& rim) { return std::abs(std::log(rim.outline.radius / radius)); };
+    const auto unlike = [radius](const Outline& circle) { return std::abs(std::log(circle.radius / radius)); };
     if (radius > 0)
-        std::stable_sort(rims->begin(), rims->end(), [&](const auto& a, const auto& b) { return unlike(a) < unlike(b); });
+        std::stable_sort(circles->begin(), circles->end(),
+                         [&](const Outline& a, const Outline& b) { return unlike(a) < unlike(b); });
 }
 
 bool sameRim(const Outline& one, const Outline& other)
@@ -103,47 +104,54 @@ bool Finder::isLoose(const RimFit& rim)
     return rim.residual > looseRim * Pyramid::scale(Pyramid::levelOfSide(m_pyramid.level(0).size(), rimSide));
 }
 
-/// The circles of a level that fit a rim of the wanted radius, best first, without those that were seen before.
-std::vector<RimFit> Finder::rims(int level, const Range& radius, double slack, std::vector<Outline>* seen)
+/// Looks around one circle that could be the rim; whether a hole is beyond doubt now.
+bool Finder::lookAround(const cv::Mat& gray, const HoleModel& model, RimFit rim)
 {
-    const double scale = Pyramid::scale(level);
-    const Range wide{(1 - slack) * radius.low / scale, (1 + slack) * radius.high / scale};
-    std::vector<RimFit> found;
-    for (const Outline& outline : m_coarse.find(m_pyramid.level(level), wide, maxHubOffset)) {
-        RimFit rim;
-        if (!fitsRim(outline.enlarged(scale), scale + 0.008 * scale * outline.radius, radius, &rim))
-            continue;
-        const auto isSame = [&](const Outline& other) { return sameRim(rim.outline, other); };
-        if (std::any_of(seen->begin(), seen->end(), isSame))
-            continue;
-        seen->push_back(rim.outline);
-        found.push_back(std::move(rim));
-        if (seen->size() == mostRims)
-            break;
-    }
-    return found;
+    Look look;
+    look.result.hub = rim.outline;
+    look.result.axis = hubAxis(rim.outline, model.camera.in(gray.size()), model.holeDepth);
+    look.result.rimCoverage = rim.coverage;
+    look.trace.rim = std::move(rim);
+    look.result.error = locateHole(gray, model, &look);
+    adopt(std::move(look));
+    return m_best.result.score > beyondDoubt;
 }
 
-/// Whether one of these circles was a rim to look around; stops at a hole beyond doubt.
-bool Finder::lookAround(const cv::Mat& gray, const HoleModel& model, const std::vector<RimFit>& rims)
+/// Looks around the circles of a level that fit a rim of the wanted radius, those of the model's size first, until a
+/// hole is beyond doubt; loose ones are kept for later. Whether there was a circle to look around.
+bool Finder::lookAround(const cv::Mat& gray, const HoleModel& model, const Pass& pass, std::vector<RimFit>* loose)
 {
-    for (const RimFit& rim : rims) {
-        Look look;
-        look.trace.rim = rim;
-        look.result.hub = rim.outline;
-        look.result.axis = hubAxis(rim.outline, model.camera.in(gray.size()), model.holeDepth);
-        look.result.rimCoverage = rim.coverage;
-        look.result.error = locateHole(gray, model, &look);
-        adopt(std::move(look));
-        if (m_best.result.score > beyondDoubt)
+    const Range radius = model.rimRange(gray.rows);
+    const double scale = Pyramid::scale(pass.level);
+    const Range wide{(1 - pass.slack) * radius.low / scale, (1 + pass.slack) * radius.high / scale};
+    std::vector<Outline> circles = m_coarse.find(m_pyramid.level(pass.level), wide, maxHubOffset);
+    sortByLikeness(model.rimRadius / scale, &circles);
+    std::vector<Outline> seen;
+    bool looked = false;
+    for (const Outline& circle : circles) {
+        RimFit rim;
+        const auto isSame = [&](const Outline& other) { return sameRim(rim.outline, other); };
+        if (!fitsRim(circle.enlarged(scale), scale + 0.008 * scale * circle.radius, radius, &rim) ||
+            std::any_of(seen.begin(), seen.end(), isSame))
+            continue;
+        seen.push_back(rim.outline);
+        if (isLoose(rim)) {
+            loose->push_back(std::move(rim));
+        } else {
+            looked = true;
+            if (lookAround(gray, model, std::move(rim)))
+                break;
+        }
+        if (seen.size() == mostRims)
             break;
     }
-    return !rims.empty();
+    return looked;
 }
 
 /// A wheel has several concentric circles, and with its tyre on one more: which of them is the rim shows by the hole.
 /// So each that could be the rim is looked around, until a hole is beyond doubt. In a smaller picture a rim's edge and
-/// its bevel are one, and in a still smaller one the pattern of a perforated belt is plain gray; loose circles come last.
+/// its bevel are one, and in a still smaller one the pattern of a perforated belt is plain gray; loose circles come
+/// last.
 void Finder::search(const cv::Mat& gray, const HoleModel& model)
 {
     m_pyramid.build(gray);
@@ -152,26 +160,15 @@ void Finder::search(const cv::Mat& gray, const HoleModel& model)
     if (m_best.result.error != FindError::None)
         return;
     m_best.result.error = FindError::NoHub;
-    struct Pass
-    {
-        int level;
-        double slack;
-    };
-    const Range radius = model.rimRange(gray.rows);
     std::vector<RimFit> loose;
     for (const Pass& pass : {Pass{k, 0}, Pass{k, coarseSlack}, Pass{k + 1, coarseSlack}}) {
-        std::vector<Outline> seen;
-        std::vector<RimFit> clear = rims(pass.level, radius, pass.slack, &seen);
-        const auto firstLoose =
-            std::stable_partition(clear.begin(), clear.end(), [this](const RimFit& rim) { return !isLoose(rim); });
-        loose.insert(loose.end(), firstLoose, clear.end());
-        clear.erase(firstLoose, clear.end());
-        sortByLikeness(model.rimRadius, &clear);
-        if (lookAround(gray, model, clear))
+        if (lookAround(gray, model, pass, &loose))
             break;
     }
-    if (m_best.result.score <= beyondDoubt)
-        lookAround(gray, model, loose);
+    for (RimFit& rim : loose) {
+        if (m_best.result.score > beyondDoubt || lookAround(gray, model, std::move(rim)))
+            break;
+    }
 }
 
 /// Takes a look over the best one so far where it is better: the first of those without a hole stays.

@@ -47,10 +47,17 @@ private:
         FindTrace trace;
     };
 
+    /// One search for circles: in which level of the pyramid, and by how much of the radius beyond the wanted ones.
+    struct Pass
+    {
+        int level;
+        double slack;
+    };
+
     FindError judgeLight(const cv::Mat& small);
     void search(const cv::Mat& gray, const HoleModel& model);
-    std::vector<RimFit> rims(int level, const Range& radius, double slack, std::vector<Outline>* seen);
-    bool lookAround(const cv::Mat& gray, const HoleModel& model, const std::vector<RimFit>& rims);
+    bool lookAround(const cv::Mat& gray, const HoleModel& model, const Pass& pass, std::vector<RimFit>* loose);
+    bool lookAround(const cv::Mat& gray, const HoleModel& model, RimFit rim);
     void adopt(Look look);
     FindError locateHole(const cv::Mat& gray, const HoleModel& model, Look* look);
     bool fitsRim(const Outline& guess, double reach, const Range& radius, RimFit* rim);
