@@ -51,9 +51,9 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
 
     static QVariantMap parameters(double rim, double ring, double hole, bool taught)
     {
-        return {{"rim_radius", rim},   {"rim_radius_tol", 12.0},  {"ring_radius", ring}, {"ring_radius_tol", 3.0},
-                {"hole_radius", hole}, {"hole_radius_tol", 25.0}, {"score_limit", 0.5},
-                {"hole_depth", 0.0},   {"taught", taught}};
+        return {{"rim_radius", rim},      {"rim_radius_tol", 12.0}, {"ring_radius", ring},
+                {"ring_radius_tol", 3.0}, {"hole_radius", hole},    {"hole_radius_tol", 25.0},
+                {"score_limit", 0.5},     {"hole_depth", 0.0},      {"taught", taught}};
     }
 
     /// A result of a wheel whose hole was found at `center`.
