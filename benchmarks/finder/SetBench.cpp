@@ -77,6 +77,9 @@ public:
                 *error = QStringLiteral("%1/params.json, %2: %3").arg(folder, picture.file, problem);
             if (!error->isEmpty())
                 return false;
+            const KnownDepth& depth = picture.depth;
+            taught.camera = {{depth.principalX, depth.principalY}, depth.distance, depth.pixelSize};
+            taught.holeDepth = depth.hole;
             measure(picture, image, taught);
         }
         return true;

@@ -13,7 +13,8 @@ namespace {
 const QByteArray foreign = R"([
   {"image": "a.png", "wheel": false, "valve": false, "cx": null, "vr": null, "tags": ["nowheel"], "design": null},
   {"image": "b.png", "wheel": true, "valve": true, "cx": 500.5, "cy": 400, "vx": 700, "vy": 380.25, "vr": 12,
-   "angle": 5.65, "tags": ["noise", "stem"], "design": "mesh", "edge": "ring", "rim_r": 240, "pitch_r": 200.5},
+   "angle": 5.65, "tags": ["noise", "stem"], "design": "mesh", "edge": "ring", "rim_r": 240, "pitch_r": 200.5,
+   "distance_mm": 1500, "pp_x": 512.5, "mm_per_px": 0.5, "depth_mm": 31.5},
   {"image": "c.png", "wheel": true, "valve": false, "vr": null, "tags": [], "rim_r": 300, "pitch_r": 260}])";
 
 /// A folder with these files; empty ones are left out.
@@ -98,6 +99,12 @@ private slots:
         QVERIFY(std::fabs(parameter(pictures[2], "hole_radius") - 15) <= 1.55);
         QCOMPARE(pictures[0].parameters, pictures[1].parameters);
         QVERIFY(!pictures[1].parameters.contains("rim_radius_tol"));
+        const KnownDepth& depth = truth.pictures()[1].depth;
+        QCOMPARE(depth.hole, 31.5);
+        QCOMPARE(depth.distance, 1500.0);
+        QCOMPARE(depth.principalX, 512.5);
+        QCOMPARE(depth.pixelSize, 0.5);
+        QCOMPARE(truth.pictures()[2].depth.distance, 0.0);
     }
 
     void recipeDependsOnTheFileNameAndUsesItsWholeRange()

@@ -62,6 +62,7 @@ public:
         return result;
     }
 
+    double numberOrNone(const char* key) const { return m_values[QLatin1String(key)].toDouble(); }
     QString optional(const char* key) const { return m_values[QLatin1String(key)].toString(); }
 
 private:
@@ -113,6 +114,8 @@ KnownPicture foreignPicture(Entry& entry)
     picture.y = entry.number("vy");
     picture.angle = entry.number("angle");
     picture.holeRadius = entry.length("vr");
+    picture.depth = {entry.numberOrNone("distance_mm"), entry.numberOrNone("pp_x"), entry.numberOrNone("pp_y"),
+                     entry.numberOrNone("mm_per_px"), entry.numberOrNone("depth_mm")};
     return picture;
 }
 
