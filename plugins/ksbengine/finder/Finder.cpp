@@ -25,6 +25,7 @@ constexpr double unfocused = 0.6;    // blur, as a share of the hole's radius
 constexpr double usualRing = 0.93;   // of the rim's radius, within which the ring of most wheels lies
 constexpr size_t mostRims = 4;       // circles that are looked around as the rim
 constexpr double otherRim = 0.03;    // of the radius, by which circles differ that are not one rim
+constexpr double likeRim = 0.06;     // logarithm of the radius, by which a rim may differ from the model's
 constexpr double beyondDoubt = 0.9;  // probability of a hole, from which no other rim is looked around
 constexpr double ringSlack = 0.03;   // of the rim's radius: what a tilt, or an inner edge taken for the rim, moves
 constexpr int mostWithModel = 8;     // candidates that are judged
@@ -58,13 +59,14 @@ bool ringLeaves(const cv::Mat& gray, const Outline& hub, const HoleModel& model)
     return seen.width < 0 || seen.height < 0 || !seen.contains(hub.center);
 }
 
-/// Those nearest in size to the model's rim first; without a model they stay as they are.
+/// Those of about the size of the model's rim first; without a model they stay as they are.
 void sortByLikeness(double radius, std::vector<Outline>* circles)
 {
-    const auto unlike = [radius](const Outline& circle) { return std::abs(std::log(circle.radius / radius)); };
+    const auto isLike = [radius](const Outline& circle) {
+        return std::abs(std::log(circle.radius / radius)) < likeRim;
+    };
     if (radius > 0)
-        std::stable_sort(circles->begin(), circles->end(),
-                         [&](const Outline& a, const Outline& b) { return unlike(a) < unlike(b); });
+        std::stable_partition(circles->begin(), circles->end(), isLike);
 }
 
 bool sameRim(const Outline& one, const Outline& other)
