@@ -31,7 +31,7 @@ QJsonObject objectOf(const LocateRun& run)
             {QStringLiteral("radius"), ifSo(r.found(), r.holeRadius)},
             {QStringLiteral("score"), r.score},
             {QStringLiteral("error"), static_cast<int>(r.error)},
-            {QStringLiteral("tip"), finder::resultTip(r.error)},
+            {QStringLiteral("tip"), finder::tipOf(r)},
             {QStringLiteral("ms"), run.milliseconds},
             {QStringLiteral("rim_radius"), ifSo(hub, r.hub.radius)},
             {QStringLiteral("runner_up"), r.runnerUpScore},

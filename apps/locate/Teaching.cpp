@@ -24,7 +24,7 @@ std::optional<finder::DepthSight> sightOf(const QString& path, const finder::Hol
     finder::Finder finder;
     const finder::FindResult found = finder.find(finder::toGray(image).gray, model);
     if (!found.found()) {
-        *error = QStringLiteral("%1: %2").arg(path, finder::resultTip(found.error));
+        *error = QStringLiteral("%1: %2").arg(path, finder::tipOf(found));
         return {};
     }
     *size = {image.width(), image.height()};

@@ -83,7 +83,7 @@ Answered answer(const QImage& origin, const finder::HoleModel& model, finder::Fi
     try {
         const finder::GrayImage image = finder::toGray(origin);
         const finder::FindResult found = finder.find(image.gray, model);
-        return {found, finder::resultTip(found.error), drawResult(image.gray, found)};
+        return {found, finder::tipOf(found), drawResult(image.gray, found)};
     } catch (const std::exception& problem) {
         qWarning("the image cannot be judged: %s", problem.what());
         return refused(finder::FindError::BadImage, {});

@@ -97,6 +97,9 @@ private slots:
         QVERIFY2(answer.code == 0, answer.messages);
         QCOMPARE(valuesOf(answer, "image"), QStringList({"a.png", "b.png", "=c.png"}));
         QCOMPARE(valuesOf(answer, "found"), QStringList({"true", "false", "true"}));
+        const QString tip = answer.lines[1].value("tip").toString();
+        QVERIFY2(tip.startsWith("未找到气门孔：") && !answer.lines[0].value("tip").toString().contains("："),
+                 qPrintable(tip));
         QCOMPARE(valuesOf(answer, "change"), QStringList({"lost", "missed", "lost"}));
         QVERIFY2(answer.messages.contains("3 images, found 2 -> 0, gained 0, lost 2"), answer.messages);
         QFile table(csv);

@@ -64,4 +64,12 @@ QString resultTip(FindError error)
     return {};
 }
 
+QString tipOf(const FindResult& result)
+{
+    const QString tip = resultTip(result.error);
+    const bool isSaid = result.found() || result.error == FindError::Ambiguous;
+    const QString reason = isSaid ? QString() : doubtText(result.doubt);
+    return reason.isEmpty() ? tip : QStringLiteral("%1：%2").arg(tip, reason);
+}
+
 } // namespace finder

@@ -66,4 +66,7 @@ struct FindResult
     bool found() const { return error == FindError::None; }
 };
 
+/// resultTip() of an outcome, with what spoke against the best place.
+QString tipOf(const FindResult& result);
+
 } // namespace finder
