@@ -27,16 +27,16 @@ DllLoader::DllLoader(const QString& baseName, const char* initSymbol, const char
                      const QStringList& searchDirs)
 {
     setFileName(platform::moduleLoadName(findModule(baseName, searchDirs)));
-    if (load() && interfaceProblem(*this).isEmpty()) {
-        m_init = reinterpret_cast<InitFunction>(resolve(initSymbol));
-        m_free = reinterpret_cast<FreeFunction>(resolve(freeSymbol));
-    } else if (!isLoaded()) {
+    if (!load())
         qDebug("DllLoader Error: %s", qUtf8Printable(errorString()));
-    }
     m_info = describeModule(baseName, *this, initSymbol);
-    if (!m_info.problem.isEmpty())
+    if (!m_info.problem.isEmpty()) {
         qWarning("module %s: %s: %s", qUtf8Printable(baseName), qUtf8Printable(m_info.file),
                  qUtf8Printable(m_info.problem));
+        return;
+    }
+    m_init = reinterpret_cast<InitFunction>(resolve(initSymbol));
+    m_free = reinterpret_cast<FreeFunction>(resolve(freeSymbol));
 }
 
 DllLoader::~DllLoader()

@@ -7,6 +7,33 @@
 
 #include <limits>
 
+namespace {
+
+/// A line that keeps what its frames asked for.
+struct AskedLink : PlcLink
+{
+    AskedLink()
+    {
+        connect(this, &PlcLink::modelIndexReceived, this,
+                [this](int one, int two) { asked << QStringLiteral("models %1 %2").arg(one).arg(two); });
+        connect(this, &PlcLink::triggerReceived, this, [this](int n) { asked << QStringLiteral("trigger %1").arg(n); });
+        connect(this, &PlcLink::shutdownReceived, this, [this] { asked << QStringLiteral("shutdown"); });
+    }
+
+    void receive(int command, int word0, int word1 = 0)
+    {
+        SComFrame frame;
+        frame.command = static_cast<quint8>(command);
+        frame.data[0] = static_cast<qint16>(word0);
+        frame.data[1] = static_cast<qint16>(word1);
+        PlcLink::receive(frame);
+    }
+
+    QStringList asked;
+};
+
+} // namespace
+
 class PlcLinkTest : public QObject
 {
     Q_OBJECT
@@ -63,30 +90,19 @@ private slots:
 
     void framesOfTheStartUpWaitForItsEndAndTriggersAreDropped()
     {
-        PlcLink link;
-        QStringList asked;
-        connect(&link, &PlcLink::modelIndexReceived, this,
-                [&](int one, int two) { asked << QStringLiteral("models %1 %2").arg(one).arg(two); });
-        connect(&link, &PlcLink::triggerReceived, this, [&](int n) { asked << QStringLiteral("trigger %1").arg(n); });
-        connect(&link, &PlcLink::shutdownReceived, this, [&] { asked << QStringLiteral("shutdown"); });
-        const auto receive = [&](int command, int word) {
-            SComFrame frame;
-            frame.command = static_cast<quint8>(command);
-            frame.data[0] = static_cast<qint16>(word);
-            link.receive(frame);
-        };
+        AskedLink link;
         link.hold();
-        receive('C', 3);
-        receive('P', 5);
-        receive(0xF1, 0);
-        receive('C', 4);
-        QCOMPARE(asked.join(','), QString());
+        link.receive('C', 3);
+        link.receive('P', 5);
+        link.receive(0xF1, 0);
+        link.receive('C', 4);
+        QCOMPARE(link.asked.join(','), QString());
         link.release();
-        QCOMPARE(asked.join(','), QString("models 4 0,shutdown"));
-        receive('P', 6);
-        QCOMPARE(asked.last(), QString("trigger 2"));
+        QCOMPARE(link.asked.join(','), QString("models 4 0,shutdown"));
+        link.receive('P', 6);
+        QCOMPARE(link.asked.last(), QString("trigger 2"));
         link.release();
-        QCOMPARE(asked.size(), 3);
+        QCOMPARE(link.asked.size(), 3);
     }
 
     void receivedFrameAsksForOneThing_data()
@@ -102,18 +118,9 @@ private slots:
     void receivedFrameAsksForOneThing()
     {
         const auto [command, word0, expected] = Table::row<int, int, QString>();
-        PlcLink link;
-        QStringList asked;
-        connect(&link, &PlcLink::modelIndexReceived, this,
-                [&](int one, int two) { asked << QStringLiteral("models %1 %2").arg(one).arg(two); });
-        connect(&link, &PlcLink::triggerReceived, this, [&](int n) { asked << QStringLiteral("trigger %1").arg(n); });
-        connect(&link, &PlcLink::shutdownReceived, this, [&] { asked << QStringLiteral("shutdown"); });
-        SComFrame frame;
-        frame.command = static_cast<quint8>(command);
-        frame.data[0] = static_cast<qint16>(word0);
-        frame.data[1] = 9;
-        link.receive(frame);
-        QCOMPARE(asked.join(','), expected);
+        AskedLink link;
+        link.receive(command, word0, 9);
+        QCOMPARE(link.asked.join(','), expected);
     }
 };
 

@@ -3,7 +3,6 @@ neither network has learnt from."""
 import math
 import multiprocessing
 
-import cv2
 import numpy as np
 import torch
 
@@ -45,9 +44,8 @@ def _seen(job):
     wheel, seed = job
     first, second = _nets
     rng = np.random.default_rng([13, seed])
-    gray = cv2.imdecode(np.fromfile(wheel.file, np.uint8), cv2.IMREAD_GRAYSCALE)
-    levels = sampling.pyramid(gray)
-    black, white = sampling.levels_of(gray)
+    levels = sampling.read(wheel.file)
+    black, white = sampling.levels_of(levels[0])
     off = rng.normal(0, 0.0015 * wheel.rim, 2)
     hub = (wheel.hub[0] + off[0], wheel.hub[1] + off[1])
     band = (glance.BAND[0] * wheel.rim, glance.BAND[1] * wheel.rim)
@@ -86,9 +84,8 @@ def _choice(job):
     wheel, seed = job
     first, second = _nets
     rng = np.random.default_rng([14, seed])
-    gray = cv2.imdecode(np.fromfile(wheel.file, np.uint8), cv2.IMREAD_GRAYSCALE)
-    levels = sampling.pyramid(gray)
-    black, white = sampling.levels_of(gray)
+    levels = sampling.read(wheel.file)
+    black, white = sampling.levels_of(levels[0])
     hub = tuple(np.array(wheel.hub) + rng.normal(0, 0.0015 * wheel.rim, 2))
     # A model knows rim, ring and hole to within some percent each; the ring is scaled by the rim.
     size = (wheel.hole[2] if wheel.hole else 0.027 * wheel.rim) * rng.uniform(0.92, 1.08)

@@ -17,8 +17,7 @@ BAND = (0.70, 0.97)     # of the rim's radius, where holes are looked for withou
 def maps_of(wheel, rng, count):
     """Some ring maps of a wheel, as the finder would see it with a model and without: [(map, hole)], hole = (column, row,
     radius) in places or None."""
-    gray = cv2.imdecode(np.fromfile(wheel.file, np.uint8), cv2.IMREAD_GRAYSCALE)
-    levels = sampling.pyramid(gray)
+    levels = sampling.read(wheel.file)
     made = []
     for _ in range(count):
         off = rng.normal(0, 0.002 * wheel.rim, 2)

@@ -2,7 +2,6 @@
 import math
 import multiprocessing
 
-import cv2
 import numpy as np
 import torch
 import torch.nn.functional as functional
@@ -95,9 +94,8 @@ def drilled(logit, x, y, radius, seen, hub, wheel):
 
 def places_of(wheel, net, rng, most=14):
     """The hole of a wheel, and what the glance takes for one; and one place of plain surface to paint on."""
-    gray = cv2.imdecode(np.fromfile(wheel.file, np.uint8), cv2.IMREAD_GRAYSCALE)
-    levels = sampling.pyramid(gray)
-    black, white = sampling.levels_of(gray)
+    levels = sampling.read(wheel.file)
+    black, white = sampling.levels_of(levels[0])
     off = rng.normal(0, 0.002 * wheel.rim, 2)
     hub = (wheel.hub[0] + off[0], wheel.hub[1] + off[1])
     wide = (glance.BAND[0] * wheel.rim, glance.BAND[1] * wheel.rim)

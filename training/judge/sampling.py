@@ -20,6 +20,11 @@ def pyramid(gray, levels=6):
     return all_levels
 
 
+def read(file):
+    """The pyramid of an image file, of any name."""
+    return pyramid(cv2.imdecode(np.fromfile(file, np.uint8), cv2.IMREAD_GRAYSCALE))
+
+
 def level_for(step, count):
     return int(np.clip(round(math.log2(max(step, 1e-6))), 0, count - 1))
 

@@ -89,10 +89,16 @@ FindError Finder::judgeLight(const cv::Mat& small)
     return FindError::NoHub;
 }
 
+/// The level of the pyramid where rims are measured.
+int Finder::rimLevel()
+{
+    return Pyramid::levelOfSide(m_pyramid.level(0).size(), rimSide);
+}
+
 /// Whether a rim of the wanted radius is within `reach` pixels of the guess.
 bool Finder::fitsRim(const Outline& guess, double reach, const Range& radius, RimFit* rim)
 {
-    const int k = Pyramid::levelOfSide(m_pyramid.level(0).size(), rimSide);
+    const int k = rimLevel();
     const double scale = Pyramid::scale(k);
     *rim = enlarged(fitRim(m_pyramid.level(k), guess.enlarged(1 / scale), reach / scale), scale);
     const double found = rim->outline.radius;
@@ -103,7 +109,7 @@ bool Finder::fitsRim(const Outline& guess, double reach, const Range& radius, Ri
 /// Whether its points scatter like those of a circle drawn by chance through rollers or a perforated belt.
 bool Finder::isLoose(const RimFit& rim)
 {
-    return rim.residual > looseRim * Pyramid::scale(Pyramid::levelOfSide(m_pyramid.level(0).size(), rimSide));
+    return rim.residual > looseRim * Pyramid::scale(rimLevel());
 }
 
 /// Looks around one circle that could be the rim; whether a hole is beyond doubt now.

@@ -61,6 +61,7 @@ private:
     void adopt(Look look);
     FindError locateHole(const cv::Mat& gray, const HoleModel& model, Look* look);
     bool fitsRim(const Outline& guess, double reach, const Range& radius, RimFit* rim);
+    int rimLevel();
     bool isLoose(const RimFit& rim);
     std::vector<HoleCandidate> candidates(const HoleModel& model, const Outline& hub, RingMap* ring);
     static void measure(const cv::Mat& gray, const HoleModel& model, Look* look);
