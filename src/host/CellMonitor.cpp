@@ -1,7 +1,7 @@
 #include "host/CellMonitor.h"
 
-#include "host/AlarmStrip.h"
-#include "host/StationPanels.h"
+#include "panels/AlarmStrip.h"
+#include "panels/StationPanels.h"
 #include "workflow/EarlierCounts.h"
 #include "workflow/ResultHandler.h"
 #include "workflow/TriggerDispatch.h"

@@ -1,7 +1,7 @@
 #include "host/WindowLook.h"
 
+#include "common/LookColors.h"
 #include "config/IniFile.h"
-#include "host/LookColors.h"
 #include "platform/AppHome.h"
 
 #include <QAction>

@@ -3,12 +3,12 @@
 
 #include "PlcEnd.h"
 #include "RunningCell.h"
+#include "common/forms/ChoiceBox.h"
 #include "dialogs/DialogDriver.h"
 #include "dialogs/calibration/CalibrationBench.h"
 #include "dialogs/calibration/ksImageCaliUI.h"
 #include "dialogs/cameras/QCameraEditUI.h"
 #include "dialogs/cameras/QCameraManagerUI.h"
-#include "dialogs/fields/ChoiceBox.h"
 #include "dialogs/models/QModelEditUI.h"
 #include "dialogs/models/QModelMangerUI.h"
 #include "dialogs/settings/QSystemSettingUI.h"

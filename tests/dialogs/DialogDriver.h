@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dialogs/fields/AuditChange.h"
-#include "dialogs/fields/QuestionStrip.h"
+#include "common/AuditChange.h"
+#include "common/forms/QuestionStrip.h"
 #include "support/English.h"
 #include "support/Hand.h"
 #include "support/Look.h"

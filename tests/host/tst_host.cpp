@@ -1,7 +1,7 @@
 #include "WindowDriver.h"
 #include "host/CMainWin.h"
-#include "host/CellStatusBar.h"
 #include "host/LanguageSwitch.h"
+#include "panels/CellStatusBar.h"
 
 #include <valvecell/IMainWidget.h>
 

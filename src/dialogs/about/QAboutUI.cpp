@@ -1,7 +1,7 @@
 #include "dialogs/about/QAboutUI.h"
 
+#include "common/forms/DialogForm.h"
 #include "dialogs/about/ProgramPart.h"
-#include "dialogs/fields/DialogForm.h"
 #include "ui_QAboutUI.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 #include "dialogs/calibration/CalibrationDialog.h"
 
+#include "common/forms/DialogForm.h"
 #include "config/IniFile.h"
 #include "dialogs/calibration/CalibrationPanel.h"
-#include "dialogs/fields/DialogForm.h"
 #include "ui_CalibrationDialog.h"
 #include "viewer/ksImgViewer.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/fields/AuditChange.h"
+#include "common/AuditChange.h"
 
 #include <QDialog>
 

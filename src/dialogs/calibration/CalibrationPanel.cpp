@@ -1,11 +1,11 @@
 #include "dialogs/calibration/CalibrationPanel.h"
 
+#include "common/JsonChanges.h"
+#include "common/forms/Tone.h"
 #include "config/ksGlobalConfig.h"
 #include "dialogs/calibration/FieldNumber.h"
 #include "dialogs/calibration/MachineOverlays.h"
 #include "dialogs/calibration/PointDrawing.h"
-#include "dialogs/fields/JsonChanges.h"
-#include "dialogs/fields/Tone.h"
 #include "graphics/ImageItem.h"
 #include "platform/AppHome.h"
 #include "ui_CalibrationPanel.h"

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "common/AuditChange.h"
 #include "config/StationConfig.h"
 #include "dialogs/calibration/ReferenceImage.h"
-#include "dialogs/fields/AuditChange.h"
 
 #include <QDateTime>
 #include <QFutureWatcher>

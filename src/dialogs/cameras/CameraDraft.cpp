@@ -1,8 +1,8 @@
 #include "dialogs/cameras/CameraDraft.h"
 
+#include "common/forms/Tone.h"
 #include "dialogs/cameras/CameraAudit.h"
 #include "dialogs/cameras/CameraNames.h"
-#include "dialogs/fields/Tone.h"
 
 #include <QFont>
 #include <QSize>

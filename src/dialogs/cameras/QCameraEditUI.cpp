@@ -1,8 +1,8 @@
 #include "dialogs/cameras/QCameraEditUI.h"
 
+#include "common/forms/DialogForm.h"
 #include "dialogs/cameras/CameraAccess.h"
 #include "dialogs/cameras/CameraNames.h"
-#include "dialogs/fields/DialogForm.h"
 #include "ui_QCameraEditUI.h"
 
 #include <QEvent>

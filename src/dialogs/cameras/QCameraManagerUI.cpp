@@ -1,8 +1,8 @@
 #include "dialogs/cameras/QCameraManagerUI.h"
 
+#include "common/forms/DialogForm.h"
 #include "dialogs/cameras/CameraDraft.h"
 #include "dialogs/cameras/QCameraEditUI.h"
-#include "dialogs/fields/DialogForm.h"
 #include "ui_QCameraManagerUI.h"
 
 #include <QShowEvent>

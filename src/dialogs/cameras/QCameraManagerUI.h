@@ -1,7 +1,7 @@
 #pragma once
 
+#include "common/AuditChange.h"
 #include "dialogs/cameras/CameraAccess.h"
-#include "dialogs/fields/AuditChange.h"
 
 #include <QDialog>
 #include <QTimer>

@@ -1,9 +1,9 @@
 #include "dialogs/cameras/QCameraSettingsUI.h"
 
+#include "common/forms/DialogForm.h"
 #include "dialogs/cameras/CameraAudit.h"
 #include "dialogs/cameras/CameraNames.h"
 #include "dialogs/cameras/LivePicture.h"
-#include "dialogs/fields/DialogForm.h"
 #include "ui_QCameraSettingsUI.h"
 
 #include <QShowEvent>

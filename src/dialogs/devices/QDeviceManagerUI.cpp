@@ -1,7 +1,7 @@
 #include "dialogs/devices/QDeviceManagerUI.h"
 
+#include "common/forms/DialogForm.h"
 #include "config/ksSysConfig.h"
-#include "dialogs/fields/DialogForm.h"
 #include "ui_QDeviceManagerUI.h"
 
 #include <valvecell/Extension.h>

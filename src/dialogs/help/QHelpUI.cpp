@@ -1,6 +1,6 @@
 #include "dialogs/help/QHelpUI.h"
 
-#include "dialogs/fields/DialogForm.h"
+#include "common/forms/DialogForm.h"
 #include "ui_QHelpUI.h"
 
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "dialogs/models/PlcIndexDelegate.h"
 
-#include "dialogs/fields/NumberField.h"
+#include "common/forms/NumberField.h"
 #include "dialogs/models/PlcIndexDraft.h"
 
 #include <QKeyEvent>

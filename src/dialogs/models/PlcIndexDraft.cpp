@@ -1,6 +1,6 @@
 #include "dialogs/models/PlcIndexDraft.h"
 
-#include "dialogs/fields/WholeNumber.h"
+#include "common/forms/WholeNumber.h"
 #include "workflow/ModelManager.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "dialogs/models/PlcIndexModel.h"
 
-#include "dialogs/fields/Tone.h"
+#include "common/forms/Tone.h"
 #include "workflow/ModelManager.h"
 
 PlcIndexModel::PlcIndexModel(ModelManager& models, const PlcIndexTable& stored, QObject* parent)

@@ -1,6 +1,6 @@
 #include "dialogs/models/QModelEditUI.h"
 
-#include "dialogs/fields/DialogForm.h"
+#include "common/forms/DialogForm.h"
 #include "ui_QModelEditUI.h"
 #include "workflow/ModelManager.h"
 

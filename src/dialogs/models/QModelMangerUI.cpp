@@ -1,8 +1,8 @@
 #include "dialogs/models/QModelMangerUI.h"
 
+#include "common/forms/DialogForm.h"
 #include "db/SqlText.h"
 #include "dialogs/ModelView.h"
-#include "dialogs/fields/DialogForm.h"
 #include "ui_QModelMangerUI.h"
 #include "workflow/ModelManager.h"
 

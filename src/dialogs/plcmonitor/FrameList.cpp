@@ -1,6 +1,6 @@
 #include "dialogs/plcmonitor/FrameList.h"
 
-#include "dialogs/fields/Tone.h"
+#include "common/forms/Tone.h"
 
 #include <algorithm>
 

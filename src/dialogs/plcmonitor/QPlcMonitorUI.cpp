@@ -1,7 +1,7 @@
 #include "dialogs/plcmonitor/QPlcMonitorUI.h"
 
-#include "dialogs/fields/CsvFile.h"
-#include "dialogs/fields/DialogForm.h"
+#include "common/CsvFile.h"
+#include "common/forms/DialogForm.h"
 #include "dialogs/plcmonitor/FrameList.h"
 #include "ui_QPlcMonitorUI.h"
 #include "workflow/PlcFrames.h"

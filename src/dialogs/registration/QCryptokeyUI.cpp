@@ -1,6 +1,6 @@
 #include "dialogs/registration/QCryptokeyUI.h"
 
-#include "dialogs/fields/DialogForm.h"
+#include "common/forms/DialogForm.h"
 #include "dialogs/registration/LicenceTexts.h"
 #include "ui_QCryptokeyUI.h"
 

@@ -1,6 +1,6 @@
 #include "dialogs/settings/QSystemSettingUI.h"
 
-#include "dialogs/fields/DialogForm.h"
+#include "common/forms/DialogForm.h"
 #include "dialogs/settings/SettingsForm.h"
 #include "ui_QSystemSettingUI.h"
 

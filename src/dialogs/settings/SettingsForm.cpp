@@ -1,9 +1,9 @@
 #include "dialogs/settings/SettingsForm.h"
 
+#include "common/forms/ChoiceBox.h"
+#include "common/forms/NumberField.h"
+#include "common/forms/Tone.h"
 #include "db/SqlText.h"
-#include "dialogs/fields/ChoiceBox.h"
-#include "dialogs/fields/NumberField.h"
-#include "dialogs/fields/Tone.h"
 
 #include <QCheckBox>
 

@@ -1,6 +1,6 @@
 #include "dialogs/testmode/QTestWidget.h"
 
-#include "dialogs/fields/DialogForm.h"
+#include "common/forms/DialogForm.h"
 #include "ui_QTestWidget.h"
 
 #include <QEvent>

@@ -1,6 +1,6 @@
 #include "ModelCell.h"
+#include "common/forms/InlineMessage.h"
 #include "dialogs/DialogDriver.h"
-#include "dialogs/fields/InlineMessage.h"
 #include "dialogs/models/QModelMangerUI.h"
 #include "support/FakeEngine.h"
 #include "support/Table.h"

@@ -1,8 +1,8 @@
-#include "host/LogPanel.h"
+#include "panels/LogPanel.h"
 
-#include "host/LogKind.h"
-#include "host/LookColors.h"
+#include "common/LookColors.h"
 #include "ui_LogPanel.h"
+#include "workflow/LogKind.h"
 
 #include <QApplication>
 #include <QClipboard>

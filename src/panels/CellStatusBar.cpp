@@ -1,4 +1,4 @@
-#include "host/CellStatusBar.h"
+#include "panels/CellStatusBar.h"
 
 #include <QDateTime>
 #include <QEvent>

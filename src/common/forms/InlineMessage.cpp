@@ -1,4 +1,4 @@
-#include "dialogs/fields/InlineMessage.h"
+#include "common/forms/InlineMessage.h"
 
 InlineMessage::InlineMessage(QWidget* parent)
     : QLabel(parent)

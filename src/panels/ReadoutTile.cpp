@@ -1,6 +1,6 @@
-#include "host/ReadoutTile.h"
+#include "panels/ReadoutTile.h"
 
-#include "host/LookColors.h"
+#include "common/LookColors.h"
 
 #include <QPainter>
 

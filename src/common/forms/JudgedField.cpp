@@ -1,6 +1,6 @@
-#include "dialogs/fields/JudgedField.h"
+#include "common/forms/JudgedField.h"
 
-#include "dialogs/fields/Tone.h"
+#include "common/forms/Tone.h"
 
 namespace {
 constexpr int kLongestText = 40;

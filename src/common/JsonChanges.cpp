@@ -1,4 +1,4 @@
-#include "dialogs/fields/JsonChanges.h"
+#include "common/JsonChanges.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,6 +1,6 @@
-#include "dialogs/fields/DecimalField.h"
+#include "common/forms/DecimalField.h"
 
-#include "dialogs/fields/WholeNumber.h"
+#include "common/forms/WholeNumber.h"
 
 #include <cmath>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "dialogs/fields/WholeNumber.h"
+#include "common/forms/WholeNumber.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/fields/JudgedField.h"
+#include "common/forms/JudgedField.h"
 
 /// A field for a whole number.
 class NumberField : public JudgedField

@@ -1,6 +1,6 @@
-#include "host/LookColors.h"
+#include "common/LookColors.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QPalette>
 
 namespace {
@@ -45,5 +45,5 @@ const LookColors& lookColors(bool isDark)
 
 const LookColors& lookColors()
 {
-    return lookColors(QApplication::palette().color(QPalette::Window).lightness() < 128);
+    return lookColors(QGuiApplication::palette().color(QPalette::Window).lightness() < 128);
 }

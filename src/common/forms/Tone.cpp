@@ -1,4 +1,4 @@
-#include "dialogs/fields/Tone.h"
+#include "common/forms/Tone.h"
 
 #include <QApplication>
 #include <QLabel>

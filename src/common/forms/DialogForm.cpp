@@ -1,4 +1,4 @@
-#include "dialogs/fields/DialogForm.h"
+#include "common/forms/DialogForm.h"
 
 #include <QComboBox>
 #include <QDialog>

@@ -1,4 +1,4 @@
-#include "host/LogKind.h"
+#include "workflow/LogKind.h"
 
 #include <QPair>
 

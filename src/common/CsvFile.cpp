@@ -1,4 +1,4 @@
-#include "dialogs/fields/CsvFile.h"
+#include "common/CsvFile.h"
 
 #include <valvecell/CsvText.h>
 

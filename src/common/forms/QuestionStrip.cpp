@@ -1,4 +1,4 @@
-#include "dialogs/fields/QuestionStrip.h"
+#include "common/forms/QuestionStrip.h"
 
 #include "ui_QuestionStrip.h"
 

@@ -1,4 +1,4 @@
-#include "host/StationView.h"
+#include "panels/StationView.h"
 
 #include "ui_StationView.h"
 #include "workflow/DayCounts.h"

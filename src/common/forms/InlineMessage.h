@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/fields/Tone.h"
+#include "common/forms/Tone.h"
 
 #include <QLabel>
 

@@ -1,6 +1,6 @@
-#include "dialogs/fields/NumberField.h"
+#include "common/forms/NumberField.h"
 
-#include "dialogs/fields/WholeNumber.h"
+#include "common/forms/WholeNumber.h"
 
 NumberField::NumberField(QWidget* parent)
     : JudgedField(parent)

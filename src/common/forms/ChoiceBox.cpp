@@ -1,4 +1,4 @@
-#include "dialogs/fields/ChoiceBox.h"
+#include "common/forms/ChoiceBox.h"
 
 #include <QEvent>
 #include <QSignalBlocker>

@@ -1,4 +1,4 @@
-#include "host/AlarmStrip.h"
+#include "panels/AlarmStrip.h"
 
 #include "ui_AlarmStrip.h"
 #include "workflow/AlarmBook.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/ScreenPace.h"
+#include "panels/ScreenPace.h"
 
 class LogPanel;
 class QImage;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/fields/JudgedField.h"
+#include "common/forms/JudgedField.h"
 
 /// A field for a number with decimals. A point parts them; full-width digits count.
 class DecimalField : public JudgedField

@@ -1,7 +1,7 @@
-#include "host/StationPanels.h"
+#include "panels/StationPanels.h"
 
-#include "host/LogPanel.h"
-#include "host/StationView.h"
+#include "panels/LogPanel.h"
+#include "panels/StationView.h"
 #include "viewer/ksImgViewer.h"
 #include "workflow/DayCounts.h"
 #include "workflow/ResultHandler.h"
