@@ -1,5 +1,6 @@
 #include "db/DataBaseSql.h"
 
+#include "common/Scheduler.h"
 #include "db/WalKeeper.h"
 
 #include <QDebug>
@@ -28,6 +29,7 @@ QVector<SqliteFile::OwnTable> ownTables()
 DataBaseSql::DataBaseSql(const QString& path, const QString& driverType, QObject* parent)
     : QObject(parent)
     , m_driverType(driverType)
+    , m_scheduler(&Scheduler::system())
     , m_connection(driverType)
     , m_lastInsert(m_connection.database())
 {
@@ -72,7 +74,7 @@ bool DataBaseSql::needsReopening() const
 void DataBaseSql::committed()
 {
     if (!m_keeper)
-        m_keeper = std::make_unique<WalKeeper>(path());
+        m_keeper = std::make_unique<WalKeeper>(path(), *m_scheduler);
     m_keeper->committed();
 }
 

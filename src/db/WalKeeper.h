@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Scheduler.h"
+
 #include <QString>
 
 #include <condition_variable>
@@ -12,13 +14,13 @@
 class WalKeeper
 {
 public:
-    /// Starts the thread.
-    explicit WalKeeper(const QString& path);
+    /// Starts the thread. Where there are to be none, a timer of the scheduler does its work.
+    explicit WalKeeper(const QString& path, Scheduler& scheduler = Scheduler::system());
 
     /// Flushes what was committed.
     ~WalKeeper();
 
-    /// Tells that a row was committed. Any thread; returns at once.
+    /// A row was committed. Any thread; returns at once.
     void committed();
 
     /// Commits that the disk has for certain.
@@ -26,7 +28,11 @@ public:
 
 private:
     void run();
+    /// Waits for a commit and flushes it; false when there is nothing left to do.
     bool flushNext();
+    /// The log to the disk, with so many commits in all.
+    void flush(int commits);
+    void flushHere();
     /// Does not wait for a program that holds the file; the next flush tries again.
     void moveLog();
 
@@ -37,5 +43,6 @@ private:
     int m_commits = 0;
     int m_flushed = 0;
     bool m_stop = false;
+    std::unique_ptr<Scheduler::Timer> m_flushHere; ///< null where the thread flushes
     std::thread m_thread;
 };

@@ -16,9 +16,9 @@ enum Command : quint8 {
 };
 
 // Angles that tell why there is none.
-constexpr double kNothingFoundAngle = 361.0;
-constexpr double kNoAngleAngle = 365.0;
-constexpr double kRefusedAngle = 999.0;
+constexpr double nothingFoundAngle = 361.0;
+constexpr double noAngleAngle = 365.0;
+constexpr double refusedAngle = 999.0;
 
 /// A number as two words: the whole part and the thousandths, both truncated toward zero, both with its sign.
 struct SplitNumber

@@ -58,7 +58,7 @@ void PlcLink::sendResult(int station, double angle, double x, double y)
     if (!plc::fitsWord(sent) || !plc::fitsWord(x) || !plc::fitsWord(y)) {
         qWarning("station %d: result %g, %g, %g is beyond what a frame carries, answered as not found", station, angle,
                  x, y);
-        sent = plc::kNothingFoundAngle;
+        sent = plc::nothingFoundAngle;
         x = y = 0;
     }
     send(plc::result(station, sent, x, y));

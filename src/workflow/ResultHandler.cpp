@@ -4,35 +4,13 @@
 #include "db/StationResult.h"
 #include "workflow/CoordinateTransform.h"
 #include "workflow/IResultStore.h"
-#include "workflow/LogTime.h"
 #include "workflow/PlcLink.h"
 
-#include <cmath>
-
-namespace {
-
-/// Cut to thousandths, never rounded, printed with three decimals.
-QString cut(double value)
-{
-    const double whole = std::trunc(value);
-    return QString::number(whole + std::trunc((value - whole) * 1000.0) / 1000.0, 'f', 3);
-}
-
-QString resultLine(const TaskResult& result, const QPointF& machine)
-{
-    const bool found = result.angle < plc::kNothingFoundAngle;
-    const double angle = found ? result.angle : plc::kNothingFoundAngle;
-    const QString line = logTimeColon() + result.taskName + QStringLiteral(" angle :") + QString::number(angle, 'f', 3);
-    return line + (found ? QStringLiteral(" center:(%1,%2)").arg(cut(machine.x()), cut(machine.y()))
-                         : QStringLiteral(" no found Value"));
-}
-
-} // namespace
-
-ResultHandler::ResultHandler(const ksGlobalConfig& config, PlcLink& link, QObject* parent)
+ResultHandler::ResultHandler(const ksGlobalConfig& config, PlcLink& link, const Scheduler& scheduler, QObject* parent)
     : QObject(parent)
     , m_config(config)
     , m_link(link)
+    , m_log(scheduler)
 {
     qRegisterMetaType<StationReading>();
 }
@@ -45,21 +23,21 @@ void ResultHandler::onResult(const QVariantMap& map)
         return;
     const int station = m_config.stationOfSolution(result.solution);
     if (!result.calibrated) {
-        refuse(station, result, " No Cali!!!");
+        refuse(station, result, StationLog::noCalibration());
     } else if (!result.hasAlgoResult) {
-        refuse(station, result, " No Task!!!");
+        refuse(station, result, StationLog::noTask());
         emit sgShowSrcImg(result.solution, result.originImage);
     } else {
         answer(station, result);
     }
 }
 
-void ResultHandler::refuse(int station, const TaskResult& result, const char* reason)
+void ResultHandler::refuse(int station, const TaskResult& result, const QString& reason)
 {
-    m_link.sendResult(station, plc::kNothingFoundAngle, 0, 0);
+    m_link.sendResult(station, plc::nothingFoundAngle, 0, 0);
     emit replied(station, result.taskTime);
-    emit sgShowLog(station, logTimeColon() + result.taskName + QLatin1String(reason));
-    emit readingChanged(station, {false, plc::kNothingFoundAngle, 0, 0, QLatin1String(reason), result.taskTime});
+    emit sgShowLog(station, m_log.noResult(result.taskName, reason));
+    emit readingChanged(station, {false, plc::nothingFoundAngle, 0, 0, reason, result.taskTime});
     if (m_store)
         m_store->saveSourceImage(station, result.taskName, result.originImage);
 }
@@ -69,12 +47,12 @@ void ResultHandler::answer(int station, const TaskResult& result)
     const QPointF machine = reply(station, result);
     store(station, result);
     emit sgShowImg(station, result.image);
-    emit sgShowLog(station, resultLine(result, machine));
-    emit readingChanged(station, {result.angle < plc::kNothingFoundAngle, result.angle, machine.x(), machine.y(),
+    emit sgShowLog(station, m_log.result(result.taskName, result.angle, machine));
+    emit readingChanged(station, {result.angle < plc::nothingFoundAngle, result.angle, machine.x(), machine.y(),
                                   result.tip, result.taskTime});
 }
 
-/// A result of no station is neither converted nor answered, only recorded and told.
+/// A result of no station is neither converted nor answered, only recorded and shown.
 QPointF ResultHandler::reply(int station, const TaskResult& result)
 {
     if (station == 0)

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "workflow/StationLog.h"
 #include "workflow/TaskResult.h"
 
 #include <QObject>
 
 class IResultStore;
 class PlcLink;
+class Scheduler;
 class ksGlobalConfig;
 
 /// What a station's last result says, for its panel.
@@ -27,8 +29,8 @@ class ResultHandler : public QObject
     Q_OBJECT
 
 public:
-    /// `config` and `link` outlive the handler.
-    ResultHandler(const ksGlobalConfig& config, PlcLink& link, QObject* parent = nullptr);
+    /// All outlive the handler.
+    ResultHandler(const ksGlobalConfig& config, PlcLink& link, const Scheduler& scheduler, QObject* parent = nullptr);
 
     /// Where images and records go; null for nowhere.
     void setStore(IResultStore* store) { m_store = store; }
@@ -50,7 +52,7 @@ signals:
 
 private:
     /// A result that holds no answer: 361 to the PLC, the reason to the panel, the source image to the archive.
-    void refuse(int station, const TaskResult& result, const char* reason);
+    void refuse(int station, const TaskResult& result, const QString& reason);
     /// Everything else; the reply goes first.
     void answer(int station, const TaskResult& result);
     /// The machine coordinates that were sent.
@@ -59,5 +61,6 @@ private:
 
     const ksGlobalConfig& m_config;
     PlcLink& m_link;
+    const StationLog m_log;
     IResultStore* m_store = nullptr;
 };

@@ -1,13 +1,16 @@
 #pragma once
 
-#include <QDeadlineTimer>
+#include "workflow/StationLog.h"
+
 #include <QObject>
 
 #include <functional>
+#include <limits>
 
 class IStation;
 class IZdCtrl;
 class PlcLink;
+class Scheduler;
 class ksGlobalConfig;
 
 /// Decides what a model-index frame and a trigger frame set going: switches the stations' models, filters triggers,
@@ -20,8 +23,9 @@ public:
     /// Starts a capture with the camera of that key; returns at once.
     using Capture = std::function<void(const QString& cameraKey)>;
 
-    /// `config` and `link` outlive the dispatch.
-    TriggerDispatch(ksGlobalConfig& config, PlcLink& link, Capture capture, QObject* parent = nullptr);
+    /// All but `capture` outlive the dispatch.
+    TriggerDispatch(ksGlobalConfig& config, PlcLink& link, const Scheduler& scheduler, Capture capture,
+                    QObject* parent = nullptr);
 
     /// The controller comes later in the start-up than this object; until then model frames switch nothing.
     void setController(IZdCtrl* controller) { m_controller = controller; }
@@ -40,7 +44,7 @@ signals:
     void sgSelModel(int station, const QString& model);
     /// A trigger was taken and the camera asked for an image.
     void captureStarted(int station);
-    /// A trigger was refused; `answered` tells whether the PLC got the 999 reply.
+    /// A trigger was refused; `answered`: the PLC got the 999 reply.
     void captureRefused(int station, bool answered);
 
 private:
@@ -49,7 +53,7 @@ private:
         qint32 plcIndex = 0; ///< the last one accepted
         QString model;       ///< of that index; empty when it has none
         bool modelValid = false;
-        QDeadlineTimer filter{0}; ///< triggers are dropped until it expires
+        qint64 filteredUntil = std::numeric_limits<qint64>::min(); ///< nanoseconds; triggers before are dropped
     };
 
     StationState& state(int station) { return m_states[station - 1]; }
@@ -62,11 +66,13 @@ private:
     /// Offline, and without the protection, every trigger may.
     bool mayCapture(int station);
     void capture(int station);
-    /// Tells why on the panel and in the log; the PLC gets 999 unless its index is a cleared one.
+    /// Says why on the panel and in the log; the PLC gets 999 unless its index is a cleared one.
     void refuse(int station);
 
     ksGlobalConfig& m_config;
     PlcLink& m_link;
+    const Scheduler& m_scheduler;
+    const StationLog m_log;
     Capture m_capture;
     IZdCtrl* m_controller = nullptr;
     StationState m_states[2];

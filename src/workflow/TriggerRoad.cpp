@@ -1,15 +1,64 @@
 #include "workflow/TriggerRoad.h"
 
+#include "platform/Memory.h"
+
 #include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
 #include <valvecell/IImageWatch.h>
 
+#include <QLoggingCategory>
+
+namespace {
+Q_LOGGING_CATEGORY(road, "valvecell.road", QtWarningMsg)
+
+constexpr int maxPartsInHand = 16; ///< a part whose image never comes must not shift the others for ever
+} // namespace
+
+QQueue<RoadTimer::Part>* RoadTimer::parts(int station)
+{
+    const bool timed = road().isDebugEnabled() && (station == 1 || station == 2);
+    return timed ? &m_parts[station - 1] : nullptr;
+}
+
+void RoadTimer::onCaptureStarted(int station)
+{
+    if (auto* queue = parts(station)) {
+        if (queue->size() >= maxPartsInHand)
+            queue->clear();
+        queue->enqueue({m_scheduler.elapsedNs(), 0});
+    }
+}
+
+void RoadTimer::onImageArrived(int station)
+{
+    if (auto* queue = parts(station)) {
+        for (Part& part : *queue) {
+            if (part.captured == 0) {
+                part.captured = m_scheduler.elapsedNs();
+                break;
+            }
+        }
+    }
+}
+
+void RoadTimer::onReplied(int station, double engineMs)
+{
+    auto* queue = parts(station);
+    if (!queue || queue->isEmpty())
+        return;
+    const Part part = queue->dequeue();
+    qCDebug(road, "station=%d engine_ms=%.3f capture_ms=%.3f total_ms=%.3f rss_kib=%lld", station, engineMs,
+            (part.captured - part.triggered) / 1e6, (m_scheduler.elapsedNs() - part.triggered) / 1e6,
+            platform::residentMemoryKiB());
+}
+
 /// What comes from the relay is queued, since modules call on threads of their own; all else is a plain call.
-TriggerRoad::TriggerRoad(ksGlobalConfig& config, TriggerDispatch::Capture capture)
+TriggerRoad::TriggerRoad(ksGlobalConfig& config, const Scheduler& scheduler, TriggerDispatch::Capture capture)
     : m_relay(std::make_shared<ModuleRelay>())
-    , m_dispatch(config, m_link, std::move(capture))
+    , m_dispatch(config, m_link, scheduler, std::move(capture))
     , m_router(config, [relay = m_relay](const QVariantMap& result) { emit relay->taskFinished(result); })
-    , m_results(config, m_link)
+    , m_results(config, m_link, scheduler)
+    , m_timer(scheduler)
 {
     QObject::connect(&m_link, &PlcLink::modelIndexReceived, &m_dispatch, &TriggerDispatch::onModelIndices);
     QObject::connect(&m_link, &PlcLink::triggerReceived, &m_dispatch, &TriggerDispatch::onTrigger);
@@ -36,9 +85,8 @@ ISerialPort::ReceiveCallback TriggerRoad::frameCallback() const
 void TriggerRoad::setModules(IEngine* engine, IDesigner* designer)
 {
     m_router.setEngine(engine);
-    QObject::disconnect(m_watch);
     if (auto* watch = extensionOf<IImageWatch>(designer)) {
         const auto show = [watch](const QString& key, const QImage& image) { watch->imageCaptured(key, image); };
-        m_watch = QObject::connect(m_relay.get(), &ModuleRelay::imageReceived, &m_router, show, Qt::QueuedConnection);
+        QObject::connect(m_relay.get(), &ModuleRelay::imageReceived, &m_router, show, Qt::QueuedConnection);
     }
 }

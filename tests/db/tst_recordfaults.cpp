@@ -1,6 +1,7 @@
 #include "OtherProgram.h"
 #include "SmallDisk.h"
 #include "db/ResultRecorder.h"
+#include "support/ManualScheduler.h"
 #include "support/Table.h"
 
 #include <QImage>
@@ -128,7 +129,8 @@ private slots:
     void anotherProgramWritesForAWhile()
     {
         ResultRecorder::Rules rules = fastRules();
-        rules.clock = [] { return noon; };
+        SetClock clock(noon);
+        rules.scheduler = &clock;
         Recording cell(file(), rules);
         OtherProgram other(file());
         QVERIFY(other.run("BEGIN IMMEDIATE"));
@@ -232,12 +234,12 @@ private slots:
 
     void clockIsSetBackAnHour()
     {
-        QDateTime now = noon;
+        SetClock clock(noon);
         ResultRecorder::Rules rules;
-        rules.clock = [&now] { return now; };
+        rules.scheduler = &clock;
         Recording cell(file(), rules);
         cell.record(1);
-        now = now.addSecs(-3600);
+        clock.set(noon.addSecs(-3600));
         cell.record(2);
         QCOMPARE(recorded(), numbers(1, 2));
         QCOMPARE(OtherProgram(file()).column("select value3 from RltTable order by time"), (QStringList{"2", "1"}));

@@ -1,4 +1,5 @@
 #include "WindowDriver.h"
+#include "common/Scheduler.h"
 #include "config/ksSysConfig.h"
 #include "host/CMainWin.h"
 #include "panels/AlarmStrip.h"
@@ -223,7 +224,7 @@ private slots:
 
     void alarmsStayQuiet()
     {
-        AlarmBook book;
+        AlarmBook book(Scheduler::system());
         AlarmStrip strip;
         strip.setBook(&book);
         const auto text = [&strip](const char* name) { return strip.findChild<QLabel*>(name)->text(); };

@@ -1,7 +1,7 @@
-#include "FakePort.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/ksLogDB.h"
+#include "support/FakePort.h"
 #include "support/TempHome.h"
 #include "workflow/AlarmBook.h"
 #include "workflow/AlarmWatch.h"
@@ -69,7 +69,7 @@ private slots:
     void looseCableComesAndGoes()
     {
         const ksGlobalConfig config;
-        AlarmBook book;
+        AlarmBook book(Scheduler::system());
         AlarmWatch watch(config, book);
         LinePort port;
         watch.setPort(&port);
@@ -97,7 +97,7 @@ private slots:
         ksGlobalConfig config;
         config.station(1).camKey = "cam1";
         config.station(2).camKey = "cam2";
-        AlarmBook book;
+        AlarmBook book(Scheduler::system());
         AlarmWatch watch(config, book);
         Cameras cameras;
         cameras.messages = {{"cam2", "no power"}, {"spare", "unplugged"}};
@@ -111,7 +111,7 @@ private slots:
 
     void lossStaysUntilItIsAcknowledgedAndComesBackWhenItGrows()
     {
-        AlarmBook book;
+        AlarmBook book(Scheduler::system());
         book.raiseCounted(Alarm::ImagesGivenUp, {}, 3);
         book.clear(Alarm::ImagesGivenUp, {});
         book.raiseCounted(Alarm::ImagesGivenUp, {}, 3);
@@ -130,9 +130,9 @@ private slots:
         ksSysConfig settings;
         settings.minFreeSpace = 1 << 20; // more than any disk has
         const ksGlobalConfig config;
-        AlarmBook book;
+        AlarmBook book(Scheduler::system());
         AlarmWatch watch(config, book);
-        CellRecords records(home.path(), settings);
+        CellRecords records(home.path(), settings, Scheduler::system());
         watch.setRecords(&records);
         watch.check();
         QCOMPARE(list(book), QString());

@@ -1,7 +1,8 @@
-#include "FakePort.h"
+#include "common/Scheduler.h"
 #include "config/ksGlobalConfig.h"
 #include "db/StationResult.h"
 #include "support/FakeEngine.h"
+#include "support/FakePort.h"
 #include "support/Table.h"
 #include "workflow/IResultStore.h"
 #include "workflow/ImageRouter.h"
@@ -51,7 +52,7 @@ struct Cell
     FakePort port;
     PlcLink link{&port};
     ksGlobalConfig config;
-    ResultHandler handler{config, link};
+    ResultHandler handler{config, link, Scheduler::system()};
     FakeStore store{port};
     QStringList panel;
     QList<QPair<int, int>> shown; ///< station and width of each picture

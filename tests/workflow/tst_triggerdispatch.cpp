@@ -1,10 +1,10 @@
-#include "FakePort.h"
 #include "config/ksGlobalConfig.h"
 #include "support/FakeEngine.h"
+#include "support/FakePort.h"
+#include "support/ManualScheduler.h"
 #include "support/TempHome.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/PlcLink.h"
-#include "workflow/Station.h"
 #include "workflow/TriggerDispatch.h"
 
 #include <QSignalSpy>
@@ -20,7 +20,8 @@ struct Cell
     PlcLink link{&port};
     ksGlobalConfig config;
     QStringList captured;
-    TriggerDispatch dispatch{config, link, [this](const QString& key) { captured << key; }};
+    ManualScheduler scheduler;
+    TriggerDispatch dispatch{config, link, scheduler, [this](const QString& key) { captured << key; }};
     std::unique_ptr<CZdCtrl> controller;
     QStringList panel, systemLog;
 
@@ -36,7 +37,7 @@ struct Cell
         engine.solutions["备用"] = {}; // of no station
         config.onlineMode = config.useClearProtect = true;
         config.trigerFilter = 0;
-        controller = std::make_unique<CZdCtrl>(&engine, home.path());
+        controller = std::make_unique<CZdCtrl>(&engine, home.path(), CZdCtrl::Accounting{scheduler, [] { return 0; }});
         controller->initialise();
         dispatch.setController(controller.get());
         QObject::connect(&dispatch, &TriggerDispatch::sgShowLog, [this](int station, const QString& text) {
@@ -143,15 +144,17 @@ private slots:
     {
         Cell cell;
         cell.config.onlineMode = false;
-        cell.config.trigerFilter = 1000000;
+        cell.config.trigerFilter = 1000; // milliseconds
         for (const int station : {1, 1, 2})
             cell.dispatch.onTrigger(station);
         QCOMPARE(cell.captured, QStringList({"cam1", "cam2"}));
-        Cell quick;
-        quick.config.onlineMode = false;
-        quick.config.trigerFilter = 1;
-        quick.dispatch.onTrigger(1);
-        QTRY_VERIFY((quick.dispatch.onTrigger(1), quick.captured.size() > 1));
+        cell.scheduler.advance(999);
+        cell.dispatch.onTrigger(1);
+        QCOMPARE(cell.captured.size(), 2);
+        cell.scheduler.advance(1);
+        cell.dispatch.onTrigger(1);
+        QCOMPARE(cell.captured.last(), QString("cam1"));
+        QCOMPARE(cell.captured.size(), 3);
     }
 
     void framesBeforeTheControllerExistsAreNotForgotten()

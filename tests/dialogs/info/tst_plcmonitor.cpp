@@ -1,8 +1,8 @@
 #include "dialogs/DialogDriver.h"
 #include "dialogs/plcmonitor/FrameList.h"
 #include "dialogs/plcmonitor/QPlcMonitorUI.h"
+#include "support/FakePort.h"
 #include "support/TempHome.h"
-#include "workflow/FakePort.h"
 #include "workflow/PlcLink.h"
 
 #include <QComboBox>
