@@ -1,6 +1,7 @@
 #include "db/DataBaseSql.h"
 
 #include "db/WalKeeper.h"
+#include "platform/FileFlush.h"
 
 #include <QDebug>
 
@@ -30,6 +31,7 @@ DataBaseSql::DataBaseSql(const QString& path, const QString& driverType, QObject
     , m_driverType(driverType)
     , m_connection(driverType)
     , m_lastInsert(m_connection.database())
+    , m_flush(platform::flushFile)
 {
     if (driverType == sqliteDriver)
         m_connection.database().setDatabaseName(path);
@@ -72,7 +74,7 @@ bool DataBaseSql::needsReopening() const
 void DataBaseSql::committed()
 {
     if (!m_keeper)
-        m_keeper = std::make_unique<WalKeeper>(path());
+        m_keeper = std::make_unique<WalKeeper>(path(), m_flush);
     m_keeper->committed();
 }
 

@@ -5,6 +5,7 @@
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
 
 class WalKeeper;
@@ -23,6 +24,9 @@ public:
 
     /// Before open(). By default a row is flushed to the disk within a tenth of a second, and insert() does not wait.
     void setDurability(SqliteFile::Durability durability) { m_rules.durability = durability; }
+
+    /// Before the first row: what brings the write-ahead log to the disk, on a thread of its own.
+    void setFlush(std::function<bool(const QString&)> flush) { m_flush = std::move(flush); }
 
     /// Opens the database when it is not open. A damaged, foreign or read-only file is kept aside (see openReport()).
     bool open();
@@ -69,5 +73,6 @@ private:
     SqliteFile::OpenReport m_openReport;
     SqlConnection m_connection;
     QSqlQuery m_lastInsert;
+    std::function<bool(const QString&)> m_flush;
     std::unique_ptr<WalKeeper> m_keeper;
 };

@@ -1,7 +1,6 @@
 #include "db/WalKeeper.h"
 
 #include "db/SqlConnection.h"
-#include "platform/FileFlush.h"
 
 #include <QVariant>
 
@@ -20,8 +19,9 @@ constexpr int framesTooMany = 16384;
 
 } // namespace
 
-WalKeeper::WalKeeper(const QString& path)
+WalKeeper::WalKeeper(const QString& path, Flush flush)
     : m_path(path)
+    , m_flush(std::move(flush))
     , m_thread(&WalKeeper::run, this)
 {
 }
@@ -46,12 +46,6 @@ void WalKeeper::committed()
     m_changed.notify_one();
 }
 
-int WalKeeper::flushed() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_flushed;
-}
-
 /// Returns false when there is nothing left to do.
 bool WalKeeper::flushNext()
 {
@@ -61,7 +55,7 @@ bool WalKeeper::flushNext()
     if (commits == m_flushed)
         return false;
     lock.unlock();
-    platform::flushFile(m_path + QStringLiteral("-wal"));
+    m_flush(m_path + QStringLiteral("-wal"));
     lock.lock();
     m_inLog += commits - m_flushed;
     m_flushed = commits;

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <thread>
 
@@ -12,17 +13,17 @@
 class WalKeeper
 {
 public:
-    /// Starts the thread.
-    explicit WalKeeper(const QString& path);
+    /// Brings what was written to a file to the disk; false when that fails.
+    using Flush = std::function<bool(const QString& path)>;
+
+    /// Starts the thread, which is the one that calls `flush`.
+    WalKeeper(const QString& path, Flush flush);
 
     /// Flushes what was committed.
     ~WalKeeper();
 
     /// Tells that a row was committed. Any thread; returns at once.
     void committed();
-
-    /// Commits that the disk has for certain.
-    int flushed() const;
 
 private:
     void run();
@@ -31,8 +32,9 @@ private:
     void moveLog();
 
     const QString m_path;
-    int m_inLog = 0;            ///< of the thread: commits since the log was moved
-    mutable std::mutex m_mutex; ///< guards m_commits, m_flushed, m_stop
+    const Flush m_flush;
+    int m_inLog = 0;    ///< of the thread: commits since the log was moved
+    std::mutex m_mutex; ///< guards m_commits, m_flushed, m_stop
     std::condition_variable m_changed;
     int m_commits = 0;
     int m_flushed = 0;
