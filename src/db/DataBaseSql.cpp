@@ -2,6 +2,7 @@
 
 #include "common/Scheduler.h"
 #include "db/WalKeeper.h"
+#include "platform/FileFlush.h"
 
 #include <QDebug>
 
@@ -32,6 +33,7 @@ DataBaseSql::DataBaseSql(const QString& path, const QString& driverType, QObject
     , m_scheduler(&Scheduler::system())
     , m_connection(driverType)
     , m_lastInsert(m_connection.database())
+    , m_flush(platform::flushFile)
 {
     if (driverType == sqliteDriver)
         m_connection.database().setDatabaseName(path);
@@ -74,7 +76,7 @@ bool DataBaseSql::needsReopening() const
 void DataBaseSql::committed()
 {
     if (!m_keeper)
-        m_keeper = std::make_unique<WalKeeper>(path(), *m_scheduler);
+        m_keeper = std::make_unique<WalKeeper>(path(), m_flush, *m_scheduler);
     m_keeper->committed();
 }
 

@@ -5,6 +5,7 @@
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
 
 class Scheduler;
@@ -27,6 +28,9 @@ public:
 
     /// Before open(): whose time and threads bring the rows to the disk; the system's by default.
     void setScheduler(Scheduler& scheduler) { m_scheduler = &scheduler; }
+
+    /// Before the first row: what brings the write-ahead log to the disk, on a thread of its own.
+    void setFlush(std::function<bool(const QString&)> flush) { m_flush = std::move(flush); }
 
     /// Opens the database when it is not open. A damaged, foreign or read-only file is kept aside (see openReport()).
     bool open();
@@ -75,5 +79,6 @@ private:
     SqliteFile::OpenReport m_openReport;
     SqlConnection m_connection;
     QSqlQuery m_lastInsert;
+    std::function<bool(const QString&)> m_flush;
     std::unique_ptr<WalKeeper> m_keeper;
 };

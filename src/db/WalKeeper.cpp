@@ -1,7 +1,6 @@
 #include "db/WalKeeper.h"
 
 #include "db/SqlConnection.h"
-#include "platform/FileFlush.h"
 
 #include <QVariant>
 
@@ -20,8 +19,9 @@ constexpr int framesTooMany = 16384;
 
 } // namespace
 
-WalKeeper::WalKeeper(const QString& path, Scheduler& scheduler)
+WalKeeper::WalKeeper(const QString& path, Flush flush, Scheduler& scheduler)
     : m_path(path)
+    , m_flush(std::move(flush))
 {
     if (scheduler.usesThreads())
         m_thread = std::thread(&WalKeeper::run, this);
@@ -55,12 +55,6 @@ void WalKeeper::committed()
     m_changed.notify_one();
 }
 
-int WalKeeper::flushed() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_flushed;
-}
-
 bool WalKeeper::flushNext()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
@@ -75,7 +69,7 @@ bool WalKeeper::flushNext()
 
 void WalKeeper::flush(int commits)
 {
-    platform::flushFile(m_path + QStringLiteral("-wal"));
+    m_flush(m_path + QStringLiteral("-wal"));
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_inLog += commits - m_flushed;

@@ -14,17 +14,17 @@
 class WalKeeper
 {
 public:
-    /// Starts the thread. Where there are to be none, a timer of the scheduler does its work.
-    explicit WalKeeper(const QString& path, Scheduler& scheduler = Scheduler::system());
+    /// Brings what was written to a file to the disk; false when that fails.
+    using Flush = std::function<bool(const QString& path)>;
+
+    /// Starts the thread, which calls `flush`. Where there are to be none, a timer of the scheduler does its work.
+    WalKeeper(const QString& path, Flush flush, Scheduler& scheduler);
 
     /// Flushes what was committed.
     ~WalKeeper();
 
     /// A row was committed. Any thread; returns at once.
     void committed();
-
-    /// Commits that the disk has for certain.
-    int flushed() const;
 
 private:
     void run();
@@ -37,8 +37,9 @@ private:
     void moveLog();
 
     const QString m_path;
+    const Flush m_flush;
     int m_inLog = 0;            ///< of the thread: commits since the log was moved
-    mutable std::mutex m_mutex; ///< guards m_commits, m_flushed, m_stop
+    std::mutex m_mutex; ///< guards m_commits, m_flushed, m_stop
     std::condition_variable m_changed;
     int m_commits = 0;
     int m_flushed = 0;

@@ -1,11 +1,14 @@
 #include "OtherProgram.h"
 #include "SmallDisk.h"
 #include "db/ResultRecorder.h"
+#include "platform/FileFlush.h"
 #include "support/ManualScheduler.h"
 #include "support/Table.h"
 
 #include <QImage>
 #include <QtTest>
+
+#include <atomic>
 
 namespace {
 
@@ -63,7 +66,7 @@ struct Warnings
 } // namespace
 
 /// Recording goes on whatever happens to the file and its disk.
-class tst_recordfaults : public QObject
+class RecordFaultsTest : public QObject
 {
     Q_OBJECT
 
@@ -245,6 +248,21 @@ private slots:
         QCOMPARE(OtherProgram(file()).column("select value3 from RltTable order by time"), (QStringList{"2", "1"}));
     }
 
+    void everyRowIsFlushedToTheDiskBesideTheCell()
+    {
+        std::atomic<int> flushes{0};
+        Recording cell(file());
+        cell.database.setFlush([&](const QString& path) {
+            flushes += path == file() + "-wal" ? 1 : 0;
+            return platform::flushFile(path);
+        });
+        cell.record(1);
+        QTRY_COMPARE(int(flushes), 1);
+        cell.record(2);
+        cell.database.close(); // at the latest
+        QCOMPARE(int(flushes), 2);
+    }
+
     void processIsKilledInMidProductionFiftyTimes()
     {
         const QString program = QCoreApplication::applicationDirPath() + "/vc_crashwriter";
@@ -287,5 +305,5 @@ private:
     QStringList recorded() const { return OtherProgram(file()).column("select value3 from RltTable order by uid"); }
 };
 
-QTEST_GUILESS_MAIN(tst_recordfaults)
+QTEST_GUILESS_MAIN(RecordFaultsTest)
 #include "tst_recordfaults.moc"

@@ -233,6 +233,9 @@ private slots:
         book.raiseCounted(Alarm::ImagesGivenUp, {}, 12);
         QVERIFY(!strip.isHidden());
         QCOMPARE(text("textLabel").section('\n', 0, 0), QStringLiteral("图像保存过慢，已放弃图像  ×12"));
+        book.raise(Alarm::DiskLow, {}, "3.5");
+        QCOMPARE(text("textLabel").section('\n', 0, 0), QStringLiteral("磁盘空间不足，剩余3.5 GB"));
+        book.clear(Alarm::DiskLow, {});
         book.raise(Alarm::CameraLost, "cam1", "x");
         book.raise(Alarm::CameraLost, "cam2", "x");
         QCOMPARE(text("textLabel").count('\n'), 2);

@@ -154,6 +154,33 @@ private slots:
         QCOMPARE(told(), 1); // the file stays aside, the disk stays full
         QCOMPARE(book.alarms().first().kind, Alarm::DiskLow);
     }
+
+    void lowDiskIsReportedUntilEnoughIsFreeAgain()
+    {
+        const TempHome home;
+        ksSysConfig settings;
+        const ksGlobalConfig config;
+        AlarmBook book;
+        AlarmWatch watch(config, book);
+        CellRecords records(home.path(), settings);
+        watch.setRecords(&records);
+        records.prepareImageFolders();
+        QTRY_VERIFY(records.health().freeMiB > 0);
+        const double freeGiB = records.health().freeMiB / 1024.0;
+        if (freeGiB < 15)
+            QSKIP("whole GiB are too coarse for a disk with so little space");
+        struct Step
+        {
+            double wanted; // of what is free
+            bool low;
+        };
+        for (const auto& [wanted, low] : {Step{1.06, false}, {1.16, true}, {1.06, true}, {0.9, false}, {1.06, false}}) {
+            settings.minFreeSpace = qRound(wanted * freeGiB);
+            watch.check();
+            QCOMPARE(!book.alarms().isEmpty(), low);
+            QVERIFY(!low || qAbs(book.alarms().first().detail.toDouble() - freeGiB) < 0.05 + 0.01 * freeGiB);
+        }
+    }
 };
 
 QTEST_GUILESS_MAIN(AlarmsTest)
