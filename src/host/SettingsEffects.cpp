@@ -27,11 +27,11 @@ SettingsEffects::SettingsEffects(const ksSysConfig& settings, QObject* parent)
 
 void SettingsEffects::apply(const AuditChanges& changes)
 {
-    if (touches(changes, "COM/"))
+    if (touches(changes, ksSysConfig::lineGroup))
         reopenPort();
-    if (m_records && touches(changes, "CheckThread/"))
+    if (m_records && touches(changes, ksSysConfig::cleanerGroup))
         m_records->applySettings();
-    if (touches(changes, "language/"))
+    if (touches(changes, ksSysConfig::languageGroup))
         emit sgChangeLanguage(m_settings.language);
 }
 

@@ -26,7 +26,7 @@ QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, 
     DialogForm::prepare(this);
     m_ui->languageBox->setOptional(false);
     setLanguages(languageCaptions().keys());
-    m_form = new SettingsForm(this);
+    m_form = new SettingsForm(this, m_store.ranges());
     connectAll();
     load();
 }
@@ -64,10 +64,11 @@ void QSystemSettingUI::setLanguages(const QStringList& names)
 void QSystemSettingUI::setOneStation(bool one)
 {
     m_oneStation = one;
-    const QList<QWidget*> second{m_ui->station2Caption, m_ui->cameraBox2, m_ui->solutionBox2, m_ui->saveSource2,
-                                 m_ui->saveResult2};
-    for (QWidget* widget : second)
-        widget->setVisible(!one);
+    const auto widgets = findChildren<QWidget*>();
+    for (QWidget* widget : widgets) {
+        if (widget->property("secondStation").toBool())
+            widget->setVisible(!one);
+    }
     judge();
 }
 

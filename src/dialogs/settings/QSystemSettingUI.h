@@ -30,7 +30,7 @@ public:
     /// Folder names of the languages; "Chinese" and "English" until told.
     void setLanguages(const QStringList& names);
 
-    /// Hides what belongs to station 2; its settings stay as they are.
+    /// Hides what belongs to station 2, marked by the property "secondStation"; its settings stay as they are.
     void setOneStation(bool one);
 
 signals:
