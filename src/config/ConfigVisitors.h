@@ -7,9 +7,11 @@
 
 /// A configuration names its fields once, in a template visit(Visitor&), with key, default and range:
 ///
-///     visitor.field("pointCircle", pointCircle, 20);                        // a value of the file
-///     visitor.setting("trigerFilter", trigerFilter, 1000, {0, 600000});     // likewise, and the settings dialog edits
-///     it visitor.object("station1_4p", [&](auto& inner) { ... });              // an object within the file
+///     visitor.field("pointCircle", pointCircle, 20);
+///     visitor.setting("trigerFilter", trigerFilter, 1000, {0, 600000});
+///     visitor.object("station1_4p", [&](auto& inner) { ... });
+///
+/// A field is a value of the file, a setting is one that the settings dialog edits, an object nests further fields.
 ///
 /// The constructor sets the defaults by a DefaultsVisitor, load() and save() use the visitors of their kind of file
 /// (those of INI files are in IniFile.h), and the settings dialog reads keys and ranges here, too. So a new setting is

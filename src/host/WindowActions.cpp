@@ -10,6 +10,7 @@
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "dialogs/testmode/QTestWidget.h"
 #include "host/AuditLine.h"
+#include "host/LanguageSwitch.h"
 #include "host/Messages.h"
 #include "host/ShowDialog.h"
 #include "modules/ModuleSet.h"
@@ -177,6 +178,7 @@ void WindowActions::openSettings()
     ICoreCtrl* core = m_modules.coreCtrl();
     m_settings->setCameras(core ? core->cameraKeys() : QStringList());
     m_settings->setSolutions(m_engineList);
+    m_settings->setLanguages(LanguageSwitch::available());
     m_settings->setOneStation(hasOneStation());
     showDialog(m_settings);
 }

@@ -43,6 +43,7 @@ struct Bench
     {
         dialog.setCameras({QStringLiteral("相机A"), QStringLiteral("相机B"), QStringLiteral("相机C")});
         dialog.setSolutions({QStringLiteral("工位1"), QStringLiteral("工位2"), QStringLiteral("工位3")});
+        dialog.setLanguages({{"Chinese", QStringLiteral("中文")}, {"English", "English"}});
     }
 
     void choose(const char* box, const QString& name) const
