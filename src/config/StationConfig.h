@@ -1,5 +1,7 @@
 #pragma once
 
+#include "config/ConfigVisitors.h"
+
 #include <QPoint>
 #include <QPointF>
 #include <QString>
@@ -15,6 +17,21 @@ struct TwoPointCalibration
     double scale = 1.0;     ///< millimetres per pixel
     double xOffset = 0.0;   ///< millimetres
     double yOffset = 0.0;
+
+    /// Its keys for station 1 or 2, see ConfigVisitors.h.
+    template <typename Visitor>
+    void visit(Visitor& visitor, int station)
+    {
+        const TwoPointCalibration fallback;
+        visitor.field({"point1_x_#", station}, point1.rx(), fallback.point1.x());
+        visitor.field({"point1_y_#", station}, point1.ry(), fallback.point1.y());
+        visitor.field({"point2_x_#", station}, point2.rx(), fallback.point2.x());
+        visitor.field({"point2_y_#", station}, point2.ry(), fallback.point2.y());
+        visitor.field({"length_#", station}, length, fallback.length);
+        visitor.field({"StationScale_#", station}, scale, fallback.scale);
+        visitor.field({"StationXOffset_#", station}, xOffset, fallback.xOffset);
+        visitor.field({"StationYOffset_#", station}, yOffset, fallback.yOffset);
+    }
 };
 
 /// Four-point calibration of a station: an affine map and offsets.
@@ -27,8 +44,33 @@ struct FourPointCalibration
     double xOffset = 0.0;              ///< millimetres, added after the map
     double yOffset = 0.0;
     /// The map, a 2x3 matrix in row order: x' = m[0] x + m[1] y + m[2], y' = m[3] x + m[4] y + m[5].
-    /// Stored under the keys m11, m21, dx, m12, m22, dy.
     std::array<double, 6> map{};
+
+    /// Its keys, see ConfigVisitors.h.
+    template <typename Visitor>
+    void visit(Visitor& visitor)
+    {
+        visitor.field("bXYTrans", swapXY, false);
+        for (int i = 0; i < 4; ++i) {
+            visitor.field({"pixpoint#_x", i + 1}, pixelPoints[i].rx(), 0);
+            visitor.field({"pixpoint#_y", i + 1}, pixelPoints[i].ry(), 0);
+        }
+        for (int i = 0; i < 4; ++i) {
+            visitor.field({"Realpoint#_x", i + 1}, realPoints[i].rx(), 0.0);
+            visitor.field({"Realpoint#_y", i + 1}, realPoints[i].ry(), 0.0);
+        }
+        visitor.field("testPoint_x", testPoint.rx(), 0);
+        visitor.field("testPoint_y", testPoint.ry(), 0);
+        visitor.field("xoffset", xOffset, 0.0);
+        visitor.field("yoffset", yOffset, 0.0);
+        auto& [m11, m21, dx, m12, m22, dy] = map;
+        visitor.field("m11", m11, 0.0);
+        visitor.field("m12", m12, 0.0);
+        visitor.field("m21", m21, 0.0);
+        visitor.field("m22", m22, 0.0);
+        visitor.field("dx", dx, 0.0);
+        visitor.field("dy", dy, 0.0);
+    }
 };
 
 /// What one station of the cell uses, and how it turns pixels into machine coordinates.

@@ -196,7 +196,10 @@ void CMainWin::createActions()
             [this](const QString& text) { m_status->showMessage(text, 5000); });
     connect(m_actions.get(), &WindowActions::settingsApplied, m_cell.get(), &Cell::applySettings);
     connect(m_actions.get(), &WindowActions::settingsApplied, this,
-            [this] { onLanguageChange(ksSysConfig::instance()->language); });
+            [this](const AuditChanges& changes) {
+                if (touches(changes, ksSysConfig::languageGroup))
+                    onLanguageChange(ksSysConfig::instance()->language);
+            });
 }
 
 void CMainWin::connectTestMode()

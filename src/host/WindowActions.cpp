@@ -16,6 +16,7 @@
 #include "dialogs/plcmonitor/QPlcMonitorUI.h"
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "dialogs/testmode/QTestWidget.h"
+#include "host/LanguageSwitch.h"
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
 #include "platform/ModuleFiles.h"
@@ -248,6 +249,7 @@ void WindowActions::openSettings()
     ICoreCtrl* core = m_parts.cell.modules().coreCtrl();
     settings->setCameras(core ? core->cameraKeys() : QStringList());
     settings->setSolutions(m_engineList);
+    settings->setLanguages(LanguageSwitch::available());
     settings->setOneStation(hasOneStation());
     show(settings);
 }

@@ -9,18 +9,10 @@
 #include <valvecell/Extension.h>
 #include <valvecell/ISerialReopen.h>
 
-#include <algorithm>
-
 namespace {
 
 constexpr int heartbeatMs = 300;
 constexpr int tickMs = 1000;
-
-bool touches(const AuditChanges& changes, const char* group)
-{
-    return std::any_of(changes.begin(), changes.end(),
-                       [group](const AuditChange& change) { return change.name.startsWith(QLatin1String(group)); });
-}
 
 } // namespace
 
@@ -226,9 +218,9 @@ void Cell::enterTestMode(int mode)
 
 void Cell::applySettings(const AuditChanges& changes)
 {
-    if (touches(changes, "COM/"))
+    if (touches(changes, ksSysConfig::lineGroup))
         reopenPort();
-    if (m_records && touches(changes, "CheckThread/"))
+    if (m_records && touches(changes, ksSysConfig::cleanerGroup))
         m_records->applySettings();
 }
 

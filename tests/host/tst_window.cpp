@@ -189,10 +189,13 @@ private slots:
     {
         const TempHome home;
         writeStations(home, 1);
-        const auto choose = [](CMainWin& window, int index) {
-            window.findChild<QMenu*>("viewMenu")->actions().at(index)->trigger();
+        const auto choose = [](CMainWin& window, bool dark) {
+            const auto actions = window.findChild<QMenu*>("viewMenu")->actions();
+            for (QAction* action : actions)
+                if (action->data() == dark)
+                    action->trigger();
         };
-        choose(*startWindow(), 4);
+        choose(*startWindow(), true);
         QVERIFY(QApplication::palette().color(QPalette::Window).lightness() < 64);
         QApplication::setPalette(QPalette());
         const auto window = startWindow();
@@ -204,7 +207,7 @@ private slots:
             return linesOf(*panel)->document()->firstBlock().layout()->formats().value(0).format.foreground().color();
         };
         QVERIFY(ink().lightness() > 192);
-        choose(*window, 3);
+        choose(*window, false);
         QVERIFY(QApplication::palette().color(QPalette::Window).lightness() > 192);
         QTRY_VERIFY(ink().lightness() < 64);
     }

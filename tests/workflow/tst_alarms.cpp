@@ -160,9 +160,9 @@ private slots:
         const TempHome home;
         ksSysConfig settings;
         const ksGlobalConfig config;
-        AlarmBook book;
+        AlarmBook book(Scheduler::system());
         AlarmWatch watch(config, book);
-        CellRecords records(home.path(), settings);
+        CellRecords records(home.path(), settings, Scheduler::system());
         watch.setRecords(&records);
         records.prepareImageFolders();
         QTRY_VERIFY(records.health().freeMiB > 0);

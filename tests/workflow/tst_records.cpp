@@ -1,26 +1,7 @@
 #include "config/ksSysConfig.h"
+#include "support/ManualScheduler.h"
 #include "support/TempHome.h"
 #include "workflow/CellRecords.h"
-#include "workflow/IResultStore.h"
-
-#include <atomic>
-#include <ctime>
-#include <sys/time.h>
-
-namespace {
-
-std::atomic<int> daysAhead{0};
-
-} // namespace
-
-/// The calendar that Qt asks for: folders are made today, and the cleaners look at them days later.
-extern "C" Q_DECL_EXPORT int gettimeofday(timeval* time, void* /*zone*/) noexcept
-{
-    timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
-    *time = {now.tv_sec + daysAhead * 24 * 3600, now.tv_nsec / 1000};
-    return 0;
-}
 
 /// What the settings say of the archive reaches the right one of its two folders.
 class RecordsTest : public QObject
@@ -37,8 +18,8 @@ private slots:
         ksSysConfig settings;
         settings.minFreeSpace = 0;
         settings.cleanRltImages = true;
-        daysAhead = settings.cleanDays + 1;
-        CellRecords records(home.path(), settings);
+        SetClock later(QDateTime::currentDateTime().addDays(settings.cleanDays + 1));
+        CellRecords records(home.path(), settings, later);
         records.prepareImageFolders();
         QTRY_VERIFY(records.health().freeMiB >= 0 && !(QDir().exists(source) && QDir().exists(result)));
         QVERIFY(QDir().exists(source) && QDir().mkpath(result));
@@ -54,7 +35,7 @@ private slots:
     {
         const TempHome home;
         ksSysConfig settings;
-        CellRecords records(home.path(), settings);
+        CellRecords records(home.path(), settings, Scheduler::system());
         records.openResultDatabase();
         bool* const switches[] = {&settings.saveSrcImage[0], &settings.saveSrcImage[1], &settings.saveRltImage[0],
                                   &settings.saveRltImage[1]};

@@ -644,6 +644,14 @@ Close anyway?</translation>
     </message>
 </context>
 <context>
+    <name>LanguageSwitch</name>
+    <message>
+        <source>中文</source>
+        <extracomment>This translation&apos;s own language, by its own name, such as English, Deutsch or Русский.</extracomment>
+        <translation>English</translation>
+    </message>
+</context>
+<context>
     <name>LogPanel</name>
     <message>
         <source>筛选日志</source>
