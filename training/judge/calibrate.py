@@ -12,7 +12,7 @@ import sampling
 
 # As in the finder's HoleChoice.
 PLACE_SIGMA, SIZE_SIGMA = {"taught": 0.03, "auto": 0.05}, {"taught": 0.18, "auto": 0.6}
-USUAL_PLACE, USUAL_SIZE = 0.875, 0.028  # of the rim's radius
+PRIOR_PLACE, PRIOR_SIZE = 0.875, 0.028  # of the rim's radius
 ALIKE_SIZE, ALIKE_RING, ALIKE_ODDS, LEAST_OF_ROUND, FEWEST_OF_ROUND = 0.16, 0.012, 3, -1.5, 2
 
 _nets = None
@@ -92,9 +92,9 @@ def _choice(job):
     ring = wheel.ring * rng.uniform(0.98, 1.02) * rng.uniform(0.98, 1.02)
     ways = {"taught": ([size], (0.97 * ring - 0.03 * wheel.rim, 1.03 * ring + 0.03 * wheel.rim), 8, ring, size),
             "auto": (judge.radii_without_model(wheel.rim), (glance.BAND[0] * wheel.rim, glance.BAND[1] * wheel.rim), 14,
-                     USUAL_PLACE * wheel.rim, USUAL_SIZE * wheel.rim)}
+                     PRIOR_PLACE * wheel.rim, PRIOR_SIZE * wheel.rim)}
     made = {}
-    for way, (radii, band, most, place, usual) in ways.items():
+    for way, (radii, band, most, place, prior) in ways.items():
         found = judge.candidates(first, levels, hub, radii, band, most)
         if not found:
             continue
@@ -112,7 +112,7 @@ def _choice(job):
                          and min(evidence, o[0]) > LEAST_OF_ROUND and abs(evidence - o[0]) < ALIKE_ODDS
                          for j, o in enumerate(kept))
             rows.append([evidence, -math.log1p(((reach[i] - place) / (PLACE_SIGMA[way] * (ring if way == "taught" else wheel.rim))) ** 2),
-                         -math.log1p((math.log(radius / usual) / SIZE_SIGMA[way]) ** 2), float(others >= FEWEST_OF_ROUND), 1.0])
+                         -math.log1p((math.log(radius / prior) / SIZE_SIGMA[way]) ** 2), float(others >= FEWEST_OF_ROUND), 1.0])
             if wheel.hole and math.hypot(x - wheel.hole[0], y - wheel.hole[1]) < 0.5 * wheel.hole[2]:
                 hit = i
         made[way] = (torch.tensor(rows), hit)
@@ -126,16 +126,16 @@ def weigh(first, second, held, jobs, say):
     wheels = [wheel for folder in held.values() for wheel in folder]
     with multiprocessing.get_context("fork").Pool(jobs) as workers:
         made = workers.map(_choice, list(zip(wheels, range(len(wheels)))), 4)
-    usual = torch.tensor([1.0, 1.0, 1.0, -2.0, 0.0])
+    prior = torch.tensor([1.0, 1.0, 1.0, -2.0, 0.0])
     for way in PLACE_SIGMA:
         rows = [one[way] for one in made if way in one]
-        weights = usual.clone().requires_grad_(True)
+        weights = prior.clone().requires_grad_(True)
         fit = torch.optim.LBFGS([weights], max_iter=200)
 
         def loss():
             none = torch.zeros(1)
             total = sum(-torch.log_softmax(torch.cat([none, x @ weights]), 0)[hit + 1] for x, hit in rows)
-            return total / len(rows) + 0.002 * ((weights - usual) ** 2).sum()
+            return total / len(rows) + 0.002 * ((weights - prior) ** 2).sum()
 
         def step():
             fit.zero_grad()

@@ -6,7 +6,6 @@
 The same folders and numbers give the same files. Prints, for each folder held back, how often the true hole is among the
 first candidates and how well the judge parts holes from the rest; and the weights that HoleChoice should have."""
 import argparse
-import math
 import multiprocessing
 import os
 import sys
