@@ -65,6 +65,33 @@ std::string randomText(Random& random)
     return random.chance(0.3) ? text + " " + std::to_string(random.integer(1000, 9999)) : text;
 }
 
+/// Writes one line of raised or stamped characters along a circle around the hub: a size such as "8X17H2 ET45".
+void paintLettering(cv::Mat& image, const WheelSpec& spec, Random& random)
+{
+    const FaceSpec& face = spec.face;
+    const double size = random.range(0.016, 0.028) * spec.rimRadius; // height of a character
+    const bool onLedge = random.chance(0.5);
+    const double radius = spec.rimRadius * (onLedge ? random.range(face.ledgeInner + 0.03, face.lipInner - 0.03)
+                                                    : 0.5 * (face.boltRing + face.boltRadius + face.windowInner));
+    const std::string text = randomText(random);
+    const double step = 0.8 * size / radius * 180 / CV_PI;
+    // Far enough from the valve hole that no character touches it.
+    const double span = step * static_cast<double>(text.size());
+    double angle = spec.hole.angle - 12 - random.range(0, std::max(0.0, 336 - span));
+    const Pen pen{std::max(0.8, 0.055 * size), random.sign() * random.range(0.15, 0.45),
+                  random.chance(0.3) ? random.range(-0.35, 0.25) : 0.0, direction(spec.light.azimuth)};
+    for (const char letter : text) {
+        const cv::Point2d out = direction(angle), along(-out.y, out.x);
+        const cv::Point2d origin = spec.hub + (radius + 0.5 * size) * out - 0.25 * size * along;
+        const auto point = [&](const char* digits) {
+            return origin + (0.25 * size * (digits[0] - '0')) * along - (0.25 * size * (digits[1] - '0')) * out;
+        };
+        for (const char* at = pathOf(letter); at[0] && at[2]; at += 2)
+            paintStroke(image, point(at), point(at + 2), pen);
+        angle -= step;
+    }
+}
+
 /// A place on the wheel, anywhere between bore and rim.
 cv::Point2d somewhere(const WheelSpec& spec, Random& random)
 {
@@ -123,32 +150,6 @@ void paintGlare(cv::Mat& image, const WheelSpec& spec, Random& random)
 }
 
 } // namespace
-
-void paintLettering(cv::Mat& image, const WheelSpec& spec, Random& random)
-{
-    const FaceSpec& face = spec.face;
-    const double size = random.range(0.016, 0.028) * spec.rimRadius; // height of a character
-    const bool onLedge = random.chance(0.5);
-    const double radius = spec.rimRadius * (onLedge ? random.range(face.ledgeInner + 0.03, face.lipInner - 0.03)
-                                                    : 0.5 * (face.boltRing + face.boltRadius + face.windowInner));
-    const std::string text = randomText(random);
-    const double step = 0.8 * size / radius * 180 / CV_PI;
-    // Far enough from the valve hole that no character touches it.
-    const double span = step * static_cast<double>(text.size());
-    double angle = spec.hole.angle - 12 - random.range(0, std::max(0.0, 336 - span));
-    const Pen pen{std::max(0.8, 0.055 * size), random.sign() * random.range(0.15, 0.45),
-                  random.chance(0.3) ? random.range(-0.35, 0.25) : 0.0, direction(spec.light.azimuth)};
-    for (const char letter : text) {
-        const cv::Point2d out = direction(angle), along(-out.y, out.x);
-        const cv::Point2d origin = spec.hub + (radius + 0.5 * size) * out - 0.25 * size * along;
-        const auto point = [&](const char* digits) {
-            return origin + (0.25 * size * (digits[0] - '0')) * along - (0.25 * size * (digits[1] - '0')) * out;
-        };
-        for (const char* at = pathOf(letter); at[0] && at[2]; at += 2)
-            paintStroke(image, point(at), point(at + 2), pen);
-        angle -= step;
-    }
-}
 
 void paintBlemishes(cv::Mat& image, const WheelSpec& spec)
 {
