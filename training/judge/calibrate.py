@@ -63,7 +63,7 @@ def _seen(job):
     return rows, rank
 
 
-def report(first, second, held, jobs, say):
+def report(first, second, held, jobs, log):
     """Prints how early the glance names the hole, and what evidence the judge gives holes and other places."""
     global _nets
     _nets = (first, second)
@@ -73,7 +73,7 @@ def report(first, second, held, jobs, say):
         with_hole = [rank for (_, rank), wheel in zip(seen, wheels) if wheel.hole]
         rows = np.array([row for made, _ in seen for row in made if not row[2]], float)
         holes, rest = rows[rows[:, 1] > 0, 0], rows[rows[:, 1] == 0, 0]
-        say("%s: %d holes, among the first 1, 4, 8, 16 candidates %s; evidence of holes %s, of the rest %s" % (
+        log("%s: %d holes, among the first 1, 4, 8, 16 candidates %s; evidence of holes %s, of the rest %s" % (
             folder, len(with_hole), " ".join("%.2f %%" % (100 * np.mean([r is not None and r < n for r in with_hole])) for n in (1, 4, 8, 16)),
             np.round(np.percentile(holes, [1, 5, 25, 50]), 2), np.round(np.percentile(rest, [50, 95, 99, 99.9]), 2)))
 
@@ -119,7 +119,7 @@ def _choice(job):
     return made
 
 
-def weigh(first, second, held, jobs, say):
+def weigh(first, second, held, jobs, log):
     """The weights of HoleChoice, by logistic regression of which place is the hole or that none is."""
     global _nets
     _nets = (first, second)
@@ -143,5 +143,5 @@ def weigh(first, second, held, jobs, say):
             value.backward()
             return value
         fit.step(step)
-        say("%s, %d wheels, loss %.4f: evidence %.2f place %.2f size %.2f round %.2f offset %.2f" % (
+        log("%s, %d wheels, loss %.4f: evidence %.2f place %.2f size %.2f round %.2f offset %.2f" % (
             way, len(rows), float(loss()), *weights.tolist()))

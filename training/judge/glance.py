@@ -83,7 +83,7 @@ def prepared(gray):
 
 
 def targets_of(holes):
-    """Per cell: 1 hole, 0 none, -1 does not matter; and what it should say of the hole."""
+    """Per cell: 1 hole, 0 none, -1 does not matter; and what it should answer of the hole."""
     h, w = ROWS // STRIDE, COLUMNS // STRIDE
     label = np.zeros((h, w), np.float32)
     targets = np.zeros((3, h, w), np.float32)
@@ -128,7 +128,7 @@ def loss_of(answer, labels, targets):
     return ((each * weight)[matters].sum() + 0.7 * place) / count
 
 
-def train(maps, seed, steps, size=48, say=print):
+def train(maps, seed, steps, size=48, log=print):
     """`maps`: those of each world, which are drawn from equally often."""
     torch.manual_seed(seed)
     rng = np.random.default_rng(seed)
@@ -144,7 +144,7 @@ def train(maps, seed, steps, size=48, say=print):
         schedule.step()
         total += float(loss)
         if step % 100 == 99:
-            say(f"glance {step + 1}/{steps}: loss {total / 100:.4f}")
+            log(f"glance {step + 1}/{steps}: loss {total / 100:.4f}")
             total = 0.0
     return net.eval()
 

@@ -140,7 +140,7 @@ def prepared(near, wide, black, white):
 
 
 def sample_of(pools, rng):
-    """One example of any world, each as often as the others: pictures, label, and what the network should say of a hole (x, y, log radius, log outer or nan)."""
+    """One example of any world, each as often as the others: pictures, label, and what the network should answer of a hole (x, y, log radius, log outer or nan)."""
     holes, others, plain = pools[rng.integers(len(pools))]
     u = rng.random()
     if u < 0.22:
@@ -244,13 +244,13 @@ def loss_of(answer, labels, kinds, targets):
         loss = loss + 0.1 * functional.cross_entropy(answer[known, 5:], kinds[known])
     positive = labels > 0
     if positive.any():
-        said, meant = answer[positive, 1:5], targets[positive]
-        known = torch.isfinite(meant)
-        loss = loss + 2.0 * functional.smooth_l1_loss(said[known], meant[known], beta=0.1)
+        predicted, expected = answer[positive, 1:5], targets[positive]
+        known = torch.isfinite(expected)
+        loss = loss + 2.0 * functional.smooth_l1_loss(predicted[known], expected[known], beta=0.1)
     return loss
 
 
-def train(pools, seed, rounds, count=20000, epochs=3, size=64, jobs=2, say=print):
+def train(pools, seed, rounds, count=20000, epochs=3, size=64, jobs=2, log=print):
     torch.manual_seed(seed)
     net = Judge()
     optimiser = torch.optim.AdamW(net.parameters(), lr=2e-3, weight_decay=1e-3)
@@ -272,5 +272,5 @@ def train(pools, seed, rounds, count=20000, epochs=3, size=64, jobs=2, say=print
                 optimiser.step()
                 schedule.step()
                 total += float(loss)
-        say(f"judge {turn + 1}/{rounds}: loss {total / (epochs * (count // size)):.4f}")
+        log(f"judge {turn + 1}/{rounds}: loss {total / (epochs * (count // size)):.4f}")
     return net.eval()
