@@ -4,7 +4,6 @@
 #include "finder/HoleModel.h"
 #include "finder/ImageConversion.h"
 #include "render/SpecDraw.h"
-#include "render/WheelDesigns.h"
 #include "render/WheelRenderer.h"
 
 #include <QtTest>

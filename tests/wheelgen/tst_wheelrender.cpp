@@ -1,6 +1,4 @@
-#include "render/Marks.h"
 #include "render/SpecDraw.h"
-#include "render/WheelFace.h"
 #include "render/WheelRenderer.h"
 #include "support/Table.h"
 

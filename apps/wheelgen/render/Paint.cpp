@@ -1,4 +1,4 @@
-#include "Texture.h"
+#include "Paint.h"
 
 #include "Random.h"
 

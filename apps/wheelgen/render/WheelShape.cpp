@@ -1,4 +1,6 @@
-#include "Outline.h"
+#include "WheelShape.h"
+
+#include "Random.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,7 +9,53 @@ namespace wheel {
 
 namespace {
 
-constexpr float kPi = 3.14159265f;
+struct Node
+{
+    double radius;
+    double height;
+    double albedo;
+};
+
+/// From the bore to the rim's outer edge, in fractions of the rim radius.
+std::vector<Node> crossSection(const FaceSpec& f)
+{
+    const double outer = f.hubHeight - f.dish;
+    const double ledge = std::min(outer, f.hubHeight) - 0.03;
+    const double ledgeEnd = ledge + f.ledgeSlope * (f.lipInner - f.ledgeInner);
+    const double middle = 0.5 * (f.windowInner + f.windowOuter);
+    return {{0.0, f.hubHeight, f.albedo * 0.9},
+            {f.bore * 1.20, f.hubHeight, f.albedo * 0.9},
+            {f.bore * 1.28, f.hubHeight + 0.012, f.albedo},
+            {f.windowInner * 0.90, f.hubHeight + 0.012, f.albedo},
+            {f.windowInner * 0.98, f.hubHeight, f.albedo},
+            {middle, f.hubHeight - 0.35 * f.dish, f.albedo},
+            {f.windowOuter, outer, f.albedo * 0.95},
+            {f.ledgeInner - 0.012, outer - 0.004, f.albedo * 0.9},
+            {f.ledgeInner, ledge, f.albedo * 0.8},
+            {f.lipInner - 0.004, ledgeEnd, f.albedo * 0.88},
+            {f.lipInner + 0.008, ledgeEnd + 0.035, f.albedo * 0.95},
+            {0.965, ledgeEnd + 0.044, f.albedo * 1.1},
+            {0.988, ledgeEnd + 0.040, f.albedo * 1.1},
+            {1.0, ledgeEnd + 0.028, f.albedo}};
+}
+
+/// The mean over 2 * half + 1 values, fewer at the ends; by running sums, whatever the width.
+std::vector<float> smoothed(const std::vector<float>& values, int half)
+{
+    std::vector<double> sums(values.size() + 1, 0.0);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        sums[i + 1] = sums[i] + static_cast<double>(values[i]);
+    const int n = static_cast<int>(values.size());
+    std::vector<float> result(values.size());
+    for (int i = 0; i < n; ++i) {
+        const int from = std::max(0, i - half), to = std::min(n, i + half + 1);
+        result[static_cast<std::size_t>(i)] = static_cast<float>(
+            (sums[static_cast<std::size_t>(to)] - sums[static_cast<std::size_t>(from)]) / (to - from));
+    }
+    return result;
+}
+
+constexpr float pi = 3.14159265f;
 
 /// atan2 to 0.003 rad: it only chooses a sector, whose borders are mirror lines.
 float roughAtan2(float y, float x)
@@ -16,13 +64,40 @@ float roughAtan2(float y, float x)
     const float t = std::min(ax, ay) / std::max(std::max(ax, ay), 1e-9f);
     float angle = t * (0.9724f - 0.1919f * t * t);
     if (ay > ax)
-        angle = kPi / 2 - angle;
+        angle = pi / 2 - angle;
     if (x < 0)
-        angle = kPi - angle;
+        angle = pi - angle;
     return y < 0 ? -angle : angle;
 }
 
 } // namespace
+
+/// Slopes are smoothed twice, so that the shading has no kink where two parts of the section meet.
+Profile::Profile(const WheelSpec& spec)
+{
+    const auto nodes = crossSection(spec.face);
+    const auto count = static_cast<std::size_t>(spec.rimRadius * samplesPerPixel) + 8;
+    std::vector<float> slope(count), albedo(count), marks(count);
+    Random random(spec.seed, 11);
+    std::size_t segment = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const double r = static_cast<double>(i) / samplesPerPixel / spec.rimRadius;
+        while (segment + 2 < nodes.size() && r > nodes[segment + 1].radius)
+            ++segment;
+        const Node &a = nodes[segment], &b = nodes[segment + 1];
+        const double t = std::clamp((r - a.radius) / (b.radius - a.radius), 0.0, 1.0);
+        slope[i] = static_cast<float>((b.height - a.height) / (b.radius - a.radius));
+        albedo[i] = static_cast<float>(a.albedo + t * (b.albedo - a.albedo));
+        marks[i] = static_cast<float>(random.range(-1, 1));
+    }
+    const int half = std::max(2, static_cast<int>(0.006 * spec.rimRadius * samplesPerPixel));
+    slope = smoothed(smoothed(slope, half), half);
+    albedo = smoothed(albedo, half);
+    marks = smoothed(marks, 4);
+    const auto depth = static_cast<float>(0.16 * spec.face.machined);
+    for (std::size_t i = 0; i < count; ++i)
+        m_samples.push_back({slope[i] + depth * marks[i], albedo[i]});
+}
 
 Outline::Outline(const WheelSpec& spec, double scale)
     : m_face(spec.face)
@@ -37,7 +112,7 @@ Outline::Outline(const WheelSpec& spec, double scale)
     m_gapRim = static_cast<float>(m_face.pairGapRim * s);
     m_bend = static_cast<float>(m_face.twist * CV_PI / 180) / std::max(1.0f, m_outer - m_inner);
     m_turn = static_cast<float>(-spec.turn * CV_PI / 180);
-    m_period = 2 * kPi / static_cast<float>(std::max(1, m_face.count));
+    m_period = 2 * pi / static_cast<float>(std::max(1, m_face.count));
     for (int i = 0; i <= m_face.count; ++i) {
         m_cos.push_back(std::cos(m_turn + static_cast<float>(i) * m_period));
         m_sin.push_back(std::sin(m_turn + static_cast<float>(i) * m_period));
