@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workflow/TaskResult.h"
+#include "common/TaskResult.h"
 
 #include <QObject>
 
