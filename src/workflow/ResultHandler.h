@@ -1,7 +1,7 @@
 #pragma once
 
+#include "common/TaskResult.h"
 #include "workflow/StationLog.h"
-#include "workflow/TaskResult.h"
 
 #include <QObject>
 

@@ -248,7 +248,7 @@ private slots:
         const QStringList skipped = cell.notes("imageSkipped");
         QCOMPARE(skipped.size(), 3);
         QVERIFY(skipped[0].contains("b.bmp") && skipped[1].contains("c.png"));
-        QVERIFY2(skipped[2].contains("30000 x 30000"), qPrintable(skipped[2]));
+        QVERIFY2(skipped[2].contains("30000 × 30000"), qPrintable(skipped[2]));
     }
 
     void emptyFolderIsToldUntilImagesCome()

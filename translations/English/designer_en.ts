@@ -345,8 +345,8 @@ Solutions of the engine: %1</translation>
 <context>
     <name>ImageFile</name>
     <message>
-        <source>%1：图像过大（%2 × %3）</source>
-        <translation>%1: the image is too large (%2 × %3)</translation>
+        <source>图像过大（%1 × %2）</source>
+        <translation>the image is too large (%1 × %2)</translation>
     </message>
     <message>
         <source>%1：%2</source>

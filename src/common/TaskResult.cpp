@@ -1,4 +1,4 @@
-#include "workflow/TaskResult.h"
+#include "common/TaskResult.h"
 
 #include <valvecell/ResultKeys.h>
 
@@ -23,6 +23,8 @@ struct Evidence
     int decimals;
 };
 
+constexpr double fullCircle = 360;
+
 constexpr Evidence evidence[] = {{ResultKeys::score, "score", 3},     {ResultKeys::runnerUpScore, "second", 3},
                                  {ResultKeys::edgePoints, "edge", 0}, {ResultKeys::residual, "residual", 3},
                                  {ResultKeys::hubRadius, "rim", 1},   {ResultKeys::holeRadius, "hole", 2}};
@@ -40,7 +42,7 @@ QString textOf(const Evidence& part, const QVariantMap& map)
         .arg(valueOf(map, part.key, 0.0), 0, 'f', part.decimals);
 }
 
-/// An engine that tells no edge points tells none of the others.
+/// An engine that reports no edge points reports none of the others.
 QString evidenceOf(const QVariantMap& map)
 {
     if (!map.contains(QLatin1String(ResultKeys::edgePoints)))
@@ -61,11 +63,20 @@ void readAlgoResult(TaskResult& result, const QVariantMap& map)
     result.angle = valueOf(map, ResultKeys::angle, result.angle);
     if (!std::isfinite(result.angle))
         result.angle = 365.0;
+    // An engine that gives an angle and no error code has found its hole.
+    result.found = result.angle <= fullCircle && valueOf(map, ResultKeys::error, 0) == 0;
     result.error = valueOf(map, ResultKeys::error, result.error);
     result.score = valueOf(map, ResultKeys::score, result.score);
     result.image = valueOf(map, ResultKeys::image, result.image);
     result.tip = valueOf(map, ResultKeys::resultTip, result.tip);
     result.center = valueOf(map, ResultKeys::centerPoint, result.center);
+    result.hole = valueOf(map, ResultKeys::holeCenter, result.center);
+    result.runnerUpScore = valueOf(map, ResultKeys::runnerUpScore, 0.0);
+    result.hubCenter = valueOf(map, ResultKeys::hubCenter, QPointF());
+    result.hubRadius = valueOf(map, ResultKeys::hubRadius, 0.0);
+    result.holeRadius = valueOf(map, ResultKeys::holeRadius, 0.0);
+    result.edgePoints = valueOf(map, ResultKeys::edgePoints, 0);
+    result.residual = valueOf(map, ResultKeys::residual, 0.0);
     result.evidence = evidenceOf(map);
 }
 

@@ -1,11 +1,9 @@
-#include "Mailbox.h"
+#include "common/Background.h"
 
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
-
-#include <deque>
-#include <mutex>
+#include <QThreadPool>
 
 struct Mailbox::Slot::State
 {
@@ -72,4 +70,73 @@ Mailbox::~Mailbox()
     const std::lock_guard<std::mutex> lock(m_slot.m_state->mutex);
     m_slot.m_state->receiver = nullptr;
     dropped.swap(m_slot.m_state->waiting);
+}
+
+Background::Background(AtEnd atEnd, int threads)
+    : m_atEnd(atEnd)
+    , m_threadCount(threads)
+{
+}
+
+Background::~Background()
+{
+    if (m_atEnd != AtEnd::Finish)
+        clear();
+    {
+        const std::lock_guard<std::mutex> lock(m_queue->mutex);
+        m_queue->ending = true;
+    }
+    m_queue->changed.notify_all();
+    const auto join = [queue = m_queue] {
+        for (std::thread& thread : queue->threads)
+            thread.join();
+    };
+    switch (m_atEnd) {
+    case AtEnd::Wait:
+        join();
+        break;
+    case AtEnd::Finish: // the application ends after the jobs of Qt's pool
+        if (!m_queue->threads.empty())
+            QThreadPool::globalInstance()->start(join);
+        break;
+    case AtEnd::Abandon:
+        for (std::thread& thread : m_queue->threads)
+            thread.detach();
+        break;
+    }
+}
+
+void Background::clear()
+{
+    std::deque<Mailbox::Work> dropped;
+    const std::lock_guard<std::mutex> lock(m_queue->mutex);
+    dropped.swap(m_queue->jobs);
+}
+
+void Background::add(Mailbox::Work job)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_queue->mutex);
+        m_queue->jobs.push_back(std::move(job));
+    }
+    m_queue->changed.notify_one();
+    if (static_cast<int>(m_queue->threads.size()) < m_threadCount)
+        m_queue->threads.emplace_back([queue = m_queue] { serve(*queue); });
+}
+
+void Background::serve(Queue& queue)
+{
+    while (const Mailbox::Work job = next(queue))
+        job();
+}
+
+Mailbox::Work Background::next(Queue& queue)
+{
+    std::unique_lock<std::mutex> lock(queue.mutex);
+    queue.changed.wait(lock, [&queue] { return queue.ending || !queue.jobs.empty(); });
+    if (queue.jobs.empty())
+        return nullptr;
+    Mailbox::Work job = std::move(queue.jobs.front());
+    queue.jobs.pop_front();
+    return job;
 }
