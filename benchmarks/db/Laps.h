@@ -5,7 +5,7 @@
 #include <chrono>
 #include <vector>
 
-/// Times single operations, so that a benchmark tells percentiles and not only the mean.
+/// Times single operations, so that a benchmark prints percentiles and not only the mean.
 class Laps
 {
 public:

@@ -26,7 +26,7 @@ const QString& archive()
     return path;
 }
 
-/// Peak memory of the process in MB; 0 where it cannot be told.
+/// Peak memory of the process in MB; 0 where it is not known.
 double peakMegabytes()
 {
     QFile status("/proc/self/status");
