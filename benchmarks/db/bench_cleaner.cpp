@@ -1,4 +1,4 @@
-#include "Laps.h"
+#include "../Bench.h"
 #include "db/archive/QDiskCleanThread.h"
 
 #include <QDir>

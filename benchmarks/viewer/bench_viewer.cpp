@@ -1,4 +1,5 @@
-#include "../db/Laps.h"
+#include "../Bench.h"
+#include "Resources.h"
 #include "viewer/ksImgViewer.h"
 
 #include <QApplication>
@@ -166,3 +167,9 @@ BENCHMARK(readPixel)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(dragPoint)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
+
+int main(int argc, char** argv)
+{
+    initResources();
+    return runBenchmarks<QApplication>(argc, argv);
+}
