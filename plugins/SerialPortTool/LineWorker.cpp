@@ -105,7 +105,7 @@ void LineWorker::onReadyRead()
 }
 
 /// A frame of a former session, or behind a jam, would come late, and is dropped and counted instead.
-void LineWorker::write(const SComFrame& frame, quint32 session)
+void LineWorker::write(const SComFrame& frame, quint64 session)
 {
     if (session != m_state->session || m_port.bytesToWrite() > kMaxWaitingBytes) {
         ++m_state->framesDropped;

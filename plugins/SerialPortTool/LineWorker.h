@@ -33,7 +33,7 @@ public:
     /// Takes another line, in place of the one that is open or tried.
     void change(const LineSettings& settings);
     /// Writes a frame that was handed over in `session`.
-    void write(const SComFrame& frame, quint32 session);
+    void write(const SComFrame& frame, quint64 session);
     /// Closes the line for good and ends the thread.
     void stop();
 
@@ -57,7 +57,7 @@ private:
     QString m_device; ///< behind the configured name, as of the last attempt
     ReopenPause m_pause;
     QElapsedTimer m_openSince;
-    quint32 m_sessions = 0;
+    quint64 m_sessions = 0;
     bool m_told = false; ///< that the line is down; it is logged once, not at every attempt
     wire::FrameDecoder m_decoder;
     wire::FrameEncoder m_encoder;

@@ -92,22 +92,28 @@ void SerialPortTool::close()
 
 void SerialPortTool::send(const SComFrame* frame)
 {
-    if (!frame)
-        return;
-    const quint32 session = m_state->session;
-    if (!m_worker || session == 0) {
+    if (frame)
+        send(*frame, m_state->session);
+}
+
+void SerialPortTool::send(const SComFrame& frame, quint64 session)
+{
+    if (!m_worker || session == 0 || session != m_state->session) {
         ++m_state->framesDropped;
         return;
     }
     QMetaObject::invokeMethod(
-        m_worker, [worker = m_worker, copy = *frame, session] { worker->write(copy, session); }, Qt::QueuedConnection);
+        m_worker, [worker = m_worker, frame, session] { worker->write(frame, session); }, Qt::QueuedConnection);
 }
 
 void* SerialPortTool::extension(const char* id)
 {
-    if (id && std::strcmp(id, ISerialStatus::id) == 0)
+    const auto asked = [id](const char* offered) { return id && std::strcmp(id, offered) == 0; };
+    if (asked(ISerialStatus::id))
         return static_cast<ISerialStatus*>(this);
-    return id && std::strcmp(id, ISerialReopen::id) == 0 ? static_cast<ISerialReopen*>(this) : nullptr;
+    if (asked(ISerialSession::id))
+        return static_cast<ISerialSession*>(this);
+    return asked(ISerialReopen::id) ? static_cast<ISerialReopen*>(this) : nullptr;
 }
 
 VALVECELL_MODULE_EXPORT ISerialPort* SerialPortCreate()

@@ -4,6 +4,7 @@
 
 #include <valvecell/ISerialPort.h>
 #include <valvecell/ISerialReopen.h>
+#include <valvecell/ISerialSession.h>
 
 #include <QThread>
 
@@ -13,7 +14,7 @@ class LineWorker;
 struct LineSettings;
 
 /// The module's object: hands everything over to the line's thread, which lives from open() to close().
-class SerialPortTool : public ISerialPort, public ISerialStatus, public ISerialReopen
+class SerialPortTool : public ISerialPort, public ISerialStatus, public ISerialReopen, public ISerialSession
 {
 public:
     SerialPortTool();
@@ -24,6 +25,8 @@ public:
     void close() override;
     bool reopen(const QString& portName, const QString& baudRate) override;
     void send(const SComFrame* frame) override;
+    quint64 session() const override { return m_state->session; }
+    void send(const SComFrame& frame, quint64 session) override;
     void* extension(const char* id) override;
 
     SerialStatus status() const override { return m_state->snapshot(); }

@@ -79,7 +79,7 @@ const WindowActions::Row WindowActions::rows[] = {
              designer->openDesigner(&own.m_parts.window);
      }},
     {"actionManage", Engineers, [](WindowActions& own) { own.openModels(); }},
-    {"actionTest", Anybody,
+    {"actionTest", Engineers,
      [](WindowActions& own) {
          own.m_parts.test.setOneStation(own.hasOneStation());
          show(&own.m_parts.test);
@@ -138,7 +138,7 @@ const WindowActions::Row WindowActions::rows[] = {
 
 WindowActions::WindowActions(const Parts& parts)
     : m_parts(parts)
-    , m_engineering({&parts.twoPoint, &parts.fourPoint})
+    , m_engineering({&parts.test, &parts.twoPoint, &parts.fourPoint})
 {
     for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{&parts.twoPoint, &parts.fourPoint})
         connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);
