@@ -1,4 +1,4 @@
-#include "finder/ConcentricFit.h"
+#include "finder/rim/ConcentricFit.h"
 #include "finder/Edges.h"
 #include "finder/Robust.h"
 #include "support/Table.h"
