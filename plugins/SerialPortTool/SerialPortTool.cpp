@@ -9,7 +9,7 @@
 namespace {
 
 /// A device that takes longer to open counts as not open yet; the attempt goes on.
-constexpr std::chrono::milliseconds kOpenWait{1000};
+constexpr std::chrono::milliseconds openWait{1000};
 
 qint32 baudFrom(const QString& text)
 {
@@ -21,6 +21,7 @@ qint32 baudFrom(const QString& text)
 } // namespace
 
 SerialPortTool::SerialPortTool()
+    : m_state(std::make_shared<LineState>())
 {
     m_thread.setObjectName(QStringLiteral("serial line"));
 }
@@ -65,7 +66,7 @@ bool SerialPortTool::open(const QString& portName, const QString& baudRate)
     auto outcome = opened->get_future();
     QMetaObject::invokeMethod(
         m_worker, [worker = m_worker, opened] { worker->start(opened); }, Qt::QueuedConnection);
-    return outcome.wait_for(kOpenWait) == std::future_status::ready && outcome.get();
+    return outcome.wait_for(openWait) == std::future_status::ready && outcome.get();
 }
 
 bool SerialPortTool::reopen(const QString& portName, const QString& baudRate)
@@ -104,6 +105,16 @@ void SerialPortTool::send(const SComFrame& frame, quint64 session)
     }
     QMetaObject::invokeMethod(
         m_worker, [worker = m_worker, frame, session] { worker->write(frame, session); }, Qt::QueuedConnection);
+}
+
+SerialStatus SerialPortTool::status() const
+{
+    return m_state->snapshot();
+}
+
+quint64 SerialPortTool::session() const
+{
+    return m_state->session;
 }
 
 void* SerialPortTool::extension(const char* id)

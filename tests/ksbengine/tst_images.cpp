@@ -1,4 +1,4 @@
-#include "ResultPicture.h"
+#include "Pictures.h"
 #include "Wheels.h"
 #include "finder/Finder.h"
 

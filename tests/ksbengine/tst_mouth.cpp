@@ -1,6 +1,6 @@
 #include "DrawnHole.h"
-#include "finder/MouthFit.h"
-#include "finder/MouthModel.h"
+#include "finder/mouth/MouthFit.h"
+#include "finder/mouth/MouthModel.h"
 #include "support/Table.h"
 
 #include <QtTest>
