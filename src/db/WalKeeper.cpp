@@ -1,7 +1,7 @@
 #include "db/WalKeeper.h"
 
 #include "db/SqlConnection.h"
-#include "platform/FileFlush.h"
+#include "platform/System.h"
 
 #include <QVariant>
 

@@ -14,7 +14,7 @@
 #include "host/Messages.h"
 #include "host/ShowDialog.h"
 #include "modules/ModuleSet.h"
-#include "platform/ModuleFiles.h"
+#include "platform/AppHome.h"
 #include "workflow/CZdCtrl.h"
 
 #include <valvecell/Extension.h>

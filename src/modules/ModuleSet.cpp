@@ -1,19 +1,12 @@
 #include "modules/ModuleSet.h"
 
-#include "modules/CDllCoreCtrl.h"
-#include "modules/CDllDesigner.h"
-#include "modules/CDllEngine.h"
-#include "modules/DllLoader.h"
-#include "modules/ModuleCall.h"
-#include "modules/ModuleReport.h"
-#include "platform/ModuleFiles.h"
+#include "modules/DllModules.h"
+#include "platform/AppHome.h"
 
 #include <valvecell/IDesigner.h>
 #include <valvecell/IEngine.h>
 #include <valvecell/ISerialPort.h>
 #include <valvecell/IUserCtrl.h>
-
-#include <QLibrary>
 
 namespace {
 
@@ -57,7 +50,7 @@ QString ModuleSet::start(const ICoreCtrl::ImageCallback& image)
     return fatal;
 }
 
-/// Nothing is asked or told by the first two callbacks, but a module may count on having them.
+/// The first two callbacks ask and report nothing, but a module may count on having them.
 QString ModuleSet::startCoreCtrl(const ICoreCtrl::ImageCallback& image)
 {
     if (m_coreCtrl)

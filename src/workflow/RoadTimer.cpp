@@ -1,6 +1,6 @@
 #include "workflow/RoadTimer.h"
 
-#include "platform/Memory.h"
+#include "platform/System.h"
 
 #include <QLoggingCategory>
 
