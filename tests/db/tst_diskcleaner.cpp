@@ -1,6 +1,6 @@
 #include "db/archive/FolderSweep.h"
 #include "db/archive/QDiskCleanThread.h"
-#include "platform/DiskSpace.h"
+#include "platform/System.h"
 #include "support/Table.h"
 
 #include <QtTest>
