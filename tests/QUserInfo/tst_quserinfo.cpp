@@ -1,3 +1,4 @@
+#include "support/Look.h"
 #include "support/TempHome.h"
 
 #include <valvecell/IUserAudit.h>
@@ -7,10 +8,8 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QLabel>
 #include <QLayout>
 #include <QLibrary>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
@@ -74,18 +73,9 @@ QString message(QDialog* dialog)
 /// Keeps a picture for the eye, and finds texts that do not fit.
 void look(QWidget* window, const char* name)
 {
-    QDir().mkpath(SCREENSHOTS_DIR);
     window->layout()->activate();
-    QVERIFY(window->grab().save(QStringLiteral(SCREENSHOTS_DIR "/%1.png").arg(name)));
-    const auto children = window->findChildren<QWidget*>();
-    for (const QWidget* child : children) {
-        const auto* label = qobject_cast<const QLabel*>(child);
-        if (!child->isVisible() || (!label && !qobject_cast<const QPushButton*>(child)))
-            continue;
-        const int wanted = label && label->wordWrap() ? 0 : child->sizeHint().width();
-        const int height = label && label->wordWrap() ? label->heightForWidth(label->width()) : 0;
-        QVERIFY2(child->width() >= wanted && child->height() >= height, qPrintable(child->objectName()));
-    }
+    Look::shoot(*window, QLatin1String(name));
+    QCOMPARE(Look::clipped(*window), QStringList());
 }
 
 class English : public QTranslator

@@ -23,7 +23,7 @@ struct TwoModels : IModelSource
 
 } // namespace
 
-class tst_modellibrary : public QObject
+class ModelLibraryTest : public QObject
 {
     Q_OBJECT
 
@@ -165,5 +165,5 @@ private:
     QString file() const { return folder() + "wheelhubzd.db"; }
 };
 
-QTEST_GUILESS_MAIN(tst_modellibrary)
+QTEST_GUILESS_MAIN(ModelLibraryTest)
 #include "tst_modellibrary.moc"

@@ -5,7 +5,7 @@
 #include <QtTest>
 
 /// The statements byte for byte, and the texts that never reach them.
-class tst_sqltext : public QObject
+class SqlTextTest : public QObject
 {
     Q_OBJECT
 
@@ -81,5 +81,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_sqltext)
+QTEST_APPLESS_MAIN(SqlTextTest)
 #include "tst_sqltext.moc"

@@ -66,7 +66,6 @@ private slots:
              {"not calibrated", "{}", "600", "582 – 618 px"},
              {"millimetres of an uncalibrated station", "{}", "150 mm", "请输入数字"}});
     }
-
     void calibratedStationTakesMillimetres()
     {
         const auto [config, typed, hint] = Table::row<QByteArray, QString, QString>();
@@ -252,5 +251,4 @@ private slots:
 };
 
 QTEST_MAIN(DesignerModelsTest)
-
 #include "tst_designermodels.moc"
