@@ -124,7 +124,7 @@ private slots:
         QCOMPARE(messages(2).size(), 1);
     }
 
-    void burstStaysBoundedAndTheLossIsTold()
+    void burstStaysBoundedAndTheLossIsLogged()
     {
         ksLogDB log(file());
         log.setPause(1);

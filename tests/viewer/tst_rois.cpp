@@ -69,7 +69,7 @@ private slots:
         QCOMPARE(pictures.size(), 8);
     }
 
-    void draggedPointTellsItsPixel()
+    void draggedPointReportsItsPixel()
     {
         Setup setup;
         setup.addPoint({100, 120});
