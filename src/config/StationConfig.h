@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Calibration.h"
+
 #include <QPoint>
 #include <QPointF>
 #include <QString>
@@ -26,9 +28,7 @@ struct FourPointCalibration
     QPoint testPoint;                  ///< image pixels
     double xOffset = 0.0;              ///< millimetres, added after the map
     double yOffset = 0.0;
-    /// The map, a 2x3 matrix in row order: x' = m[0] x + m[1] y + m[2], y' = m[3] x + m[4] y + m[5].
-    /// Stored under the keys m11, m21, dx, m12, m22, dy.
-    std::array<double, 6> map{};
+    AffineMap map{};
 };
 
 /// What one station of the cell uses, and how it turns pixels into machine coordinates.
@@ -40,4 +40,14 @@ struct StationConfig
     bool swapXY = false; ///< two-point calibration: swap X and Y
     TwoPointCalibration twoPoint;
     FourPointCalibration fourPoint;
+
+    /// As stored; with nothing stored, the two-point calibration is a scale of 1 and the other one a map to 0.
+    Calibration twoPointCalibration() const
+    {
+        return Calibration::twoPoint(twoPoint.scale, {twoPoint.xOffset, twoPoint.yOffset}, swapXY);
+    }
+    Calibration fourPointCalibration() const
+    {
+        return Calibration::fourPoint(fourPoint.map, {fourPoint.xOffset, fourPoint.yOffset}, fourPoint.swapXY);
+    }
 };

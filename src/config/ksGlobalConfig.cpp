@@ -34,15 +34,15 @@ void visitTwoPoint(Visitor& visitor, TwoPointCalibration& calibration, int n)
     visitPoint(visitor, Key("point1_x_#", n), Key("point1_y_#", n), calibration.point1, 0);
     visitPoint(visitor, Key("point2_x_#", n), Key("point2_y_#", n), calibration.point2, 100);
     visitor.field(Key("length_#", n), calibration.length, 1000.0);
-    visitor.field(Key("StationScale_#", n), calibration.scale, 1.0);
-    visitor.field(Key("StationXOffset_#", n), calibration.xOffset, 0.0);
-    visitor.field(Key("StationYOffset_#", n), calibration.yOffset, 0.0);
+    visitor.field(Key(CalibrationKeys::scale, n), calibration.scale, 1.0);
+    visitor.field(Key(CalibrationKeys::xOffset, n), calibration.xOffset, 0.0);
+    visitor.field(Key(CalibrationKeys::yOffset, n), calibration.yOffset, 0.0);
 }
 
 template <typename Visitor>
 void visitFourPoint(Visitor& visitor, FourPointCalibration& calibration)
 {
-    visitor.field("bXYTrans", calibration.swapXY, false);
+    visitor.field(CalibrationKeys::mapSwapXY, calibration.swapXY, false);
     for (int i = 0; i < 4; ++i)
         visitPoint(visitor, Key("pixpoint#_x", i + 1), Key("pixpoint#_y", i + 1), calibration.pixelPoints[i], 0);
     for (int i = 0; i < 4; ++i) {
@@ -50,15 +50,10 @@ void visitFourPoint(Visitor& visitor, FourPointCalibration& calibration)
         visitor.field(Key("Realpoint#_y", i + 1), calibration.realPoints[i].ry(), 0.0);
     }
     visitPoint(visitor, "testPoint_x", "testPoint_y", calibration.testPoint, 0);
-    visitor.field("xoffset", calibration.xOffset, 0.0);
-    visitor.field("yoffset", calibration.yOffset, 0.0);
-    auto& [m11, m21, dx, m12, m22, dy] = calibration.map;
-    visitor.field("m11", m11, 0.0);
-    visitor.field("m12", m12, 0.0);
-    visitor.field("m21", m21, 0.0);
-    visitor.field("m22", m22, 0.0);
-    visitor.field("dx", dx, 0.0);
-    visitor.field("dy", dy, 0.0);
+    visitor.field(CalibrationKeys::mapXOffset, calibration.xOffset, 0.0);
+    visitor.field(CalibrationKeys::mapYOffset, calibration.yOffset, 0.0);
+    for (const int i : {0, 3, 1, 4, 2, 5}) // the file's order
+        visitor.field(CalibrationKeys::map[i], calibration.map[i], 0.0);
 }
 
 QString filePath()
@@ -89,17 +84,17 @@ void ksGlobalConfig::visit(Visitor& visitor)
     visitor.field("station_solution_2", second.solution, QString());
     visitor.field("station_runModel_1", first.runModel, QString());
     visitor.field("station_runModel_2", second.runModel, QString());
-    visitor.field("station_xytrans_1", first.swapXY, false);
-    visitor.field("station_xytrans_2", second.swapXY, false);
+    visitor.field(Key(CalibrationKeys::swapXY, 1), first.swapXY, false);
+    visitor.field(Key(CalibrationKeys::swapXY, 2), second.swapXY, false);
     visitor.field("use_clear_protect", useClearProtect, false);
     visitor.field("onlineMode", onlineMode, false);
     visitTwoPoint(visitor, first.twoPoint, 1);
     visitTwoPoint(visitor, second.twoPoint, 2);
     visitor.field("pointCircle", pointCircle, 20);
     visitor.field("trigerFilter", trigerFilter, 1000);
-    visitor.field("use4pointstand", use4pointstand, false);
-    visitor.object("station1_4p", [&](auto& inner) { visitFourPoint(inner, first.fourPoint); });
-    visitor.object("station2_4p", [&](auto& inner) { visitFourPoint(inner, second.fourPoint); });
+    visitor.field(CalibrationKeys::useFourPoint, use4pointstand, false);
+    visitor.object(Key(CalibrationKeys::fourPoint, 1), [&](auto& inner) { visitFourPoint(inner, first.fourPoint); });
+    visitor.object(Key(CalibrationKeys::fourPoint, 2), [&](auto& inner) { visitFourPoint(inner, second.fourPoint); });
 }
 
 int ksGlobalConfig::stationOfSolution(const QString& solution) const

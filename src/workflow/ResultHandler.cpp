@@ -2,7 +2,6 @@
 
 #include "config/ksGlobalConfig.h"
 #include "db/StationResult.h"
-#include "workflow/CoordinateTransform.h"
 #include "workflow/IResultStore.h"
 #include "workflow/LogTime.h"
 #include "workflow/PlcLink.h"
@@ -79,7 +78,7 @@ QPointF ResultHandler::reply(int station, const TaskResult& result)
 {
     if (station == 0)
         return {};
-    const QPointF machine = toMachine(m_config.station(station), m_config.use4pointstand, result.center);
+    const QPointF machine = m_config.calibration(station).toMachine(result.center);
     m_link.sendResult(station, result.angle, machine.x(), machine.y());
     emit replied(station, result.taskTime);
     return machine;

@@ -6,7 +6,7 @@
 #include "common/forms/ChoiceBox.h"
 #include "dialogs/DialogDriver.h"
 #include "dialogs/calibration/CalibrationBench.h"
-#include "dialogs/calibration/ksImageCaliUI.h"
+#include "dialogs/calibration/CalibrationDialog.h"
 #include "dialogs/cameras/QCameraEditUI.h"
 #include "dialogs/cameras/QCameraManagerUI.h"
 #include "dialogs/models/QModelEditUI.h"

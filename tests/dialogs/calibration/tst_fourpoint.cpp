@@ -1,9 +1,8 @@
 #include "CalibrationBench.h"
-#include "dialogs/calibration/ksImageCaliUI4P.h"
+#include "dialogs/calibration/CalibrationDialog.h"
 #include "finder/Finder.h"
 #include "ksbengine/Wheels.h"
 #include "support/Table.h"
-#include "workflow/CoordinateTransform.h"
 
 #include <cmath>
 
@@ -208,7 +207,7 @@ private slots:
         const StationConfig& station = bench.config()->stations[0];
         const QPointF truly = machine.map(QPointF(truth.holeCenter.x, truth.holeCenter.y));
         const auto error = [&](const cv::Point2d& hole) {
-            return QLineF(toMachine(station, true, {hole.x, hole.y}), truly).length();
+            return QLineF(station.fourPointCalibration().toMachine({hole.x, hole.y}), truly).length();
         };
         QVERIFY2(error(truth.holeCenter) < 0.015,
                  QByteArray::number(error(truth.holeCenter))); // the calibration's part

@@ -1,5 +1,5 @@
 #include "CalibrationBench.h"
-#include "dialogs/calibration/ksImageCaliUI.h"
+#include "dialogs/calibration/CalibrationDialog.h"
 #include "support/Table.h"
 
 #include <QFileDialog>
