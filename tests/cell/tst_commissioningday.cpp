@@ -136,7 +136,7 @@ private:
         hand.press("addButton");
         const DialogDriver fields(*manager.findChild<QCameraEditUI*>());
         fields.type("keyEdit", QStringLiteral("新相机"));
-        fields.type("folderEdit", QStringLiteral("images/2"));
+        fields.type("folder", QStringLiteral("images/2"));
         fields.press("okButton");
         hand.press("okButton");
         QVERIFY2(!manager.isVisible(), qPrintable(hand.message()));

@@ -83,7 +83,7 @@ private slots:
         manager.press("settingsButton");
         QCOMPARE(cell.window.findChildren<QCameraSettingsUI*>().size(), 1);
         const DialogDriver settings(*cell.window.findChild<QCameraSettingsUI*>());
-        settings.type("exposureEdit", "3");
+        settings.type("exposure_ms", "3");
         settings.press("applyButton");
         QCOMPARE(told, QStringList("camera/cam1/exposure_ms"));
         settings.press("liveButton");

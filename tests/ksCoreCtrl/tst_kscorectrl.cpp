@@ -133,7 +133,7 @@ QByteArray oneCamera(const char* settings = R"("exposure_ms":1,"transfer_ms":1)"
     return R"({"cameras":[{"key":"cam1","type":100,"folder":"images/1",)" + QByteArray(settings) + "}]}";
 }
 
-const QStringList kCam1{QStringLiteral("cam1")};
+const QStringList cam1{QStringLiteral("cam1")};
 
 } // namespace
 
@@ -170,8 +170,8 @@ private slots:
         ICoreCtrl* core = cell.start(oneCamera(R"("exposure_ms":60,"transfer_ms":40.5)"));
         QElapsedTimer clock;
         clock.start();
-        core->trigger(kCam1);
-        core->trigger(kCam1);
+        core->trigger(cam1);
+        core->trigger(cam1);
         QTRY_COMPARE(cell.widths("cam1").size(), 1);
         QVERIFY(clock.nsecsElapsed() >= 100'500'000);
         QTRY_COMPARE(cell.widths("cam1").size(), 2);
@@ -223,7 +223,8 @@ private slots:
         QCOMPARE(status("gige").type, CameraType::Gige);
         QVERIFY(status("gige").message.contains("120"));
         QCOMPARE(status("odd").type, CameraType::Unknown);
-        QVERIFY(status("slow").message.contains("exposure_ms"));
+        QCOMPARE(status("slow").message,
+                 QStringLiteral("相机“slow”：曝光时间 (exposure_ms) 的值“1000000000”不对，应为：0 到 10000 毫秒"));
         QVERIFY(status("typed").message.contains("transfer_ms"));
 
         cell.core->trigger(keys + QStringList("stranger"));
@@ -243,7 +244,7 @@ private slots:
         cell.saveImage("/images/1/e.png", 6);
         ICoreCtrl* core = cell.start(oneCamera());
         for (int i = 0; i < 3; ++i)
-            core->trigger(kCam1);
+            core->trigger(cam1);
         QTRY_COMPARE(cell.widths("cam1"), QVector<int>({5, 6, 5}));
         const QStringList skipped = cell.notes("imageSkipped");
         QCOMPARE(skipped.size(), 3);
@@ -256,13 +257,13 @@ private slots:
         Cell cell;
         QDir().mkpath(cell.home.path("/images/1"));
         ICoreCtrl* core = cell.start(oneCamera());
-        core->trigger(kCam1);
+        core->trigger(cam1);
         QTRY_COMPARE(cell.notes("noImage").size(), 1);
         QCOMPARE(cell.settings()->status("cam1").state, CameraState::Opened);
         QVERIFY(cell.preview("cam1"));
         QTRY_VERIFY(cell.previews().join(' ').contains("images/1"));
         cell.saveImage("/images/1/late.png", 9);
-        core->trigger(kCam1);
+        core->trigger(cam1);
         QTRY_COMPARE(cell.widths("cam1"), QVector<int>{9});
         QTRY_COMPARE(cell.settings()->status("cam1").state, CameraState::Running);
         QCOMPARE(cell.settings()->status("cam1").size, QSize(9, 3));
@@ -291,7 +292,7 @@ private slots:
         const auto [file, saved, delivered, told] = Table::row<QString, QImage, QImage::Format, PixelFormat>();
         Cell cell;
         cell.saveImage("/images/1/" + file, saved);
-        cell.start(oneCamera())->trigger(kCam1);
+        cell.start(oneCamera())->trigger(cam1);
         QTRY_COMPARE(cell.lastImage().format(), delivered);
         QCOMPARE(cell.lastImage().pixelColor(30, 1), QColor(90, 90, 90));
         QTRY_COMPARE(cell.settings()->status("cam1").format, told);
@@ -303,7 +304,7 @@ private slots:
         cell.saveImage("/images/1/a.png", 5);
         ICoreCtrl* core = cell.start(oneCamera(R"("exposure_ms":10000,"transfer_ms":10000)"));
         for (int i = 0; i < 40; ++i)
-            core->trigger(kCam1);
+            core->trigger(cam1);
         const int dropped = cell.notes("triggerDropped").size();
         QVERIFY2(dropped == 23 || dropped == 24, qPrintable(QString::number(dropped)));
         QElapsedTimer clock;
@@ -311,7 +312,7 @@ private slots:
         core->stop();
         QVERIFY(clock.elapsed() < 10'000);
         QCOMPARE(cell.widths("cam1").size(), 1);
-        core->trigger(kCam1);
+        core->trigger(cam1);
         QCOMPARE(cell.settings()->status("cam1").state, CameraState::Closed);
     }
 
@@ -326,7 +327,7 @@ private slots:
         const QVariantMap wanted{{"folder", "images/2"}, {"exposure_ms", 0}, {"transfer_ms", 2.5}};
         QVERIFY2(cell.settings()->applySettings("cam1", wanted, &error), qPrintable(error));
         QCOMPARE(cell.settings()->settings("cam1"), wanted);
-        cell.core->trigger(kCam1);
+        cell.core->trigger(cam1);
         QTRY_COMPARE(cell.widths("cam1"), QVector<int>{6});
 
         const auto stored = QJsonDocument::fromJson(cell.home.read("/user/camera.json")).object();
@@ -339,7 +340,7 @@ private slots:
     void wrongSettingIsRefusedAndNothingChanges_data()
     {
         Table::of<QString, QVariantMap, QString>(
-            {{"negative", "cam1", QVariantMap{{"exposure_ms", -1}, {"folder", "x"}}, "exposure_ms"},
+            {{"negative", "cam1", QVariantMap{{"exposure_ms", -1}, {"folder", "x"}}, "“-1”不对，应为：0 到 10000 毫秒"},
              {"not a number", "cam1", QVariantMap{{"transfer_ms", qQNaN()}}, "transfer_ms"},
              {"text", "cam1", QVariantMap{{"transfer_ms", "１０"}}, "transfer_ms"},
              {"blank folder", "cam1", QVariantMap{{"folder", " "}}, "folder"},
@@ -388,8 +389,8 @@ private slots:
         }
         QCOMPARE(cell.previews(), QStringList({"1", "2", "3", "1", "2"}));
         QCOMPARE(cell.widths("cam1"), QVector<int>());
-        core->trigger(kCam1);
-        core->trigger(kCam1);
+        core->trigger(cam1);
+        core->trigger(cam1);
         QTRY_COMPARE(cell.widths("cam1"), QVector<int>({1, 2}));
         QVERIFY(!cell.preview("stranger"));
     }
@@ -403,7 +404,7 @@ private slots:
             cell.preview("cam1");
         QVERIFY2(!cell.preview("cam1"), "they do not pile up");
         QVERIFY(cell.settings()->applySettings("cam1", {{"exposure_ms", 0}, {"transfer_ms", 0}}, nullptr));
-        core->trigger(kCam1);
+        core->trigger(cam1);
         QTRY_COMPARE(cell.widths("cam1"), QVector<int>{5});
         QTRY_COMPARE(cell.previews().size(), 4);
     }
@@ -467,7 +468,7 @@ private slots:
         QVERIFY(!cell.list()->changeCameras(isEntry ? QVector<CameraEntry>{entry} : QVector<CameraEntry>(),
                                             removed.isEmpty() ? QStringList() : QStringList{removed}, &error));
         QVERIFY2(error.contains(said), qPrintable(error));
-        QCOMPARE(cell.core->cameraKeys(), kCam1);
+        QCOMPARE(cell.core->cameraKeys(), cam1);
         QCOMPARE(cell.home.read("/user/camera.json"), json);
     }
 };

@@ -76,6 +76,8 @@ private slots:
     {
         QTest::addColumn<int>("fewest");
         QTest::newRow("src") << 300;
+        QTest::newRow("include") << 10;
+        QTest::newRow("plugins/ksCoreCtrl") << 15;
         QTest::newRow("plugins/QUserInfo") << 50;
         QTest::newRow("plugins/ksbengine") << 30;
         QTest::newRow("plugins/ksdesigner") << 150;
