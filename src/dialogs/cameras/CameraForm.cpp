@@ -90,11 +90,8 @@ CameraForm::CameraForm(QWidget* parent)
 void CameraForm::setParameters(const QVector<CameraParameter>& parameters)
 {
     if (!showsSame(parameters)) {
-        for (const Row& row : qAsConst(m_rows)) {
-            for (QWidget* widget : {static_cast<QWidget*>(row.caption), row.field, static_cast<QWidget*>(row.unit),
-                                    static_cast<QWidget*>(row.browse)})
-                delete widget;
-        }
+        for (const Row& row : qAsConst(m_rows))
+            qDeleteAll(widgetsOf(row));
         m_rows.clear();
         for (const CameraParameter& parameter : parameters)
             addRow(parameter);
@@ -105,6 +102,11 @@ void CameraForm::setParameters(const QVector<CameraParameter>& parameters)
         m_rows[i].parameter = parameters[i];
         label(m_rows[i]);
     }
+}
+
+QVector<QWidget*> CameraForm::widgetsOf(const Row& row)
+{
+    return {row.caption, row.field, row.unit ? static_cast<QWidget*>(row.unit) : row.browse};
 }
 
 bool CameraForm::showsSame(const QVector<CameraParameter>& parameters) const
@@ -131,6 +133,8 @@ void CameraForm::addRow(const CameraParameter& parameter)
         row.unit->setObjectName(parameter.name + QStringLiteral("Unit"));
         m_grid->addWidget(row.unit, line, 2);
     }
+    for (QWidget* widget : widgetsOf(row))
+        widget->setVisible(true); // at once, though the form may be on the screen already
     m_rows.append(row);
     setValue(row.field, parameter.initial);
 }
@@ -191,9 +195,7 @@ void CameraForm::orderTabs()
 {
     QWidget* last = this;
     for (const Row& row : qAsConst(m_rows)) {
-        for (QWidget* widget : {row.field, static_cast<QWidget*>(row.browse)}) {
-            if (!widget)
-                continue;
+        for (QWidget* widget : widgetsOf(row)) {
             setTabOrder(last, widget);
             last = widget;
         }

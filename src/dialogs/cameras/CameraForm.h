@@ -47,6 +47,7 @@ private:
         FolderProbe* probe;
     };
 
+    static QVector<QWidget*> widgetsOf(const Row& row);
     bool showsSame(const QVector<CameraParameter>& parameters) const;
     void addRow(const CameraParameter& parameter);
     QWidget* makeField(const CameraParameter& parameter);
