@@ -1,18 +1,16 @@
 // What the author of a module does: takes the installed headers, builds the example, and has its module used.
 
+#include "support/Delivered.h"
 #include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/ICameraParameters.h>
 #include <valvecell/ICameraSettings.h>
-#include <valvecell/ICoreCtrl.h>
 
-#include <QLibrary>
 #include <QProcess>
 
 #include <memory>
-#include <mutex>
 
 namespace {
 
@@ -67,40 +65,6 @@ private:
     QTemporaryDir m_dir;
 };
 
-/// What the module's threads delivered.
-class Delivered
-{
-public:
-    void connectTo(ICoreCtrl& core)
-    {
-        core.setRequestCallback([](const QString&, const QVariant&) { return QVariant(); });
-        core.setNotificationCallback([this](const QString& topic, const QVariant& value) {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            m_notes.append(topic + ": " + value.toString());
-        });
-        core.setImageCallback([this](const QString& key, const QImage& image) {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            m_images[key].append(image);
-        });
-    }
-    QVector<QImage> images(const QString& key) const
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_images.value(key);
-    }
-    int count(const QString& key) const { return images(key).size(); }
-    QStringList notes() const
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_notes;
-    }
-
-private:
-    mutable std::mutex m_mutex; // protects the two below; one that a thread sanitizer understands
-    QMap<QString, QVector<QImage>> m_images;
-    QStringList m_notes;
-};
-
 const QString left = QStringLiteral("左");
 const QString right = QStringLiteral("right");
 const QByteArray twoCameras = R"({"cameras": [
@@ -130,10 +94,7 @@ private slots:
     {
         const QString failed = m_outside.make(QStringLiteral("TestPatternCamera"));
         QVERIFY2(failed.isEmpty(), qPrintable(failed));
-        QLibrary library(m_outside.prefix() + QStringLiteral("/bin/ksCoreCtrl"));
-        m_init = reinterpret_cast<CoreCtrlInitFunction>(library.resolve("Lib_CoreCtrl_Init"));
-        QVERIFY2(m_init && library.resolve("Lib_CoreCtrl_Free"),
-                 qPrintable(library.fileName() + library.errorString()));
+        m_init = Delivered::init(m_outside.prefix() + QStringLiteral("/bin/ksCoreCtrl"));
     }
 
     void installedHeadersAreTheOnlyOnesUsed()
@@ -163,8 +124,8 @@ private slots:
 
         for (int i = 0; i < 3; ++i)
             core->trigger({right, left});
-        QTRY_COMPARE(delivered.count(left), 3);
-        QCOMPARE(delivered.count(right), 0);
+        QTRY_COMPARE(delivered.images(left).size(), 3);
+        QCOMPARE(delivered.images(right).size(), 0);
         const QVector<QImage> images = delivered.images(left);
         QCOMPARE(images[0].size(), QSize(321, 240));
         QVERIFY2(images[0] != images[1] && images[1] != images[2], "the pattern stands still");
@@ -183,14 +144,14 @@ private slots:
         delivered.connectTo(*core);
         core->trigger({right, right, right});
         core->trigger({left});
-        QTRY_COMPARE(delivered.count(left), 1);
+        QTRY_COMPARE(delivered.images(left).size(), 1);
         core->stop();
-        const int captured = delivered.count(right);
+        const int captured = delivered.images(right).size();
         QVERIFY2(captured <= 1, "triggers that waited are dropped");
         core->trigger({right, left, "stranger"});
         core.reset();
-        QCOMPARE(delivered.count(right), captured);
-        QCOMPARE(delivered.count(left), 1);
+        QCOMPARE(delivered.images(right).size(), captured);
+        QCOMPARE(delivered.images(left).size(), 1);
         QCOMPARE(delivered.notes(), QStringList());
     }
 
@@ -203,12 +164,12 @@ private slots:
         const auto core = started();
         before.connectTo(*core);
         core->trigger({left});
-        QTRY_COMPARE(before.count(left), 1);
+        QTRY_COMPARE(before.images(left).size(), 1);
         after.connectTo(*core);
         core->trigger({left, "stranger"});
-        QTRY_COMPARE(after.count(left), 1);
+        QTRY_COMPARE(after.images(left).size(), 1);
         QCOMPARE(after.notes(), QStringList("unknownCamera: stranger"));
-        QCOMPARE(before.count(left), 1);
+        QCOMPARE(before.images(left).size(), 1);
         QCOMPARE(before.notes(), QStringList());
         core->stop();
     }
@@ -230,7 +191,7 @@ private slots:
         Delivered delivered;
         delivered.connectTo(*core);
         core->trigger({left});
-        QTRY_COMPARE(delivered.count(left), 1);
+        QTRY_COMPARE(delivered.images(left).size(), 1);
         QCOMPARE(delivered.images(left)[0].size(), QSize(640, 240));
         core->stop();
     }
