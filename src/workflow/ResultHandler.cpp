@@ -2,7 +2,6 @@
 
 #include "config/ksGlobalConfig.h"
 #include "db/StationDB.h"
-#include "workflow/CoordinateTransform.h"
 #include "workflow/IResultStore.h"
 
 namespace {
@@ -124,7 +123,7 @@ ResultHandler::Verdict ResultHandler::reply(const Part& part)
     verdict.sent = PlcLink::asSent(part.result.angle, 0, 0);
     if (part.station == 0)
         return verdict;
-    const QPointF machine = toMachine(m_config.station(part.station), m_config.use4pointstand, part.result.center);
+    const QPointF machine = m_config.calibration(part.station).toMachine(part.result.center);
     verdict.sent = send(part.trigger, part.station, part.result.angle, machine);
     emit replied(part.trigger, part.result.taskTime);
     verdict.good = verdict.sent.delivered && verdict.sent.carried;

@@ -5,7 +5,7 @@
 #include "common/forms/ChoiceBox.h"
 #include "dialogs/DialogDriver.h"
 #include "dialogs/calibration/CalibrationBench.h"
-#include "dialogs/calibration/ksImageCaliUI.h"
+#include "dialogs/calibration/CalibrationDialog.h"
 #include "dialogs/cameras/QCameraEditUI.h"
 #include "dialogs/cameras/QCameraManagerUI.h"
 #include "dialogs/models/QModelEditUI.h"
@@ -135,7 +135,7 @@ private:
         hand.press("addButton");
         const DialogDriver fields(*manager.findChild<QCameraEditUI*>());
         fields.type("keyEdit", QStringLiteral("新相机"));
-        fields.type("folderEdit", QStringLiteral("images/2"));
+        fields.type("folder", QStringLiteral("images/2"));
         fields.press("okButton");
         hand.press("okButton");
         QVERIFY2(!manager.isVisible(), qPrintable(hand.message()));

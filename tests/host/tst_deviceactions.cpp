@@ -63,7 +63,7 @@ private slots:
         QCOMPARE(program.window->findChildren<QCameraSettingsUI*>().size(), 1);
         const QPointer<QDialog> one = program.open("QCameraSettingsUI");
         const DialogDriver settings(*one);
-        settings.type("exposureEdit", "3");
+        settings.type("exposure_ms", "3");
         SystemLog::setOutput(keepLine);
         settings.press("applyButton");
         SystemLog::setOutput(nullptr);

@@ -60,7 +60,7 @@ private slots:
     void moduleOfAnotherInterfaceIsNeverCalledAndReportedWithFileAndVersions()
     {
         QTest::ignoreMessage(QtWarningMsg,
-                             QRegularExpression("ksCoreCtrl: .*otherinterface.*ksCoreCtrl.*接口版本 2.1.*1\\.0"));
+                             QRegularExpression("ksCoreCtrl: .*otherinterface.*ksCoreCtrl.*接口版本 2.1.*1\\.1"));
         ModuleSet modules({fakes("otherinterface")});
         QCOMPARE(modules.start(nobody), QStringLiteral("Corectrl模块加载失败,请检查!"));
         QCOMPARE(protocol(), QStringList());

@@ -1,10 +1,32 @@
 #include "ParameterPanel.h"
 
+#include "common/Calibration.h"
 #include "model/ModelDrafts.h"
 #include "model/ParameterRules.h"
-#include "model/PixelScale.h"
 #include "ui_ParameterPanel.h"
 #include "widgets/Ink.h"
+
+#include <valvecell/HomeFiles.h>
+
+#include <cmath>
+
+namespace {
+
+/// Of the station that runs the solution; 0 when none does or it is not calibrated.
+double millimetresPerPixel(const QString& solution)
+{
+    const QJsonObject config =
+        HomeFiles::readJson(HomeFiles::home() + QStringLiteral("/user/globalConfig.json")).object;
+    for (const int station : {1, 2}) {
+        const double scale = Calibration::ofStation(config, station).mmPerPixel();
+        const bool runs = config.value(QStringLiteral("station_solution_%1").arg(station)).toString() == solution;
+        if (runs && scale > 0 && std::isfinite(scale))
+            return scale;
+    }
+    return 0;
+}
+
+} // namespace
 
 ParameterPanel::ParameterPanel(ModelDrafts* drafts, QWidget* parent)
     : QWidget(parent)

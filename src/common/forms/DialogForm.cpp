@@ -13,7 +13,12 @@ constexpr int kFingerHeight = 34;
 void DialogForm::prepare(QDialog* dialog)
 {
     dialog->setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    const auto children = dialog->findChildren<QWidget*>();
+    prepareFields(dialog);
+}
+
+void DialogForm::prepareFields(QWidget* form)
+{
+    const auto children = form->findChildren<QWidget*>();
     for (QWidget* child : children) {
         const bool field = qobject_cast<QLineEdit*>(child) || qobject_cast<QComboBox*>(child);
         if (field || qobject_cast<QPushButton*>(child))

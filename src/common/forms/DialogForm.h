@@ -9,6 +9,8 @@ namespace DialogForm {
 
 /// What all dialogs have in common: fields and buttons as high as a finger needs, no button for context help.
 void prepare(QDialog* dialog);
+/// The same heights for fields that come later.
+void prepareFields(QWidget* form);
 
 /// The keys click the button; it needs none of them in its text.
 void addShortcut(QDialog* dialog, const QKeySequence& keys, QAbstractButton* button);

@@ -1,7 +1,13 @@
 #pragma once
 
+#include "graphics/ViewOverlay.h"
+
 #include <QPolygonF>
 
+#include <memory>
+#include <vector>
+
+class Calibration;
 class PointsItem;
 class PolygonItem;
 class QGraphicsItem;
@@ -27,3 +33,7 @@ private:
     PointsItem* m_expected;
     PolygonItem* m_miss;
 };
+
+/// What a calibrated picture says of the machine: its axes, and a scale bar in millimetres. Nothing for a calibration
+/// that has no way back to the picture.
+std::vector<std::unique_ptr<ViewOverlay>> machineOverlays(const Calibration& calibration);
