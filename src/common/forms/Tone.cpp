@@ -1,23 +1,16 @@
 #include "common/forms/Tone.h"
 
-#include <QApplication>
 #include <QLabel>
+#include <QPalette>
 #include <QStyle>
 #include <QVariant>
 #include <QWidget>
 
 namespace {
 
-bool isDark()
+const LookColors::Sign& signOf(Tone tone)
 {
-    return QApplication::palette().color(QPalette::Window).lightness() < 128;
-}
-
-QColor textColor(Tone tone)
-{
-    if (tone == Tone::Error)
-        return isDark() ? QColor(0xff8a80) : QColor(0xb3261e);
-    return isDark() ? QColor(0xffcc66) : QColor(0x8a5300);
+    return tone == Tone::Error ? lookColors().bad : lookColors().caution;
 }
 
 const char* toneName(Tone tone)
@@ -37,16 +30,23 @@ const char* toneName(Tone tone)
 
 QColor toneGround(Tone tone)
 {
-    if (tone == Tone::Error)
-        return isDark() ? QColor(0x5c2320) : QColor(0xfddcd8);
-    return isDark() ? QColor(0x574314) : QColor(0xfff1d0);
+    return signOf(tone).ground;
+}
+
+void setGround(QWidget* widget, const LookColors::Sign& sign)
+{
+    QPalette palette;
+    palette.setColor(QPalette::Window, sign.ground);
+    palette.setColor(QPalette::WindowText, sign.ink);
+    widget->setPalette(palette);
+    widget->setAutoFillBackground(true);
 }
 
 void setTone(QWidget* widget, Tone tone)
 {
     QPalette palette; // by palette: a style sheet of its own would give a field another height
     if (tone != Tone::Plain && qobject_cast<QLabel*>(widget)) {
-        palette.setColor(QPalette::WindowText, textColor(tone));
+        palette.setColor(QPalette::WindowText, signOf(tone).ink);
     } else if (tone != Tone::Plain) {
         palette.setColor(QPalette::Base, toneGround(tone));
         palette.setColor(QPalette::Button, toneGround(tone)); // the ground of a closed list

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QColor>
+#include "common/LookColors.h"
 
 class QWidget;
 
@@ -10,6 +10,9 @@ enum class Tone { Plain, Warning, Error };
 
 /// The ground of a field or cell that is meant so; not for Tone::Plain.
 QColor toneGround(Tone tone);
+
+/// Paints a label or a frame with its labels on a ground of its own.
+void setGround(QWidget* widget, const LookColors::Sign& sign);
 
 /// Colours a label's text or a field's ground.
 void setTone(QWidget* widget, Tone tone);
