@@ -61,7 +61,7 @@ DesignerWindow::DesignerWindow(IEngine* engine, QWidget* parent)
 
 DesignerWindow::~DesignerWindow()
 {
-    leave(); // a field that loses the focus tells it while there is still somebody to hear it
+    leave(); // a field that loses the focus emits it while there is still somebody to hear it
 }
 
 template <typename Panel>

@@ -17,7 +17,7 @@ int decimalsOf(int column)
     }
 }
 
-/// What the columns of a recipe tell, in their order.
+/// What the columns of a recipe show, in their order.
 enum Part { Found, Angle, Score, Time, X, Y, Residual };
 
 Part partOf(int column)
@@ -65,7 +65,7 @@ QString verdictText(BatchRow::Verdict verdict)
     return {};
 }
 
-/// Text or number; invalid where there is nothing to tell.
+/// Text or number; invalid where there is nothing to show.
 QVariant valueOf(const BatchRow& row, int column)
 {
     if (column == BatchTable::Image)

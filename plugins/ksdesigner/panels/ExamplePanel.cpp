@@ -1,6 +1,6 @@
 #include "ExamplePanel.h"
 
-#include "common/forms/Tone.h"
+#include "common/forms/InlineMessage.h"
 #include "model/ModelDrafts.h"
 #include "model/ParameterRules.h"
 #include "ui_ExamplePanel.h"

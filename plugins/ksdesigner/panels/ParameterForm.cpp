@@ -1,6 +1,6 @@
 #include "ParameterForm.h"
 
-#include "common/forms/Tone.h"
+#include "common/forms/InlineMessage.h"
 #include "model/ParameterRules.h"
 
 #include <QCheckBox>

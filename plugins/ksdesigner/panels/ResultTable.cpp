@@ -1,7 +1,7 @@
 #include "ResultTable.h"
 
 #include "common/TaskResult.h"
-#include "common/forms/Tone.h"
+#include "common/forms/InlineMessage.h"
 #include "ui_ResultTable.h"
 
 namespace {

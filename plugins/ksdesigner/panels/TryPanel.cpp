@@ -1,6 +1,6 @@
 #include "TryPanel.h"
 
-#include "common/forms/Tone.h"
+#include "common/forms/InlineMessage.h"
 #include "model/ExampleStore.h"
 #include "model/ModelDrafts.h"
 #include "model/ParameterRules.h"

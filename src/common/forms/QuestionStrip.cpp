@@ -1,6 +1,6 @@
 #include "common/forms/QuestionStrip.h"
 
-#include "common/forms/Tone.h"
+#include "common/forms/InlineMessage.h"
 #include "ui_QuestionStrip.h"
 
 #include <QKeyEvent>
