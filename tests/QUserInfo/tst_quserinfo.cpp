@@ -11,7 +11,6 @@
 #include <QLayout>
 #include <QLibrary>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSpinBox>
@@ -252,9 +251,9 @@ private slots:
         QTRY_VERIFY(program.home.read("/user/users.json") != before);
 
         in<QPushButton>(manager, "removeButton")->click();
-        auto* question = qobject_cast<QMessageBox*>(openDialog("QMessageBox"));
-        QVERIFY(question && question->text().contains(QStringLiteral("王师傅")));
-        question->button(QMessageBox::Ok)->click();
+        QVERIFY(in<QLabel>(manager, "question")->text().contains(QStringLiteral("王师傅")));
+        look(manager, "quserinfo_remove");
+        in<QPushButton>(manager, "firstAnswer")->click();
         QTRY_COMPARE(table->rowCount(), 2);
         const QStringList told{": user/boss/role >administrator",        "boss: user/李工/role >engineer",
                                "boss: user/王师傅/role >operator",       "boss: user/李工/role engineer>operator",

@@ -130,12 +130,12 @@ private slots:
         bench.press("renameButton");
         auto* ask = bench.get<QWidget>("ModelPanel")->findChild<QWidget*>("ask");
         for (const QString& name : QStringList{"轮毂19寸", "auto", "", " 轮毂", "轮毂17寸"}) {
-            ask->findChild<QLineEdit*>("nameEdit")->setText(name);
-            QVERIFY2(!ask->findChild<QPushButton*>("firstButton")->isEnabled(), qPrintable(name));
-            QVERIFY(!ask->findChild<QLabel*>("problem")->text().isEmpty());
+            ask->findChild<QLineEdit*>("answerEdit")->setText(name);
+            QVERIFY2(!ask->findChild<QPushButton*>("firstAnswer")->isEnabled(), qPrintable(name));
+            QVERIFY(!ask->findChild<QLabel*>("answerProblem")->text().isEmpty());
         }
         bench.shoot("name");
-        QTest::keyClick(ask->findChild<QLineEdit*>("nameEdit"), Qt::Key_Escape);
+        QTest::keyClick(ask->findChild<QLineEdit*>("answerEdit"), Qt::Key_Escape);
         QVERIFY(ask->isHidden());
         QCOMPARE(bench.engine.solutions["工位1"].size(), 3);
     }
