@@ -1,23 +1,28 @@
 #pragma once
 
-#include <QSize>
-#include <QString>
-#include <QVector>
+#include <valvecell/ICameraParameters.h>
 
-#include <chrono>
-
-/// One camera as the plant configured it.
-struct CameraEntry
-{
-    QString key; ///< the name by which the program knows the camera
-    QSize size;  ///< of its images, pixels
-    std::chrono::milliseconds exposure{0};
-};
-
-/// Reads the cameras of "user/camera.json" in the home, the file of the bundled core control:
+/// The cameras as the plant configured them in "user/camera.json" in the home, the file of the bundled core control:
 ///
 ///     {"cameras": [{"key": "cam1", "width": 1280, "height": 1024, "exposure_ms": 5}, ...]}
-///
-/// "key" alone is needed; a number that is missing, wrong or out of range is replaced by the one above. Empty when the
-/// file cannot be read. What is wrong is told by a warning that names file and place.
-QVector<CameraEntry> readCameraList();
+namespace CameraList {
+
+/// One camera: the name by which the program knows it, and a value for each parameter.
+struct Entry
+{
+    QString key;
+    QVariantMap settings;
+};
+
+/// What each camera can be set to; the dialogs show a field for each, and the file is checked by them.
+QVector<CameraParameter> parameters();
+
+/// "key" alone is needed; a setting that is missing or wrong gets its initial value. Empty when the file cannot be
+/// read. What is wrong is reported by a warning that names file and place.
+QVector<Entry> read();
+
+/// Stores some settings of one camera and leaves all else in the file as it is. False with the reason when it cannot be
+/// written.
+bool store(const QString& key, const QVariantMap& settings, QString* error);
+
+} // namespace CameraList

@@ -1,5 +1,7 @@
 #include "TestPatternCamera.h"
 
+#include "CameraList.h"
+
 #include <valvecell/Export.h>
 
 #include <algorithm>
@@ -21,17 +23,17 @@ void TestPatternCamera::setNotificationCallback(NotificationCallback callback)
 
 void TestPatternCamera::start()
 {
-    const auto entries = readCameraList();
-    for (const CameraEntry& entry : entries) {
+    const auto entries = CameraList::read();
+    for (const CameraList::Entry& entry : entries) {
         m_keys.append(entry.key);
         m_cameras.push_back(std::make_unique<PatternCamera>(
-            entry, [this](const QString& key, const QImage& image) { deliver(key, image); }));
+            entry.key, entry.settings, [this](const QString& key, const QImage& image) { deliver(key, image); }));
     }
 }
 
 void TestPatternCamera::stop()
 {
-    // All are told before the first is waited for, so that stopping takes as long as the slowest camera alone.
+    // All are asked before the first is waited for, so that stopping takes as long as the slowest camera alone.
     for (const auto& camera : m_cameras)
         camera->requestStop();
     m_cameras.clear();
@@ -47,6 +49,44 @@ void TestPatternCamera::trigger(const QStringList& cameraKeys)
         else
             m_notify(QStringLiteral("unknownCamera"), key);
     }
+}
+
+void* TestPatternCamera::extension(const char* id)
+{
+    if (qstrcmp(id, ICameraSettings::id) == 0)
+        return static_cast<ICameraSettings*>(this);
+    return qstrcmp(id, ICameraParameters::id) == 0 ? static_cast<ICameraParameters*>(this) : nullptr;
+}
+
+CameraStatus TestPatternCamera::status(const QString& cameraKey)
+{
+    return camera(cameraKey) ? CameraStatus{CameraType::Virtual, CameraState::Running, PixelFormat::Gray8, {}, {}}
+                             : CameraStatus();
+}
+
+QVariantMap TestPatternCamera::settings(const QString& cameraKey)
+{
+    const PatternCamera* known = camera(cameraKey);
+    return known ? known->settings() : QVariantMap();
+}
+
+/// The file first: when it cannot be written, the camera has not changed.
+bool TestPatternCamera::applySettings(const QString& cameraKey, const QVariantMap& settings, QString* error)
+{
+    QString problem = CameraParameters::problem(cameraKey, CameraList::parameters(), settings);
+    if (!problem.isEmpty() || !CameraList::store(cameraKey, settings, &problem)) {
+        if (error)
+            *error = problem;
+        return false;
+    }
+    if (PatternCamera* known = camera(cameraKey))
+        known->apply(settings);
+    return true;
+}
+
+QVector<CameraParameter> TestPatternCamera::parameters(CameraType, const QString&)
+{
+    return CameraList::parameters(); // all cameras are alike
 }
 
 PatternCamera* TestPatternCamera::camera(const QString& key) const

@@ -3,13 +3,16 @@
 #include "PatternCamera.h"
 #include "SharedCallback.h"
 
+#include <valvecell/ICameraParameters.h>
+#include <valvecell/ICameraSettings.h>
 #include <valvecell/ICoreCtrl.h>
 
 #include <memory>
 #include <vector>
 
-/// A core control whose cameras see a moving test pattern: one for each entry of "user/camera.json".
-class TestPatternCamera final : public ICoreCtrl
+/// A core control whose cameras see a moving test pattern: one for each entry of "user/camera.json". By two optional
+/// interfaces the program's dialogs show and change the cameras' settings.
+class TestPatternCamera final : public ICoreCtrl, public ICameraSettings, public ICameraParameters
 {
 public:
     QStringList cameraKeys() override;
@@ -19,6 +22,13 @@ public:
     void start() override;
     void stop() override;
     void trigger(const QStringList& cameraKeys) override;
+    void* extension(const char* id) override;
+
+    CameraStatus status(const QString& cameraKey) override;
+    QVariantMap settings(const QString& cameraKey) override;
+    bool applySettings(const QString& cameraKey, const QVariantMap& settings, QString* error) override;
+
+    QVector<CameraParameter> parameters(CameraType type, const QString& cameraKey) override;
 
 private:
     PatternCamera* camera(const QString& key) const;

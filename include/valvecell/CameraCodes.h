@@ -18,6 +18,22 @@ enum class CameraType : int {
     Dalsa = 230,
 };
 
+/// The names under which types are shown, the same in every language, in the order of their codes.
+struct CameraTypeName
+{
+    CameraType type;
+    const char* name;
+};
+constexpr CameraTypeName cameraTypeNames[] = {
+    {CameraType::Unknown, "Unknown"}, {CameraType::Virtual, "Virtual Camera"},
+    {CameraType::BitFlow, "BitFlow"}, {CameraType::Gige, "Gige"},
+    {CameraType::Usb, "USB Camera"},  {CameraType::Hik, "HIK"},
+    {CameraType::Vimba, "Vimba"},     {CameraType::Baumer, "Baumer"},
+    {CameraType::AdLink, "AdLink"},   {CameraType::DaHua, "DaHua"},
+    {CameraType::Basler, "Basler"},   {CameraType::PtGray, "PtGray"},
+    {CameraType::Euresys, "Euresys"}, {CameraType::Dalsa, "Dalsa"},
+};
+
 enum class CameraState : int { Uninitialized = 0, Initialized, Opened, Running, Paused, Closed };
 
 enum class PixelFormat : int {

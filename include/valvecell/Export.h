@@ -7,7 +7,7 @@
 
 /// The interfaces of these headers, MAJOR.MINOR. Another MAJOR: an interface has other virtual functions, so that a
 /// module built for it cannot be used. Another MINOR: something optional was added.
-#define VALVECELL_INTERFACE_VERSION "1.0"
+#define VALVECELL_INTERFACE_VERSION "1.1"
 
 /// Tells a module's version to the device manager, and to the loader the interfaces that the module was built for;
 /// optional, once in a module: VALVECELL_MODULE_VERSION("1.2.0")

@@ -24,8 +24,8 @@ public:
     /// The types of camera that the module can drive.
     virtual QVector<CameraType> drivenTypes() = 0;
 
-    /// All settings that a camera of that type has, with the values that a new one starts with; empty for a type that
-    /// the module cannot drive.
+    /// All settings that a camera of that type has, with the values that a new one starts with: those of
+    /// CameraParameters::initialValues(). Empty for a type that the module cannot drive.
     virtual QVariantMap defaultSettings(CameraType type) = 0;
 
     /// Whether a new camera may have that key; if not, `error` says why. Keys hold up to 64 characters, none of which

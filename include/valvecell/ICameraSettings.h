@@ -25,12 +25,12 @@ public:
     /// The status of one camera; a default status for an unknown key.
     virtual CameraStatus status(const QString& cameraKey) = 0;
 
-    /// The camera's settings by name. Names that every module uses the same way: "exposure_ms" and "transfer_ms"
-    /// (milliseconds), "gain_db" (decibels), "folder" (of a virtual camera). A camera leaves out what it has not.
+    /// The camera's settings by name, as ICameraParameters describes them. Of a module without that interface the
+    /// dialogs show those that CameraParameter makes for all. A camera leaves out what it has not.
     virtual QVariantMap settings(const QString& cameraKey) = 0;
 
     /// Applies and stores the given settings, leaving others as they are. On failure nothing is changed, false is
-    /// returned and `error` says which setting is wrong and why.
+    /// returned and `error` says which setting is wrong and why, as CameraParameters::problem() does.
     virtual bool applySettings(const QString& cameraKey, const QVariantMap& settings, QString* error) = 0;
 
 protected:

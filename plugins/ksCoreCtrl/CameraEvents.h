@@ -5,7 +5,7 @@
 #include <memory>
 #include <mutex>
 
-/// What the module tells through the notification callback. The value is a map: "camera" its key, "message" a text in
+/// What the module reports through the notification callback. The value is a map: "camera" its key, "message" a text in
 /// the operator's language.
 namespace Topics {
 constexpr const char* unknownCamera = "unknownCamera";   ///< a trigger named a camera that is not configured

@@ -2,6 +2,8 @@
 
 #include "Camera.h"
 
+#include <valvecell/ICameraParameters.h>
+
 #include <memory>
 
 struct CameraConfig;
@@ -14,5 +16,5 @@ std::unique_ptr<Camera> makeCamera(const CameraConfig& config, CameraEvents& eve
 /// The types with a driver.
 QVector<CameraType> drivenTypes();
 
-/// The settings of a camera of that type with their first values; empty for a type without a driver.
-QVariantMap defaultSettings(CameraType type);
+/// The parameters of a camera of that type; empty for a type without a driver.
+QVector<CameraParameter> parametersOf(CameraType type);

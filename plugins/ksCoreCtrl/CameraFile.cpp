@@ -5,13 +5,14 @@
 #include <QJsonArray>
 #include <QSet>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
-const auto kCameras = QStringLiteral("cameras");
-const auto kKey = QStringLiteral("key");
-const auto kType = QStringLiteral("type");
+const auto camerasKey = QStringLiteral("cameras");
+const auto keyKey = QStringLiteral("key");
+const auto typeKey = QStringLiteral("type");
 
 int typeCode(const QJsonValue& value)
 {
@@ -21,9 +22,9 @@ int typeCode(const QJsonValue& value)
 
 CameraConfig configOf(const QJsonObject& entry)
 {
-    CameraConfig config{entry[kKey].toString(), typeCode(entry[kType]), entry.toVariantMap()};
-    config.settings.remove(kKey);
-    config.settings.remove(kType);
+    CameraConfig config{entry[keyKey].toString(), typeCode(entry[typeKey]), entry.toVariantMap()};
+    config.settings.remove(keyKey);
+    config.settings.remove(typeKey);
     return config;
 }
 
@@ -36,8 +37,8 @@ QJsonObject merged(QJsonObject entry, const QVariantMap& settings)
 
 QJsonObject merged(QJsonObject entry, const CameraConfig& config)
 {
-    entry[kKey] = config.key;
-    entry[kType] = config.type;
+    entry[keyKey] = config.key;
+    entry[typeKey] = config.type;
     return merged(entry, config.settings);
 }
 
@@ -45,7 +46,7 @@ QJsonObject merged(QJsonObject entry, const CameraConfig& config)
 int indexOf(const QJsonArray& entries, const QString& key)
 {
     for (int i = 0; i < entries.size(); ++i) {
-        if (entries[i].toObject()[kKey].toString() == key)
+        if (entries[i].toObject()[keyKey].toString() == key)
             return i;
     }
     return -1;
@@ -58,6 +59,21 @@ CameraFile::CameraFile(QString path)
 {
 }
 
+/// A key may end up in the name of a file, on any system.
+QString CameraFile::keyProblem(const QString& key)
+{
+    constexpr int longest = 64;
+    if (key.trimmed().isEmpty())
+        return tr("相机名称不能为空");
+    if (key != key.trimmed() || key.startsWith(QLatin1Char('.')) || key.endsWith(QLatin1Char('.')))
+        return tr("相机名称不能以空格或点开头或结尾");
+    if (key.size() > longest)
+        return tr("相机名称不能超过 %1 个字符").arg(longest);
+    const auto bad = std::find_if(key.begin(), key.end(),
+                                  [](QChar c) { return !c.isPrint() || QStringLiteral("/\\:*?\"<>|'").contains(c); });
+    return bad == key.end() ? QString() : tr("相机名称不能含有字符“%1”").arg(*bad);
+}
+
 QVector<CameraConfig> CameraFile::read()
 {
     const auto file = HomeFiles::readJson(m_path);
@@ -66,12 +82,12 @@ QVector<CameraConfig> CameraFile::read()
         return {};
     }
     m_lastRead = file.object;
-    if (!file.object[kCameras].isArray())
-        warn(kCameras, "missing, or no list");
+    if (!file.object[camerasKey].isArray())
+        warn(camerasKey, "missing, or no list");
 
     QVector<CameraConfig> configs;
     QSet<QString> known;
-    const QJsonArray entries = file.object[kCameras].toArray();
+    const QJsonArray entries = file.object[camerasKey].toArray();
     for (int i = 0; i < entries.size(); ++i) {
         const auto place = QStringLiteral("cameras[%1]").arg(i);
         const CameraConfig config = configOf(entries[i].toObject());
@@ -106,12 +122,12 @@ bool CameraFile::fail(QString* error, const QString& reason)
 bool CameraFile::store(const QString& key, const QVariantMap& settings, QString* error)
 {
     QJsonObject file = present();
-    QJsonArray entries = file[kCameras].toArray();
+    QJsonArray entries = file[camerasKey].toArray();
     const int at = indexOf(entries, key);
     if (at < 0)
         return fail(error, tr("%1 中没有相机“%2”").arg(m_path, key));
     entries[at] = merged(entries[at].toObject(), settings);
-    file[kCameras] = entries;
+    file[camerasKey] = entries;
     return HomeFiles::writeJson(m_path, file, error);
 }
 
@@ -119,7 +135,7 @@ bool CameraFile::change(QVector<CameraConfig>* known, const QVector<CameraConfig
                         QString* error)
 {
     QJsonObject file = present();
-    QJsonArray entries = file[kCameras].toArray();
+    QJsonArray entries = file[camerasKey].toArray();
     for (const QString& key : removed) {
         for (int at; (at = indexOf(entries, key)) >= 0;) // a key may be there twice, of which the first counted
             entries.removeAt(at);
@@ -138,7 +154,7 @@ bool CameraFile::change(QVector<CameraConfig>* known, const QVector<CameraConfig
     }
     if (entries.isEmpty() || entries.size() > maxCameras)
         return fail(error, tr("相机数量必须在 1 到 %1 之间").arg(maxCameras));
-    file[kCameras] = entries;
+    file[camerasKey] = entries;
     return HomeFiles::writeJson(m_path, file, error);
 }
 

@@ -1,19 +1,26 @@
 #pragma once
 
-#include "CameraConfig.h"
-
 #include <QCoreApplication>
 #include <QJsonObject>
 #include <QStringList>
+#include <QVariantMap>
 #include <QVector>
+
+/// One entry of camera.json.
+struct CameraConfig
+{
+    QString key;          ///< the name by which the program knows the camera; never blank
+    int type = 0;         ///< a type code of CameraCodes.h as written; -1 when it is no whole number
+    QVariantMap settings; ///< everything else of the entry
+};
 
 /// The cameras' configuration, "user/camera.json" in the home:
 ///
 ///     {"cameras": [{"key": "cam1", "type": 100, "folder": "images/1", "exposure_ms": 5, "transfer_ms": 10}, ...]}
 ///
 /// A file that is missing or cannot be read gives no camera. An entry without a key of its own is left out; one whose
-/// other values are wrong stays in, for the camera made from it to say what is wrong. Each loss is told by a warning
-/// that names file and place. One thread.
+/// other values are wrong stays in, for the camera made from it to say what is wrong. Each loss is reported by a
+/// warning that names file and place. One thread.
 class CameraFile
 {
     Q_DECLARE_TR_FUNCTIONS(CameraFile)
@@ -23,6 +30,9 @@ public:
     static constexpr int maxCameras = 64;
 
     explicit CameraFile(QString path);
+
+    /// Why a new camera cannot have that key, in the operator's language; empty when it can.
+    static QString keyProblem(const QString& key);
 
     QVector<CameraConfig> read();
 

@@ -1,7 +1,6 @@
 #include "CoreCtrl.h"
 
 #include "CameraFactory.h"
-#include "CameraKey.h"
 
 #include <valvecell/Export.h>
 #include <valvecell/HomeFiles.h>
@@ -31,9 +30,8 @@ void CoreCtrl::setNotificationCallback(NotificationCallback callback)
 void CoreCtrl::start()
 {
     const auto configs = m_file.read();
-    for (const CameraConfig& config : configs) {
+    for (const CameraConfig& config : configs)
         bringIn(config);
-    }
 }
 
 /// Adds a camera, or puts it in the place of the one with its key.
@@ -85,6 +83,8 @@ void* CoreCtrl::extension(const char* id)
 {
     if (qstrcmp(id, ICameraSettings::id) == 0)
         return static_cast<ICameraSettings*>(this);
+    if (qstrcmp(id, ICameraParameters::id) == 0)
+        return static_cast<ICameraParameters*>(this);
     if (qstrcmp(id, ICameraList::id) == 0)
         return static_cast<ICameraList*>(this);
     return qstrcmp(id, ICameraPreview::id) == 0 ? static_cast<ICameraPreview*>(this) : nullptr;
@@ -114,6 +114,11 @@ bool CoreCtrl::applySettings(const QString& cameraKey, const QVariantMap& settin
     return stored;
 }
 
+QVector<CameraParameter> CoreCtrl::parameters(CameraType type, const QString&)
+{
+    return parametersOf(type);
+}
+
 QVector<CameraType> CoreCtrl::drivenTypes()
 {
     return ::drivenTypes();
@@ -121,12 +126,12 @@ QVector<CameraType> CoreCtrl::drivenTypes()
 
 QVariantMap CoreCtrl::defaultSettings(CameraType type)
 {
-    return ::defaultSettings(type);
+    return CameraParameters::initialValues(parametersOf(type));
 }
 
 bool CoreCtrl::isNewKey(const QString& key, QString* error)
 {
-    QString reason = cameraKeyProblem(key);
+    QString reason = CameraFile::keyProblem(key);
     if (reason.isEmpty() && m_keys.contains(key))
         reason = tr("已有名为“%1”的相机").arg(key);
     if (error)
@@ -144,7 +149,8 @@ bool CoreCtrl::accepts(const CameraEntry& entry, QString* error)
         *error = tr("没有相机类型 %1 的驱动程序").arg(int(entry.type));
         return false;
     }
-    return makeCamera({entry.key, int(entry.type), {}}, m_events)->accepts(entry.settings, error);
+    *error = CameraParameters::problem(entry.key, parametersOf(entry.type), entry.settings);
+    return error->isEmpty();
 }
 
 /// The file first: when it cannot be written, no camera has changed.

@@ -5,6 +5,7 @@
 #include "CameraFile.h"
 
 #include <valvecell/ICameraList.h>
+#include <valvecell/ICameraParameters.h>
 #include <valvecell/ICameraPreview.h>
 #include <valvecell/ICameraSettings.h>
 #include <valvecell/ICoreCtrl.h>
@@ -16,7 +17,11 @@
 #include <vector>
 
 /// The core control: the cameras of "user/camera.json", read by start().
-class CoreCtrl final : public ICoreCtrl, public ICameraSettings, public ICameraList, public ICameraPreview
+class CoreCtrl final : public ICoreCtrl,
+                       public ICameraSettings,
+                       public ICameraParameters,
+                       public ICameraList,
+                       public ICameraPreview
 {
     Q_DECLARE_TR_FUNCTIONS(CoreCtrl)
 
@@ -36,6 +41,8 @@ public:
     CameraStatus status(const QString& cameraKey) override;
     QVariantMap settings(const QString& cameraKey) override;
     bool applySettings(const QString& cameraKey, const QVariantMap& settings, QString* error) override;
+
+    QVector<CameraParameter> parameters(CameraType type, const QString& cameraKey) override;
 
     QVector<CameraType> drivenTypes() override;
     QVariantMap defaultSettings(CameraType type) override;

@@ -1,7 +1,9 @@
 #include "VirtualCamera.h"
 
-#include "CameraConfig.h"
 #include "CameraEvents.h"
+#include "CameraFile.h"
+
+#include <valvecell/HomeFiles.h>
 
 #include <QDir>
 
@@ -33,23 +35,22 @@ PixelFormat pixelFormat(const QImage& image)
 
 } // namespace
 
-/// Takes over one setting at a time: a wrong one must not cost the others.
+QVector<CameraParameter> VirtualCamera::parameters()
+{
+    return {CameraParameter::exposure(), CameraParameter::transferTime(), CameraParameter::imageFolder()};
+}
+
 VirtualCamera::VirtualCamera(const CameraConfig& config, CameraEvents& events)
     : m_key(config.key)
     , m_events(events)
+    , m_settings(config.key, parameters)
 {
-    m_status.type = CameraType::Virtual;
-    const QStringList names = m_settings.toMap().keys();
-    for (const QString& name : names) {
-        const QVariant value = config.settings.value(name);
-        QString error;
-        if (value.isValid() && !m_settings.change({{name, value}}, &error))
-            m_status.message = error;
-    }
-    if (m_settings.folder.isEmpty())
+    m_status.type = type;
+    m_status.message = m_settings.takeOver(config.settings);
+    if (!config.settings.contains(QStringLiteral("folder")))
         m_status.message = tr("没有设置图像文件夹 (folder)");
     if (m_status.message.isEmpty()) {
-        m_folder = m_settings.folderPath();
+        m_folder = folderPath();
         m_status.state = CameraState::Initialized;
     }
 }
@@ -118,13 +119,13 @@ CameraStatus VirtualCamera::status() const
 QVariantMap VirtualCamera::settings() const
 {
     Lock lock(m_mutex);
-    return m_settings.toMap();
+    return m_settings.values();
 }
 
 bool VirtualCamera::accepts(const QVariantMap& settings, QString* error) const
 {
     Lock lock(m_mutex);
-    VirtualSettings next = m_settings;
+    CameraSettings next = m_settings;
     lock.unlock();
     return next.change(settings, error);
 }
@@ -132,11 +133,10 @@ bool VirtualCamera::accepts(const QVariantMap& settings, QString* error) const
 /// The thread sees by itself that the folder is another.
 void VirtualCamera::apply(const QVariantMap& settings)
 {
-    QString ignored;
     {
         Lock lock(m_mutex);
-        m_settings.change(settings, &ignored);
-        m_folder = m_settings.folderPath();
+        m_settings.change(settings, nullptr);
+        m_folder = folderPath();
     }
     m_wake.notify_all();
 }
@@ -167,9 +167,16 @@ bool VirtualCamera::hasWork() const
     return m_stopping || !m_triggers.empty() || !m_previews.empty() || m_images.path() != m_folder;
 }
 
+QString VirtualCamera::folderPath() const
+{
+    const QString folder = m_settings.text("folder");
+    return folder.isEmpty() ? QString() : QDir::cleanPath(QDir(HomeFiles::home()).absoluteFilePath(folder));
+}
+
 VirtualCamera::Clock::duration VirtualCamera::delay() const
 {
-    const std::chrono::duration<double, std::milli> delay(m_settings.exposureMs + m_settings.transferMs);
+    const std::chrono::duration<double, std::milli> delay(m_settings.number("exposure_ms") +
+                                                          m_settings.number("transfer_ms"));
     return std::chrono::duration_cast<Clock::duration>(delay);
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Camera.h"
+#include "CameraSettings.h"
 #include "ImageFolder.h"
-#include "VirtualSettings.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -29,7 +29,10 @@ class VirtualCamera final : public Camera
     Q_DECLARE_TR_FUNCTIONS(VirtualCamera)
 
 public:
-    /// Triggers that may wait; a further one is dropped and told.
+    static constexpr CameraType type = CameraType::Virtual;
+    static QVector<CameraParameter> parameters();
+
+    /// Triggers that may wait; a further one is dropped and reported.
     static constexpr size_t maxWaiting = 16;
     /// Previews that may wait.
     static constexpr size_t maxPreviews = 4;
@@ -62,7 +65,8 @@ private:
     void capturePreview(Lock& lock);
     /// Exposure and transfer, under the lock.
     Clock::duration delay() const;
-    bool hasWork() const; ///< under the lock
+    bool hasWork() const;       ///< under the lock
+    QString folderPath() const; ///< full; empty when no folder is set; under the lock
 
     const QString m_key;
     CameraEvents& m_events;
@@ -78,7 +82,7 @@ private:
     std::condition_variable m_wake;
     bool m_stopping = false;
     bool m_capturing = false;
-    VirtualSettings m_settings;
+    CameraSettings m_settings;
     QString m_folder; ///< full path; empty while a setting is wrong
     std::deque<Clock::time_point> m_triggers;
     std::deque<ICameraPreview::Callback> m_previews;

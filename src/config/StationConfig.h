@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/Calibration.h"
 #include "config/ConfigVisitors.h"
 
 #include <QPoint>
@@ -28,9 +29,9 @@ struct TwoPointCalibration
         visitor.field({"point2_x_#", station}, point2.rx(), fallback.point2.x());
         visitor.field({"point2_y_#", station}, point2.ry(), fallback.point2.y());
         visitor.field({"length_#", station}, length, fallback.length);
-        visitor.field({"StationScale_#", station}, scale, fallback.scale);
-        visitor.field({"StationXOffset_#", station}, xOffset, fallback.xOffset);
-        visitor.field({"StationYOffset_#", station}, yOffset, fallback.yOffset);
+        visitor.field({CalibrationKeys::scale, station}, scale, fallback.scale);
+        visitor.field({CalibrationKeys::xOffset, station}, xOffset, fallback.xOffset);
+        visitor.field({CalibrationKeys::yOffset, station}, yOffset, fallback.yOffset);
     }
 };
 
@@ -43,14 +44,13 @@ struct FourPointCalibration
     QPoint testPoint;                  ///< image pixels
     double xOffset = 0.0;              ///< millimetres, added after the map
     double yOffset = 0.0;
-    /// The map, a 2x3 matrix in row order: x' = m[0] x + m[1] y + m[2], y' = m[3] x + m[4] y + m[5].
-    std::array<double, 6> map{};
+    AffineMap map{};
 
     /// Its keys, see ConfigVisitors.h.
     template <typename Visitor>
     void visit(Visitor& visitor)
     {
-        visitor.field("bXYTrans", swapXY, false);
+        visitor.field(CalibrationKeys::mapSwapXY, swapXY, false);
         for (int i = 0; i < 4; ++i) {
             visitor.field({"pixpoint#_x", i + 1}, pixelPoints[i].rx(), 0);
             visitor.field({"pixpoint#_y", i + 1}, pixelPoints[i].ry(), 0);
@@ -61,15 +61,10 @@ struct FourPointCalibration
         }
         visitor.field("testPoint_x", testPoint.rx(), 0);
         visitor.field("testPoint_y", testPoint.ry(), 0);
-        visitor.field("xoffset", xOffset, 0.0);
-        visitor.field("yoffset", yOffset, 0.0);
-        auto& [m11, m21, dx, m12, m22, dy] = map;
-        visitor.field("m11", m11, 0.0);
-        visitor.field("m12", m12, 0.0);
-        visitor.field("m21", m21, 0.0);
-        visitor.field("m22", m22, 0.0);
-        visitor.field("dx", dx, 0.0);
-        visitor.field("dy", dy, 0.0);
+        visitor.field(CalibrationKeys::mapXOffset, xOffset, 0.0);
+        visitor.field(CalibrationKeys::mapYOffset, yOffset, 0.0);
+        for (const int i : {0, 3, 1, 4, 2, 5}) // the file's order
+            visitor.field(CalibrationKeys::map[i], map[i], 0.0);
     }
 };
 
@@ -82,4 +77,14 @@ struct StationConfig
     bool swapXY = false; ///< two-point calibration: swap X and Y
     TwoPointCalibration twoPoint;
     FourPointCalibration fourPoint;
+
+    /// As stored; with nothing stored, the two-point calibration is a scale of 1 and the other one a map to 0.
+    Calibration twoPointCalibration() const
+    {
+        return Calibration::twoPoint(twoPoint.scale, {twoPoint.xOffset, twoPoint.yOffset}, swapXY);
+    }
+    Calibration fourPointCalibration() const
+    {
+        return Calibration::fourPoint(fourPoint.map, {fourPoint.xOffset, fourPoint.yOffset}, fourPoint.swapXY);
+    }
 };

@@ -24,6 +24,12 @@ public:
     StationConfig& station(int number) { return stations[number == 1 ? 0 : 1]; }
     const StationConfig& station(int number) const { return stations[number == 1 ? 0 : 1]; }
 
+    /// How pixels of station 1 or 2 become machine coordinates: the kind that is in force.
+    Calibration calibration(int number) const
+    {
+        return use4pointstand ? station(number).fourPointCalibration() : station(number).twoPointCalibration();
+    }
+
     /// 1 or 2 when `solution` is the solution of that station, 0 otherwise; an empty name is no station's.
     int stationOfSolution(const QString& solution) const;
     /// As stationOfSolution(), by camera key.

@@ -2,7 +2,7 @@
 
 #include "common/Scheduler.h"
 #include "db/WalKeeper.h"
-#include "platform/FileFlush.h"
+#include "platform/System.h"
 
 #include <QDebug>
 

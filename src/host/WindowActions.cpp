@@ -5,8 +5,7 @@
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
 #include "dialogs/about/QAboutUI.h"
-#include "dialogs/calibration/ksImageCaliUI.h"
-#include "dialogs/calibration/ksImageCaliUI4P.h"
+#include "dialogs/calibration/CalibrationDialog.h"
 #include "dialogs/cameras/QCameraManagerUI.h"
 #include "dialogs/cameras/QCameraSettingsUI.h"
 #include "dialogs/devices/QDeviceManagerUI.h"
@@ -19,7 +18,7 @@
 #include "host/LanguageSwitch.h"
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
-#include "platform/ModuleFiles.h"
+#include "platform/AppHome.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/Cell.h"
 
@@ -79,7 +78,7 @@ const WindowActions::Row WindowActions::rows[] = {
              designer->openDesigner(&own.m_parts.window);
      }},
     {"actionManage", Engineers, [](WindowActions& own) { own.openModels(); }},
-    {"actionTest", Anybody,
+    {"actionTest", Engineers,
      [](WindowActions& own) {
          own.m_parts.test.setOneStation(own.hasOneStation());
          show(&own.m_parts.test);
@@ -138,7 +137,7 @@ const WindowActions::Row WindowActions::rows[] = {
 
 WindowActions::WindowActions(const Parts& parts)
     : m_parts(parts)
-    , m_engineering({&parts.twoPoint, &parts.fourPoint})
+    , m_engineering({&parts.test, &parts.twoPoint, &parts.fourPoint})
 {
     for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{&parts.twoPoint, &parts.fourPoint})
         connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "modules/ModuleInfo.h"
+#include "modules/ModuleReport.h"
 
 #include <valvecell/ICoreCtrl.h>
 
@@ -17,9 +17,16 @@ class IModules
 public:
     virtual ~IModules() = default;
 
-    /// Starts core control, engine and designer, in this order; what runs already is left alone. `image` receives the
-    /// cameras' images on the module's threads. Returns the text of the fatal message, empty when all is well.
-    virtual QString start(const ICoreCtrl::ImageCallback& image) = 0;
+    /// What the cameras call, on their threads.
+    struct CameraCallbacks
+    {
+        ICoreCtrl::ImageCallback image;
+        ICoreCtrl::NotificationCallback notification;
+    };
+
+    /// Starts core control, engine and designer, in this order; what runs already is left alone. Returns the text of
+    /// the fatal message, empty when all is well.
+    virtual QString start(const CameraCallbacks& cameras) = 0;
     /// Takes down the core control, so that no more images arrive, then the designer and the engine.
     virtual void stop() = 0;
 

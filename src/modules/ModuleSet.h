@@ -17,7 +17,7 @@ public:
     ~ModuleSet() override;
     Q_DISABLE_COPY(ModuleSet)
 
-    QString start(const ICoreCtrl::ImageCallback& image) override;
+    QString start(const CameraCallbacks& cameras) override;
     void stop() override;
     ISerialPort* createSerialPort() override;
     IUserCtrl* createUserCtrl() override;
@@ -28,7 +28,7 @@ public:
 
 private:
     /// Each returns the text of the fatal message, empty when its module runs.
-    QString startCoreCtrl(const ICoreCtrl::ImageCallback& image);
+    QString startCoreCtrl(const CameraCallbacks& callbacks);
     QString startEngine();
     QString startDesigner();
 

@@ -12,16 +12,19 @@ struct Alarm
     enum Kind {
         PortLost,
         CameraLost,
-        DiskLow,            ///< less is free than the setting demands, although the cleaner works
-        ImagesUnwritable,   ///< the archive's disk takes no images
-        ImagesGivenUp,      ///< more images came than the disk could take
-        ResultsWaiting,     ///< the result database takes no rows
-        DatabaseMovedAside, ///< a file that could not be used was kept under another name
-        Starting,           ///< the cell answers no trigger yet
+        DiskLow,             ///< less is free than the setting demands, although the cleaner works
+        ImagesUnwritable,    ///< the archive's disk takes no images
+        ImagesGivenUp,       ///< more images came than the disk could take
+        ResultsWaiting,      ///< the result database takes no rows
+        DatabaseMovedAside,  ///< a file that could not be used was kept under another name
+        Starting,            ///< the cell answers no trigger yet
+        NoImage,             ///< a station's triggers stay without an image
+        NoResult,            ///< a station's images stay without a result
+        CalibrationUnusable, ///< what a station finds cannot be sent
     };
 
     Kind kind = PortLost;
-    QString subject; ///< which one, where there are several: a camera key, a file; part of the alarm's identity
+    QString subject; ///< which one, where there are several: a camera key, a station, a file; part of its identity
     QString detail;  ///< the reason or the number, as its source has it
     QDateTime since; ///< when it began, the last time
     int count = 1;   ///< how often it began; or what its source counts, such as images

@@ -5,6 +5,7 @@
 #include "db/log/LogLine.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/DayCountsFile.h"
+#include "workflow/ModelManager.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/ISerialReopen.h>
@@ -13,6 +14,7 @@ namespace {
 
 constexpr int heartbeatMs = 300;
 constexpr int tickMs = 1000;
+constexpr int answerDeadlineMs = 2000;
 
 } // namespace
 
@@ -22,13 +24,14 @@ Cell::Cell(Ground ground, std::unique_ptr<IModules> modules, QObject* parent)
     , m_modules(std::move(modules))
     , m_alarms(m_ground.scheduler)
     , m_counts(m_ground.scheduler)
-    , m_road(m_ground.config, m_ground.scheduler, [this](const QString& key) { capture(key); })
+    , m_road(m_ground.config, m_ground.scheduler, [] { return answerDeadlineMs; })
     , m_watch(m_ground.config, m_alarms)
     , m_heartbeat(m_ground.scheduler.timer(Scheduler::Repeating, [this] { sendHeartbeat(); }))
     , m_tick(m_ground.scheduler.timer(Scheduler::Repeating, [this] { tick(); }))
 {
     m_watch.setLog(m_ground.systemLog);
     connectRoad();
+    raiseAlarms();
     m_road.link().hold();
     m_alarms.raise(Alarm::Starting, {}, {});
 }
@@ -52,9 +55,12 @@ void Cell::connectRoad()
     connect(&dispatch, &TriggerDispatch::sgShowLog, this, &Cell::sgShowLog);
     connect(&dispatch, &TriggerDispatch::sgSystemLog, &SystemLog::information);
     connect(&dispatch, &TriggerDispatch::sgSelModel, this, &Cell::selectModel);
-    connect(&dispatch, &TriggerDispatch::captureStarted, this, &Cell::captureStarted);
-    connect(&dispatch, &TriggerDispatch::captureRefused, this, &Cell::captureRefused);
-    connect(&dispatch, &TriggerDispatch::captureRefused, &m_counts, &DayCounts::onRefused);
+    connect(&dispatch, &TriggerDispatch::captureRefused, this, [this](const Trigger& trigger) {
+        m_counts.onRefused(trigger.station);
+        emit captureRefused(trigger.station);
+    });
+    connect(&m_road.inHand(), &TriggersInHand::captureStarted, this,
+            [this](const Trigger& trigger) { emit captureStarted(trigger.station); });
 
     const ResultHandler& results = m_road.results();
     connect(&results, &ResultHandler::sgShowLog, this, &Cell::sgShowLog);
@@ -66,12 +72,30 @@ void Cell::connectRoad()
             [this](int station) { emit countChanged(station, m_counts.of(station)); });
 }
 
+/// What keeps a station's parts from being answered lasts until one is.
+void Cell::raiseAlarms()
+{
+    const auto station = [](const Trigger& trigger) { return QString::number(trigger.station); };
+    connect(&m_road.inHand(), &TriggersInHand::failed, this,
+            [this, station](const Trigger& trigger, Failure failure, const QString& reason) {
+                const bool noResult = failure == Failure::NoResult;
+                m_alarms.raise(noResult ? Alarm::NoResult : Alarm::NoImage, station(trigger), reason);
+            });
+    connect(&m_road.inHand(), &TriggersInHand::imageArrived, this,
+            [this, station](const Trigger& trigger) { m_alarms.clear(Alarm::NoImage, station(trigger)); });
+    connect(&m_road.inHand(), &TriggersInHand::finished, this,
+            [this, station](const Trigger& trigger) { m_alarms.clear(Alarm::NoResult, station(trigger)); });
+    connect(&m_road.results(), &ResultHandler::calibrationJudged, this, [this](int number, const QString& problem) {
+        m_alarms.set(!problem.isEmpty(), Alarm::CalibrationUnusable, QString::number(number), problem);
+    });
+}
+
 QString Cell::loadModules()
 {
-    const QString fatal = m_modules->start(m_road.imageCallback());
+    const QString fatal = m_modules->start({m_road.imageCallback(), m_road.cameraCallback()});
     if (!fatal.isEmpty())
         return fatal;
-    m_road.setModules(m_modules->engine(), m_modules->designer());
+    m_road.setModules(m_modules->coreCtrl(), m_modules->engine(), m_modules->designer());
     m_watch.setCameras(m_modules->coreCtrl());
     return {};
 }
@@ -81,8 +105,12 @@ bool Cell::openSerialPort(std::function<void(const SComFrame&)> receiver)
     m_port.reset(m_modules->createSerialPort());
     if (!m_port)
         return true;
-    connect(m_road.relay(), &ModuleRelay::frameReceived, this, std::move(receiver), Qt::QueuedConnection);
-    m_port->setReceiveCallback(this, m_road.frameCallback());
+    const auto handOver = [this, receiver = std::move(receiver)](const SComFrame& frame, quint64 session) {
+        m_road.link().setIncomingSession(session);
+        receiver(frame);
+    };
+    connect(m_road.relay(), &ModuleRelay::frameReceived, this, handOver, Qt::QueuedConnection);
+    m_port->setReceiveCallback(this, m_road.frameCallback(m_port.get()));
     m_road.link().setPort(m_port.get());
     m_watch.setPort(m_port.get());
     const bool open = m_port->open(m_ground.settings.comPort, QString::number(m_ground.settings.baudRate));
@@ -123,6 +151,7 @@ void Cell::createController()
     m_controller->initialise();
     m_road.dispatch().setController(m_controller.get());
     m_records->openModelLibrary(m_controller->plcIndices(), m_controller->stationNames());
+    connect(m_records->models(), &ModelManager::changed, this, [this] { m_road.dispatch().forgetLastIndices(); });
 }
 
 void Cell::connectStations()
@@ -130,12 +159,12 @@ void Cell::connectStations()
     const QStringList names = m_controller->stationNames();
     for (const QString& name : names)
         connect(m_controller->stationObject(name), &Station::sgShowModeName, this, &Cell::sgShowModeName);
-    connect(&m_road.dispatch(), &TriggerDispatch::captureStarted, this, [this](int station) {
-        if (Station* own = stationObject(station))
+    connect(&m_road.inHand(), &TriggersInHand::captureStarted, this, [this](const Trigger& trigger) {
+        if (Station* own = stationObject(trigger.station))
             emit own->sgaddTrigCount(1);
     });
-    connect(&m_road.router(), &ImageRouter::imageArrived, this, [this](int station) {
-        if (Station* own = stationObject(station))
+    connect(&m_road.inHand(), &TriggersInHand::imageArrived, this, [this](const Trigger& trigger) {
+        if (Station* own = stationObject(trigger.station))
             emit own->sgaddRevCount(1);
     });
 }
@@ -177,19 +206,8 @@ void Cell::triggerStations()
 {
     for (int station = 1; station <= 2; ++station) {
         if (m_stationEnabled[station - 1])
-            trigger(station);
+            m_road.dispatch().onTestTrigger(station);
     }
-}
-
-void Cell::trigger(int station)
-{
-    m_road.dispatch().onTrigger(station);
-}
-
-void Cell::capture(const QString& cameraKey)
-{
-    if (ICoreCtrl* core = m_modules->coreCtrl())
-        core->trigger({cameraKey});
 }
 
 void Cell::selectModel(int station, const QString& model)
@@ -208,9 +226,9 @@ void Cell::enterTestMode(int mode)
     case TestMode::Start:
         return m_autoTrigger->start(m_testIntervalMs);
     case TestMode::SnapStation1:
-        return trigger(1);
+        return m_road.dispatch().onTestTrigger(1);
     case TestMode::SnapStation2:
-        return trigger(2);
+        return m_road.dispatch().onTestTrigger(2);
     default:
         return m_autoTrigger->stop();
     }
@@ -222,6 +240,8 @@ void Cell::applySettings(const AuditChanges& changes)
         reopenPort();
     if (m_records && touches(changes, ksSysConfig::cleanerGroup))
         m_records->applySettings();
+    if (touches(changes, "station_solution"))
+        m_road.dispatch().forgetLastIndices();
 }
 
 void Cell::reopenPort()

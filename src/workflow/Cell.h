@@ -67,7 +67,7 @@ public slots:
     /// A frame of the PLC.
     void receive(const SComFrame& frame);
     void sendHeartbeat();
-    /// A trigger by software, at each station that is enabled.
+    /// A picture for a test, at each station that is enabled; answered to nobody.
     void triggerStations();
     void selectModel(int station, const QString& model);
     /// One of TestMode.
@@ -96,8 +96,7 @@ signals:
 
 private:
     void connectRoad();
-    void trigger(int station);
-    void capture(const QString& cameraKey);
+    void raiseAlarms();
     /// The station of the solution that a station of the cell has; null without one.
     class Station* stationObject(int station) const;
     void reopenPort();

@@ -30,7 +30,8 @@ void DayCounts::addEarlier(const QDate& day, int station, const DayCount& count)
 
 void DayCounts::onReading(int station, const StationReading& reading)
 {
-    count(station, reading.found ? &DayCount::found : &DayCount::notFound);
+    if (!reading.test)
+        count(station, reading.found ? &DayCount::found : &DayCount::notFound);
 }
 
 void DayCounts::onRefused(int station)

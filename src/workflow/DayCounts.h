@@ -38,6 +38,7 @@ public:
 
 public slots:
     /// A station other than 1 and 2 is not counted.
+    /// A test's is not counted.
     void onReading(int station, const StationReading& reading);
     void onRefused(int station);
     /// To be called now and then, so that a night without parts begins a new day too.

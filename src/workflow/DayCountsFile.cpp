@@ -37,10 +37,9 @@ DayRecord recorded(const QString& path, const QDateTime& now)
         return record;
     for (int station = 1; station <= 2; ++station) {
         const QString name = QStringLiteral("Station_%1").arg(station);
-        int all = 0;
-        int found = 0;
-        if (reader.countStation(name, now, plc::nothingFoundAngle, &all, &found))
-            record.counts[station - 1] = {found, all - found, 0};
+        ResultReader::StationCount count;
+        if (reader.countStation(name, now, plc::noticeAngle, plc::refusedAngle, &count))
+            record.counts[station - 1] = {count.found, count.notFound, count.refused};
     }
     return record;
 }

@@ -2,11 +2,10 @@
 
 #include "common/Scheduler.h"
 #include "workflow/PlcFrames.h"
+#include "workflow/Trigger.h"
 
 #include <QPair>
 #include <QPointF>
-
-#include <cmath>
 
 namespace {
 
@@ -14,17 +13,13 @@ namespace {
 const QString nothingFound = QStringLiteral(" no found Value");
 const QString uncalibrated = QStringLiteral(" No Cali!!!");
 const QString noTaskRan = QStringLiteral(" No Task!!!");
+const QString noImage = QStringLiteral(" No Image!!!");
+const QString noResultCame = QStringLiteral(" No Result!!!");
+const QString notSent = QStringLiteral(" Not Sent!!!");
 const QString cannotCapture = QStringLiteral("不能拍照");
 const QString settingFailed = QStringLiteral("型号设置失败");
 const QString switchedTo = QStringLiteral("切换型号为");
 const QString angleIs = QStringLiteral(" angle :");
-
-/// Cut to thousandths, never rounded, printed with three decimals.
-QString cut(double value)
-{
-    const double whole = std::trunc(value);
-    return QString::number(whole + std::trunc((value - whole) * 1000.0) / 1000.0, 'f', 3);
-}
 
 } // namespace
 
@@ -32,6 +27,7 @@ LogKind logKind(const QString& line)
 {
     static const QPair<QString, LogKind> words[] = {
         {nothingFound, LogKind::NotFound}, {uncalibrated, LogKind::NotFound}, {noTaskRan, LogKind::NotFound},
+        {noImage, LogKind::NotFound},      {noResultCame, LogKind::NotFound}, {notSent, LogKind::NotFound},
         {cannotCapture, LogKind::Refused}, {settingFailed, LogKind::Refused}, {switchedTo, LogKind::ModelSwitch},
         {angleIs, LogKind::Found},
     };
@@ -94,13 +90,19 @@ QString StationLog::result(const QString& task, double angle, const QPointF& mac
 {
     const bool found = angle < plc::nothingFoundAngle;
     const double shown = found ? angle : plc::nothingFoundAngle;
-    const QString line = timeColon() + task + angleIs + QString::number(shown, 'f', 3);
-    return line + (found ? QStringLiteral(" center:(%1,%2)").arg(cut(machine.x()), cut(machine.y())) : nothingFound);
+    const QString line = timeColon() + task + angleIs + plc::cutText(shown);
+    return line + (found ? QStringLiteral(" center:(%1,%2)").arg(plc::cutText(machine.x()), plc::cutText(machine.y()))
+                         : nothingFound);
 }
 
 QString StationLog::noResult(const QString& task, const QString& reason) const
 {
     return timeColon() + task + reason;
+}
+
+QString StationLog::tooMany() const
+{
+    return timeColon() + QStringLiteral("等待的触发过多，") + cannotCapture + QStringLiteral("！！！");
 }
 
 QString StationLog::noCalibration()
@@ -111,4 +113,14 @@ QString StationLog::noCalibration()
 QString StationLog::noTask()
 {
     return noTaskRan;
+}
+
+QString StationLog::because(Failure failure)
+{
+    return failure == Failure::NoResult ? noResultCame : noImage;
+}
+
+QString StationLog::lineGone()
+{
+    return notSent;
 }

@@ -4,6 +4,7 @@
 
 class QPointF;
 class Scheduler;
+enum class Failure;
 
 /// What a line of a station's log panel reports.
 enum class LogKind {
@@ -44,12 +45,18 @@ public:
     QString noPicture(int index) const;
     QString refused(int station, const QString& model, int index, bool answered) const;
 
+    /// For the panel: a trigger on top of too many that wait.
+    QString tooMany() const;
+
     /// For the panel: the answer. From 361 on nothing was found.
     QString result(const QString& task, double angle, const QPointF& machine) const;
     /// For the panel: a result without an answer, for one of the reasons below.
     QString noResult(const QString& task, const QString& reason) const;
     static QString noCalibration();
     static QString noTask();
+    static QString because(Failure failure);
+    /// The answer belongs to a line that is gone.
+    static QString lineGone();
 
 private:
     QString time() const;

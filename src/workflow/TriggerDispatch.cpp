@@ -5,14 +5,14 @@
 #include "workflow/IZdCtrl.h"
 #include "workflow/PlcLink.h"
 
-TriggerDispatch::TriggerDispatch(ksGlobalConfig& config, PlcLink& link, const Scheduler& scheduler, Capture capture,
+TriggerDispatch::TriggerDispatch(ksGlobalConfig& config, PlcLink& link, const Scheduler& scheduler, Accept accept,
                                  QObject* parent)
     : QObject(parent)
     , m_config(config)
     , m_link(link)
     , m_scheduler(scheduler)
     , m_log(scheduler)
-    , m_capture(std::move(capture))
+    , m_accept(std::move(accept))
 {
 }
 
@@ -33,22 +33,31 @@ void TriggerDispatch::onModelIndices(int index1, int index2)
     }
 }
 
-/// The model follows a changed index only; whether the table still has it is looked at each time.
+void TriggerDispatch::forgetLastIndices()
+{
+    m_lastIndices[0] = m_lastIndices[1] = -1;
+}
+
+/// The model follows the index, and what the table says of it: a name that was added, or is another now, is a switch.
 void TriggerDispatch::switchModel(int station, const IStation& target, qint32 index)
 {
     QString model;
     target.modelOfPlcIndex(model, index);
     StationState& own = state(station);
-    const bool changed = own.plcIndex != index;
-    if (changed) {
-        own.plcIndex = index;
-        own.model = model;
-    }
+    const bool indexChanged = own.plcIndex != index;
+    const bool changed = indexChanged || own.model != model;
+    own.plcIndex = index;
+    own.model = model;
     own.modelValid = !model.isEmpty();
-    if (own.modelValid)
-        modelFound(station, index, changed);
-    else
-        modelMissing(station, index, changed);
+    if (!own.modelValid)
+        return modelMissing(station, index, changed);
+    if (!changed)
+        return;
+    const QString text = m_log.switched(station, model, index);
+    emit sgSystemLog(text);
+    emit sgShowLog(station, text);
+    m_config.station(station).runModel = model;
+    emit sgSelModel(station, model);
 }
 
 /// An index below 1 clears the station on purpose, so the panel shows the others only.
@@ -60,26 +69,35 @@ void TriggerDispatch::modelMissing(int station, qint32 index, bool changed)
         emit sgShowLog(station, m_log.noModel(station, index));
 }
 
-void TriggerDispatch::modelFound(int station, qint32 index, bool changed)
+Trigger TriggerDispatch::triggerOf(int station, Trigger::Source source)
 {
-    if (!changed)
-        return;
-    const QString& model = state(station).model;
-    const QString text = m_log.switched(station, model, index);
-    emit sgSystemLog(text);
-    emit sgShowLog(station, text);
-    m_config.station(station).runModel = model;
-    emit sgSelModel(station, model);
+    const StationConfig& config = m_config.station(station);
+    Trigger trigger;
+    trigger.source = source;
+    trigger.station = station;
+    trigger.camera = config.camKey;
+    trigger.solution = config.solution;
+    trigger.model = config.runModel;
+    trigger.plcIndex = state(station).plcIndex;
+    trigger.session = m_link.incomingSession();
+    return trigger;
 }
 
 void TriggerDispatch::onTrigger(int station)
 {
     if ((station != 1 && station != 2) || isFiltered(station))
         return;
-    if (mayCapture(station))
-        capture(station);
-    else
-        refuse(station);
+    const Trigger trigger = triggerOf(station, Trigger::Plc);
+    if (!mayCapture(station))
+        refuse(trigger);
+    else if (!m_accept(trigger))
+        refuseOverrun(trigger);
+}
+
+void TriggerDispatch::onTestTrigger(int station)
+{
+    if (station == 1 || station == 2)
+        m_accept(triggerOf(station, Trigger::Test));
 }
 
 bool TriggerDispatch::isFiltered(int station)
@@ -97,19 +115,20 @@ bool TriggerDispatch::mayCapture(int station)
     return !m_config.onlineMode || !m_config.useClearProtect || state(station).modelValid;
 }
 
-void TriggerDispatch::capture(int station)
+void TriggerDispatch::refuse(Trigger trigger)
 {
-    emit captureStarted(station);
-    m_capture(m_config.station(station).camKey);
+    trigger.model = state(trigger.station).model;
+    const bool answered = trigger.plcIndex >= 1; // kept: a cleared index gets no answer, the PLC program counts on it
+    if (answered)
+        m_link.sendResult(trigger.station, plc::refusedAngle, 0, 0, trigger.session);
+    emit sgShowLog(trigger.station, m_log.noPicture(trigger.plcIndex));
+    emit sgSystemLog(m_log.refused(trigger.station, trigger.model, trigger.plcIndex, answered));
+    emit captureRefused(trigger, Refusal::NoModel, answered);
 }
 
-void TriggerDispatch::refuse(int station)
+void TriggerDispatch::refuseOverrun(const Trigger& trigger)
 {
-    const StationState& own = state(station);
-    const bool answered = own.plcIndex >= 1; // kept: a cleared index gets no answer, the PLC program counts on it
-    if (answered)
-        m_link.sendResult(station, plc::refusedAngle, 0, 0);
-    emit sgShowLog(station, m_log.noPicture(own.plcIndex));
-    emit sgSystemLog(m_log.refused(station, own.model, own.plcIndex, answered));
-    emit captureRefused(station, answered);
+    m_link.sendResult(trigger.station, plc::refusedAngle, 0, 0, trigger.session);
+    emit sgShowLog(trigger.station, m_log.tooMany());
+    emit captureRefused(trigger, Refusal::Overrun, true);
 }

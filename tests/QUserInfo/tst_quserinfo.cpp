@@ -1,3 +1,4 @@
+#include "support/Look.h"
 #include "support/TempHome.h"
 
 #include <valvecell/IUserAudit.h>
@@ -7,12 +8,9 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QLabel>
 #include <QLayout>
 #include <QLibrary>
-#include <QLineEdit>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSpinBox>
@@ -24,7 +22,7 @@
 
 namespace {
 
-const QString kPassword = QStringLiteral("correct horse");
+const QString goodPassword = QStringLiteral("correct horse");
 
 IUserCtrl* createUserCtrl()
 {
@@ -74,18 +72,9 @@ QString message(QDialog* dialog)
 /// Keeps a picture for the eye, and finds texts that do not fit.
 void look(QWidget* window, const char* name)
 {
-    QDir().mkpath(SCREENSHOTS_DIR);
     window->layout()->activate();
-    QVERIFY(window->grab().save(QStringLiteral(SCREENSHOTS_DIR "/%1.png").arg(name)));
-    const auto children = window->findChildren<QWidget*>();
-    for (const QWidget* child : children) {
-        const auto* label = qobject_cast<const QLabel*>(child);
-        if (!child->isVisible() || (!label && !qobject_cast<const QPushButton*>(child)))
-            continue;
-        const int wanted = label && label->wordWrap() ? 0 : child->sizeHint().width();
-        const int height = label && label->wordWrap() ? label->heightForWidth(label->width()) : 0;
-        QVERIFY2(child->width() >= wanted && child->height() >= height, qPrintable(child->objectName()));
-    }
+    Look::shoot(*window, QLatin1String(name));
+    QCOMPARE(Look::clipped(*window), QStringList());
 }
 
 class English : public QTranslator
@@ -121,8 +110,8 @@ struct Program
         QDialog* dialog = openDialog("NewUserDialog");
         QVERIFY(dialog);
         type(dialog, "nameEdit", "boss");
-        type(dialog, "passwordEdit", kPassword);
-        type(dialog, "againEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
+        type(dialog, "againEdit", goodPassword);
         okButton(dialog)->click();
         QTRY_COMPARE(users->state(), int(IUserCtrl::LoggedIn));
         QTRY_VERIFY(!openDialog("NewUserDialog"));
@@ -134,8 +123,8 @@ struct Program
         QVERIFY(dialog);
         type(dialog, "nameEdit", name);
         in<QComboBox>(dialog, "roleBox")->setCurrentText(role);
-        type(dialog, "passwordEdit", kPassword);
-        type(dialog, "againEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
+        type(dialog, "againEdit", goodPassword);
         okButton(dialog)->click();
         QTRY_VERIFY(!openDialog("NewUserDialog"));
     }
@@ -160,13 +149,13 @@ private slots:
         type(dialog, "nameEdit", "boss");
         type(dialog, "passwordEdit", "short");
         QVERIFY(message(dialog).contains("8"));
-        type(dialog, "passwordEdit", kPassword);
-        type(dialog, "againEdit", kPassword + "x");
+        type(dialog, "passwordEdit", goodPassword);
+        type(dialog, "againEdit", goodPassword + "x");
         QVERIFY(message(dialog).contains(QStringLiteral("不一致")));
         QVERIFY(!okButton(dialog)->isEnabled());
         QTest::keyClick(in<QLineEdit>(dialog, "againEdit"), Qt::Key_Return);
         QVERIFY(program.home.read("/user/users.json").isEmpty());
-        type(dialog, "againEdit", kPassword);
+        type(dialog, "againEdit", goodPassword);
         QVERIFY(okButton(dialog)->isEnabled());
         QTest::keyClick(in<QLineEdit>(dialog, "againEdit"), Qt::Key_Return);
         QTRY_COMPARE(program.changes.size(), 1);
@@ -192,7 +181,7 @@ private slots:
         QTRY_VERIFY(message(dialog).contains(QStringLiteral("请输入密码"))); // the wait is over
         program.users->showLogInDialog(&program.window);
         QCOMPARE(openDialog("LogInDialog"), dialog.data());
-        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
         QTest::keyClick(in<QLineEdit>(dialog, "passwordEdit"), Qt::Key_Return);
         QTRY_COMPARE(program.users->state(), int(IUserCtrl::LoggedIn));
         QTRY_VERIFY(!dialog);
@@ -205,7 +194,7 @@ private slots:
         program.users->logOut();
         program.users->showLogInDialog(&program.window);
         QDialog* dialog = openDialog("LogInDialog");
-        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
         dialog->reject();
         program.users->showLogInDialog(&program.window);
         QVERIFY(openDialog("LogInDialog") && openDialog("LogInDialog") != dialog);
@@ -221,7 +210,7 @@ private slots:
         QDialog* dialog = openDialog("LogInDialog");
         QVERIFY2(dialog, "never the dialog that creates an administrator");
         QVERIFY(message(dialog).contains(program.home.path("/user/users.json")));
-        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
         QVERIFY(!okButton(dialog)->isEnabled());
         QTRY_VERIFY(dialog->isActiveWindow());
         look(dialog, "quserinfo_damaged");
@@ -262,9 +251,9 @@ private slots:
         QTRY_VERIFY(program.home.read("/user/users.json") != before);
 
         in<QPushButton>(manager, "removeButton")->click();
-        auto* question = qobject_cast<QMessageBox*>(openDialog("QMessageBox"));
-        QVERIFY(question && question->text().contains(QStringLiteral("王师傅")));
-        question->button(QMessageBox::Ok)->click();
+        QVERIFY(in<QLabel>(manager, "question")->text().contains(QStringLiteral("王师傅")));
+        look(manager, "quserinfo_remove");
+        in<QPushButton>(manager, "firstAnswer")->click();
         QTRY_COMPARE(table->rowCount(), 2);
         const QStringList told{": user/boss/role >administrator",        "boss: user/李工/role >engineer",
                                "boss: user/王师傅/role >operator",       "boss: user/李工/role engineer>operator",
@@ -289,7 +278,7 @@ private slots:
         program.users->showLogInDialog(&program.window);
         QDialog* dialog = openDialog("LogInDialog");
         in<QComboBox>(dialog, "nameBox")->setCurrentText("op");
-        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
         okButton(dialog)->click();
         QTRY_COMPARE(program.users->currentUserName(), QStringLiteral("op"));
         QCOMPARE(program.changes.last(), QVariantList({QStringLiteral("op"), 1, int(IUserCtrl::LoggedIn)}));
@@ -356,7 +345,7 @@ private slots:
         program->users->logOut();
         program->users->showLogInDialog(&program->window);
         QPointer<QDialog> dialog = openDialog("LogInDialog");
-        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
         okButton(dialog)->click();
         program->users.reset();
         QVERIFY(!dialog);

@@ -3,6 +3,13 @@
 #include "support/Table.h"
 #include "support/TempHome.h"
 
+#include "common/Calibration.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLineF>
+#include <QSettings>
+
 #include <cmath>
 #include <limits>
 #include <thread>
@@ -142,6 +149,68 @@ private slots:
             from = at;
         }
         QCOMPARE(text.count(':'), 31 + 2 * 27);
+    }
+
+    void pixelsBecomeMachineCoordinatesAndBack_data()
+    {
+        const QByteArray scale = R"("StationScale_2": 0.5, "StationXOffset_2": 10, "StationYOffset_2": 20)";
+        const QByteArray map = R"("m11": 2, "m21": 3, "dx": 1, "m12": -1, "m22": 0.5, "dy": 4, "xoffset": 100)";
+        const auto twoPoint = [](const QByteArray& keys) { return "{" + keys + "}"; };
+        const auto fourPoint = [](const QByteArray& keys) {
+            return R"({"StationScale_2": 9, "use4pointstand": true, "station2_4p": {)" + keys + "}}";
+        };
+        // of the pixel (100.5, 200.25); millimetres per pixel along x, along y and in the mean
+        Table::of<QByteArray, bool, QPointF, QVector<double>>(
+            {{"two points", twoPoint(scale), true, QPointF(60.25, 120.125), {0.5, 0.5, 0.5}},
+             {"two points swapped",
+              twoPoint(scale + R"(, "station_xytrans_2": true)"),
+              true,
+              QPointF(120.125, 60.25),
+              {0.5, 0.5, 0.5}},
+             {"mirrored", twoPoint(R"("StationScale_2": -2)"), true, QPointF(-201, -400.5), {2, 2, 2}},
+             {"scale of 0", twoPoint(R"("StationScale_2": 0)"), false, QPointF(0, 0), {0, 0, 0}},
+             {"four points", fourPoint(map), true, QPointF(902.75, 3.625), {std::sqrt(5), std::sqrt(9.25), 2}},
+             {"four points swapped",
+              fourPoint(map + R"(, "yoffset": -7, "bXYTrans": true)"),
+              true,
+              QPointF(-3.375, 902.75),
+              {std::sqrt(5), std::sqrt(9.25), 2}},
+             {"no map", fourPoint(R"("xoffset": 1)"), false, QPointF(1, 0), {0, 0, 0}},
+             {"all on a line, but for rounding",
+              fourPoint(R"("m11": 0.1, "m21": 0.3, "m12": 0.30000000000000004, "m22": 0.9)"),
+              false,
+              QPointF(70.125, 210.375),
+              {std::sqrt(0.1), std::sqrt(0.9), 0}}});
+    }
+    void pixelsBecomeMachineCoordinatesAndBack()
+    {
+        const auto [json, invertible, machine, scales] = Table::row<QByteArray, bool, QPointF, QVector<double>>();
+        const TempHome home;
+        home.write(globalFile, json);
+        ksGlobalConfig config;
+        QVERIFY(config.load());
+        const QPointF pixel(100.5, 200.25);
+        // what the station answers, and what other modules read from the file
+        for (const Calibration& calibration :
+             {config.calibration(2), Calibration::ofStation(QJsonDocument::fromJson(json).object(), 2)}) {
+            QCOMPARE(calibration.toMachine(pixel), machine);
+            const auto back = calibration.toPixel(machine);
+            QCOMPARE(back.has_value(), invertible);
+            QVERIFY(!back || QLineF(*back, pixel).length() < 1e-9);
+            QVERIFY(std::abs(calibration.mmPerPixelX() - scales[0]) < 1e-12);
+            QVERIFY(std::abs(calibration.mmPerPixelY() - scales[1]) < 1e-12);
+            QVERIFY(std::abs(calibration.mmPerPixel() - scales[2]) < 1e-7);
+        }
+    }
+
+    void noNumberHasNoWayBack()
+    {
+        for (const double odd : {qQNaN(), qInf()}) {
+            QVERIFY(!Calibration::twoPoint(odd).toPixel({1, 1}));
+            QVERIFY(!Calibration::twoPoint(1, {odd, 0}).toPixel({1, 1}));
+            QVERIFY(!Calibration::fourPoint({odd, 0, 0, 0, 1, 0}).toPixel({1, 1}));
+            QCOMPARE(Calibration::twoPoint(2).toMachine({1, odd}).x(), 2.0); // one axis never spoils the other
+        }
     }
 
     void unwritableConfigurationIsReported()

@@ -63,7 +63,7 @@ private slots:
         QCOMPARE(program.window->findChildren<QCameraSettingsUI*>().size(), 1);
         const QPointer<QDialog> one = program.open("QCameraSettingsUI");
         const DialogDriver settings(*one);
-        settings.type("exposureEdit", "3");
+        settings.type("exposure_ms", "3");
         SystemLog::setOutput(keepLine);
         settings.press("applyButton");
         SystemLog::setOutput(nullptr);
@@ -83,7 +83,10 @@ private slots:
         program.home.write("/images/1/none.txt", {});
         program.start();
         program.window->onSelModel(2, "auto");
-        program.window->onTestMode(12);
+        SComFrame trigger;
+        trigger.command = 'P';
+        trigger.data[0] = 6;
+        emit program.window->sgRecvData(trigger);
         const auto tile = [&](const char* station, const char* name) {
             return program.window->findChild<QWidget*>(station)->findChild<ReadoutTile*>(name);
         };

@@ -46,7 +46,7 @@ private slots:
         Program program;
         program.home.write("/user/access.json", "{\"engineer_only\": true}");
         program.start();
-        for (const char* action : {"actionSystem", "actionManage", "actionStandard", "actionSetting"}) {
+        for (const char* action : {"actionSystem", "actionManage", "actionStandard", "actionTest", "actionSetting"}) {
             program.act(action);
             QDialog* logIn = program.open("NewUserDialog");
             QVERIFY2(logIn && QApplication::topLevelWidgets().contains(logIn), action);
@@ -55,16 +55,17 @@ private slots:
             if (qstrcmp(action, "actionSetting") != 0)
                 logIn->reject();
         }
-        program.act("actionTest");
-        QVERIFY2(program.open("QTestWidget"), "what an operator does needs nobody's leave");
+        program.act("actionPlc");
+        QVERIFY2(program.open("QPlcMonitorUI"), "what an operator does needs nobody's leave");
         program.createAdministrator();
+        program.act("actionTest");
         program.act("actionSystem");
         program.act("actionManage");
         QVERIFY(program.open("QSystemSettingUI") && program.open("QModelMangerUI"));
         const BoxPresser yes(QMessageBox::Yes);
         program.act("main_Login_action"); // logs out
         QVERIFY(!program.open("QSystemSettingUI") && !program.open("QModelMangerUI"));
-        QVERIFY(program.open("QTestWidget"));
+        QVERIFY(!program.open("QTestWidget") && program.open("QPlcMonitorUI"));
     }
 
     void designerGoesWithItsEngineerAndKeepsHisEdits()
@@ -80,7 +81,7 @@ private slots:
         const DialogDriver driver(*designer);
         driver.press("addButton");
         auto* question = driver.get<QWidget>("ModelPanel")->findChild<QWidget*>("ask", Qt::FindDirectChildrenOnly);
-        question->findChild<QPushButton*>("firstButton")->click();
+        question->findChild<QPushButton*>("firstAnswer")->click();
         driver.type("hole_radius", "15");
         QVERIFY(designer->isWindowModified());
         driver.press("chooseButton"); // opens a file dialog

@@ -1,9 +1,7 @@
-#include "finder/GrayLevels.h"
-#include "finder/HoleJudge.h"
-#include "finder/HoleView.h"
+#include "finder/Edges.h"
 #include "finder/Pyramid.h"
-#include "finder/Rays.h"
-#include "finder/RingMap.h"
+#include "finder/places/HoleJudge.h"
+#include "finder/places/Views.h"
 #include "support/Table.h"
 
 #include <QtTest>
@@ -62,7 +60,6 @@ private slots:
                                   {"narrow", 300, 3, 2},
                                   {"again, smaller than the one before", 33, 35, 6}});
     }
-
     void pyramidHoldsMeansOfTheLevelBelow()
     {
         const auto [rows, columns, levels] = Table::row<int, int, int>();

@@ -1,55 +1,73 @@
 // What the author of a module does: takes the installed headers, builds the example, and has its module used.
 
-#include "OutsideBuild.h"
+#include "support/Delivered.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
-#include <valvecell/ICoreCtrl.h>
+#include <valvecell/Extension.h>
+#include <valvecell/ICameraParameters.h>
+#include <valvecell/ICameraSettings.h>
 
-#include <QLibrary>
-#include <QtTest>
+#include <QProcess>
 
 #include <memory>
-#include <mutex>
 
 namespace {
 
-/// What the module's threads delivered.
-class Delivered
+constexpr int deadlineMs = 300'000;
+
+/// Empty, or what was run and all that it said.
+QString runCMake(const QStringList& arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(QStringLiteral(CMAKE_COMMAND), arguments);
+    const bool ended = process.waitForFinished(deadlineMs);
+    if (ended && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0)
+        return {};
+    const QString said = ended ? QString::fromLocal8Bit(process.readAll()) : process.errorString();
+    return QStringLiteral("cmake %1\n%2").arg(arguments.join(' '), said);
+}
+
+/// A place outside of the project, as the author of a module has it: the installed SDK and a copy of one example.
+class OutsideBuild
 {
 public:
-    void connectTo(ICoreCtrl& core)
+    QString prefix() const { return m_dir.filePath(QStringLiteral("prefix")); }
+    QString source() const { return m_dir.filePath(QStringLiteral("module")); }
+    QString build() const { return m_dir.filePath(QStringLiteral("build")); }
+
+    /// Installs the SDK, copies the example and builds it; empty, or what failed.
+    QString make(const QString& example) const
     {
-        core.setRequestCallback([](const QString&, const QVariant&) { return QVariant(); });
-        core.setNotificationCallback([this](const QString& topic, const QVariant& value) {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            m_notes.append(topic + ": " + value.toString());
-        });
-        core.setImageCallback([this](const QString& key, const QImage& image) {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            m_images[key].append(image);
-        });
-    }
-    QVector<QImage> images(const QString& key) const
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_images.value(key);
-    }
-    int count(const QString& key) const { return images(key).size(); }
-    QStringList notes() const
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_notes;
+        QString failed = runCMake({"--install", BUILD_DIR, "--component", "sdk", "--prefix", prefix()});
+        const QDir from(QStringLiteral(SOURCE_DIR "/examples/") + example);
+        QDir().mkpath(source());
+        for (const QString& file : from.entryList(QDir::Files))
+            QFile::copy(from.filePath(file), source() + '/' + file);
+        QString where = prefix();
+        if (*CMAKE_PREFIX_PATH)
+            where += QStringLiteral(";" CMAKE_PREFIX_PATH);
+        const QVector<QStringList> steps{
+            {"-S", source(), "-B", build(), "-G", CMAKE_GENERATOR, "-DCMAKE_MAKE_PROGRAM=" CMAKE_MAKE_PROGRAM,
+             "-DCMAKE_CXX_COMPILER=" CMAKE_CXX_COMPILER, "-DCMAKE_CXX_FLAGS=" EXAMPLE_FLAGS,
+             "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON", "-DCMAKE_PREFIX_PATH=" + where},
+            {"--build", build(), "--parallel", "2"},
+            {"--install", build(), "--prefix", prefix()}};
+        for (const QStringList& step : steps) {
+            if (failed.isEmpty())
+                failed = runCMake(step);
+        }
+        return failed;
     }
 
 private:
-    mutable std::mutex m_mutex; // protects the two below; one that a thread sanitizer understands
-    QMap<QString, QVector<QImage>> m_images;
-    QStringList m_notes;
+    QTemporaryDir m_dir;
 };
 
-const QString kLeft = QStringLiteral("左");
-const QString kRight = QStringLiteral("right");
-const QByteArray kTwoCameras = R"({"cameras": [
+const QString left = QStringLiteral("左");
+const QString right = QStringLiteral("right");
+const QByteArray twoCameras = R"({"cameras": [
     {"key": "左", "type": 100, "width": 321, "height": 240, "exposure_ms": 1},
     {"key": "right", "type": 100, "width": 200, "height": 200, "exposure_ms": 3600000}]})";
 
@@ -74,19 +92,9 @@ private:
 private slots:
     void initTestCase()
     {
-        QString failed = m_outside.installSdk();
+        const QString failed = m_outside.make(QStringLiteral("TestPatternCamera"));
         QVERIFY2(failed.isEmpty(), qPrintable(failed));
-        failed = m_outside.copyExample(QStringLiteral("TestPatternCamera"));
-        QVERIFY2(failed.isEmpty(), qPrintable(failed));
-        failed = m_outside.configure();
-        QVERIFY2(failed.isEmpty(), qPrintable(failed));
-        failed = m_outside.buildAndInstall();
-        QVERIFY2(failed.isEmpty(), qPrintable(failed));
-
-        QLibrary library(m_outside.prefix() + QStringLiteral("/bin/ksCoreCtrl"));
-        m_init = reinterpret_cast<CoreCtrlInitFunction>(library.resolve("Lib_CoreCtrl_Init"));
-        QVERIFY2(m_init && library.resolve("Lib_CoreCtrl_Free"),
-                 qPrintable(library.fileName() + library.errorString()));
+        m_init = Delivered::init(m_outside.prefix() + QStringLiteral("/bin/ksCoreCtrl"));
     }
 
     void installedHeadersAreTheOnlyOnesUsed()
@@ -108,17 +116,17 @@ private slots:
     void triggersOfTwoCamerasAreAnsweredSideBySide()
     {
         TempHome home;
-        home.write("/user/camera.json", kTwoCameras);
+        home.write("/user/camera.json", twoCameras);
         Delivered delivered;
         const auto core = started();
         delivered.connectTo(*core);
-        QCOMPARE(core->cameraKeys(), QStringList({kLeft, kRight}));
+        QCOMPARE(core->cameraKeys(), QStringList({left, right}));
 
         for (int i = 0; i < 3; ++i)
-            core->trigger({kRight, kLeft});
-        QTRY_COMPARE(delivered.count(kLeft), 3);
-        QCOMPARE(delivered.count(kRight), 0);
-        const QVector<QImage> images = delivered.images(kLeft);
+            core->trigger({right, left});
+        QTRY_COMPARE(delivered.images(left).size(), 3);
+        QCOMPARE(delivered.images(right).size(), 0);
+        const QVector<QImage> images = delivered.images(left);
         QCOMPARE(images[0].size(), QSize(321, 240));
         QVERIFY2(images[0] != images[1] && images[1] != images[2], "the pattern stands still");
         const QPoint hole(160 + 72, 119); // 0.75 of the disc's radius to the right of its centre
@@ -130,61 +138,80 @@ private slots:
     void stopEndsALongExposureAndNothingComesAfterIt()
     {
         TempHome home;
-        home.write("/user/camera.json", kTwoCameras);
+        home.write("/user/camera.json", twoCameras);
         Delivered delivered;
         auto core = started();
         delivered.connectTo(*core);
-        core->trigger({kRight, kRight, kRight});
-        core->trigger({kLeft});
-        QTRY_COMPARE(delivered.count(kLeft), 1);
+        core->trigger({right, right, right});
+        core->trigger({left});
+        QTRY_COMPARE(delivered.images(left).size(), 1);
         core->stop();
-        const int captured = delivered.count(kRight);
+        const int captured = delivered.images(right).size();
         QVERIFY2(captured <= 1, "triggers that waited are dropped");
-        core->trigger({kRight, kLeft, "stranger"});
+        core->trigger({right, left, "stranger"});
         core.reset();
-        QCOMPARE(delivered.count(kRight), captured);
-        QCOMPARE(delivered.count(kLeft), 1);
+        QCOMPARE(delivered.images(right).size(), captured);
+        QCOMPARE(delivered.images(left).size(), 1);
         QCOMPARE(delivered.notes(), QStringList());
     }
 
     void replacedCallbackReceivesTheNextImage()
     {
         TempHome home;
-        home.write("/user/camera.json", kTwoCameras);
+        home.write("/user/camera.json", twoCameras);
         Delivered before;
         Delivered after;
         const auto core = started();
         before.connectTo(*core);
-        core->trigger({kLeft});
-        QTRY_COMPARE(before.count(kLeft), 1);
+        core->trigger({left});
+        QTRY_COMPARE(before.images(left).size(), 1);
         after.connectTo(*core);
-        core->trigger({kLeft, "stranger"});
-        QTRY_COMPARE(after.count(kLeft), 1);
+        core->trigger({left, "stranger"});
+        QTRY_COMPARE(after.images(left).size(), 1);
         QCOMPARE(after.notes(), QStringList("unknownCamera: stranger"));
-        QCOMPARE(before.count(kLeft), 1);
+        QCOMPARE(before.images(left).size(), 1);
         QCOMPARE(before.notes(), QStringList());
         core->stop();
     }
 
-    void spoiledCameraListIsToldWithItsPlace_data()
+    void describedSettingIsCheckedChangedAndKept()
     {
-        QTest::addColumn<QByteArray>("json");
-        QTest::addColumn<QString>("told");
-        QTest::addColumn<QStringList>("keys");
-        QTest::newRow("cut off") << QByteArray("{\"cameras\": [\n{\"key\"") << "camera.json, line 2" << QStringList();
-        QTest::newRow("key taken") << QByteArray(R"({"cameras": [{"key": "a"}, {"key": "a"}, {"key": "b"}]})")
-                                   << "cameras\\[1\\]" << QStringList({"a", "b"});
-        QTest::newRow("wrong type") << QByteArray(R"({"cameras": [7, {"key": "b", "width": 1e9}]})") << "cameras\\[0\\]"
-                                    << QStringList("b");
+        const TempHome home;
+        home.write("/user/camera.json", twoCameras);
+        auto core = started();
+        auto* settings = extensionOf<ICameraSettings>(core.get());
+        const auto parameters = extensionOf<ICameraParameters>(core.get())->parameters(CameraType::Virtual, left);
+        QCOMPARE(parameters.size(), settings->settings(left).size());
+        QString error;
+        QVERIFY(!settings->applySettings(left, {{"width", 99999}}, &error));
+        QVERIFY2(error.contains(left) && error.contains("99999") && error.contains("16"), qPrintable(error));
+        QVERIFY2(settings->applySettings(left, {{"width", 640}}, &error), qPrintable(error));
+        core->stop();
+        core = started();
+        Delivered delivered;
+        delivered.connectTo(*core);
+        core->trigger({left});
+        QTRY_COMPARE(delivered.images(left).size(), 1);
+        QCOMPARE(delivered.images(left)[0].size(), QSize(640, 240));
+        core->stop();
     }
-    void spoiledCameraListIsToldWithItsPlace()
+
+    void spoiledCameraListIsReportedWithItsPlace_data()
     {
-        QFETCH(QByteArray, json);
-        QFETCH(QString, told);
-        QFETCH(QStringList, keys);
-        TempHome home;
+        Table::of<QByteArray, QString, QStringList>(
+            {{"cut off", "{\"cameras\": [\n{\"key\"", "camera.json, line 2", QStringList()},
+             {"key taken", R"({"cameras": [{"key": "a"}, {"key": "a"}, {"key": "b"}]})", "cameras\\[1\\]",
+              QStringList({"a", "b"})},
+             {"wrong type", R"({"cameras": [7, {"key": "b"}]})", "cameras\\[0\\]", QStringList("b")},
+             {"wrong value", R"({"cameras": [{"key": "b", "width": 1e9}]})", "“b”.*width.*1000000000.*10000",
+              QStringList("b")}});
+    }
+    void spoiledCameraListIsReportedWithItsPlace()
+    {
+        const auto [json, said, keys] = Table::row<QByteArray, QString, QStringList>();
+        const TempHome home;
         home.write("/user/camera.json", json);
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(told));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(said));
         const auto core = started();
         QCOMPARE(core->cameraKeys(), keys);
         core->stop();

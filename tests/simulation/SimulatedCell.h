@@ -14,7 +14,7 @@ struct FakeCameras : ICoreCtrl
 {
     QStringList cameraKeys() override { return keys; }
     void setRequestCallback(RequestCallback) override {}
-    void setImageCallback(ImageCallback callback) override { deliver = std::move(callback); }
+    void setImageCallback(ImageCallback) override {}
     void setNotificationCallback(NotificationCallback) override {}
     void start() override {}
     void stop() override { deliver = nullptr; }
@@ -23,13 +23,15 @@ struct FakeCameras : ICoreCtrl
     QStringList keys{QStringLiteral("cam1"), QStringLiteral("cam2")};
     QStringList asked;
     ImageCallback deliver;
+    NotificationCallback notify;
 };
 
 struct FakeModules : IModules
 {
-    QString start(const ICoreCtrl::ImageCallback& image) override
+    QString start(const CameraCallbacks& callbacks) override
     {
-        cameras.setImageCallback(image);
+        cameras.deliver = callbacks.image;
+        cameras.notify = callbacks.notification;
         return {};
     }
     void stop() override { cameras.stop(); }

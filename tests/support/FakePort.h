@@ -1,18 +1,20 @@
 #pragma once
 
 #include <valvecell/ISerialPort.h>
+#include <valvecell/ISerialSession.h>
 
 #include <QStringList>
 #include <QVector>
 
 /// A serial port whose sent frames a test reads, and that receives what the test says.
-struct FakePort : ISerialPort
+struct FakePort : ISerialPort, ISerialSession
 {
     QVector<SComFrame> sent;
 
     bool opens = true;
     QStringList opened; ///< name and baud rate of each attempt
     ReceiveCallback callback;
+    quint64 line = 1; ///< the present session
 
     void setReceiveCallback(QObject*, ReceiveCallback receive) override { callback = std::move(receive); }
     bool open(const QString& name, const QString& baudRate) override
@@ -22,6 +24,16 @@ struct FakePort : ISerialPort
     }
     void close() override { callback = nullptr; }
     void send(const SComFrame* frame) override { sent.append(*frame); }
+    void send(const SComFrame& frame, quint64 of) override
+    {
+        if (of == line)
+            sent.append(frame);
+    }
+    quint64 session() const override { return line; }
+    void* extension(const char* id) override
+    {
+        return qstrcmp(id, ISerialSession::id) == 0 ? static_cast<ISerialSession*>(this) : nullptr;
+    }
 
     void receive(int command, int word0, int word1 = 0) const
     {

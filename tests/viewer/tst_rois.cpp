@@ -1,9 +1,8 @@
 #include "Resources.h"
 #include "support/Mouse.h"
 #include "support/Table.h"
-#include "viewer/RoiCursors.h"
+#include "viewer/RectRoi.h"
 #include "viewer/RoiImgViewer.h"
-#include "viewer/RotatedRectRoi.h"
 
 #include <QtTest>
 

@@ -18,7 +18,7 @@ struct LinePort : FakePort, ISerialStatus
     SerialStatus status() const override { return line; }
     void* extension(const char* id) override
     {
-        return qstrcmp(id, ISerialStatus::id) == 0 ? static_cast<ISerialStatus*>(this) : nullptr;
+        return qstrcmp(id, ISerialStatus::id) == 0 ? static_cast<ISerialStatus*>(this) : FakePort::extension(id);
     }
 
     SerialStatus line;

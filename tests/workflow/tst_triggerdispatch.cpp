@@ -20,8 +20,12 @@ struct Cell
     PlcLink link{&port};
     ksGlobalConfig config;
     QStringList captured;
+    bool full = false; ///< as many wait as may
     ManualScheduler scheduler;
-    TriggerDispatch dispatch{config, link, scheduler, [this](const QString& key) { captured << key; }};
+    TriggerDispatch dispatch{config, link, scheduler, [this](const Trigger& trigger) {
+                                 captured << trigger.camera;
+                                 return !full;
+                             }};
     std::unique_ptr<CZdCtrl> controller;
     QStringList panel, systemLog;
 
@@ -81,16 +85,38 @@ private slots:
         QVERIFY(cell.port.sent.isEmpty());
     }
 
-    void repeatedPairIsNotLookedUpAgain()
+    void repeatedPairIsLookedUpAgainOnlyAfterTheTableChanged()
     {
         Cell cell;
         cell.dispatch.onModelIndices(8, 3);
         cell.controller->plcIndices().setTable("工位1", {{"新型号", 8}});
         cell.dispatch.onModelIndices(8, 3);
         QCOMPARE(cell.config.station(1).runModel, QString());
-        cell.dispatch.onModelIndices(8, 0);
+        cell.dispatch.forgetLastIndices();
+        cell.dispatch.onModelIndices(8, 3);
+        QCOMPARE(cell.config.station(1).runModel, QStringLiteral("新型号"));
+        QVERIFY(cell.systemLog.last().contains("切换型号为[新型号]"));
+    }
+
+    void indexThatWasUnknownSwitchesToItsNewModel()
+    {
+        Cell cell;
+        cell.dispatch.onModelIndices(1, 1);
+        cell.dispatch.onModelIndices(7, 1);
+        cell.controller->plcIndices().setTable("工位1", {{"五辐", 1}, {"新型号", 7}});
+        cell.dispatch.onModelIndices(7, 2);
+        QCOMPARE(cell.config.station(1).runModel, QStringLiteral("新型号"));
+        QCOMPARE(cell.panel.filter("切换型号为[新型号]").size(), 1);
+    }
+
+    void triggerOnTopOfTooManyIsAnsweredAtOnce()
+    {
+        Cell cell;
+        cell.dispatch.onModelIndices(2, 3);
+        cell.full = true;
         cell.dispatch.onTrigger(1);
-        QCOMPARE(cell.captured, QStringList("cam1"));
+        QCOMPARE(cell.port.words(0), QStringLiteral("0 0 999 0 0 0 0 0"));
+        QCOMPARE(cell.panel.last(), QStringLiteral("1|T:等待的触发过多，不能拍照！！！"));
     }
 
     void unknownIndexIsToldAndRefusedWith999()

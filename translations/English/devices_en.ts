@@ -62,6 +62,22 @@
 <context>
     <name>CameraFile</name>
     <message>
+        <source>相机名称不能为空</source>
+        <translation>A camera needs a name</translation>
+    </message>
+    <message>
+        <source>相机名称不能以空格或点开头或结尾</source>
+        <translation>A camera’s name cannot begin or end with a blank or a dot</translation>
+    </message>
+    <message>
+        <source>相机名称不能超过 %1 个字符</source>
+        <translation>A camera’s name has %1 characters at most</translation>
+    </message>
+    <message>
+        <source>相机名称不能含有字符“%1”</source>
+        <translation>A camera’s name cannot hold the character “%1”</translation>
+    </message>
+    <message>
         <source>%1 中没有相机“%2”</source>
         <translation>%1 holds no camera “%2”</translation>
     </message>
@@ -76,46 +92,6 @@
 </context>
 <context>
     <name>CameraForm</name>
-    <message>
-        <source>曝光时间(&amp;E)</source>
-        <translation>&amp;Exposure</translation>
-    </message>
-    <message>
-        <source>曝光时间</source>
-        <translation>Exposure</translation>
-    </message>
-    <message>
-        <source>毫秒</source>
-        <translation>ms</translation>
-    </message>
-    <message>
-        <source>增益(&amp;G)</source>
-        <translation>&amp;Gain</translation>
-    </message>
-    <message>
-        <source>增益</source>
-        <translation>Gain</translation>
-    </message>
-    <message>
-        <source>dB</source>
-        <translation>dB</translation>
-    </message>
-    <message>
-        <source>传输时间(&amp;R)</source>
-        <translation>T&amp;ransfer time</translation>
-    </message>
-    <message>
-        <source>传输时间</source>
-        <translation>Transfer time</translation>
-    </message>
-    <message>
-        <source>图像文件夹(&amp;F)</source>
-        <translation>Image &amp;folder</translation>
-    </message>
-    <message>
-        <source>图像文件夹</source>
-        <translation>Image folder</translation>
-    </message>
     <message>
         <source>浏览(&amp;B)…</source>
         <translation>&amp;Browse…</translation>
@@ -134,22 +110,58 @@
     </message>
 </context>
 <context>
-    <name>CameraKey</name>
+    <name>CameraParameter</name>
     <message>
-        <source>相机名称不能为空</source>
-        <translation>A camera needs a name</translation>
+        <source>曝光时间(&amp;E)</source>
+        <translation>&amp;Exposure</translation>
     </message>
     <message>
-        <source>相机名称不能以空格或点开头或结尾</source>
-        <translation>A camera’s name cannot begin or end with a blank or a dot</translation>
+        <source>毫秒</source>
+        <translation>ms</translation>
     </message>
     <message>
-        <source>相机名称不能超过 %1 个字符</source>
-        <translation>A camera’s name has %1 characters at most</translation>
+        <source>增益(&amp;G)</source>
+        <translation>&amp;Gain</translation>
     </message>
     <message>
-        <source>相机名称不能含有字符“%1”</source>
-        <translation>A camera’s name cannot hold the character “%1”</translation>
+        <source>dB</source>
+        <translation>dB</translation>
+    </message>
+    <message>
+        <source>传输时间(&amp;R)</source>
+        <translation>T&amp;ransfer time</translation>
+    </message>
+    <message>
+        <source>图像文件夹(&amp;F)</source>
+        <translation>Image &amp;folder</translation>
+    </message>
+    <message>
+        <source>没有参数“%1”</source>
+        <translation>there is no setting “%1”</translation>
+    </message>
+    <message>
+        <source>相机“%1”：%2</source>
+        <translation>Camera “%1”: %2</translation>
+    </message>
+    <message>
+        <source>整数 </source>
+        <translation>a whole number, </translation>
+    </message>
+    <message>
+        <source>%1 到 %2</source>
+        <translation>%1 to %2</translation>
+    </message>
+    <message>
+        <source>文字，不能为空</source>
+        <translation>a text that is not empty</translation>
+    </message>
+    <message>
+        <source>图像文件夹的路径</source>
+        <translation>the path of an image folder</translation>
+    </message>
+    <message>
+        <source>%1 (%2) 的值“%3”不对，应为：%4</source>
+        <translation>%1 (%2) cannot be “%3”; right is: %4</translation>
     </message>
 </context>
 <context>
@@ -165,21 +177,6 @@
     <message>
         <source>没有相机类型 %1 的驱动程序</source>
         <translation>There is no driver for cameras of type %1</translation>
-    </message>
-</context>
-<context>
-    <name>DecimalField</name>
-    <message>
-        <source>请输入数字</source>
-        <translation>Please enter a number</translation>
-    </message>
-    <message>
-        <source>“%1”不是数字</source>
-        <translation>“%1” is no number</translation>
-    </message>
-    <message>
-        <source>应在%1到%2之间</source>
-        <translation>must be between %1 and %2</translation>
     </message>
 </context>
 <context>
@@ -572,21 +569,6 @@
     <message>
         <source>没有图像</source>
         <translation>No image</translation>
-    </message>
-</context>
-<context>
-    <name>VirtualSettings</name>
-    <message>
-        <source>%1 必须是 0 到 %2 之间的毫秒数</source>
-        <translation>%1 must be 0 to %2 milliseconds</translation>
-    </message>
-    <message>
-        <source>folder 必须是图像文件夹的路径</source>
-        <translation>folder must be the path of an image folder</translation>
-    </message>
-    <message>
-        <source>虚拟相机没有设置项“%1”</source>
-        <translation>A virtual camera has no setting “%1”</translation>
     </message>
 </context>
 </TS>

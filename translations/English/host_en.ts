@@ -620,6 +620,10 @@ Close anyway?</translation>
         <source>型号无效，触发被拒绝</source>
         <translation>No valid model, trigger refused</translation>
     </message>
+    <message>
+        <source>测试：%1</source>
+        <translation>Test: %1</translation>
+    </message>
 </context>
 <context>
     <name>SystemLog::ksLogDB</name>
@@ -712,6 +716,18 @@ Close anyway?</translation>
         <source>另有%1条</source>
         <translation>%1 more</translation>
     </message>
+    <message>
+        <source>工位%1没有图像：%2</source>
+        <translation>Station %1 gets no image: %2</translation>
+    </message>
+    <message>
+        <source>工位%1标定不可用：%2</source>
+        <translation>Calibration of station %1 cannot be used: %2</translation>
+    </message>
+    <message>
+        <source>工位%1没有检测结果：%2</source>
+        <translation>Station %1 gets no result: %2</translation>
+    </message>
 </context>
 <context>
     <name>ViewMenu</name>
@@ -726,6 +742,36 @@ Close anyway?</translation>
     <message>
         <source>深色</source>
         <translation>Dark</translation>
+    </message>
+</context>
+<context>
+    <name>ResultHandler</name>
+    <message>
+        <source>坐标超出范围，请检查标定</source>
+        <translation>Coordinates out of range, check the calibration</translation>
+    </message>
+    <message>
+        <source>结果属于方案%1</source>
+        <translation>The result belongs to solution %1</translation>
+    </message>
+</context>
+<context>
+    <name>TriggersInHand</name>
+    <message>
+        <source>检测超时</source>
+        <translation>Inspection overdue</translation>
+    </message>
+    <message>
+        <source>相机%1上一幅图像未到</source>
+        <translation>The last image of camera %1 has not come</translation>
+    </message>
+    <message>
+        <source>相机%1没有图像</source>
+        <translation>No image of camera %1</translation>
+    </message>
+    <message>
+        <source>相机%1的图像无效</source>
+        <translation>The image of camera %1 is none</translation>
     </message>
 </context>
 </TS>

@@ -1,10 +1,32 @@
 #include "ParameterPanel.h"
 
+#include "common/Calibration.h"
+#include "common/forms/InlineMessage.h"
 #include "model/ModelDrafts.h"
 #include "model/ParameterRules.h"
-#include "model/PixelScale.h"
 #include "ui_ParameterPanel.h"
-#include "widgets/Ink.h"
+
+#include <valvecell/HomeFiles.h>
+
+#include <cmath>
+
+namespace {
+
+/// Of the station that runs the solution; 0 when none does or it is not calibrated. Reads a small file; GUI thread.
+double millimetresPerPixel(const QString& solution)
+{
+    const QJsonObject config =
+        HomeFiles::readJson(HomeFiles::home() + QStringLiteral("/user/globalConfig.json")).object;
+    for (const int station : {1, 2}) {
+        const double scale = Calibration::ofStation(config, station).mmPerPixel();
+        const bool runs = config.value(QStringLiteral("station_solution_%1").arg(station)).toString() == solution;
+        if (runs && scale > 0 && std::isfinite(scale))
+            return scale;
+    }
+    return 0;
+}
+
+} // namespace
 
 ParameterPanel::ParameterPanel(ModelDrafts* drafts, QWidget* parent)
     : QWidget(parent)
@@ -45,8 +67,7 @@ void ParameterPanel::updateState()
     const bool builtIn = !m_id.isNull() && m_drafts->isBuiltIn(m_id);
     const bool unsaved = m_drafts->isUnsaved(m_id);
     m_ui->state->setText(builtIn ? tr("内置型号，只读。要修改请先复制。") : unsaved ? tr("有未保存的更改") : QString());
-    m_ui->state->setStyleSheet(unsaved ? inkStyle(Ink::Caution, *this) + QStringLiteral("font-weight: bold;")
-                                       : QString());
+    setTone(m_ui->state, unsaved ? Tone::Warning : Tone::Plain);
     m_ui->saveButton->setEnabled(unsaved && ParameterRules::problems(m_drafts->parameters(m_id)).isEmpty());
     m_ui->revertButton->setEnabled(unsaved);
 }

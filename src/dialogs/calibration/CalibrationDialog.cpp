@@ -2,7 +2,8 @@
 
 #include "common/forms/DialogForm.h"
 #include "config/IniFile.h"
-#include "dialogs/calibration/CalibrationPanel.h"
+#include "dialogs/calibration/FourPointPanel.h"
+#include "dialogs/calibration/TwoPointPanel.h"
 #include "ui_CalibrationDialog.h"
 #include "viewer/ksImgViewer.h"
 
@@ -59,7 +60,7 @@ void CalibrationDialog::onROIChange(const AwesomeRoiInfo& info, const QString& n
 
 void CalibrationDialog::onRoiLockIng(const QString&)
 {
-    panelOfSender()->tellLocked();
+    panelOfSender()->showLocked();
 }
 
 void CalibrationDialog::onImageScale(qreal scale)
@@ -113,4 +114,16 @@ void CalibrationDialog::changeEvent(QEvent* event)
             setWindowTitle(title); // whoever opened the dialog gave it
     }
     QDialog::changeEvent(event);
+}
+
+ksImageCaliUI::ksImageCaliUI(QWidget* parent)
+    : CalibrationDialog(parent)
+{
+    setPanels(new TwoPointPanel(1, this), new TwoPointPanel(2, this));
+}
+
+ksImageCaliUI4P::ksImageCaliUI4P(QWidget* parent)
+    : CalibrationDialog(parent)
+{
+    setPanels(new FourPointPanel(1, this), new FourPointPanel(2, this));
 }

@@ -56,3 +56,21 @@ private:
     QString m_ownTitle;
     int m_messageTimer = 0; ///< one for both panels; 0 while none runs
 };
+
+/// Two-point calibration of both stations: scale and offsets.
+class ksImageCaliUI : public CalibrationDialog
+{
+    Q_OBJECT
+
+public:
+    explicit ksImageCaliUI(QWidget* parent = nullptr);
+};
+
+/// Four-point calibration of both stations: an affine map.
+class ksImageCaliUI4P : public CalibrationDialog
+{
+    Q_OBJECT
+
+public:
+    explicit ksImageCaliUI4P(QWidget* parent = nullptr);
+};

@@ -1,11 +1,10 @@
 #include "dialogs/calibration/CalibrationPanel.h"
 
-#include "common/JsonChanges.h"
-#include "common/forms/Tone.h"
+#include "common/AuditChange.h"
+#include "common/forms/InlineMessage.h"
 #include "config/ksGlobalConfig.h"
-#include "dialogs/calibration/FieldNumber.h"
-#include "dialogs/calibration/MachineOverlays.h"
-#include "dialogs/calibration/PointDrawing.h"
+#include "dialogs/calibration/CalibrationDrawing.h"
+#include "dialogs/calibration/CalibrationFit.h"
 #include "graphics/ImageItem.h"
 #include "platform/AppHome.h"
 #include "ui_CalibrationPanel.h"
@@ -15,10 +14,10 @@
 
 namespace {
 
-const QString kDone = QStringLiteral("background-color: rgb(255, 168, 55);");
-const QString kRefused = QStringLiteral("background-color: rgb(200, 68, 55);");
-const QColor kMarkerColor(255, 0, 255);
-const QColor kMarkerSelected(0, 255, 0);
+const QString doneStyle = QStringLiteral("background-color: rgb(255, 168, 55);");
+const QString refusedStyle = QStringLiteral("background-color: rgb(200, 68, 55);");
+const QColor markerColor(255, 0, 255);
+const QColor markerSelected(0, 255, 0);
 
 /// Gives a label the height of so many lines of Chinese, which are taller than others, whatever it shows.
 void keepLines(QLabel* label, int lines)
@@ -61,7 +60,7 @@ QVector<QPushButton*> CalibrationPanel::buttons() const
     return {m_ui->m_pbLoadImg, m_ui->m_pbApply, m_ui->m_pbLock};
 }
 
-// The names of station 2 end in "_2"; one that tells its station anyway ends in "_1" for station 1.
+// The names of station 2 end in "_2"; one that names its station anyway ends in "_1" for station 1.
 void CalibrationPanel::nameForStation(const QList<QWidget*>& widgets) const
 {
     for (QWidget* widget : widgets) {
@@ -132,7 +131,7 @@ void CalibrationPanel::placeMarkers()
     viewer->removeAllRois();
     const QVector<Marker> all = markers();
     for (const Marker& marker : all)
-        viewer->addPointRoi(fromCenter(*marker.point), kMarkerColor, kMarkerSelected, size, marker.name);
+        viewer->addPointRoi(fromCenter(*marker.point), markerColor, markerSelected, size, marker.name);
     viewer->showRoiHandles();
     setLocked(true);
 }
@@ -160,7 +159,7 @@ void CalibrationPanel::press(const QString& name)
         apply();
     } else if (name == QLatin1String("m_pbLock")) {
         setLocked(!m_locked);
-        showMessage(m_locked ? tr("已上锁") : tr("已解锁"), kDone);
+        showMessage(m_locked ? tr("已上锁") : tr("已解锁"), doneStyle);
     }
 }
 
@@ -177,9 +176,9 @@ void CalibrationPanel::moveMarker(const AwesomeRoiInfo& info, const QString& nam
     refreshHints();
 }
 
-void CalibrationPanel::tellLocked()
+void CalibrationPanel::showLocked()
 {
-    showMessage(tr("不能操作,请解锁"), kRefused);
+    showMessage(tr("不能操作,请解锁"), refusedStyle);
 }
 
 void CalibrationPanel::chooseImage()
@@ -211,7 +210,7 @@ void CalibrationPanel::onReplaced(const ReferenceImage::Replaced& replaced)
     m_shownSince = QFileInfo(ReferenceImage::path(m_station)).lastModified();
     showImage(replaced.image);
     if (!replaced.error.isEmpty())
-        showMessage(tr("标定图像未保存：%1").arg(replaced.error), kRefused);
+        showMessage(tr("标定图像未保存：%1").arg(replaced.error), refusedStyle);
 }
 
 void CalibrationPanel::apply()
@@ -221,9 +220,9 @@ void CalibrationPanel::apply()
     store(config());
     QString error;
     if (global.save(&error))
-        showMessage(tr("参数已生效"), kDone);
+        showMessage(tr("参数已生效"), doneStyle);
     else
-        showMessage(tr("参数已生效，但未能保存：%1").arg(error), kRefused);
+        showMessage(tr("参数已生效，但未能保存：%1").arg(error), refusedStyle);
     m_ui->m_viewer->setOverlays(machineOverlays(calibration(config())));
     refreshHints();
     const AuditChanges changes = jsonChanges(before, global.text());

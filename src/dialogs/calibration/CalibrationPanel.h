@@ -48,7 +48,7 @@ public:
     void press(const QString& name);
     /// A marker was dragged; other names than the panel's own only refresh what is computed.
     void moveMarker(const AwesomeRoiInfo& info, const QString& name);
-    void tellLocked();
+    void showLocked();
     void clearMessage();
 
     /// Deletes the station's reference image and puts a chosen one in its place, on another thread; shows it when done.
@@ -84,8 +84,8 @@ protected:
     virtual void recompute() {}
     virtual void store(StationConfig& config) = 0;
     virtual Hints hints() = 0;
-    /// The stored calibration as a map from image pixels to millimetres; a singular one while there is none.
-    virtual QTransform calibration(const StationConfig& config) const = 0;
+    /// The stored calibration; that of nothing while there is none.
+    virtual Calibration calibration(const StationConfig& config) const = 0;
     /// Draws what joins the markers.
     virtual void draw(PointDrawing& drawing) = 0;
     virtual void retranslate() {}

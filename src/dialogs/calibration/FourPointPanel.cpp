@@ -1,10 +1,11 @@
 #include "dialogs/calibration/FourPointPanel.h"
 
 #include "config/ksGlobalConfig.h"
-#include "dialogs/calibration/FieldNumber.h"
-#include "dialogs/calibration/PointDrawing.h"
+#include "dialogs/calibration/CalibrationDrawing.h"
+#include "dialogs/calibration/CalibrationFit.h"
 #include "ui_FourPointForm.h"
-#include "workflow/CoordinateTransform.h"
+
+#include <QLineF>
 
 #include <cmath>
 
@@ -55,6 +56,11 @@ std::array<QPointF, 4> FourPointPanel::realPoints() const
     return points;
 }
 
+Calibration FourPointPanel::mapFromFields() const
+{
+    return Calibration::fourPoint(solveAffine(m_points, realPoints()));
+}
+
 QVector<CalibrationPanel::Marker> FourPointPanel::markers()
 {
     QVector<Marker> all;
@@ -95,8 +101,8 @@ void FourPointPanel::showPoint(const QString& name)
 void FourPointPanel::showTestPoint()
 {
     m_form->label_testPixPoint->setText(shown(m_testPoint));
-    m_form->label_testRealPoint->setText(
-        shown(affineMapped(ksGlobalConfig::instance()->station(station()), m_testPoint)));
+    const AffineMap& inForce = ksGlobalConfig::instance()->station(station()).fourPoint.map;
+    m_form->label_testRealPoint->setText(shown(Calibration::fourPoint(inForce).toMachine(m_testPoint)));
 }
 
 void FourPointPanel::store(StationConfig& config)
@@ -117,25 +123,23 @@ CalibrationPanel::Hints FourPointPanel::hints()
     Hints hints;
     const std::array<QPointF, 4> real = realPoints();
     pointWarnings(real, hints.warnings);
-    const QTransform map = toTransform(solveAffine(m_points, real));
-    bool invertible = false;
-    const QTransform back = map.inverted(&invertible);
-    if (!std::isfinite(map.determinant()))
+    const Calibration map = mapFromFields();
+    if (!std::isfinite(map.mmPerPixel()))
         hints.warnings << tr("场景坐标过大，无法计算");
-    if (!invertible || !std::isfinite(map.determinant()))
+    const QPointF there = map.toMachine(m_testPoint);
+    const std::optional<QPointF> again = map.toPixel(there);
+    if (!again)
         return hints;
-    const double xScale = map.map(QLineF(0, 0, 1, 0)).length();
-    const double yScale = map.map(QLineF(0, 0, 0, 1)).length();
+    const double xScale = map.mmPerPixelX();
+    const double yScale = map.mmPerPixelY();
     hints.facts
         << tr("X 方向：1 px = %1 mm，1 mm = %2 px").arg(FieldNumber::text(xScale), FieldNumber::text(1.0 / xScale));
     hints.facts
         << tr("Y 方向：1 px = %1 mm，1 mm = %2 px").arg(FieldNumber::text(yScale), FieldNumber::text(1.0 / yScale));
-    const QPointF residual = map.map(QPointF(m_points[3])) - real[3];
+    const QPointF residual = map.toMachine(m_points[3]) - real[3];
     hints.facts << tr("P4 残差：X %1 mm，Y %2 mm").arg(fixed3(residual.x()), fixed3(residual.y()));
-    const QPointF there = map.map(QPointF(m_testPoint));
-    const QPointF again = back.map(there);
     hints.facts << tr("测试点往返：%1 → %2，误差 %3 px")
-                       .arg(shown(there), shown(again), fixed3(QLineF(again, m_testPoint).length()));
+                       .arg(shown(there), shown(*again), fixed3(QLineF(*again, m_testPoint).length()));
     return hints;
 }
 
@@ -159,21 +163,16 @@ void FourPointPanel::pointWarnings(const std::array<QPointF, 4>& real, QStringLi
     warnings << numberWarnings(numbers << m_form->m_lineEdit_Xoffset << m_form->m_lineEdit_Yoffset);
 }
 
-QTransform FourPointPanel::calibration(const StationConfig& config) const
+Calibration FourPointPanel::calibration(const StationConfig& config) const
 {
-    const QTransform map = toTransform(config.fourPoint.map);
-    return config.fourPoint.swapXY ? map * QTransform(0, 1, 1, 0, 0, 0) : map;
+    return config.fourPointCalibration();
 }
 
 void FourPointPanel::draw(PointDrawing& drawing)
 {
     drawing.setLines(QVector<QPointF>{fromCenter(m_points[0]), fromCenter(m_points[1]), fromCenter(m_points[2])}, true);
-    const std::array<QPointF, 4> real = realPoints();
-    const QTransform map = toTransform(solveAffine(m_points, real));
-    bool invertible = false;
-    const QPointF expected = map.inverted(&invertible).map(real[3]);
-    if (invertible && std::isfinite(expected.x()) && std::isfinite(expected.y()))
-        drawing.setExpected(fromCenter(QPoint()) + expected, fromCenter(m_points[3]));
+    if (const auto expected = mapFromFields().toPixel(realPoints()[3]))
+        drawing.setExpected(fromCenter(QPoint()) + *expected, fromCenter(m_points[3]));
     else
         drawing.hideExpected();
 }

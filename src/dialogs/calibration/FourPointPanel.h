@@ -1,6 +1,5 @@
 #pragma once
 
-#include "dialogs/calibration/AffineFit.h"
 #include "dialogs/calibration/CalibrationPanel.h"
 
 namespace Ui {
@@ -8,7 +7,7 @@ class FourPointForm;
 }
 
 /// A station's affine map from image pixels to machine coordinates, from pairs of points, with a point to try it on.
-/// P1 to P3 make the map exactly; P4 only tells by its residual how good they are. Points in image pixels, machine
+/// P1 to P3 make the map exactly; the residual of P4 shows how good they are. Points in image pixels, machine
 /// coordinates in millimetres. GUI thread.
 class FourPointPanel : public CalibrationPanel
 {
@@ -24,7 +23,7 @@ protected:
     void showPoint(const QString& name) override;
     void store(StationConfig& config) override;
     Hints hints() override;
-    QTransform calibration(const StationConfig& config) const override;
+    Calibration calibration(const StationConfig& config) const override;
     void draw(PointDrawing& drawing) override;
     void retranslate() override;
 
@@ -34,6 +33,8 @@ private:
     Fields pixelFields() const;
     Fields realFields() const;
     std::array<QPointF, 4> realPoints() const;
+    /// The map that the fields make, without offsets and swap.
+    Calibration mapFromFields() const;
     /// Maps the test point with the map in force.
     void showTestPoint();
     void pointWarnings(const std::array<QPointF, 4>& real, QStringList& warnings);

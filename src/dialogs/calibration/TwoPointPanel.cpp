@@ -1,24 +1,8 @@
 #include "dialogs/calibration/TwoPointPanel.h"
 
-#include "dialogs/calibration/FieldNumber.h"
-#include "dialogs/calibration/PointDrawing.h"
+#include "dialogs/calibration/CalibrationDrawing.h"
+#include "dialogs/calibration/CalibrationFit.h"
 #include "ui_TwoPointForm.h"
-
-#include <QTransform>
-
-#include <cmath>
-
-namespace {
-
-/// From integer differences; pixels.
-double distance(const QPoint& a, const QPoint& b)
-{
-    const double dx = a.x() - b.x();
-    const double dy = a.y() - b.y();
-    return std::sqrt(dx * dx + dy * dy);
-}
-
-} // namespace
 
 TwoPointPanel::TwoPointPanel(int station, QWidget* parent)
     : CalibrationPanel(station, 1, parent)
@@ -60,16 +44,14 @@ void TwoPointPanel::showPoint(const QString& name)
 
 void TwoPointPanel::recompute()
 {
-    m_form->m_lineEdit_Pixels->setText(FieldNumber::text(distance(m_point1, m_point2)));
+    m_form->m_lineEdit_Pixels->setText(FieldNumber::text(pixelDistance(m_point1, m_point2)));
 }
 
-// From the texts: the six digits of the shown pixel distance are what the operator sees and what counts. Without a
-// distance in pixels the scale is 1, and NaN without one in millimetres too; kept.
+// From the texts: the six digits of the shown pixel distance are what the operator sees and what counts.
 double TwoPointPanel::scaleFromFields() const
 {
-    const double pixels = FieldNumber::value(m_form->m_lineEdit_Pixels->text());
-    const double millimetres = FieldNumber::value(m_form->m_lineEdit_Length->text());
-    return millimetres * 1.0 / (pixels > 0 ? pixels : millimetres);
+    return scaleOf(FieldNumber::value(m_form->m_lineEdit_Pixels->text()),
+                   FieldNumber::value(m_form->m_lineEdit_Length->text()));
 }
 
 void TwoPointPanel::store(StationConfig& config)
@@ -103,14 +85,11 @@ CalibrationPanel::Hints TwoPointPanel::hints()
     return hints;
 }
 
-QTransform TwoPointPanel::calibration(const StationConfig& config) const
+Calibration TwoPointPanel::calibration(const StationConfig& config) const
 {
     const TwoPointCalibration& stored = config.twoPoint;
     const bool asDelivered = stored.scale == 1.0 && stored.xOffset == 0.0 && stored.yOffset == 0.0;
-    if (asDelivered || !std::isfinite(stored.scale))
-        return QTransform::fromScale(0, 0);
-    const QTransform map(stored.scale, 0, 0, stored.scale, stored.xOffset, stored.yOffset);
-    return config.swapXY ? map * QTransform(0, 1, 1, 0, 0, 0) : map;
+    return asDelivered ? Calibration() : config.twoPointCalibration();
 }
 
 void TwoPointPanel::draw(PointDrawing& drawing)

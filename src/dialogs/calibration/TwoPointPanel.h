@@ -6,8 +6,8 @@ namespace Ui {
 class TwoPointForm;
 }
 
-/// A station's scale from two points and their real distance, with offsets: machine = pixel * scale + offset, then X
-/// and Y swapped if so set. Points in image pixels, lengths in millimetres. GUI thread.
+/// A station's scale from two points and their real distance, with offsets and swap. Points in image pixels, lengths in
+/// millimetres. GUI thread.
 class TwoPointPanel : public CalibrationPanel
 {
     Q_OBJECT
@@ -23,12 +23,12 @@ protected:
     void recompute() override;
     void store(StationConfig& config) override;
     Hints hints() override;
-    QTransform calibration(const StationConfig& config) const override;
+    Calibration calibration(const StationConfig& config) const override;
     void draw(PointDrawing& drawing) override;
     void retranslate() override;
 
 private:
-    /// Millimetres a pixel, as the fields stand; 1 while the points lie on each other.
+    /// Millimetres per pixel, as the fields stand.
     double scaleFromFields() const;
 
     std::unique_ptr<Ui::TwoPointForm> m_form;

@@ -14,6 +14,7 @@ QVariantMap editedSettings(const QVariantMap& before, QVariantMap now)
 CameraAccess::CameraAccess(ICoreCtrl& coreCtrl, const ksGlobalConfig& globalConfig)
     : core(coreCtrl)
     , settings(extensionOf<ICameraSettings>(&coreCtrl))
+    , described(extensionOf<ICameraParameters>(&coreCtrl))
     , list(extensionOf<ICameraList>(&coreCtrl))
     , preview(extensionOf<ICameraPreview>(&coreCtrl))
     , config(globalConfig)
@@ -28,6 +29,24 @@ CameraStatus CameraAccess::status(const QString& key) const
 QVariantMap CameraAccess::settingsOf(const QString& key) const
 {
     return settings ? settings->settings(key) : QVariantMap();
+}
+
+/// A module of interface version 1.0 describes nothing; of its settings those are known that all modules share.
+QVector<CameraParameter> CameraAccess::parameters(CameraType type, const QString& key) const
+{
+    if (described)
+        return described->parameters(type, key);
+    const bool present = has(key) && status(key).type == type;
+    const QVariantMap settings = present || !list ? settingsOf(key) : list->defaultSettings(type);
+    QVector<CameraParameter> known;
+    for (CameraParameter parameter : {CameraParameter::exposure(), CameraParameter::gain(),
+                                      CameraParameter::transferTime(), CameraParameter::imageFolder()}) {
+        if (!settings.contains(parameter.name))
+            continue;
+        parameter.initial = settings.value(parameter.name);
+        known.append(parameter);
+    }
+    return known;
 }
 
 QString CameraAccess::stationsOf(const QString& key) const

@@ -2,6 +2,7 @@
 
 #include <valvecell/Extension.h>
 #include <valvecell/ICameraList.h>
+#include <valvecell/ICameraParameters.h>
 #include <valvecell/ICameraPreview.h>
 #include <valvecell/ICameraSettings.h>
 #include <valvecell/ICoreCtrl.h>
@@ -26,6 +27,8 @@ public:
     bool has(const QString& key) const { return core.cameraKeys().contains(key); }
     CameraStatus status(const QString& key) const;
     QVariantMap settingsOf(const QString& key) const;
+    /// What cameras of a type can be set to; `key` is empty for a new one.
+    QVector<CameraParameter> parameters(CameraType type, const QString& key) const;
 
     /// The stations that use a camera, in the operator's language; empty for none.
     QString stationsOf(const QString& key) const;
@@ -33,7 +36,8 @@ public:
     bool isInProduction(const QString& key) const;
 
     ICoreCtrl& core;
-    ICameraSettings* settings; ///< may be null, as the next two
+    ICameraSettings* settings; ///< may be null, as the next three
+    ICameraParameters* described;
     ICameraList* list;
     ICameraPreview* preview;
     const ksGlobalConfig& config;

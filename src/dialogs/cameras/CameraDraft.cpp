@@ -1,7 +1,6 @@
 #include "dialogs/cameras/CameraDraft.h"
 
-#include "common/forms/Tone.h"
-#include "dialogs/cameras/CameraAudit.h"
+#include "common/forms/InlineMessage.h"
 #include "dialogs/cameras/CameraNames.h"
 
 #include <QFont>
@@ -10,7 +9,7 @@
 #include <algorithm>
 
 namespace {
-constexpr int kKeyWidth = 120; ///< at least, so that a list of short names does not look squeezed
+constexpr int keyColumnWidth = 120; ///< at least, so that a list of short names does not look squeezed
 } // namespace
 
 CameraDraft::CameraDraft(CameraAccess& cameras, QObject* parent)
@@ -250,7 +249,7 @@ QVariant CameraDraft::headerData(int section, Qt::Orientation orientation, int r
     if (orientation != Qt::Horizontal || (role != Qt::DisplayRole && role != Qt::SizeHintRole))
         return {};
     if (role == Qt::SizeHintRole)
-        return section == Key ? QVariant(QSize(kKeyWidth, 0)) : QVariant();
+        return section == Key ? QVariant(QSize(keyColumnWidth, 0)) : QVariant();
     const QString captions[columns] = {tr("相机"), tr("类型"), tr("状态"), tr("像素格式"), tr("工位"), tr("说明")};
     return captions[section];
 }

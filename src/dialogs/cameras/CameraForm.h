@@ -1,52 +1,61 @@
 #pragma once
 
-#include <QVariantMap>
+#include <valvecell/ICameraParameters.h>
+
 #include <QWidget>
 
-#include <memory>
-
 class FolderProbe;
+class QGridLayout;
+class QLabel;
+class QPushButton;
 
-namespace Ui {
-class CameraForm;
-}
-
-/// The fields of a camera's settings: exposure, gain, transfer time and folder, as far as the camera has them.
+/// The fields of a camera's settings, one for each parameter that its module describes, in their order. A field has the
+/// parameter's name as its object name. GUI thread.
 class CameraForm : public QWidget
 {
     Q_OBJECT
 
 public:
     explicit CameraForm(QWidget* parent = nullptr);
-    ~CameraForm() override;
 
-    /// Shows the fields for these settings, by the names of ICameraSettings; others are left alone.
-    void setSettings(const QVariantMap& settings);
-    /// What the shown fields hold.
+    /// Shows fields for these parameters. Fields that are there already keep what was typed, so that this is also the
+    /// way to another language.
+    void setParameters(const QVector<CameraParameter>& parameters);
+    /// Fills the fields; what is not named gets its initial value, what has no field is left alone.
+    void setValues(const QVariantMap& settings);
+    /// What the fields hold, typed as the parameters say.
     QVariantMap values() const;
     /// The first thing that is wrong, in the operator's language; empty when all can be taken.
     QString problem() const;
-    /// What can be taken, though it will hardly work: an image folder that does not exist (yet).
-    QString warning() const;
+    /// What can be taken of these settings, though it will hardly work: an image folder that does not exist (yet).
+    QString warning(const QVariantMap& settings) const;
 
 signals:
-    /// Somebody typed.
+    /// Somebody typed or chose.
     void edited();
     /// More is known about what was typed.
     void warningChanged();
 
-protected:
-    void changeEvent(QEvent* event) override;
-
 private:
-    struct Row;
+    struct Row
+    {
+        CameraParameter parameter;
+        QLabel* caption;
+        QWidget* field;
+        QLabel* unit;        ///< null for a folder, which has the next two
+        QPushButton* browse; ///< null for others
+        FolderProbe* probe;
+    };
 
-    QVector<Row> rows() const;
-    void askFolder();
-    void lookForFolder();
-    QString folder() const;
+    static QVector<QWidget*> widgetsOf(const Row& row);
+    bool showsSame(const QVector<CameraParameter>& parameters) const;
+    void addRow(const CameraParameter& parameter);
+    QWidget* makeField(const CameraParameter& parameter);
+    void addFolderTools(Row& row);
+    void label(Row& row);
+    void orderTabs();
+    void askFolder(const QString& name);
 
-    std::unique_ptr<Ui::CameraForm> m_ui;
-    FolderProbe* m_probe;
-    QVariantMap m_shown;
+    QGridLayout* m_grid;
+    QVector<Row> m_rows;
 };

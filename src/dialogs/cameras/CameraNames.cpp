@@ -1,78 +1,97 @@
 #include "dialogs/cameras/CameraNames.h"
 
+#include <valvecell/ICameraList.h>
+
 namespace CameraNames {
-namespace {
-
-template <typename Code>
-struct Named
-{
-    Code code;
-    const char* name;
-};
-
-constexpr Named<CameraType> kTypes[] = {
-    {CameraType::Unknown, "Unknown"}, {CameraType::Virtual, "Virtual Camera"},
-    {CameraType::BitFlow, "BitFlow"}, {CameraType::Gige, "Gige"},
-    {CameraType::Usb, "USB Camera"},  {CameraType::Hik, "HIK"},
-    {CameraType::Vimba, "Vimba"},     {CameraType::Baumer, "Baumer"},
-    {CameraType::AdLink, "AdLink"},   {CameraType::DaHua, "DaHua"},
-    {CameraType::Basler, "Basler"},   {CameraType::PtGray, "PtGray"},
-    {CameraType::Euresys, "Euresys"}, {CameraType::Dalsa, "Dalsa"},
-};
-
-constexpr Named<CameraState> kStates[] = {
-    {CameraState::Uninitialized, "Uninitialized"},
-    {CameraState::Initialized, "Initialized"},
-    {CameraState::Opened, "Opened"},
-    {CameraState::Running, "Running"},
-    {CameraState::Paused, "Paused"},
-    {CameraState::Closed, "Closed"},
-};
-
-constexpr Named<PixelFormat> kFormats[] = {
-    {PixelFormat::None, "None"},   {PixelFormat::Gray8, "GRAY8"},   {PixelFormat::Rgb24, "RGB24"},
-    {PixelFormat::Rgb32, "RGB32"}, {PixelFormat::Gray16, "GRAY16"}, {PixelFormat::Rgb48, "RGB48"},
-    {PixelFormat::Bgr24, "BGR24"}, {PixelFormat::Bgr32, "BGR32"},
-};
-
-/// The entry of a code; the first for a code that a module made up.
-template <typename Code, size_t count>
-const Named<Code>& find(const Named<Code> (&all)[count], Code code)
-{
-    for (const Named<Code>& one : all) {
-        if (one.code == code)
-            return one;
-    }
-    return all[0];
-}
-
-} // namespace
-
-const QVector<CameraType>& types()
-{
-    static const QVector<CameraType> all = [] {
-        QVector<CameraType> types;
-        for (const auto& one : kTypes)
-            types.append(one.code);
-        return types;
-    }();
-    return all;
-}
 
 QString of(CameraType type)
 {
-    const auto& known = find(kTypes, type);
-    return QStringLiteral("%1(%2)").arg(QLatin1String(known.name)).arg(int(known.code));
+    const CameraTypeName* known = cameraTypeNames;
+    for (const CameraTypeName& one : cameraTypeNames) {
+        if (one.type == type)
+            known = &one;
+    }
+    return QStringLiteral("%1(%2)").arg(QLatin1String(known->name)).arg(int(known->type));
 }
 
 QString of(CameraState state)
 {
-    return QLatin1String(find(kStates, state).name);
+    switch (state) {
+    case CameraState::Initialized:
+        return QStringLiteral("Initialized");
+    case CameraState::Opened:
+        return QStringLiteral("Opened");
+    case CameraState::Running:
+        return QStringLiteral("Running");
+    case CameraState::Paused:
+        return QStringLiteral("Paused");
+    case CameraState::Closed:
+        return QStringLiteral("Closed");
+    case CameraState::Uninitialized:
+        break;
+    }
+    return QStringLiteral("Uninitialized"); // also for a code that a module made up
 }
 
 QString of(PixelFormat format)
 {
-    return QLatin1String(find(kFormats, format).name);
+    switch (format) {
+    case PixelFormat::Gray8:
+        return QStringLiteral("GRAY8");
+    case PixelFormat::Rgb24:
+        return QStringLiteral("RGB24");
+    case PixelFormat::Rgb32:
+        return QStringLiteral("RGB32");
+    case PixelFormat::Gray16:
+        return QStringLiteral("GRAY16");
+    case PixelFormat::Rgb48:
+        return QStringLiteral("RGB48");
+    case PixelFormat::Bgr24:
+        return QStringLiteral("BGR24");
+    case PixelFormat::Bgr32:
+        return QStringLiteral("BGR32");
+    case PixelFormat::None:
+        break;
+    }
+    return QStringLiteral("None");
 }
 
 } // namespace CameraNames
+
+namespace CameraAudit {
+namespace {
+
+QString nameOf(const CameraEntry& camera)
+{
+    return QStringLiteral("camera/") + camera.key;
+}
+
+} // namespace
+
+AuditChanges added(const CameraEntry& camera)
+{
+    AuditChanges changes{{nameOf(camera), {}, CameraNames::of(camera.type)}};
+    for (auto it = camera.settings.begin(); it != camera.settings.end(); ++it)
+        changes.append({nameOf(camera) + QLatin1Char('/') + it.key(), {}, it->toString()});
+    return changes;
+}
+
+AuditChanges removed(const CameraEntry& camera)
+{
+    return {{nameOf(camera), CameraNames::of(camera.type), {}}};
+}
+
+AuditChanges changed(const CameraEntry& before, const CameraEntry& after)
+{
+    AuditChanges changes;
+    if (before.type != after.type)
+        changes.append({nameOf(before), CameraNames::of(before.type), CameraNames::of(after.type)});
+    for (auto it = after.settings.begin(); it != after.settings.end(); ++it) {
+        const QString old = before.settings.value(it.key()).toString();
+        if (old != it->toString())
+            changes.append({nameOf(before) + QLatin1Char('/') + it.key(), old, it->toString()});
+    }
+    return changes;
+}
+
+} // namespace CameraAudit

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "common/AuditChange.h"
+
 #include <valvecell/CameraCodes.h>
 
 #include <QString>
-#include <QVector>
+
+struct CameraEntry;
 
 /// The names under which codes of cameras are shown; the same in every language. Pure functions.
 namespace CameraNames {
-
-/// All types, in the order of their codes.
-const QVector<CameraType>& types();
 
 /// For example "Virtual Camera(100)"; that of CameraType::Unknown for a code without a name.
 QString of(CameraType type);
@@ -17,3 +17,14 @@ QString of(CameraState state);
 QString of(PixelFormat format);
 
 } // namespace CameraNames
+
+/// What is reported of changed cameras: "camera/KEY" with the type, and "camera/KEY/SETTING" with each value. Pure
+/// functions.
+namespace CameraAudit {
+
+AuditChanges added(const CameraEntry& camera);
+AuditChanges removed(const CameraEntry& camera);
+/// Empty when both are the same; settings that `after` does not name count as kept.
+AuditChanges changed(const CameraEntry& before, const CameraEntry& after);
+
+} // namespace CameraAudit

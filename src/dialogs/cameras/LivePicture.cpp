@@ -1,8 +1,16 @@
 #include "dialogs/cameras/LivePicture.h"
 
-#include "dialogs/cameras/PreviewRelay.h"
-
 #include <valvecell/ICameraPreview.h>
+
+/// Hands a picture from a camera's thread over to the dialog; a picture that comes when the dialog is gone finds nobody
+/// connected.
+class PreviewRelay : public QObject
+{
+    Q_OBJECT
+
+signals:
+    void answered(const QImage& image, const QString& error);
+};
 
 LivePicture::LivePicture(ICameraPreview* preview, QString cameraKey, QObject* parent)
     : QObject(parent)
@@ -53,3 +61,5 @@ void LivePicture::take(const QImage& image, const QString& error)
     else
         emit pictureCame(image);
 }
+
+#include "LivePicture.moc"

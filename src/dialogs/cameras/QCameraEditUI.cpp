@@ -47,9 +47,9 @@ void QCameraEditUI::listTypes()
     const QSignalBlocker quiet(m_ui->typeBox);
     const QVector<CameraType> driven = m_cameras.list->drivenTypes();
     m_ui->typeBox->clear();
-    for (CameraType type : CameraNames::types()) {
-        if (driven.contains(type))
-            m_ui->typeBox->addItem(CameraNames::of(type), int(type));
+    for (const CameraTypeName& known : cameraTypeNames) {
+        if (driven.contains(known.type))
+            m_ui->typeBox->addItem(CameraNames::of(known.type), int(known.type));
     }
     if (!m_task.isNew && !driven.contains(m_task.entry.type))
         m_ui->typeBox->addItem(CameraNames::of(m_task.entry.type), int(m_task.entry.type));
@@ -63,14 +63,14 @@ CameraType QCameraEditUI::type() const
 
 void QCameraEditUI::showSettings()
 {
-    QVariantMap settings = m_cameras.list->defaultSettings(type());
-    const QVariantMap& own = m_task.entry.settings;
-    for (auto it = own.begin(); it != own.end(); ++it) {
-        if (settings.contains(it.key()))
-            settings.insert(it.key(), it.value());
-    }
-    m_ui->form->setSettings(settings);
+    m_ui->form->setParameters(parameters());
+    m_ui->form->setValues(m_task.entry.settings);
     judge();
+}
+
+QVector<CameraParameter> QCameraEditUI::parameters() const
+{
+    return m_cameras.parameters(type(), m_task.isNew ? QString() : m_task.entry.key);
 }
 
 CameraEntry QCameraEditUI::typed() const
@@ -99,7 +99,7 @@ void QCameraEditUI::judge()
     if (!problem.isEmpty())
         m_ui->message->say(Tone::Error, problem);
     else
-        m_ui->message->say(Tone::Warning, m_ui->form->warning());
+        m_ui->message->say(Tone::Warning, m_ui->form->warning(m_ui->form->values()));
 }
 
 void QCameraEditUI::accept()
@@ -121,6 +121,7 @@ void QCameraEditUI::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::LanguageChange) {
         retranslate();
+        m_ui->form->setParameters(parameters());
         judge();
     }
     QDialog::changeEvent(event);

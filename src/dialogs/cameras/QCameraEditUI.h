@@ -1,6 +1,7 @@
 #pragma once
 
 #include <valvecell/ICameraList.h>
+#include <valvecell/ICameraParameters.h>
 
 #include <QDialog>
 
@@ -45,6 +46,7 @@ protected:
 private:
     void retranslate();
     void listTypes();
+    QVector<CameraParameter> parameters() const;
     CameraType type() const;
     CameraEntry typed() const;
     void showSettings();

@@ -8,7 +8,7 @@
 #include <QShowEvent>
 
 namespace {
-constexpr int kStateTickMs = 1000;
+constexpr int listTickMs = 1000;
 } // namespace
 
 QCameraManagerUI::QCameraManagerUI(ICoreCtrl& core, const ksGlobalConfig& config, QWidget* parent)
@@ -27,7 +27,7 @@ QCameraManagerUI::QCameraManagerUI(ICoreCtrl& core, const ksGlobalConfig& config
     m_ui->modifyButton->setVisible(m_cameras.list != nullptr);
     m_ui->removeButton->setVisible(m_cameras.list != nullptr);
     m_ui->settingsButton->setVisible(m_cameras.settings != nullptr);
-    m_tick.setInterval(kStateTickMs);
+    m_tick.setInterval(listTickMs);
     connectAll();
     judge();
 }

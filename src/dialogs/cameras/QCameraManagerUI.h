@@ -35,7 +35,7 @@ signals:
 public slots:
     /// OK: applies, and closes when all was stored.
     void accept() override;
-    /// Stores what was edited, all of it or nothing; tells in the dialog what keeps it from that.
+    /// Stores what was edited, all of it or nothing; the dialog says what keeps it from that.
     void apply();
 
 protected:
@@ -65,5 +65,5 @@ private:
     CameraDraft* m_draft;
     QCameraEditUI* m_edit;
     QTimer m_tick;
-    QString m_failure; ///< of the last storing, told until something is edited
+    QString m_failure; ///< of the last storing, shown until something is edited
 };

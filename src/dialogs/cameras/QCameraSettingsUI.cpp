@@ -1,7 +1,6 @@
 #include "dialogs/cameras/QCameraSettingsUI.h"
 
 #include "common/forms/DialogForm.h"
-#include "dialogs/cameras/CameraAudit.h"
 #include "dialogs/cameras/CameraNames.h"
 #include "dialogs/cameras/LivePicture.h"
 #include "ui_QCameraSettingsUI.h"
@@ -9,7 +8,7 @@
 #include <QShowEvent>
 
 namespace {
-constexpr int kTickMs = 500;
+constexpr int stateTickMs = 500;
 } // namespace
 
 QCameraSettingsUI::QCameraSettingsUI(ICoreCtrl& core, const ksGlobalConfig& config, QString cameraKey, QWidget* parent)
@@ -22,7 +21,7 @@ QCameraSettingsUI::QCameraSettingsUI(ICoreCtrl& core, const ksGlobalConfig& conf
     m_ui->setupUi(this);
     DialogForm::prepare(this);
     m_ui->keyLabel->setText(m_key);
-    m_tick.setInterval(kTickMs);
+    m_tick.setInterval(stateTickMs);
     connectAll();
     load();
 }
@@ -52,11 +51,17 @@ void QCameraSettingsUI::connectAll()
 void QCameraSettingsUI::load()
 {
     m_failure.clear();
-    m_shown = m_cameras.settingsOf(m_key);
-    m_ui->form->setSettings(m_shown);
-    m_ui->settingsGroup->setVisible(!m_shown.isEmpty());
+    showSettings();
     tick();
     judge();
+}
+
+void QCameraSettingsUI::showSettings()
+{
+    m_shown = m_cameras.settingsOf(m_key);
+    m_ui->form->setParameters(m_cameras.parameters(m_cameras.status(m_key).type, m_key));
+    m_ui->form->setValues(m_shown);
+    m_ui->settingsGroup->setVisible(!m_shown.isEmpty());
 }
 
 void QCameraSettingsUI::showEvent(QShowEvent* event)
@@ -77,11 +82,8 @@ void QCameraSettingsUI::hideEvent(QHideEvent* event)
 void QCameraSettingsUI::tick()
 {
     const bool there = m_cameras.has(m_key);
-    if (there && edits().isEmpty() && m_cameras.settingsOf(m_key) != m_shown) {
-        m_shown = m_cameras.settingsOf(m_key); // another window changed them
-        m_ui->form->setSettings(m_shown);
-        m_ui->settingsGroup->setVisible(!m_shown.isEmpty());
-    }
+    if (there && edits().isEmpty() && m_cameras.settingsOf(m_key) != m_shown)
+        showSettings(); // another window changed them
     m_ui->form->setEnabled(there);
     showStatus();
     const QString refused = liveProblem();
@@ -142,14 +144,15 @@ void QCameraSettingsUI::judge()
 {
     const QString problem = this->problem();
     const QString wrong = problem.isEmpty() ? m_failure : problem;
-    const bool edited = !edits().isEmpty();
+    const QVariantMap edits = this->edits();
+    const QString warning = m_ui->form->warning(edits); // of the stored folder the camera itself reports
     m_ui->okButton->setEnabled(problem.isEmpty());
-    m_ui->applyButton->setEnabled(problem.isEmpty() && edited);
+    m_ui->applyButton->setEnabled(problem.isEmpty() && !edits.isEmpty());
     if (!wrong.isEmpty())
         m_ui->message->say(Tone::Error, wrong);
-    else if (edits().contains(QStringLiteral("folder")) && !m_ui->form->warning().isEmpty())
-        m_ui->message->say(Tone::Warning, m_ui->form->warning()); // of the stored folder the camera itself tells
-    else if (m_ui->message->tone() != Tone::Plain || edited)
+    else if (!warning.isEmpty())
+        m_ui->message->say(Tone::Warning, warning);
+    else if (m_ui->message->tone() != Tone::Plain || !edits.isEmpty())
         m_ui->message->clear();
 }
 
@@ -191,6 +194,7 @@ void QCameraSettingsUI::changeEvent(QEvent* event)
     if (event->type() == QEvent::LanguageChange) {
         m_ui->retranslateUi(this);
         m_ui->keyLabel->setText(m_key);
+        m_ui->form->setParameters(m_cameras.parameters(m_cameras.status(m_key).type, m_key));
         m_ui->message->clear();
         m_failure.clear();
         tick();

@@ -43,6 +43,7 @@ protected:
 private:
     void connectAll();
     void load();
+    void showSettings();
     void tick();
     void showStatus();
     void showPicture(const QImage& image);
@@ -58,5 +59,5 @@ private:
     LivePicture* m_live;
     QVariantMap m_shown; ///< the settings as the form got them
     QTimer m_tick;
-    QString m_failure; ///< of the last storing, told until something is edited
+    QString m_failure; ///< of the last storing, shown until something is edited
 };

@@ -1,6 +1,5 @@
 #include "CalibrationBench.h"
-#include "dialogs/calibration/ksImageCaliUI.h"
-#include "dialogs/calibration/ksImageCaliUI4P.h"
+#include "dialogs/calibration/CalibrationDialog.h"
 #include "support/Table.h"
 
 #include <QTranslator>

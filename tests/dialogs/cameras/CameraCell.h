@@ -2,16 +2,12 @@
 
 #include "config/ksGlobalConfig.h"
 #include "dialogs/DialogDriver.h"
+#include "support/Delivered.h"
 #include "support/TempHome.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/ICameraList.h>
 #include <valvecell/ICameraSettings.h>
-#include <valvecell/ICoreCtrl.h>
-
-#include <QLibrary>
-
-#include <atomic>
 
 /// The real core control with two cameras in a home of its own: "左" serves station 1, "右" nobody.
 struct CameraCell
@@ -19,7 +15,7 @@ struct CameraCell
     TempHome home;
     ksGlobalConfig config;
     std::unique_ptr<ICoreCtrl> core;
-    std::atomic<int> parts{0}; ///< images that a station would take for a part
+    Delivered delivered; ///< what a station would take for a part
     AuditChanges audit;
 
     CameraCell()
@@ -30,13 +26,9 @@ struct CameraCell
             {"key": "左", "type": 100, "folder": "images/1", "exposure_ms": 1, "transfer_ms": 1},
             {"key": "右", "type": 100, "folder": "images/2", "exposure_ms": 1, "transfer_ms": 1}]})");
         config.station(1).camKey = left();
-        QLibrary library(QStringLiteral(VALVECELL_BIN_DIR "/ksCoreCtrl"));
-        const auto init = reinterpret_cast<CoreCtrlInitFunction>(library.resolve("Lib_CoreCtrl_Init"));
-        if (!init)
-            qFatal("%s", qPrintable(library.errorString()));
-        core.reset(init(nullptr));
+        core.reset(Delivered::init(QStringLiteral(VALVECELL_BIN_DIR "/ksCoreCtrl"))(nullptr));
         core->start();
-        core->setImageCallback([this](const QString&, const QImage&) { ++parts; });
+        delivered.connectTo(*core);
     }
     ~CameraCell() { core->stop(); }
 

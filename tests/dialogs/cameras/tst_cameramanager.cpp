@@ -35,7 +35,7 @@ struct Bench
     {
         hand.press("addButton");
         fields.type("keyEdit", key);
-        fields.type("folderEdit", folder);
+        fields.type("folder", folder);
         fields.press("okButton");
     }
 };
@@ -49,24 +49,21 @@ class CameraManagerTest : public QObject
 private slots:
     void codesHaveTheNamesThatPlantsKnow()
     {
-        QStringList types;
-        for (CameraType type : CameraNames::types())
-            types << CameraNames::of(type);
-        QCOMPARE(types.join('|'), "Unknown(0)|Virtual Camera(100)|BitFlow(110)|Gige(120)|USB Camera(130)|HIK(140)|"
-                                  "Vimba(150)|Baumer(160)|AdLink(170)|DaHua(180)|Basler(190)|PtGray(200)|"
-                                  "Euresys(220)|Dalsa(230)");
-        QCOMPARE(CameraNames::of(CameraType(210)), "Unknown(0)");
-        QStringList states;
+        QStringList names;
+        for (int code = 0; code < 1000; code += 10)
+            names << CameraNames::of(CameraType(code));
+        names.removeDuplicates();
         for (int code = 0; code <= 5; ++code)
-            states << CameraNames::of(CameraState(code));
-        QCOMPARE(states.join('|'), "Uninitialized|Initialized|Opened|Running|Paused|Closed");
-        QStringList formats;
+            names << CameraNames::of(CameraState(code));
         for (int code : {0, 1, 2, 3, 4, 5, 11, 12})
-            formats << CameraNames::of(PixelFormat(code));
-        QCOMPARE(formats.join('|'), "None|GRAY8|RGB24|RGB32|GRAY16|RGB48|BGR24|BGR32");
+            names << CameraNames::of(PixelFormat(code));
+        QCOMPARE(names.join('|'), "Unknown(0)|Virtual Camera(100)|BitFlow(110)|Gige(120)|USB Camera(130)|HIK(140)|"
+                                  "Vimba(150)|Baumer(160)|AdLink(170)|DaHua(180)|Basler(190)|PtGray(200)|Euresys(220)|"
+                                  "Dalsa(230)|Uninitialized|Initialized|Opened|Running|Paused|Closed|"
+                                  "None|GRAY8|RGB24|RGB32|GRAY16|RGB48|BGR24|BGR32");
     }
 
-    void listTellsHowTheCamerasDoAndWhoUsesThem()
+    void listShowsHowTheCamerasDoAndWhoUsesThem()
     {
         Bench bench;
         QCOMPARE(bench.rows(), 2);
@@ -99,7 +96,7 @@ private slots:
         bench.choose(2);
         bench.hand.press("modifyButton");
         QVERIFY(bench.fields.get<QLineEdit>("keyEdit")->isReadOnly());
-        bench.fields.type("exposureEdit", "２.５");
+        bench.fields.type("exposure_ms", "２.５");
         bench.fields.press("okButton");
         bench.hand.press("okButton");
         QVERIFY(!bench.dialog.isVisible());
@@ -123,29 +120,24 @@ private slots:
         QCOMPARE(bench.at(0, CameraDraft::Note), "");
     }
 
-    void wrongFieldIsToldWhileItIsTyped_data()
+    void wrongFieldIsNamedWhileItIsTyped_data()
     {
         Table::of<QByteArray, QString, QString>({{"no name", "keyEdit", " ", "不能为空"},
                                                  {"taken", "keyEdit", CameraCell::right(), "已有"},
                                                  {"taken by a new one", "keyEdit", "刚加的", "已有"},
-                                                 {"path", "keyEdit", "a/b", "“/”"},
-                                                 {"apostrophe", "keyEdit", "a'b", "“'”"},
-                                                 {"endless", "keyEdit", QString(65, 'x'), "64"},
-                                                 {"letters", "exposureEdit", "1O", "曝光时间：“1O”不是数字"},
-                                                 {"comma", "transferEdit", "1,5", "不是数字"},
-                                                 {"negative", "exposureEdit", "-1", "应在0到10000之间"},
-                                                 {"endless number", "exposureEdit", "1e400", "不是数字"},
-                                                 {"no folder", "folderEdit", "", "图像文件夹：不能为空"},
-                                                 {"full-width digits", "exposureEdit", "１５．５", ""}});
+                                                 {"letters", "exposure_ms", "1O", "曝光时间：“1O”不是数字"},
+                                                 {"negative", "exposure_ms", "-1", "应在0到10000之间"},
+                                                 {"no folder", "folder", "", "图像文件夹：不能为空"},
+                                                 {"full-width digits", "exposure_ms", "１５．５", ""}});
     }
-    void wrongFieldIsToldWhileItIsTyped()
+    void wrongFieldIsNamedWhileItIsTyped()
     {
         const auto [field, typed, problem] = Table::row<QByteArray, QString, QString>();
         Bench bench;
         bench.add("刚加的", "images/3");
         bench.hand.press("addButton");
         bench.fields.type("keyEdit", "cam 3-左.1");
-        bench.fields.type("folderEdit", "images/3");
+        bench.fields.type("folder", "images/3");
         QVERIFY2(bench.fields.canPress("okButton"), qPrintable(bench.fields.message()));
         bench.fields.type(field, typed);
         QVERIFY2(bench.fields.message().contains(problem), qPrintable(bench.fields.message()));
@@ -181,7 +173,7 @@ private slots:
         bench.choose(1);
         bench.hand.press("modifyButton");
         QVERIFY(bench.cell.remove(CameraCell::right()) && bench.cell.add("新")); // as another window does
-        bench.fields.type("exposureEdit", "7");
+        bench.fields.type("exposure_ms", "7");
         bench.fields.press("okButton");
         bench.hand.press("okButton");
         QVERIFY(bench.dialog.isVisible());
@@ -199,7 +191,7 @@ private slots:
         Bench bench;
         bench.choose(0);
         bench.hand.press("modifyButton");
-        bench.fields.type("exposureEdit", "7");
+        bench.fields.type("exposure_ms", "7");
         bench.fields.press("okButton");
         QVERIFY(bench.cell.settings()->applySettings(CameraCell::left(), {{"transfer_ms", 44}}, nullptr));
         bench.hand.press("okButton");

@@ -1,9 +1,52 @@
 #include "CameraCell.h"
 #include "Resources.h"
+#include "common/forms/ChoiceBox.h"
 #include "dialogs/cameras/QCameraSettingsUI.h"
+#include "support/Table.h"
 #include "viewer/ksImgViewer.h"
 
+#include <valvecell/ICameraParameters.h>
+
 namespace {
+
+/// A module of somebody else, with one camera of whatever it describes; without `described` it was built for 1.0.
+struct OtherModule final : ICoreCtrl, ICameraSettings, ICameraParameters
+{
+    using Kind = CameraParameter::Kind;
+
+    bool described = true;
+    QVector<CameraParameter> list{
+        {"trigger", "触发方式(&T)", Kind::Choice, "free", 0, 0, {}, {{"free", "连续"}, {"line1", "外部线1"}}, {}},
+        {"gamma", "伽马", Kind::Number, 1.0, 0.25, 4, "级", {}, "1 为线性"},
+        {"binning", "合并", Kind::Whole, 1, 1, 4, {}, {}, {}},
+        {"mirror", "镜像", Kind::Switch, false, 0, 0, {}, {}, {}},
+        {"address", "地址", Kind::Text, "10.0.0.1", 0, 0, {}, {}, {}},
+        CameraParameter::imageFolder()};
+    QVariantMap stored{{"exposure_ms", 5.0}, {"gain_db", 3.0}, {"address", "10.0.0.7"}, {"serial", "A1"}};
+
+    QStringList cameraKeys() override { return {"cam"}; }
+    void setRequestCallback(RequestCallback) override {}
+    void setImageCallback(ImageCallback) override {}
+    void setNotificationCallback(NotificationCallback) override {}
+    void start() override {}
+    void stop() override {}
+    void trigger(const QStringList&) override {}
+    void* extension(const char* id) override
+    {
+        if (qstrcmp(id, ICameraSettings::id) == 0)
+            return static_cast<ICameraSettings*>(this);
+        return described && qstrcmp(id, ICameraParameters::id) == 0 ? static_cast<ICameraParameters*>(this) : nullptr;
+    }
+    CameraStatus status(const QString&) override { return {CameraType::Gige, CameraState::Running, {}, {}, {}}; }
+    QVariantMap settings(const QString&) override { return stored; }
+    bool applySettings(const QString&, const QVariantMap& settings, QString*) override
+    {
+        for (auto it = settings.begin(); it != settings.end(); ++it)
+            stored.insert(it.key(), it.value());
+        return true;
+    }
+    QVector<CameraParameter> parameters(CameraType, const QString&) override { return list; }
+};
 
 struct Bench
 {
@@ -33,6 +76,92 @@ class CameraSettingsTest : public QObject
 private slots:
     void initTestCase() { initResources(); }
 
+    void formShowsWhatTheModuleDescribes()
+    {
+        OtherModule module;
+        const ksGlobalConfig config;
+        QCameraSettingsUI dialog(module, config, "cam");
+        dialog.show();
+        const DialogDriver hand(dialog);
+        QCOMPARE(hand.text<QLabel>("triggerCaption"), "触发方式(&T)");
+        QCOMPARE(hand.text<QLabel>("gammaUnit"), "级");
+        QCOMPARE(hand.get<QWidget>("gamma")->toolTip(), "1 为线性");
+        QCOMPARE(hand.get<QWidget>("trigger")->accessibleName(), "触发方式");
+        QCOMPARE(hand.text("address"), "10.0.0.7");
+        QVERIFY2(!dialog.findChild<QWidget*>("exposure_ms"), "it is not described");
+        hand.shoot("camera-described");
+
+        auto* choice = hand.get<ChoiceBox>("trigger");
+        choice->setCurrentIndex(choice->findText("外部线1"));
+        hand.type("gamma", "2.5");
+        hand.type("binning", "２");
+        hand.press("mirror");
+        hand.type("folder", "images/1");
+        hand.press("applyButton");
+        const QVariantMap wanted{{"exposure_ms", 5.0},    {"gain_db", 3.0},     {"serial", "A1"},
+                                 {"address", "10.0.0.7"}, {"trigger", "line1"}, {"gamma", 2.5},
+                                 {"binning", 2},          {"mirror", true},     {"folder", "images/1"}};
+        QCOMPARE(module.stored, wanted);
+        QCOMPARE(module.stored["binning"].userType(), int(QMetaType::Int));
+        QCOMPARE(module.stored["mirror"].userType(), int(QMetaType::Bool));
+
+        module.list.append(CameraParameter::gain()); // the device can do more after all
+        QEvent asksAgain(QEvent::LanguageChange);
+        QCoreApplication::sendEvent(&dialog, &asksAgain);
+        QVERIFY(hand.get<QWidget>("gain_db")->isVisible());
+    }
+
+    void wrongValueIsNamedWithCameraParameterValueAndRange_data()
+    {
+        const QVariant list = QStringList{"free"};
+        Table::of<QString, QVariant, QString>(
+            {{"choice", "trigger", "laser", "触发方式 (trigger) 的值“laser”不对，应为：free / line1"},
+             {"above", "gamma", 4.5, "伽马 (gamma) 的值“4.5”不对，应为：0.25 到 4 级"},
+             {"no number", "gamma", qQNaN(), "伽马 (gamma) 的值“nan”不对，应为：0.25 到 4 级"},
+             {"number as a text", "gamma", "1", "“1”不对"},
+             {"fraction", "binning", 1.5, "合并 (binning) 的值“1.5”不对，应为：整数 1 到 4"},
+             {"switch", "mirror", 1, "应为：true / false"},
+             {"blank", "address", " ", "地址 (address)"},
+             {"list", "address", list, "地址 (address)"},
+             {"unknown", "focus", 1, "没有参数“focus”"},
+             {"right", "binning", 4.0, ""}});
+    }
+    void wrongValueIsNamedWithCameraParameterValueAndRange()
+    {
+        const auto [name, value, said] = Table::row<QString, QVariant, QString>();
+        OtherModule module;
+        const QString problem = CameraParameters::problem("左", module.list, {{name, value}});
+        QVERIFY2(problem.contains(said), qPrintable(problem));
+        QCOMPARE(problem.startsWith("相机“左”："), !said.isEmpty());
+        module.stored.insert(name, value); // as a plant's file may hold it
+        if (name == "trigger") {
+            const ksGlobalConfig config;
+            QCameraSettingsUI dialog(module, config, "cam");
+            dialog.show();
+            DialogDriver(dialog).type("folder", "images");
+            QCOMPARE(DialogDriver(dialog).message(), said);
+            QVERIFY(!DialogDriver(dialog).canPress("okButton"));
+        }
+    }
+
+    void moduleWithoutDescriptionShowsTheSettingsThatAllShare()
+    {
+        OtherModule module;
+        module.described = false;
+        const ksGlobalConfig config;
+        QCameraSettingsUI dialog(module, config, "cam");
+        dialog.show();
+        const DialogDriver hand(dialog);
+        hand.type("exposure_ms", "7.5");
+        hand.type("gain_db", "61");
+        QCOMPARE(hand.message(), "增益：应在-20到60之间");
+        hand.type("gain_db", "3");
+        QVERIFY2(!dialog.findChild<QWidget*>("address"), "nobody knows what it is");
+        hand.press("okButton");
+        QCOMPARE(module.stored,
+                 QVariantMap({{"exposure_ms", 7.5}, {"gain_db", 3.0}, {"address", "10.0.0.7"}, {"serial", "A1"}}));
+    }
+
     void livePictureFeedsNoStation()
     {
         CameraCell cell;
@@ -44,9 +173,9 @@ private slots:
         bench.hand.press("liveButton");
         QTRY_COMPARE(bench.pictureWidth(), 1920);
         QVERIFY(bench.isLive());
-        QCOMPARE(cell.parts.load(), 0);
+        QVERIFY(cell.delivered.images(CameraCell::left()).isEmpty());
         cell.core->trigger({CameraCell::left()});
-        QTRY_COMPARE(cell.parts.load(), 1);
+        QTRY_COMPARE(cell.delivered.images(CameraCell::left()).size(), 1);
         bench.dialog.hide();
         QVERIFY2(!bench.isLive(), "nobody looks");
     }
@@ -67,13 +196,13 @@ private slots:
         QTRY_VERIFY(station.hand.canPress("liveButton"));
     }
 
-    void settingsAreAppliedAndTold()
+    void settingsAreAppliedAndReported()
     {
         CameraCell cell;
         Bench bench(cell);
         const QByteArray before = cell.file();
-        bench.hand.type("exposureEdit", "１２．５");
-        bench.hand.type("folderEdit", "无/此处");
+        bench.hand.type("exposure_ms", "１２．５");
+        bench.hand.type("folder", "无/此处");
         QTRY_COMPARE(bench.hand.message(), "图像文件夹“" + cell.home.path("/无/此处") + "”不存在");
         QCOMPARE(cell.file(), before);
         bench.hand.press("applyButton"); // it may be a drive that comes later
@@ -85,11 +214,11 @@ private slots:
         bench.hand.press("singleButton");
         QTRY_VERIFY(bench.hand.message("liveMessage").contains("不存在"));
         bench.hand.shoot("camera-nofolder");
-        bench.hand.type("exposureEdit", "99");
+        bench.hand.type("exposure_ms", "99");
         bench.hand.press("cancelButton");
         QCOMPARE(cell.settings()->settings(CameraCell::left())["exposure_ms"].toDouble(), 12.5);
         bench.dialog.show();
-        QCOMPARE(bench.hand.text("exposureEdit"), "12.5");
+        QCOMPARE(bench.hand.text("exposure_ms"), "12.5");
     }
 
     void fileThatCannotBeWrittenChangesNothing()
@@ -97,7 +226,7 @@ private slots:
         CameraCell cell;
         Bench bench(cell);
         cell.home.write("/user/camera.json", R"({"cameras": []})"); // somebody took the camera out by hand
-        bench.hand.type("exposureEdit", "9");
+        bench.hand.type("exposure_ms", "9");
         bench.hand.press("okButton");
         QVERIFY(bench.dialog.isVisible());
         cell.config.onlineMode = true;
@@ -113,7 +242,7 @@ private slots:
         Bench bench(cell);
         bench.hand.press("liveButton");
         QTRY_COMPARE(bench.pictureWidth(), 640);
-        bench.hand.type("exposureEdit", "9");
+        bench.hand.type("exposure_ms", "9");
         QVERIFY(cell.remove(CameraCell::left()));
         bench.hand.press("okButton");
         QVERIFY(bench.dialog.isVisible());
@@ -132,14 +261,14 @@ private slots:
         Bench first(cell);
         Bench second(cell);
         Bench watching(cell);
-        second.hand.type("transferEdit", "33");
-        first.hand.type("exposureEdit", "22");
+        second.hand.type("transfer_ms", "33");
+        first.hand.type("exposure_ms", "22");
         first.hand.press("okButton");
         second.hand.press("okButton");
         const QVariantMap now = cell.settings()->settings(CameraCell::left());
         QCOMPARE(now["exposure_ms"].toDouble(), 22.0);
         QCOMPARE(now["transfer_ms"].toDouble(), 33.0);
-        QTRY_COMPARE(watching.hand.text("exposureEdit"), "22");
+        QTRY_COMPARE(watching.hand.text("exposure_ms"), "22");
     }
 
     void tabWalksThroughTheFieldsAsTheyStand()
@@ -147,12 +276,12 @@ private slots:
         CameraCell cell;
         Bench bench(cell);
         QStringList walk;
-        QWidget* at = bench.hand.get<QWidget>("exposureEdit");
+        QWidget* at = bench.hand.get<QWidget>("exposure_ms");
         for (int i = 0; i < 100 && at->objectName() != "applyButton"; ++i, at = at->nextInFocusChain()) {
             if (at->isVisible() && at->focusPolicy() & Qt::TabFocus && !at->objectName().isEmpty())
                 walk << at->objectName();
         }
-        QCOMPARE(walk.join(' '), "exposureEdit transferEdit folderEdit folderButton viewer liveButton singleButton "
+        QCOMPARE(walk.join(' '), "exposure_ms transfer_ms folder folderButton viewer liveButton singleButton "
                                  "okButton cancelButton");
     }
 
@@ -162,9 +291,12 @@ private slots:
         Bench bench(cell);
         bench.hand.press("singleButton");
         QTRY_COMPARE(bench.pictureWidth(), 640);
+        bench.hand.type("exposure_ms", "7");
         bench.hand.fits("camera-zh");
         const English english;
         bench.hand.readsInEnglish("Camera settings", "camera-en", {CameraCell::left()});
+        QCOMPARE(bench.hand.text<QLabel>("transfer_msCaption"), "T&ransfer time");
+        QCOMPARE(bench.hand.text("exposure_ms"), "7"); // what was typed stays
         QVERIFY2(bench.dialog.minimumSizeHint().height() <= 740, "does not fit a screen of 1280 x 800");
     }
 };
