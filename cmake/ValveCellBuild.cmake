@@ -94,6 +94,10 @@ function(vc_module name)
     vc_unite_folders(${name})
     set_target_properties(${name} PROPERTIES PREFIX "")
     target_link_libraries(${name} PRIVATE valvecell::sdk ${MODULE_LINK} vc_flags)
+    # What the module shares with the program is linked into both: none may take the other's for its own.
+    if(NOT MSVC AND NOT VALVECELL_SANITIZE)
+        target_link_options(${name} PRIVATE -Wl,--exclude-libs,ALL)
+    endif()
     install(TARGETS ${name} LIBRARY DESTINATION bin)
 endfunction()
 

@@ -40,7 +40,7 @@ struct Located
 QImage readImage(const QString& path);
 
 /// The images behind the arguments: files as given, folders with all images in them and below them in path order. A
-/// path that is neither is listed as it is, so that its line tells that it cannot be read.
+/// path that is neither is listed as it is, so that its line says that it cannot be read.
 QStringList imageFiles(const QStringList& arguments);
 
 /// Runs the finder on all files. `done` is called on this thread, in the order of the files, as soon as all before it

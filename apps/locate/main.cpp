@@ -1,6 +1,5 @@
-#include "Comparison.h"
 #include "Report.h"
-#include "TeachCommand.h"
+#include "Teaching.h"
 
 #include <valvecell/HomeFiles.h>
 

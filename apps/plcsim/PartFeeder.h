@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PartRow.h"
+#include "PartReport.h"
 #include "TriggerExchange.h"
 
 #include <array>
@@ -36,4 +36,33 @@ private:
     int m_fed = 0;
     bool m_running = false;
     std::array<int, 2> m_announced{-1, -1};
+};
+
+/// Triggers both stations in turn with a model index that no table has; each is to be refused.
+class RefusalProbe : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr int absentIndex = 98;
+
+    RefusalProbe(PlcLine& line, TriggerExchange& exchange, int count);
+
+    void start();
+    /// Ends it early.
+    void stop();
+    const RefusalResult& result() const { return m_result; }
+
+signals:
+    void finished();
+
+private:
+    void next();
+    void onDone(const ExchangeResult& result);
+
+    PlcLine& m_line;
+    TriggerExchange& m_exchange;
+    const int m_count;
+    bool m_running = false;
+    RefusalResult m_result;
 };

@@ -2,11 +2,70 @@
 
 #include <QQueue>
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
 using Value = std::optional<double>;
 
+/// `sorted` in ascending order and not empty; `part` from 0 to 1.
+double percentile(const QVector<double>& sorted, double part)
+{
+    const int rank = static_cast<int>(std::ceil(part * sorted.size() - 1e-9));
+    return sorted[std::clamp(rank, 1, static_cast<int>(sorted.size())) - 1];
+}
+
 } // namespace
+
+std::optional<Spread> spreadOf(QVector<double> values)
+{
+    if (values.isEmpty())
+        return {};
+    std::sort(values.begin(), values.end());
+    return Spread{percentile(values, 0.50), percentile(values, 0.95), percentile(values, 0.99), values.last()};
+}
+
+std::optional<double> PartRow::angleErrorDeg() const
+{
+    if (!found() || !image.hole.value_or(false))
+        return {};
+    return std::abs(std::remainder(answer.angle - image.angle, 360.0));
+}
+
+Verdict PartRow::verdict() const
+{
+    if (!answered)
+        return Verdict::NoAnswer;
+    if (!found() && !noticed)
+        return Verdict::NoNotice;
+    if (!image.hole)
+        return Verdict::Answered;
+    if (*image.hole != found())
+        return found() ? Verdict::Invented : Verdict::Missed;
+    return angleErrorDeg().value_or(0) > allowedErrorDeg ? Verdict::Wrong : Verdict::Right;
+}
+
+const char* verdictText(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::Right:
+        return "ok";
+    case Verdict::Answered:
+        return "answered";
+    case Verdict::NoAnswer:
+        return "no answer";
+    case Verdict::NoNotice:
+        return "no H frame";
+    case Verdict::Missed:
+        return "missed";
+    case Verdict::Wrong:
+        return "wrong";
+    case Verdict::Invented:
+        return "invented";
+    }
+    return "";
+}
 
 PartReport::PartReport(double cameraDelayMs)
     : m_cameraDelayMs(cameraDelayMs)

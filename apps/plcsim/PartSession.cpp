@@ -1,6 +1,6 @@
 #include "PartSession.h"
 
-#include "CellCalibration.h"
+#include "CellTruth.h"
 #include "Console.h"
 #include "PlcLine.h"
 #include "ReportText.h"
@@ -12,12 +12,12 @@
 namespace {
 
 /// Endless feeding without a pace of its own would be a load test.
-constexpr int kEndlessIntervalMs = 1000;
+constexpr int endlessIntervalMs = 1000;
 
 TriggerPace paceOf(const SimOptions& options)
 {
     const bool endless = options.parts == 0 && options.intervalMs == 0;
-    return {options.filterMs, endless ? kEndlessIntervalMs : options.intervalMs};
+    return {options.filterMs, endless ? endlessIntervalMs : options.intervalMs};
 }
 
 } // namespace

@@ -1,8 +1,6 @@
 #pragma once
 
 #include "PartFeeder.h"
-#include "PartReport.h"
-#include "RefusalProbe.h"
 #include "SimOptions.h"
 
 #include <memory>

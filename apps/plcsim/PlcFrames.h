@@ -2,7 +2,9 @@
 
 #include <valvecell/SComFrame.h>
 
-/// The frames that a PLC sends, and what it reads from the answers.
+#include <QString>
+
+/// The frames that a PLC sends, what it reads from the answers, and both as a person reads and types them.
 namespace PlcFrames {
 
 constexpr quint8 modelIndex = 'C';
@@ -15,23 +17,11 @@ constexpr double firstNoAngle = 360.0; ///< this and above: no angle of a wheel
 constexpr double refusedAngle = 999.0;
 
 /// A frame whose other words are 0.
-inline SComFrame make(quint8 command, int word0 = 0, int word1 = 0)
-{
-    SComFrame frame;
-    frame.command = command;
-    frame.data[0] = static_cast<qint16>(word0);
-    frame.data[1] = static_cast<qint16>(word1);
-    return frame;
-}
+SComFrame make(quint8 command, int word0 = 0, int word1 = 0);
 
-inline SComFrame models(int index1, int index2)
-{
-    return make(modelIndex, index1, index2);
-}
-inline SComFrame triggerOf(int station)
-{
-    return make(trigger, station + 4);
-}
+/// The model indices of both stations.
+SComFrame models(int index1, int index2);
+SComFrame triggerOf(int station);
 
 /// The command that answers a trigger of `station`.
 constexpr quint8 answerOf(int station)
@@ -47,11 +37,15 @@ struct Answer
     double y = 0;
 };
 
-/// Whole parts and thousandths carry the same sign, so that their sum is the number.
-inline Answer answerFrom(const SComFrame& frame)
-{
-    const auto value = [&](int word) { return frame.data[word] + frame.data[word + 1] / 1000.0; };
-    return {value(2), value(4), value(6)};
-}
+Answer answerFrom(const SComFrame& frame);
+
+/// "P" for a printable command byte, "0xF1" for another.
+QString commandText(quint8 command);
+
+/// The other way round; false for what names no command.
+bool commandFrom(const QString& text, quint8* command);
+
+/// Command and the eight words: "P 5 0 0 0 0 0 0 0".
+QString text(const SComFrame& frame);
 
 } // namespace PlcFrames

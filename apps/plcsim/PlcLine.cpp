@@ -2,15 +2,64 @@
 
 #include "platform/PseudoTerminal.h"
 
+#include <QFileInfo>
 #include <QSerialPort>
 
 #include <chrono>
 
 namespace {
 
-constexpr int kRetryMs = 500;
+constexpr int retryMs = 500;
 
 } // namespace
+
+PortLink::PortLink(QString path)
+    : m_path(std::move(path))
+{
+}
+
+PortLink::~PortLink()
+{
+    remove();
+}
+
+/// A link cannot be turned, only replaced.
+bool PortLink::point(const QString& device, QString* error)
+{
+    if (!mayReplace()) {
+        *error = QStringLiteral("%1: there is something else than a link to a device").arg(m_path);
+        return false;
+    }
+    if (QFileInfo(m_path).isSymLink())
+        QFile::remove(m_path);
+    if (!QFile::link(device, m_path)) {
+        *error = QStringLiteral("%1: the link cannot be made").arg(m_path);
+        return false;
+    }
+    m_device = device;
+    return true;
+}
+
+void PortLink::remove()
+{
+    if (isOurs())
+        QFile::remove(m_path);
+    m_device.clear();
+}
+
+bool PortLink::isOurs() const
+{
+    return !m_device.isEmpty() && QFileInfo(m_path).symLinkTarget() == m_device;
+}
+
+bool PortLink::mayReplace() const
+{
+    const QFileInfo info(m_path);
+    if (!info.isSymLink())
+        return !info.exists();
+    const QString target = info.symLinkTarget();
+    return target.startsWith(QLatin1String("/dev/")) || !QFileInfo::exists(target);
+}
 
 PlcLine::PlcLine()
 {
@@ -41,7 +90,7 @@ bool PlcLine::openPort(const QString& name, qint32 baudRate, QString* error)
             return nullptr;
         }
         connect(
-            port.get(), &QSerialPort::errorOccurred, this, [this] { pull(kRetryMs); }, Qt::QueuedConnection);
+            port.get(), &QSerialPort::errorOccurred, this, [this] { pull(retryMs); }, Qt::QueuedConnection);
         return port;
     };
     return plugIn(error);
@@ -65,7 +114,7 @@ void PlcLine::pull(int ms)
     if (m_device) {
         m_device->disconnect(this);
         m_device->close();
-        m_device.release()->deleteLater(); // the cable may be pulled by what the device itself told
+        m_device.release()->deleteLater(); // the cable may be pulled by a signal of the device itself
         emit pulled();
     }
     m_back.start(ms);
@@ -75,7 +124,7 @@ void PlcLine::putBack()
 {
     QString error;
     if (!plugIn(&error))
-        m_back.start(kRetryMs);
+        m_back.start(retryMs);
 }
 
 void PlcLine::onReadyRead()

@@ -1,6 +1,5 @@
 #include "PlcScript.h"
 
-#include "FrameText.h"
 #include "PlcFrames.h"
 
 #include <QHash>
@@ -11,7 +10,7 @@
 namespace {
 
 /// Bytes in one command.
-constexpr int kMaxGarbage = 1'000'000;
+constexpr int maxGarbage = 1'000'000;
 
 bool numberFrom(const QString& text, int least, int most, int* number)
 {
@@ -57,13 +56,13 @@ bool shutdown(Arguments, ScriptCommand* command)
 
 bool anyFrame(Arguments arguments, ScriptCommand* command)
 {
-    return FrameText::commandFrom(arguments[0], &command->frame.command) &&
+    return PlcFrames::commandFrom(arguments[0], &command->frame.command) &&
            wordsFrom(arguments.mid(1), &command->frame);
 }
 
 bool expectation(Arguments arguments, ScriptCommand* command)
 {
-    return FrameText::commandFrom(arguments[0], &command->frame.command) &&
+    return PlcFrames::commandFrom(arguments[0], &command->frame.command) &&
            numberFrom(arguments[1], 0, INT_MAX, &command->number);
 }
 
@@ -81,7 +80,7 @@ bool milliseconds(Arguments arguments, ScriptCommand* command)
 
 bool garbage(Arguments arguments, ScriptCommand* command)
 {
-    return numberFrom(arguments[0], 1, kMaxGarbage, &command->number);
+    return numberFrom(arguments[0], 1, maxGarbage, &command->number);
 }
 
 bool rounds(Arguments arguments, ScriptCommand* command)

@@ -6,10 +6,10 @@
 
 namespace {
 
-// A part's line is written after its answer, so the last ones may still be on their way.
-constexpr int kLookMs = 50;
+/// A part's line is written after its answer, so the last ones may still be on their way.
+constexpr int lookMs = 50;
 /// For lines that the program has yet to write; then the report does without them.
-constexpr int kPatienceMs = 5000;
+constexpr int patienceMs = 5000;
 
 } // namespace
 
@@ -40,13 +40,13 @@ void RoadLog::collect(int count)
 {
     m_wanted = count;
     m_since.start();
-    m_look.start(kLookMs);
+    m_look.start(lookMs);
 }
 
 void RoadLog::look()
 {
     const QVector<RoadTiming> timings = readNew();
-    if (timings.size() < m_wanted && !m_since.hasExpired(kPatienceMs))
+    if (timings.size() < m_wanted && !m_since.hasExpired(patienceMs))
         return;
     m_look.stop();
     emit collected(timings);

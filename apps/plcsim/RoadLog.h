@@ -31,7 +31,7 @@ public:
 
     /// Lines that stand in the file now belong to no part of this run.
     void begin();
-    /// Waits until `count` lines have come or some seconds have passed, then tells collected().
+    /// Waits until `count` lines have come or some seconds have passed, then emits collected().
     void collect(int count);
 
 signals:

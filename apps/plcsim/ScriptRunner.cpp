@@ -1,15 +1,18 @@
 #include "ScriptRunner.h"
 
-#include "FrameText.h"
+#include "Console.h"
 #include "PlcFrames.h"
 #include "PlcLine.h"
+#include "platform/StandardInput.h"
+
+#include <QFile>
 
 #include <algorithm>
 
 namespace {
 
 /// Frames that nobody waited for; beyond, an endless script would fill the memory.
-constexpr int kMaxUnread = 1000;
+constexpr int maxUnread = 1000;
 
 } // namespace
 
@@ -131,7 +134,7 @@ void ScriptRunner::onFrame(const SComFrame& frame, qint64 atNs)
     const bool expecting = m_busy && (m_current.kind == ScriptCommand::Wait || m_current.kind == ScriptCommand::None);
     if (expecting && m_current.frame.command == frame.command)
         settle({frame, atNs});
-    else if (frame.command != PlcFrames::heartbeat && m_unread.size() < kMaxUnread)
+    else if (frame.command != PlcFrames::heartbeat && m_unread.size() < maxUnread)
         m_unread.append({frame, atNs});
 }
 
@@ -142,7 +145,7 @@ void ScriptRunner::settle(const Arrival& arrival)
     const double afterMs = m_triggerNs < 0 ? -1 : static_cast<double>(arrival.atNs - m_triggerNs) / 1e6;
     emit arrived(arrival.frame, afterMs);
     if (m_current.kind == ScriptCommand::None)
-        fail(QStringLiteral("a frame %1 came").arg(FrameText::command(arrival.frame.command)));
+        fail(QStringLiteral("a frame %1 came").arg(PlcFrames::commandText(arrival.frame.command)));
     scheduleStep();
 }
 
@@ -151,7 +154,7 @@ void ScriptRunner::onTimeout()
     m_busy = false;
     if (m_current.kind == ScriptCommand::Wait)
         fail(QStringLiteral("no frame %1 within %2 ms")
-                 .arg(FrameText::command(m_current.frame.command))
+                 .arg(PlcFrames::commandText(m_current.frame.command))
                  .arg(m_current.number));
     scheduleStep();
 }
@@ -164,4 +167,62 @@ void ScriptRunner::fail(const QString& reason)
         return;
     m_done = true;
     emit finished(m_failures);
+}
+
+ScriptSession::ScriptSession(PlcLine& line)
+    : m_line(line)
+{
+}
+
+ScriptSession::~ScriptSession() = default;
+
+/// Every awaited frame is printed, with the time since the last trigger.
+void ScriptSession::begin(bool stopAtFailure)
+{
+    m_runner = std::make_unique<ScriptRunner>(m_line, stopAtFailure);
+    connect(m_runner.get(), &ScriptRunner::arrived, this, [](const SComFrame& frame, double afterTriggerMs) {
+        const QString when = afterTriggerMs < 0 ? QString() : QStringLiteral("  %1 ms").arg(afterTriggerMs, 0, 'f', 3);
+        Console::say(PlcFrames::text(frame) + when);
+    });
+    connect(m_runner.get(), &ScriptRunner::failed, this, &Console::complain);
+    connect(m_runner.get(), &ScriptRunner::finished, this,
+            [this](int failures) { emit finished(failures + m_misunderstood > 0 ? 1 : 0); });
+}
+
+bool ScriptSession::runFile(const QString& path, QString* error)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *error = QStringLiteral("%1: %2").arg(path, file.errorString());
+        return false;
+    }
+    QVector<ScriptCommand> commands;
+    if (!PlcScript::parse(QString::fromUtf8(file.readAll()), &commands, error)) {
+        *error = QStringLiteral("%1, %2").arg(path, *error);
+        return false;
+    }
+    begin(true);
+    m_runner->add(commands);
+    m_runner->close();
+    return true;
+}
+
+void ScriptSession::runInput()
+{
+    begin(false);
+    m_input = std::make_unique<platform::StandardInput>();
+    connect(m_input.get(), &platform::StandardInput::line, this, &ScriptSession::onLine);
+    connect(m_input.get(), &platform::StandardInput::closed, m_runner.get(), &ScriptRunner::close);
+}
+
+void ScriptSession::onLine(const QString& text)
+{
+    QVector<ScriptCommand> commands;
+    QString error;
+    if (PlcScript::parseLine(text, ++m_lines, &commands, &error)) {
+        m_runner->add(commands);
+        return;
+    }
+    ++m_misunderstood;
+    Console::complain(error);
 }

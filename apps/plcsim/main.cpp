@@ -1,21 +1,22 @@
 // The PLC of a cell, simulated: see --help.
 
 #include "Console.h"
-#include "FrameLog.h"
 #include "PartSession.h"
+#include "PlcFrames.h"
 #include "PlcLine.h"
-#include "ScriptSession.h"
+#include "ScriptRunner.h"
 #include "SimOptions.h"
 #include "platform/StandardInput.h"
 
 #include <QCoreApplication>
+#include <QTime>
 
 #include <csignal>
 
 namespace {
 
-/// Exit code: wrong options, or nothing to talk to; 0 and 1 tell how a run ended.
-constexpr int kCannotBegin = 2;
+/// Exit code: wrong options, or nothing to talk to; 0 and 1 say how a run ended.
+constexpr int exitCannotBegin = 2;
 
 volatile std::sig_atomic_t endRequested = 0;
 
@@ -36,7 +37,28 @@ void stopOnSignal(QTimer& poll, Stop stop)
 int cannotBegin(const QString& error)
 {
     Console::complain(error);
-    return kCannotBegin;
+    return exitCannotBegin;
+}
+
+void print(const QString& text)
+{
+    Console::say(QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz ")) + text);
+}
+
+/// Prints what passes over the line, with time and direction: ">" to the program, "<" from it.
+void printFrames(PlcLine& line, bool withHeartbeat)
+{
+    QObject::connect(&line, &PlcLine::frameReceived, &line, [withHeartbeat](const SComFrame& frame) {
+        if (withHeartbeat || frame.command != PlcFrames::heartbeat)
+            print(QStringLiteral("< ") + PlcFrames::text(frame));
+    });
+    QObject::connect(&line, &PlcLine::frameSent, &line,
+                     [](const SComFrame& frame) { print(QStringLiteral("> ") + PlcFrames::text(frame)); });
+    QObject::connect(&line, &PlcLine::bytesSent, &line, [](const QByteArray& bytes) {
+        print(QStringLiteral("> %1 bytes: %2").arg(bytes.size()).arg(QString::fromLatin1(bytes.left(48).toHex(' '))));
+    });
+    QObject::connect(&line, &PlcLine::pulled, &line, [] { print(QStringLiteral("- cable pulled")); });
+    QObject::connect(&line, &PlcLine::pluggedIn, &line, [] { print(QStringLiteral("- cable back")); });
 }
 
 /// Endless feeding ends with the standard input when somebody holds its other end.
@@ -85,9 +107,8 @@ int main(int argc, char** argv)
         return cannotBegin(error);
     PlcLine line;
     const bool interactive = !options.parts && options.script.isEmpty();
-    std::unique_ptr<FrameLog> log;
     if (options.verbose || interactive)
-        log = std::make_unique<FrameLog>(line, options.verbose ? FrameLog::Everything : FrameLog::WithoutHeartbeat);
+        printFrames(line, options.verbose);
     const bool open = options.link.isEmpty() ? line.openPort(options.port, options.baudRate, &error)
                                              : line.openLink(options.link, &error);
     if (!open)

@@ -1,7 +1,5 @@
 #include "MissMontage.h"
 
-#include "Names.h"
-
 #include <QFile>
 
 #include <opencv2/imgcodecs.hpp>

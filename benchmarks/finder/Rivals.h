@@ -6,7 +6,7 @@
 #include <string>
 #include <unordered_map>
 
-/// The usual ways of finding a hole, for comparison. Both take the hub from a Hough transform of the reduced picture
+/// The common ways of finding a hole, for comparison. Both take the hub from a Hough transform of the reduced picture
 /// and look only at the ring that the model names.
 class HoughRival
 {

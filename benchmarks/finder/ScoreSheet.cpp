@@ -25,6 +25,50 @@ Verdict verdictOf(const Truth& truth, const Answer& answer)
     return cv::norm(answer.hole - truth.center) > wrongPlace * truth.radius ? Verdict::Wrong : Verdict::Found;
 }
 
+const char* nameOf(finder::FindError error)
+{
+    switch (error) {
+    case finder::FindError::None:
+        return "found";
+    case finder::FindError::NoHole:
+        return "no hole";
+    case finder::FindError::Ambiguous:
+        return "ambiguous";
+    case finder::FindError::NoHub:
+        return "no hub";
+    case finder::FindError::CutOff:
+        return "cut off";
+    case finder::FindError::TooDark:
+        return "too dark";
+    case finder::FindError::TooBright:
+        return "too bright";
+    case finder::FindError::OutOfFocus:
+        return "out of focus";
+    case finder::FindError::BadImage:
+        return "bad image";
+    case finder::FindError::BadModel:
+        return "bad model";
+    }
+    return "unknown";
+}
+
+const char* nameOf(Verdict verdict)
+{
+    switch (verdict) {
+    case Verdict::Found:
+        return "found";
+    case Verdict::Wrong:
+        return "wrong";
+    case Verdict::Invented:
+        return "invented";
+    case Verdict::Missed:
+        return "missed";
+    case Verdict::RightlyNone:
+        break;
+    }
+    return "none";
+}
+
 void ScoreSheet::add(const Truth& truth, const Answer& answer, double seconds)
 {
     m_seconds.push_back(seconds);

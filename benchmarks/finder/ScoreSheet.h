@@ -38,6 +38,10 @@ enum class Verdict { Found, Wrong, Invented, Missed, RightlyNone };
 
 Verdict verdictOf(const Truth& truth, const Answer& answer);
 
+/// English names for tables; the finder's own texts are for operators.
+const char* nameOf(finder::FindError error);
+const char* nameOf(Verdict verdict);
+
 /// What one way of finding holes has answered on a set of wheels, and how long it took.
 class ScoreSheet
 {

@@ -1,17 +1,40 @@
 #pragma once
 
-#include "LimitTable.h"
 #include "ScoreSheet.h"
 
 #include <QJsonObject>
 #include <QStringList>
 
+#include <array>
 #include <cstdio>
 #include <map>
+
+/// What each score limit would have refused and what it would have let through. The answers are to come from a finder
+/// whose own limit is 0.
+class LimitTable
+{
+public:
+    struct Row
+    {
+        double limit = 0;
+        int found = 0;
+        int refused = 0;  ///< holes that were not reported
+        int mistaken = 0; ///< wrong places and invented holes
+    };
+
+    LimitTable();
+    void add(const Truth& truth, const Answer& answer, double score);
+    const std::array<Row, 9>& rows() const { return m_rows; }
+
+private:
+    std::array<Row, 9> m_rows; // 0.1 to 0.9
+};
 
 /// The ways of finding holes that are compared.
 /// Examples: taught, and shown three pictures of the design's hole.
 enum class Way { Taught, Examples, Auto, Hough, Templates };
+
+const char* nameOf(Way way);
 
 /// What all ways have answered on one set, in whole and for each cause.
 class SetTally

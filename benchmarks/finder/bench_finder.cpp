@@ -1,9 +1,15 @@
 #include "MissMontage.h"
 #include "Rivals.h"
+#include "SetBench.h"
 #include "finder/Finder.h"
 #include "sets/WheelSet.h"
 
+#include <QCoreApplication>
+
+#include <opencv2/core/utility.hpp>
+
 #include <atomic>
+#include <benchmark/benchmark.h>
 #include <chrono>
 #include <cstdio>
 #include <thread>
@@ -173,4 +179,38 @@ BENCHMARK_CAPTURE(way, rotated_templates_5MP, &Table::templates)->EACH_WHEEL;
 BENCHMARK(taughtModel20MP)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(12);
 BENCHMARK(twoStations)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
 
+bool asksForSets(const QStringList& arguments)
+{
+    for (const QString& argument : arguments)
+        if (argument == QLatin1String("--set") || argument.startsWith(QLatin1String("--set=")))
+            return true;
+    return false;
+}
+
+int runSets(const QStringList& arguments)
+{
+    SetOptions options;
+    QString error;
+    const bool understood = parseSetOptions(arguments, &options, &error);
+    if (understood && options.help)
+        std::printf("%s", qUtf8Printable(setUsage()));
+    if (understood && (options.help || benchmarkSets(options, &error)))
+        return 0;
+    std::fprintf(stderr, "bench_finder: %s\n", qUtf8Printable(error));
+    return understood ? 1 : 2;
+}
+
 } // namespace
+
+int main(int argc, char** argv)
+{
+    cv::setNumThreads(1); // one station has one thread
+    const QCoreApplication application(argc, argv);
+    if (asksForSets(QCoreApplication::arguments()))
+        return runSets(QCoreApplication::arguments());
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QLoggingCategory>
+#include <QMutexLocker>
 #include <QThread>
 
 namespace {
@@ -9,7 +10,7 @@ namespace {
 Q_LOGGING_CATEGORY(lcSerial, "valvecell.serial", QtInfoMsg)
 
 /// Bytes that may wait for a jammed line; past them frames are given up rather than sent late.
-constexpr qint64 kMaxWaitingBytes = 8 * wire::frameBytes;
+constexpr qint64 maxWaitingBytes = 8 * wire::frameBytes;
 
 /// The device behind a name, links followed; empty when it is a path to nothing. A name that is no path stays as it is
 /// unless it is one of /dev.
@@ -22,6 +23,34 @@ QString deviceOf(const QString& name)
 }
 
 } // namespace
+
+void LineState::setDevice(const QString& device)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_device = device;
+}
+
+void LineState::setLastError(const QString& error)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_lastError = error;
+}
+
+SerialStatus LineState::snapshot() const
+{
+    const QMutexLocker lock(&m_mutex);
+    SerialStatus status;
+    status.open = session != 0;
+    status.device = m_device;
+    status.framesIn = framesIn;
+    status.framesOut = framesOut;
+    status.framesDropped = framesDropped;
+    status.badBytes = badBytes;
+    status.crcErrors = crcErrors;
+    status.openAttempts = openAttempts;
+    status.lastError = m_lastError;
+    return status;
+}
 
 LineWorker::LineWorker(LineSettings settings, std::shared_ptr<LineState> state)
     : m_settings(std::move(settings))
@@ -47,7 +76,7 @@ void LineWorker::change(const LineSettings& settings)
     if (m_port.isOpen())
         m_port.close();
     m_settings = settings;
-    m_told = false;
+    m_reported = false;
     m_pause.reset();
     openOrRetry();
 }
@@ -83,9 +112,9 @@ void LineWorker::onOpened()
     m_port.clear(QSerialPort::Input); // a trigger from before belongs to a part that is gone
     m_decoder.reset();
     m_openSince.start();
-    if (std::exchange(m_told, false))
+    if (std::exchange(m_reported, false))
         qCInfo(lcSerial).noquote() << m_device + QStringLiteral(": open again");
-    m_state->session = ++m_sessions;
+    m_state->session = ++m_state->sessions;
 }
 
 /// A good frame proves the line; rubbish does not.
@@ -105,9 +134,9 @@ void LineWorker::onReadyRead()
 }
 
 /// A frame of a former session, or behind a jam, would come late, and is dropped and counted instead.
-void LineWorker::write(const SComFrame& frame, quint32 session)
+void LineWorker::write(const SComFrame& frame, quint64 session)
 {
-    if (session != m_state->session || m_port.bytesToWrite() > kMaxWaitingBytes) {
+    if (session != m_state->session || m_port.bytesToWrite() > maxWaitingBytes) {
         ++m_state->framesDropped;
         return;
     }
@@ -146,6 +175,6 @@ void LineWorker::stop()
 void LineWorker::noteFailure(const QString& problem)
 {
     m_state->setLastError(problem);
-    if (!std::exchange(m_told, true))
+    if (!std::exchange(m_reported, true))
         qCWarning(lcSerial).noquote() << problem;
 }

@@ -1,16 +1,67 @@
 #pragma once
 
-#include "LineState.h"
-#include "ReopenPause.h"
 #include "wire/FrameCodec.h"
 
 #include <valvecell/ISerialPort.h>
+#include <valvecell/ISerialStatus.h>
 
 #include <QElapsedTimer>
+#include <QMutex>
 #include <QSerialPort>
 #include <QTimer>
 
+#include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <future>
+
+/// How long to wait before a line is tried again: short at first, then twice as long each time, 2 s at most.
+class ReopenPause
+{
+public:
+    static constexpr std::chrono::milliseconds first{50};
+    static constexpr std::chrono::milliseconds longest{2000};
+
+    /// The pause to wait now; the following one is longer.
+    std::chrono::milliseconds next()
+    {
+        const auto pause = m_next;
+        m_next = std::min(2 * m_next, longest);
+        return pause;
+    }
+
+    /// To be called when the line has proved itself; one that merely opens and fails again goes on being slowed down.
+    void reset() { m_next = first; }
+
+private:
+    std::chrono::milliseconds m_next = first;
+};
+
+/// What the caller's thread and the line's thread share.
+class LineState
+{
+public:
+    /// Numbers the times that the line is open; 0 while it is closed. A frame is written only in the session in which
+    /// it was handed over, so that none is sent late.
+    std::atomic<quint64> session{0};
+    std::atomic<quint64> sessions{0}; ///< so far, over all openings
+    std::atomic<bool> stopping{false}; ///< no callback may begin any more
+    std::atomic<quint64> framesIn{0};
+    std::atomic<quint64> framesOut{0};
+    std::atomic<quint64> framesDropped{0};
+    std::atomic<quint64> badBytes{0};
+    std::atomic<quint64> crcErrors{0};
+    std::atomic<quint64> openAttempts{0};
+
+    void setDevice(const QString& device);
+    void setLastError(const QString& error);
+    SerialStatus snapshot() const;
+
+private:
+    mutable QMutex m_mutex; ///< guards the two texts
+    QString m_device;
+    QString m_lastError;
+};
 
 struct LineSettings
 {
@@ -33,7 +84,7 @@ public:
     /// Takes another line, in place of the one that is open or tried.
     void change(const LineSettings& settings);
     /// Writes a frame that was handed over in `session`.
-    void write(const SComFrame& frame, quint32 session);
+    void write(const SComFrame& frame, quint64 session);
     /// Closes the line for good and ends the thread.
     void stop();
 
@@ -45,7 +96,7 @@ private:
     void onOpened();
     void onReadyRead();
     void onError(QSerialPort::SerialPortError error);
-    /// Needs the event loop between it and whatever the port itself told.
+    /// Needs the event loop between it and whatever signal of the port leads here.
     void closeAndRetry();
     /// The last error is always kept; the log gets the first of a row.
     void noteFailure(const QString& problem);
@@ -57,8 +108,7 @@ private:
     QString m_device; ///< behind the configured name, as of the last attempt
     ReopenPause m_pause;
     QElapsedTimer m_openSince;
-    quint32 m_sessions = 0;
-    bool m_told = false; ///< that the line is down; it is logged once, not at every attempt
+    bool m_reported = false; ///< that the line is down; it is logged once, not at every attempt
     wire::FrameDecoder m_decoder;
     wire::FrameEncoder m_encoder;
 };

@@ -9,7 +9,7 @@
 namespace {
 
 /// A device that takes longer to open counts as not open yet; the attempt goes on.
-constexpr std::chrono::milliseconds kOpenWait{1000};
+constexpr std::chrono::milliseconds openWait{1000};
 
 qint32 baudFrom(const QString& text)
 {
@@ -21,6 +21,7 @@ qint32 baudFrom(const QString& text)
 } // namespace
 
 SerialPortTool::SerialPortTool()
+    : m_state(std::make_shared<LineState>())
 {
     m_thread.setObjectName(QStringLiteral("serial line"));
 }
@@ -65,7 +66,7 @@ bool SerialPortTool::open(const QString& portName, const QString& baudRate)
     auto outcome = opened->get_future();
     QMetaObject::invokeMethod(
         m_worker, [worker = m_worker, opened] { worker->start(opened); }, Qt::QueuedConnection);
-    return outcome.wait_for(kOpenWait) == std::future_status::ready && outcome.get();
+    return outcome.wait_for(openWait) == std::future_status::ready && outcome.get();
 }
 
 bool SerialPortTool::reopen(const QString& portName, const QString& baudRate)
@@ -92,22 +93,38 @@ void SerialPortTool::close()
 
 void SerialPortTool::send(const SComFrame* frame)
 {
-    if (!frame)
-        return;
-    const quint32 session = m_state->session;
-    if (!m_worker || session == 0) {
+    if (frame)
+        send(*frame, m_state->session);
+}
+
+void SerialPortTool::send(const SComFrame& frame, quint64 session)
+{
+    if (!m_worker || session == 0 || session != m_state->session) {
         ++m_state->framesDropped;
         return;
     }
     QMetaObject::invokeMethod(
-        m_worker, [worker = m_worker, copy = *frame, session] { worker->write(copy, session); }, Qt::QueuedConnection);
+        m_worker, [worker = m_worker, frame, session] { worker->write(frame, session); }, Qt::QueuedConnection);
+}
+
+SerialStatus SerialPortTool::status() const
+{
+    return m_state->snapshot();
+}
+
+quint64 SerialPortTool::session() const
+{
+    return m_state->session;
 }
 
 void* SerialPortTool::extension(const char* id)
 {
-    if (id && std::strcmp(id, ISerialStatus::id) == 0)
+    const auto asked = [id](const char* offered) { return id && std::strcmp(id, offered) == 0; };
+    if (asked(ISerialStatus::id))
         return static_cast<ISerialStatus*>(this);
-    return id && std::strcmp(id, ISerialReopen::id) == 0 ? static_cast<ISerialReopen*>(this) : nullptr;
+    if (asked(ISerialSession::id))
+        return static_cast<ISerialSession*>(this);
+    return asked(ISerialReopen::id) ? static_cast<ISerialReopen*>(this) : nullptr;
 }
 
 VALVECELL_MODULE_EXPORT ISerialPort* SerialPortCreate()

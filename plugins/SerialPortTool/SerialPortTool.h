@@ -1,19 +1,20 @@
 #pragma once
 
-#include "LineState.h"
-
 #include <valvecell/ISerialPort.h>
 #include <valvecell/ISerialReopen.h>
+#include <valvecell/ISerialSession.h>
+#include <valvecell/ISerialStatus.h>
 
 #include <QThread>
 
 #include <memory>
 
+class LineState;
 class LineWorker;
 struct LineSettings;
 
 /// The module's object: hands everything over to the line's thread, which lives from open() to close().
-class SerialPortTool : public ISerialPort, public ISerialStatus, public ISerialReopen
+class SerialPortTool : public ISerialPort, public ISerialStatus, public ISerialReopen, public ISerialSession
 {
 public:
     SerialPortTool();
@@ -24,16 +25,18 @@ public:
     void close() override;
     bool reopen(const QString& portName, const QString& baudRate) override;
     void send(const SComFrame* frame) override;
+    void send(const SComFrame& frame, quint64 session) override;
+    quint64 session() const override;
     void* extension(const char* id) override;
 
-    SerialStatus status() const override { return m_state->snapshot(); }
+    SerialStatus status() const override;
 
 private:
     /// What a line of that name and baud rate is to do; without a name when there can be none.
     LineSettings settingsFor(const QString& portName, const QString& baudRate) const;
     void startThread(const LineSettings& settings);
 
-    const std::shared_ptr<LineState> m_state = std::make_shared<LineState>();
+    const std::shared_ptr<LineState> m_state;
     ReceiveCallback m_receive;
     QThread m_thread;
     LineWorker* m_worker = nullptr; ///< lives in m_thread and is deleted as it ends; null while closed

@@ -1,7 +1,8 @@
 #include "ImageFolder.h"
 
+#include "common/ImageFile.h"
+
 #include <QDir>
-#include <QImageReader>
 
 #include <algorithm>
 
@@ -35,36 +36,19 @@ ImageFolder::Shot ImageFolder::next()
             listed = true;
             continue;
         }
-        const QString file = m_rest.takeFirst();
-        QString reason;
-        shot.image = read(file, &reason);
+        const ImageFile file = ImageFile::read(QDir(m_path).filePath(m_rest.takeFirst()));
+        shot.image = withoutPalette(file.image);
         if (shot.image.isNull())
-            shot.skipped << QStringLiteral("%1: %2").arg(file, reason);
+            shot.skipped << file.problem();
     }
     return shot;
 }
 
 QStringList ImageFolder::list() const
 {
-    static const QStringList kinds{QStringLiteral("*.bmp"),  QStringLiteral("*.png"), QStringLiteral("*.jpg"),
-                                   QStringLiteral("*.jpeg"), QStringLiteral("*.pgm"), QStringLiteral("*.ppm"),
-                                   QStringLiteral("*.tif"),  QStringLiteral("*.tiff")};
     // An empty path would mean the working directory to QDir.
-    QStringList files = m_path.isEmpty() ? QStringList() : QDir(m_path).entryList(kinds, QDir::Files, QDir::Unsorted);
+    QStringList files =
+        m_path.isEmpty() ? QStringList() : QDir(m_path).entryList(ImageFile::patterns(), QDir::Files, QDir::Unsorted);
     std::sort(files.begin(), files.end());
     return files;
-}
-
-QImage ImageFolder::read(const QString& file, QString* error) const
-{
-    QImageReader reader(QDir(m_path).filePath(file));
-    const QSize size = reader.size();
-    if (qint64(size.width()) * size.height() > maxPixels) {
-        *error = QStringLiteral("%1 x %2").arg(size.width()).arg(size.height());
-        return {};
-    }
-    const QImage image = reader.read();
-    if (image.isNull())
-        *error = reader.errorString();
-    return withoutPalette(image);
 }

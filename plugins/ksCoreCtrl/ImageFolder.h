@@ -8,9 +8,6 @@
 class ImageFolder
 {
 public:
-    /// Larger images are passed over before memory is set aside for them.
-    static constexpr qint64 maxPixels = 200'000'000;
-
     struct Shot
     {
         QImage image;        ///< null when a whole round held none
@@ -27,7 +24,6 @@ public:
 
 private:
     QStringList list() const;
-    QImage read(const QString& file, QString* error) const;
 
     QString m_path;
     QStringList m_rest; ///< of the present round

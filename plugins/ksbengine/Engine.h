@@ -4,7 +4,7 @@
 #include "ModelTeacher.h"
 #include "ModelTrials.h"
 #include "SolutionStore.h"
-#include "TaskThread.h"
+#include "Task.h"
 
 #include <valvecell/IEngine.h>
 

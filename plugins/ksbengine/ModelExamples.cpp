@@ -2,8 +2,8 @@
 
 #include "ExampleFile.h"
 #include "finder/Finder.h"
+#include "finder/HoleExamples.h"
 #include "finder/ImageConversion.h"
-#include "finder/SizeProposal.h"
 
 #include <QDebug>
 

@@ -22,7 +22,7 @@ constexpr double clickPixels = 15;
 constexpr double clickShare = 0.03;
 constexpr double hubOffset = 0.1;     // of the shorter side: how far the hub may lie from the image's middle
 constexpr double faintestHole = 0.3;  // score
-constexpr double usualLimit = 0.5;    // score limit of a model whose hole is plain to see
+constexpr double plainLimit = 0.5;    // score limit of a model whose hole is plain to see
 constexpr double ofScore = 0.8;       // of a fainter hole's score: its limit
 constexpr double aboveRunnerUp = 0.3; // of the way from the runner-up's score to the hole's
 
@@ -109,7 +109,7 @@ bool Lesson::learnHub(QString* error)
     const double distance = cv::norm(m_rimClick - middle);
     if (seeHub(distance, hubOffset * std::min(m_gray.cols, m_gray.rows)))
         return true;
-    // Another of the wheel's concentric edges was taken for the rim: its centre tells the radius that was clicked.
+    // Another of the wheel's concentric edges was taken for the rim: its centre gives the radius that was clicked.
     const double clicked = cv::norm(m_rimClick - m_hub.center);
     if (m_hub.radius > 0 && seeHub(clicked, slackFor(clicked)))
         return true;
@@ -164,9 +164,9 @@ bool Lesson::learnHole(QString* error)
 /// Above what the next best place scores, so that a wheel without a hole is not answered with that place.
 void Lesson::setLimit(const finder::FindResult& found)
 {
-    const double usual = std::min(usualLimit, ofScore * found.score);
+    const double plain = std::min(plainLimit, ofScore * found.score);
     const double between = found.runnerUpScore + aboveRunnerUp * (found.score - found.runnerUpScore);
-    m_model.scoreLimit = hundredths(std::max(usual, between));
+    m_model.scoreLimit = hundredths(std::max(plain, between));
 }
 
 bool Lesson::confirmWith(double rimTolerance, double ringTolerance)
@@ -197,11 +197,11 @@ bool Lesson::confirm(QString* error)
         double rim;
         double ring;
     };
-    const finder::HoleModel usual;
-    for (const Tolerances& tolerances :
-         {Tolerances{usual.rimTolerance, usual.ringTolerance}, Tolerances{usual.rimTolerance, usual.ringTolerance / 2},
-          Tolerances{usual.rimTolerance / 2, usual.ringTolerance},
-          Tolerances{usual.rimTolerance / 2, usual.ringTolerance / 2}}) {
+    const finder::HoleModel defaults;
+    for (const Tolerances& tolerances : {Tolerances{defaults.rimTolerance, defaults.ringTolerance},
+                                         Tolerances{defaults.rimTolerance, defaults.ringTolerance / 2},
+                                         Tolerances{defaults.rimTolerance / 2, defaults.ringTolerance},
+                                         Tolerances{defaults.rimTolerance / 2, defaults.ringTolerance / 2}}) {
         if (confirmWith(tolerances.rim, tolerances.ring))
             return true;
     }

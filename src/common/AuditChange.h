@@ -4,6 +4,8 @@
 #include <QString>
 #include <QVector>
 
+#include <algorithm>
+
 /// One value that a dialog changed, for the audit lines of the system log. Names are keys, the same in every language.
 struct AuditChange
 {
@@ -15,3 +17,10 @@ struct AuditChange
 using AuditChanges = QVector<AuditChange>;
 
 Q_DECLARE_METATYPE(AuditChange)
+
+/// Whether a change is of a key that begins with `group`.
+inline bool touches(const AuditChanges& changes, const char* group)
+{
+    return std::any_of(changes.begin(), changes.end(),
+                       [group](const AuditChange& change) { return change.name.startsWith(QLatin1String(group)); });
+}

@@ -1,12 +1,23 @@
 #include "common/CsvFile.h"
 
 #include <valvecell/CsvText.h>
+#include <valvecell/HomeFiles.h>
 
-#include <QSaveFile>
+#include <QAbstractItemModel>
 
 namespace {
 
-QByteArray bytes(const QVector<QStringList>& lines)
+QStringList headerOf(const QAbstractItemModel& table)
+{
+    QStringList titles;
+    for (int column = 0; column < table.columnCount(); ++column) {
+        const QString title = table.headerData(column, Qt::Horizontal).toString();
+        titles << QString(title).replace(QLatin1Char('\n'), QLatin1Char(' '));
+    }
+    return titles;
+}
+
+QByteArray bytes(const CsvFile::Lines& lines)
 {
     QString text = CsvText::start();
     for (const QStringList& line : lines) {
@@ -20,21 +31,21 @@ QByteArray bytes(const QVector<QStringList>& lines)
 
 } // namespace
 
-CsvFile::CsvFile(QString path, QVector<QStringList> lines, QObject* parent)
-    : QThread(parent)
-    , m_path(std::move(path))
-    , m_lines(std::move(lines))
+CsvFile::Lines CsvFile::linesOf(const QAbstractItemModel& table)
 {
+    Lines lines{headerOf(table)};
+    for (int row = 0; row < table.rowCount(); ++row) {
+        QStringList cells;
+        for (int column = 0; column < table.columnCount(); ++column)
+            cells << table.index(row, column).data().toString();
+        lines << cells;
+    }
+    return lines;
 }
 
-CsvFile::~CsvFile()
+QString CsvFile::write(const QString& path, const Lines& lines)
 {
-    wait();
-}
-
-void CsvFile::run()
-{
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes(m_lines)) < 0 || !file.commit())
-        m_error = file.errorString();
+    QString error;
+    HomeFiles::writeFile(path, bytes(lines), &error);
+    return error;
 }

@@ -1,30 +1,20 @@
 #pragma once
 
 #include <QStringList>
-#include <QThread>
 #include <QVector>
 
-/// Writes a table as comma-separated text for spreadsheets, on a thread of its own: a folder may lie on a slow stick
-/// or in the network. Replaces a file of that name only when all was written. Start it with start(); when finished()
-/// comes, error() tells how it went.
-class CsvFile : public QThread
-{
-    Q_OBJECT
+class QAbstractItemModel;
 
-public:
-    CsvFile(QString path, QVector<QStringList> lines, QObject* parent = nullptr);
-    /// Waits until the file is written.
-    ~CsvFile() override;
+/// Tables as files of comma-separated text for spreadsheets.
+namespace CsvFile {
 
-    QString path() const { return m_path; }
-    /// Empty when the file was written.
-    QString error() const { return m_error; }
+using Lines = QVector<QStringList>;
 
-protected:
-    void run() override;
+/// A table as it is shown: in its order, the texts of its cells below those of its header. On the table's thread.
+Lines linesOf(const QAbstractItemModel& table);
 
-private:
-    const QString m_path;
-    const QVector<QStringList> m_lines;
-    QString m_error; // written by the thread, read after finished()
-};
+/// Replaces a file of that name only when all was written. Returns file and reason when it was not, else an empty text.
+/// Any thread; better none that must not wait, for a folder may lie on a slow stick or in the network.
+QString write(const QString& path, const Lines& lines);
+
+} // namespace CsvFile

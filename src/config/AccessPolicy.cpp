@@ -1,12 +1,40 @@
 #include "config/AccessPolicy.h"
 
+#include "config/ConfigVisitors.h"
 #include "platform/AppHome.h"
 
 #include <valvecell/HomeFiles.h>
 
 namespace {
-const QString kEngineerOnly = QStringLiteral("engineer_only");
+
+/// Reads a file that is there: what it does not plainly allow is restricted.
+class RestrictingVisitor
+{
+public:
+    explicit RestrictingVisitor(const QJsonObject& object)
+        : m_object(object)
+    {
+    }
+    void setting(const ConfigKey& key, bool& restricted, bool)
+    {
+        const QJsonValue value = m_object.value(key);
+        restricted = value.toBool(true);
+        if (!value.isBool())
+            qWarning("%s: %s is neither true nor false; taken for true", qUtf8Printable(AccessPolicy::path()),
+                     qUtf8Printable(key));
+    }
+
+private:
+    const QJsonObject& m_object;
+};
+
 } // namespace
+
+AccessPolicy::AccessPolicy()
+{
+    DefaultsVisitor defaults;
+    visit(defaults);
+}
 
 QString AccessPolicy::path()
 {
@@ -16,14 +44,17 @@ QString AccessPolicy::path()
 void AccessPolicy::load()
 {
     const HomeFiles::JsonRead file = HomeFiles::readJson(path());
-    const QJsonValue value = file.object.value(kEngineerOnly);
-    const bool absent = file.state == HomeFiles::JsonRead::Missing;
-    engineerOnly = !absent && value.toBool(true);
-    if (!absent && !value.isBool())
-        qWarning("%s: engineer_only is neither true nor false; taken for true", qUtf8Printable(path()));
+    DefaultsVisitor defaults;
+    RestrictingVisitor reader(file.object);
+    if (file.state == HomeFiles::JsonRead::Missing)
+        visit(defaults);
+    else
+        visit(reader);
 }
 
 bool AccessPolicy::save(QString* error)
 {
-    return HomeFiles::writeJson(path(), {{kEngineerOnly, engineerOnly}}, error);
+    JsonWriteVisitor writer;
+    visit(writer);
+    return HomeFiles::writeJsonText(path(), writer.text() + '\n', error);
 }

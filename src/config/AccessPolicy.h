@@ -13,10 +13,20 @@
 class AccessPolicy : public ks_singleton_base<AccessPolicy>
 {
 public:
-    bool engineerOnly = false; ///< calibration, settings, models and designer are for engineers and administrators
+    /// Gives every field its default.
+    AccessPolicy();
+
+    bool engineerOnly{}; ///< calibration, settings, models and designer are for engineers and administrators
 
     void load();
     /// Replaces the file in one step; false with the reason when it cannot be written, and the old one is unchanged.
     bool save(QString* error);
     static QString path();
+
+    /// Every key of the file; see ConfigVisitors.h.
+    template <typename Visitor>
+    void visit(Visitor& visitor)
+    {
+        visitor.setting("engineer_only", engineerOnly, false);
+    }
 };

@@ -39,39 +39,38 @@ QByteArray quoted(const QString& text)
 
 } // namespace
 
-void JsonReadVisitor::wrongType(const char* key, const char* wanted)
+void JsonReadVisitor::wrongType(const ConfigKey& key, const char* wanted)
 {
-    m_problems << QStringLiteral("%1: \"%2\" is not %3, its default is used")
-                      .arg(m_place, QLatin1String(key), QLatin1String(wanted));
+    m_problems << QStringLiteral("%1: \"%2\" is not %3, its default is used").arg(m_place, key, QLatin1String(wanted));
 }
 
-void JsonReadVisitor::field(const char* key, QString& value, const QString& fallback)
+void JsonReadVisitor::field(const ConfigKey& key, QString& value, const QString& fallback)
 {
-    const QJsonValue json = m_object.value(QLatin1String(key));
+    const QJsonValue json = m_object.value(key);
     value = json.toString(fallback);
     if (!json.isUndefined() && !json.isString())
         wrongType(key, "a text");
 }
 
-void JsonReadVisitor::field(const char* key, bool& value, bool fallback)
+void JsonReadVisitor::field(const ConfigKey& key, bool& value, bool fallback)
 {
-    const QJsonValue json = m_object.value(QLatin1String(key));
+    const QJsonValue json = m_object.value(key);
     value = json.toBool(fallback);
     if (!json.isUndefined() && !json.isBool())
         wrongType(key, "true or false");
 }
 
-void JsonReadVisitor::field(const char* key, int& value, int fallback)
+void JsonReadVisitor::field(const ConfigKey& key, int& value, int fallback)
 {
-    const QJsonValue json = m_object.value(QLatin1String(key));
+    const QJsonValue json = m_object.value(key);
     value = json.toInt(fallback);
     if (!json.isUndefined() && (!json.isDouble() || json.toDouble() != value))
         wrongType(key, "a whole number of 32 bits");
 }
 
-void JsonReadVisitor::field(const char* key, double& value, double fallback)
+void JsonReadVisitor::field(const ConfigKey& key, double& value, double fallback)
 {
-    const QJsonValue json = m_object.value(QLatin1String(key));
+    const QJsonValue json = m_object.value(key);
     if (json.isString() && readNonFinite(json.toString(), value))
         return;
     value = json.toDouble(fallback);
@@ -79,37 +78,37 @@ void JsonReadVisitor::field(const char* key, double& value, double fallback)
         wrongType(key, "a number");
 }
 
-QJsonObject JsonReadVisitor::nestedObject(const char* key)
+QJsonObject JsonReadVisitor::nestedObject(const ConfigKey& key)
 {
-    const QJsonValue json = m_object.value(QLatin1String(key));
+    const QJsonValue json = m_object.value(key);
     if (!json.isUndefined() && !json.isObject())
-        m_problems << QStringLiteral("%1: \"%2\" is not an object, its values stay").arg(m_place, QLatin1String(key));
+        m_problems << QStringLiteral("%1: \"%2\" is not an object, its values stay").arg(m_place, key);
     return json.toObject();
 }
 
-void JsonWriteVisitor::append(const char* key, const QByteArray& json)
+void JsonWriteVisitor::append(const ConfigKey& key, const QByteArray& json)
 {
     if (!m_lines.isEmpty())
         m_lines += ",\n";
-    m_lines += m_indent + '"' + key + "\": " + json;
+    m_lines += m_indent + quoted(key) + ": " + json;
 }
 
-void JsonWriteVisitor::field(const char* key, const QString& value, const QString&)
+void JsonWriteVisitor::field(const ConfigKey& key, const QString& value, const QString&)
 {
     append(key, quoted(value));
 }
 
-void JsonWriteVisitor::field(const char* key, bool value, bool)
+void JsonWriteVisitor::field(const ConfigKey& key, bool value, bool)
 {
     append(key, value ? "true" : "false");
 }
 
-void JsonWriteVisitor::field(const char* key, int value, int)
+void JsonWriteVisitor::field(const ConfigKey& key, int value, int)
 {
     append(key, QByteArray::number(value));
 }
 
-void JsonWriteVisitor::field(const char* key, double value, double)
+void JsonWriteVisitor::field(const ConfigKey& key, double value, double)
 {
     if (std::isfinite(value))
         append(key, QLocale::c().toString(value, 'g', QLocale::FloatingPointShortest).toLatin1());

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The settings library takes any bytes for an INI file; a line without a group, a key or a comment tells that it is
+/// The settings library takes any bytes for an INI file; a line without a group, a key or a comment shows that it is
 /// something else.
 QString notIni(const QString& path)
 {
@@ -47,6 +47,27 @@ bool IniFile::commit()
         return true;
     qWarning("%s: cannot be written", qUtf8Printable(m_path));
     return false;
+}
+
+void IniReadVisitor::field(const ConfigKey& key, QString& value, const QString& fallback)
+{
+    value = m_file.value(key, fallback).toString();
+}
+
+/// Settings written by hand have capitals, blanks, or 1 and 0.
+void IniReadVisitor::field(const ConfigKey& key, bool& value, bool fallback)
+{
+    const QString text = m_file.value(key).toString().trimmed().toLower();
+    const bool yes = text == QLatin1String("true") || text == QLatin1String("1");
+    const bool no = text == QLatin1String("false") || text == QLatin1String("0");
+    value = yes || (!no && fallback);
+}
+
+void IniReadVisitor::field(const ConfigKey& key, int& value, int fallback)
+{
+    bool good = false;
+    const int number = m_file.value(key).toString().toInt(&good); // a variant's own conversion would wrap a large one
+    value = good ? number : fallback;
 }
 
 void saveViewerScale(const QString& viewer, double scale)

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "config/ConfigVisitors.h"
+
 #include <QSettings>
-#include <QString>
 
 #include <memory>
 
@@ -20,6 +21,45 @@ public:
 private:
     QString m_path;
     std::unique_ptr<QSettings> m_settings;
+};
+
+/// Reads the fields of a configuration, see ConfigVisitors.h. A key that is absent, or whose text does not convert,
+/// gives the fallback.
+class IniReadVisitor : public EveryField<IniReadVisitor>
+{
+public:
+    /// `file` outlives the visitor.
+    explicit IniReadVisitor(const QSettings& file)
+        : m_file(file)
+    {
+    }
+
+    void field(const ConfigKey& key, QString& value, const QString& fallback);
+    void field(const ConfigKey& key, bool& value, bool fallback);
+    void field(const ConfigKey& key, int& value, int fallback);
+
+private:
+    const QSettings& m_file;
+};
+
+/// Sets every field of a configuration; other keys of the file stay.
+class IniWriteVisitor : public EveryField<IniWriteVisitor>
+{
+public:
+    /// `file` outlives the visitor.
+    explicit IniWriteVisitor(QSettings& file)
+        : m_file(file)
+    {
+    }
+
+    template <typename Value, typename Fallback>
+    void field(const ConfigKey& key, const Value& value, const Fallback&)
+    {
+        m_file.setValue(key, value);
+    }
+
+private:
+    QSettings& m_file;
 };
 
 /// Remembers the zoom factor of a viewer in "/showImg.ini" below the home, under "ShowImg/" + `viewer`. The viewers:

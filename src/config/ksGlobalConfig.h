@@ -3,8 +3,6 @@
 #include "config/StationConfig.h"
 #include "config/ks_singleton_base.h"
 
-class QJsonObject;
-
 /// The station-level set-up of the cell, kept in "/user/globalConfig.json" below the home. GUI thread.
 ///
 /// Numbers that JSON cannot carry (NaN, infinity) are written as the texts "nan", "inf" and "-inf" and read back as
@@ -12,12 +10,15 @@ class QJsonObject;
 class ksGlobalConfig : public ks_singleton_base<ksGlobalConfig>
 {
 public:
+    /// Gives every field its default.
+    ksGlobalConfig();
+
     std::array<StationConfig, 2> stations;
-    bool useClearProtect = false; ///< online: refuse the trigger of a station without a valid model
-    bool onlineMode = false;      ///< false: model-index frames are ignored and every trigger captures
-    int pointCircle = 20;         ///< diameter of the point markers in the calibration dialogs, image pixels
-    int trigerFilter = 1000;      ///< milliseconds in which a further trigger of a station is dropped; 0 drops none
-    bool use4pointstand = false;  ///< four-point instead of two-point calibration
+    bool useClearProtect{}; ///< online: refuse the trigger of a station without a valid model
+    bool onlineMode{};      ///< false: model-index frames are ignored and every trigger captures
+    int pointCircle{};      ///< diameter of the point markers in the calibration dialogs, image pixels
+    int trigerFilter{};     ///< milliseconds in which a further trigger of a station is dropped; 0 drops none
+    bool use4pointstand{};  ///< four-point instead of two-point calibration
 
     /// The set-up of station 1 or 2.
     StationConfig& station(int number) { return stations[number == 1 ? 0 : 1]; }
@@ -46,7 +47,28 @@ public:
     /// The file as save() would write it now.
     QByteArray text();
 
-private:
+    /// Every key of the file, in its order; see ConfigVisitors.h.
     template <typename Visitor>
-    void visit(Visitor& visitor);
+    void visit(Visitor& visitor)
+    {
+        StationConfig& first = stations[0];
+        StationConfig& second = stations[1];
+        visitor.setting("station_camkey_1", first.camKey, QString());
+        visitor.setting("station_camkey_2", second.camKey, QString());
+        visitor.setting("station_solution_1", first.solution, QString());
+        visitor.setting("station_solution_2", second.solution, QString());
+        visitor.field("station_runModel_1", first.runModel, QString());
+        visitor.field("station_runModel_2", second.runModel, QString());
+        visitor.field({CalibrationKeys::swapXY, 1}, first.swapXY, false);
+        visitor.field({CalibrationKeys::swapXY, 2}, second.swapXY, false);
+        visitor.setting("use_clear_protect", useClearProtect, false);
+        visitor.setting("onlineMode", onlineMode, false);
+        first.twoPoint.visit(visitor, 1);
+        second.twoPoint.visit(visitor, 2);
+        visitor.field("pointCircle", pointCircle, 20);
+        visitor.setting("trigerFilter", trigerFilter, 1000, {0, 600000});
+        visitor.setting(CalibrationKeys::useFourPoint, use4pointstand, false);
+        visitor.object({CalibrationKeys::fourPoint, 1}, [&](auto& inner) { first.fourPoint.visit(inner); });
+        visitor.object({CalibrationKeys::fourPoint, 2}, [&](auto& inner) { second.fourPoint.visit(inner); });
+    }
 };

@@ -1,11 +1,9 @@
 #pragma once
 
+#include "config/ConfigVisitors.h"
 #include "config/ks_singleton_base.h"
 
 #include <QObject>
-#include <QString>
-
-class QSettings;
 
 /// The operator-level settings, kept in "//user//systemConfig.ini" below the home. Change the fields, then save().
 /// GUI thread; only instance() may be called from any.
@@ -14,26 +12,51 @@ class ksSysConfig : public QObject, public ks_singleton_base<ksSysConfig>
     Q_OBJECT
 
 public:
+    /// Gives every field its default.
     ksSysConfig();
 
-    QString comPort = QStringLiteral("COM3"); ///< serial port name or device path
-    qint32 baudRate = 115200;
-    QString language = QStringLiteral("Chinese");
-    QString appDir;                        ///< the home; not stored
-    qint32 cleanDays = 7;                  ///< days that images are kept
-    qint32 cleanDirDays = 30;              ///< days that folders are kept
-    qint32 minFreeSpace = 10;              ///< GiB that are to stay free
-    bool cleanSrcImages = false;           ///< delete source images by age
-    bool cleanRltImages = false;           ///< delete result images by age
-    qint32 filterTime = 10;                ///< triggers that the burst filter refuses before it takes one
-    bool saveSrcImage[2] = {false, false}; ///< archive source images of station 1, 2
-    bool saveRltImage[2] = {false, false}; ///< archive result images of station 1, 2
-    QString filePath;                      ///< not stored
+    QString comPort; ///< serial port name or device path
+    qint32 baudRate{};
+    QString language;          ///< the name of its folder
+    QString appDir;            ///< the home; not stored
+    qint32 cleanDays{};        ///< days that images are kept
+    qint32 cleanDirDays{};     ///< days that folders are kept
+    qint32 minFreeSpace{};     ///< GiB that are to stay free
+    bool cleanSrcImages{};     ///< delete source images by age
+    bool cleanRltImages{};     ///< delete result images by age
+    qint32 filterTime{};       ///< triggers that the burst filter refuses before it takes one
+    bool saveSrcImage[2] = {}; ///< archive source images of station 1, 2
+    bool saveRltImage[2] = {}; ///< archive result images of station 1, 2
+    QString filePath;          ///< not stored
+
+    /// What the keys of a group begin with, for those who act when one of them changes.
+    static constexpr const char* languageGroup = "language/";
+    static constexpr const char* lineGroup = "COM/";
+    static constexpr const char* cleanerGroup = "CheckThread/";
 
     /// Reads all keys; a missing file or key, or a value that does not convert, yields the default.
     void load();
 
-    /// Writes all thirteen keys, replacing the file in one step; other keys of the file stay. A file that is no INI
-    /// file is kept beside it first. Returns false when the file could not be written.
+    /// Writes all keys, replacing the file in one step; other keys of the file stay. A file that is no INI file is kept
+    /// beside it first. Returns false when the file could not be written.
     bool save();
+
+    /// Every key of the file, in the order in which they are read and written; see ConfigVisitors.h.
+    template <typename Visitor>
+    void visit(Visitor& visitor)
+    {
+        visitor.setting({languageGroup, "select"}, language, "Chinese");
+        visitor.setting({lineGroup, "Port"}, comPort, "COM3");
+        visitor.setting({lineGroup, "Baute"}, baudRate, 115200, {1, 10000000}); // spelled so in every plant's file
+        visitor.setting({cleanerGroup, "days"}, cleanDays, 7, {1, 36500});
+        visitor.setting({cleanerGroup, "days_dir"}, cleanDirDays, 30, {1, 36500});
+        visitor.setting({cleanerGroup, "spacesize"}, minFreeSpace, 10, {0, 1000000});
+        visitor.setting({cleanerGroup, "Enable_RltImg"}, cleanRltImages, false);
+        visitor.setting({cleanerGroup, "Enable_SrcImg"}, cleanSrcImages, false);
+        visitor.setting("TrigDetector/FilterTime", filterTime, 10, {0, 1000});
+        for (int i = 0; i < 2; ++i)
+            visitor.setting({"Image/SrcImgSave_st#", i + 1}, saveSrcImage[i], false);
+        for (int i = 0; i < 2; ++i)
+            visitor.setting({"Image/RltImgSave_st#", i + 1}, saveRltImage[i], false);
+    }
 };

@@ -1,6 +1,8 @@
 #include "db/DataBaseSql.h"
 
+#include "common/Scheduler.h"
 #include "db/WalKeeper.h"
+#include "platform/FileFlush.h"
 
 #include <QDebug>
 
@@ -28,8 +30,10 @@ QVector<SqliteFile::OwnTable> ownTables()
 DataBaseSql::DataBaseSql(const QString& path, const QString& driverType, QObject* parent)
     : QObject(parent)
     , m_driverType(driverType)
+    , m_scheduler(&Scheduler::system())
     , m_connection(driverType)
     , m_lastInsert(m_connection.database())
+    , m_flush(platform::flushFile)
 {
     if (driverType == sqliteDriver)
         m_connection.database().setDatabaseName(path);
@@ -72,7 +76,7 @@ bool DataBaseSql::needsReopening() const
 void DataBaseSql::committed()
 {
     if (!m_keeper)
-        m_keeper = std::make_unique<WalKeeper>(path());
+        m_keeper = std::make_unique<WalKeeper>(path(), m_flush, *m_scheduler);
     m_keeper->committed();
 }
 

@@ -5,8 +5,10 @@
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
 
+class Scheduler;
 class WalKeeper;
 
 /// Owns the connection to a database of results and runs the statements of SqlBuilder on it. Answers false on failure;
@@ -23,6 +25,12 @@ public:
 
     /// Before open(). By default a row is flushed to the disk within a tenth of a second, and insert() does not wait.
     void setDurability(SqliteFile::Durability durability) { m_rules.durability = durability; }
+
+    /// Before open(): whose time and threads bring the rows to the disk; the system's by default.
+    void setScheduler(Scheduler& scheduler) { m_scheduler = &scheduler; }
+
+    /// Before the first row: what brings the write-ahead log to the disk, on a thread of its own.
+    void setFlush(std::function<bool(const QString&)> flush) { m_flush = std::move(flush); }
 
     /// Opens the database when it is not open. A damaged, foreign or read-only file is kept aside (see openReport()).
     bool open();
@@ -54,6 +62,7 @@ public:
     QString lastError() const { return m_connection.lastError().text(); }
 
 protected:
+    Scheduler& scheduler() const { return *m_scheduler; }
     SqlConnection& connection() { return m_connection; }
     bool succeeded() const { return !m_connection.failed(); }
 
@@ -65,9 +74,11 @@ protected:
 
 private:
     const QString m_driverType;
+    Scheduler* m_scheduler;
     SqliteFile::OpenRules m_rules;
     SqliteFile::OpenReport m_openReport;
     SqlConnection m_connection;
     QSqlQuery m_lastInsert;
+    std::function<bool(const QString&)> m_flush;
     std::unique_ptr<WalKeeper> m_keeper;
 };

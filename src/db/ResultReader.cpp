@@ -68,17 +68,18 @@ int ResultReader::count(QDate first, QDate last)
 }
 
 /// Stored times compare as texts, so the bare day stands for its first moment.
-bool ResultReader::countStation(const QString& stationName, const QDateTime& end, double angleLimit, int* all,
-                                int* below)
+bool ResultReader::countStation(const QString& stationName, const QDateTime& end, double foundBelow, double refusedFrom,
+                                StationCount* count)
 {
     QSqlQuery query = m_connection.exec(
-        QStringLiteral("SELECT count(*), total(dAngle < %1) FROM RltTable WHERE time >= '%2' AND time < '%3' AND "
-                       "stationName = '%4'")
-            .arg(QString::number(angleLimit), end.toString(QStringLiteral("yyyy-MM-dd")), StationDB::timeText(end),
-                 stationName));
+        QStringLiteral("SELECT count(*), total(dAngle < %1), total(dAngle >= %2) FROM RltTable WHERE time >= '%3' AND "
+                       "time < '%4' AND stationName = '%5'")
+            .arg(QString::number(foundBelow), QString::number(refusedFrom), end.toString(QStringLiteral("yyyy-MM-dd")),
+                 StationDB::timeText(end), stationName));
     if (!query.next())
         return false;
-    *all = query.value(0).toInt();
-    *below = query.value(1).toInt();
+    count->found = query.value(1).toInt();
+    count->refused = query.value(2).toInt();
+    count->notFound = query.value(0).toInt() - count->found - count->refused;
     return true;
 }

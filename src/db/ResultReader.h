@@ -29,9 +29,16 @@ public:
     int count(QDate first, QDate last);
     int countOfDay(QDate day) { return count(day, day); }
 
-    /// How many results a station has of the day of `end` and before it, and how many of them have an angle below
-    /// `angleLimit`; false when they cannot be read.
-    bool countStation(const QString& stationName, const QDateTime& end, double angleLimit, int* all, int* below);
+    struct StationCount
+    {
+        int found = 0;
+        int notFound = 0;
+        int refused = 0;
+    };
+    /// What became of a station's parts on the day of `end` and before it: angles below `foundBelow` were found, those
+    /// from `refusedFrom` on refused. False when they cannot be read.
+    bool countStation(const QString& stationName, const QDateTime& end, double foundBelow, double refusedFrom,
+                      StationCount* count);
 
 private:
     SqlConnection m_connection;

@@ -2,12 +2,10 @@
 
 #include "db/SqlText.h"
 
-#include <QElapsedTimer>
-
 namespace {
 
 /// Waiting rows go in by portions, so that the thread is free between them.
-constexpr int portionMs = 20;
+constexpr qint64 portionNs = 20 * 1000 * 1000;
 
 StationResult madeCarriable(StationResult result)
 {
@@ -28,9 +26,8 @@ ResultRecorder::ResultRecorder(StationDB& database, Rules rules, QObject* parent
     : QObject(parent)
     , m_database(database)
     , m_rules(std::move(rules))
+    , m_retry(m_rules.scheduler->timer(Scheduler::SingleShot, [this] { retry(); }))
 {
-    m_retry.setSingleShot(true);
-    connect(&m_retry, &QTimer::timeout, this, &ResultRecorder::retry);
 }
 
 ResultRecorder::~ResultRecorder()
@@ -44,7 +41,7 @@ ResultRecorder::~ResultRecorder()
 /// Behind rows that wait, so that all go in in their order.
 void ResultRecorder::record(const StationResult& result)
 {
-    Row row{madeCarriable(result), m_rules.clock()};
+    Row row{madeCarriable(result), m_rules.scheduler->now()};
     if (!m_waiting.empty() || !insert(row))
         keep(std::move(row));
 }
@@ -76,16 +73,15 @@ void ResultRecorder::keep(Row row)
         m_waiting.pop_front();
         ++m_givenUp;
     }
-    if (!m_retry.isActive())
-        m_retry.start(m_rules.retryMs);
+    if (!m_retry->isActive())
+        m_retry->start(m_rules.retryMs);
 }
 
 void ResultRecorder::retry()
 {
-    QElapsedTimer portion;
-    portion.start();
+    const qint64 begin = m_rules.scheduler->elapsedNs();
     bool good = true;
-    while (good && !m_waiting.empty() && portion.elapsed() < portionMs) {
+    while (good && !m_waiting.empty() && m_rules.scheduler->elapsedNs() - begin < portionNs) {
         good = insert(m_waiting.front());
         if (good)
             m_waiting.pop_front();
@@ -95,7 +91,7 @@ void ResultRecorder::retry()
             tr("结果已补写入数据库，期间%1条延迟，其中%2条丢弃").arg(QStringLiteral("%1"), QString::number(m_givenUp)));
         m_givenUp = 0;
     } else {
-        m_retry.start(good ? 0 : m_rules.retryMs);
+        m_retry->start(good ? 0 : m_rules.retryMs);
     }
     emit retried(waiting());
 }

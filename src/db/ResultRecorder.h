@@ -1,16 +1,14 @@
 #pragma once
 
+#include "common/Scheduler.h"
 #include "db/FaultNotice.h"
 #include "db/StationDB.h"
 
-#include <QTimer>
-
 #include <deque>
-#include <functional>
 
 /// Sees to it that the row of every answered part gets into the database: a row that it refuses for the moment (disk
 /// full, folder gone or read-only, another program writing) waits in memory and goes in, in its order and with its own
-/// time, when it can. A fault is told when it begins and when it is over. GUI thread.
+/// time, when it can. A fault is logged when it begins and when it is over. GUI thread.
 class ResultRecorder : public QObject
 {
     Q_OBJECT
@@ -20,7 +18,7 @@ public:
     {
         int maxWaiting = 10000; ///< rows; beyond, the oldest are given up
         int retryMs = 1000;     ///< between two attempts
-        std::function<QDateTime()> clock = [] { return QDateTime::currentDateTime(); };
+        Scheduler* scheduler = &Scheduler::system();
     };
 
     /// The database, which may not be open yet, is the caller's and outlives the recorder.
@@ -60,5 +58,5 @@ private:
     std::deque<Row> m_waiting;
     int m_givenUp = 0;
     FaultNotice m_fault;
-    QTimer m_retry;
+    std::unique_ptr<Scheduler::Timer> m_retry;
 };

@@ -1,5 +1,7 @@
 #include "db/StationDB.h"
 
+#include "common/Scheduler.h"
+
 namespace {
 
 const QString resultTable = QStringLiteral("RltTable");
@@ -41,7 +43,7 @@ bool StationDB::initialise()
 
 bool StationDB::insertResult(const StationResult& result)
 {
-    return insertResult(result, QDateTime::currentDateTime());
+    return insertResult(result, scheduler().now());
 }
 
 bool StationDB::insertResult(const StationResult& result, const QDateTime& time)

@@ -1,7 +1,6 @@
 #include "db/WalKeeper.h"
 
 #include "db/SqlConnection.h"
-#include "platform/FileFlush.h"
 
 #include <QVariant>
 
@@ -20,15 +19,23 @@ constexpr int framesTooMany = 16384;
 
 } // namespace
 
-WalKeeper::WalKeeper(const QString& path)
+WalKeeper::WalKeeper(const QString& path, Flush flush, Scheduler& scheduler)
     : m_path(path)
-    , m_thread(&WalKeeper::run, this)
+    , m_flush(std::move(flush))
 {
+    if (scheduler.usesThreads())
+        m_thread = std::thread(&WalKeeper::run, this);
+    else
+        m_flushHere = scheduler.timer(Scheduler::SingleShot, [this] { flushHere(); });
 }
 
 /// The thread flushes what is left before it ends.
 WalKeeper::~WalKeeper()
 {
+    if (!m_thread.joinable()) {
+        flushHere();
+        return;
+    }
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_stop = true;
@@ -43,16 +50,11 @@ void WalKeeper::committed()
         const std::lock_guard<std::mutex> lock(m_mutex);
         ++m_commits;
     }
+    if (m_flushHere && !m_flushHere->isActive())
+        m_flushHere->start(static_cast<int>(pause.count()));
     m_changed.notify_one();
 }
 
-int WalKeeper::flushed() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_flushed;
-}
-
-/// Returns false when there is nothing left to do.
 bool WalKeeper::flushNext()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
@@ -61,11 +63,26 @@ bool WalKeeper::flushNext()
     if (commits == m_flushed)
         return false;
     lock.unlock();
-    platform::flushFile(m_path + QStringLiteral("-wal"));
-    lock.lock();
-    m_inLog += commits - m_flushed;
-    m_flushed = commits;
+    flush(commits);
     return true;
+}
+
+void WalKeeper::flush(int commits)
+{
+    m_flush(m_path + QStringLiteral("-wal"));
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_inLog += commits - m_flushed;
+        m_flushed = commits;
+    }
+    if (m_inLog >= commitsARound)
+        moveLog();
+}
+
+void WalKeeper::flushHere()
+{
+    if (m_commits > m_flushed)
+        flush(m_commits);
 }
 
 void WalKeeper::moveLog()
@@ -90,8 +107,6 @@ void WalKeeper::moveLog()
 void WalKeeper::run()
 {
     while (flushNext()) {
-        if (m_inLog >= commitsARound)
-            moveLog();
         std::unique_lock<std::mutex> lock(m_mutex);
         m_changed.wait_for(lock, pause, [this] { return m_stop; });
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Scheduler.h"
+
 #include <QString>
 
 #include <condition_variable>
@@ -12,30 +14,36 @@
 class WalKeeper
 {
 public:
-    /// Starts the thread.
-    explicit WalKeeper(const QString& path);
+    /// Brings what was written to a file to the disk; false when that fails.
+    using Flush = std::function<bool(const QString& path)>;
+
+    /// Starts the thread, which calls `flush`. Where there are to be none, a timer of the scheduler does its work.
+    WalKeeper(const QString& path, Flush flush, Scheduler& scheduler);
 
     /// Flushes what was committed.
     ~WalKeeper();
 
-    /// Tells that a row was committed. Any thread; returns at once.
+    /// A row was committed. Any thread; returns at once.
     void committed();
-
-    /// Commits that the disk has for certain.
-    int flushed() const;
 
 private:
     void run();
+    /// Waits for a commit and flushes it; false when there is nothing left to do.
     bool flushNext();
+    /// The log to the disk, with so many commits in all.
+    void flush(int commits);
+    void flushHere();
     /// Does not wait for a program that holds the file; the next flush tries again.
     void moveLog();
 
     const QString m_path;
+    const Flush m_flush;
     int m_inLog = 0;            ///< of the thread: commits since the log was moved
-    mutable std::mutex m_mutex; ///< guards m_commits, m_flushed, m_stop
+    std::mutex m_mutex; ///< guards m_commits, m_flushed, m_stop
     std::condition_variable m_changed;
     int m_commits = 0;
     int m_flushed = 0;
     bool m_stop = false;
+    std::unique_ptr<Scheduler::Timer> m_flushHere; ///< null where the thread flushes
     std::thread m_thread;
 };

@@ -31,7 +31,7 @@ QRgb packed(std::uint64_t lanes)
 
 } // namespace
 
-SmoothScaler::SmoothScaler(const QImage& image, const QTransform& toDevice, const QRect& target, Processor processor)
+SmoothScaler::SmoothScaler(const QImage& image, const QTransform& toDevice, const QRect& target, Code code)
     : m_image(image)
     , m_scale(toDevice.m22())
     , m_shift(target.y() - toDevice.dy())
@@ -40,7 +40,7 @@ SmoothScaler::SmoothScaler(const QImage& image, const QTransform& toDevice, cons
     for (int x = 0; x < target.width(); ++x)
         m_columns[x] = sampleAt((target.x() + x + 0.5 - toDevice.dx()) / toDevice.m11() - 0.5, image.width());
     // that one reads a pixel and its neighbour together
-    if (processor == AsItIs && image.width() > 1 && WideSampler::isSupported())
+    if (code == Fastest && image.width() > 1 && WideSampler::isSupported())
         m_wide.emplace(m_columns, image.depth() == 8 ? WideSampler::Grays : WideSampler::Colors);
 }
 

@@ -16,12 +16,12 @@ class SmoothScaler
 {
 public:
     /// Whether to use what not every processor can; the result is the same.
-    enum Processor { AsItIs, Any };
+    enum Code { Fastest, Portable };
 
     /// \param image Grayscale8 or RGB32
     /// \param toDevice a positive scale and a shift, from image to device pixels
-    /// \param target what can be rendered, device pixels; beyond the image its last row or column goes on
-    SmoothScaler(const QImage& image, const QTransform& toDevice, const QRect& target, Processor processor = AsItIs);
+    /// \param target what is to be rendered, device pixels; beyond the image its last row or column goes on
+    SmoothScaler(const QImage& image, const QTransform& toDevice, const QRect& target, Code code = Fastest);
 
     /// Fills `band` (RGB32, as wide as the target) with rows of the target, from the row `top` on.
     void render(QImage& band, int top) const;
@@ -35,6 +35,7 @@ private:
     void renderColors(const RowPair& rows, const RowPair& next, QRgb* line) const;
 
     QImage m_image;
+    QSize m_size;   ///< of the target
     double m_scale; ///< vertical
     double m_shift; ///< of the target's first row
     std::vector<Sample> m_columns;

@@ -1,9 +1,16 @@
 #include "graphics/WideSampler.h"
 
-#include "graphics/Cpu.h"
+#include <opencv2/core.hpp>
 
 #include <algorithm>
 #include <array>
+
+// In front of a function that is only called when isSupported(), and may use 256-bit integer vectors.
+#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
+#define VALVECELL_AVX2 __attribute__((target("avx2")))
+#elif defined(_M_X64)
+#define VALVECELL_AVX2
+#endif
 
 #ifdef VALVECELL_AVX2
 
@@ -23,7 +30,7 @@ VALVECELL_AVX2 inline __m256i neighbours(const unsigned char* row, int first, in
     return _mm256_cvtepu8_epi16(_mm_unpacklo_epi64(low, high));
 }
 
-/// From products with weights of 256 in all to what they weigh, rounded.
+/// From products with weights of 256 in all to the weighted sum, rounded.
 VALVECELL_AVX2 inline __m256i blended(__m256i one, __m256i other)
 {
     return _mm256_srli_epi16(_mm256_add_epi16(_mm256_add_epi16(one, other), _mm256_set1_epi16(128)), 8);
@@ -35,15 +42,15 @@ VALVECELL_AVX2 inline __m128i sampled(const RowPair& rows, const int* indices, c
 {
     const __m256i rest = _mm256_set1_epi16(static_cast<short>(256 - rows.weight));
     const __m256i share = _mm256_set1_epi16(static_cast<short>(rows.weight));
-    __m256i weighed[2];
+    __m256i weighted[2];
     for (int i = 0; i < 2; ++i) {
         const __m256i above = _mm256_mullo_epi16(neighbours(rows.upper, indices[i], indices[i + 2]), rest);
         const __m256i below = _mm256_mullo_epi16(neighbours(rows.lower, indices[i], indices[i + 2]), share);
         const auto* columns = reinterpret_cast<const __m256i*>(weights + 16 * i);
-        weighed[i] = _mm256_mullo_epi16(blended(above, below), _mm256_loadu_si256(columns));
+        weighted[i] = _mm256_mullo_epi16(blended(above, below), _mm256_loadu_si256(columns));
     }
-    const __m256i left = _mm256_unpacklo_epi64(weighed[0], weighed[1]);
-    const __m256i right = _mm256_unpackhi_epi64(weighed[0], weighed[1]);
+    const __m256i left = _mm256_unpacklo_epi64(weighted[0], weighted[1]);
+    const __m256i right = _mm256_unpackhi_epi64(weighted[0], weighted[1]);
     const __m256i pixels = blended(left, right);
     const __m128i bytes = _mm_packus_epi16(_mm256_castsi256_si128(pixels), _mm256_extracti128_si256(pixels, 1));
     return _mm_or_si128(bytes, _mm_set1_epi32(opaque));
@@ -94,7 +101,7 @@ void inGroups(std::size_t group, std::size_t count, QRgb* line, const Render& re
 
 bool WideSampler::isSupported()
 {
-    static const bool supported = graphics::hasAvx2();
+    static const bool supported = cv::checkHardwareSupport(CV_CPU_AVX2);
     return supported;
 }
 

@@ -1,33 +1,39 @@
 #include "host/CMainWin.h"
 
+#include "Resources.h"
 #include "common/forms/DialogForm.h"
+#include "config/AccessPolicy.h"
 #include "config/IniFile.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksGlobalData.h"
+#include "config/ksSysConfig.h"
+#include "db/log/LogLine.h"
 #include "db/log/WarningForward.h"
+#include "db/log/ksSysLog.h"
 #include "dialogs/calibration/CalibrationDialog.h"
-#include "host/CellMonitor.h"
-#include "host/DeviceActions.h"
+#include "dialogs/registration/QCryptokeyUI.h"
+#include "dialogs/testmode/QTestWidget.h"
 #include "host/LanguageSwitch.h"
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
-#include "host/SettingsEffects.h"
-#include "host/TestMode.h"
 #include "host/ViewMenu.h"
 #include "host/WindowActions.h"
+#include "host/WindowLook.h"
+#include "modules/ModuleSet.h"
 #include "panels/CellStatusBar.h"
 #include "panels/StationPanels.h"
+#include "platform/AppHome.h"
 #include "ui_CMainWin.h"
 #include "viewer/ksImgViewer.h"
-#include "workflow/AutoTrigger.h"
-#include "workflow/CZdCtrl.h"
-#include "workflow/CellRecords.h"
-#include "workflow/StationAccounts.h"
-#include "workflow/TriggerRoad.h"
+#include "workflow/Cell.h"
 
+#include <valvecell/IEngine.h>
 #include <valvecell/IUserCtrl.h>
 
+#include <QApplication>
 #include <QCloseEvent>
+
+#include <cstdlib>
 
 CMainWin::CMainWin(QWidget* parent)
     : QMainWindow(parent)
@@ -35,71 +41,206 @@ CMainWin::CMainWin(QWidget* parent)
     buildUi();
     startSystemLog();
     loadSettings();
-    loadGlobalConfig();
+    ksGlobalConfig::instance()->load();
     applyLanguage();
     dress();
     setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
     createWorkflow();
-    createInfoActions();
     loadModules();
     openSerialPort();
     createUserControl();
     connectViewers();
     buildStatusBar();
-    prepareImageFolders();
-    logSystemStart();
-    openResultDatabase();
-    createAutoTrigger();
+    m_cell->prepareImageFolders();
+    SystemLog::information(QStringLiteral("系统启动"));
+    m_cell->openResultDatabase();
+    m_cell->createAutoTrigger();
     connectTestMode();
-    connectSettings();
-    createController();
-    connectStations();
-    selectRunModels();
-    createCalibrations();
+    m_cell->createController();
+    m_cell->connectStations();
+    m_cell->selectRunModels();
+    m_twoPoint = std::make_unique<ksImageCaliUI>();
+    m_fourPoint = std::make_unique<ksImageCaliUI4P>();
     checkLicence();
-    startStatusTick();
+    createActions();
+    m_statusTimer = startTimer(1000, Qt::CoarseTimer);
+    m_cell->startStatusTick();
     readEngineList();
-    enableStations();
+    m_cell->enableStations();
     layOutForCameras();
-    openRoad();
+    m_cell->openRoad();
 }
 
 CMainWin::~CMainWin()
 {
     DialogForm::takeDown(this);
     killTimer(m_statusTimer);
-    m_effects.reset();
-    m_devices->close();
-    m_actions->setUserControl(nullptr);
-    m_userCtrl.reset();
-    m_road->link().setPort(nullptr);
-    m_monitor.reset();
-    if (m_serialPort) {
-        m_heartbeat.stop();
-        m_serialPort->close();
-        m_serialPort.reset();
+}
+
+void CMainWin::buildUi()
+{
+    initResources();
+    qRegisterMetaType<SComFrame>();
+    m_ui = std::make_unique<Ui::CMainWin>();
+    m_ui->setupUi(this);
+    m_panels = new StationPanels({m_ui->stationView1, m_ui->logPanel1}, {m_ui->stationView2, m_ui->logPanel2}, this);
+    const QList<QAction*> actions = m_ui->toolBar->actions();
+    for (QAction* action : actions)
+        connect(action, &QAction::triggered, this, &CMainWin::onActionClicked);
+    m_test = new QTestWidget(this);
+    m_viewMenu = new ViewMenu(this);
+    m_viewMenu->addTo(m_ui->toolBar);
+}
+
+void CMainWin::startSystemLog()
+{
+    SystemLog::ksSysLog::instance();
+    m_warnings = std::make_unique<SystemLog::WarningForward>();
+}
+
+void CMainWin::loadSettings()
+{
+    ksSysConfig::instance()->load();
+    ksSysConfig::instance()->save();
+    AccessPolicy::instance()->load();
+}
+
+void CMainWin::applyLanguage()
+{
+    m_language = std::make_unique<LanguageSwitch>();
+    onLanguageChange(ksSysConfig::instance()->language);
+}
+
+void CMainWin::dress()
+{
+    m_look = new WindowLook(this);
+    m_look->load();
+    m_look->dress(m_ui->toolBar);
+    m_look->dress(m_ui->central);
+    m_viewMenu->setDark(m_look->isDark());
+    connect(m_viewMenu, &ViewMenu::darkChosen, m_look, &WindowLook::choose);
+}
+
+void CMainWin::createWorkflow()
+{
+    const SystemLog::ksLogDB* const log = &SystemLog::ksSysLog::instance()->database();
+    m_cell = std::make_unique<Cell>(
+        Cell::Ground{platform::home(), *ksSysConfig::instance(), *ksGlobalConfig::instance(), log, Scheduler::system()},
+        std::make_unique<ModuleSet>());
+    m_ui->alarmStrip->setBook(&m_cell->alarms());
+    connect(m_cell.get(), &Cell::linkAlive, this, [this] { m_status->linkAlive(); });
+    connect(m_cell.get(), &Cell::shutdownReceived, qApp, &QApplication::closeAllWindows);
+    connect(m_cell.get(), &Cell::sgShowLog, this, &CMainWin::sgShowLog);
+    connect(this, &CMainWin::sgShowLog, this, &CMainWin::onShowLog);
+    connect(m_cell.get(), &Cell::sgShowImg, this, qOverload<int, const QImage&>(&CMainWin::onShowImage));
+    connect(m_cell.get(), &Cell::sgShowSrcImg, this, qOverload<const QString&, const QImage&>(&CMainWin::onShowImage));
+    connect(m_cell.get(), &Cell::sgShowModeName, this, &CMainWin::onShowName);
+    connect(m_cell.get(), &Cell::captureStarted, m_panels, &StationPanels::showTrigger);
+    connect(m_cell.get(), &Cell::captureRefused, m_panels, &StationPanels::showRefusal);
+    connect(m_cell.get(), &Cell::readingChanged, m_panels, &StationPanels::showReading);
+    connect(m_cell.get(), &Cell::countChanged, m_panels, &StationPanels::showCount);
+}
+
+void CMainWin::loadModules()
+{
+    const QString fatal = m_cell->loadModules();
+    if (fatal.isEmpty())
+        return;
+    messages::fatal(fatal);
+    m_cell.reset();
+    SystemLog::ksSysLog::instance()->stop(); // no thread may outlive the databases, which go with the process
+    std::exit(0);
+}
+
+void CMainWin::openSerialPort()
+{
+    connect(this, &CMainWin::sgRecvData, this, &CMainWin::onAppanalysis);
+    if (m_cell->openSerialPort([this](const SComFrame& frame) { emit sgRecvData(frame); }))
+        return;
+    const ksSysConfig& settings = *ksSysConfig::instance();
+    messages::portNotOpen(this, settings.comPort, QString::number(settings.baudRate));
+}
+
+void CMainWin::createUserControl()
+{
+    m_userCtrl.reset(m_cell->modules().createUserCtrl());
+    if (m_userCtrl)
+        connect(m_userCtrl.get(), &IUserCtrl::sgCurrentUserInfo, this, &CMainWin::onLogInOut);
+}
+
+void CMainWin::connectViewers()
+{
+    m_ImgViewer_A = m_ui->stationView1->viewer();
+    m_ImgViewer_B = m_ui->stationView2->viewer();
+    for (ksImgViewer* viewer : {m_ImgViewer_A, m_ImgViewer_B}) {
+        connect(viewer, &ksImgViewer::sgImageScale, this, &CMainWin::onImageScale);
+        connect(viewer, &ksImgViewer::customContextMenuRequested, this, &CMainWin::onPopMenu);
     }
-    m_road->setModules(nullptr, nullptr);
-    m_modules.stop();
-    m_road->results().setStore(nullptr);
-    m_actions->setModels(nullptr, nullptr);
-    m_records.reset();
-    m_accounts.reset();
-    m_controller.reset();
-    m_actions->setCalibrations(nullptr, nullptr);
-    m_twoPoint.reset();
-    m_fourPoint.reset();
-    m_licence.reset();
+}
+
+void CMainWin::buildStatusBar()
+{
+    m_status = new CellStatusBar(this);
+    setStatusBar(m_status);
+    m_look->dress(m_status);
+    m_status->setRegistered(ksGlobalData::instance()->registered);
+}
+
+void CMainWin::createActions()
+{
+    m_actions = std::make_unique<WindowActions>(WindowActions::Parts{
+        *this, *m_cell, *ksSysConfig::instance(), *ksGlobalConfig::instance(), *AccessPolicy::instance(), *m_test,
+        *m_twoPoint, *m_fourPoint, *m_licence, m_userCtrl.get()});
+    connect(m_actions.get(), &WindowActions::message, m_status,
+            [this](const QString& text) { m_status->showMessage(text, 5000); });
+    connect(m_actions.get(), &WindowActions::settingsApplied, m_cell.get(), &Cell::applySettings);
+    connect(m_actions.get(), &WindowActions::settingsApplied, this,
+            [this](const AuditChanges& changes) {
+                if (touches(changes, ksSysConfig::languageGroup))
+                    onLanguageChange(ksSysConfig::instance()->language);
+            });
+}
+
+void CMainWin::connectTestMode()
+{
+    connect(m_viewMenu, &ViewMenu::sgChangeLanguage, this, &CMainWin::onLanguageChange);
+    connect(m_test, &QTestWidget::intervalChanged, m_cell.get(), &Cell::setTestInterval);
+    connect(m_test, &QTestWidget::sgTestMode, this, &CMainWin::onTestMode);
+}
+
+void CMainWin::checkLicence()
+{
+    m_licence = std::make_unique<LicenceDesk>(this);
+    onLineseCheck(m_licence->check());
+    connect(m_licence->dialog(), &QCryptokeyUI::sgRegisterFinish, this, &CMainWin::onLineseCheck);
+}
+
+void CMainWin::readEngineList()
+{
+    const QStringList solutions = m_cell->modules().engine()->taskList()->list();
+    m_actions->setEngineList(solutions);
+    if (solutions.size() < 2)
+        m_ui->stationView2->hideReading();
+}
+
+void CMainWin::layOutForCameras()
+{
+    ICoreCtrl* const core = m_cell->modules().coreCtrl();
+    const bool single = core && core->cameraKeys().size() == 1;
+    m_ui->singleStationHint->setVisible(single);
+    m_panels->showSecond(!single);
+    m_ui->grid->setColumnStretch(1, single ? 0 : 1);
+    m_ui->grid->setHorizontalSpacing(single ? 0 : m_ui->grid->verticalSpacing());
 }
 
 void CMainWin::onAppanalysis(SComFrame frame)
 {
-    m_road->link().receive(frame);
+    m_cell->receive(frame);
 }
 
 void CMainWin::onHeardBit()
 {
-    m_road->link().sendHeartbeat();
+    m_cell->sendHeartbeat();
 }
 
 void CMainWin::onShowImage(int station, const QImage& image)
@@ -124,7 +265,7 @@ void CMainWin::onShowName(const QString& station, const QString& label)
 
 void CMainWin::onSelModel(int station, const QString& model)
 {
-    m_controller->selectModel(ksGlobalConfig::instance()->station(station).solution, model);
+    m_cell->selectModel(station, model);
 }
 
 void CMainWin::onLineseCheck(bool registered)
@@ -160,20 +301,18 @@ void CMainWin::onLanguageChange(const QString& language)
 
 void CMainWin::onActionClicked()
 {
-    m_actions->trigger(sender()->objectName());
+    if (m_actions) // the toolbar is there before what it opens
+        m_actions->trigger(sender()->objectName());
 }
 
 void CMainWin::onTestMode(int mode)
 {
-    m_testMode->enter(mode);
+    m_cell->enterTestMode(mode);
 }
 
 void CMainWin::onTrigImage()
 {
-    for (int station = 1; station <= 2; ++station) {
-        if (m_stationEnabled[station - 1])
-            m_road->dispatch().onTrigger(station);
-    }
+    m_cell->triggerStations();
 }
 
 void CMainWin::closeEvent(QCloseEvent* event)
@@ -186,10 +325,10 @@ void CMainWin::closeEvent(QCloseEvent* event)
 
 void CMainWin::timerEvent(QTimerEvent* event)
 {
-    if (event->timerId() != m_statusTimer)
-        return QMainWindow::timerEvent(event);
-    m_status->tick(ksGlobalConfig::instance()->onlineMode);
-    m_monitor->tick();
+    if (event->timerId() == m_statusTimer)
+        m_status->tick(ksGlobalConfig::instance()->onlineMode);
+    else
+        QMainWindow::timerEvent(event);
 }
 
 void CMainWin::changeEvent(QEvent* event)

@@ -1,31 +1,21 @@
 #pragma once
 
-#include "modules/ModuleSet.h"
-
 #include <valvecell/SComFrame.h>
 
 #include <QMainWindow>
-#include <QTimer>
-#include <QVariantMap>
 
 #include <memory>
 
-class AutoTrigger;
-class CZdCtrl;
-class CellMonitor;
-class CellRecords;
+class Cell;
 class CellStatusBar;
-class DeviceActions;
+class IUserCtrl;
 class LanguageSwitch;
 class LicenceDesk;
-class WindowLook;
-class SettingsEffects;
-class StationAccounts;
+class QTestWidget;
 class StationPanels;
-class TestMode;
-class TriggerRoad;
 class ViewMenu;
 class WindowActions;
+class WindowLook;
 class ksImageCaliUI;
 class ksImageCaliUI4P;
 class ksImgViewer;
@@ -38,8 +28,7 @@ namespace Ui {
 class CMainWin;
 }
 
-/// The operator's window: a shell that brings the cell up in its required order and hands every event on to the object
-/// whose it is. GUI thread.
+/// The operator's window: a view of the cell, which it brings up in the required order. GUI thread.
 class CMainWin : public QMainWindow
 {
     Q_OBJECT
@@ -71,7 +60,7 @@ public slots:
     /// Switches the language of every open window, and keeps the choice.
     void onLanguageChange(const QString& language);
     void onActionClicked();
-    /// One of QTestWidget::TestMode.
+    /// One of TestMode.
     void onTestMode(int mode);
     /// A trigger by software, at each station that is enabled.
     void onTrigImage();
@@ -82,66 +71,40 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    // The start-up, in its order; each step is a line of the constructor.
+    // The start-up, in its order; each step is a line of the constructor, those of the cell among them.
     void buildUi();
     void startSystemLog();
     void loadSettings();
-    void loadGlobalConfig();
     void applyLanguage();
     void dress();
     void createWorkflow();
-    void createInfoActions();
     void loadModules();
     void openSerialPort();
     void createUserControl();
     void connectViewers();
     void buildStatusBar();
-    void prepareImageFolders();
-    void logSystemStart();
-    void openResultDatabase();
-    void createAutoTrigger();
     void connectTestMode();
-    void connectSettings();
-    void createController();
-    void connectStations();
-    void selectRunModels();
-    void createCalibrations();
     void checkLicence();
-    void startStatusTick();
+    void createActions();
     void readEngineList();
-    void enableStations();
     void layOutForCameras();
-    void openRoad();
 
     std::unique_ptr<Ui::CMainWin> m_ui;
     std::unique_ptr<SystemLog::WarningForward> m_warnings;
     std::unique_ptr<LanguageSwitch> m_language;
-    ModuleSet m_modules;
-    std::unique_ptr<ISerialPort> m_serialPort;
-    std::unique_ptr<IUserCtrl> m_userCtrl;
-
-    std::unique_ptr<TriggerRoad> m_road;
-    std::unique_ptr<CellRecords> m_records;
-    std::unique_ptr<CZdCtrl> m_controller;
-    std::unique_ptr<AutoTrigger> m_autoTrigger;
-    std::unique_ptr<TestMode> m_testMode;
-
     std::unique_ptr<ksImageCaliUI> m_twoPoint;
     std::unique_ptr<ksImageCaliUI4P> m_fourPoint;
     std::unique_ptr<LicenceDesk> m_licence;
-    std::unique_ptr<SettingsEffects> m_effects;
-    std::unique_ptr<StationAccounts> m_accounts;
-    std::unique_ptr<CellMonitor> m_monitor;
+    // Destroyed from the last to the first: what shows the cell goes before it.
+    std::unique_ptr<Cell> m_cell;
+    std::unique_ptr<IUserCtrl> m_userCtrl;
+    std::unique_ptr<WindowActions> m_actions;
     ksImgViewer* m_ImgViewer_A = nullptr; ///< of station 1
     ksImgViewer* m_ImgViewer_B = nullptr; ///< of station 2
     StationPanels* m_panels = nullptr;
     ViewMenu* m_viewMenu = nullptr;
+    QTestWidget* m_test = nullptr;
     WindowLook* m_look = nullptr;
-    WindowActions* m_actions = nullptr;
-    DeviceActions* m_devices = nullptr;
     CellStatusBar* m_status = nullptr;
-    QTimer m_heartbeat;
     int m_statusTimer = 0;
-    QStringList m_engineList;
-    bool m_stationEnabled[2] = {false, false};
 };

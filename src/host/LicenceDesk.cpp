@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr int kDaysOfNotice = 30;
+constexpr int daysOfNotice = 30;
 
 int stationsInUse()
 {
@@ -38,7 +38,7 @@ Registration::Setting setting()
 
 bool endsSoon(const Licence& licence)
 {
-    return licence.expires.isValid() && QDate::currentDate().daysTo(licence.expires) < kDaysOfNotice;
+    return licence.expires.isValid() && QDate::currentDate().daysTo(licence.expires) < daysOfNotice;
 }
 
 } // namespace
@@ -60,12 +60,6 @@ bool LicenceDesk::check() const
     else if (!verdict.isGood() && verdict.refusal != LicenceRefusal::Missing)
         SystemLog::warning(tr("授权无效：%1").arg(LicenceTexts::refusal(verdict)));
     return verdict.isGood();
-}
-
-void LicenceDesk::trigger(const QString& name)
-{
-    if (name == QLatin1String("actionRegister"))
-        openDialog();
 }
 
 void LicenceDesk::openDialog()

@@ -25,13 +25,9 @@ public:
 
     const QCryptokeyUI* dialog() const { return m_dialog.get(); }
 
-public slots:
-    /// Does what the action of that object name is for; an unknown name does nothing.
-    void trigger(const QString& name);
-
-private:
     void openDialog();
 
+private:
     QWidget* m_window;
     Registration m_registration;
     std::unique_ptr<QCryptokeyUI> m_dialog;

@@ -1,11 +1,22 @@
 #include "host/ViewMenu.h"
 
+#include "host/LanguageSwitch.h"
+
 #include <QActionGroup>
 #include <QEvent>
 #include <QToolBar>
 #include <QToolButton>
 
 namespace {
+
+/// An action of the group that is chosen for a value.
+QAction* choice(QActionGroup* group, const QString& text, const QVariant& value)
+{
+    auto* const action = new QAction(text, group);
+    action->setCheckable(true);
+    action->setData(value);
+    return action;
+}
 
 void check(const QActionGroup* group, const QVariant& value)
 {
@@ -20,15 +31,15 @@ ViewMenu::ViewMenu(QWidget* parent)
     : QMenu(parent)
     , m_languages(new QActionGroup(this))
     , m_looks(new QActionGroup(this))
+    , m_endOfLanguages(addSeparator())
+    , m_light(choice(m_looks, {}, false))
+    , m_dark(choice(m_looks, {}, true))
 {
     setObjectName(QStringLiteral("viewMenu"));
     setIcon(QIcon(QStringLiteral(":/toolbar/Resource/toolBar/view.png")));
-    // Each language by its own name, so that whoever reads only that one finds it.
-    add(m_languages, QStringLiteral("Chinese"))->setText(QStringLiteral("中文"));
-    add(m_languages, QStringLiteral("English"))->setText(QStringLiteral("English"));
-    addSeparator();
-    m_light = add(m_looks, false);
-    m_dark = add(m_looks, true);
+    addActions(m_looks->actions());
+    listLanguages();
+    connect(this, &QMenu::aboutToShow, this, &ViewMenu::listLanguages);
     connect(m_languages, &QActionGroup::triggered, this,
             [this](const QAction* action) { emit sgChangeLanguage(action->data().toString()); });
     connect(m_looks, &QActionGroup::triggered, this,
@@ -36,13 +47,13 @@ ViewMenu::ViewMenu(QWidget* parent)
     retranslate();
 }
 
-QAction* ViewMenu::add(QActionGroup* group, const QVariant& value)
+void ViewMenu::listLanguages()
 {
-    QAction* const action = addAction(QString());
-    action->setCheckable(true);
-    action->setData(value);
-    group->addAction(action);
-    return action;
+    qDeleteAll(m_languages->actions());
+    const QMap<QString, QString> captions = LanguageSwitch::available();
+    for (auto it = captions.begin(); it != captions.end(); ++it)
+        insertAction(m_endOfLanguages, choice(m_languages, it.value(), it.key()));
+    check(m_languages, m_language);
 }
 
 void ViewMenu::addTo(QToolBar* bar)
@@ -54,6 +65,7 @@ void ViewMenu::addTo(QToolBar* bar)
 
 void ViewMenu::setLanguage(const QString& language)
 {
+    m_language = language;
     check(m_languages, language);
 }
 

@@ -5,7 +5,7 @@
 class QActionGroup;
 class QToolBar;
 
-/// The menu of the tool bar with the language and the look of the program. GUI thread.
+/// The menu of the tool bar with the languages that there are and the look of the program. GUI thread.
 class ViewMenu : public QMenu
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ public:
     /// Puts the menu's button at the end of the bar.
     void addTo(QToolBar* bar);
 
-    // What is marked as chosen; nothing is told.
+    // What is marked as chosen; nothing is emitted.
     void setLanguage(const QString& language);
     void setDark(bool dark);
 
@@ -30,11 +30,14 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    QAction* add(QActionGroup* group, const QVariant& value);
+    /// Lists the languages as they are now, each by its own name.
+    void listLanguages();
     void retranslate();
 
+    QString m_language; ///< what is chosen
     QActionGroup* m_languages;
     QActionGroup* m_looks;
+    QAction* m_endOfLanguages;
     QAction* m_light;
     QAction* m_dark;
 };

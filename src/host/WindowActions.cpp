@@ -3,17 +3,24 @@
 #include "config/AccessPolicy.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
+#include "db/log/LogLine.h"
+#include "dialogs/about/QAboutUI.h"
 #include "dialogs/calibration/CalibrationDialog.h"
+#include "dialogs/cameras/QCameraManagerUI.h"
+#include "dialogs/cameras/QCameraSettingsUI.h"
+#include "dialogs/devices/QDeviceManagerUI.h"
+#include "dialogs/help/QHelpUI.h"
 #include "dialogs/models/QModelMangerUI.h"
 #include "dialogs/models/QPlcIndexUI.h"
+#include "dialogs/plcmonitor/QPlcMonitorUI.h"
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "dialogs/testmode/QTestWidget.h"
-#include "host/AuditLine.h"
+#include "host/LanguageSwitch.h"
+#include "host/LicenceDesk.h"
 #include "host/Messages.h"
-#include "host/ShowDialog.h"
-#include "modules/ModuleSet.h"
 #include "platform/ModuleFiles.h"
 #include "workflow/CZdCtrl.h"
+#include "workflow/Cell.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
@@ -25,196 +32,269 @@
 #include <QMainWindow>
 #include <QProcess>
 
-WindowActions::WindowActions(QMainWindow* window, const ModuleSet& modules)
-    : QObject(window)
-    , m_window(window)
-    , m_modules(modules)
-    , m_gate(*AccessPolicy::instance())
-    , m_test(new QTestWidget(window))
+namespace {
+
+/// Shows a dialog, or brings the one that is open to the front.
+void show(QDialog* dialog)
 {
-    connect(m_test, &QTestWidget::sgTestMode, this, &WindowActions::sgTestMode);
-    connect(m_test, &QTestWidget::intervalChanged, this, &WindowActions::testIntervalChanged);
+    if (!dialog->isVisible())
+        dialog->setWindowFlags(Qt::Dialog | Qt::WindowCloseButtonHint);
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
 }
 
-WindowActions::~WindowActions() = default;
-
-void WindowActions::setCalibrations(ksImageCaliUI* twoPoint, ksImageCaliUI4P* fourPoint)
+bool startReport()
 {
-    m_twoPoint = twoPoint;
-    m_fourPoint = fourPoint;
-    for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{twoPoint, fourPoint}) {
-        if (dialog)
-            connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);
+    const QString folder = QCoreApplication::applicationDirPath();
+    return QProcess::startDetached(platform::programFile(folder, QStringLiteral("Report")), {}, folder);
+}
+
+void logChange(const AuditChange& change, const QString& user)
+{
+    SystemLog::information(
+        QStringLiteral("设置更改[%1]:%2 → %3,用户:%4")
+            .arg(change.name, change.before, change.after, user.isEmpty() ? QStringLiteral("无") : user));
+}
+
+} // namespace
+
+template <typename Dialog, typename Make>
+Dialog* WindowActions::dialog(Who who, Make make, const QString& key)
+{
+    QPointer<QDialog>& known = m_dialogs[QLatin1String(Dialog::staticMetaObject.className()) + QLatin1Char('/') + key];
+    if (!known) {
+        known = make();
+        if (who == Engineers)
+            m_engineering.append(known);
     }
+    return static_cast<Dialog*>(known.data());
 }
 
-void WindowActions::setUserControl(IUserCtrl* userCtrl)
+const WindowActions::Row WindowActions::rows[] = {
+    {"actionSetting", Engineers,
+     [](WindowActions& own) {
+         if (IDesigner* designer = own.m_parts.cell.modules().designer())
+             designer->openDesigner(&own.m_parts.window);
+     }},
+    {"actionManage", Engineers, [](WindowActions& own) { own.openModels(); }},
+    {"actionTest", Engineers,
+     [](WindowActions& own) {
+         own.m_parts.test.setOneStation(own.hasOneStation());
+         show(&own.m_parts.test);
+     }},
+    {"actionHelp", Anybody,
+     [](WindowActions& own) {
+         const QString guides = QCoreApplication::applicationDirPath() + QStringLiteral("/docs");
+         show(own.dialog<QHelpUI>(Anybody, [&] { return new QHelpUI(guides, &own.m_parts.window); }));
+     }},
+    {"action_Check", Anybody,
+     [](WindowActions& own) {
+         if (!startReport())
+             emit own.message(tr("报表程序无法启动"));
+     }},
+    {"actionSystem", Engineers, [](WindowActions& own) { own.openSettings(); }},
+    {"main_Login_action", Anybody, [](WindowActions& own) { own.logInOut(); }},
+    {"main_action_userManager", Anybody,
+     [](WindowActions& own) {
+         if (own.m_parts.userCtrl)
+             own.m_parts.userCtrl->showUserManager(&own.m_parts.window);
+         else
+             messages::notEnabled();
+     }},
+    {"actionStandard", Engineers, [](WindowActions& own) { own.openCalibration(); }},
+    {"actionRegister", Anybody, [](WindowActions& own) { own.m_parts.licence.openDialog(); }},
+    {"actionCamera", Engineers,
+     [](WindowActions& own) {
+         ICoreCtrl* const core = own.m_parts.cell.modules().coreCtrl();
+         if (!core)
+             return;
+         show(own.dialog<QCameraManagerUI>(Engineers, [&own, core] {
+             auto* made = new QCameraManagerUI(*core, own.m_parts.config, &own.m_parts.window);
+             connect(made, &QCameraManagerUI::camerasApplied, &own, &WindowActions::logChanges);
+             connect(made, &QCameraManagerUI::settingsWanted, &own, &WindowActions::openCamera);
+             return made;
+         }));
+     }},
+    {"actionDevice", Anybody,
+     [](WindowActions& own) {
+         show(own.dialog<QDeviceManagerUI>(Anybody, [&own] {
+             Cell& cell = own.m_parts.cell;
+             return new QDeviceManagerUI({[&cell] { return cell.modules().report(); }, [&cell] { return cell.port(); }},
+                                         own.m_parts.settings, &own.m_parts.window);
+         }));
+     }},
+    {"actionPlc", Anybody,
+     [](WindowActions& own) {
+         show(own.dialog<QPlcMonitorUI>(
+             Anybody, [&own] { return new QPlcMonitorUI(own.m_parts.cell.link(), &own.m_parts.window); }));
+     }},
+    {"actionAbout", Anybody,
+     [](WindowActions& own) {
+         show(own.dialog<QAboutUI>(Anybody, [&own] { return new QAboutUI(&own.m_parts.window); }));
+     }},
+};
+
+WindowActions::WindowActions(const Parts& parts)
+    : m_parts(parts)
+    , m_engineering({&parts.test, &parts.twoPoint, &parts.fourPoint})
 {
-    m_userCtrl = userCtrl;
-    if (!userCtrl)
+    for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{&parts.twoPoint, &parts.fourPoint})
+        connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);
+    if (!parts.userCtrl)
         return;
-    connect(userCtrl, &IUserCtrl::sgCurrentUserInfo, this, [this](const QString&, int level) { onUserChanged(level); });
-    if (auto* audit = qobject_cast<IUserAudit*>(userCtrl)) {
+    connect(parts.userCtrl, &IUserCtrl::sgCurrentUserInfo, this,
+            [this](const QString&, int level) { onUserChanged(level); });
+    if (auto* audit = qobject_cast<IUserAudit*>(parts.userCtrl)) {
         audit->setListener([](const UserChange& change) {
-            logAudit({change.name, change.before, change.after}, change.by);
+            logChange({change.name, change.before, change.after}, change.by);
         });
     }
 }
 
-void WindowActions::onUserChanged(int level)
+WindowActions::~WindowActions()
 {
-    m_gate.setLevel(level);
-    if (m_gate.allowsEngineering())
+    for (const QPointer<QDialog>& dialog : qAsConst(m_dialogs))
+        delete dialog;
+}
+
+bool WindowActions::allowsEngineering() const
+{
+    return !m_parts.policy.engineerOnly || m_level >= engineerLevel;
+}
+
+void WindowActions::trigger(const QString& name)
+{
+    const auto* row = std::find_if(std::begin(rows), std::end(rows),
+                                   [&name](const Row& each) { return name == QLatin1String(each.action); });
+    if (row == std::end(rows))
         return;
-    for (QDialog* dialog :
-         std::initializer_list<QDialog*>{m_indexTable, m_modelManager, m_settings, m_twoPoint, m_fourPoint}) {
-        if (dialog)
-            dialog->reject();
-    }
-    if (auto* edits = extensionOf<IDesignerEdits>(m_modules.designer()))
-        edits->hideDesigner();
-    emit engineeringEnded();
+    if (row->who == Engineers && !allowsEngineering())
+        return askForRights();
+    row->open(*this);
 }
 
 void WindowActions::askForRights()
 {
     emit message(tr("需要工程师权限，请先登录"));
-    if (m_userCtrl)
-        m_userCtrl->showLogInDialog(m_window);
+    if (m_parts.userCtrl)
+        m_parts.userCtrl->showLogInDialog(&m_parts.window);
     else
         messages::notEnabled();
 }
 
-void WindowActions::trigger(const QString& name)
+void WindowActions::onUserChanged(int level)
 {
-    static const QPair<const char*, void (WindowActions::*)()> actions[] = {
-        {"actionSetting", &WindowActions::openDesigner},
-        {"actionManage", &WindowActions::openModels},
-        {"actionTest", &WindowActions::openTest},
-        {"action_Check", &WindowActions::startReport},
-        {"actionSystem", &WindowActions::openSettings},
-        {"main_Login_action", &WindowActions::logInOut},
-        {"main_action_userManager", &WindowActions::showUserManager},
-        {"actionStandard", &WindowActions::openCalibration},
-    };
-    if (!m_gate.allows(name))
-        return askForRights();
-    for (const auto& [known, act] : actions) {
-        if (name == QLatin1String(known))
-            return (this->*act)();
-    }
-    emit otherTriggered(name);
+    m_level = level;
+    if (!allowsEngineering())
+        endEngineering();
 }
 
-void WindowActions::openDesigner()
+/// The designer keeps its edits; of the cameras, what was not applied is gone.
+void WindowActions::endEngineering()
 {
-    if (IDesigner* designer = m_modules.designer())
-        designer->openDesigner(m_window);
+    const auto dialogs = m_engineering;
+    for (const QPointer<QDialog>& dialog : dialogs) {
+        if (!dialog)
+            continue;
+        dialog->reject();
+        if (dialog && (qobject_cast<QCameraManagerUI*>(dialog) || qobject_cast<QCameraSettingsUI*>(dialog)))
+            delete dialog;
+    }
+    m_engineering.removeAll(nullptr);
+    if (auto* edits = extensionOf<IDesignerEdits>(m_parts.cell.modules().designer()))
+        edits->hideDesigner();
 }
 
 QStringList WindowActions::unsavedModels() const
 {
-    auto* edits = extensionOf<IDesignerEdits>(m_modules.designer());
+    auto* edits = extensionOf<IDesignerEdits>(m_parts.cell.modules().designer());
     return edits ? edits->unsaved() : QStringList();
-}
-
-void WindowActions::startReport()
-{
-    const QString folder = QCoreApplication::applicationDirPath();
-    if (!QProcess::startDetached(platform::programFile(folder, QStringLiteral("Report")), {}, folder))
-        emit message(tr("报表程序无法启动"));
 }
 
 void WindowActions::logInOut()
 {
-    if (!m_userCtrl)
+    IUserCtrl* const user = m_parts.userCtrl;
+    if (!user)
         messages::notEnabled();
-    else if (m_userCtrl->state() != IUserCtrl::LoggedIn)
-        m_userCtrl->showLogInDialog(m_window);
-    else if (messages::confirmLogOut(m_window, m_userCtrl->currentUserName()))
-        m_userCtrl->logOut();
-}
-
-void WindowActions::showUserManager()
-{
-    if (m_userCtrl)
-        m_userCtrl->showUserManager(m_window);
-    else
-        messages::notEnabled();
+    else if (user->state() != IUserCtrl::LoggedIn)
+        user->showLogInDialog(&m_parts.window);
+    else if (messages::confirmLogOut(&m_parts.window, user->currentUserName()))
+        user->logOut();
 }
 
 void WindowActions::openCalibration()
 {
-    const auto open = [this](auto* dialog, const QString& title) {
-        if (!dialog)
-            return;
+    const auto open = [this](auto& dialog, const QString& title) {
         if (hasOneStation())
-            dialog->setOneStation(true);
-        dialog->setWindowTitle(title);
-        showDialog(dialog);
+            dialog.setOneStation(true);
+        dialog.setWindowTitle(title);
+        show(&dialog);
     };
-    if (ksGlobalConfig::instance()->use4pointstand)
-        open(m_fourPoint, tr("图像标定 4点标定"));
+    if (m_parts.config.use4pointstand)
+        open(m_parts.fourPoint, tr("图像标定 4点标定"));
     else
-        open(m_twoPoint, tr("图像标定 2点标定"));
-}
-
-void WindowActions::openTest()
-{
-    m_test->setOneStation(hasOneStation());
-    showDialog(m_test);
+        open(m_parts.twoPoint, tr("图像标定 2点标定"));
 }
 
 void WindowActions::openSettings()
 {
-    if (!m_settings) {
-        m_settings = new QSystemSettingUI(*ksSysConfig::instance(), *ksGlobalConfig::instance(),
-                                          *AccessPolicy::instance(), m_window);
-        connect(m_settings, &QSystemSettingUI::settingsApplied, this, &WindowActions::logChanges);
-        connect(m_settings, &QSystemSettingUI::settingsApplied, this, &WindowActions::settingsApplied);
-    }
-    ICoreCtrl* core = m_modules.coreCtrl();
-    m_settings->setCameras(core ? core->cameraKeys() : QStringList());
-    m_settings->setSolutions(m_engineList);
-    m_settings->setOneStation(hasOneStation());
-    showDialog(m_settings);
-}
-
-void WindowActions::setModels(ModelManager* models, CZdCtrl* controller)
-{
-    delete m_indexTable;
-    delete m_modelManager;
-    m_indexTable = nullptr;
-    m_modelManager = nullptr;
-    m_models = models;
-    m_controller = controller;
+    auto* settings = dialog<QSystemSettingUI>(Engineers, [this] {
+        auto* made = new QSystemSettingUI(m_parts.settings, m_parts.config, m_parts.policy, &m_parts.window);
+        connect(made, &QSystemSettingUI::settingsApplied, this, &WindowActions::logChanges);
+        connect(made, &QSystemSettingUI::settingsApplied, this, &WindowActions::settingsApplied);
+        return made;
+    });
+    ICoreCtrl* core = m_parts.cell.modules().coreCtrl();
+    settings->setCameras(core ? core->cameraKeys() : QStringList());
+    settings->setSolutions(m_engineList);
+    settings->setLanguages(LanguageSwitch::available());
+    settings->setOneStation(hasOneStation());
+    show(settings);
 }
 
 void WindowActions::openModels()
 {
-    if (!m_models)
+    Cell& cell = m_parts.cell;
+    if (!cell.models())
         return;
-    if (!m_modelManager) {
-        m_modelManager = new QModelMangerUI(*m_models, m_modules.engine(), m_window);
-        connect(m_modelManager, &QModelMangerUI::modelsChanged, this, &WindowActions::logChanges);
-        connect(m_modelManager, &QModelMangerUI::indexTableWanted, this, &WindowActions::openIndexTable);
-    }
-    showDialog(m_modelManager);
+    show(dialog<QModelMangerUI>(Engineers, [this, &cell] {
+        auto* made = new QModelMangerUI(*cell.models(), cell.modules().engine(), &m_parts.window);
+        connect(made, &QModelMangerUI::modelsChanged, this, &WindowActions::logChanges);
+        connect(made, &QModelMangerUI::indexTableWanted, this, &WindowActions::openIndexTable);
+        return made;
+    }));
 }
 
 void WindowActions::openIndexTable()
 {
-    if (!m_indexTable) {
-        m_indexTable = new QPlcIndexUI(*m_models, m_controller->plcIndices(), m_window);
-        connect(m_indexTable, &QPlcIndexUI::tablesApplied, this, &WindowActions::logChanges);
-    }
-    m_indexTable->setStations(m_controller->stationNames());
-    showDialog(m_indexTable);
+    Cell& cell = m_parts.cell;
+    auto* table = dialog<QPlcIndexUI>(Engineers, [this, &cell] {
+        auto* made = new QPlcIndexUI(*cell.models(), cell.controller()->plcIndices(), &m_parts.window);
+        connect(made, &QPlcIndexUI::tablesApplied, this, &WindowActions::logChanges);
+        return made;
+    });
+    table->setStations(cell.controller()->stationNames());
+    show(table);
 }
 
-void WindowActions::logChanges(const AuditChanges& changes)
+void WindowActions::openCamera(const QString& key)
 {
-    const QString user = m_userCtrl ? m_userCtrl->currentUserName() : QString();
+    ICoreCtrl* const core = m_parts.cell.modules().coreCtrl();
+    if (!core)
+        return;
+    const auto make = [this, core, key] {
+        auto* made = new QCameraSettingsUI(*core, m_parts.config, key, &m_parts.window);
+        made->setAttribute(Qt::WA_DeleteOnClose); // there may be many cameras, and each dialog holds a picture
+        connect(made, &QCameraSettingsUI::settingsApplied, this, &WindowActions::logChanges);
+        return made;
+    };
+    show(dialog<QCameraSettingsUI>(Engineers, make, key));
+}
+
+void WindowActions::logChanges(const AuditChanges& changes) const
+{
+    const QString user = m_parts.userCtrl ? m_parts.userCtrl->currentUserName() : QString();
     for (const AuditChange& change : changes)
-        logAudit(change, user);
+        logChange(change, user);
 }

@@ -47,9 +47,9 @@ ModuleSet::~ModuleSet()
     stop();
 }
 
-QString ModuleSet::start(const ICoreCtrl::ImageCallback& image)
+QString ModuleSet::start(const CameraCallbacks& cameras)
 {
-    QString fatal = startCoreCtrl(image);
+    QString fatal = startCoreCtrl(cameras);
     if (fatal.isEmpty())
         fatal = startEngine();
     if (fatal.isEmpty())
@@ -57,8 +57,8 @@ QString ModuleSet::start(const ICoreCtrl::ImageCallback& image)
     return fatal;
 }
 
-/// Nothing is asked or told by the first two callbacks, but a module may count on having them.
-QString ModuleSet::startCoreCtrl(const ICoreCtrl::ImageCallback& image)
+/// Nothing is asked by the first callback, but a module may count on having it.
+QString ModuleSet::startCoreCtrl(const CameraCallbacks& callbacks)
 {
     if (m_coreCtrl)
         return {};
@@ -67,8 +67,8 @@ QString ModuleSet::startCoreCtrl(const ICoreCtrl::ImageCallback& image)
     QStringList cameras;
     const bool kept = core && callModule(QStringLiteral("ksCoreCtrl"), [&] {
                           core->setRequestCallback([](const QString&, const QVariant&) { return QVariant(); });
-                          core->setNotificationCallback([](const QString&, const QVariant&) {});
-                          core->setImageCallback(image);
+                          core->setNotificationCallback(callbacks.notification);
+                          core->setImageCallback(callbacks.image);
                           cameras = core->cameraKeys();
                       });
     if (!kept)

@@ -21,6 +21,12 @@ QString what(const Alarm& alarm)
     switch (alarm.kind) {
     case Alarm::Starting:
         return Texts::tr("系统正在启动，暂不应答触发");
+    case Alarm::NoImage:
+        return Texts::tr("工位%1没有图像：%2").arg(alarm.subject, alarm.detail);
+    case Alarm::NoResult:
+        return Texts::tr("工位%1没有检测结果：%2").arg(alarm.subject, alarm.detail);
+    case Alarm::CalibrationUnusable:
+        return Texts::tr("工位%1标定不可用：%2").arg(alarm.subject, alarm.detail);
     case Alarm::PortLost:
         return Texts::tr("PLC串口断开：%1").arg(alarm.subject);
     case Alarm::CameraLost:

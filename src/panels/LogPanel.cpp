@@ -2,7 +2,7 @@
 
 #include "common/LookColors.h"
 #include "ui_LogPanel.h"
-#include "workflow/LogKind.h"
+#include "workflow/StationLog.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -14,11 +14,6 @@ constexpr int kOverdueMs = 1500; ///< an answer takes some tens of milliseconds;
 constexpr int kLeastAngleHeight = 76; ///< pixels: digits that are read from two metres
 const QString kNone = QStringLiteral("—");
 
-QString digits(double value)
-{
-    return QString::number(value, 'f', 3);
-}
-
 } // namespace
 
 StationView::StationView(QWidget* parent)
@@ -98,11 +93,11 @@ void StationView::setModelLabel(const QString& richText)
 void StationView::setReading(const StationReading& reading)
 {
     m_overdue.stop();
-    m_tip = reading.tip.trimmed();
-    m_ui->angleTile->setValue(reading.found ? digits(reading.angle) + QStringLiteral("°") : kNone,
+    m_tip = reading.test ? tr("测试：%1").arg(reading.tip.trimmed()) : reading.tip.trimmed();
+    m_ui->angleTile->setValue(reading.found ? plc::cutText(reading.angle) + QStringLiteral("°") : kNone,
                               reading.found ? ReadoutTile::Good : ReadoutTile::Bad);
-    m_ui->xTile->setValue(reading.found ? digits(reading.x) : kNone);
-    m_ui->yTile->setValue(reading.found ? digits(reading.y) : kNone);
+    m_ui->xTile->setValue(reading.found ? plc::cutText(reading.x) : kNone);
+    m_ui->yTile->setValue(reading.found ? plc::cutText(reading.y) : kNone);
     show(reading.found ? Found : NotFound);
 }
 

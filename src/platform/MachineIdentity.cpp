@@ -96,7 +96,7 @@ QString property(IWbemServices* services, const wchar_t* className, const wchar_
 }
 
 /// Whether a maker really entered something; many leave a text such as "Default string" or nothing but F.
-bool isTold(const QString& text)
+bool isStated(const QString& text)
 {
     static const QStringList empty{
         QStringLiteral("None"), QStringLiteral("Default string"), QStringLiteral("To be filled by O.E.M."),
@@ -109,13 +109,13 @@ QByteArray readHardware()
     ComPointer<IWbemServices> services;
     if (!connectTo(services))
         return {};
-    const QString told[] = {property(services.get(), L"Win32_ComputerSystemProduct", L"UUID"),
-                            property(services.get(), L"Win32_BaseBoard", L"SerialNumber"),
-                            property(services.get(), L"Win32_Processor", L"ProcessorId")};
-    // A processor's identity is that of its type; alone it tells no machine from another.
-    if (!isTold(told[0]) && !isTold(told[1]))
+    const QString stated[] = {property(services.get(), L"Win32_ComputerSystemProduct", L"UUID"),
+                              property(services.get(), L"Win32_BaseBoard", L"SerialNumber"),
+                              property(services.get(), L"Win32_Processor", L"ProcessorId")};
+    // A processor's identity is that of its type; alone it identifies no machine.
+    if (!isStated(stated[0]) && !isStated(stated[1]))
         return {};
-    return QStringList{told[0], told[1], told[2]}.join(QLatin1Char('\n')).toUtf8();
+    return QStringList{stated[0], stated[1], stated[2]}.join(QLatin1Char('\n')).toUtf8();
 }
 
 } // namespace

@@ -4,10 +4,11 @@
 
 namespace platform {
 
-/// What tells this machine from all others, as the machine itself states it; nothing for the eye, and not to be shown
-/// or sent as it is. On Windows it is the hardware's identity, on other systems that of the installed system. The same
-/// at each call and after each restart; empty when the machine does not tell. Takes up to some 100 ms on Windows. Any
-/// thread.
+/// What distinguishes this machine from all others, as the machine itself states it; nothing for the eye, and not to be
+/// shown or sent as it is. On Windows it is the hardware's identity, on other systems that of the installed system. The
+/// same at each call and after each restart; empty when the machine states none. Takes up to some 100 ms on Windows.
+/// Any thread. Not QSysInfo::machineUniqueId(): that is the installation's registry number on Windows and D-Bus's file
+/// alone on Linux, so machines would get other codes than those that licences were issued for.
 QByteArray machineIdentity();
 
 } // namespace platform

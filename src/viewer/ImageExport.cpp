@@ -1,18 +1,16 @@
 #include "viewer/ImageExport.h"
 
-#include "viewer/ImageFile.h"
+#include "common/ImageFile.h"
 #include "viewer/QTipWidget.h"
 
 #include <QClipboard>
 #include <QFileDialog>
 #include <QGuiApplication>
-#include <QtConcurrentRun>
 
 ImageExport::ImageExport(QWidget* viewer)
     : QObject(viewer)
     , m_viewer(viewer)
 {
-    connect(&m_writing, &QFutureWatcherBase::finished, this, &ImageExport::onWritten);
 }
 
 void ImageExport::copy(const QImage& image)
@@ -36,21 +34,23 @@ void ImageExport::askAndSave(const QImage& image)
 
 void ImageExport::save(const QImage& image, const QString& path)
 {
-    if (m_writing.isRunning()) {
+    if (m_writing) {
         QTipWidget::showText(m_viewer, tr("上一幅图像仍在保存，请稍后再试"));
         return;
     }
     m_path = QFileInfo(path).suffix().isEmpty() ? path + QStringLiteral(".png") : path;
-    m_writing.setFuture(QtConcurrent::run([image, file = m_path] {
+    m_writing = true;
+    const auto write = [image, file = m_path] {
         QString error;
-        writeImageFile(image, file, QByteArray(), &error);
+        ImageFile::write(image, file, QByteArray(), &error);
         return error;
-    }));
+    };
+    m_background.run(write, [this](const QString& error) { onWritten(error); });
 }
 
-void ImageExport::onWritten()
+void ImageExport::onWritten(const QString& error)
 {
-    const QString error = m_writing.result();
+    m_writing = false;
     QTipWidget::showText(m_viewer, error.isEmpty() ? tr("已保存：%1").arg(m_path) : tr("未能保存：%1").arg(error));
     emit saved(m_path, error);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QFutureWatcher>
+#include "common/Background.h"
+
 #include <QImage>
 #include <QObject>
 
@@ -29,9 +30,10 @@ signals:
 
 private:
     /// Tells the operator by a tip over the viewer how it went.
-    void onWritten();
+    void onWritten(const QString& error);
 
     QWidget* m_viewer;
     QString m_path;
-    QFutureWatcher<QString> m_writing; ///< the error
+    bool m_writing = false;
+    Background m_background{Background::AtEnd::Finish};
 };

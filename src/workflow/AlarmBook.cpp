@@ -1,5 +1,7 @@
 #include "workflow/AlarmBook.h"
 
+#include "common/Scheduler.h"
+
 #include <algorithm>
 
 namespace {
@@ -13,14 +15,9 @@ auto position(Alarms& alarms, Alarm::Kind kind, const QString& subject)
 
 } // namespace
 
-AlarmBook::AlarmBook(QObject* parent)
-    : AlarmBook([] { return QDateTime::currentDateTime(); }, parent)
-{
-}
-
-AlarmBook::AlarmBook(Clock clock, QObject* parent)
+AlarmBook::AlarmBook(const Scheduler& scheduler, QObject* parent)
     : QObject(parent)
-    , m_clock(std::move(clock))
+    , m_scheduler(scheduler)
 {
 }
 
@@ -32,7 +29,7 @@ Alarm* AlarmBook::find(Alarm::Kind kind, const QString& subject)
 
 void AlarmBook::begin(Alarm alarm)
 {
-    alarm.since = m_clock();
+    alarm.since = m_scheduler.now();
     m_alarms.prepend(alarm);
     emit changed();
 }

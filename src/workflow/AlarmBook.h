@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QVector>
 
-#include <functional>
+class Scheduler;
 
 /// One thing that somebody ought to look at.
 struct Alarm
@@ -12,17 +12,20 @@ struct Alarm
     enum Kind {
         PortLost,
         CameraLost,
-        DiskLow,            ///< less is free than the setting demands, although the cleaner works
-        ImagesUnwritable,   ///< the archive's disk takes no images
-        ImagesGivenUp,      ///< more images came than the disk could take
-        ResultsWaiting,     ///< the result database takes no rows
-        DatabaseMovedAside, ///< a file that could not be used was kept under another name
-        Starting,           ///< the cell answers no trigger yet
+        DiskLow,             ///< less is free than the setting demands, although the cleaner works
+        ImagesUnwritable,    ///< the archive's disk takes no images
+        ImagesGivenUp,       ///< more images came than the disk could take
+        ResultsWaiting,      ///< the result database takes no rows
+        DatabaseMovedAside,  ///< a file that could not be used was kept under another name
+        Starting,            ///< the cell answers no trigger yet
+        NoImage,             ///< a station's triggers stay without an image
+        NoResult,            ///< a station's images stay without a result
+        CalibrationUnusable, ///< what a station finds cannot be sent
     };
 
     Kind kind = PortLost;
-    QString subject; ///< which one, where there are several: a camera key, a file; part of the alarm's identity
-    QString detail;  ///< the reason or the number, as its source tells it
+    QString subject; ///< which one, where there are several: a camera key, a station, a file; part of its identity
+    QString detail;  ///< the reason or the number, as its source has it
     QDateTime since; ///< when it began, the last time
     int count = 1;   ///< how often it began; or what its source counts, such as images
     bool acknowledged = false;
@@ -37,15 +40,13 @@ class AlarmBook : public QObject
     Q_OBJECT
 
 public:
-    using Clock = std::function<QDateTime()>;
-
-    explicit AlarmBook(QObject* parent = nullptr);
-    AlarmBook(Clock clock, QObject* parent = nullptr);
+    /// `scheduler` outlives the book.
+    explicit AlarmBook(const Scheduler& scheduler, QObject* parent = nullptr);
 
     /// Newest first.
     const QVector<Alarm>& alarms() const { return m_alarms; }
 
-    /// The cause is there; told again and again while it lasts.
+    /// The cause is there; may be called again and again while it lasts.
     void raise(Alarm::Kind kind, const QString& subject, const QString& detail);
     /// As raise(), for a number that only grows, of which `count` is the present value: a higher one raises the alarm
     /// anew, acknowledged or not.
@@ -66,7 +67,7 @@ private:
     Alarm* find(Alarm::Kind kind, const QString& subject);
     void begin(Alarm alarm);
 
-    const Clock m_clock;
+    const Scheduler& m_scheduler;
     QVector<Alarm> m_alarms;
     QVector<Alarm> m_past; ///< each alarm that went, once, for its count
 };

@@ -13,7 +13,7 @@ class ksLogDB;
 }
 
 /// Looks after what the cell stands on (its serial line, the cameras of its stations, its disk and databases) and keeps
-/// the alarms accordingly. Modules that tell nothing of their state raise none. GUI thread; nothing waits.
+/// the alarms accordingly. Modules that report nothing of their state raise none. GUI thread; nothing waits.
 class AlarmWatch : public QObject
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
     /// Both outlive the watch.
     AlarmWatch(const ksGlobalConfig& config, AlarmBook& book, QObject* parent = nullptr);
 
-    // What is watched; null for nothing, which has to be told before it goes.
+    // What is watched; null for nothing. All outlive the watch.
     void setPort(ISerialPort* port) { m_port = port; }
     void setCameras(ICoreCtrl* cameras) { m_cameras = cameras; }
     void setLog(const SystemLog::ksLogDB* log) { m_log = log; }

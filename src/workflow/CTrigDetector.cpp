@@ -1,7 +1,5 @@
 #include "workflow/CTrigDetector.h"
 
-#include "config/ksSysConfig.h"
-
 #include <QDateTime>
 #include <QDebug>
 
@@ -14,31 +12,24 @@ constexpr qint64 burstGapMs = 350;
 
 } // namespace
 
-CTrigDetector::CTrigDetector(QObject* parent)
-    : CTrigDetector([] { return QDateTime::currentMSecsSinceEpoch(); },
-                    [] { return ksSysConfig::instance()->filterTime; }, parent)
-{
-}
-
-CTrigDetector::CTrigDetector(Clock clock, BurstLimit burstLimit, QObject* parent)
+CTrigDetector::CTrigDetector(Scheduler& scheduler, BurstLimit burstLimit, QObject* parent)
     : QObject(parent)
-    , m_clock(std::move(clock))
+    , m_scheduler(scheduler)
     , m_burstLimit(std::move(burstLimit))
-    , m_check(this)
-    , m_lastTrigger(m_clock())
+    , m_check(scheduler.timer(Scheduler::Repeating, [this] { onChecker(); }))
+    , m_lastTrigger(scheduler.now().toMSecsSinceEpoch())
 {
-    connect(&m_check, &QTimer::timeout, this, &CTrigDetector::onChecker);
 }
 
 bool CTrigDetector::startChecking()
 {
-    m_check.start(checkIntervalMs);
+    m_check->start(checkIntervalMs);
     return true;
 }
 
 bool CTrigDetector::stopChecking()
 {
-    m_check.stop();
+    m_check->stop();
     return true;
 }
 
@@ -93,7 +84,7 @@ void CTrigDetector::onChecker()
 
 bool CTrigDetector::filterBurst()
 {
-    const qint64 now = m_clock();
+    const qint64 now = m_scheduler.now().toMSecsSinceEpoch();
     const qint64 gap = now - m_lastTrigger;
     m_lastTrigger = now;
     if (gap < 0) // the clock was set back
@@ -108,4 +99,10 @@ bool CTrigDetector::filterBurst()
     m_burst = 0;
     correct();
     return true;
+}
+
+AutoTrigger::AutoTrigger(Scheduler& scheduler, QObject* parent)
+    : QObject(parent)
+    , m_timer(scheduler.timer(Scheduler::Repeating, [this] { emit sgTrig(); }))
+{
 }

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QObject>
-#include <QTimer>
+#include "common/Scheduler.h"
 
-#include <functional>
+#include <QObject>
 
 /// The accountant of one station: counts triggers sent and images received, notices when an image is missing, filters
 /// bursts of triggers, and puts the two counters back in step. It reports to the debug stream only. GUI thread.
@@ -12,14 +11,11 @@ class CTrigDetector : public QObject
     Q_OBJECT
 
 public:
-    /// Milliseconds since the epoch; the clock may be set back.
-    using Clock = std::function<qint64()>;
     /// How many triggers of a burst are refused before one is taken.
     using BurstLimit = std::function<int()>;
 
-    /// With the system's clock and the setting "TrigDetector/FilterTime".
-    explicit CTrigDetector(QObject* parent = nullptr);
-    CTrigDetector(Clock clock, BurstLimit burstLimit, QObject* parent = nullptr);
+    /// `scheduler` outlives the detector.
+    CTrigDetector(Scheduler& scheduler, BurstLimit burstLimit, QObject* parent = nullptr);
 
     /// Checks from now on every 4000 ms; both answer true.
     bool startChecking();
@@ -54,12 +50,43 @@ public slots:
     void addRevCount(int);
 
 private:
-    const Clock m_clock;
+    const Scheduler& m_scheduler;
     const BurstLimit m_burstLimit;
     int m_triggerCount = 0;
     int m_nReceiveCount = 0;
     int m_errorRun = 0; ///< checks in a row that found an image missing
-    QTimer m_check;
-    int m_burst = 0; ///< triggers in a row that came too fast
-    qint64 m_lastTrigger;
+    std::unique_ptr<Scheduler::Timer> m_check;
+    int m_burst = 0;      ///< triggers in a row that came too fast
+    qint64 m_lastTrigger; ///< milliseconds since the epoch
+};
+
+/// What a test of the cell asks for; the values are fixed.
+struct TestMode
+{
+    enum Value : int {
+        Stop = 0,          ///< no more repeated triggers
+        Start = 1,         ///< trigger repeatedly, at the interval that was set last
+        SnapStation1 = 11, ///< one picture of station 1
+        SnapStation2 = 12  ///< one picture of station 2
+    };
+};
+
+/// Triggers again and again, for running the cell without a PLC. GUI thread.
+class AutoTrigger : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `scheduler` outlives the trigger.
+    explicit AutoTrigger(Scheduler& scheduler, QObject* parent = nullptr);
+
+    /// From now on a trigger every so many milliseconds; a running one starts anew.
+    void start(int ms) { m_timer->start(ms); }
+    void stop() { m_timer->stop(); }
+
+signals:
+    void sgTrig();
+
+private:
+    std::unique_ptr<Scheduler::Timer> m_timer;
 };

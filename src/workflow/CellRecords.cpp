@@ -5,17 +5,57 @@
 #include "db/ResultRecorder.h"
 #include "db/archive/ImageArchive.h"
 #include "db/archive/QDiskCleanThread.h"
-#include "platform/AppHome.h"
-#include "workflow/CellResultStore.h"
 #include "workflow/ModelManager.h"
 
 #include <QDir>
 
-CellRecords::CellRecords(const QString& home, const ksSysConfig& settings, QObject* parent)
+namespace {
+
+ImageArchive::Rules archiveRules(Scheduler& scheduler)
+{
+    ImageArchive::Rules rules;
+    rules.scheduler = &scheduler;
+    return rules;
+}
+
+/// A result of no station has no switch of its own and is not archived.
+bool isOn(const bool (&switches)[2], int station)
+{
+    return (station == 1 || station == 2) && switches[station - 1];
+}
+
+} // namespace
+
+CellResultStore::CellResultStore(const ksSysConfig& settings, ImageArchive& archive, ResultRecorder& recorder)
+    : m_settings(settings)
+    , m_archive(archive)
+    , m_recorder(recorder)
+{
+}
+
+QString CellResultStore::saveSourceImage(int station, const QString& model, const QImage& image)
+{
+    return isOn(m_settings.saveSrcImage, station) ? m_archive.save(station, model, image, ImageArchive::Source)
+                                                  : QString();
+}
+
+QString CellResultStore::saveResultImage(int station, const QString& model, const QImage& image)
+{
+    return isOn(m_settings.saveRltImage, station) ? m_archive.save(station, model, image, ImageArchive::Result)
+                                                  : QString();
+}
+
+void CellResultStore::insertResult(const StationResult& result)
+{
+    m_recorder.record(result);
+}
+
+CellRecords::CellRecords(const QString& home, const ksSysConfig& settings, Scheduler& scheduler, QObject* parent)
     : QObject(parent)
     , m_home(home)
     , m_settings(settings)
-    , m_archive(std::make_unique<ImageArchive>(home))
+    , m_scheduler(scheduler)
+    , m_archive(std::make_unique<ImageArchive>(home, archiveRules(scheduler)))
 {
 }
 
@@ -26,6 +66,10 @@ void CellRecords::prepareImageFolders()
     m_archive->prepare();
     m_sourceCleaner = startCleaner(m_home + QStringLiteral("/DBFiles/SrcImages/"), m_settings.cleanSrcImages);
     m_resultCleaner = startCleaner(m_home + QStringLiteral("/DBFiles/Images/"), m_settings.cleanRltImages);
+    if (m_scheduler.usesThreads())
+        return;
+    m_cleaning = m_scheduler.timer(Scheduler::Repeating, [this] { clean(); });
+    m_cleaning->start(QDiskCleanThread::msBetweenPasses);
 }
 
 std::unique_ptr<QDiskCleanThread> CellRecords::startCleaner(const QString& root, bool byAge) const
@@ -36,8 +80,16 @@ std::unique_ptr<QDiskCleanThread> CellRecords::startCleaner(const QString& root,
     cleaner->setAgeCleaning(byAge);
     cleaner->setAgeLimit(m_settings.cleanDays);
     cleaner->setMinFreeSpace(m_settings.minFreeSpace);
-    cleaner->start();
+    cleaner->setClock([&scheduler = m_scheduler] { return scheduler.now(); });
+    if (m_scheduler.usesThreads())
+        cleaner->start();
     return cleaner;
+}
+
+void CellRecords::clean()
+{
+    m_sourceCleaner->pass();
+    m_resultCleaner->pass();
 }
 
 void CellRecords::applySettings()
@@ -50,12 +102,15 @@ void CellRecords::applySettings()
 
 void CellRecords::openResultDatabase()
 {
-    const QString folder = platform::inHome(QStringLiteral("\\DBFiles"));
+    const QString folder = m_home + QStringLiteral("/DBFiles");
     QDir().mkpath(folder);
-    m_results = std::make_unique<StationDB>(platform::inHome(QStringLiteral("\\DBFiles\\Pellix.db")));
+    m_results = std::make_unique<StationDB>(folder + QStringLiteral("/Pellix.db"));
+    m_results->setScheduler(m_scheduler);
     if (!m_results->initialise())
         SystemLog::warning(tr("结果数据库打开失败：%1").arg(m_results->lastError()));
-    m_recorder = std::make_unique<ResultRecorder>(*m_results);
+    ResultRecorder::Rules rules;
+    rules.scheduler = &m_scheduler;
+    m_recorder = std::make_unique<ResultRecorder>(*m_results, rules);
     m_store = std::make_unique<CellResultStore>(m_settings, *m_archive, *m_recorder);
 }
 
@@ -64,7 +119,7 @@ void CellRecords::openModelLibrary(PlcIndexTable& indices, const QStringList& st
     m_library = std::make_unique<QSqliteWheelHubZd>(m_home + QStringLiteral("/DBFiles/"));
     if (!m_library->createTable())
         SystemLog::warning(tr("型号库打开失败：%1").arg(m_library->lastError()));
-    m_models = std::make_unique<ModelManager>(*m_library, indices, stations);
+    m_models = std::make_unique<ModelManager>(*m_library, indices, stations, m_scheduler);
 }
 
 IResultStore* CellRecords::store() const
@@ -72,7 +127,7 @@ IResultStore* CellRecords::store() const
     return m_store.get();
 }
 
-/// Both cleaners look at the same drive, so one tells for both.
+/// Both cleaners look at the same drive, so one speaks for both.
 CellRecords::Health CellRecords::health() const
 {
     Health health;

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "common/Scheduler.h"
+#include "workflow/IResultStore.h"
+
 #include <QObject>
 #include <QStringList>
 
 #include <memory>
 
-class CellResultStore;
-class IResultStore;
 class ImageArchive;
 class ModelManager;
 class PlcIndexTable;
@@ -16,13 +17,30 @@ class ResultRecorder;
 class StationDB;
 class ksSysConfig;
 
+/// Results to the archive and the result database, as the settings say. GUI thread.
+class CellResultStore : public IResultStore
+{
+public:
+    /// All outlive the store.
+    CellResultStore(const ksSysConfig& settings, ImageArchive& archive, ResultRecorder& recorder);
+
+    QString saveSourceImage(int station, const QString& model, const QImage& image) override;
+    QString saveResultImage(int station, const QString& model, const QImage& image) override;
+    void insertResult(const StationResult& result) override;
+
+private:
+    const ksSysConfig& m_settings;
+    ImageArchive& m_archive;
+    ResultRecorder& m_recorder;
+};
+
 /// Everything that the cell keeps on its disk, brought up step by step in the order of the start-up. GUI thread.
 class CellRecords : public QObject
 {
     Q_OBJECT
 
 public:
-    /// How the disk and the databases do, at the moment of asking.
+    /// The state of the disk and the databases, at the moment of asking.
     struct Health
     {
         qint64 freeMiB = -1;   ///< of the archive's drive, as its cleaner last saw it; -1: not known
@@ -33,8 +51,8 @@ public:
         QStringList movedAside; ///< under which names files that could not be used were kept
     };
 
-    /// `home`: without a separator at its end. `settings` outlive the records.
-    CellRecords(const QString& home, const ksSysConfig& settings, QObject* parent = nullptr);
+    /// `home`: without a separator at its end. `settings` and `scheduler` outlive the records.
+    CellRecords(const QString& home, const ksSysConfig& settings, Scheduler& scheduler, QObject* parent = nullptr);
     /// Stops the cleaners and writes what still waits.
     ~CellRecords() override;
 
@@ -57,9 +75,12 @@ public:
 private:
     /// Sweeps one of the archive's two folders; `byAge` as the settings have it for that folder.
     std::unique_ptr<QDiskCleanThread> startCleaner(const QString& root, bool byAge) const;
+    /// Without threads: a pass of both cleaners.
+    void clean();
 
     const QString m_home;
     const ksSysConfig& m_settings;
+    Scheduler& m_scheduler;
     std::unique_ptr<ImageArchive> m_archive;
     std::unique_ptr<StationDB> m_results;
     std::unique_ptr<ResultRecorder> m_recorder;
@@ -68,4 +89,5 @@ private:
     std::unique_ptr<ModelManager> m_models;
     std::unique_ptr<QDiskCleanThread> m_sourceCleaner;
     std::unique_ptr<QDiskCleanThread> m_resultCleaner;
+    std::unique_ptr<Scheduler::Timer> m_cleaning;
 };

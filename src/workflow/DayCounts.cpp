@@ -1,5 +1,6 @@
 #include "workflow/DayCounts.h"
 
+#include "common/Scheduler.h"
 #include "workflow/ResultHandler.h"
 
 double DayCount::yield() const
@@ -8,15 +9,10 @@ double DayCount::yield() const
     return judged > 0 ? 100.0 * found / judged : -1.0;
 }
 
-DayCounts::DayCounts(QObject* parent)
-    : DayCounts([] { return QDate::currentDate(); }, parent)
-{
-}
-
-DayCounts::DayCounts(Calendar today, QObject* parent)
+DayCounts::DayCounts(const Scheduler& scheduler, QObject* parent)
     : QObject(parent)
-    , m_today(std::move(today))
-    , m_day(m_today())
+    , m_scheduler(scheduler)
+    , m_day(scheduler.now().date())
 {
 }
 
@@ -34,7 +30,8 @@ void DayCounts::addEarlier(const QDate& day, int station, const DayCount& count)
 
 void DayCounts::onReading(int station, const StationReading& reading)
 {
-    count(station, reading.found ? &DayCount::found : &DayCount::notFound);
+    if (!reading.test)
+        count(station, reading.found ? &DayCount::found : &DayCount::notFound);
 }
 
 void DayCounts::onRefused(int station)
@@ -53,7 +50,7 @@ void DayCounts::count(int station, int DayCount::*kind)
 
 void DayCounts::checkDay()
 {
-    const QDate today = m_today();
+    const QDate today = m_scheduler.now().date();
     if (today == m_day)
         return;
     m_day = today;

@@ -3,8 +3,7 @@
 #include <QDate>
 #include <QObject>
 
-#include <functional>
-
+class Scheduler;
 struct StationReading;
 
 /// What became of the parts of one day at one station.
@@ -26,10 +25,8 @@ class DayCounts : public QObject
     Q_OBJECT
 
 public:
-    using Calendar = std::function<QDate()>;
-
-    explicit DayCounts(QObject* parent = nullptr);
-    DayCounts(Calendar today, QObject* parent = nullptr);
+    /// `scheduler` outlives the counts.
+    explicit DayCounts(const Scheduler& scheduler, QObject* parent = nullptr);
 
     /// The day that is counted.
     QDate day() const { return m_day; }
@@ -41,6 +38,7 @@ public:
 
 public slots:
     /// A station other than 1 and 2 is not counted.
+    /// A test's is not counted.
     void onReading(int station, const StationReading& reading);
     void onRefused(int station);
     /// To be called now and then, so that a night without parts begins a new day too.
@@ -52,7 +50,7 @@ signals:
 private:
     void count(int station, int DayCount::*kind);
 
-    const Calendar m_today;
+    const Scheduler& m_scheduler;
     QDate m_day;
     DayCount m_counts[2];
 };

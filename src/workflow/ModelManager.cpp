@@ -1,14 +1,13 @@
 #include "workflow/ModelManager.h"
 
+#include "common/Scheduler.h"
 #include "db/QSqliteWheelHubZd.h"
 #include "db/SqlText.h"
 
-#include <QDateTime>
-
 namespace {
 
-const QString kIndexColumn = QStringLiteral("md_index");
-const QString kCalibratedColumn = QStringLiteral("md_cali");
+const QString indexColumn = QStringLiteral("md_index");
+const QString calibratedColumn = QStringLiteral("md_cali");
 
 bool fail(QString* error, const QString& text)
 {
@@ -17,21 +16,22 @@ bool fail(QString* error, const QString& text)
     return false;
 }
 
-SqlValueMap newRecord(qint32 index)
+SqlValueMap newRecord(qint32 index, const QDateTime& now)
 {
-    return {
-        {kIndexColumn, index},
-        {kCalibratedColumn, 0},
-        {QStringLiteral("md_stamp"), QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss zzz"))}};
+    return {{indexColumn, index},
+            {calibratedColumn, 0},
+            {QStringLiteral("md_stamp"), now.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss zzz"))}};
 }
 
 } // namespace
 
-ModelManager::ModelManager(QSqliteWheelHubZd& library, PlcIndexTable& indices, QStringList stations, QObject* parent)
+ModelManager::ModelManager(QSqliteWheelHubZd& library, PlcIndexTable& indices, QStringList stations,
+                           const Scheduler& scheduler, QObject* parent)
     : QObject(parent)
     , m_library(library)
     , m_indices(indices)
     , m_stations(std::move(stations))
+    , m_scheduler(scheduler)
 {
     adoptTabledModels();
     refresh();
@@ -44,7 +44,7 @@ void ModelManager::refresh()
     for (const QString& name : names) {
         SqlValueMap record;
         if (m_library.readRecord(name, &record))
-            m_models.append({name, record.value(kIndexColumn).toInt(), record.value(kCalibratedColumn).toInt() != 0});
+            m_models.append({name, record.value(indexColumn).toInt(), record.value(calibratedColumn).toInt() != 0});
     }
     emit changed();
 }
@@ -63,7 +63,7 @@ void ModelManager::adoptTabledModels()
                 qWarning("model %s of %s: %s", qUtf8Printable(it.key()), qUtf8Printable(station),
                          qUtf8Printable(reason));
             else
-                m_library.addModel(it.key(), newRecord(it.value()));
+                m_library.addModel(it.key(), newRecord(it.value(), m_scheduler.now()));
         }
     }
 }
@@ -121,7 +121,7 @@ bool ModelManager::addModel(const QString& name, qint32 index, QString* error)
 {
     if (!isNewName(name, error) || !isFreeIndex(index, name, error))
         return false;
-    if (!m_library.addModel(name, newRecord(index)))
+    if (!m_library.addModel(name, newRecord(index, m_scheduler.now())))
         return libraryFailed(error);
     const bool tabled = changeTables([&](auto& table) { table.insert(name, index); }, error);
     if (!tabled)
@@ -133,15 +133,15 @@ bool ModelManager::addModel(const QString& name, qint32 index, QString* error)
 bool ModelManager::changeIndex(const QString& name, qint32 index, QString* error)
 {
     QVariant old;
-    if (!contains(name) || !m_library.readValue(name, kIndexColumn, &old))
+    if (!contains(name) || !m_library.readValue(name, indexColumn, &old))
         return fail(error, tr("型号%1不存在").arg(name));
     if (!isFreeIndex(index, name, error))
         return false;
-    if (!m_library.updateValue(name, kIndexColumn, index))
+    if (!m_library.updateValue(name, indexColumn, index))
         return libraryFailed(error);
     const bool tabled = changeTables([&](auto& table) { table.insert(name, index); }, error);
     if (!tabled)
-        m_library.updateValue(name, kIndexColumn, old);
+        m_library.updateValue(name, indexColumn, old);
     refresh();
     return tabled;
 }
@@ -184,7 +184,7 @@ bool ModelManager::setCalibrated(const QString& name, bool calibrated, QString* 
 {
     if (!contains(name))
         return fail(error, tr("型号%1不存在").arg(name));
-    if (!m_library.updateValue(name, kCalibratedColumn, calibrated ? 1 : 0))
+    if (!m_library.updateValue(name, calibratedColumn, calibrated ? 1 : 0))
         return libraryFailed(error);
     refresh();
     return true;

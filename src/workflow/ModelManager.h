@@ -8,6 +8,7 @@
 #include <QVector>
 
 class QSqliteWheelHubZd;
+class Scheduler;
 
 /// The cell's models: keeps the model library and the stations' PLC index tables in agreement. GUI thread.
 ///
@@ -18,15 +19,17 @@ class ModelManager : public QObject, public IModelSource
     Q_OBJECT
 
 public:
-    /// `library` is open and, like `indices`, outlives the manager. `stations`: the names of the stations' tables.
-    ModelManager(QSqliteWheelHubZd& library, PlcIndexTable& indices, QStringList stations, QObject* parent = nullptr);
+    /// `library` is open and, like `indices` and `scheduler`, outlives the manager. `stations`: the names of the
+    /// stations' tables.
+    ModelManager(QSqliteWheelHubZd& library, PlcIndexTable& indices, QStringList stations, const Scheduler& scheduler,
+                 QObject* parent = nullptr);
 
     /// Reads the library anew, and adds the models that only an index table knows.
     void refresh();
 
     bool contains(const QString& name) const;
 
-    /// What is told while somebody types: whether a new model could have this name, and whether one named `exceptName`
+    /// What is said while somebody types: whether a new model could have this name, and whether one named `exceptName`
     /// could have this index; if not, the reason.
     bool isNewName(const QString& name, QString* error) const;
     bool isFreeIndex(qint32 index, const QString& exceptName, QString* error) const;
@@ -72,6 +75,7 @@ private:
     QSqliteWheelHubZd& m_library;
     PlcIndexTable& m_indices;
     const QStringList m_stations;
+    const Scheduler& m_scheduler;
     QVector<Model> m_models;
     QString m_current;
 };

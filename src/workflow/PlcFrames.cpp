@@ -17,6 +17,12 @@ SplitNumber split(double value)
     return {static_cast<qint16>(whole), static_cast<qint16>((value - whole) * 1000.0)};
 }
 
+QString cutText(double value)
+{
+    const double whole = std::trunc(value);
+    return QString::number(whole + std::trunc((value - whole) * 1000.0) / 1000.0, 'f', 3);
+}
+
 double normalised(double angle)
 {
     return angle < 0 ? angle + 360.0 : angle;

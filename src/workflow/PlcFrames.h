@@ -2,6 +2,8 @@
 
 #include <valvecell/SComFrame.h>
 
+#include <QString>
+
 /// The frames that program and PLC exchange: what each command's words mean, and how numbers are packed into them.
 namespace plc {
 
@@ -16,9 +18,11 @@ enum Command : quint8 {
 };
 
 // Angles that tell why there is none.
-constexpr double kNothingFoundAngle = 361.0;
-constexpr double kNoAngleAngle = 365.0;
-constexpr double kRefusedAngle = 999.0;
+constexpr double nothingFoundAngle = 361.0;
+constexpr double noAngleAngle = 365.0;
+constexpr double refusedAngle = 999.0;
+/// From here on the PLC is told that nothing was found.
+constexpr double noticeAngle = 360.0;
 
 /// A number as two words: the whole part and the thousandths, both truncated toward zero, both with its sign.
 struct SplitNumber
@@ -32,6 +36,9 @@ bool fitsWord(double value);
 
 /// Splits a number that fitsWord().
 SplitNumber split(double value);
+
+/// A number as split() sends it, for whoever shows what was sent: three decimals, cut and never rounded.
+QString cutText(double value);
 
 /// The angle as it is sent: a negative one plus 360, once.
 double normalised(double angle);

@@ -1,11 +1,24 @@
 #include "workflow/PlcLink.h"
 
+#include <valvecell/Extension.h>
 #include <valvecell/ISerialPort.h>
+#include <valvecell/ISerialSession.h>
 
 PlcLink::PlcLink(ISerialPort* port, QObject* parent)
     : QObject(parent)
-    , m_port(port)
 {
+    setPort(port);
+}
+
+void PlcLink::setPort(ISerialPort* port)
+{
+    m_port = port;
+    m_sessions = extensionOf<ISerialSession>(port);
+}
+
+quint64 PlcLink::session() const
+{
+    return m_sessions ? m_sessions->session() : 1;
 }
 
 void PlcLink::receive(const SComFrame& frame)
@@ -52,18 +65,32 @@ void PlcLink::sendHeartbeat()
     send(plc::heartbeat());
 }
 
-void PlcLink::sendResult(int station, double angle, double x, double y)
+PlcLink::Sent PlcLink::asSent(double angle, double x, double y)
 {
-    double sent = plc::normalised(angle);
-    if (!plc::fitsWord(sent) || !plc::fitsWord(x) || !plc::fitsWord(y)) {
+    const double turned = plc::normalised(angle);
+    if (plc::fitsWord(turned) && plc::fitsWord(x) && plc::fitsWord(y))
+        return {turned, x, y};
+    return {plc::nothingFoundAngle, 0, 0, false};
+}
+
+PlcLink::Sent PlcLink::sendResult(int station, double angle, double x, double y)
+{
+    return sendResult(station, angle, x, y, session());
+}
+
+PlcLink::Sent PlcLink::sendResult(int station, double angle, double x, double y, quint64 session)
+{
+    Sent sent = asSent(angle, x, y);
+    if (!sent.carried)
         qWarning("station %d: result %g, %g, %g is beyond what a frame carries, answered as not found", station, angle,
                  x, y);
-        sent = plc::kNothingFoundAngle;
-        x = y = 0;
-    }
-    send(plc::result(station, sent, x, y));
-    if (sent >= 360.0)
-        send(plc::notFound(station));
+    sent.delivered = session == this->session();
+    if (!sent.delivered)
+        return sent;
+    sendIn(session, plc::result(station, sent.angle, sent.x, sent.y));
+    if (sent.angle >= plc::noticeAngle)
+        sendIn(session, plc::notFound(station));
+    return sent;
 }
 
 void PlcLink::send(const SComFrame& frame)
@@ -71,5 +98,13 @@ void PlcLink::send(const SComFrame& frame)
     if (!m_port)
         return;
     m_port->send(&frame);
+    emit frameSeen(frame, false);
+}
+
+void PlcLink::sendIn(quint64 session, const SComFrame& frame)
+{
+    if (!m_sessions)
+        return send(frame);
+    m_sessions->send(frame, session);
     emit frameSeen(frame, false);
 }

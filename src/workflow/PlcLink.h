@@ -7,6 +7,7 @@
 #include <optional>
 
 class ISerialPort;
+class ISerialSession;
 
 /// The program's end of the PLC line: takes received frames apart by their command, and sends results and heartbeats.
 /// GUI thread. Without a serial module nothing is sent.
@@ -15,12 +16,12 @@ class PlcLink : public QObject
     Q_OBJECT
 
 public:
-    /// `port` may be null, and outlives its use: call setPort(nullptr) before it goes.
+    /// `port` may be null, and outlives its use.
     explicit PlcLink(ISerialPort* port = nullptr, QObject* parent = nullptr);
 
-    void setPort(ISerialPort* port) { m_port = port; }
+    void setPort(ISerialPort* port);
 
-    /// Tells what a received frame asks for by one of the signals; unknown commands and stations are ignored.
+    /// Emits what a received frame asks for as one of the signals; unknown commands and stations are ignored.
     void receive(const SComFrame& frame);
 
     /// While the cell starts: received frames ask for nothing, so that no trigger is answered by half of a cell.
@@ -31,10 +32,30 @@ public:
 
     void sendHeartbeat();
 
+    /// What the PLC got of a result; of each number what plc::cutText() shows.
+    struct Sent
+    {
+        double angle = 0; ///< 361 when a frame cannot carry the result
+        double x = 0;
+        double y = 0;
+        bool carried = true;   ///< the frame could carry it
+        bool delivered = true; ///< false: the line is another than the one that the answer belongs to; nothing was sent
+    };
+
+    /// The session of the line, see ISerialSession; 0 while it is closed, 1 for a module that does not count them.
+    quint64 session() const;
+    /// The session in which the frame came that receive() gets next; by default the present one.
+    void setIncomingSession(quint64 session) { m_incoming = session; }
+    quint64 incomingSession() const { return m_incoming.value_or(session()); }
+
     /// Sends the result of a station (1 or 2; any other is sent as station 2's command), and the not-found notice
     /// after it when the angle is 360 or more. `angle` in degrees, `x` and `y` in machine units.
-    /// A number that a frame cannot carry is never sent cut: the part is answered as not found, with a warning.
-    void sendResult(int station, double angle, double x, double y);
+    /// A number that a frame cannot carry is never sent wrapped: the part is answered as not found, with a warning.
+    Sent sendResult(int station, double angle, double x, double y);
+    /// The same for the answer to a trigger of `session`, on that line or not at all.
+    Sent sendResult(int station, double angle, double x, double y, quint64 session);
+    /// What sendResult() would send; nothing is.
+    static Sent asSent(double angle, double x, double y);
 
 signals:
     /// A model-index frame, with the indices of both stations.
@@ -47,9 +68,12 @@ signals:
 
 private:
     void send(const SComFrame& frame);
+    void sendIn(quint64 session, const SComFrame& frame);
     void act(const SComFrame& frame);
 
     ISerialPort* m_port;
+    ISerialSession* m_sessions = nullptr; ///< the same port's; null when it counts none
+    std::optional<quint64> m_incoming;
     bool m_held = false;
     std::optional<SComFrame> m_heldIndices;
     std::optional<SComFrame> m_heldShutdown;

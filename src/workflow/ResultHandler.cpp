@@ -3,103 +3,183 @@
 #include "config/ksGlobalConfig.h"
 #include "db/StationResult.h"
 #include "workflow/IResultStore.h"
-#include "workflow/LogTime.h"
-#include "workflow/PlcLink.h"
-
-#include <cmath>
 
 namespace {
 
-/// Cut to thousandths, never rounded, printed with three decimals.
-QString cut(double value)
+StationResult emptyRecord(int station, const QString& model)
 {
-    const double whole = std::trunc(value);
-    return QString::number(whole + std::trunc((value - whole) * 1000.0) / 1000.0, 'f', 3);
+    const QString number = QString::number(station);
+    StationResult record;
+    record.threshBenchMark = QStringLiteral("%1_%2").arg(number, model);
+    record.stationName = QStringLiteral("Station_") + number;
+    record.value2 = record.threshBenchMark;
+    return record;
 }
 
-QString resultLine(const TaskResult& result, const QPointF& machine)
+CellError errorOf(Failure failure)
 {
-    const bool found = result.angle < plc::kNothingFoundAngle;
-    const double angle = found ? result.angle : plc::kNothingFoundAngle;
-    const QString line = logTimeColon() + result.taskName + QStringLiteral(" angle :") + QString::number(angle, 'f', 3);
-    return line + (found ? QStringLiteral(" center:(%1,%2)").arg(cut(machine.x()), cut(machine.y()))
-                         : QStringLiteral(" no found Value"));
+    switch (failure) {
+    case Failure::NoImage:
+        return CellError::NoImage;
+    case Failure::Overdue:
+        return CellError::Overdue;
+    case Failure::NoResult:
+        break;
+    }
+    return CellError::NoResult;
+}
+
+/// What was sent, behind what the answer rests on.
+QString withSent(const QString& evidence, qint32 plcIndex, const PlcLink::Sent& sent)
+{
+    const QString own =
+        QStringLiteral("plc=%1;x=%2;y=%3").arg(QString::number(plcIndex), plc::cutText(sent.x), plc::cutText(sent.y));
+    return evidence.isEmpty() ? own : evidence + QLatin1Char(';') + own;
 }
 
 } // namespace
 
-ResultHandler::ResultHandler(const ksGlobalConfig& config, PlcLink& link, QObject* parent)
+ResultHandler::ResultHandler(const ksGlobalConfig& config, PlcLink& link, const Scheduler& scheduler, QObject* parent)
     : QObject(parent)
     , m_config(config)
     , m_link(link)
+    , m_log(scheduler)
 {
     qRegisterMetaType<StationReading>();
 }
 
-/// Without a solution nobody knows for which station the result is: it is dropped.
-void ResultHandler::onResult(const QVariantMap& map)
+/// A result of another solution than the trigger's is shown and recorded as such, and the trigger has none.
+void ResultHandler::onResult(const Trigger& trigger, const QVariantMap& map)
 {
     const TaskResult result = TaskResult::fromMap(map);
-    if (result.solution.isEmpty())
-        return;
-    const int station = m_config.stationOfSolution(result.solution);
+    const Part part{trigger, result.solution == trigger.solution ? trigger.station : 0, result};
     if (!result.calibrated) {
-        refuse(station, result, " No Cali!!!");
+        refuse(part, StationLog::noCalibration());
     } else if (!result.hasAlgoResult) {
-        refuse(station, result, " No Task!!!");
+        refuse(part, StationLog::noTask());
         emit sgShowSrcImg(result.solution, result.originImage);
     } else {
-        answer(station, result);
+        answer(part);
     }
+    if (part.station == 0)
+        onFailed(trigger, Failure::NoResult, tr("结果属于方案%1").arg(result.solution));
 }
 
-void ResultHandler::refuse(int station, const TaskResult& result, const char* reason)
+void ResultHandler::onFailed(const Trigger& trigger, Failure failure, const QString& reason)
 {
-    m_link.sendResult(station, plc::kNothingFoundAngle, 0, 0);
-    emit replied(station, result.taskTime);
-    emit sgShowLog(station, logTimeColon() + result.taskName + QLatin1String(reason));
-    emit readingChanged(station, {false, plc::kNothingFoundAngle, 0, 0, QLatin1String(reason), result.taskTime});
-    if (m_store)
-        m_store->saveSourceImage(station, result.taskName, result.originImage);
+    const PlcLink::Sent sent = send(trigger, trigger.station, plc::nothingFoundAngle, {});
+    emit replied(trigger, 0);
+    const QString words = sent.delivered ? StationLog::because(failure) : StationLog::lineGone();
+    emit sgShowLog(trigger.station, m_log.noResult(trigger.model, words) + QLatin1Char(' ') + reason);
+    StationReading reading;
+    reading.angle = plc::nothingFoundAngle;
+    reading.tip = words + QLatin1Char(' ') + reason;
+    reading.test = trigger.source == Trigger::Test;
+    emit readingChanged(trigger.station, reading);
+    storeEnd(trigger, plc::nothingFoundAngle, sent.delivered ? errorOf(failure) : CellError::NotSent,
+             reading.tip.trimmed());
 }
 
-void ResultHandler::answer(int station, const TaskResult& result)
+void ResultHandler::onRefused(const Trigger& trigger, Refusal refusal)
 {
-    const QPointF machine = reply(station, result);
-    store(station, result);
-    emit sgShowImg(station, result.image);
-    emit sgShowLog(station, resultLine(result, machine));
-    emit readingChanged(station, {result.angle < plc::kNothingFoundAngle, result.angle, machine.x(), machine.y(),
-                                  result.tip, result.taskTime});
+    const bool overrun = refusal == Refusal::Overrun;
+    storeEnd(trigger, plc::refusedAngle, overrun ? CellError::Overrun : CellError::NoModel, {});
 }
 
-/// A result of no station is neither converted nor answered, only recorded and told.
-QPointF ResultHandler::reply(int station, const TaskResult& result)
+PlcLink::Sent ResultHandler::send(const Trigger& trigger, int station, double angle, const QPointF& machine)
 {
-    if (station == 0)
-        return {};
-    const QPointF machine = m_config.calibration(station).toMachine(result.center);
-    m_link.sendResult(station, result.angle, machine.x(), machine.y());
-    emit replied(station, result.taskTime);
-    return machine;
+    if (trigger.source == Trigger::Test)
+        return PlcLink::asSent(angle, machine.x(), machine.y());
+    return m_link.sendResult(station, angle, machine.x(), machine.y(), trigger.session);
+}
+
+void ResultHandler::refuse(const Part& part, const QString& reason)
+{
+    const TaskResult& result = part.result;
+    const PlcLink::Sent sent = send(part.trigger, part.station, plc::nothingFoundAngle, {});
+    emit replied(part.trigger, result.taskTime);
+    const QString words = sent.delivered ? reason : StationLog::lineGone();
+    emit sgShowLog(part.station, m_log.noResult(result.taskName, words));
+    StationReading reading{false, plc::nothingFoundAngle, 0, 0, words, result.taskTime};
+    reading.test = part.trigger.source == Trigger::Test;
+    emit readingChanged(part.station, reading);
+    if (m_store && !reading.test)
+        m_store->saveSourceImage(part.station, result.taskName, result.originImage);
+}
+
+void ResultHandler::answer(const Part& part)
+{
+    const Verdict verdict = reply(part);
+    if (part.trigger.source != Trigger::Test)
+        store(part, verdict);
+    show(part, verdict);
+}
+
+/// A result of no station is neither converted nor answered, only recorded and shown.
+ResultHandler::Verdict ResultHandler::reply(const Part& part)
+{
+    Verdict verdict;
+    verdict.tip = part.result.tip;
+    verdict.sent = PlcLink::asSent(part.result.angle, 0, 0);
+    if (part.station == 0)
+        return verdict;
+    const QPointF machine = m_config.calibration(part.station).toMachine(part.result.center);
+    verdict.sent = send(part.trigger, part.station, part.result.angle, machine);
+    emit replied(part.trigger, part.result.taskTime);
+    verdict.good = verdict.sent.delivered && verdict.sent.carried;
+    if (!verdict.sent.delivered) {
+        verdict.error = CellError::NotSent;
+        verdict.tip = StationLog::lineGone().trimmed();
+    } else if (!verdict.sent.carried) {
+        verdict.error = CellError::NotCarried;
+        verdict.tip = tr("坐标超出范围，请检查标定");
+    }
+    if (part.result.angle < plc::noticeAngle)
+        emit calibrationJudged(part.station, verdict.sent.carried ? QString() : verdict.tip);
+    return verdict;
 }
 
 /// The result image goes first, since the row names its path.
-void ResultHandler::store(int station, const TaskResult& result)
+void ResultHandler::store(const Part& part, const Verdict& verdict)
 {
     if (!m_store)
         return;
-    const QString number = QString::number(station);
-    StationResult record;
-    record.angle = result.angle;
-    record.errorType = result.error;
+    const TaskResult& result = part.result;
+    StationResult record = emptyRecord(part.station, result.taskName);
+    record.angle = verdict.good ? result.angle : plc::nothingFoundAngle;
+    record.errorType = verdict.good ? result.error : static_cast<int>(verdict.error);
     record.matchScore = result.score * 100;
-    record.resultTip = result.tip;
-    record.threshBenchMark = QStringLiteral("%1_%2").arg(number, result.taskName);
-    record.stationName = QStringLiteral("Station_") + number;
-    record.value1 = m_store->saveResultImage(station, result.taskName, result.image);
-    record.value2 = record.threshBenchMark;
-    record.value3 = result.evidence;
-    m_store->saveSourceImage(station, result.taskName, result.originImage);
+    record.resultTip = verdict.tip;
+    record.value1 = m_store->saveResultImage(part.station, result.taskName, result.image);
+    record.value3 = withSent(result.evidence, part.trigger.plcIndex, verdict.sent);
+    m_store->saveSourceImage(part.station, result.taskName, result.originImage);
     m_store->insertResult(record);
+}
+
+void ResultHandler::storeEnd(const Trigger& trigger, double angle, CellError error, const QString& tip)
+{
+    if (!m_store || trigger.source == Trigger::Test)
+        return;
+    StationResult record = emptyRecord(trigger.station, trigger.model);
+    record.angle = angle;
+    record.errorType = static_cast<int>(error);
+    record.resultTip = tip;
+    record.value3 = withSent({}, trigger.plcIndex, {});
+    m_store->insertResult(record);
+}
+
+void ResultHandler::show(const Part& part, const Verdict& verdict)
+{
+    const TaskResult& result = part.result;
+    const PlcLink::Sent& sent = verdict.sent;
+    emit sgShowImg(part.station, result.image);
+    if (!sent.delivered)
+        emit sgShowLog(part.station, m_log.noResult(result.taskName, StationLog::lineGone()));
+    else
+        emit sgShowLog(part.station,
+                       m_log.result(result.taskName, verdict.good ? result.angle : sent.angle, {sent.x, sent.y}));
+    StationReading reading{
+        verdict.good && sent.angle < plc::noticeAngle, sent.angle, sent.x, sent.y, verdict.tip, result.taskTime};
+    reading.test = part.trigger.source == Trigger::Test;
+    emit readingChanged(part.station, reading);
 }

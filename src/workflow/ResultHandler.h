@@ -1,14 +1,15 @@
 #pragma once
 
-#include "workflow/TaskResult.h"
-
-#include <QObject>
+#include "common/TaskResult.h"
+#include "workflow/PlcLink.h"
+#include "workflow/StationLog.h"
+#include "workflow/Trigger.h"
 
 class IResultStore;
-class PlcLink;
 class ksGlobalConfig;
+struct StationResult;
 
-/// What a station's last result says, for its panel.
+/// What a station's last part got, for its panel: what was sent, not what was found.
 struct StationReading
 {
     bool found = false;
@@ -17,28 +18,45 @@ struct StationReading
     double y = 0;
     QString tip;
     double taskTime = 0; ///< milliseconds
+    bool test = false;   ///< a test's, which was answered to nobody
 };
 Q_DECLARE_METATYPE(StationReading)
 
-/// Turns an engine result into everything that the cell does with it: the reply first, then archive, record, picture
-/// and log line. GUI thread; nothing waits.
+/// What the cell itself has against an answer, as recorded in place of the engine's error code, whose are below 100.
+enum class CellError {
+    NoImage = 100,
+    Overdue = 101,
+    NoResult = 102,
+    NotSent = 103,     ///< the line of the part's trigger is gone
+    NoModel = 104,     ///< refused: the PLC's index has no model
+    Overrun = 105,     ///< refused: too many triggers wait
+    NotCarried = 106,  ///< found, and a frame cannot carry where
+    Calibration = 107, ///< found, and the station's calibration cannot be right
+};
+
+/// Turns the end of a trigger into everything that the cell does with it: the reply first, then archive, record,
+/// picture and log line. What was sent is what all of these get. GUI thread; nothing waits.
 class ResultHandler : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `config` and `link` outlive the handler.
-    ResultHandler(const ksGlobalConfig& config, PlcLink& link, QObject* parent = nullptr);
+    /// All outlive the handler.
+    ResultHandler(const ksGlobalConfig& config, PlcLink& link, const Scheduler& scheduler, QObject* parent = nullptr);
 
     /// Where images and records go; null for nowhere.
     void setStore(IResultStore* store) { m_store = store; }
 
 public slots:
-    void onResult(const QVariantMap& map);
+    void onResult(const Trigger& trigger, const QVariantMap& map);
+    /// There is no result and will be none: 361 to the PLC, with the reason everywhere.
+    void onFailed(const Trigger& trigger, Failure failure, const QString& reason);
+    /// The trigger was refused, and is only recorded here.
+    void onRefused(const Trigger& trigger, Refusal refusal);
 
 signals:
     /// The PLC has its answer. `taskTime`: the engine's milliseconds.
-    void replied(int station, double taskTime);
+    void replied(const Trigger& trigger, double taskTime);
     /// A picture for the station's view.
     void sgShowImg(int station, const QImage& image);
     /// A picture of which there is no result, for the view of the station with that solution.
@@ -47,17 +65,38 @@ signals:
     void sgShowLog(int station, const QString& text);
     /// What was answered, for the station's panel.
     void readingChanged(int station, const StationReading& reading);
+    /// What keeps the found places of a station from being sent; empty when nothing does.
+    void calibrationJudged(int station, const QString& problem);
 
 private:
+    /// One part on its way out.
+    struct Part
+    {
+        const Trigger& trigger;
+        int station; ///< 0: the result names another solution than the trigger's
+        TaskResult result;
+    };
+    struct Verdict
+    {
+        PlcLink::Sent sent;
+        CellError error = CellError::NoResult; ///< meaningful unless `good`
+        QString tip;
+        bool good = true; ///< what the engine says was sent
+    };
+
     /// A result that holds no answer: 361 to the PLC, the reason to the panel, the source image to the archive.
-    void refuse(int station, const TaskResult& result, const char* reason);
+    void refuse(const Part& part, const QString& reason);
     /// Everything else; the reply goes first.
-    void answer(int station, const TaskResult& result);
-    /// The machine coordinates that were sent.
-    QPointF reply(int station, const TaskResult& result);
-    void store(int station, const TaskResult& result);
+    void answer(const Part& part);
+    Verdict reply(const Part& part);
+    PlcLink::Sent send(const Trigger& trigger, int station, double angle, const QPointF& machine);
+    void store(const Part& part, const Verdict& verdict);
+    /// A row without a result.
+    void storeEnd(const Trigger& trigger, double angle, CellError error, const QString& tip);
+    void show(const Part& part, const Verdict& verdict);
 
     const ksGlobalConfig& m_config;
     PlcLink& m_link;
+    const StationLog m_log;
     IResultStore* m_store = nullptr;
 };

@@ -1,35 +1,46 @@
 #pragma once
 
-#include <QDeadlineTimer>
+#include "workflow/StationLog.h"
+#include "workflow/Trigger.h"
+
 #include <QObject>
 
 #include <functional>
+#include <limits>
 
 class IStation;
 class IZdCtrl;
 class PlcLink;
+class Scheduler;
 class ksGlobalConfig;
 
 /// Decides what a model-index frame and a trigger frame set going: switches the stations' models, filters triggers,
-/// starts captures or refuses them. GUI thread; nothing waits.
+/// accepts them or refuses them. GUI thread; nothing waits.
 class TriggerDispatch : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Starts a capture with the camera of that key; returns at once.
-    using Capture = std::function<void(const QString& cameraKey)>;
+    /// Takes a trigger on; false when too many of its station wait.
+    using Accept = std::function<bool(const Trigger& trigger)>;
 
-    /// `config` and `link` outlive the dispatch.
-    TriggerDispatch(ksGlobalConfig& config, PlcLink& link, Capture capture, QObject* parent = nullptr);
+    /// All but `accept` outlive the dispatch.
+    TriggerDispatch(ksGlobalConfig& config, PlcLink& link, const Scheduler& scheduler, Accept accept,
+                    QObject* parent = nullptr);
 
     /// The controller comes later in the start-up than this object; until then model frames switch nothing.
     void setController(IZdCtrl* controller) { m_controller = controller; }
+
+    /// A table of PLC indices, or a station's solution, is another now: the next model frame is looked up even when it
+    /// repeats the last one.
+    void forgetLastIndices();
 
 public slots:
     void onModelIndices(int index1, int index2);
     /// A trigger of station 1 or 2; any other is ignored.
     void onTrigger(int station);
+    /// A picture for a test, with the station's run model: neither filtered nor refused, and answered to nobody.
+    void onTestTrigger(int station);
 
 signals:
     /// A line for the station's log panel.
@@ -38,10 +49,8 @@ signals:
     void sgSystemLog(const QString& text);
     /// The station's model was switched.
     void sgSelModel(int station, const QString& model);
-    /// A trigger was taken and the camera asked for an image.
-    void captureStarted(int station);
-    /// A trigger was refused; `answered` tells whether the PLC got the 999 reply.
-    void captureRefused(int station, bool answered);
+    /// A trigger was refused; `answered`: the PLC got the 999 reply.
+    void captureRefused(const Trigger& trigger, Refusal refusal, bool answered);
 
 private:
     struct StationState
@@ -49,25 +58,29 @@ private:
         qint32 plcIndex = 0; ///< the last one accepted
         QString model;       ///< of that index; empty when it has none
         bool modelValid = false;
-        QDeadlineTimer filter{0}; ///< triggers are dropped until it expires
+        qint64 filteredUntil = std::numeric_limits<qint64>::min(); ///< nanoseconds; triggers before are dropped
     };
 
     StationState& state(int station) { return m_states[station - 1]; }
-    /// What the index asks for at one station; `changed` below: it is another than before.
+    /// What the index asks for at one station.
     void switchModel(int station, const IStation& target, qint32 index);
     void modelMissing(int station, qint32 index, bool changed);
-    void modelFound(int station, qint32 index, bool changed);
     /// Also starts the filter time of a trigger that is taken.
     bool isFiltered(int station);
     /// Offline, and without the protection, every trigger may.
     bool mayCapture(int station);
-    void capture(int station);
-    /// Tells why on the panel and in the log; the PLC gets 999 unless its index is a cleared one.
-    void refuse(int station);
+    /// A trigger of this moment.
+    Trigger triggerOf(int station, Trigger::Source source);
+    /// Says why on the panel and in the log; the PLC gets 999 unless its index is a cleared one.
+    void refuse(Trigger trigger);
+    /// More wait than can be answered in time.
+    void refuseOverrun(const Trigger& trigger);
 
     ksGlobalConfig& m_config;
     PlcLink& m_link;
-    Capture m_capture;
+    const Scheduler& m_scheduler;
+    const StationLog m_log;
+    Accept m_accept;
     IZdCtrl* m_controller = nullptr;
     StationState m_states[2];
     int m_lastIndices[2] = {-1, -1};

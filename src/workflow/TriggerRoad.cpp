@@ -1,26 +1,61 @@
 #include "workflow/TriggerRoad.h"
 
+#include "platform/Memory.h"
+
 #include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
+#include <valvecell/IEngine.h>
 #include <valvecell/IImageWatch.h>
+#include <valvecell/ISerialSession.h>
+#include <valvecell/ResultKeys.h>
+
+#include <QLoggingCategory>
+
+namespace {
+
+/// For those who measure; off by default.
+Q_LOGGING_CATEGORY(road, "valvecell.road", QtWarningMsg)
+
+/// What a camera reports when a trigger stays without an image.
+const QStringList& noImageTopics()
+{
+    static const QStringList topics{QStringLiteral("noImage"), QStringLiteral("triggerDropped"),
+                                    QStringLiteral("unknownCamera"), QStringLiteral("cameraUnusable")};
+    return topics;
+}
+
+} // namespace
 
 /// What comes from the relay is queued, since modules call on threads of their own; all else is a plain call.
-TriggerRoad::TriggerRoad(ksGlobalConfig& config, TriggerDispatch::Capture capture)
+TriggerRoad::TriggerRoad(ksGlobalConfig& config, Scheduler& scheduler, TriggersInHand::Deadline deadline)
     : m_relay(std::make_shared<ModuleRelay>())
-    , m_dispatch(config, m_link, std::move(capture))
-    , m_router(config, [relay = m_relay](const QVariantMap& result) { emit relay->taskFinished(result); })
-    , m_results(config, m_link)
+    , m_scheduler(scheduler)
+    , m_inHand(
+          scheduler, std::move(deadline), [this](const QString& key) { capture(key); },
+          [this](const Trigger& trigger, const QImage& image) { inspect(trigger, image); })
+    , m_dispatch(config, m_link, scheduler, [this](const Trigger& trigger) { return m_inHand.accept(trigger); })
+    , m_results(config, m_link, scheduler)
 {
+    connectStages();
+}
+
+void TriggerRoad::connectStages()
+{
+    const ModuleRelay* const relay = m_relay.get();
+    QObject::connect(relay, &ModuleRelay::imageReceived, &m_inHand, &TriggersInHand::onImage, Qt::QueuedConnection);
+    QObject::connect(relay, &ModuleRelay::noImage, &m_inHand, &TriggersInHand::onNoImage, Qt::QueuedConnection);
+    QObject::connect(relay, &ModuleRelay::taskFinished, &m_inHand, &TriggersInHand::onResult, Qt::QueuedConnection);
+
     QObject::connect(&m_link, &PlcLink::modelIndexReceived, &m_dispatch, &TriggerDispatch::onModelIndices);
     QObject::connect(&m_link, &PlcLink::triggerReceived, &m_dispatch, &TriggerDispatch::onTrigger);
-    QObject::connect(m_relay.get(), &ModuleRelay::imageReceived, &m_router, &ImageRouter::onImage,
-                     Qt::QueuedConnection);
-    QObject::connect(m_relay.get(), &ModuleRelay::taskFinished, &m_results, &ResultHandler::onResult,
-                     Qt::QueuedConnection);
-
-    QObject::connect(&m_dispatch, &TriggerDispatch::captureStarted, &m_timer, &RoadTimer::onCaptureStarted);
-    QObject::connect(&m_router, &ImageRouter::imageArrived, &m_timer, &RoadTimer::onImageArrived);
-    QObject::connect(&m_results, &ResultHandler::replied, &m_timer, &RoadTimer::onReplied);
+    QObject::connect(&m_dispatch, &TriggerDispatch::captureRefused, &m_results, &ResultHandler::onRefused);
+    QObject::connect(&m_inHand, &TriggersInHand::finished, &m_results, &ResultHandler::onResult);
+    QObject::connect(&m_inHand, &TriggersInHand::failed, &m_results, &ResultHandler::onFailed);
+    QObject::connect(&m_results, &ResultHandler::replied, [this](const Trigger& trigger, double engineMs) {
+        qCDebug(road, "station=%d engine_ms=%.3f capture_ms=%.3f total_ms=%.3f rss_kib=%lld", trigger.station, engineMs,
+                (trigger.imageNs - trigger.acceptedNs) / 1e6, (m_scheduler.elapsedNs() - trigger.acceptedNs) / 1e6,
+                platform::residentMemoryKiB());
+    });
 }
 
 ICoreCtrl::ImageCallback TriggerRoad::imageCallback() const
@@ -28,17 +63,47 @@ ICoreCtrl::ImageCallback TriggerRoad::imageCallback() const
     return [relay = m_relay](const QString& key, const QImage& image) { emit relay->imageReceived(key, image); };
 }
 
-ISerialPort::ReceiveCallback TriggerRoad::frameCallback() const
+/// The value is the camera's key alone, or a map of "camera" and "message".
+ICoreCtrl::NotificationCallback TriggerRoad::cameraCallback() const
 {
-    return [relay = m_relay](SComFrame frame) { emit relay->frameReceived(frame); };
+    return [relay = m_relay](const QString& topic, const QVariant& value) {
+        if (!noImageTopics().contains(topic))
+            return;
+        const QVariantMap map = value.toMap();
+        const QString key = map.isEmpty() ? value.toString() : map.value(QStringLiteral("camera")).toString();
+        emit relay->noImage(key, map.value(QStringLiteral("message")).toString());
+    };
 }
 
-void TriggerRoad::setModules(IEngine* engine, IDesigner* designer)
+ISerialPort::ReceiveCallback TriggerRoad::frameCallback(const ISerialPort* port) const
 {
-    m_router.setEngine(engine);
-    QObject::disconnect(m_watch);
+    const auto* sessions = extensionOf<ISerialSession>(const_cast<ISerialPort*>(port));
+    return [relay = m_relay, sessions](SComFrame frame) {
+        emit relay->frameReceived(frame, sessions ? sessions->session() : 1);
+    };
+}
+
+void TriggerRoad::setModules(ICoreCtrl* cameras, IEngine* engine, IDesigner* designer)
+{
+    m_cameras = cameras;
+    m_engine = engine;
     if (auto* watch = extensionOf<IImageWatch>(designer)) {
         const auto show = [watch](const QString& key, const QImage& image) { watch->imageCaptured(key, image); };
-        m_watch = QObject::connect(m_relay.get(), &ModuleRelay::imageReceived, &m_router, show, Qt::QueuedConnection);
+        QObject::connect(m_relay.get(), &ModuleRelay::imageReceived, &m_inHand, show, Qt::QueuedConnection);
     }
+}
+
+void TriggerRoad::capture(const QString& cameraKey)
+{
+    if (m_cameras)
+        m_cameras->trigger({cameraKey});
+}
+
+void TriggerRoad::inspect(const Trigger& trigger, const QImage& image)
+{
+    const auto finished = [relay = m_relay, number = trigger.number](const QVariantMap& result) {
+        emit relay->taskFinished(number, result);
+    };
+    if (m_engine)
+        m_engine->runTask({{QLatin1String(ResultKeys::originImage), image}}, trigger.solution, trigger.model, finished);
 }

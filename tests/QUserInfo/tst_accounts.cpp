@@ -1,6 +1,7 @@
 #include "accounts/IdleWatch.h"
 #include "accounts/PasswordHash.h"
 #include "accounts/UserSession.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <QtTest>
@@ -13,8 +14,8 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-const QString kFile = QStringLiteral("/user/users.json");
-const QString kPassword = QStringLiteral("Pass-wörd 密码");
+const QString userFile = QStringLiteral("/user/users.json");
+const QString goodPassword = QStringLiteral("Pass-wörd 密码");
 
 /// A session in a home of its own, asked synchronously.
 class Cell
@@ -22,7 +23,7 @@ class Cell
 public:
     TempHome home;
     QObject context;
-    std::unique_ptr<UserSession> session = std::make_unique<UserSession>(home.path(kFile));
+    std::unique_ptr<UserSession> session = std::make_unique<UserSession>(home.path(userFile));
 
     static UserSession::Done into(QString* answer)
     {
@@ -41,11 +42,11 @@ public:
     }
     QString createAdministrator(const QString& name)
     {
-        return ask([&](const auto& done) { session->createAdministrator(name, kPassword, &context, done); });
+        return ask([&](const auto& done) { session->createAdministrator(name, goodPassword, &context, done); });
     }
     QString addUser(const QString& name, Role role)
     {
-        return ask([&](const auto& done) { session->addUser(name, role, kPassword, &context, done); });
+        return ask([&](const auto& done) { session->addUser(name, role, goodPassword, &context, done); });
     }
     QString resetPassword(const QString& name, const QString& password)
     {
@@ -105,54 +106,50 @@ private slots:
         QCOMPARE(cell.createAdministrator(QStringLiteral("张工")), QString());
         QCOMPARE(cell.session->userName(), QStringLiteral("张工"));
         QCOMPARE(cell.session->role(), Role::Administrator);
-        QCOMPARE(QFileInfo(cell.home.path(kFile)).permissions() & (QFile::ReadGroup | QFile::ReadOther), 0);
-        const QByteArray file = cell.home.read(kFile);
-        QVERIFY(file.contains("$argon2id$") && !file.contains(kPassword.toUtf8()));
+        QCOMPARE(QFileInfo(cell.home.path(userFile)).permissions() & (QFile::ReadGroup | QFile::ReadOther), 0);
+        const QByteArray file = cell.home.read(userFile);
+        QVERIFY(file.contains("$argon2id$") && !file.contains(goodPassword.toUtf8()));
         QVERIFY(cell.createAdministrator("second").contains(QStringLiteral("已经有用户")));
 
-        UserSession restarted(cell.home.path(kFile));
+        UserSession restarted(cell.home.path(userFile));
         QCOMPARE(restarted.role(), Role::None);
         QCOMPARE(restarted.users().accounts().size(), 1);
     }
 
     void damagedUserFileLetsNobodyInAndStaysAsItIs_data()
     {
-        QTest::addColumn<QByteArray>("users");
-        QTest::addColumn<QString>("place");
-        const QByteArray hash = PasswordHash::make(kPassword);
+        const QByteArray hash = PasswordHash::make(goodPassword);
         const QByteArray good = userEntry("boss", "administrator", hash);
         const auto file = [](const QByteArray& entries) -> QByteArray { return R"({"users":[)" + entries + "]}"; };
-        QTest::newRow("empty") << QByteArray("") << "line 1";
-        QTest::newRow("cut off") << file(good).chopped(3) << "line 1";
-        QTest::newRow("list") << QByteArray("[]") << "top level";
-        QTest::newRow("no users") << QByteArray("{}") << "no administrator";
-        QTest::newRow("wrong type") << QByteArray(R"({"users":"boss"})") << "no administrator";
-        QTest::newRow("no administrator") << file(userEntry("op", "operator", hash)) << "no administrator";
-        QTest::newRow("blank password") << file(good + ',' + userEntry("op", "operator", "")) << "users[1].password";
-        QTest::newRow("unknown role") << file(userEntry("boss", "root", hash)) << "users[0].role";
-        QTest::newRow("number for a name") << file(good + R"(,{"name":7})") << "users[1].name";
-        QTest::newRow("same name twice") << file(good + ',' + userEntry("ＢＯＳＳ", "operator", hash))
-                                         << "users[1].name";
-        QByteArray costly = hash;
-        costly.replace("m=65536", "m=9999999");
-        QTest::newRow("check that would eat all memory")
-            << file(userEntry("boss", "administrator", costly)) << "users[0].password";
+        const QByteArray costly = QByteArray(hash).replace("m=65536", "m=9999999");
+        Table::of<QByteArray, QString>(
+            {{"empty", "", "line 1"},
+             {"cut off", file(good).chopped(3), "line 1"},
+             {"list", "[]", "top level"},
+             {"no users", "{}", "no administrator"},
+             {"wrong type", R"({"users":"boss"})", "no administrator"},
+             {"no administrator", file(userEntry("op", "operator", hash)), "no administrator"},
+             {"blank password", file(good + ',' + userEntry("op", "operator", "")), "users[1].password"},
+             {"unknown role", file(userEntry("boss", "root", hash)), "users[0].role"},
+             {"number for a name", file(good + R"(,{"name":7})"), "users[1].name"},
+             {"same name twice", file(good + ',' + userEntry("ＢＯＳＳ", "operator", hash)), "users[1].name"},
+             {"check that would eat all memory", file(userEntry("boss", "administrator", costly)),
+              "users[0].password"}});
     }
     void damagedUserFileLetsNobodyInAndStaysAsItIs()
     {
-        QFETCH(QByteArray, users);
-        QFETCH(QString, place);
+        const auto [users, place] = Table::row<QByteArray, QString>();
         Cell cell;
-        cell.home.write(kFile, users);
+        cell.home.write(userFile, users);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^user file .*users.json"));
         QCOMPARE(cell.session->reload(), UserStore::Damaged);
         const QString damage = cell.session->users().damage();
-        QVERIFY2(damage.contains(cell.home.path(kFile)) && damage.contains(place), qPrintable(damage));
-        QCOMPARE(cell.logIn("boss", kPassword), damage);
+        QVERIFY2(damage.contains(cell.home.path(userFile)) && damage.contains(place), qPrintable(damage));
+        QCOMPARE(cell.logIn("boss", goodPassword), damage);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^user file"));
         QCOMPARE(cell.createAdministrator("thief"), damage);
-        QCOMPARE(cell.home.read(kFile), users);
-        QCOMPARE(cell.home.keptAside(kFile), QStringList());
+        QCOMPARE(cell.home.read(userFile), users);
+        QCOMPARE(cell.home.keptAside(userFile), QStringList());
         QCOMPARE(cell.session->role(), Role::None);
     }
 
@@ -160,16 +157,16 @@ private slots:
     {
         Cell cell;
         QCOMPARE(cell.createAdministrator("boss"), QString());
-        const QByteArray good = cell.home.read(kFile);
-        cell.home.write(kFile, "{oops");
+        const QByteArray good = cell.home.read(userFile);
+        cell.home.write(userFile, "{oops");
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^user file"));
         QVERIFY(cell.addUser("op", Role::Operator).contains("users.json"));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^user file"));
-        QVERIFY(cell.resetPassword("boss", kPassword).contains("users.json"));
-        QCOMPARE(cell.home.read(kFile), QByteArray("{oops"));
-        cell.home.write(kFile, good);
+        QVERIFY(cell.resetPassword("boss", goodPassword).contains("users.json"));
+        QCOMPARE(cell.home.read(userFile), QByteArray("{oops"));
+        cell.home.write(userFile, good);
         QCOMPARE(cell.session->reload(), UserStore::Ready);
-        QCOMPARE(cell.logIn("boss", kPassword), QString());
+        QCOMPARE(cell.logIn("boss", goodPassword), QString());
     }
 
     void usersLogInWithTheirRole()
@@ -181,9 +178,9 @@ private slots:
         QVERIFY(cell.addUser("ENG", Role::Operator).contains(QStringLiteral("已存在")));
         cell.session->logOut();
         QCOMPARE(cell.session->userName(), QString());
-        QCOMPARE(cell.logIn(QStringLiteral(" 王 师傅"), kPassword), QString());
+        QCOMPARE(cell.logIn(QStringLiteral(" 王 师傅"), goodPassword), QString());
         QCOMPARE(cell.session->role(), Role::Operator);
-        QCOMPARE(cell.logIn("Eng", kPassword), QString());
+        QCOMPARE(cell.logIn("Eng", goodPassword), QString());
         QCOMPARE(cell.session->userName(), QStringLiteral("eng"));
         QCOMPARE(cell.session->role(), Role::Engineer);
     }
@@ -212,7 +209,7 @@ private slots:
             const QString first = cell.ask([&](const auto& done) {
                 cell.session->logIn(name, "wrong", &cell.context, [&, done](const QString& error) {
                     done(error);
-                    cell.session->logIn("boss", kPassword, &cell.context, Cell::into(&again));
+                    cell.session->logIn("boss", goodPassword, &cell.context, Cell::into(&again));
                 });
             });
             QCOMPARE(first, QStringLiteral("用户名或密码错误"));
@@ -231,11 +228,11 @@ private slots:
         QCOMPARE(cell.addUser("deputy", Role::Administrator), QString());
         QVERIFY2(cell.session->setRole("boss", Role::Engineer, &error), qPrintable(error));
         QCOMPARE(cell.session->role(), Role::Engineer);
-        QCOMPARE(cell.logIn("deputy", kPassword), QString());
+        QCOMPARE(cell.logIn("deputy", goodPassword), QString());
         QVERIFY2(cell.session->removeUser("boss", &error), qPrintable(error));
         QVERIFY(!cell.session->setRole("deputy", Role::Operator, &error));
         QVERIFY(!error.isEmpty());
-        QCOMPARE(UserSession(cell.home.path(kFile)).users().accounts().size(), 1);
+        QCOMPARE(UserSession(cell.home.path(userFile)).users().accounts().size(), 1);
     }
 
     void onlyAdministratorsManage()
@@ -243,26 +240,26 @@ private slots:
         Cell cell;
         QCOMPARE(cell.createAdministrator("boss"), QString());
         QCOMPARE(cell.addUser("eng", Role::Engineer), QString());
-        QCOMPARE(cell.logIn("eng", kPassword), QString());
-        const QByteArray before = cell.home.read(kFile);
+        QCOMPARE(cell.logIn("eng", goodPassword), QString());
+        const QByteArray before = cell.home.read(userFile);
         for (int i = 0; i < 2; ++i) {
             QString error;
             QVERIFY(!cell.addUser("friend", Role::Administrator).isEmpty());
-            QVERIFY(!cell.resetPassword("boss", kPassword + "2").isEmpty());
+            QVERIFY(!cell.resetPassword("boss", goodPassword + "2").isEmpty());
             QVERIFY(!cell.session->setRole("eng", Role::Administrator, &error));
             QVERIFY(!cell.session->removeUser("boss", &error));
             cell.session->logOut();
         }
-        QCOMPARE(cell.home.read(kFile), before);
+        QCOMPARE(cell.home.read(userFile), before);
     }
 
     void ownPasswordNeedsThePresentOne()
     {
         Cell cell;
         QCOMPARE(cell.createAdministrator("boss"), QString());
-        QVERIFY(cell.changeOwnPassword(kPassword, "short").contains("8"));
-        QCOMPARE(cell.changeOwnPassword(kPassword, "another one"), QString());
-        QCOMPARE(cell.changeOwnPassword("another one", kPassword), QString());
+        QVERIFY(cell.changeOwnPassword(goodPassword, "short").contains("8"));
+        QCOMPARE(cell.changeOwnPassword(goodPassword, "another one"), QString());
+        QCOMPARE(cell.changeOwnPassword("another one", goodPassword), QString());
         QCOMPARE(cell.changeOwnPassword("another one", "a third one"), QStringLiteral("现在的密码错误"));
         QVERIFY(cell.session->wait().count() > 0);
     }
@@ -272,18 +269,18 @@ private slots:
         Cell cell;
         QCOMPARE(cell.createAdministrator("boss"), QString());
         cell.session->logOut();
-        const QByteArray before = cell.home.read(kFile);
+        const QByteArray before = cell.home.read(userFile);
         auto dialog = std::make_unique<QObject>();
         int answers = 0;
         const auto count = [&](const QString&) { ++answers; };
-        cell.session->logIn("boss", kPassword, dialog.get(), count);
+        cell.session->logIn("boss", goodPassword, dialog.get(), count);
         dialog.reset();
-        cell.resetPassword("boss", kPassword); // answered after the log-in
+        cell.resetPassword("boss", goodPassword); // answered after the log-in
         QCOMPARE(cell.session->role(), Role::None);
         QCOMPARE(answers, 0);
-        QCOMPARE(cell.home.read(kFile), before);
+        QCOMPARE(cell.home.read(userFile), before);
 
-        cell.session->logIn("boss", kPassword, &cell.context, count);
+        cell.session->logIn("boss", goodPassword, &cell.context, count);
         cell.session.reset();
         QCoreApplication::sendPostedEvents();
         QCOMPARE(answers, 0);
@@ -291,32 +288,24 @@ private slots:
 
     void namesAndPasswordsAreChecked_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("password");
-        QTest::addColumn<bool>("good");
         const QString pass = QStringLiteral("longEnough");
-        QTest::newRow("plain") << "boss" << pass << true;
-        QTest::newRow("chinese") << QStringLiteral("张 工-2") << QStringLiteral("一二三四五六七八") << true;
-        QTest::newRow("longest") << QString(32, 'n') << QString(64, 'p') + QString(64, 'q') << true;
-        QTest::newRow("no name") << "" << pass << false;
-        QTest::newRow("blank name") << QStringLiteral("　") << pass << false;
-        QTest::newRow("apostrophe") << "O'Neil" << pass << false;
-        QTest::newRow("path") << "../boss" << pass << false;
-        QTest::newRow("line break") << "bo\nss" << pass << false;
-        QTest::newRow("name too long") << QString(33, 'n') << pass << false;
-        QTest::newRow("short") << "boss"
-                               << "1234567" << false;
-        QTest::newRow("blank") << "boss"
-                               << "          " << false;
-        QTest::newRow("the name") << "administrator"
-                                  << "Administrator" << false;
-        QTest::newRow("too long") << "boss" << QString(64, 'p') + QString(65, 'q') << false;
+        Table::of<QString, QString, bool>({{"plain", "boss", pass, true},
+                                           {"chinese", "张 工-2", "一二三四五六七八", true},
+                                           {"longest", QString(32, 'n'), QString(64, 'p') + QString(64, 'q'), true},
+                                           {"no name", "", pass, false},
+                                           {"blank name", "　", pass, false},
+                                           {"apostrophe", "O'Neil", pass, false},
+                                           {"path", "../boss", pass, false},
+                                           {"line break", "bo\nss", pass, false},
+                                           {"name too long", QString(33, 'n'), pass, false},
+                                           {"short", "boss", "1234567", false},
+                                           {"blank", "boss", "          ", false},
+                                           {"the name", "administrator", "Administrator", false},
+                                           {"too long", "boss", QString(64, 'p') + QString(65, 'q'), false}});
     }
     void namesAndPasswordsAreChecked()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, password);
-        QFETCH(bool, good);
+        const auto [name, password, good] = Table::row<QString, QString, bool>();
         const bool taken = AccountRules::nameProblem(name).isEmpty() &&
                            AccountRules::passwordProblem(name, password, password).isEmpty();
         QCOMPARE(taken, good);

@@ -24,7 +24,7 @@
 
 namespace {
 
-const QString kPassword = QStringLiteral("correct horse");
+const QString goodPassword = QStringLiteral("correct horse");
 
 IUserCtrl* createUserCtrl()
 {
@@ -121,8 +121,8 @@ struct Program
         QDialog* dialog = openDialog("NewUserDialog");
         QVERIFY(dialog);
         type(dialog, "nameEdit", "boss");
-        type(dialog, "passwordEdit", kPassword);
-        type(dialog, "againEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
+        type(dialog, "againEdit", goodPassword);
         okButton(dialog)->click();
         QTRY_COMPARE(users->state(), int(IUserCtrl::LoggedIn));
         QTRY_VERIFY(!openDialog("NewUserDialog"));
@@ -134,8 +134,8 @@ struct Program
         QVERIFY(dialog);
         type(dialog, "nameEdit", name);
         in<QComboBox>(dialog, "roleBox")->setCurrentText(role);
-        type(dialog, "passwordEdit", kPassword);
-        type(dialog, "againEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
+        type(dialog, "againEdit", goodPassword);
         okButton(dialog)->click();
         QTRY_VERIFY(!openDialog("NewUserDialog"));
     }
@@ -160,13 +160,13 @@ private slots:
         type(dialog, "nameEdit", "boss");
         type(dialog, "passwordEdit", "short");
         QVERIFY(message(dialog).contains("8"));
-        type(dialog, "passwordEdit", kPassword);
-        type(dialog, "againEdit", kPassword + "x");
+        type(dialog, "passwordEdit", goodPassword);
+        type(dialog, "againEdit", goodPassword + "x");
         QVERIFY(message(dialog).contains(QStringLiteral("不一致")));
         QVERIFY(!okButton(dialog)->isEnabled());
         QTest::keyClick(in<QLineEdit>(dialog, "againEdit"), Qt::Key_Return);
         QVERIFY(program.home.read("/user/users.json").isEmpty());
-        type(dialog, "againEdit", kPassword);
+        type(dialog, "againEdit", goodPassword);
         QVERIFY(okButton(dialog)->isEnabled());
         QTest::keyClick(in<QLineEdit>(dialog, "againEdit"), Qt::Key_Return);
         QTRY_COMPARE(program.changes.size(), 1);
@@ -192,7 +192,7 @@ private slots:
         QTRY_VERIFY(message(dialog).contains(QStringLiteral("请输入密码"))); // the wait is over
         program.users->showLogInDialog(&program.window);
         QCOMPARE(openDialog("LogInDialog"), dialog.data());
-        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
         QTest::keyClick(in<QLineEdit>(dialog, "passwordEdit"), Qt::Key_Return);
         QTRY_COMPARE(program.users->state(), int(IUserCtrl::LoggedIn));
         QTRY_VERIFY(!dialog);
@@ -205,7 +205,7 @@ private slots:
         program.users->logOut();
         program.users->showLogInDialog(&program.window);
         QDialog* dialog = openDialog("LogInDialog");
-        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
         dialog->reject();
         program.users->showLogInDialog(&program.window);
         QVERIFY(openDialog("LogInDialog") && openDialog("LogInDialog") != dialog);
@@ -221,7 +221,7 @@ private slots:
         QDialog* dialog = openDialog("LogInDialog");
         QVERIFY2(dialog, "never the dialog that creates an administrator");
         QVERIFY(message(dialog).contains(program.home.path("/user/users.json")));
-        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
         QVERIFY(!okButton(dialog)->isEnabled());
         QTRY_VERIFY(dialog->isActiveWindow());
         look(dialog, "quserinfo_damaged");
@@ -289,7 +289,7 @@ private slots:
         program.users->showLogInDialog(&program.window);
         QDialog* dialog = openDialog("LogInDialog");
         in<QComboBox>(dialog, "nameBox")->setCurrentText("op");
-        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
         okButton(dialog)->click();
         QTRY_COMPARE(program.users->currentUserName(), QStringLiteral("op"));
         QCOMPARE(program.changes.last(), QVariantList({QStringLiteral("op"), 1, int(IUserCtrl::LoggedIn)}));
@@ -356,7 +356,7 @@ private slots:
         program->users->logOut();
         program->users->showLogInDialog(&program->window);
         QPointer<QDialog> dialog = openDialog("LogInDialog");
-        type(dialog, "passwordEdit", kPassword);
+        type(dialog, "passwordEdit", goodPassword);
         okButton(dialog)->click();
         program->users.reset();
         QVERIFY(!dialog);

@@ -10,9 +10,11 @@
 #include <QElapsedTimer>
 #include <QLibrary>
 #include <QMutex>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
 #include <atomic>
 #include <ctime>
 #include <memory>
@@ -84,6 +86,14 @@ SComFrame reply(qint16 number)
     frame.command = 'F';
     frame.data[2] = number;
     return frame;
+}
+
+/// The baud rate that a terminal is set to, once its PLC has read something.
+QByteArray speedOf(const QString& device)
+{
+    QProcess stty;
+    stty.start("stty", {"-F", device, "speed"});
+    return stty.waitForFinished() ? stty.readAllStandardOutput().trimmed() : QByteArray();
 }
 
 double cpuSeconds()
@@ -207,6 +217,7 @@ private slots:
         Plc other;
         QVERIFY(!line->reopen(QString(), "115200") && !line->reopen(other.link(), "fast"));
         QVERIFY2(sendAndArrives(1), "the line stays when there can be no other");
+        QCOMPARE(speedOf(m_plc->device()), QByteArray("115200"));
         QVERIFY(line->reopen(other.link(), "115200"));
         QTRY_VERIFY(status().open && status().device == other.device());
         m_plc->send(7);
@@ -221,6 +232,7 @@ private slots:
         QVERIFY(line->reopen(m_plc->link(), "9600"));
         QTRY_VERIFY(status().open);
         QVERIFY(sendAndArrives(3));
+        QCOMPARE(speedOf(m_plc->device()), QByteArray("9600"));
         m_port->close();
         QVERIFY2(line->reopen(other.link(), "115200"), "from a closed port, too");
         QTRY_VERIFY(status().open);
@@ -269,6 +281,28 @@ private slots:
         QVERIFY(!status().open);
         QVERIFY(status().lastError.contains(name == "link" ? baud : name));
         m_port->close();
+    }
+
+    void jammedLineGivesFramesUpRatherThanSendingThemLate()
+    {
+        QVERIFY(openPort());
+        constexpr int frames = 6000; // more than the system's buffer takes
+        const SComFrame frame = reply(1);
+        for (int i = 0; i < frames; ++i)
+            m_port->send(&frame);
+        const QDeadlineTimer deadline(patienceMs);
+        while (status().framesOut + status().framesDropped < frames && !deadline.hasExpired())
+            QThread::msleep(1); // and the PLC reads nothing
+        const auto sent = static_cast<int>(status().framesOut);
+        QVERIFY(sent < frames);
+        const auto freshFrameArrives = [this] {
+            const SComFrame fresh = reply(2);
+            m_port->send(&fresh);
+            return !m_plc->received.isEmpty() && m_plc->received.last().data[2] == 2;
+        };
+        QTRY_VERIFY(freshFrameArrives());
+        const auto late = [](const SComFrame& one) { return one.data[2] == 1; };
+        QVERIFY(std::count_if(m_plc->received.begin(), m_plc->received.end(), late) < sent + 10);
     }
 
     void closedPortIsQuietWhileFramesStreamIn()

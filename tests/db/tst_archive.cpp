@@ -1,6 +1,7 @@
 #include "SmallDisk.h"
 #include "db/archive/ImageArchive.h"
 #include "db/archive/SaveImgThread.h"
+#include "support/ManualScheduler.h"
 #include "support/Table.h"
 
 #include <QtTest>
@@ -76,12 +77,10 @@ private slots:
 
     void clockIsSetBackAnHour()
     {
-        QDateTime now = noon;
-        ImageArchive::Rules rules;
-        rules.clock = [&now] { return now; };
+        ImageArchive::Rules rules = rulesAt(noon);
         ImageArchive archive(m_home->path(), rules);
         for (const int hours : {0, -1, 0}) { // back, and once more past the same moment
-            now = noon.addSecs(hours * 3600);
+            m_clock.set(noon.addSecs(hours * 3600));
             saveParts(archive, 1);
             QTRY_COMPARE(archive.waiting(), 0);
         }
@@ -200,12 +199,14 @@ private slots:
     }
 
 private:
-    ImageArchive::Rules rulesAt(const QDateTime& time) const
+    ImageArchive::Rules rulesAt(const QDateTime& time)
     {
+        m_clock.set(time);
         ImageArchive::Rules rules;
-        rules.clock = [time] { return time; };
+        rules.scheduler = &m_clock;
         return rules;
     }
+    SetClock m_clock{QDateTime()};
     QScopedPointer<QTemporaryDir> m_home;
 };
 

@@ -1,10 +1,14 @@
 #include "OtherProgram.h"
 #include "SmallDisk.h"
 #include "db/ResultRecorder.h"
+#include "platform/FileFlush.h"
+#include "support/ManualScheduler.h"
 #include "support/Table.h"
 
 #include <QImage>
 #include <QtTest>
+
+#include <atomic>
 
 namespace {
 
@@ -62,7 +66,7 @@ struct Warnings
 } // namespace
 
 /// Recording goes on whatever happens to the file and its disk.
-class tst_recordfaults : public QObject
+class RecordFaultsTest : public QObject
 {
     Q_OBJECT
 
@@ -128,7 +132,8 @@ private slots:
     void anotherProgramWritesForAWhile()
     {
         ResultRecorder::Rules rules = fastRules();
-        rules.clock = [] { return noon; };
+        SetClock clock(noon);
+        rules.scheduler = &clock;
         Recording cell(file(), rules);
         OtherProgram other(file());
         QVERIFY(other.run("BEGIN IMMEDIATE"));
@@ -232,15 +237,30 @@ private slots:
 
     void clockIsSetBackAnHour()
     {
-        QDateTime now = noon;
+        SetClock clock(noon);
         ResultRecorder::Rules rules;
-        rules.clock = [&now] { return now; };
+        rules.scheduler = &clock;
         Recording cell(file(), rules);
         cell.record(1);
-        now = now.addSecs(-3600);
+        clock.set(noon.addSecs(-3600));
         cell.record(2);
         QCOMPARE(recorded(), numbers(1, 2));
         QCOMPARE(OtherProgram(file()).column("select value3 from RltTable order by time"), (QStringList{"2", "1"}));
+    }
+
+    void everyRowIsFlushedToTheDiskBesideTheCell()
+    {
+        std::atomic<int> flushes{0};
+        Recording cell(file());
+        cell.database.setFlush([&](const QString& path) {
+            flushes += path == file() + "-wal" ? 1 : 0;
+            return platform::flushFile(path);
+        });
+        cell.record(1);
+        QTRY_COMPARE(int(flushes), 1);
+        cell.record(2);
+        cell.database.close(); // at the latest
+        QCOMPARE(int(flushes), 2);
     }
 
     void processIsKilledInMidProductionFiftyTimes()
@@ -285,5 +305,5 @@ private:
     QStringList recorded() const { return OtherProgram(file()).column("select value3 from RltTable order by uid"); }
 };
 
-QTEST_GUILESS_MAIN(tst_recordfaults)
+QTEST_GUILESS_MAIN(RecordFaultsTest)
 #include "tst_recordfaults.moc"

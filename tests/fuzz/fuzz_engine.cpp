@@ -1,6 +1,6 @@
 #include "ModelTeacher.h"
+#include "ModelTrials.h"
 #include "Task.h"
-#include "TrialStages.h"
 #include "finder/ImageConversion.h"
 
 #include <valvecell/ResultKeys.h>

@@ -1,5 +1,3 @@
-#include "graphics/BandRenderer.h"
-#include "graphics/ImageHalver.h"
 #include "graphics/ImagePyramid.h"
 #include "graphics/SmoothScaler.h"
 #include "graphics/ViewOverlay.h"
@@ -67,7 +65,7 @@ private slots:
         const QImage image = noise(size.width(), size.height(), format);
         const QRect target = toDevice.mapRect(QRectF(QPointF(), QSizeF(size))).toAlignedRect();
         QImage whole(target.size(), QImage::Format_RGB32);
-        SmoothScaler(image, toDevice, target, SmoothScaler::Any).render(whole, 0);
+        SmoothScaler(image, toDevice, target, SmoothScaler::Portable).render(whole, 0);
         QImage same(target.size(), QImage::Format_RGB32);
         SmoothScaler(image, toDevice, target).render(same, 0);
         QCOMPARE(same, whole);
@@ -90,35 +88,21 @@ private slots:
         QCOMPARE(part, whole.copy(target.width() / 2, third, part.width(), part.height()));
     }
 
-    void bandsCoverThePictureWhoeverRendersThem()
-    {
-        for (int round = 0; round < 200; ++round) {
-            const QSize size(50, 1 + 7 * round);
-            QVector<int> drawn(size.height());
-            const auto render = [](QImage& band, int first) {
-                for (int y = 0; y < band.height(); ++y)
-                    std::fill_n(reinterpret_cast<QRgb*>(band.scanLine(y)), band.width(), 0xff000000u + first + y);
-            };
-            renderInBands(size, render, [&](const QImage& band, int top) {
-                for (int y = 0; y < band.height(); ++y)
-                    drawn[top + y] += band.pixel(49, y) == 0xff000000u + top + y ? 1 : -100;
-            });
-            QCOMPARE(drawn, QVector<int>(size.height(), 1));
-        }
-    }
-
-    void halfIsTheMeanOfFour_data()
+    void levelIsTheMeanOfFourPixelsOfTheOneBefore_data()
     {
         Table::of<QImage::Format>({{"gray", QImage::Format_Grayscale8}, {"color", QImage::Format_RGB32}});
     }
 
-    void halfIsTheMeanOfFour()
+    void levelIsTheMeanOfFourPixelsOfTheOneBefore()
     {
         const auto [format] = Table::row<QImage::Format>();
         QImage image(3, 3, format); // odd both ways
         for (int i = 0; i < 9; ++i)
             image.setPixelColor(i % 3, i / 3, QColor(20 * i, 20 * i, 20 * i));
-        const QImage half = halved(image);
+        ImagePyramid pyramid;
+        pyramid.setImage(image);
+        QTRY_COMPARE(pyramid.levelFor(0.5), 1);
+        const QImage half = pyramid.level(1);
         QCOMPARE(half.size(), QSize(2, 2));
         QCOMPARE(half.pixelColor(0, 0).green(), 40);  // 0 20 60 80
         QCOMPARE(half.pixelColor(1, 0).green(), 70);  // 40 100

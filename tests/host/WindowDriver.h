@@ -1,9 +1,14 @@
 #pragma once
 
+#include "dialogs/DialogDriver.h"
+#include "host/CMainWin.h"
 #include "support/TempHome.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 
@@ -61,3 +66,44 @@ inline void writeStations(const TempHome& home, int count)
     writeSolutions(home, names);
     home.write("/user/globalConfig.json", "{" + keys.join(',').toUtf8() + "}");
 }
+
+/// The program in a home of its own, operated by its actions.
+struct Program
+{
+    TempHome home;
+    std::unique_ptr<CMainWin> window;
+
+    void start()
+    {
+        writeStations(home, 2);
+        const BoxPresser noPort(QMessageBox::Yes);
+        window = std::make_unique<CMainWin>();
+        window->show();
+    }
+    void act(const char* action) const { window->findChild<QAction*>(action)->trigger(); }
+
+    /// The dialog of that class, if it is on the screen.
+    template <typename Dialog = QDialog>
+    Dialog* open(const char* className) const
+    {
+        const auto all = QApplication::topLevelWidgets();
+        for (QWidget* widget : all) {
+            if (widget->isVisible() && widget->inherits(className))
+                return static_cast<Dialog*>(widget);
+        }
+        return nullptr;
+    }
+    /// By the dialog that is open.
+    void createAdministrator() const
+    {
+        const QPointer<QDialog> first = open("NewUserDialog");
+        QVERIFY(first);
+        const DialogDriver driver(*first);
+        driver.type("nameEdit", "boss");
+        driver.type("passwordEdit", "correct horse");
+        driver.type("againEdit", "correct horse");
+        first->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        QTRY_VERIFY(!first || !first->isVisible());
+    }
+    bool isBannerShown() const { return window->findChild<QWidget*>("registerBanner")->isVisible(); }
+};

@@ -1,53 +1,27 @@
 #include "WindowDriver.h"
-#include "dialogs/DialogDriver.h"
+#include "db/log/LogLine.h"
 #include "dialogs/cameras/QCameraManagerUI.h"
 #include "dialogs/cameras/QCameraSettingsUI.h"
 #include "dialogs/devices/QDeviceManagerUI.h"
-#include "host/DeviceActions.h"
-#include "modules/ModuleSet.h"
+#include "panels/ReadoutTile.h"
 
-#include <valvecell/ISerialPort.h>
-#include <valvecell/IUserCtrl.h>
-
-#include <QMainWindow>
 #include <QTableWidget>
 
 namespace {
 
-/// A window with the real modules.
-struct Cell
+QStringList s_logged;
+
+void keepLine(int, const char* message, int length)
 {
-    TempHome home;
-    QMainWindow window;
-    ModuleSet modules;
-    DeviceActions* actions = new DeviceActions(&window, modules);
-    std::unique_ptr<ISerialPort> port;
-    std::unique_ptr<IUserCtrl> users;
+    s_logged << QString::fromUtf8(message, length);
+}
 
-    Cell()
-    {
-        writeStations(home, 2);
-        QImage image(64, 48, QImage::Format_Grayscale8);
-        image.fill(90);
-        image.save(home.path("/images/1/a.bmp"));
-        const QString fatal = modules.start([](const QString&, const QImage&) {});
-        if (!fatal.isEmpty())
-            qFatal("%s", qPrintable(fatal));
-        port.reset(modules.createSerialPort());
-        users.reset(modules.createUserCtrl());
-        actions->setSerialPort(port.get());
-    }
-
-    template <typename Dialog>
-    Dialog& open(const char* action)
-    {
-        actions->trigger(QLatin1String(action));
-        auto* dialog = window.findChild<Dialog*>();
-        if (!dialog || !dialog->isVisible())
-            qFatal("%s shows nothing", action);
-        return *dialog;
-    }
-};
+QImage grayPicture()
+{
+    QImage image(640, 480, QImage::Format_Grayscale8);
+    image.fill(90);
+    return image;
+}
 
 } // namespace
 
@@ -56,10 +30,12 @@ class DeviceActionsTest : public QObject
     Q_OBJECT
 
 private slots:
-    void everyBundledModuleTellsItsFileAndVersion()
+    void everyBundledModuleShowsItsFileAndVersion()
     {
-        Cell cell;
-        const DialogDriver hand(cell.open<QDeviceManagerUI>("actionDevice"));
+        Program program;
+        program.start();
+        program.act("actionDevice");
+        const DialogDriver hand(*program.open<QDeviceManagerUI>("QDeviceManagerUI"));
         auto* modules = hand.get<QTableWidget>("modules");
         QCOMPARE(modules->rowCount(), 5);
         for (int row = 0; row < 5; ++row) {
@@ -70,28 +46,54 @@ private slots:
         QCOMPARE(hand.text<QLabel>("stateLabel"), "未打开");
     }
 
-    void cameraSettingsAreToldAndCloseWithTheirUser()
+    void cameraSettingsAreLoggedAndCloseWithTheirUser()
     {
-        Cell cell;
-        QStringList told;
-        connect(cell.actions, &DeviceActions::changed, [&](const AuditChanges& changes) {
-            for (const AuditChange& change : changes)
-                told << change.name;
-        });
-        const DialogDriver manager(cell.open<QCameraManagerUI>("actionCamera"));
+        Program program;
+        program.home.write("/user/access.json", "{\"engineer_only\": true}");
+        program.start();
+        QDir().mkpath(program.home.path("/images/1"));
+        QVERIFY(grayPicture().save(program.home.path("/images/1/a.bmp")));
+        program.act("actionCamera");
+        program.createAdministrator();
+        program.act("actionCamera");
+        const QPointer<QDialog> cameras = program.open("QCameraManagerUI");
+        const DialogDriver manager(*cameras);
         manager.press("settingsButton");
         manager.press("settingsButton");
-        QCOMPARE(cell.window.findChildren<QCameraSettingsUI*>().size(), 1);
-        const DialogDriver settings(*cell.window.findChild<QCameraSettingsUI*>());
+        QCOMPARE(program.window->findChildren<QCameraSettingsUI*>().size(), 1);
+        const QPointer<QDialog> one = program.open("QCameraSettingsUI");
+        const DialogDriver settings(*one);
         settings.type("exposure_ms", "3");
+        SystemLog::setOutput(keepLine);
         settings.press("applyButton");
-        QCOMPARE(told, QStringList("camera/cam1/exposure_ms"));
+        SystemLog::setOutput(nullptr);
+        QCOMPARE(s_logged.filter("camera/cam1/exposure_ms").size(), 1);
+        QVERIFY2(s_logged.last().endsWith("用户:boss"), qPrintable(s_logged.last()));
         settings.press("liveButton");
-        cell.actions->closeCameras(); // with a picture on its way
-        QVERIFY(!cell.window.findChild<QCameraSettingsUI*>() && !cell.window.findChild<QCameraManagerUI*>());
-        cell.open<QCameraManagerUI>("actionCamera");
-        cell.actions->close();
-        cell.modules.stop();
+        const BoxPresser yes(QMessageBox::Yes);
+        program.act("main_Login_action"); // logs out, with a picture on its way
+        QVERIFY(!one && !cameras);
+    }
+
+    void answerReachesTheTilesOfItsStation()
+    {
+        Program program;
+        program.home.write("/images/2/a.bmp", {});
+        QVERIFY(grayPicture().save(program.home.path("/images/2/a.bmp")));
+        program.home.write("/images/1/none.txt", {});
+        program.start();
+        program.window->onSelModel(2, "auto");
+        SComFrame trigger;
+        trigger.command = 'P';
+        trigger.data[0] = 6;
+        emit program.window->sgRecvData(trigger);
+        const auto tile = [&](const char* station, const char* name) {
+            return program.window->findChild<QWidget*>(station)->findChild<ReadoutTile*>(name);
+        };
+        QTRY_COMPARE(tile("stationView2", "notFoundTile")->value(), QString("1"));
+        QTRY_COMPARE(tile("stationView2", "tipTile")->sign(), ReadoutTile::Bad);
+        QCOMPARE(tile("stationView1", "notFoundTile")->value(), QString("0"));
+        QCOMPARE(tile("stationView1", "tipTile")->sign(), ReadoutTile::Faint);
     }
 };
 

@@ -15,51 +15,6 @@
 #include <QDialogButtonBox>
 #include <QPlainTextEdit>
 
-namespace {
-
-/// The program in a home of its own, operated by its actions.
-struct Program
-{
-    TempHome home;
-    std::unique_ptr<CMainWin> window;
-
-    void start()
-    {
-        writeStations(home, 2);
-        const BoxPresser noPort(QMessageBox::Yes);
-        window = std::make_unique<CMainWin>();
-        window->show();
-    }
-    void act(const char* action) const { window->findChild<QAction*>(action)->trigger(); }
-
-    /// The dialog of that class, if it is on the screen.
-    template <typename Dialog = QDialog>
-    Dialog* open(const char* className) const
-    {
-        const auto all = QApplication::topLevelWidgets();
-        for (QWidget* widget : all) {
-            if (widget->isVisible() && widget->inherits(className))
-                return static_cast<Dialog*>(widget);
-        }
-        return nullptr;
-    }
-    /// By the dialog that is open.
-    void createAdministrator() const
-    {
-        const QPointer<QDialog> first = open("NewUserDialog");
-        QVERIFY(first);
-        const DialogDriver driver(*first);
-        driver.type("nameEdit", "boss");
-        driver.type("passwordEdit", "correct horse");
-        driver.type("againEdit", "correct horse");
-        first->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-        QTRY_VERIFY(!first || !first->isVisible());
-    }
-    bool isBannerShown() const { return window->findChild<QWidget*>("registerBanner")->isVisible(); }
-};
-
-} // namespace
-
 class SettingsInUseTest : public QObject
 {
     Q_OBJECT
@@ -91,7 +46,7 @@ private slots:
         Program program;
         program.home.write("/user/access.json", "{\"engineer_only\": true}");
         program.start();
-        for (const char* action : {"actionSystem", "actionManage", "actionStandard", "actionSetting"}) {
+        for (const char* action : {"actionSystem", "actionManage", "actionStandard", "actionTest", "actionSetting"}) {
             program.act(action);
             QDialog* logIn = program.open("NewUserDialog");
             QVERIFY2(logIn && QApplication::topLevelWidgets().contains(logIn), action);
@@ -100,16 +55,17 @@ private slots:
             if (qstrcmp(action, "actionSetting") != 0)
                 logIn->reject();
         }
-        program.act("actionTest");
-        QVERIFY2(program.open("QTestWidget"), "what an operator does needs nobody's leave");
+        program.act("actionPlc");
+        QVERIFY2(program.open("QPlcMonitorUI"), "what an operator does needs nobody's leave");
         program.createAdministrator();
+        program.act("actionTest");
         program.act("actionSystem");
         program.act("actionManage");
         QVERIFY(program.open("QSystemSettingUI") && program.open("QModelMangerUI"));
         const BoxPresser yes(QMessageBox::Yes);
         program.act("main_Login_action"); // logs out
         QVERIFY(!program.open("QSystemSettingUI") && !program.open("QModelMangerUI"));
-        QVERIFY(program.open("QTestWidget"));
+        QVERIFY(!program.open("QTestWidget") && program.open("QPlcMonitorUI"));
     }
 
     void designerGoesWithItsEngineerAndKeepsHisEdits()

@@ -1,4 +1,5 @@
 #include "WindowDriver.h"
+#include "common/Scheduler.h"
 #include "config/ksSysConfig.h"
 #include "host/CMainWin.h"
 #include "panels/AlarmStrip.h"
@@ -188,10 +189,13 @@ private slots:
     {
         const TempHome home;
         writeStations(home, 1);
-        const auto choose = [](CMainWin& window, int index) {
-            window.findChild<QMenu*>("viewMenu")->actions().at(index)->trigger();
+        const auto choose = [](CMainWin& window, bool dark) {
+            const auto actions = window.findChild<QMenu*>("viewMenu")->actions();
+            for (QAction* action : actions)
+                if (action->data() == dark)
+                    action->trigger();
         };
-        choose(*startWindow(), 4);
+        choose(*startWindow(), true);
         QVERIFY(QApplication::palette().color(QPalette::Window).lightness() < 64);
         QApplication::setPalette(QPalette());
         const auto window = startWindow();
@@ -203,7 +207,7 @@ private slots:
             return linesOf(*panel)->document()->firstBlock().layout()->formats().value(0).format.foreground().color();
         };
         QVERIFY(ink().lightness() > 192);
-        choose(*window, 3);
+        choose(*window, false);
         QVERIFY(QApplication::palette().color(QPalette::Window).lightness() > 192);
         QTRY_VERIFY(ink().lightness() < 64);
     }
@@ -223,7 +227,7 @@ private slots:
 
     void alarmsStayQuiet()
     {
-        AlarmBook book;
+        AlarmBook book(Scheduler::system());
         AlarmStrip strip;
         strip.setBook(&book);
         const auto text = [&strip](const char* name) { return strip.findChild<QLabel*>(name)->text(); };
@@ -232,6 +236,9 @@ private slots:
         book.raiseCounted(Alarm::ImagesGivenUp, {}, 12);
         QVERIFY(!strip.isHidden());
         QCOMPARE(text("textLabel").section('\n', 0, 0), QStringLiteral("图像保存过慢，已放弃图像  ×12"));
+        book.raise(Alarm::DiskLow, {}, "3.5");
+        QCOMPARE(text("textLabel").section('\n', 0, 0), QStringLiteral("磁盘空间不足，剩余3.5 GB"));
+        book.clear(Alarm::DiskLow, {});
         book.raise(Alarm::CameraLost, "cam1", "x");
         book.raise(Alarm::CameraLost, "cam2", "x");
         QCOMPARE(text("textLabel").count('\n'), 2);

@@ -189,7 +189,7 @@ private slots:
             core->trigger(cam1);
         QTRY_COMPARE(cell.widths("cam1"), QVector<int>({5, 6, 5}));
         const QString skipped = cell.notes("imageSkipped").join('\n');
-        QVERIFY2(QRegularExpression("b.bmp.*\n.*c.png.*\n.*30000 x 30000").match(skipped).hasMatch(),
+        QVERIFY2(QRegularExpression("b.bmp.*\n.*c.png.*\n.*30000 × 30000").match(skipped).hasMatch(),
                  qPrintable(skipped));
     }
 

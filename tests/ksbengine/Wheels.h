@@ -1,10 +1,9 @@
 #pragma once
 
-#include "finder/FindResult.h"
+#include "finder/Finder.h"
 #include "finder/HoleModel.h"
 #include "finder/ImageConversion.h"
 #include "render/SpecDraw.h"
-#include "render/WheelDesigns.h"
 #include "render/WheelRenderer.h"
 
 #include <QtTest>
@@ -34,6 +33,12 @@ inline finder::HoleModel model(const wheel::WheelSpec& spec)
     model.holeRadius = 1.04 * truth.holeRadius;
     model.taught = true;
     return model;
+}
+
+inline finder::FindResult locate(const cv::Mat& image, const finder::HoleModel& model)
+{
+    finder::Finder finder;
+    return finder.find(image, model);
 }
 
 inline double turnBetween(double a, double b)

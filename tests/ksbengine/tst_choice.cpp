@@ -1,4 +1,4 @@
-#include "finder/HoleChoice.h"
+#include "finder/places/HoleChoice.h"
 #include "support/Table.h"
 
 #include <QtTest>

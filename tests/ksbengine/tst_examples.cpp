@@ -2,6 +2,7 @@
 #include "ModelTeacher.h"
 #include "Wheels.h"
 #include "finder/HoleExamples.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <opencv2/imgproc.hpp>
@@ -86,17 +87,11 @@ class ExamplesTest : public QObject
 private slots:
     void patchShowsTheHoleTheSameWayAtAnyTurnAndSize_data()
     {
-        QTest::addColumn<double>("scale");
-        QTest::addColumn<double>("turn");
-        QTest::newRow("turned") << 1.0 << 2.0;
-        QTest::newRow("half the size") << 0.5 << 0.0;
-        QTest::newRow("larger and turned") << 1.7 << -1.1;
+        Table::of<double, double>({{"turned", 1, 2}, {"half the size", 0.5, 0}, {"larger and turned", 1.7, -1.1}});
     }
-
     void patchShowsTheHoleTheSameWayAtAnyTurnAndSize()
     {
-        QFETCH(double, scale);
-        QFETCH(double, turn);
+        const auto [scale, turn] = Table::row<double, double>();
         cv::Mat wheel(1400, 1400, CV_8UC1, cv::Scalar(150));
         cv::circle(wheel, {940, 700}, 24, cv::Scalar(20), -1, cv::LINE_AA);
         cv::line(wheel, {860, 760}, {1000, 760}, cv::Scalar(240), 8, cv::LINE_AA); // on one side only: a mirror shows
@@ -108,7 +103,7 @@ private slots:
                                middle.y - s * middle.x - c * middle.y);
         cv::Mat moved;
         cv::warpAffine(wheel, moved, move, wheel.size(), cv::INTER_AREA, cv::BORDER_REPLICATE);
-        const auto to = [&](const cv::Point2d& p) { return cv::Point2d(move * cv::Vec3d(p.x, p.y, 1)); };
+        const auto to = [&move](const cv::Point2d& p) { return cv::Point2d(move * cv::Vec3d(p.x, p.y, 1)); };
         const cv::Point2d hole(940, 700);
         const HoleExample one = finder::makeExample(wheel, {middle, 350, 0, 0}, hole, 24);
         const HoleExample other = finder::makeExample(moved, {middle, 350 * scale, 0, 0}, to(hole), 24 * scale);
@@ -249,24 +244,15 @@ private slots:
 
     void damagedExamplesLeaveTheModelRunning_data()
     {
-        QTest::addColumn<QByteArray>("from");
-        QTest::addColumn<QByteArray>("to");
-        QTest::addColumn<QString>("place");
-        QTest::addColumn<int>("left");
-        QTest::newRow("cut") << QByteArray("\"rejected\"") << QByteArray() << QStringLiteral("line") << 0;
-        QTest::newRow("no list") << QByteArray("\"holes\"") << QByteArray("\"ho\"") << QStringLiteral("\"holes\"") << 0;
-        QTest::newRow("no picture") << QByteArray("\"patch\": \"iV") << QByteArray("\"patch\": \"xx")
-                                    << QStringLiteral("entry 1: \"patch\"") << 1;
-        QTest::newRow("no size") << QByteArray("\"hole_share\": 0") << QByteArray("\"hole_share\": -0")
-                                 << QStringLiteral("entry 1: \"hole_share\"") << 1;
+        Table::of<QByteArray, QByteArray, QString, int>(
+            {{"cut", "\"rejected\"", "", "line", 0},
+             {"no list", "\"holes\"", "\"ho\"", "\"holes\"", 0},
+             {"no picture", "\"patch\": \"iV", "\"patch\": \"xx", "entry 1: \"patch\"", 1},
+             {"no size", "\"hole_share\": 0", "\"hole_share\": -0", "entry 1: \"hole_share\"", 1}});
     }
-
     void damagedExamplesLeaveTheModelRunning()
     {
-        QFETCH(QByteArray, from);
-        QFETCH(QByteArray, to);
-        QFETCH(QString, place);
-        QFETCH(int, left);
+        const auto [from, to, place, left] = Table::row<QByteArray, QByteArray, QString, int>();
         Shown shown;
         QVERIFY(shown.add(Kind::Hole, 1) && shown.add(Kind::Hole, 2));
         QByteArray content = shown.home.read(file);

@@ -1,5 +1,5 @@
 #include "Wheels.h"
-#include "finder/Finder.h"
+#include "support/Table.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -7,16 +7,12 @@
 
 using finder::FindError;
 using finder::FindResult;
+using Wheels::locate;
 
 Q_DECLARE_METATYPE(wheel::WheelSpec)
+Q_DECLARE_METATYPE(FindError)
 
 namespace {
-
-FindResult locate(const cv::Mat& image, const finder::HoleModel& model)
-{
-    finder::Finder finder;
-    return finder.find(image, model);
-}
 
 /// Copies the valve hole to another place on the ring, as a drain hole of the same size would look.
 void repeatHole(cv::Mat& image, const wheel::WheelTruth& truth, double turn)
@@ -47,7 +43,6 @@ private slots:
                     << Wheels::spec(design.key, seed);
         }
     }
-
     void everyDesignIsLocatedWithItsModel()
     {
         QFETCH(wheel::WheelSpec, spec);
@@ -72,7 +67,6 @@ private slots:
             QTest::newRow((design.key + " full of dirt").c_str()) << dirty;
         }
     }
-
     void wheelWithoutHoleIsRefused()
     {
         QFETCH(wheel::WheelSpec, spec);
@@ -175,7 +169,6 @@ private slots:
         row("hole at 0 degrees", [](auto& s) { s.hole.angle = 0.001; });
         row("hole at 360 degrees", [](auto& s) { s.hole.angle = 359.999; });
     }
-
     void wheelsInEveryPlaceAndShape()
     {
         QFETCH(wheel::WheelSpec, spec);
@@ -200,46 +193,43 @@ private slots:
 
     void imageThatCannotBeJudgedSaysWhy_data()
     {
-        QTest::addColumn<wheel::WheelSpec>("spec");
-        QTest::addColumn<int>("error");
         wheel::WheelSpec unfocused = Wheels::spec("seven", 51);
         unfocused.optics.blur = 9;
-        QTest::newRow("out of focus") << unfocused << int(FindError::OutOfFocus);
         wheel::WheelSpec cut = Wheels::spec("seven", 51);
         cut.hub.x = cut.rimRadius - 0.25 * cut.rimRadius;
         cut.size.width = cvRound(1.7 * cut.rimRadius);
         cut.hole.angle = 180; // outside
-        QTest::newRow("cut off") << cut << int(FindError::CutOff);
+        Table::of<wheel::WheelSpec, FindError>(
+            {{"out of focus", unfocused, FindError::OutOfFocus}, {"cut off", cut, FindError::CutOff}});
     }
-
     void imageThatCannotBeJudgedSaysWhy()
     {
-        QFETCH(wheel::WheelSpec, spec);
+        const auto [spec, error] = Table::row<wheel::WheelSpec, FindError>();
         const FindResult found = locate(Wheels::image(spec), Wheels::model(spec));
-        QTEST(static_cast<int>(found.error), "error");
+        QCOMPARE(found.error, error);
         QCOMPARE(found.angle, 361.0);
     }
 
-    void contradictoryModelIsRefusedWithItsReason_data()
+    void parametersThatCannotBeAreRefusedWithTheirName_data()
     {
-        QTest::addColumn<QVariantMap>("parameters");
-        QTest::addColumn<QString>("named");
-        QTest::newRow("ring outside") << QVariantMap{{"rim_radius", 500}, {"ring_radius", 501}} << "ring_radius";
-        QTest::newRow("hole as large as the ring")
-            << QVariantMap{{"ring_radius", 50}, {"hole_radius", 50}} << "hole_radius";
-        QTest::newRow("not a number") << QVariantMap{{"rim_radius", std::nan("")}} << "rim_radius";
-        QTest::newRow("text") << QVariantMap{{"score_limit", "0.5"}} << "score_limit";
-        QTest::newRow("no tolerance") << QVariantMap{{"hole_radius_tol", 0}} << "hole_radius_tol";
+        Table::of<QVariantMap, QString>(
+            {{"ring outside", QVariantMap{{"rim_radius", 500}, {"ring_radius", 501}}, "ring_radius"},
+             {"hole as large as the ring", QVariantMap{{"ring_radius", 50}, {"hole_radius", 50}}, "hole_radius"},
+             {"not a number", QVariantMap{{"rim_radius", qQNaN()}}, "rim_radius"},
+             {"text", QVariantMap{{"score_limit", "0.5"}}, "score_limit"},
+             {"negative", QVariantMap{{"hole_radius", -3}}, "hole_radius"},
+             {"beyond any image", QVariantMap{{"ring_radius", 1e308}}, "ring_radius"},
+             {"no tolerance", QVariantMap{{"hole_radius_tol", 0}}, "hole_radius_tol"},
+             {"too much tolerance", QVariantMap{{"rim_radius_tol", 900}}, "rim_radius_tol"},
+             {"taught is a number", QVariantMap{{"taught", 1}}, "taught"}});
     }
-
-    void contradictoryModelIsRefusedWithItsReason()
+    void parametersThatCannotBeAreRefusedWithTheirName()
     {
-        QFETCH(QVariantMap, parameters);
+        const auto [parameters, name] = Table::row<QVariantMap, QString>();
         finder::HoleModel model;
         QString error;
         QVERIFY(!finder::applyParameters(parameters, &model, &error));
-        QFETCH(QString, named);
-        QVERIFY2(error.contains(named), qPrintable(error));
+        QVERIFY2(error.contains(name), qPrintable(error));
         QCOMPARE(finder::parametersOf(model), finder::parametersOf(finder::HoleModel()));
     }
 };

@@ -1,6 +1,6 @@
-#include "finder/ConcentricFit.h"
 #include "finder/Edges.h"
 #include "finder/Robust.h"
+#include "finder/rim/ConcentricFit.h"
 #include "support/Table.h"
 
 #include <QtTest>

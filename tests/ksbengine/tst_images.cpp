@@ -1,6 +1,6 @@
-#include "ResultPicture.h"
+#include "Pictures.h"
 #include "Wheels.h"
-#include "finder/Finder.h"
+#include "support/Table.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -45,7 +45,7 @@ QImage twelveBit(const QImage& image)
 
 } // namespace
 
-Q_DECLARE_METATYPE(QImage::Format)
+Q_DECLARE_METATYPE(FindError)
 
 class ImagesTest : public QObject
 {
@@ -70,13 +70,11 @@ private slots:
             QTest::newRow(qPrintable(QStringLiteral("format %1").arg(format))) << converted(m_image, format);
         QTest::newRow("12 bits in 16") << twelveBit(m_image);
     }
-
     void everyPixelFormatGivesTheSameAnswer()
     {
         QFETCH(QImage, image);
-        finder::Finder finder;
         const finder::GrayImage input = finder::toGray(image);
-        const finder::FindResult found = finder.find(input.gray, Wheels::model(m_spec));
+        const finder::FindResult found = Wheels::locate(input.gray, Wheels::model(m_spec));
         QCOMPARE(found.error, FindError::None);
         QVERIFY(Wheels::turnBetween(found.angle, wheel::truthOf(m_spec).angle) < 0.1);
         QCOMPARE(drawResult(input.gray, found).size(), image.size());
@@ -84,27 +82,24 @@ private slots:
 
     void unusableImageIsRefused_data()
     {
-        QTest::addColumn<QImage>("image");
-        QTest::addColumn<int>("error");
-        QTest::newRow("null") << QImage() << int(FindError::BadImage);
-        QTest::newRow("1 x 1") << gray(1, 1) << int(FindError::BadImage);
-        QTest::newRow("one row") << gray(5000, 1) << int(FindError::BadImage);
-        QTest::newRow("one column") << gray(1, 5000) << int(FindError::BadImage);
-        QTest::newRow("lens cap on") << gray(1000, 800, 3) << int(FindError::TooDark);
-        QTest::newRow("overexposed") << gray(1000, 800, 255) << int(FindError::TooBright);
-        QTest::newRow("empty belt") << gray(1000, 800, 110) << int(FindError::NoHub);
-        QTest::newRow("very flat") << gray(4000, 100, 110) << int(FindError::NoHub);
-        QTest::newRow("smallest size") << gray(64, 64, 110) << int(FindError::NoHub);
-        QTest::newRow("mono") << gray(640, 480, 255).convertToFormat(QImage::Format_Mono) << int(FindError::TooBright);
+        Table::of<QImage, FindError>(
+            {{"null", QImage(), FindError::BadImage},
+             {"1 x 1", gray(1, 1), FindError::BadImage},
+             {"one row", gray(5000, 1), FindError::BadImage},
+             {"one column", gray(1, 5000), FindError::BadImage},
+             {"lens cap on", gray(1000, 800, 3), FindError::TooDark},
+             {"overexposed", gray(1000, 800, 255), FindError::TooBright},
+             {"empty belt", gray(1000, 800, 110), FindError::NoHub},
+             {"very flat", gray(4000, 100, 110), FindError::NoHub},
+             {"smallest size", gray(64, 64, 110), FindError::NoHub},
+             {"mono", gray(640, 480, 255).convertToFormat(QImage::Format_Mono), FindError::TooBright}});
     }
-
     void unusableImageIsRefused()
     {
-        QFETCH(QImage, image);
-        finder::Finder finder;
+        const auto [image, error] = Table::row<QImage, FindError>();
         const finder::GrayImage input = finder::toGray(image);
-        const finder::FindResult found = finder.find(input.gray, finder::autoModel());
-        QTEST(static_cast<int>(found.error), "error");
+        const finder::FindResult found = Wheels::locate(input.gray, finder::autoModel());
+        QCOMPARE(found.error, error);
         QCOMPARE(found.angle, 361.0);
         QVERIFY(!finder::resultTip(found.error).isEmpty());
         QCOMPARE(drawResult(input.gray, found).size(), image.size());
@@ -117,8 +112,7 @@ private slots:
         finder::HoleModel model = Wheels::model(m_spec);
         for (double* length : {&model.rimRadius, &model.ringRadius, &model.holeRadius})
             *length *= 15;
-        finder::Finder finder;
-        const finder::FindResult found = finder.find(large, model);
+        const finder::FindResult found = Wheels::locate(large, model);
         QCOMPARE(found.error, FindError::None);
         QVERIFY(Wheels::turnBetween(found.angle, wheel::truthOf(m_spec).angle) < 0.1);
     }

@@ -1,4 +1,5 @@
 #include "Wheels.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <QJsonDocument>
@@ -190,28 +191,23 @@ private slots:
 
     void wrongUseIsRefused_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("code");
-        QTest::newRow("no image") << QStringList() << 2;
-        QTest::newRow("no number") << QStringList{"--jobs", "many", "x.png"} << 2;
-        QTest::newRow("model without solution") << QStringList{"--model", "W18", "x.png"} << 2;
-        QTest::newRow("missing parameters") << QStringList{"--against", "nowhere.json", "x.png"} << 2;
-        QTest::newRow("place missing") << QStringList{"--teach", "x.png", "--model", "W18"} << 2;
-        QTest::newRow("place is none") << QStringList{"--teach", "x.png", "--model", "W18", "--hole", "3;4"} << 2;
-        QTest::newRow("built-in model") << QStringList{"--teach", "x.png", "--hole", "3,4"} << 2;
-        QTest::newRow("two at a time") << QStringList{"--reject", "x.png", "y.png", "--model", "W18", "--hole", "3,4"}
-                                       << 2;
-        QTest::newRow("taught and rejected")
-            << QStringList{"--teach", "x.png", "--reject", "x.png", "--model", "W18", "--hole", "3,4"} << 2;
-        QTest::newRow("depth of one image") << QStringList{"--teach-depth", "x.png", "--model", "W18"} << 2;
-        QTest::newRow("missing image") << QStringList{"nowhere.png"} << 1;
+        Table::of<QString, int>({{"no image", "", 2},
+                                 {"no number", "--jobs many x.png", 2},
+                                 {"model without solution", "--model W18 x.png", 2},
+                                 {"missing parameters", "--against nowhere.json x.png", 2},
+                                 {"place missing", "--teach x.png --model W18", 2},
+                                 {"place is none", "--teach x.png --model W18 --hole 3;4", 2},
+                                 {"built-in model", "--teach x.png --hole 3,4", 2},
+                                 {"two at a time", "--reject x.png y.png --model W18 --hole 3,4", 2},
+                                 {"taught and rejected", "--teach x.png --reject x.png --model W18 --hole 3,4", 2},
+                                 {"depth of one image", "--teach-depth x.png --model W18", 2},
+                                 {"missing image", "nowhere.png", 1}});
     }
-
     void wrongUseIsRefused()
     {
-        QFETCH(QStringList, arguments);
-        const Answer answer = locate(arguments);
-        QTEST(answer.code, "code");
+        const auto [arguments, code] = Table::row<QString, int>();
+        const Answer answer = locate(arguments.split(' ', Qt::SkipEmptyParts));
+        QCOMPARE(answer.code, code);
         QCOMPARE(answer.lines.size(), answer.code == 1 ? 1 : 0);
     }
 };

@@ -1,4 +1,5 @@
 #include "SolutionStore.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <valvecell/HomeFiles.h>
@@ -62,46 +63,27 @@ private slots:
         QCOMPARE(store.models(solution), QStringList{finder::autoModelName()});
     }
 
-    void fileNamesAreSafeAndReadable_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("file");
-        QTest::newRow("Chinese stays") << QStringLiteral("五辐铝轮") << QStringLiteral("五辐铝轮");
-        QTest::newRow("separators") << QStringLiteral("a/b\\c") << QStringLiteral("a%2Fb%5Cc");
-        QTest::newRow("inner dot") << QStringLiteral("17x7.5") << QStringLiteral("17x7.5");
-        QTest::newRow("parent folder") << QStringLiteral("..") << QStringLiteral("%2E%2E");
-        QTest::newRow("percent") << QStringLiteral("50%") << QStringLiteral("50%25");
-        QTest::newRow("line end") << QStringLiteral("a\nb") << QStringLiteral("a%0Ab");
-    }
-
     void fileNamesAreSafeAndReadable()
     {
-        QFETCH(QString, name);
-        QTEST(SolutionStore::fileName(name), "file");
+        const QVector<QPair<QString, QString>> files{{"五辐铝轮", "五辐铝轮"}, {"a/b\\c", "a%2Fb%5Cc"},
+                                                     {"17x7.5", "17x7.5"},     {"..", "%2E%2E"},
+                                                     {"50%", "50%25"},         {"a\nb", "a%0Ab"}};
+        for (const auto& [name, file] : files)
+            QCOMPARE(SolutionStore::fileName(name), file);
     }
 
     void damagedModelIsLeftOutAndNamed_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("empty") << QByteArray() << QStringLiteral("line 1");
-        QTest::newRow("cut") << goodModel.left(40) << QStringLiteral("line 1");
-        QTest::newRow("list") << QByteArray("[1, 2]") << QStringLiteral("not an object");
-        QTest::newRow("text for a number") << QByteArray(R"({"rim_radius": "800"})") << QStringLiteral("rim_radius");
-        QTest::newRow("negative") << QByteArray(R"({"hole_radius": -3})") << QStringLiteral("hole_radius");
-        QTest::newRow("beyond doubles") << QByteArray(R"({"ring_radius": 1e308})") << QStringLiteral("ring_radius");
-        QTest::newRow("tolerance") << QByteArray(R"({"rim_radius_tol": 900})") << QStringLiteral("rim_radius_tol");
-        QTest::newRow("hole on the rim") << QByteArray(R"({"rim_radius": 500, "ring_radius": 600})")
-                                         << QStringLiteral("ring_radius");
-        QTest::newRow("taught is a number") << QByteArray(R"({"taught": 1})") << QStringLiteral("taught");
-        QTest::newRow("name of the built-in") << QByteArray(R"({"name": "auto"})") << QStringLiteral("auto");
-        QTest::newRow("huge") << QByteArray(int(HomeFiles::maxFileBytes) + 1, ' ') << QStringLiteral("larger than");
+        Table::of<QByteArray, QString>({{"empty", "", "line 1"},
+                                        {"cut", goodModel.left(40), "line 1"},
+                                        {"list", "[1, 2]", "not an object"},
+                                        {"text for a number", R"({"rim_radius": "800"})", "rim_radius"},
+                                        {"name of the built-in", R"({"name": "auto"})", "auto"},
+                                        {"huge", QByteArray(int(HomeFiles::maxFileBytes) + 1, ' '), "larger than"}});
     }
-
     void damagedModelIsLeftOutAndNamed()
     {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, reason);
+        const auto [content, reason] = Table::row<QByteArray, QString>();
         const TempHome home;
         home.write(inSolution(QStringLiteral("solution.json")), solutionJson);
         home.write(inSolution(QStringLiteral("good.model.json")), goodModel);
@@ -149,17 +131,13 @@ private slots:
 
     void damagedSolutionKeepsItsModels_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("warning");
-        QTest::newRow("cut") << QByteArray("{\"name\":") << QStringLiteral("solution\\.json, line 1");
-        QTest::newRow("empty") << QByteArray() << QStringLiteral("solution\\.json");
-        QTest::newRow("unknown result") << QByteArray(R"({"result": "rim"})") << QStringLiteral("\"rim\"");
+        Table::of<QByteArray, QString>({{"cut", "{\"name\":", "solution\\.json, line 1"},
+                                        {"empty", "", "solution\\.json"},
+                                        {"unknown result", R"({"result": "rim"})", "\"rim\""}});
     }
-
     void damagedSolutionKeepsItsModels()
     {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, warning);
+        const auto [content, warning] = Table::row<QByteArray, QString>();
         const TempHome home;
         home.write(inSolution(QStringLiteral("solution.json")), content);
         home.write(inSolution(QStringLiteral("good.model.json")), goodModel);

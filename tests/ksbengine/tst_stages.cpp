@@ -1,9 +1,7 @@
-#include "finder/GrayLevels.h"
-#include "finder/HoleJudge.h"
-#include "finder/HoleView.h"
+#include "finder/Edges.h"
 #include "finder/Pyramid.h"
-#include "finder/Rays.h"
-#include "finder/RingMap.h"
+#include "finder/places/HoleJudge.h"
+#include "finder/places/Views.h"
 #include "support/Table.h"
 
 #include <QtTest>

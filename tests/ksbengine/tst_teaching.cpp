@@ -1,6 +1,6 @@
 #include "ModelTeacher.h"
 #include "Wheels.h"
-#include "finder/Finder.h"
+#include "support/Table.h"
 
 #include <QRandomGenerator>
 
@@ -40,12 +40,6 @@ wheel::WheelSpec worseWheel(const QString& design, quint64 seed, bool hole)
     return spec;
 }
 
-finder::FindResult locate(const wheel::WheelSpec& spec, const finder::HoleModel& model)
-{
-    finder::Finder finder;
-    return finder.find(Wheels::image(spec), model);
-}
-
 } // namespace
 
 class TeachingTest : public QObject
@@ -59,7 +53,6 @@ private slots:
         for (const wheel::Design& design : wheel::designs())
             QTest::newRow(design.key.c_str()) << QString::fromStdString(design.key);
     }
-
     void twoRoughClicksTeachEveryDesign()
     {
         QFETCH(QString, design);
@@ -80,36 +73,30 @@ private slots:
         QVERIFY(model.taught);
         for (quint64 seed = 1; seed <= 4; ++seed) {
             const wheel::WheelSpec other = worseWheel(design, 900 + seed, true);
-            const finder::FindResult found = locate(other, model);
+            const finder::FindResult found = Wheels::locate(Wheels::image(other), model);
             QVERIFY2(found.found(), qPrintable(finder::resultTip(found.error)));
             QVERIFY(Wheels::turnBetween(found.angle, wheel::truthOf(other).angle) < 0.2);
-            QVERIFY(!locate(worseWheel(design, 950 + seed, false), model).found());
+            QVERIFY(!Wheels::locate(Wheels::image(worseWheel(design, 950 + seed, false)), model).found());
         }
     }
 
     void clicksThatShowNoHoleAreRefusedWithTheReason_data()
     {
-        QTest::addColumn<QPointF>("rim");
-        QTest::addColumn<QPointF>("hole");
-        QTest::addColumn<QString>("reason");
         const wheel::WheelTruth truth = wheel::truthOf(Wheels::spec());
         const QPointF rim = clickNear(onRim(truth, 2), 1);
         const QPointF hole = clickNear(truth.holeCenter, 2);
         const QPointF hub(truth.hub.x, truth.hub.y);
         const auto at = [&](double share, const QPointF& point) { return hub + share * (point - hub); };
-        QTest::newRow("rim clicked on a spoke") << at(0.6, rim) << hole << QStringLiteral("轮缘");
-        QTest::newRow("rim clicked beside the wheel") << at(1.15, rim) << hole << QStringLiteral("轮缘");
-        QTest::newRow("hole clicked on bare metal") << rim << 2 * hub - hole << QStringLiteral("清晰的孔");
-        QTest::newRow("hole clicked outside of the rim") << rim << at(1.3, hole) << QStringLiteral("轮缘以内");
-        QTest::newRow("beside the image") << QPointF(-40, 5) << hole << QStringLiteral("不在图像内");
-        QTest::newRow("no number") << rim << QPointF(qQNaN(), 7) << QStringLiteral("不在图像内");
+        Table::of<QPointF, QPointF, QString>({{"rim clicked on a spoke", at(0.6, rim), hole, "轮缘"},
+                                              {"rim clicked beside the wheel", at(1.15, rim), hole, "轮缘"},
+                                              {"hole clicked on bare metal", rim, 2 * hub - hole, "清晰的孔"},
+                                              {"hole clicked outside of the rim", rim, at(1.3, hole), "轮缘以内"},
+                                              {"beside the image", QPointF(-40, 5), hole, "不在图像内"},
+                                              {"no number", rim, QPointF(qQNaN(), 7), "不在图像内"}});
     }
-
     void clicksThatShowNoHoleAreRefusedWithTheReason()
     {
-        QFETCH(QPointF, rim);
-        QFETCH(QPointF, hole);
-        QFETCH(QString, reason);
+        const auto [rim, hole, reason] = Table::row<QPointF, QPointF, QString>();
         QString error;
         ModelTeacher teacher;
         const QImage image = finder::toImage(Wheels::image(Wheels::spec()));

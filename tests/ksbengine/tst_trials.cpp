@@ -1,67 +1,22 @@
-#include "Engine.h"
-#include "Wheels.h"
-#include "support/TempHome.h"
-
-#include <valvecell/Extension.h>
-#include <valvecell/ResultKeys.h>
-
-#include <mutex>
+#include "EngineBench.h"
+#include "support/Table.h"
 
 namespace {
 
-const QString solution = QStringLiteral("工位一");
-
-double apart(const QPointF& a, const cv::Point2d& b)
+struct TrialBench : EngineBench<IModelTrial::Outcome>
 {
-    return std::hypot(a.x() - b.x, a.y() - b.y);
-}
-
-QVariantMap algo(const IModelTrial::Outcome& outcome)
-{
-    return outcome.result.value(ResultKeys::algoResult).toMap();
-}
-
-/// An engine with one solution, and the outcomes of its trials.
-class TrialBench
-{
-public:
-    TrialBench()
-        : spec(Wheels::spec())
-        , truth(wheel::truthOf(spec))
-        , image(finder::toImage(Wheels::image(spec)))
-        , engine(std::make_unique<Engine>(home.path(QStringLiteral("/user/solutions"))))
-    {
-        engine->initialise();
-        extensionOf<ISolutionStore>(main())->addSolution(solution, nullptr);
-    }
-
-    IEngine* main() const { return engine.get(); }
     QVariantMap taught() const { return finder::parametersOf(Wheels::model(spec)); }
-
-    void run(const QImage& tried, const QVariantMap& parameters, bool withStages, const QString& in = solution)
+    void run(const QImage& tried, const QVariantMap& parameters, bool withStages, const QString& solution)
     {
-        extensionOf<IModelTrial>(main())->runTrial(tried, in, parameters, withStages,
-                                                   [this](const IModelTrial::Outcome& outcome) {
-                                                       const std::lock_guard<std::mutex> lock(m_mutex);
-                                                       m_outcomes.append(outcome);
-                                                   });
+        extension<IModelTrial>()->runTrial(tried, solution, parameters, withStages, inbox.callback());
     }
-
-    QList<IModelTrial::Outcome> outcomes() const
+    IModelTrial::Outcome outcome(const QImage& tried, const QVariantMap& parameters, bool withStages = true,
+                                 const QString& solution = QStringLiteral("工位一"))
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_outcomes;
+        const int before = inbox.count();
+        run(tried, parameters, withStages, solution);
+        return inbox.next(before);
     }
-
-    TempHome home;
-    wheel::WheelSpec spec;
-    wheel::WheelTruth truth;
-    QImage image;
-    std::unique_ptr<Engine> engine;
-
-private:
-    mutable std::mutex m_mutex;
-    QList<IModelTrial::Outcome> m_outcomes;
 };
 
 } // namespace
@@ -78,7 +33,7 @@ class TrialsTest : public QObject
         for (const QPointF& point : stage.points)
             QVERIFY(apart(point, {mouth.center.x(), mouth.center.y()}) < 1.01 * mouth.radius);
         QVERIFY2(qGray(stage.picture.pixel(mouth.center.toPoint())) < 60, "dark in the hole's centre");
-        const QVariantMap answer = algo(outcome);
+        const QVariantMap answer = algo(outcome.result);
         QVERIFY(answer.value("mouthPixels").toInt() > 100);
         QVERIFY(answer.value("mouthSpread").toDouble() < 0.5);
         QVERIFY(answer.value("outerRadius").toDouble() >= answer.value("holeRadius").toDouble());
@@ -89,10 +44,8 @@ private slots:
     void everyStageShowsTheHoleWhereItIs()
     {
         TrialBench bench;
-        bench.run(bench.image, bench.taught(), true);
-        QTRY_COMPARE(bench.outcomes().size(), 1);
-        const IModelTrial::Outcome outcome = bench.outcomes().first();
-        QCOMPARE(algo(outcome).value("error"), QVariant(0));
+        const IModelTrial::Outcome outcome = bench.outcome(bench.image, bench.taught());
+        QCOMPARE(algo(outcome.result).value("error"), QVariant(0));
         QCOMPARE(outcome.stages.size(), 6);
         for (const TrialStage& stage : outcome.stages)
             QVERIFY(!stage.title.isEmpty() && !stage.note.isEmpty());
@@ -126,28 +79,21 @@ private slots:
 
     void stagesEndWhereTheFinderDid_data()
     {
-        QTest::addColumn<QImage>("image");
-        QTest::addColumn<int>("error");
-        QTest::addColumn<int>("stages");
+        using finder::FindError;
         QImage black(1200, 900, QImage::Format_Grayscale8);
         black.fill(2);
-        const wheel::WheelSpec empty = Wheels::spec("five", 4, false);
-        QTest::newRow("no image") << QImage() << int(finder::FindError::BadImage) << 1;
-        QTest::newRow("black") << black << int(finder::FindError::TooDark) << 1;
-        QTest::newRow("no hole") << finder::toImage(Wheels::image(empty)) << int(finder::FindError::NoHole) << 5;
+        Table::of<QImage, int, int>(
+            {{"no image", QImage(), int(FindError::BadImage), 1},
+             {"black", black, int(FindError::TooDark), 1},
+             {"no hole", finder::toImage(Wheels::image(Wheels::spec("five", 4, false))), int(FindError::NoHole), 5}});
     }
-
     void stagesEndWhereTheFinderDid()
     {
-        QFETCH(QImage, image);
-        QFETCH(int, error);
-        QFETCH(int, stages);
+        const auto [image, error, stages] = Table::row<QImage, int, int>();
         TrialBench bench;
-        bench.run(bench.image, bench.taught(), true);
-        bench.run(image, bench.taught(), true);
-        QTRY_COMPARE(bench.outcomes().size(), 2);
-        const IModelTrial::Outcome outcome = bench.outcomes().last();
-        QCOMPARE(algo(outcome).value("error").toInt(), error);
+        bench.outcome(bench.image, bench.taught());
+        const IModelTrial::Outcome outcome = bench.outcome(image, bench.taught());
+        QCOMPARE(algo(outcome.result).value("error").toInt(), error);
         QVERIFY2(outcome.stages.size() <= stages, "a stage of the former image is shown");
         QVERIFY(!outcome.stages.first().note.isEmpty());
         for (const TrialStage& stage : outcome.stages) {
@@ -156,49 +102,37 @@ private slots:
         }
     }
 
-    void parametersThatCannotBeUsedAreAnsweredWithTheReason_data()
-    {
-        QTest::addColumn<QVariantMap>("parameters");
-        QTest::newRow("text") << QVariantMap{{"rim_radius", "wide"}};
-        QTest::newRow("out of range") << QVariantMap{{"score_limit", 7.0}};
-        QTest::newRow("contradiction") << QVariantMap{{"rim_radius", 400.0}, {"ring_radius", 500.0}};
-        QTest::newRow("not a number") << QVariantMap{{"hole_radius", qQNaN()}};
-    }
-
     void parametersThatCannotBeUsedAreAnsweredWithTheReason()
     {
-        QFETCH(QVariantMap, parameters);
         TrialBench bench;
-        bench.run(bench.image, parameters, true);
-        QTRY_COMPARE(bench.outcomes().size(), 1);
-        const QVariantMap answer = algo(bench.outcomes().first());
+        const IModelTrial::Outcome outcome = bench.outcome(bench.image, {{"score_limit", 7.0}});
+        const QVariantMap answer = algo(outcome.result);
         QCOMPARE(answer.value("error").toInt(), int(finder::FindError::BadModel));
         QCOMPARE(answer.value("angle").toDouble(), 361.0);
-        QVERIFY(answer.value("resultTip").toString().contains(parameters.lastKey().left(4)));
-        QVERIFY(bench.outcomes().first().stages.isEmpty());
+        QVERIFY(answer.value("resultTip").toString().contains("score_limit"));
+        QVERIFY(outcome.stages.isEmpty());
     }
 
     void missingParametersAreThoseOfAnyWheel()
     {
         TrialBench bench;
-        bench.run(bench.image, {}, false);
-        bench.run(bench.image, {}, false, QStringLiteral("工位九"));
-        QTRY_COMPARE(bench.outcomes().size(), 2);
-        QCOMPARE(algo(bench.outcomes()[0]).value("error"), QVariant(0));
-        QVERIFY(bench.outcomes()[0].stages.isEmpty());
-        QVERIFY2(!bench.outcomes()[1].result.contains("AlgoResult"), "there is no such solution");
+        const IModelTrial::Outcome outcome = bench.outcome(bench.image, {}, false);
+        QCOMPARE(algo(outcome.result).value("error"), QVariant(0));
+        QVERIFY(outcome.stages.isEmpty());
+        const QVariantMap nowhere = bench.outcome(bench.image, {}, false, QStringLiteral("工位九")).result;
+        QVERIFY2(!nowhere.isEmpty() && !nowhere.contains("AlgoResult"), "there is no such solution");
     }
 
     void shutDownDuringTrialsIsPrompt()
     {
         TrialBench bench;
         for (int i = 0; i < 300; ++i)
-            bench.run(bench.image, bench.taught(), true);
-        QTRY_VERIFY(!bench.outcomes().isEmpty());
+            bench.run(bench.image, bench.taught(), true, bench.stationOne);
+        QTRY_VERIFY(!bench.inbox.all().isEmpty());
         bench.engine.reset();
-        const int answered = bench.outcomes().size();
+        const int answered = bench.inbox.all().size();
         QVERIFY2(answered < 300, "deleting waited for the queue");
-        QCOMPARE(bench.outcomes().size(), answered);
+        QCOMPARE(bench.inbox.all().size(), answered);
     }
 };
 

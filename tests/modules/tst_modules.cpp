@@ -62,7 +62,8 @@ private slots:
         QTest::ignoreMessage(QtWarningMsg,
                              QRegularExpression("ksCoreCtrl: .*otherinterface.*ksCoreCtrl.*接口版本 2.1.*1\\.1"));
         ModuleSet modules({fakes("otherinterface")});
-        QCOMPARE(modules.start(kNoImage), QStringLiteral("Corectrl模块加载失败,请检查!"));
+        QCOMPARE(modules.start({kNoImage, [](const QString&, const QVariant&) {}}),
+                 QStringLiteral("Corectrl模块加载失败,请检查!"));
         QCOMPARE(protocol(), QStringList());
     }
 
@@ -70,9 +71,9 @@ private slots:
     {
         {
             ModuleSet modules({fakes("good")});
-            QCOMPARE(modules.start(kNoImage), QString());
+            QCOMPARE(modules.start({kNoImage, [](const QString&, const QVariant&) {}}), QString());
             QVERIFY(modules.coreCtrl() && modules.engine() && modules.designer());
-            QCOMPARE(modules.start(kNoImage), QString());
+            QCOMPARE(modules.start({kNoImage, [](const QString&, const QVariant&) {}}), QString());
         }
         QCOMPARE(protocol(), QStringList({"core started", "request", "notification", "image", "engine initialised",
                                           "engine attached", "core stopped", "core deleted", "designer deleted",
@@ -104,7 +105,7 @@ private slots:
             QFile::copy(fakes(qPrintable(folders[i])) + '/' + file, mixed.filePath(file));
         }
         ModuleSet modules({mixed.path()});
-        QCOMPARE(modules.start(kNoImage), fatal);
+        QCOMPARE(modules.start({kNoImage, [](const QString&, const QVariant&) {}}), fatal);
     }
 
     void optionalModulesMayBeMissing()
@@ -129,7 +130,7 @@ private slots:
     {
         const auto [folder, problem] = Table::row<QString, QString>();
         ModuleSet modules({fakes(qPrintable(folder))});
-        modules.start(kNoImage);
+        modules.start({kNoImage, [](const QString&, const QVariant&) {}});
         const ModuleInfo core = modules.report().value(0);
         QCOMPARE(core.name, QStringLiteral("ksCoreCtrl"));
         QCOMPARE(core.working, problem.isEmpty());

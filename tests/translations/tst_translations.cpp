@@ -1,10 +1,10 @@
-#include "support/English.h"
+#include "host/LanguageSwitch.h"
+#include "host/ViewMenu.h"
+#include "support/Table.h"
+#include "support/TempHome.h"
 
 #include <QProcess>
-#include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QXmlStreamReader>
-#include <QtTest>
 
 namespace {
 
@@ -56,13 +56,37 @@ QString marksOf(const QString& text)
 QString faultOf(const Text& text)
 {
     static const QRegularExpression han(QStringLiteral("\\p{Han}"));
-    const QString english = QCoreApplication::translate(
-        text.context.toUtf8(), text.source.toUtf8(), text.comment.isEmpty() ? nullptr : qUtf8Printable(text.comment));
-    if (english.contains(han))
-        return QStringLiteral("no English for “%2” of %1").arg(text.context, text.source);
-    if (marksOf(english) != marksOf(text.source))
-        return QStringLiteral("%1: “%2” and “%3” differ in their marks").arg(text.context, text.source, english);
+    const QString shown = QCoreApplication::translate(text.context.toUtf8(), text.source.toUtf8(),
+                                                      text.comment.isEmpty() ? nullptr : qUtf8Printable(text.comment));
+    if (shown.contains(han))
+        return QStringLiteral("no translation for “%2” of %1").arg(text.context, text.source);
+    if (marksOf(shown) != marksOf(text.source))
+        return QStringLiteral("%1: “%2” and “%3” differ in their marks").arg(text.context, text.source, shown);
     return {};
+}
+
+/// A compiled translation into `locale`, of one text.
+QByteArray compiled(const QByteArray& locale, const QByteArray& context, const QByteArray& source,
+                    const QByteArray& translation)
+{
+    const QTemporaryDir place;
+    QFile catalogue(place.filePath(QStringLiteral("one.ts")));
+    QFile result(place.filePath(QStringLiteral("one.qm")));
+    const QByteArray language = locale.isEmpty() ? QByteArray() : " language=\"" + locale + '"';
+    const QByteArray text = "<?xml version=\"1.0\" encoding=\"utf-8\"?><!DOCTYPE TS><TS version=\"2.1\"" + language +
+                            "><context><name>" + context + "</name><message><source>" + source +
+                            "</source><translation" + (translation.isEmpty() ? " type=\"unfinished\">" : ">") +
+                            translation + "</translation></message></context></TS>";
+    if (!catalogue.open(QIODevice::WriteOnly) || catalogue.write(text) != text.size())
+        return {};
+    catalogue.close();
+    QProcess::execute(QStringLiteral(VALVECELL_LRELEASE), {"-silent", catalogue.fileName(), "-qm", result.fileName()});
+    return result.open(QIODevice::ReadOnly) ? result.readAll() : QByteArray();
+}
+
+QString menuTitle()
+{
+    return QCoreApplication::translate("ViewMenu", "语言外观");
 }
 
 } // namespace
@@ -72,29 +96,96 @@ class TranslationsTest : public QObject
     Q_OBJECT
 
 private slots:
-    void everyTextIsThereInEnglish_data()
+    /// A language whose own script is Chinese needs another mark of a missing text.
+    void everyTextIsThereInEachLanguage_data()
     {
-        QTest::addColumn<int>("fewest");
-        QTest::newRow("src") << 300;
-        QTest::newRow("include") << 10;
-        QTest::newRow("plugins/ksCoreCtrl") << 15;
-        QTest::newRow("plugins/QUserInfo") << 50;
-        QTest::newRow("plugins/ksbengine") << 30;
-        QTest::newRow("plugins/ksdesigner") << 150;
+        Table::columns<QString, QString, int>();
+        const QDir folders(QStringLiteral(VALVECELL_SOURCE_DIR "/translations"));
+        for (const QString& language : folders.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+            for (const auto& [part, fewest] :
+                 {std::pair("src", 300), std::pair("include", 10), std::pair("plugins/ksCoreCtrl", 15),
+                  std::pair("plugins/QUserInfo", 50), std::pair("plugins/ksbengine", 30),
+                  std::pair("plugins/ksdesigner", 150)})
+                QTest::addRow("%s of %s", qPrintable(language), part) << language << part << fewest;
+        }
     }
-
-    void everyTextIsThereInEnglish()
+    void everyTextIsThereInEachLanguage()
     {
-        QFETCH(int, fewest);
-        const QVector<Text> texts = textsOf(QString::fromLatin1(QTest::currentDataTag()));
+        const auto [language, part, fewest] = Table::row<QString, QString, int>();
+        const QVector<Text> texts = textsOf(part);
         QVERIFY2(texts.size() >= fewest, "the sources were not read");
-        const English english;
-        QVERIFY(english);
+        LanguageSwitch languages;
+        languages.apply(language);
         QStringList faults;
         for (const Text& text : texts)
             faults << faultOf(text);
         faults.removeAll(QString());
         QVERIFY2(faults.isEmpty(), qPrintable(faults.join('\n')));
+    }
+
+    void folderOfTranslationsIsALanguage_data()
+    {
+        const QByteArray german = compiled("de_DE", "ViewMenu", "语言外观", "Ansicht");
+        const QByteArray nameless = compiled({}, "ViewMenu", "语言外观", "Look");
+        QVERIFY(!german.isEmpty() && !nameless.isEmpty());
+        Table::of<QByteArray, QByteArray, QString>(
+            {{"says its own name", "own.qm", compiled("en_GB", "LanguageSwitch", "中文", "Plattdüütsch"),
+              "Plattdüütsch"},
+             {"named by its locale", "one.qm", german, "Deutsch"},
+             {"named by its folder", "one.qm", nameless, "Place"},
+             {"any suffix, any depth", "more/of it/one.txt", german, "Deutsch"},
+             {"text file", "readme.txt", "to be done", {}},
+             {"cut off", "one.qm", german.chopped(20), {}},
+             {"nothing translated", "one.qm", compiled("de_DE", "ViewMenu", "语言外观", {}), {}},
+             {"empty file", "one.qm", {}, {}}});
+    }
+    void folderOfTranslationsIsALanguage()
+    {
+        const auto [file, content, caption] = Table::row<QByteArray, QByteArray, QString>();
+        const TempHome home;
+        home.write("/language/Place/" + file, content);
+        const bool loads = QTest::currentDataTag() != QByteArray("nothing translated");
+        if (caption.isEmpty())
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("language folder Place .*" + (loads ? file : "")));
+        const QMap<QString, QString> offered = LanguageSwitch::available();
+        QCOMPARE(offered.value("Place"), caption);
+        QCOMPARE(offered.contains("Place"), !caption.isEmpty());
+        QCOMPARE(offered["Chinese"] + ' ' + offered["English"], QStringLiteral("中文 English"));
+    }
+
+    void languageThatComesWhileTheProgramRunsIsInTheMenu()
+    {
+        const TempHome home;
+        ViewMenu menu;
+        menu.setLanguage("Deutsch");
+        home.write("/language/Deutsch/one.qm", compiled("de_DE", "ViewMenu", "语言外观", "Ansicht"));
+        emit menu.aboutToShow();
+        QString chosen;
+        connect(&menu, &ViewMenu::sgChangeLanguage, [&](const QString& language) { chosen = language; });
+        QStringList checked;
+        for (QAction* action : menu.actions()) {
+            if (action->isChecked())
+                checked << action->text();
+            if (action->text() == "Deutsch")
+                action->trigger();
+        }
+        QCOMPARE(checked, QStringList("Deutsch"));
+        QCOMPARE(chosen, QStringLiteral("Deutsch"));
+    }
+
+    void plantsOwnTextsWin()
+    {
+        const TempHome home;
+        home.write("/language/English/own.qm", compiled("en", "ViewMenu", "语言外观", "Plant"));
+        home.write("/language/English/below/own.qm", compiled("en", "ViewMenu", "语言外观", "Below"));
+        home.write("/language/English/spoiled.qm", "no translation");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("language English: .*spoiled.qm"));
+        LanguageSwitch languages;
+        languages.apply("English");
+        QCOMPARE(menuTitle(), QStringLiteral("Plant"));
+        QCOMPARE(QCoreApplication::translate("ViewMenu", "浅色"), QStringLiteral("Light"));
+        languages.apply("Chinese");
+        QCOMPARE(menuTitle(), QStringLiteral("语言外观"));
     }
 };
 

@@ -1,4 +1,3 @@
-#include "sets/Recipe.h"
 #include "sets/TruthFile.h"
 #include "sets/WheelSet.h"
 #include "support/Table.h"

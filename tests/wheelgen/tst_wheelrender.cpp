@@ -1,6 +1,4 @@
-#include "render/Marks.h"
 #include "render/SpecDraw.h"
-#include "render/WheelFace.h"
 #include "render/WheelRenderer.h"
 #include "support/Table.h"
 
@@ -14,7 +12,7 @@ using namespace wheel;
 
 namespace {
 
-constexpr double kDegree = CV_PI / 180;
+constexpr double degree = CV_PI / 180;
 
 /// A wheel in even light without texture whose hole is a flat disc: what is measured in it is geometry.
 WheelSpec plainWheel(const char* design = "five")
@@ -76,7 +74,7 @@ double grayAt(const cv::Mat& image, cv::Point2d p)
 
 cv::Point2d onCircle(cv::Point2d center, double radius, double degrees)
 {
-    return center + radius * cv::Point2d(std::cos(degrees * kDegree), -std::sin(degrees * kDegree));
+    return center + radius * cv::Point2d(std::cos(degrees * degree), -std::sin(degrees * degree));
 }
 
 /// Radius at which the gray value is half way between lip and background, in one direction from the hub.
@@ -105,11 +103,12 @@ int darkPlacesOnRing(const RenderedWheel& wheel)
     return count;
 }
 
-void addDesigns()
+/// A quarter of them without a hole.
+template <typename Check>
+void forEachDrawnWheel(Difficulty difficulty, cv::Size size, const Check& check)
 {
-    QTest::addColumn<QString>("design");
-    for (const auto& design : designs())
-        QTest::newRow(design.key.c_str()) << QString::fromStdString(design.key);
+    for (quint64 seed = 0; seed < 900 && !QTest::currentTestFailed(); ++seed)
+        check(drawWheel(designs()[seed % designs().size()], difficulty, size, seed, seed % 4 != 0));
 }
 
 } // namespace
@@ -144,7 +143,7 @@ private slots:
         const cv::Point2d found = centroid(moments);
         QVERIFY2(cv::norm(found - truth.holeCenter) < 0.02,
                  qPrintable(QString::number(cv::norm(found - truth.holeCenter))));
-        const double seen = std::atan2(truth.hub.y - found.y, found.x - truth.hub.x) / kDegree;
+        const double seen = std::atan2(truth.hub.y - found.y, found.x - truth.hub.x) / degree;
         QVERIFY(std::fabs(std::remainder(seen - truth.angle, 360)) < 0.005);
         const double area = CV_PI * radius * radius * ratio;
         if (blur == 0)
@@ -206,25 +205,6 @@ private slots:
         QVERIFY2(std::fabs(moments.m00 - area) < 0.01 * area, qPrintable(QString::number(moments.m00 / area)));
     }
 
-    void zeroDegreesPointRightAndAnglesGrowCounterClockwise_data()
-    {
-        Table::of<double, QPoint, double>({{"right", 0.0, QPoint(1, 0), 0.0},
-                                           {"top", 90.0, QPoint(0, -1), 90.0},
-                                           {"left", -180.0, QPoint(-1, 0), 180.0},
-                                           {"bottom", 630.0, QPoint(0, 1), 270.0}});
-    }
-    void zeroDegreesPointRightAndAnglesGrowCounterClockwise()
-    {
-        const auto [angle, side, told] = Table::row<double, QPoint, double>();
-        WheelSpec spec = plainWheel();
-        spec.hole.angle = angle;
-        const RenderedWheel wheel = renderWheel(spec);
-        QCOMPARE(wheel.truth.angle, told);
-        const cv::Point2d there = spec.hub + spec.hole.ringRadius * cv::Point2d(side.x(), side.y());
-        QVERIFY(grayAt(wheel.image, there) < 5);
-        QVERIFY(grayAt(wheel.image, 2 * spec.hub - there) > 50);
-    }
-
     void rimIsACircleAroundTheHub()
     {
         const WheelSpec spec = plainWheel();
@@ -241,38 +221,18 @@ private slots:
         QVERIFY2(cv::norm(shift) < 0.02, qPrintable(QString::number(cv::norm(shift))));
     }
 
-    void ledgeShowsTheValveHoleAndNothingLikeIt_data() { addDesigns(); }
     void ledgeShowsTheValveHoleAndNothingLikeIt()
     {
-        QFETCH(QString, design);
-        for (quint64 seed = 1; seed <= 3; ++seed)
-            for (const bool hole : {true, false}) {
-                const WheelSpec spec =
-                    drawWheel(*findDesign(design.toStdString()), Difficulty::Easy, {800, 700}, seed, hole);
-                const RenderedWheel wheel = renderWheel(spec);
+        for (const Design& design : designs())
+            for (quint64 seed = 1; seed <= 6; ++seed) {
+                const bool hole = seed % 2 == 0;
+                const RenderedWheel wheel = renderWheel(drawWheel(design, Difficulty::Easy, {800, 700}, seed, hole));
                 QCOMPARE(wheel.truth.hole, hole);
-                QCOMPARE(darkPlacesOnRing(wheel), hole ? 1 : 0);
+                QVERIFY2(darkPlacesOnRing(wheel) == (hole ? 1 : 0), design.key.c_str());
             }
-    }
-
-    void twinHoleIsAskedForToTestTheRefusal()
-    {
         WheelSpec spec = plainWheel();
         spec.hole.twin = 70;
         QCOMPARE(darkPlacesOnRing(renderWheel(spec)), 2);
-    }
-
-    void sameSeedSameBytes_data() { addDesigns(); }
-    void sameSeedSameBytes()
-    {
-        QFETCH(QString, design);
-        const Design& wheel = *findDesign(design.toStdString());
-        const auto render = [&](quint64 seed) {
-            return renderWheel(drawWheel(wheel, Difficulty::Varied, {401, 333}, seed, true)).image;
-        };
-        const cv::Mat image = render(7);
-        QCOMPARE(cv::countNonZero(image != render(7)), 0);
-        QVERIFY(cv::countNonZero(image != render(8)) > image.size().area() / 2);
     }
 
     void everyDrawnWheelKeepsTheLimits_data()
@@ -286,10 +246,8 @@ private slots:
     {
         const auto [size] = Table::row<QSize>();
         const double height = size.height();
-        for (quint64 seed = 0; seed < 900; ++seed) {
-            const Design& design = designs()[seed % designs().size()];
-            const WheelSpec spec =
-                drawWheel(design, Difficulty::Varied, {size.width(), size.height()}, seed, seed % 3 != 0);
+        const cv::Size pixels(size.width(), size.height());
+        forEachDrawnWheel(Difficulty::Varied, pixels, [&, size = size](const WheelSpec& spec) {
             const WheelTruth t = truthOf(spec);
             QVERIFY(t.rimRadius >= 0.25 * height && t.rimRadius <= 0.5 * height);
             QVERIFY(std::min(t.hub.x, size.width() - 1 - t.hub.x) > t.rimRadius);
@@ -303,17 +261,21 @@ private slots:
             QVERIFY(t.ringRadius + t.edgeRadius < spec.face.lipInner * t.rimRadius);
             QVERIFY(spec.face.windowOuter < spec.face.ledgeInner && spec.face.windowInner < spec.face.windowOuter);
             QVERIFY(spec.optics.noise > 0 && spec.optics.noise <= 15);
-        }
+        });
     }
 
     void nothingElseCanBeTheValveHole()
     {
-        int vents = 0;
-        for (quint64 seed = 0; seed < 900; ++seed) {
-            const Design& design = designs()[seed % designs().size()];
-            const WheelSpec spec = drawWheel(design, Difficulty::Varied, {2448, 2048}, seed, true);
+        int vents = 0, spots = 0;
+        forEachDrawnWheel(Difficulty::Varied, {2448, 2048}, [&](const WheelSpec& spec) {
             const WheelTruth truth = truthOf(spec);
             for (const MarkSpec& mark : spec.scene.marks) {
+                if (!truth.hole) { // then no single round spot is as large as one
+                    const bool spot = mark.kind == MarkKind::Drain || mark.kind == MarkKind::PaintDot;
+                    QVERIFY(!spot || mark.radius < 0.9 * 0.013 * spec.rimRadius);
+                    spots += spot;
+                    continue;
+                }
                 QVERIFY(cv::norm(markCenter(spec, mark) - truth.holeCenter) > truth.edgeRadius + mark.radius);
                 if (mark.kind != MarkKind::Vent && mark.kind != MarkKind::Drain)
                     continue;
@@ -322,61 +284,50 @@ private slots:
                 QVERIFY2(!nearRing || size < 0.75 || size > 1.35, qPrintable(QString::number(size)));
                 vents += nearRing;
             }
-        }
-        QVERIFY(vents > 300);
-    }
-
-    void wheelWithoutAHoleShowsNoSingleRoundSpotAsLargeAsOne()
-    {
-        int spots = 0;
-        for (quint64 seed = 0; seed < 900; ++seed) {
-            const Design& design = designs()[seed % designs().size()];
-            const WheelSpec spec = drawWheel(design, Difficulty::Varied, {2448, 2048}, seed, false);
-            for (const MarkSpec& mark : spec.scene.marks)
-                if (mark.kind == MarkKind::Drain || mark.kind == MarkKind::PaintDot) {
-                    QVERIFY(mark.radius < 0.9 * 0.013 * spec.rimRadius);
-                    ++spots;
-                }
-        }
-        QVERIFY(spots > 200);
+        });
+        QVERIFY2(vents > 200 && spots > 60, qPrintable(QStringLiteral("%1 %2").arg(vents).arg(spots)));
     }
 
     void demoKeepsToItsPlainHoles()
     {
         for (const Difficulty difficulty : {Difficulty::Easy, Difficulty::Demo})
-            for (quint64 seed = 0; seed < 90; ++seed) {
-                const Design& design = designs()[seed % designs().size()];
-                const WheelSpec spec = drawWheel(design, difficulty, {2448, 2048}, seed, true);
+            forEachDrawnWheel(difficulty, {2448, 2048}, [](const WheelSpec& spec) {
                 QVERIFY(spec.scene.marks.empty() && spec.hole.edge == HoleEdge::Crescent);
                 QVERIFY(spec.hole.inside == HoleInside::Dark && spec.hole.depthGray <= 28);
                 QVERIFY(spec.hole.step == 0 && cv::norm(spec.hole.edgeShift) == 0);
-                QCOMPARE(spec.hole.radius, design.face.hole * spec.rimRadius);
-            }
+                QCOMPARE(spec.hole.radius, spec.face.hole * spec.rimRadius);
+            });
     }
 
-    void everyKindOfEdgeInsideAndMarkIsShown()
+    void wheelsDifferInEveryWayThatThePlantShows()
     {
         std::map<HoleEdge, int> edges;
         std::map<HoleInside, int> insides;
         std::map<MarkKind, int> marks;
-        int small = 0, large = 0;
-        for (quint64 seed = 0; seed < 900; ++seed) {
-            const Design& design = designs()[seed % designs().size()];
-            const WheelSpec spec = drawWheel(design, Difficulty::Varied, {2448, 2048}, seed, true);
+        int small = 0, large = 0, valves = 0, turning = 0, faint = 0, bright = 0, glaring = 0;
+        forEachDrawnWheel(Difficulty::Varied, {2448, 2048}, [&](const WheelSpec& spec) {
+            if (!spec.hole.present)
+                return;
             ++edges[spec.hole.edge];
             ++insides[spec.hole.inside];
             small += spec.hole.radius < 0.018 * spec.rimRadius;
             large += spec.hole.radius > 0.045 * spec.rimRadius;
+            valves += spec.hole.valve != Valve::None;
+            turning += spec.optics.motion > 0;
+            faint += spec.optics.contrast < 1;
+            bright += spec.scene.background * spec.light.exposure > 140;
+            glaring += spec.light.glares > 0;
             for (const MarkSpec& mark : spec.scene.marks)
                 ++marks[mark.kind];
-        }
+        });
         QVERIFY(edges.size() == 3 && insides.size() == 4 && marks.size() == 9);
-        for (const auto& counts : {edges[HoleEdge::Crescent], edges[HoleEdge::Ring], edges[HoleEdge::Counterbore],
-                                   insides[HoleInside::Gray], insides[HoleInside::Bright], insides[HoleInside::Lit]})
-            QVERIFY(counts > 90);
+        for (const int count : {edges[HoleEdge::Crescent], edges[HoleEdge::Ring], edges[HoleEdge::Counterbore],
+                                insides[HoleInside::Gray], insides[HoleInside::Bright], insides[HoleInside::Lit]})
+            QVERIFY2(count > 60, qPrintable(QString::number(count)));
         for (const auto& [kind, count] : marks)
-            QVERIFY2(count > 60, qPrintable(QString::number(static_cast<int>(kind))));
-        QVERIFY2(small > 30 && large > 30, qPrintable(QStringLiteral("%1 %2").arg(small).arg(large)));
+            QVERIFY2(count > 40, qPrintable(QString::number(static_cast<int>(kind))));
+        for (const int count : {small, large, valves, turning, faint, bright, glaring})
+            QVERIFY2(count > 20 && count < 580, qPrintable(QString::number(count)));
     }
 
     void brightnessAroundTheHoleIsForeseen()
@@ -395,41 +346,15 @@ private slots:
             }
     }
 
-    void wheelsDifferInEveryWayThatThePlantShows()
+    void anySizeAndPlaceIsRendered()
     {
-        int valves = 0, turning = 0, faint = 0, bright = 0, glaring = 0;
-        for (quint64 seed = 0; seed < 400; ++seed) {
-            const WheelSpec spec = drawWheel(designs()[0], Difficulty::Varied, {2448, 2048}, seed, true);
-            valves += spec.hole.valve != Valve::None;
-            turning += spec.optics.motion > 0;
-            faint += spec.optics.contrast < 1;
-            bright += spec.scene.background * spec.light.exposure > 140;
-            glaring += spec.light.glares > 0;
-        }
-        for (const int count : {valves, turning, faint, bright, glaring})
-            QVERIFY(count > 15 && count < 385);
-    }
-
-    void anySizeIsRendered_data()
-    {
-        QTest::addColumn<QSize>("size");
-        for (const QSize size : {QSize(64, 64), QSize(101, 77), QSize(65, 1001), QSize(1001, 64)})
-            QTest::newRow(qPrintable(QStringLiteral("%1x%2").arg(size.width()).arg(size.height()))) << size;
-    }
-    void anySizeIsRendered()
-    {
-        QFETCH(QSize, size);
-        for (const auto& design : designs()) {
-            WheelSpec spec = drawWheel(design, Difficulty::Varied, {size.width(), size.height()}, 3, true);
-            spec.optics.motion = 1;
-            const cv::Mat image = renderWheel(spec).image;
-            QCOMPARE(QSize(image.cols, image.rows), size);
-            QCOMPARE(image.type(), CV_8UC1);
-        }
-    }
-
-    void wheelPartlyOutsideTheImageIsRendered()
-    {
+        for (const cv::Size size : {cv::Size(64, 64), cv::Size(101, 77), cv::Size(65, 1001), cv::Size(1001, 64)})
+            for (const Design& design : designs()) {
+                WheelSpec spec = drawWheel(design, Difficulty::Varied, size, 3, true);
+                spec.optics.motion = 1;
+                const cv::Mat image = renderWheel(spec).image;
+                QVERIFY(image.size() == size && image.type() == CV_8UC1);
+            }
         WheelSpec spec = drawWheel(designs()[0], Difficulty::Varied, {320, 240}, 4, true);
         spec.scene.letterings = spec.scene.dirt = spec.scene.scratches = spec.light.glares = 30;
         spec.hub = {-40, 250};

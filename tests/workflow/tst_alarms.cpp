@@ -1,7 +1,7 @@
-#include "FakePort.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/ksLogDB.h"
+#include "support/FakePort.h"
 #include "support/TempHome.h"
 #include "workflow/AlarmBook.h"
 #include "workflow/AlarmWatch.h"
@@ -18,7 +18,7 @@ struct LinePort : FakePort, ISerialStatus
     SerialStatus status() const override { return line; }
     void* extension(const char* id) override
     {
-        return qstrcmp(id, ISerialStatus::id) == 0 ? static_cast<ISerialStatus*>(this) : nullptr;
+        return qstrcmp(id, ISerialStatus::id) == 0 ? static_cast<ISerialStatus*>(this) : FakePort::extension(id);
     }
 
     SerialStatus line;
@@ -69,7 +69,7 @@ private slots:
     void looseCableComesAndGoes()
     {
         const ksGlobalConfig config;
-        AlarmBook book;
+        AlarmBook book(Scheduler::system());
         AlarmWatch watch(config, book);
         LinePort port;
         watch.setPort(&port);
@@ -97,7 +97,7 @@ private slots:
         ksGlobalConfig config;
         config.station(1).camKey = "cam1";
         config.station(2).camKey = "cam2";
-        AlarmBook book;
+        AlarmBook book(Scheduler::system());
         AlarmWatch watch(config, book);
         Cameras cameras;
         cameras.messages = {{"cam2", "no power"}, {"spare", "unplugged"}};
@@ -111,7 +111,7 @@ private slots:
 
     void lossStaysUntilItIsAcknowledgedAndComesBackWhenItGrows()
     {
-        AlarmBook book;
+        AlarmBook book(Scheduler::system());
         book.raiseCounted(Alarm::ImagesGivenUp, {}, 3);
         book.clear(Alarm::ImagesGivenUp, {});
         book.raiseCounted(Alarm::ImagesGivenUp, {}, 3);
@@ -130,9 +130,9 @@ private slots:
         ksSysConfig settings;
         settings.minFreeSpace = 1 << 20; // more than any disk has
         const ksGlobalConfig config;
-        AlarmBook book;
+        AlarmBook book(Scheduler::system());
         AlarmWatch watch(config, book);
-        CellRecords records(home.path(), settings);
+        CellRecords records(home.path(), settings, Scheduler::system());
         watch.setRecords(&records);
         watch.check();
         QCOMPARE(list(book), QString());
@@ -153,6 +153,33 @@ private slots:
         book.acknowledge();
         QCOMPARE(told(), 1); // the file stays aside, the disk stays full
         QCOMPARE(book.alarms().first().kind, Alarm::DiskLow);
+    }
+
+    void lowDiskIsReportedUntilEnoughIsFreeAgain()
+    {
+        const TempHome home;
+        ksSysConfig settings;
+        const ksGlobalConfig config;
+        AlarmBook book(Scheduler::system());
+        AlarmWatch watch(config, book);
+        CellRecords records(home.path(), settings, Scheduler::system());
+        watch.setRecords(&records);
+        records.prepareImageFolders();
+        QTRY_VERIFY(records.health().freeMiB > 0);
+        const double freeGiB = records.health().freeMiB / 1024.0;
+        if (freeGiB < 15)
+            QSKIP("whole GiB are too coarse for a disk with so little space");
+        struct Step
+        {
+            double wanted; // of what is free
+            bool low;
+        };
+        for (const auto& [wanted, low] : {Step{1.06, false}, {1.16, true}, {1.06, true}, {0.9, false}, {1.06, false}}) {
+            settings.minFreeSpace = qRound(wanted * freeGiB);
+            watch.check();
+            QCOMPARE(!book.alarms().isEmpty(), low);
+            QVERIFY(!low || qAbs(book.alarms().first().detail.toDouble() - freeGiB) < 0.05 + 0.01 * freeGiB);
+        }
     }
 };
 

@@ -1,8 +1,8 @@
 #include "db/StationDB.h"
+#include "support/ManualScheduler.h"
 #include "support/TempHome.h"
 #include "workflow/DayCounts.h"
 #include "workflow/DayCountsFile.h"
-#include "workflow/EarlierCounts.h"
 #include "workflow/ResultHandler.h"
 
 namespace {
@@ -25,21 +25,15 @@ void record(StationDB& database, int station, double angle, const QDateTime& tim
 /// One run of the program, as far as it counts.
 struct Run
 {
-    DayCounts counts;
+    DayCounts counts{Scheduler::system()};
     DayCountsFile file;
-    EarlierCounts earlier;
 
-    Run(const TempHome& home, const QDate& today)
-        : counts([today] { return today; })
-        , file(counts, home.path("/dayCounts.json"))
-        , earlier(home.path("/Pellix.db"), home.path("/dayCounts.json"))
+    explicit Run(const TempHome& home)
+        : file(counts, {home.path("/Pellix.db"), home.path("/dayCounts.json")}, Scheduler::system())
     {
-        QObject::connect(&earlier, &EarlierCounts::counted, &counts, &DayCounts::addEarlier);
-        QObject::connect(&earlier, &EarlierCounts::finished, &file, &DayCountsFile::begin);
-        bool read = false;
-        QObject::connect(&earlier, &EarlierCounts::finished, &counts, [&read] { read = true; });
-        earlier.start();
-        if (!QTest::qWaitFor([&read] { return read; }, patienceMs))
+        QSignalSpy started(&file, &DayCountsFile::started);
+        file.start();
+        if (started.isEmpty() && !started.wait(patienceMs))
             qFatal("nothing read");
     }
     QString told(int station) const
@@ -58,8 +52,8 @@ class DayCountsTest : public QObject
 private slots:
     void nightShiftBeginsItsOwnDay()
     {
-        QDate today(2026, 3, 31);
-        DayCounts counts([&today] { return today; });
+        ManualScheduler scheduler(QDateTime(QDate(2026, 3, 31), QTime(23, 59)));
+        DayCounts counts(scheduler);
         QCOMPARE(counts.of(1).yield(), -1.0);
         for (const bool found : {true, true, false, true})
             counts.onReading(1, reading(found));
@@ -71,13 +65,14 @@ private slots:
         QCOMPARE(counts.of(1).yield(), 75.0);
         QCOMPARE(counts.of(2).yield(), 0.0);
 
-        today = today.addDays(1);
+        const QDate yesterday = scheduler.now().date();
+        scheduler.advance(60 * 1000);
         QSignalSpy changed(&counts, &DayCounts::changed);
         counts.checkDay();
         counts.checkDay();
         QCOMPARE(changed.count(), 2);
         QCOMPARE(counts.of(1).found + counts.of(1).notFound + counts.of(1).refused, 0);
-        counts.addEarlier(today.addDays(-1), 1, {5, 5, 0}); // read before midnight, told after it
+        counts.addEarlier(yesterday, 1, {5, 5, 0}); // read before midnight, told after it
         QCOMPARE(counts.of(1).found, 0);
     }
 
@@ -95,7 +90,7 @@ private slots:
             record(database, 2, 18.5, today.addMSecs(-1)); // yesterday's last
             record(database, 2, 19.5, now.addDays(1));     // counted by its own signal
         }
-        Run run(home, now.date());
+        Run run(home);
         QCOMPARE(run.told(2), QStringLiteral("1 0 0"));
         QCOMPARE(run.told(1), QStringLiteral("2 2 0"));
     }
@@ -106,7 +101,7 @@ private slots:
         const QDate today = QDate::currentDate();
         const auto kept = [&] { return home.read("/dayCounts.json"); };
         {
-            Run run(home, today);
+            Run run(home);
             run.counts.onRefused(2);
             run.counts.onReading(2, reading(false)); // " No Cali!!!": answered, and no row
             for (int i = 1; i < DayCountsFile::secondsBetweenWrites; ++i)
@@ -117,20 +112,20 @@ private slots:
             run.counts.onRefused(2);
         }
         {
-            Run run(home, today);
+            Run run(home);
             QCOMPARE(run.told(2), QStringLiteral("0 1 2"));
             StationDB database(home.path("/Pellix.db"));
             QVERIFY(database.initialise());
             for (const double angle : {361.0, 361.0, 17.5}) // then the program dies: the file knows nothing of them
                 record(database, 2, angle, QDateTime(today, QTime(0, 0)));
         }
-        QCOMPARE(Run(home, today).told(2), QStringLiteral("1 2 2"));
+        QCOMPARE(Run(home).told(2), QStringLiteral("1 2 2"));
         home.write("/dayCounts.json", kept().replace(today.toString(Qt::ISODate).toLatin1(), "2026-03-31"));
-        QCOMPARE(Run(home, today).told(2), QStringLiteral("1 2 0"));
+        QCOMPARE(Run(home).told(2), QStringLiteral("1 2 0"));
         const QByteArray before = kept();
         {
-            DayCounts counts;
-            const DayCountsFile file(counts, home.path("/dayCounts.json"));
+            DayCounts counts(Scheduler::system());
+            const DayCountsFile file(counts, {{}, home.path("/dayCounts.json")}, Scheduler::system());
             counts.onRefused(1);
         }
         QVERIFY2(kept() == before, "written before the day so far was read");

@@ -1,4 +1,4 @@
-#include "FakePort.h"
+#include "support/FakePort.h"
 #include "support/Table.h"
 #include "workflow/PlcLink.h"
 

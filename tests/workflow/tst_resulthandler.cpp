@@ -1,10 +1,10 @@
-#include "FakePort.h"
+#include "common/Scheduler.h"
 #include "config/ksGlobalConfig.h"
 #include "db/StationResult.h"
 #include "support/FakeEngine.h"
+#include "support/FakePort.h"
 #include "support/Table.h"
 #include "workflow/IResultStore.h"
-#include "workflow/ImageRouter.h"
 #include "workflow/PlcLink.h"
 #include "workflow/ResultHandler.h"
 
@@ -51,7 +51,7 @@ struct Cell
     FakePort port;
     PlcLink link{&port};
     ksGlobalConfig config;
-    ResultHandler handler{config, link};
+    ResultHandler handler{config, link, Scheduler::system()};
     FakeStore store{port};
     QStringList panel;
     QList<QPair<int, int>> shown; ///< station and width of each picture
@@ -75,6 +75,16 @@ struct Cell
         });
     }
 
+    /// The result of a trigger of its solution's station; station 1's when there is none.
+    void finish(const QVariantMap& map)
+    {
+        Trigger trigger;
+        trigger.station = qMax(1, config.stationOfSolution(map["solutionName"].toString()));
+        trigger.solution = config.station(trigger.station).solution;
+        trigger.plcIndex = 7;
+        trigger.session = link.session();
+        handler.onResult(trigger, map);
+    }
     static QVariantMap result(const QString& solution, const QVariantMap& algo)
     {
         return {{"originImage", QImage(7, 7, QImage::Format_Grayscale8)},
@@ -122,7 +132,7 @@ private slots:
         station.fourPoint.map = {2, 3, 1, -1, 0.5, 4};
         station.fourPoint.xOffset = 100;
         station.fourPoint.yOffset = -200;
-        cell.handler.onResult(Cell::result("工位1", Cell::found(45.5)));
+        cell.finish(Cell::result("工位1", Cell::found(45.5)));
         QCOMPARE(cell.port.commands(), QByteArray("F"));
         QCOMPARE(cell.port.words(0), words);
         QCOMPARE(cell.panel, QStringList("1|五辐 angle :45.500 " + line));
@@ -131,7 +141,7 @@ private slots:
     void replyGoesFirstThenArchiveThenRow()
     {
         Cell cell;
-        cell.handler.onResult(Cell::result("工位2", Cell::found(45.5)));
+        cell.finish(Cell::result("工位2", Cell::found(45.5)));
         QCOMPARE(cell.store.protocol, QStringList({"result 2 五辐 9 after 1 frames", "source 2 五辐 7 after 1 frames",
                                                    "row after 1 frames"}));
         const StationResult& row = cell.store.last;
@@ -147,19 +157,20 @@ private slots:
     {
         Cell cell;
         QVariantMap answer = Cell::found(45.5);
-        cell.handler.onResult(Cell::result("工位2", answer));
-        QVERIFY2(cell.store.last.value3.isEmpty(), "the engine told nothing");
+        cell.finish(Cell::result("工位2", answer));
+        const QString sent = "plc=7;x=100.500;y=200.250";
+        QCOMPARE(cell.store.last.value3, sent);
         answer.insert({{"edgePoints", 32},
                        {"residual", 0.0284},
                        {"runnerUpScore", 0.4},
                        {"hubRadius", 808.19},
                        {"holeRadius", 15.526}});
-        cell.handler.onResult(Cell::result("工位2", answer));
+        cell.finish(Cell::result("工位2", answer));
         const QString outline = "score=0.875;second=0.400;edge=32;residual=0.028;rim=808.2;hole=15.53";
-        QCOMPARE(cell.store.last.value3, outline);
+        QCOMPARE(cell.store.last.value3, outline + ";" + sent);
         answer.insert({{"mouthPixels", 812}, {"mouthResidual", 3.24}, {"outerRadius", 18.2}});
-        cell.handler.onResult(Cell::result("工位2", answer));
-        QCOMPARE(cell.store.last.value3, outline + ";mouth=812;gray=3.2;outer=18.20");
+        cell.finish(Cell::result("工位2", answer));
+        QCOMPARE(cell.store.last.value3, outline + ";mouth=812;gray=3.2;outer=18.20;" + sent);
     }
 
     void anglesThatTellWhyThereIsNone_data()
@@ -175,7 +186,7 @@ private slots:
     {
         const auto [angle, commands, sent, line] = Table::row<double, QByteArray, int, QString>();
         Cell cell;
-        cell.handler.onResult(Cell::result("工位1", Cell::found(angle)));
+        cell.finish(Cell::result("工位1", Cell::found(angle)));
         QCOMPARE(cell.port.commands(), commands);
         QCOMPARE(int(cell.port.sent[0].data[2]), sent);
         QCOMPARE(cell.panel, QStringList("1|五辐 " + line));
@@ -184,11 +195,11 @@ private slots:
     void missingValuesHaveTheirDefaults()
     {
         Cell cell;
-        cell.handler.onResult(Cell::result("工位1", {}));
+        cell.finish(Cell::result("工位1", {}));
         QCOMPARE(cell.port.words(0), QStringLiteral("0 0 365 0 10 0 20 0"));
         QCOMPARE(cell.store.last.errorType, 16);
         QCOMPARE(cell.store.last.matchScore, 0.0);
-        cell.handler.onResult(Cell::result("工位1", {{"angle", "many"}, {"error", QPointF()}, {"centerPoint", 3}}));
+        cell.finish(Cell::result("工位1", {{"angle", "many"}, {"error", QPointF()}, {"centerPoint", 3}}));
         QCOMPARE(cell.store.last.errorType, 16);
     }
 
@@ -197,10 +208,10 @@ private slots:
         Cell cell;
         QVariantMap uncalibrated = Cell::result("工位1", Cell::found(45));
         uncalibrated["taskCali"] = false;
-        cell.handler.onResult(uncalibrated);
+        cell.finish(uncalibrated);
         QVariantMap noTask = Cell::result("工位2", {});
         noTask.remove("AlgoResult");
-        cell.handler.onResult(noTask);
+        cell.finish(noTask);
         QCOMPARE(cell.port.commands(), QByteArray("FHGH"));
         QCOMPARE(cell.port.words(2), QStringLiteral("0 0 361 0 0 0 0 0"));
         QCOMPARE(cell.panel, QStringList({"1|五辐 No Cali!!!", "2|五辐 No Task!!!"}));
@@ -209,41 +220,45 @@ private slots:
         QCOMPARE(cell.shown, (QList<QPair<int, int>>{{2, 7}}));
     }
 
-    void resultOfNoStationIsRecordedButNotAnswered()
+    void resultOfAnotherSolutionIsRecordedAndItsTriggerAnsweredWith361()
     {
         Cell cell;
-        cell.handler.onResult(Cell::result("别的", Cell::found(45)));
-        cell.handler.onResult(Cell::result("", Cell::found(45)));
-        QVERIFY(cell.port.sent.isEmpty());
-        QCOMPARE(cell.store.last.stationName, QStringLiteral("Station_0"));
-        QCOMPARE(cell.panel.size(), 1);
+        cell.finish(Cell::result("别的", Cell::found(45)));
+        QCOMPARE(cell.port.commands(), QByteArray("FH"));
+        QCOMPARE(cell.store.protocol.size(), 4); // the result's images and row, the trigger's row
+        QCOMPARE(cell.store.last.stationName, QStringLiteral("Station_1"));
+        QCOMPARE(cell.store.last.errorType, int(CellError::NoResult));
         QVariantMap uncalibrated = Cell::result("别的", {});
         uncalibrated["taskCali"] = false;
-        cell.handler.onResult(uncalibrated);
-        QCOMPARE(cell.port.commands(), QByteArray("GH"));
+        cell.finish(uncalibrated);
+        QCOMPARE(cell.port.commands(), QByteArray("FHGHFH"));
     }
 
-    void imageGoesToTheEngineWithItsStationsModel()
+    void whatWasSentIsWhatEverybodyGets_data()
     {
-        FakeEngine engine;
+        Table::of<double, double, QString, QString, QString>(
+            {{"a frame cannot carry X", 45.0, 1e9, "0 0 361 0 0 0 0 0", "angle :361.000 no found Value", "361 106 0"},
+             {"cut, not rounded", 359.9996, 1.0, "0 0 359 999 100 500 200 250",
+              "angle :359.999 center:(100.500,200.250)", "359.9996 0 1"},
+             {"a turn is no place", 360.0, 1.0, "0 0 360 0 100 500 200 250", "angle :360.000 center:(100.500,200.250)",
+              "360 0 0"}});
+    }
+    void whatWasSentIsWhatEverybodyGets()
+    {
+        const auto [angle, scale, words, line, stored] = Table::row<double, double, QString, QString, QString>();
         Cell cell;
-        cell.config.station(2).camKey = QStringLiteral("相机");
-        cell.config.station(2).runModel = QStringLiteral("钢圈");
-        int results = 0;
-        ImageRouter router(cell.config, [&](const QVariantMap&) { ++results; });
-        const QSignalSpy arrived(&router, &ImageRouter::imageArrived);
-        const QImage image(5, 5, QImage::Format_Grayscale8);
-        router.onImage(QStringLiteral("相机"), image);
-        router.setEngine(&engine);
-        router.onImage(QStringLiteral("别的"), image);
-        router.onImage(QString(), image);
-        router.onImage(QStringLiteral("相机"), image);
-        QCOMPARE(engine.tasks.size(), size_t(1));
-        QCOMPARE(engine.tasks[0].solution + ' ' + engine.tasks[0].model, "工位2 钢圈");
-        QCOMPARE(engine.tasks[0].image.width(), 5);
-        engine.answer({});
-        QCOMPARE(results, 1);
-        QCOMPARE(arrived.size(), 2);
+        cell.config.station(2).twoPoint.scale = scale;
+        StationReading reading;
+        QObject::connect(&cell.handler, &ResultHandler::readingChanged,
+                         [&](int, const StationReading& told) { reading = told; });
+        cell.finish(Cell::result("工位2", Cell::found(angle)));
+        QCOMPARE(cell.port.words(0), words);
+        QCOMPARE(cell.panel, QStringList("2|五辐 " + line));
+        QCOMPARE(QStringLiteral("%1 %2 %3")
+                     .arg(cell.store.last.angle, 0, 'g', 8)
+                     .arg(cell.store.last.errorType)
+                     .arg(int(reading.found)),
+                 stored);
     }
 };
 

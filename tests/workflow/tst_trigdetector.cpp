@@ -1,20 +1,19 @@
+#include "support/ManualScheduler.h"
 #include "support/Table.h"
-#include "workflow/AutoTrigger.h"
 #include "workflow/CTrigDetector.h"
 
 #include <QtTest>
 
 /// The clock and the setting stand still until the test moves them.
-class tst_trigdetector : public QObject
+class TrigDetectorTest : public QObject
 {
     Q_OBJECT
 
 private slots:
     void init()
     {
-        m_now = 1000000;
         m_limit = 2;
-        m_detector.reset(new CTrigDetector([this] { return m_now; }, [this] { return m_limit; }));
+        m_detector.reset(new CTrigDetector(m_scheduler, [this] { return m_limit; }));
     }
 
     void secondTriggerWithoutAnImageIsNotCounted()
@@ -91,7 +90,7 @@ private slots:
         m_limit = limit;
         QString taken;
         for (const int gap : gaps) {
-            m_now += gap;
+            m_scheduler.advance(gap);
             taken += m_detector->filterBurst() ? 'y' : 'n';
         }
         QCOMPARE(taken, expected);
@@ -99,45 +98,47 @@ private slots:
 
     void clockIsSetBackInABurst()
     {
-        m_now += 400;
+        m_scheduler.advance(400);
         QVERIFY(m_detector->filterBurst());
-        m_now -= 3600 * 1000;
+        m_scheduler.setClock(m_scheduler.now().addSecs(-3600));
         QVERIFY(m_detector->filterBurst());
-        m_now += 100; // counts from the clock as it is now
+        m_scheduler.advance(100); // counts from the clock as it is now
         QVERIFY(!m_detector->filterBurst());
     }
 
     void checkingRunsOnATimerThatCanBeStopped()
     {
         const QSignalSpy missing(m_detector.data(), &CTrigDetector::sgErrorTrig);
-        auto* const timer = m_detector->findChild<QTimer*>();
         m_detector->addTrigCount(0);
         QVERIFY(m_detector->startChecking());
-        QCOMPARE(timer->interval(), 4000);
-        timer->setInterval(1);
-        QTRY_VERIFY(missing.count() >= 2);
+        m_scheduler.advance(3999);
+        QCOMPARE(missing.count(), 0);
+        m_scheduler.advance(4001);
+        QCOMPARE(missing.count(), 2);
         QVERIFY(m_detector->stopChecking());
-        QVERIFY(!timer->isActive());
+        m_scheduler.advance(100000);
+        QCOMPARE(missing.count(), 2);
     }
 
     void softwareTriggerRepeatsUntilItIsStopped()
     {
-        AutoTrigger trigger;
+        AutoTrigger trigger(m_scheduler);
         const QSignalSpy triggers(&trigger, &AutoTrigger::sgTrig);
-        trigger.start(3600 * 1000);
-        trigger.start(1);
-        QTRY_VERIFY(triggers.count() >= 3);
+        trigger.start(100);
+        m_scheduler.advance(50);
+        trigger.start(100);
+        m_scheduler.advance(300);
+        QCOMPARE(triggers.count(), 3);
         trigger.stop();
-        const int count = triggers.count();
-        QCoreApplication::processEvents();
-        QCOMPARE(triggers.count(), count);
+        m_scheduler.advance(1000);
+        QCOMPARE(triggers.count(), 3);
     }
 
 private:
-    qint64 m_now = 0;
+    ManualScheduler m_scheduler;
     int m_limit = 0;
     QScopedPointer<CTrigDetector> m_detector;
 };
 
-QTEST_GUILESS_MAIN(tst_trigdetector)
+QTEST_GUILESS_MAIN(TrigDetectorTest)
 #include "tst_trigdetector.moc"

@@ -1,10 +1,10 @@
-#include "FakePort.h"
 #include "config/ksGlobalConfig.h"
 #include "support/FakeEngine.h"
+#include "support/FakePort.h"
+#include "support/ManualScheduler.h"
 #include "support/TempHome.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/PlcLink.h"
-#include "workflow/Station.h"
 #include "workflow/TriggerDispatch.h"
 
 #include <QSignalSpy>
@@ -20,7 +20,12 @@ struct Cell
     PlcLink link{&port};
     ksGlobalConfig config;
     QStringList captured;
-    TriggerDispatch dispatch{config, link, [this](const QString& key) { captured << key; }};
+    bool full = false; ///< as many wait as may
+    ManualScheduler scheduler;
+    TriggerDispatch dispatch{config, link, scheduler, [this](const Trigger& trigger) {
+                                 captured << trigger.camera;
+                                 return !full;
+                             }};
     std::unique_ptr<CZdCtrl> controller;
     QStringList panel, systemLog;
 
@@ -36,7 +41,7 @@ struct Cell
         engine.solutions["备用"] = {}; // of no station
         config.onlineMode = config.useClearProtect = true;
         config.trigerFilter = 0;
-        controller = std::make_unique<CZdCtrl>(&engine, home.path());
+        controller = std::make_unique<CZdCtrl>(&engine, home.path(), CZdCtrl::Accounting{scheduler, [] { return 0; }});
         controller->initialise();
         dispatch.setController(controller.get());
         QObject::connect(&dispatch, &TriggerDispatch::sgShowLog, [this](int station, const QString& text) {
@@ -80,16 +85,38 @@ private slots:
         QVERIFY(cell.port.sent.isEmpty());
     }
 
-    void repeatedPairIsNotLookedUpAgain()
+    void repeatedPairIsLookedUpAgainOnlyAfterTheTableChanged()
     {
         Cell cell;
         cell.dispatch.onModelIndices(8, 3);
         cell.controller->plcIndices().setTable("工位1", {{"新型号", 8}});
         cell.dispatch.onModelIndices(8, 3);
         QCOMPARE(cell.config.station(1).runModel, QString());
-        cell.dispatch.onModelIndices(8, 0);
+        cell.dispatch.forgetLastIndices();
+        cell.dispatch.onModelIndices(8, 3);
+        QCOMPARE(cell.config.station(1).runModel, QStringLiteral("新型号"));
+        QVERIFY(cell.systemLog.last().contains("切换型号为[新型号]"));
+    }
+
+    void indexThatWasUnknownSwitchesToItsNewModel()
+    {
+        Cell cell;
+        cell.dispatch.onModelIndices(1, 1);
+        cell.dispatch.onModelIndices(7, 1);
+        cell.controller->plcIndices().setTable("工位1", {{"五辐", 1}, {"新型号", 7}});
+        cell.dispatch.onModelIndices(7, 2);
+        QCOMPARE(cell.config.station(1).runModel, QStringLiteral("新型号"));
+        QCOMPARE(cell.panel.filter("切换型号为[新型号]").size(), 1);
+    }
+
+    void triggerOnTopOfTooManyIsAnsweredAtOnce()
+    {
+        Cell cell;
+        cell.dispatch.onModelIndices(2, 3);
+        cell.full = true;
         cell.dispatch.onTrigger(1);
-        QCOMPARE(cell.captured, QStringList("cam1"));
+        QCOMPARE(cell.port.words(0), QStringLiteral("0 0 999 0 0 0 0 0"));
+        QCOMPARE(cell.panel.last(), QStringLiteral("1|T:等待的触发过多，不能拍照！！！"));
     }
 
     void unknownIndexIsToldAndRefusedWith999()
@@ -143,15 +170,17 @@ private slots:
     {
         Cell cell;
         cell.config.onlineMode = false;
-        cell.config.trigerFilter = 1000000;
+        cell.config.trigerFilter = 1000; // milliseconds
         for (const int station : {1, 1, 2})
             cell.dispatch.onTrigger(station);
         QCOMPARE(cell.captured, QStringList({"cam1", "cam2"}));
-        Cell quick;
-        quick.config.onlineMode = false;
-        quick.config.trigerFilter = 1;
-        quick.dispatch.onTrigger(1);
-        QTRY_VERIFY((quick.dispatch.onTrigger(1), quick.captured.size() > 1));
+        cell.scheduler.advance(999);
+        cell.dispatch.onTrigger(1);
+        QCOMPARE(cell.captured.size(), 2);
+        cell.scheduler.advance(1);
+        cell.dispatch.onTrigger(1);
+        QCOMPARE(cell.captured.last(), QString("cam1"));
+        QCOMPARE(cell.captured.size(), 3);
     }
 
     void framesBeforeTheControllerExistsAreNotForgotten()

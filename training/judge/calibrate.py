@@ -12,7 +12,7 @@ import sampling
 
 # As in the finder's HoleChoice.
 PLACE_SIGMA, SIZE_SIGMA = {"taught": 0.03, "auto": 0.05}, {"taught": 0.18, "auto": 0.6}
-USUAL_PLACE, USUAL_SIZE = 0.875, 0.028  # of the rim's radius
+PRIOR_PLACE, PRIOR_SIZE = 0.875, 0.028  # of the rim's radius
 ALIKE_SIZE, ALIKE_RING, ALIKE_ODDS, LEAST_OF_ROUND, FEWEST_OF_ROUND = 0.16, 0.012, 3, -1.5, 2
 
 _nets = None
@@ -63,7 +63,7 @@ def _seen(job):
     return rows, rank
 
 
-def report(first, second, held, jobs, say):
+def report(first, second, held, jobs, log):
     """Prints how early the glance names the hole, and what evidence the judge gives holes and other places."""
     global _nets
     _nets = (first, second)
@@ -73,7 +73,7 @@ def report(first, second, held, jobs, say):
         with_hole = [rank for (_, rank), wheel in zip(seen, wheels) if wheel.hole]
         rows = np.array([row for made, _ in seen for row in made if not row[2]], float)
         holes, rest = rows[rows[:, 1] > 0, 0], rows[rows[:, 1] == 0, 0]
-        say("%s: %d holes, among the first 1, 4, 8, 16 candidates %s; evidence of holes %s, of the rest %s" % (
+        log("%s: %d holes, among the first 1, 4, 8, 16 candidates %s; evidence of holes %s, of the rest %s" % (
             folder, len(with_hole), " ".join("%.2f %%" % (100 * np.mean([r is not None and r < n for r in with_hole])) for n in (1, 4, 8, 16)),
             np.round(np.percentile(holes, [1, 5, 25, 50]), 2), np.round(np.percentile(rest, [50, 95, 99, 99.9]), 2)))
 
@@ -92,9 +92,9 @@ def _choice(job):
     ring = wheel.ring * rng.uniform(0.98, 1.02) * rng.uniform(0.98, 1.02)
     ways = {"taught": ([size], (0.97 * ring - 0.03 * wheel.rim, 1.03 * ring + 0.03 * wheel.rim), 8, ring, size),
             "auto": (judge.radii_without_model(wheel.rim), (glance.BAND[0] * wheel.rim, glance.BAND[1] * wheel.rim), 14,
-                     USUAL_PLACE * wheel.rim, USUAL_SIZE * wheel.rim)}
+                     PRIOR_PLACE * wheel.rim, PRIOR_SIZE * wheel.rim)}
     made = {}
-    for way, (radii, band, most, place, usual) in ways.items():
+    for way, (radii, band, most, place, prior) in ways.items():
         found = judge.candidates(first, levels, hub, radii, band, most)
         if not found:
             continue
@@ -112,30 +112,30 @@ def _choice(job):
                          and min(evidence, o[0]) > LEAST_OF_ROUND and abs(evidence - o[0]) < ALIKE_ODDS
                          for j, o in enumerate(kept))
             rows.append([evidence, -math.log1p(((reach[i] - place) / (PLACE_SIGMA[way] * (ring if way == "taught" else wheel.rim))) ** 2),
-                         -math.log1p((math.log(radius / usual) / SIZE_SIGMA[way]) ** 2), float(others >= FEWEST_OF_ROUND), 1.0])
+                         -math.log1p((math.log(radius / prior) / SIZE_SIGMA[way]) ** 2), float(others >= FEWEST_OF_ROUND), 1.0])
             if wheel.hole and math.hypot(x - wheel.hole[0], y - wheel.hole[1]) < 0.5 * wheel.hole[2]:
                 hit = i
         made[way] = (torch.tensor(rows), hit)
     return made
 
 
-def weigh(first, second, held, jobs, say):
+def weigh(first, second, held, jobs, log):
     """The weights of HoleChoice, by logistic regression of which place is the hole or that none is."""
     global _nets
     _nets = (first, second)
     wheels = [wheel for folder in held.values() for wheel in folder]
     with multiprocessing.get_context("fork").Pool(jobs) as workers:
         made = workers.map(_choice, list(zip(wheels, range(len(wheels)))), 4)
-    usual = torch.tensor([1.0, 1.0, 1.0, -2.0, 0.0])
+    prior = torch.tensor([1.0, 1.0, 1.0, -2.0, 0.0])
     for way in PLACE_SIGMA:
         rows = [one[way] for one in made if way in one]
-        weights = usual.clone().requires_grad_(True)
+        weights = prior.clone().requires_grad_(True)
         fit = torch.optim.LBFGS([weights], max_iter=200)
 
         def loss():
             none = torch.zeros(1)
             total = sum(-torch.log_softmax(torch.cat([none, x @ weights]), 0)[hit + 1] for x, hit in rows)
-            return total / len(rows) + 0.002 * ((weights - usual) ** 2).sum()
+            return total / len(rows) + 0.002 * ((weights - prior) ** 2).sum()
 
         def step():
             fit.zero_grad()
@@ -143,5 +143,5 @@ def weigh(first, second, held, jobs, say):
             value.backward()
             return value
         fit.step(step)
-        say("%s, %d wheels, loss %.4f: evidence %.2f place %.2f size %.2f round %.2f offset %.2f" % (
+        log("%s, %d wheels, loss %.4f: evidence %.2f place %.2f size %.2f round %.2f offset %.2f" % (
             way, len(rows), float(loss()), *weights.tolist()))

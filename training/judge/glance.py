@@ -83,10 +83,10 @@ def prepared(gray):
 
 
 def targets_of(holes):
-    """Per cell: 1 hole, 0 none, -1 does not matter; and what it should say of the hole."""
+    """Per cell: 1 hole, 0 none, -1 does not matter; and what it should answer of the hole."""
     h, w = ROWS // STRIDE, COLUMNS // STRIDE
     label = np.zeros((h, w), np.float32)
-    told = np.zeros((3, h, w), np.float32)
+    targets = np.zeros((3, h, w), np.float32)
     cy, cx = np.mgrid[0:h, 0:w].astype(np.float32) * STRIDE + (STRIDE - 1) / 2
     for x, y, r in holes:
         d = np.hypot(cx - x, cy - y)
@@ -96,26 +96,26 @@ def targets_of(holes):
             continue
         hit = d < 3.0
         label[hit] = 1
-        told[0][hit] = (x - cx)[hit] / sampling.MAP_RADIUS
-        told[1][hit] = (y - cy)[hit] / sampling.MAP_RADIUS
-        told[2][hit] = math.log(r / sampling.MAP_RADIUS)
-    return label, told
+        targets[0][hit] = (x - cx)[hit] / sampling.MAP_RADIUS
+        targets[1][hit] = (y - cy)[hit] / sampling.MAP_RADIUS
+        targets[2][hit] = math.log(r / sampling.MAP_RADIUS)
+    return label, targets
 
 
 def batch_of(maps, rng, size):
-    pieces, labels, told = [], [], []
+    pieces, labels, targets = [], [], []
     for _ in range(size):
         world = maps[rng.integers(len(maps))]
         gray, holes = piece_of(*world[rng.integers(len(world))], rng)
         pieces.append(prepared(gray) * math.exp(rng.normal(0, 0.2)) + rng.normal(0, 0.2))
         a, b = targets_of(holes)
         labels.append(a)
-        told.append(b)
+        targets.append(b)
     return (torch.from_numpy(np.array(pieces, np.float32)[:, None]), torch.from_numpy(np.array(labels)),
-            torch.from_numpy(np.array(told)))
+            torch.from_numpy(np.array(targets)))
 
 
-def loss_of(answer, labels, told):
+def loss_of(answer, labels, targets):
     logit = answer[:, 0]
     matters = labels >= 0
     each = functional.binary_cross_entropy_with_logits(logit, labels.clamp(min=0), reduction="none")
@@ -124,11 +124,11 @@ def loss_of(answer, labels, told):
     weight = torch.where(labels > 0, torch.tensor(1.0), torch.tensor(0.5)) * wrong ** 2
     positive = labels > 0
     count = positive.sum().clamp(min=1)
-    place = functional.smooth_l1_loss(answer[:, 1:].permute(0, 2, 3, 1)[positive], told.permute(0, 2, 3, 1)[positive], reduction="sum", beta=0.2)
+    place = functional.smooth_l1_loss(answer[:, 1:].permute(0, 2, 3, 1)[positive], targets.permute(0, 2, 3, 1)[positive], reduction="sum", beta=0.2)
     return ((each * weight)[matters].sum() + 0.7 * place) / count
 
 
-def train(maps, seed, steps, size=48, say=print):
+def train(maps, seed, steps, size=48, log=print):
     """`maps`: those of each world, which are drawn from equally often."""
     torch.manual_seed(seed)
     rng = np.random.default_rng(seed)
@@ -144,7 +144,7 @@ def train(maps, seed, steps, size=48, say=print):
         schedule.step()
         total += float(loss)
         if step % 100 == 99:
-            say(f"glance {step + 1}/{steps}: loss {total / 100:.4f}")
+            log(f"glance {step + 1}/{steps}: loss {total / 100:.4f}")
             total = 0.0
     return net.eval()
 

@@ -77,7 +77,7 @@ def candidates(net, levels, hub, radii, band, most):
 
 def drilled(logit, x, y, radius, seen, hub, wheel):
     """Whether a place is rather another drilled hole of the wheel: one of a round, or one much smaller than the valve
-    hole. Such are holes to the eye; what tells them apart is their company and size, which the finder weighs itself."""
+    hole. Such are holes to the eye; what distinguishes them is their company and size, which the finder weighs itself."""
     for kind, ox, oy, size in wheel.others:
         if math.hypot(x - ox, y - oy) < max(size, 0.5 * radius):
             return kind in DRILLED
@@ -140,7 +140,7 @@ def prepared(near, wide, black, white):
 
 
 def sample_of(pools, rng):
-    """One example of any world, each as often as the others: pictures, label, and what the network should say of a hole (x, y, log radius, log outer or nan)."""
+    """One example of any world, each as often as the others: pictures, label, and what the network should answer of a hole (x, y, log radius, log outer or nan)."""
     holes, others, plain = pools[rng.integers(len(pools))]
     u = rng.random()
     if u < 0.22:
@@ -187,13 +187,13 @@ def sample_of(pools, rng):
         center = (truth[0] + reach * math.cos(a), truth[1] + reach * math.sin(a))
         dx, dy = (truth[0] - center[0]) / scale, (truth[1] - center[1]) / scale
         c, s = math.cos(turn), math.sin(turn)
-        told = [dx * c + dy * s, dy * c - dx * s, math.log(truth[2] / scale), math.log(outer / scale) if outer else math.nan]
+        targets = [dx * c + dy * s, dy * c - dx * s, math.log(truth[2] / scale), math.log(outer / scale) if outer else math.nan]
     else:
         center = rng.normal(0, 0.12, 2)
         scale = math.exp(rng.uniform(-0.25, 0.25))
-        told = [0, 0, 0, math.nan]
+        targets = [0, 0, 0, math.nan]
     near, wide = views(np.ascontiguousarray(gray), center, turn, scale)
-    return near, wide, black, white, label, kind, told
+    return near, wide, black, white, label, kind, targets
 
 
 def _levels_after(place, gray, rng):
@@ -208,16 +208,16 @@ def _levels_after(place, gray, rng):
 
 def pool_of(pools, rng, count):
     inputs = np.empty((count, 3, sampling.PATCH_SIDE, sampling.PATCH_SIDE), np.float16)
-    labels, kinds, told = np.empty(count, np.float32), np.empty(count, np.int64), np.empty((count, 4), np.float32)
+    labels, kinds, targets = np.empty(count, np.float32), np.empty(count, np.int64), np.empty((count, 4), np.float32)
     i = 0
     while i < count:
         made = sample_of(pools, rng)
         if made is None:
             continue
-        near, wide, black, white, labels[i], kinds[i], told[i] = made
+        near, wide, black, white, labels[i], kinds[i], targets[i] = made
         inputs[i] = prepared(near, wide, black, white)
         i += 1
-    return inputs, labels, kinds, told
+    return inputs, labels, kinds, targets
 
 
 _pools = None
@@ -237,20 +237,20 @@ def examples(pools, seed, count, jobs):
     return [torch.from_numpy(np.concatenate(x)) for x in zip(*made)]
 
 
-def loss_of(answer, labels, kinds, told):
+def loss_of(answer, labels, kinds, targets):
     loss = functional.binary_cross_entropy_with_logits(answer[:, 0], labels * 0.98 + 0.01)
     known = kinds >= 0
     if known.any():
         loss = loss + 0.1 * functional.cross_entropy(answer[known, 5:], kinds[known])
     positive = labels > 0
     if positive.any():
-        said, meant = answer[positive, 1:5], told[positive]
-        known = torch.isfinite(meant)
-        loss = loss + 2.0 * functional.smooth_l1_loss(said[known], meant[known], beta=0.1)
+        predicted, expected = answer[positive, 1:5], targets[positive]
+        known = torch.isfinite(expected)
+        loss = loss + 2.0 * functional.smooth_l1_loss(predicted[known], expected[known], beta=0.1)
     return loss
 
 
-def train(pools, seed, rounds, count=20000, epochs=3, size=64, jobs=2, say=print):
+def train(pools, seed, rounds, count=20000, epochs=3, size=64, jobs=2, log=print):
     torch.manual_seed(seed)
     net = Judge()
     optimiser = torch.optim.AdamW(net.parameters(), lr=2e-3, weight_decay=1e-3)
@@ -272,5 +272,5 @@ def train(pools, seed, rounds, count=20000, epochs=3, size=64, jobs=2, say=print
                 optimiser.step()
                 schedule.step()
                 total += float(loss)
-        say(f"judge {turn + 1}/{rounds}: loss {total / (epochs * (count // size)):.4f}")
+        log(f"judge {turn + 1}/{rounds}: loss {total / (epochs * (count // size)):.4f}")
     return net.eval()

@@ -1,4 +1,4 @@
-"""The two networks. `Glance` looks over a whole ring map and says where a hole may be; `Judge` looks at one place."""
+"""The two networks. `Glance` looks over a whole ring map and answers where a hole may be; `Judge` looks at one place."""
 import torch
 from torch import nn
 

@@ -76,7 +76,6 @@ def hole(piece, radius, black):
     outer radius of its edge, or None when the eye could not see it."""
     rng = piece.rng
     surface = piece.around()
-    cx, cy = piece.center
     before = piece.gray.copy()
     flat = rng.choice([1.0, rng.uniform(0.86, 1.0), rng.uniform(0.74, 0.9)], p=[0.4, 0.45, 0.15])
     turn = rng.normal(0, 0.35)

@@ -1,4 +1,4 @@
-"""How pictures are sampled for the judge: the same formulas as in the finder (Pyramid, RingMap, JudgePatch)."""
+"""How pictures are sampled for the judge: the same formulas as in the finder (Pyramid, RingMap, HoleView)."""
 import math
 
 import cv2

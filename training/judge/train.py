@@ -6,7 +6,6 @@
 The same folders and numbers give the same files. Prints, for each folder held back, how often the true hole is among the
 first candidates and how well the judge parts holes from the rest; and the weights that HoleChoice should have."""
 import argparse
-import math
 import multiprocessing
 import os
 import sys
@@ -63,14 +62,14 @@ def main():
     torch.use_deterministic_algorithms(True)
     cv2.setNumThreads(1)
     os.makedirs(a.out, exist_ok=True)
-    say = lambda text: print(text, flush=True)
+    log = lambda text: print(text, flush=True)
     learnt_from = [worlds.read(folder, os.path.basename(folder.rstrip("/"))) for folder in a.world]
     if a.glance:
         first = nets.Glance()
         first.load_state_dict(torch.load(a.glance))
     else:
         maps = [[m for made in _each(_maps, wheels, a.jobs) for m in made] for wheels in learnt_from]
-        first = glance.train(maps, 1, a.steps, say=say)
+        first = glance.train(maps, 1, a.steps, log=log)
         del maps
         torch.save(first.state_dict(), os.path.join(a.out, "glance.pt"))
     _glance = first.eval()
@@ -78,12 +77,12 @@ def main():
     for folder, wheels in zip(a.world, learnt_from):
         made = _each(_places, wheels, a.jobs)
         pools.append([[place for places in kind for place in places] for kind in zip(*made)])
-        say("%s: %d wheels, %d holes, %d other places, %d of plain surface" % (folder, len(wheels), *map(len, pools[-1])))
-    second = judge.train(pools, 1, a.rounds, jobs=a.jobs, say=say)
+        log("%s: %d wheels, %d holes, %d other places, %d of plain surface" % (folder, len(wheels), *map(len, pools[-1])))
+    second = judge.train(pools, 1, a.rounds, jobs=a.jobs, log=log)
     torch.save(second.state_dict(), os.path.join(a.out, "judge.pt"))
     held = {folder: worlds.read(folder, os.path.basename(folder.rstrip("/"))) for folder in a.valid}
-    calibrate.report(first, second, held, a.jobs, say)
-    calibrate.weigh(first, second, held, a.jobs, say)
+    calibrate.report(first, second, held, a.jobs, log)
+    calibrate.weigh(first, second, held, a.jobs, log)
     export(first, torch.zeros(1, 1, 1024, 64), os.path.join(a.out, "glance.onnx"))
     export(second, torch.zeros(2, 3, sampling.PATCH_SIDE, sampling.PATCH_SIDE), os.path.join(a.out, "judge.onnx"),
            {"pictures": {0: "n"}, "answers": {0: "n"}})

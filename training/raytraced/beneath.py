@@ -1,5 +1,4 @@
 """What lies below the wheel and shows through its openings: belt, rollers, grid, floor or a table of light."""
-import math
 
 from sdl import rgb
 

@@ -3,8 +3,6 @@ import math
 
 import numpy as np
 
-from sdl import vec
-
 
 class Camera:
     """Pixels: the middle of the top-left pixel is (0,0). `tilt` is the angle between the optical and the hub axis."""

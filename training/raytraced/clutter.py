@@ -1,7 +1,8 @@
 """What else lies, stands or is cut on a wheel, each with its name, place and radius: the valve hole's rivals.
 
 Every maker takes a place (a Frame on the surface) and adds solids and cutters there in local mm. No rival is a smooth
-dark disc of the hole's own size: nobody could tell that from a hole, and its name would be a mistake in the truth.
+dark disc of the hole's own size: nobody could distinguish that from a hole, and its name would be a mistake in the
+truth.
 """
 import math
 

@@ -6,7 +6,7 @@ import math
 
 import numpy as np
 
-from outlines import TAU, arc_slot, between, polar, round_hole, spokes
+from outlines import TAU, arc_slot, polar, round_hole, spokes
 
 
 def even_angles(n):

@@ -5,8 +5,6 @@ keeps the sectors apart and shadows are laid on each.
 """
 import math
 
-import numpy as np
-
 from outlines import TAU
 from sdl import vec
 

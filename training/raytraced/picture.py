@@ -7,7 +7,7 @@ import beneath
 import lights
 import shadows
 import surfaces
-from camera import Camera, ellipse_of
+from camera import Camera
 from clutter import Heap
 from designs import Design
 from hole import Hole

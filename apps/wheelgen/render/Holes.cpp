@@ -1,9 +1,7 @@
-#include "Holes.h"
-
-#include "Marks.h"
 #include "Paint.h"
 #include "Pit.h"
 #include "Random.h"
+#include "WheelRenderer.h"
 
 namespace wheel {
 

@@ -1,9 +1,7 @@
-#include "Marks.h"
-
 #include "Paint.h"
 #include "Pit.h"
 #include "Random.h"
-#include "Texture.h"
+#include "WheelRenderer.h"
 
 namespace wheel {
 

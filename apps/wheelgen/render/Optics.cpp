@@ -1,6 +1,5 @@
-#include "Optics.h"
-
 #include "Random.h"
+#include "WheelRenderer.h"
 
 #include <opencv2/imgproc.hpp>
 

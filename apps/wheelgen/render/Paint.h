@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 /// Small helpers of everything that paints.
 namespace wheel {
@@ -46,5 +47,23 @@ void paintAround(cv::Mat& image, cv::Point2d center, double radius, Paint paint)
             paint(row[x], x - center.x, y - center.y);
     }
 }
+
+/// A tile of smooth random texture that repeats without a seam; the same for every wheel, which begins to read it
+/// elsewhere.
+class Texture
+{
+public:
+    static constexpr int size = 512;
+
+    explicit Texture(std::uint64_t seed);
+
+    /// About -3 to 3, standard deviation 1, changing over a few pixels.
+    float at(int x, int y) const { return m_tile.ptr<float>((y + m_y) & (size - 1))[(x + m_x) & (size - 1)]; }
+
+private:
+    cv::Mat m_tile;
+    int m_x = 0;
+    int m_y = 0;
+};
 
 } // namespace wheel

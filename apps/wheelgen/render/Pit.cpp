@@ -1,7 +1,6 @@
 #include "Pit.h"
 
 #include "Paint.h"
-#include "Texture.h"
 
 namespace wheel {
 

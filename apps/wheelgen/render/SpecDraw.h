@@ -1,6 +1,6 @@
 #pragma once
 
-#include "WheelDesigns.h"
+#include "WheelSpec.h"
 
 #include <string>
 

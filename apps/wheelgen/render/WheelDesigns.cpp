@@ -1,4 +1,4 @@
-#include "WheelDesigns.h"
+#include "WheelSpec.h"
 
 #include <algorithm>
 

@@ -1,10 +1,5 @@
 #include "WheelRenderer.h"
 
-#include "Blemishes.h"
-#include "Holes.h"
-#include "Optics.h"
-#include "WheelFace.h"
-
 #include <cmath>
 
 namespace wheel {

@@ -142,7 +142,7 @@ struct OpticsSpec
 struct WheelSpec
 {
     cv::Size size{2448, 2048};
-    std::string design; ///< key of the design, see WheelDesigns.h
+    std::string design; ///< key of the design, see designs()
     cv::Point2d hub;
     double rimRadius = 800;
     double scale = 1; ///< size against the nominal size of the model
@@ -154,5 +154,20 @@ struct WheelSpec
     OpticsSpec optics;
     std::uint64_t seed = 0; ///< of everything random in texture and noise
 };
+
+/// A model as the plant knows it.
+struct Design
+{
+    std::string key;  ///< for command lines
+    std::string name; ///< UTF-8, as in the model library
+    int plcIndex = 0;
+    FaceSpec face;
+};
+
+/// All designs, in the order of their PLC indices.
+const std::vector<Design>& designs();
+
+/// The design of that key or name; null when there is none.
+const Design* findDesign(const std::string& keyOrName);
 
 } // namespace wheel

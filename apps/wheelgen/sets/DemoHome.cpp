@@ -1,13 +1,197 @@
 #include "DemoHome.h"
 
-#include "DemoFiles.h"
+#include "WheelSet.h"
 
+#include <valvecell/CameraCodes.h>
 #include <valvecell/HomeFiles.h>
+
+#include <QJsonArray>
+#include <QSettings>
 
 namespace {
 
+QString solutionOf(int station)
+{
+    return QStringLiteral("工位%1").arg(station);
+}
+
+QString cameraKey(int station)
+{
+    return QStringLiteral("cam%1").arg(station);
+}
+
+QString imageFolder(int station)
+{
+    return QStringLiteral("images/%1").arg(station);
+}
+
+/// Each station shows other designs, so that a mix-up of the stations shows as well.
+QStringList designsOf(int station)
+{
+    return station == 1 ? QStringList{QStringLiteral("five"), QStringLiteral("six"), QStringLiteral("twin"),
+                                      QStringLiteral("steel")}
+                        : QStringList{QStringLiteral("seven"), QStringLiteral("ten"), QStringLiteral("mesh"),
+                                      QStringLiteral("forged")};
+}
+
+WheelSetPlan wheelsOf(int station, const DemoPlan& plan)
+{
+    WheelSetPlan wheels;
+    wheels.count = DemoHome::imagesPerStation;
+    wheels.seed = 100 + static_cast<quint64>(station);
+    wheels.withoutHole = 1.0 / DemoHome::imagesPerStation;
+    wheels.designs = designsOf(station);
+    wheels.difficulty = wheel::Difficulty::Demo;
+    wheels.size = plan.size;
+    wheels.jobs = plan.jobs;
+    return wheels;
+}
+
+/// The stations differ in offsets and in the order of X and Y, so that a mix-up of the two shows in the answers.
+QJsonObject globalConfig(const DemoPlan& plan)
+{
+    QJsonObject config{{QStringLiteral("onlineMode"), true},
+                       {QStringLiteral("use_clear_protect"), true},
+                       {QStringLiteral("trigerFilter"), 50},
+                       {QStringLiteral("use4pointstand"), false}};
+    for (int station : {1, 2}) {
+        const auto key = [&](const char* name) {
+            return QStringLiteral("%1_%2").arg(QLatin1String(name)).arg(station);
+        };
+        const auto* design = wheel::findDesign(designsOf(station).first().toStdString());
+        config[key("station_camkey")] = cameraKey(station);
+        config[key("station_solution")] = solutionOf(station);
+        config[key("station_runModel")] = QString::fromStdString(design->name);
+        config[key("station_xytrans")] = station == 2;
+        config[key("StationScale")] = WheelSet::mmPerPx(plan.size);
+        config[key("StationXOffset")] = station == 1 ? 12.5 : 150.75;
+        config[key("StationYOffset")] = station == 1 ? 8.25 : 20.5;
+    }
+    return config;
+}
+
+/// Both stations know all designs, and the engine's built-in model under 99.
+QJsonObject plcIndex()
+{
+    QJsonArray table;
+    for (const auto& design : wheel::designs())
+        table.append(QJsonObject{{QStringLiteral("Name"), QString::fromStdString(design.name)},
+                                 {QStringLiteral("PlcIndex"), design.plcIndex}});
+    table.append(QJsonObject{{QStringLiteral("Name"), QStringLiteral("auto")}, {QStringLiteral("PlcIndex"), 99}});
+    return {{solutionOf(1), table}, {solutionOf(2), table}};
+}
+
+QJsonObject cameras(const DemoPlan& plan)
+{
+    QJsonArray list;
+    for (int station : {1, 2})
+        list.append(QJsonObject{
+            {QStringLiteral("key"), cameraKey(station)},
+            {QStringLiteral("type"), static_cast<int>(CameraType::Virtual)},
+            {QStringLiteral("folder"), plan.camerasFrom.isEmpty() ? imageFolder(station) : plan.camerasFrom},
+            {QStringLiteral("exposure_ms"), 5},
+            {QStringLiteral("transfer_ms"), 10}});
+    return {{QStringLiteral("cameras"), list}};
+}
+
+/// Taught by the design's nominal lengths; the demo's wheels differ from them by up to 3 percent.
+QJsonObject model(const wheel::Design& design, cv::Size size)
+{
+    const double rim = wheel::nominalRimRadius(size);
+    QJsonObject parameters = WheelSet::modelParameters({rim, design.face.ring * rim, design.face.hole * rim}, 3);
+    parameters[QStringLiteral("name")] = QString::fromStdString(design.name);
+    return parameters;
+}
+
+class Maker
+{
+public:
+    Maker(const DemoPlan& plan, QStringList* made, QString* error)
+        : m_plan(plan)
+        , m_made(made)
+        , m_error(error)
+    {
+    }
+
+    bool images(int station)
+    {
+        const QString folder = imageFolder(station), truth = folder + QStringLiteral("/truth.json");
+        if (exists(truth))
+            return true;
+        if (m_plan.camerasFrom.isEmpty())
+            return note(folder, WheelSet::write(path(folder), wheelsOf(station, m_plan), m_error));
+        QFile known(m_plan.camerasFrom + QStringLiteral("/truth.json"));
+        if (!known.exists())
+            return true;
+        if (known.open(QIODevice::ReadOnly))
+            return note(truth, HomeFiles::writeFile(path(truth), known.readAll(), m_error));
+        *m_error = QStringLiteral("%1: %2").arg(known.fileName(), known.errorString());
+        return false;
+    }
+
+    bool json(const QString& file, const QJsonObject& content)
+    {
+        return exists(file) || note(file, HomeFiles::writeJson(path(file), content, m_error));
+    }
+
+    /// The settings library itself writes this file, so that the port's path is escaped as it will be read.
+    bool settings()
+    {
+        const QString file = QStringLiteral("user/systemConfig.ini");
+        if (exists(file))
+            return true;
+        QSettings ini(path(file), QSettings::IniFormat);
+        ini.setIniCodec("UTF-8");
+        ini.setValue(QStringLiteral("COM/Port"), path(QStringLiteral("plc")));
+        ini.setValue(QStringLiteral("COM/Baute"), 115200);
+        ini.sync();
+        if (ini.status() != QSettings::NoError)
+            *m_error = QStringLiteral("%1: cannot be written").arg(path(file));
+        return note(file, ini.status() == QSettings::NoError);
+    }
+
+    bool solution(int station)
+    {
+        const QString folder = QStringLiteral("user/solutions/%1").arg(solutionOf(station));
+        if (!json(folder + QStringLiteral("/solution.json"),
+                  {{QStringLiteral("name"), solutionOf(station)}, {QStringLiteral("result"), QStringLiteral("hole")}}))
+            return false;
+        for (const auto& design : wheel::designs()) {
+            const QString name = QString::fromStdString(design.name);
+            if (!json(QStringLiteral("%1/%2.model.json").arg(folder, name), model(design, m_plan.size)))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    QString path(const QString& file) const { return m_plan.home + QLatin1Char('/') + file; }
+    bool exists(const QString& file) const { return QFile::exists(path(file)); }
+
+    bool note(const QString& file, bool good)
+    {
+        if (good)
+            m_made->append(file);
+        return good;
+    }
+
+    const DemoPlan& m_plan;
+    QStringList* m_made;
+    QString* m_error;
+};
+
+/// Writes each file that the home lacks.
+bool writeMissing(const DemoPlan& plan, QStringList* made, QString* error)
+{
+    Maker maker(plan, made, error);
+    return maker.images(1) && maker.images(2) &&
+           maker.json(QStringLiteral("user/globalConfig.json"), globalConfig(plan)) && maker.settings() &&
+           maker.json(QStringLiteral("user/plcIndex.json"), plcIndex()) &&
+           maker.json(QStringLiteral("user/camera.json"), cameras(plan)) && maker.solution(1) && maker.solution(2);
+}
+
 /// Counts up when a demo home made before would not do any more.
-constexpr int kVersion = 1;
+constexpr int currentVersion = 1;
 
 struct Stamp
 {
@@ -29,14 +213,15 @@ Stamp readStamp(const QString& home)
     if (read.state != HomeFiles::JsonRead::Good)
         return {false, false, !QFile::exists(home + QStringLiteral("/user")), {}};
     const QJsonObject& stamp = read.object;
-    return {true, stamp[QStringLiteral("complete")].toBool() && stamp[QStringLiteral("version")].toInt() == kVersion,
+    return {true,
+            stamp[QStringLiteral("complete")].toBool() && stamp[QStringLiteral("version")].toInt() == currentVersion,
             stamp[QStringLiteral("ours")].toBool(), stamp[QStringLiteral("cameras_from")].toString()};
 }
 
 bool writeStamp(const DemoPlan& plan, bool ours, bool complete, QString* error)
 {
     return HomeFiles::writeJson(stampPath(plan.home),
-                                {{QStringLiteral("version"), kVersion},
+                                {{QStringLiteral("version"), currentVersion},
                                  {QStringLiteral("complete"), complete},
                                  {QStringLiteral("ours"), ours},
                                  {QStringLiteral("cameras_from"), plan.camerasFrom}},
@@ -95,5 +280,5 @@ bool DemoHome::make(const DemoPlan& plan, QStringList* made, QString* error)
     const bool otherImages = stamp.present && stamp.camerasFrom != plan.camerasFrom;
     if ((otherImages || !plan.camerasFrom.isEmpty()) && !forgetCameras(plan.home, error))
         return false;
-    return DemoFiles::writeMissing(plan, made, error) && writeStamp(plan, stamp.ours, true, error);
+    return writeMissing(plan, made, error) && writeStamp(plan, stamp.ours, true, error);
 }

@@ -16,7 +16,7 @@ struct DemoPlan
 };
 
 /// A home with two stations, ready to be started: sample wheels with their truth, configuration, PLC index table,
-/// cameras, solutions and models. A stamp file, demo.json, tells version and completeness; a making that was cut short
+/// cameras, solutions and models. A stamp file, demo.json, holds version and completeness; a making that was cut short
 /// and a home of another version are made anew.
 namespace DemoHome {
 

@@ -35,7 +35,7 @@ void UserSession::logIn(const QString& name, const QString& password, QObject* c
         return account.hash.isEmpty() ? PasswordHash::make(password).isNull()
                                       : PasswordHash::matches(account.hash, password);
     };
-    m_worker.run(check, [this, account, guard = QPointer<QObject>(context), done](bool right) {
+    m_background.run(check, [this, account, guard = QPointer<QObject>(context), done](bool right) {
         m_checking = false;
         right = right && !account.hash.isEmpty();
         right ? m_delay.succeeded() : m_delay.failed(RetryDelay::Clock::now());
@@ -79,7 +79,7 @@ void UserSession::changeOwnPassword(const QString& present, const QString& next,
     const QPointer<QObject> guard(context);
     m_checking = true;
     const auto work = [hash = m_user.hash, present] { return PasswordHash::matches(hash, present); };
-    m_worker.run(work, [this, name = m_user.name, next, guard, done](bool right) {
+    m_background.run(work, [this, name = m_user.name, next, guard, done](bool right) {
         m_checking = false;
         right ? m_delay.succeeded() : m_delay.failed(RetryDelay::Clock::now());
         if (!guard)
@@ -164,7 +164,7 @@ QString UserSession::refuseManaging() const
 void UserSession::withHash(const QString& password, QObject* context, const Store& store, const Done& done)
 {
     const auto work = [password] { return PasswordHash::make(password); };
-    m_worker.run(work, [guard = QPointer<QObject>(context), store, done](const QByteArray& hash) {
+    m_background.run(work, [guard = QPointer<QObject>(context), store, done](const QByteArray& hash) {
         if (guard)
             done(hash.isEmpty() ? tr("内存不足，无法处理密码") : store(hash));
     });

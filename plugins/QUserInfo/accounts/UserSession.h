@@ -1,8 +1,8 @@
 #pragma once
 
-#include "accounts/PasswordWorker.h"
 #include "accounts/RetryDelay.h"
 #include "accounts/UserStore.h"
+#include "common/Background.h"
 
 #include <valvecell/IUserAudit.h>
 
@@ -76,5 +76,5 @@ private:
     Account m_user;
     RetryDelay m_delay;
     bool m_checking = false; ///< a password is being checked; one at a time
-    PasswordWorker m_worker; // last: its work ends before what it answers to goes
+    Background m_background{Background::AtEnd::Wait};
 };

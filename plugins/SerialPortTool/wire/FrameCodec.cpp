@@ -10,27 +10,27 @@ namespace wire {
 namespace {
 
 /// Places of checksum, command and words in a frame.
-constexpr int kCrcAt = 5;
-constexpr int kCommandAt = 7;
-constexpr int kWordsAt = 8;
-constexpr int kPayloadBytes = frameBytes - kCommandAt;
+constexpr int crcAt = 5;
+constexpr int commandAt = 7;
+constexpr int wordsAt = 8;
+constexpr int payloadBytes = frameBytes - commandAt;
 
 /// What each of the first bytes has to be; -1 for any.
-constexpr int kPattern[] = {0xAA, 0x55, -1, 0, kPayloadBytes};
-constexpr int kPatternBytes = sizeof(kPattern) / sizeof(*kPattern);
+constexpr int pattern[] = {0xAA, 0x55, -1, 0, payloadBytes};
+constexpr int patternBytes = sizeof(pattern) / sizeof(*pattern);
 
 quint16 frameCrc(const quint8* frame)
 {
-    const quint16 head = crc16Modbus(frame + sequenceByte, kCrcAt - sequenceByte);
-    return crc16Modbus(frame + kCommandAt, kPayloadBytes, head);
+    const quint16 head = crc16Modbus(frame + sequenceByte, crcAt - sequenceByte);
+    return crc16Modbus(frame + commandAt, payloadBytes, head);
 }
 
 SComFrame frameFrom(const std::array<quint8, frameBytes>& bytes)
 {
     SComFrame frame;
     std::copy_n(bytes.data(), sizeof(frame.header), frame.header);
-    frame.command = bytes[kCommandAt];
-    qFromLittleEndian<qint16>(bytes.data() + kWordsAt, std::size(frame.data), frame.data);
+    frame.command = bytes[commandAt];
+    qFromLittleEndian<qint16>(bytes.data() + wordsAt, std::size(frame.data), frame.data);
     return frame;
 }
 
@@ -50,11 +50,11 @@ QByteArray encode(const SComFrame& frame, quint8 sequence)
 {
     QByteArray bytes(frameBytes, '\0');
     auto* out = reinterpret_cast<quint8*>(bytes.data());
-    for (int i = 0; i < kPatternBytes; ++i)
-        out[i] = static_cast<quint8>(i == sequenceByte ? sequence : kPattern[i]);
-    out[kCommandAt] = frame.command;
-    qToLittleEndian<qint16>(frame.data, std::size(frame.data), out + kWordsAt);
-    qToLittleEndian<quint16>(frameCrc(out), out + kCrcAt);
+    for (int i = 0; i < patternBytes; ++i)
+        out[i] = static_cast<quint8>(i == sequenceByte ? sequence : pattern[i]);
+    out[commandAt] = frame.command;
+    qToLittleEndian<qint16>(frame.data, std::size(frame.data), out + wordsAt);
+    qToLittleEndian<quint16>(frameCrc(out), out + crcAt);
     return bytes;
 }
 
@@ -72,15 +72,15 @@ void FrameDecoder::feed(const QByteArray& bytes, const Sink& sink)
 
 bool FrameDecoder::canBeFrame() const
 {
-    for (int i = 0; i < std::min(m_count, kPatternBytes); ++i)
-        if (kPattern[i] >= 0 && m_window[i] != kPattern[i])
+    for (int i = 0; i < std::min(m_count, patternBytes); ++i)
+        if (pattern[i] >= 0 && m_window[i] != pattern[i])
             return false;
     return true;
 }
 
 bool FrameDecoder::checksumHolds() const
 {
-    return frameCrc(m_window.data()) == qFromLittleEndian<quint16>(m_window.data() + kCrcAt);
+    return frameCrc(m_window.data()) == qFromLittleEndian<quint16>(m_window.data() + crcAt);
 }
 
 void FrameDecoder::resynchronise()

@@ -67,8 +67,8 @@ QString resultTip(FindError error)
 QString tipOf(const FindResult& result)
 {
     const QString tip = resultTip(result.error);
-    const bool isSaid = result.found() || result.error == FindError::Ambiguous;
-    const QString reason = isSaid ? QString() : doubtText(result.doubt);
+    const bool tipSuffices = result.found() || result.error == FindError::Ambiguous;
+    const QString reason = tipSuffices ? QString() : doubtText(result.doubt);
     return reason.isEmpty() ? tip : QStringLiteral("%1：%2").arg(tip, reason);
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Geometry.h"
-#include "MouthFit.h"
+#include "finder/mouth/MouthFit.h"
 
 #include <QString>
 

@@ -1,9 +1,9 @@
 #include "Finder.h"
 
-#include "ExampleMatch.h"
-#include "GrayLevels.h"
 #include "HoleExamples.h"
-#include "MouthFit.h"
+#include "Pyramid.h"
+#include "finder/mouth/MouthFit.h"
+#include "finder/places/HoleChoice.h"
 
 #include <algorithm>
 
@@ -22,7 +22,7 @@ constexpr double fineSlack = 0.01;
 constexpr double looseRim = 0.65;    // pixels where it is measured, root mean square; of chance circles 0.7 and more
 constexpr double leastContrast = 12; // gray levels between the darkest and the brightest twentieth
 constexpr double unfocused = 0.6;    // blur, as a share of the hole's radius
-constexpr double usualRing = 0.93;   // of the rim's radius, within which the ring of most wheels lies
+constexpr double typicalRing = 0.93; // of the rim's radius, within which the ring of most wheels lies
 constexpr size_t mostRims = 4;       // circles that are looked around as the rim
 constexpr double otherRim = 0.03;    // of the radius, by which circles differ that are not one rim
 constexpr double likeRim = 0.06;     // logarithm of the radius, by which a rim may differ from the model's
@@ -54,7 +54,7 @@ bool ringLeaves(const cv::Mat& gray, const Outline& hub, const HoleModel& model)
 {
     const Range ring = model.ringRange(hub.radius);
     const Range hole = model.holeRange(hub.radius);
-    const double reach = (model.ringRadius > 0 ? ring.middle() : usualRing * hub.radius) + hole.low;
+    const double reach = (model.ringRadius > 0 ? ring.middle() : typicalRing * hub.radius) + hole.low;
     const cv::Rect2d seen(reach, reach, gray.cols - 1 - 2 * reach, gray.rows - 1 - 2 * reach);
     return seen.width < 0 || seen.height < 0 || !seen.contains(hub.center);
 }

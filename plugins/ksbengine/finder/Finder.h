@@ -1,14 +1,13 @@
 #pragma once
 
-#include "CoarseRim.h"
 #include "FindResult.h"
-#include "GrayLevels.h"
-#include "HoleChoice.h"
-#include "HoleFit.h"
 #include "HoleModel.h"
 #include "Pyramid.h"
-#include "RimFit.h"
-#include "RingMap.h"
+#include "finder/places/HoleChoice.h"
+#include "finder/places/HoleFit.h"
+#include "finder/places/Views.h"
+#include "finder/rim/CoarseRim.h"
+#include "finder/rim/RimFit.h"
 
 #include <vector>
 

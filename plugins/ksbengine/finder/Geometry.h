@@ -34,13 +34,6 @@ struct Outline
         const cv::Point2d corner(0.5, 0.5);
         return {(center + corner) * factor - corner, radius * factor, c2 * factor, s2 * factor};
     }
-
-    /// The outline of a concentric circle in the same plane, or of the same shape in an image scaled about (0, 0).
-    Outline scaled(double newRadius) const
-    {
-        const double factor = radius > 0 ? newRadius / radius : 0;
-        return {center, newRadius, c2 * factor, s2 * factor};
-    }
 };
 
 /// Direction from hub to hole in degrees: 0 along +x, counter-clockwise as seen on the screen, in [0, 360).

@@ -7,6 +7,8 @@
 
 namespace finder {
 
+struct HoleModel;
+
 /// One remembered place of a wheel: the picture of the surroundings of a hole, or of what was wrongly taken for one,
 /// with the sizes that were measured there.
 struct HoleExample
@@ -51,5 +53,15 @@ struct HoleExamples
     /// The first of a list always stays. False, and nothing changed, when the patch is not of the size above.
     static bool add(QVector<HoleExample>* list, const HoleExample& example);
 };
+
+constexpr int fewestForSizes = 3; ///< examples that sizes are proposed from
+
+/// Sizes and tolerances as n confirmed holes suggest them. With R the median of the rim's radii, the ring is R times
+/// the median of the examples' shares of the rim, the hole likewise. Each tolerance is (1 + 3 / n) times the largest
+/// deviation from the median, in percent and rounded up to tenths: few examples have not seen the whole spread, so that
+/// three are given twice of what they show and twenty a sixth more. It is at least 5 % of the rim, 1.5 % of the ring
+/// and 12 % of the hole, since parts that were photographed on one day differ less than those of a year, and at most
+/// what applyParameters() takes. False, and `model` as it was, with fewer than fewestForSizes examples.
+bool proposeSizes(const QVector<HoleExample>& holes, HoleModel* model);
 
 } // namespace finder

@@ -3,6 +3,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace finder {
@@ -44,6 +45,24 @@ int Pyramid::levelForStep(double step) const
     while (last + 1 < m_count && (std::min(m_levels[0].cols, m_levels[0].rows) >> (last + 1)) >= 2)
         ++last;
     return std::clamp(cvRound(std::log2(std::max(step, 1e-6))), 0, last);
+}
+
+GrayLevels grayLevelsOf(const cv::Mat& gray)
+{
+    std::array<int, 256> histogram{};
+    for (int y = 0; y < gray.rows; ++y) {
+        const uchar* row = gray.ptr(y);
+        for (int x = 0; x < gray.cols; ++x)
+            ++histogram[row[x]];
+    }
+    const auto level = [&](double share) {
+        auto left = static_cast<int>(share * static_cast<double>(gray.total()));
+        int value = 0;
+        while (value < 255 && left >= histogram[value])
+            left -= histogram[value++];
+        return static_cast<double>(value);
+    };
+    return {level(0.002), level(0.05), level(0.95)};
 }
 
 } // namespace finder

@@ -44,4 +44,14 @@ private:
     int m_ready = 0; // levels that hold the image
 };
 
+/// Gray values below which a small share of a picture lies.
+struct GrayLevels
+{
+    double black;  ///< 0.2 %
+    double dark;   ///< 5 %
+    double bright; ///< 95 %
+};
+
+GrayLevels grayLevelsOf(const cv::Mat& gray);
+
 } // namespace finder

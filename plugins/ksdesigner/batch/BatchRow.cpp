@@ -50,9 +50,9 @@ void BatchSummary::add(const BatchRow& row)
     lost += change == BatchRow::Change::Lost;
     moved += change == BatchRow::Change::Moved;
     largestMove = std::max(largestMove, row.movedBy());
-    slowestSecond = std::max(slowestSecond, row.second.milliseconds);
-    if (row.first.milliseconds > slowestFirst) {
-        slowestFirst = row.first.milliseconds;
+    slowestSecond = std::max(slowestSecond, row.second.taskTime);
+    if (row.first.taskTime > slowestFirst) {
+        slowestFirst = row.first.taskTime;
         slowestName = row.name;
     }
 }

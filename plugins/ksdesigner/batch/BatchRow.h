@@ -1,6 +1,6 @@
 #pragma once
 
-#include "run/TaskResult.h"
+#include "common/TaskResult.h"
 
 #include <QVector>
 

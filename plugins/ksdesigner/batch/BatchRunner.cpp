@@ -19,7 +19,7 @@ TaskResult withoutImage(TaskResult result)
 BatchRunner::BatchRunner(TaskRunner* runner, QObject* parent)
     : QObject(parent)
     , m_runner(runner)
-    , m_background(readers)
+    , m_background(Background::AtEnd::Wait, readers)
 {
 }
 
@@ -98,7 +98,7 @@ void BatchRunner::runNext()
     m_row = {};
     m_row.path = file.path;
     m_row.name = QDir(m_plan.folder).relativeFilePath(file.path);
-    m_row.problem = file.error;
+    m_row.problem = file.problem();
     if (file.image.isNull())
         complete();
     else

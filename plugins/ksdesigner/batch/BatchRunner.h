@@ -1,8 +1,8 @@
 #pragma once
 
 #include "BatchRow.h"
-#include "run/Background.h"
-#include "run/ImageFile.h"
+#include "common/Background.h"
+#include "common/ImageFile.h"
 #include "run/TaskRunner.h"
 
 #include <QMap>

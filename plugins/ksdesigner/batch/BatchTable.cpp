@@ -41,7 +41,7 @@ QVariant valueOf(const TaskResult& result, Part part)
     case Score:
         return result.found || result.score > 0 ? QVariant(result.score) : QVariant();
     case Time:
-        return result.milliseconds;
+        return result.taskTime;
     case X:
         return result.found ? QVariant(result.center.x()) : QVariant();
     case Y:

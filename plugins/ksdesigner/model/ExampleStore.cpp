@@ -1,6 +1,6 @@
 #include "ExampleStore.h"
 
-#include "run/ImageFile.h"
+#include "common/ImageFile.h"
 
 #include <QFileInfo>
 
@@ -19,7 +19,7 @@ Measured measure(IModelExamples* examples, const QVariantMap& parameters, const 
     if (image.isNull()) {
         const ImageFile file = ImageFile::read(place.path);
         image = file.image;
-        measured.error = file.error;
+        measured.error = file.problem();
     }
     if (!image.isNull())
         measured.example =

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ModelId.h"
-#include "run/Background.h"
+#include "common/Background.h"
 
 #include <valvecell/IModelExamples.h>
 
@@ -52,5 +52,5 @@ private:
     bool report(bool succeeded, const ModelId& id);
 
     IModelExamples* m_examples;
-    Background m_background;
+    Background m_background{Background::AtEnd::Wait};
 };

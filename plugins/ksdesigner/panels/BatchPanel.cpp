@@ -1,7 +1,7 @@
 #include "BatchPanel.h"
 
 #include "batch/BatchTable.h"
-#include "batch/TableCsv.h"
+#include "common/CsvFile.h"
 #include "model/ExampleStore.h"
 #include "model/ModelDrafts.h"
 #include "model/ParameterRules.h"
@@ -283,11 +283,7 @@ void BatchPanel::chooseExport()
 
 void BatchPanel::exportTo(const QString& path)
 {
-    const auto work = [path, csv = TableCsv::write(*m_rows)] {
-        QString error;
-        HomeFiles::writeFile(path, csv, &error);
-        return error;
-    };
+    const auto work = [path, lines = CsvFile::linesOf(*m_rows)] { return CsvFile::write(path, lines); };
     m_background.run(work, [this, path](const QString& error) {
         if (error.isEmpty())
             emit done(tr("已导出 %1").arg(QDir::toNativeSeparators(path)));

@@ -101,5 +101,5 @@ private:
     ModelId m_id;
     ModelId m_ran; ///< whose rows the table holds
     QString m_folder;
-    Background m_background;
+    Background m_background{Background::AtEnd::Wait};
 };

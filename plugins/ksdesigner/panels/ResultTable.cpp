@@ -1,6 +1,6 @@
 #include "ResultTable.h"
 
-#include "run/TaskResult.h"
+#include "common/TaskResult.h"
 #include "ui_ResultTable.h"
 
 namespace {
@@ -56,7 +56,7 @@ void ResultTable::setVerdict(const QString& text, const QString& colour)
 void ResultTable::setResult(const TaskResult& result)
 {
     clear();
-    if (!result.ran) {
+    if (!result.hasAlgoResult) {
         setVerdict(tr("任务未能运行：方案或型号不存在"), QStringLiteral("#b3261e"));
         return;
     }
@@ -68,7 +68,7 @@ void ResultTable::setResult(const TaskResult& result)
 
 void ResultTable::setNumbers(const TaskResult& result)
 {
-    m_ui->time->setText(tr("%1 ms").arg(number(result.milliseconds, 1)));
+    m_ui->time->setText(tr("%1 ms").arg(number(result.taskTime, 1)));
     if (result.score > 0 || result.found)
         m_ui->score->setText(tr("%1（次高 %2）").arg(number(result.score, 3), number(result.runnerUpScore, 3)));
     if (result.hubRadius > 0)

@@ -1,6 +1,6 @@
 #include "ReviewBar.h"
 
-#include "run/ImageFile.h"
+#include "common/ImageFile.h"
 #include "ui_ReviewBar.h"
 
 #include <QAction>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "batch/BatchRow.h"
-#include "run/Background.h"
+#include "common/Background.h"
 
 #include <valvecell/IModelExamples.h>
 
@@ -46,5 +46,5 @@ private:
     QAction* m_rejected;
     BatchRow m_row;
     bool m_teachable = true;
-    Background m_background;
+    Background m_background{Background::AtEnd::Wait};
 };

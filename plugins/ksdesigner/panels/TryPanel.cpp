@@ -116,7 +116,7 @@ void TryPanel::takeFile(const ImageFile& file)
     if (file.path != m_path)
         return;
     if (file.image.isNull())
-        emit failed(tr("无法读取图像 %1").arg(file.error));
+        emit failed(tr("无法读取图像 %1").arg(file.problem()));
     else
         takeImage(QFileInfo(file.path).fileName(), file.image);
 }

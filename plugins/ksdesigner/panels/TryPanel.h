@@ -1,8 +1,8 @@
 #pragma once
 
+#include "common/Background.h"
+#include "common/ImageFile.h"
 #include "model/ModelId.h"
-#include "run/Background.h"
-#include "run/ImageFile.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -80,5 +80,5 @@ private:
     quint64 m_ticket = 0; ///< of the run whose result is wanted; older ones are dropped
     bool m_running = false;
     bool m_again = false; ///< something changed during the run
-    Background m_background;
+    Background m_background{Background::AtEnd::Wait};
 };

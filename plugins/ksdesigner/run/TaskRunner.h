@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Mailbox.h"
-#include "TaskResult.h"
+#include "common/Background.h"
+#include "common/TaskResult.h"
 #include "model/ModelId.h"
 
 #include <valvecell/IModelTrial.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "run/Background.h"
+#include "common/Background.h"
 
 #include <QImage>
 #include <QPointF>
@@ -55,7 +55,7 @@ private:
 
     IModelTeacher* m_teacher;
     IModelExamples* m_examples;
-    Background m_background;
+    Background m_background{Background::AtEnd::Wait};
     Step m_step = Step::Idle;
     QImage m_image;
     QString m_name;

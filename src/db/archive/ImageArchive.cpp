@@ -15,6 +15,7 @@ ImageArchive::ImageArchive(const QString& home, Rules rules, QObject* parent)
     : QObject(parent)
     , m_home(home)
     , m_rules(std::move(rules))
+    , m_writeHere(m_rules.scheduler->timer(Scheduler::SingleShot, [this] { writeHere(); }))
 {
 }
 
@@ -22,7 +23,10 @@ ImageArchive::~ImageArchive()
 {
     while (!m_running.isEmpty()) {
         SaveImgThread* const thread = m_running.takeFirst();
-        thread->wait();
+        if (m_rules.scheduler->usesThreads())
+            thread->wait();
+        else
+            thread->write();
         count(*thread);
         delete thread;
         startNext();
@@ -57,7 +61,7 @@ bool ImageArchive::isTaken(const QString& path) const
 /// A second image of the same millisecond, or after the clock was set back, must not replace the first.
 QString ImageArchive::freeName(const QString& folder) const
 {
-    const QString stem = m_rules.clock().toString(QStringLiteral("yyyy_MM_dd_hhmmsszzz"));
+    const QString stem = m_rules.scheduler->now().toString(QStringLiteral("yyyy_MM_dd_hhmmsszzz"));
     QString name = stem + QStringLiteral(".jpg");
     for (int i = 1; isTaken(folder + QLatin1Char('/') + name); ++i)
         name = QStringLiteral("%1_%2.jpg").arg(stem).arg(i);
@@ -67,7 +71,7 @@ QString ImageArchive::freeName(const QString& folder) const
 /// The path is given before the image is written, since the record that names it goes in at once.
 QString ImageArchive::save(int station, const QString& subFolder, const QImage& image, Kind kind)
 {
-    const QString folder = folderOf(kind) + m_rules.clock().toString(QStringLiteral("/yyyy-MM-dd/")) +
+    const QString folder = folderOf(kind) + m_rules.scheduler->now().toString(QStringLiteral("/yyyy-MM-dd/")) +
                            (station == 1 ? QStringLiteral("Station1/") : QStringLiteral("Station2/")) +
                            SqlText::folderName(subFolder);
     QDir().mkpath(m_home + folder);
@@ -93,7 +97,19 @@ void ImageArchive::startNext()
     SaveImgThread* const thread = m_waiting.front();
     m_waiting.pop_front();
     m_running.append(thread);
-    thread->start();
+    if (m_rules.scheduler->usesThreads())
+        thread->start();
+    else
+        m_writeHere->start(0);
+}
+
+void ImageArchive::writeHere()
+{
+    SaveImgThread* const thread = m_running.first();
+    thread->write();
+    onEnded(thread);
+    if (!m_running.isEmpty())
+        m_writeHere->start(0);
 }
 
 void ImageArchive::count(const SaveImgThread& thread)

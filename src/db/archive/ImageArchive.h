@@ -1,19 +1,18 @@
 #pragma once
 
+#include "common/Scheduler.h"
 #include "db/FaultNotice.h"
 
-#include <QDateTime>
 #include <QImage>
 #include <QObject>
 
 #include <deque>
-#include <functional>
 
 class SaveImgThread;
 
 /// The image archive below the home: "/DBFiles/Images" for result images, "/DBFiles/SrcImages" for source images, and
 /// in each date, station and model. Images are encoded and written by threads of their own, one each. GUI thread, on
-/// which no image is encoded, copied or written; folders are made there.
+/// which no image is encoded, copied or written; only folders are made there.
 class ImageArchive : public QObject
 {
     Q_OBJECT
@@ -25,7 +24,7 @@ public:
     {
         int maxWaiting = 200; ///< images not yet on the disk; beyond, a new one is given up
         int maxRunning = 2;   ///< threads that write at the same time; the other images wait for one
-        std::function<QDateTime()> clock = [] { return QDateTime::currentDateTime(); };
+        Scheduler* scheduler = &Scheduler::system();
     };
 
     explicit ImageArchive(const QString& home, QObject* parent = nullptr);
@@ -61,6 +60,8 @@ private:
     bool isTaken(const QString& path) const;
     /// Lets the oldest image be written, if fewer threads run than may.
     void startNext();
+    /// Without threads: writes the oldest that was started.
+    void writeHere();
     void onEnded(SaveImgThread* thread);
     /// Success or failure of an image whose thread has ended.
     void count(const SaveImgThread& thread);
@@ -73,4 +74,5 @@ private:
     int m_failed = 0;
     FaultNotice m_crowded;
     FaultNotice m_unwritable;
+    std::unique_ptr<Scheduler::Timer> m_writeHere;
 };

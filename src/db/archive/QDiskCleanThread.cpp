@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr std::chrono::milliseconds betweenPasses(1000);
 constexpr int daysWhenUnset = 3;
 /// The archive's last day is the least that is kept.
 constexpr int daysWhenSpaceIsLow = 1;
@@ -47,10 +46,10 @@ bool QDiskCleanThread::isStopped() const
 bool QDiskCleanThread::pauseUnlessStopped()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    return !m_stopped.wait_for(lock, betweenPasses, [this] { return m_stop; });
+    return !m_stopped.wait_for(lock, std::chrono::milliseconds(msBetweenPasses), [this] { return m_stop; });
 }
 
-/// Unknown counts as none: better too few images than a full disk. Told when it begins.
+/// Unknown counts as none: better too few images than a full disk. Logged when it begins.
 qint64 QDiskCleanThread::freeMiB()
 {
     const qint64 free = m_freeSpace(m_root);

@@ -17,6 +17,7 @@ class QDiskCleanThread : public QThread
 
 public:
     enum Mode { Files = 0, Folders = 1 };
+    static constexpr int msBetweenPasses = 1000;
 
     explicit QDiskCleanThread(QObject* parent = nullptr);
 
@@ -32,7 +33,7 @@ public:
     /// Other values, from the next pass on; a limit that low space has set stays as it is. Any thread.
     void change(bool byAge, qint32 days, qint32 minFreeGiB);
 
-    /// What a pass takes for the present and for the free MiB of the root's drive; -1 when they cannot be told.
+    /// What a pass takes for the present and for the free MiB of the root's drive; -1 when they are not known.
     void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
     void setFreeSpaceProbe(std::function<qint64(const QString&)> probe) { m_freeSpace = std::move(probe); }
 

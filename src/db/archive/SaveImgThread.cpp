@@ -19,6 +19,11 @@ SaveImgThread::SaveImgThread(const QImage& image, const QString& folder, const Q
 void SaveImgThread::run()
 {
     platform::lowerThreadPriority();
+    write();
+}
+
+void SaveImgThread::write()
+{
     if (QDir().mkpath(m_folder))
         writeImageFile(m_image, path(), &m_error);
     else

@@ -3,7 +3,7 @@
 #include <QImage>
 #include <QThread>
 
-/// Writes one image to one file, and ends: finished() tells that it is done. The image is shared, not copied.
+/// Writes one image to one file, and ends with finished(). The image is shared, not copied.
 class SaveImgThread : public QThread
 {
     Q_OBJECT
@@ -16,6 +16,9 @@ public:
 
     /// Once it has ended: why the image does not lie under the path; empty when it does.
     QString error() const { return m_error; }
+
+    /// What the thread does, on the caller's; instead of start().
+    void write();
 
 protected:
     void run() override;

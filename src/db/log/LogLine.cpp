@@ -44,13 +44,12 @@ void appendTime(LogStream& stream)
 {
     static std::mutex mutex; // guards the second and its text
     static std::time_t textSecond = -1;
-    static char text[64];
+    static char text[timeLength + 1];
     const std::time_t now = std::time(nullptr);
     const std::lock_guard<std::mutex> lock(mutex);
     if (now != textSecond) {
         const std::tm time = localTime(now);
-        std::snprintf(text, sizeof text, "%4d-%02d-%02d %02d:%02d:%02d", time.tm_year + 1900, time.tm_mon + 1,
-                      time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec);
+        std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &time);
         textSecond = now;
     }
     if (stream.available() > timeLength)

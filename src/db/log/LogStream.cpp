@@ -1,23 +1,22 @@
 #include "db/log/LogStream.h"
 
-#include <cstdio>
+#include <charconv>
 #include <cstring>
 
 namespace SystemLog {
 namespace {
 
-constexpr char digits[] = "0123456789abcdef";
-/// Characters: more than any of the numbers below takes.
+/// Characters: more than any number takes.
 constexpr std::size_t longestNumber = 32;
 
-/// Writes the value's digits so that they end at `end`; returns where they begin.
-char* digitsBefore(char* end, unsigned long long value, unsigned base)
+/// \param how the number, and for one with a fraction its form and precision
+template <typename... How>
+LogStream& appendNumber(LogStream& stream, How... how)
 {
-    do {
-        *--end = digits[value % base];
-        value /= base;
-    } while (value != 0);
-    return end;
+    char text[longestNumber];
+    const std::to_chars_result end = std::to_chars(text, text + longestNumber, how...);
+    stream.append(text, static_cast<std::size_t>(end.ptr - text));
+    return stream;
 }
 
 bool isContinuation(char byte)
@@ -53,41 +52,25 @@ LogStream& LogStream::operator<<(char value)
 
 LogStream& LogStream::operator<<(long long value)
 {
-    char text[longestNumber];
-    char* const end = text + longestNumber;
-    const auto bits = static_cast<unsigned long long>(value);
-    char* begin = digitsBefore(end, value < 0 ? 0 - bits : bits, 10);
-    if (value < 0)
-        *--begin = '-';
-    append(begin, static_cast<std::size_t>(end - begin));
-    return *this;
+    return appendNumber(*this, value);
 }
 
 LogStream& LogStream::operator<<(unsigned long long value)
 {
-    char text[longestNumber];
-    char* const end = text + longestNumber;
-    const char* const begin = digitsBefore(end, value, 10);
-    append(begin, static_cast<std::size_t>(end - begin));
-    return *this;
+    return appendNumber(*this, value);
 }
 
 LogStream& LogStream::operator<<(double value)
 {
-    char text[longestNumber];
-    const int length = std::snprintf(text, sizeof text, "%.12g", value);
-    append(text, static_cast<std::size_t>(length));
-    return *this;
+    return appendNumber(*this, value, std::chars_format::general, 12);
 }
 
 LogStream& LogStream::operator<<(const void* value)
 {
-    char text[longestNumber];
-    char* const end = text + longestNumber;
-    char* begin = digitsBefore(end, reinterpret_cast<std::uintptr_t>(value), 16);
-    *--begin = 'x';
-    *--begin = '0';
-    append(begin, static_cast<std::size_t>(end - begin));
+    char text[longestNumber] = {'0', 'x'};
+    const auto address = reinterpret_cast<std::uintptr_t>(value);
+    const std::to_chars_result end = std::to_chars(text + 2, text + longestNumber, address, 16);
+    append(text, static_cast<std::size_t>(end.ptr - text));
     return *this;
 }
 

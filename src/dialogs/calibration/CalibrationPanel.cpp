@@ -11,7 +11,6 @@
 
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QtConcurrentRun>
 
 namespace {
 
@@ -42,7 +41,6 @@ CalibrationPanel::CalibrationPanel(int station, int factLines, QWidget* parent)
     setTone(m_ui->label_warning, Tone::Warning);
     nameForStation({this});
     nameForStation(findChildren<QWidget*>());
-    connect(&m_replacing, &QFutureWatcherBase::finished, this, &CalibrationPanel::onReplaced);
 }
 
 CalibrationPanel::~CalibrationPanel() = default;
@@ -113,7 +111,7 @@ void CalibrationPanel::readReference()
 
 void CalibrationPanel::refreshReference()
 {
-    if (!m_replacing.isRunning() && QFileInfo(ReferenceImage::path(m_station)).lastModified() != m_shownSince)
+    if (!m_replacing && QFileInfo(ReferenceImage::path(m_station)).lastModified() != m_shownSince)
         readReference();
 }
 
@@ -195,17 +193,19 @@ void CalibrationPanel::chooseImage()
 
 void CalibrationPanel::replaceReference(const QString& chosen)
 {
-    if (chosen.isEmpty() || m_replacing.isRunning())
+    if (chosen.isEmpty() || m_replacing)
         return;
     m_ui->m_pbLoadImg->setEnabled(false);
     QString target = ReferenceImage::path(m_station);
     target.replace(QLatin1Char('\\'), QLatin1Char('/'));
-    m_replacing.setFuture(QtConcurrent::run(ReferenceImage::replace, target, chosen));
+    m_replacing = true;
+    m_background.run([target, chosen] { return ReferenceImage::replace(target, chosen); },
+                     [this](const ReferenceImage::Replaced& replaced) { onReplaced(replaced); });
 }
 
-void CalibrationPanel::onReplaced()
+void CalibrationPanel::onReplaced(const ReferenceImage::Replaced& replaced)
 {
-    const ReferenceImage::Replaced replaced = m_replacing.result();
+    m_replacing = false;
     m_ui->m_pbLoadImg->setEnabled(true);
     m_shownSince = QFileInfo(ReferenceImage::path(m_station)).lastModified();
     showImage(replaced.image);

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "common/AuditChange.h"
+#include "common/Background.h"
 #include "config/StationConfig.h"
 #include "dialogs/calibration/ReferenceImage.h"
 
 #include <QDateTime>
-#include <QFutureWatcher>
 #include <QGroupBox>
 #include <QPointer>
 #include <QVector>
@@ -114,7 +114,7 @@ private:
     void setLocked(bool locked);
     void chooseImage();
     void apply();
-    void onReplaced();
+    void onReplaced(const ReferenceImage::Replaced& replaced);
     void showMessage(const QString& text, const QString& style);
     void retranslateOwn();
 
@@ -123,6 +123,7 @@ private:
     std::unique_ptr<PointDrawing> m_drawing;
     bool m_locked = true;
     QDateTime m_shownSince; ///< when the file of the shown image was written
-    QFutureWatcher<ReferenceImage::Replaced> m_replacing;
     QPointer<QFileDialog> m_chooser;
+    bool m_replacing = false;
+    Background m_background{Background::AtEnd::Finish};
 };

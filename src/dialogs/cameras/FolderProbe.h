@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Background.h"
+
 #include <QTimer>
 
 /// Finds out whether a folder exists, while its name is typed. It looks from a thread of its own: a drive of the
@@ -29,4 +31,5 @@ private:
     QString m_seen; ///< of which the answer is known
     bool m_missing = false;
     bool m_looking = false;
+    Background m_background{Background::AtEnd::Abandon}; // a dialog that closes does not wait for a dead drive
 };

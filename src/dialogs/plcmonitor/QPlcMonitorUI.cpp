@@ -122,7 +122,7 @@ void QPlcMonitorUI::count()
     const QString shown = tr("显示 %1 帧，共 %2 帧").arg(m_frames->rowCount()).arg(m_frames->total());
     const bool paused = m_ui->pauseButton->isChecked();
     m_ui->countLabel->setText(paused ? tr("%1，已暂停，%2 帧待显示").arg(shown).arg(m_noted.size()) : shown);
-    m_ui->saveButton->setEnabled(m_frames->rowCount() > 0 && !m_file);
+    m_ui->saveButton->setEnabled(m_frames->rowCount() > 0 && !m_saving);
 }
 
 /// A file dialog of the program's own: the platform's would block, and cannot be told the language.
@@ -141,21 +141,21 @@ void QPlcMonitorUI::askFile()
 
 void QPlcMonitorUI::saveTo(const QString& path)
 {
-    if (m_file)
+    if (m_saving)
         return;
-    m_file = std::make_unique<CsvFile>(path, m_frames->table());
-    connect(m_file.get(), &CsvFile::finished, this, &QPlcMonitorUI::onSaved);
-    m_file->start();
+    m_saving = true;
+    m_background.run([path, lines = m_frames->table()] { return CsvFile::write(path, lines); },
+                     [this, path](const QString& error) { onSaved(path, error); });
     count();
 }
 
-void QPlcMonitorUI::onSaved()
+void QPlcMonitorUI::onSaved(const QString& path, const QString& error)
 {
-    if (m_file->error().isEmpty())
-        m_ui->message->say(Tone::Plain, tr("已保存到 %1").arg(m_file->path()));
+    m_saving = false;
+    if (error.isEmpty())
+        m_ui->message->say(Tone::Plain, tr("已保存到 %1").arg(path));
     else
-        m_ui->message->say(Tone::Error, tr("未能保存：%1").arg(m_file->error()));
-    m_file.reset();
+        m_ui->message->say(Tone::Error, tr("未能保存：%1").arg(error));
     count();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/Background.h"
 #include "dialogs/plcmonitor/SeenFrame.h"
 
 #include <QDialog>
@@ -9,7 +10,6 @@
 
 #include <memory>
 
-class CsvFile;
 class FrameList;
 class PlcLink;
 
@@ -47,7 +47,7 @@ private:
     void clearFrames();
     void count();
     void askFile();
-    void onSaved();
+    void onSaved(const QString& path, const QString& error);
 
     std::unique_ptr<Ui::QPlcMonitorUI> m_ui;
     const QPointer<const PlcLink> m_link;
@@ -55,5 +55,6 @@ private:
     QMetaObject::Connection m_listening;
     QVector<SeenFrame> m_noted; ///< not shown yet; bounded like the list itself
     QTimer m_refresh;
-    std::unique_ptr<CsvFile> m_file; ///< being written
+    bool m_saving = false;
+    Background m_background{Background::AtEnd::Finish};
 };

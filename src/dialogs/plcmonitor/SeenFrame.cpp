@@ -122,11 +122,11 @@ QString FrameText::result(int station, const SComFrame& frame)
 {
     const double angle = number(frame, kAngleWord);
     const auto is = [angle](double special) { return qFuzzyCompare(angle, special); };
-    if (is(plc::kRefusedAngle))
+    if (is(plc::refusedAngle))
         return tr("工位%1：999，触发被拒绝").arg(station);
-    if (is(plc::kNothingFoundAngle))
+    if (is(plc::nothingFoundAngle))
         return tr("工位%1：361，未找到").arg(station);
-    if (is(plc::kNoAngleAngle))
+    if (is(plc::noAngleAngle))
         return tr("工位%1：365，结果没有角度").arg(station);
     return tr("工位%1：角度 %2°，X %3 mm，Y %4 mm")
         .arg(station)

@@ -6,17 +6,6 @@
 
 #include <QShowEvent>
 
-namespace {
-
-QMap<QString, QString> languageCaptions()
-{
-    // Each language by its own name, so that whoever reads only that one finds it.
-    return {{QStringLiteral("Chinese"), QStringLiteral("中文")},
-            {QStringLiteral("English"), QStringLiteral("English")}};
-}
-
-} // namespace
-
 QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, QWidget* parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::QSystemSettingUI>())
@@ -25,8 +14,7 @@ QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, 
     m_ui->setupUi(this);
     DialogForm::prepare(this);
     m_ui->languageBox->setOptional(false);
-    setLanguages(languageCaptions().keys());
-    m_form = new SettingsForm(this);
+    m_form = new SettingsForm(this, m_store.ranges());
     connectAll();
     load();
 }
@@ -56,18 +44,19 @@ void QSystemSettingUI::setSolutions(const QStringList& names)
     m_ui->solutionBox2->setChoices(names);
 }
 
-void QSystemSettingUI::setLanguages(const QStringList& names)
+void QSystemSettingUI::setLanguages(const QMap<QString, QString>& captions)
 {
-    m_ui->languageBox->setChoices(names, languageCaptions());
+    m_ui->languageBox->setChoices(captions.keys(), captions);
 }
 
 void QSystemSettingUI::setOneStation(bool one)
 {
     m_oneStation = one;
-    const QList<QWidget*> second{m_ui->station2Caption, m_ui->cameraBox2, m_ui->solutionBox2, m_ui->saveSource2,
-                                 m_ui->saveResult2};
-    for (QWidget* widget : second)
-        widget->setVisible(!one);
+    const auto widgets = findChildren<QWidget*>();
+    for (QWidget* widget : widgets) {
+        if (widget->property("secondStation").toBool())
+            widget->setVisible(!one);
+    }
     judge();
 }
 

@@ -24,13 +24,13 @@ public:
     QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, QWidget* parent = nullptr);
     ~QSystemSettingUI() override;
 
-    /// What can be chosen now; may be told anew at any time. A chosen name that is gone stays, marked as missing.
+    /// What can be chosen now; may be set anew at any time. A chosen name that is gone stays, marked as missing.
     void setCameras(const QStringList& keys);
     void setSolutions(const QStringList& names);
-    /// Folder names of the languages; "Chinese" and "English" until told.
-    void setLanguages(const QStringList& names);
+    /// Folder names of the languages, each with the name to show.
+    void setLanguages(const QMap<QString, QString>& captions);
 
-    /// Hides what belongs to station 2; its settings stay as they are.
+    /// Hides what belongs to station 2, marked by the property "secondStation"; its settings stay as they are.
     void setOneStation(bool one);
 
 signals:
@@ -40,7 +40,7 @@ signals:
 public slots:
     /// OK: applies, and closes when all was stored.
     void accept() override;
-    /// Stores what was edited; tells in the dialog what keeps it from that.
+    /// Stores what was edited; the dialog shows what keeps it from that.
     void apply();
 
 protected:

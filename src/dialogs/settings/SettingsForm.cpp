@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int kLongestText = 250;
+constexpr int maxTextLength = 250;
 
 QString keyOf(const QWidget* field)
 {
@@ -48,7 +48,7 @@ QString textProblem(const QString& text)
     QString problem;
     if (text.trimmed().isEmpty())
         return SettingsForm::tr("不能为空");
-    SqlText::carries(text.trimmed(), &problem, kLongestText);
+    SqlText::carries(text.trimmed(), &problem, maxTextLength);
     return problem;
 }
 
@@ -64,20 +64,24 @@ QString problemOf(const QWidget* field, const QVariant& stored)
 
 } // namespace
 
-SettingsForm::SettingsForm(QWidget* dialog)
+SettingsForm::SettingsForm(QWidget* dialog, const QMap<QString, SettingRange>& ranges)
     : QObject(dialog)
     , m_dialog(dialog)
 {
     const auto children = dialog->findChildren<QWidget*>();
     for (QWidget* child : children) {
         if (!keyOf(child).isEmpty())
-            bind(child);
+            bind(child, ranges.value(keyOf(child)));
     }
 }
 
-void SettingsForm::bind(QWidget* field)
+void SettingsForm::bind(QWidget* field, SettingRange range)
 {
     m_fields.append(field);
+    if (auto* number = qobject_cast<NumberField*>(field)) {
+        number->setMinimum(range.low);
+        number->setMaximum(range.high);
+    }
     if (auto* box = qobject_cast<QCheckBox*>(field))
         connect(box, &QCheckBox::toggled, this, &SettingsForm::edited);
     else if (auto* choice = qobject_cast<ChoiceBox*>(field))

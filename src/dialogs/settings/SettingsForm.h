@@ -14,15 +14,15 @@ class SettingsForm : public QObject
     Q_OBJECT
 
 public:
-    /// `dialog` outlives the form.
-    explicit SettingsForm(QWidget* dialog);
+    /// `dialog` outlives the form. Fields for whole numbers take the ranges of their keys.
+    SettingsForm(QWidget* dialog, const QMap<QString, SettingRange>& ranges);
 
     /// Fills all fields; a setting without a field is left aside.
     void show(const SettingsMap& settings);
     /// What the fields hold; a number that is none stands as the typed text.
     SettingsMap values() const;
 
-    /// Marks the fields that are wrong, and tells the first problem; empty when all can be stored. Fields that the
+    /// Marks the fields that are wrong, and returns the first problem; empty when all can be stored. Fields that the
     /// dialog does not show are left aside. A choice that is missing is a problem only if it is a new one.
     QString judge(const SettingsMap& stored) const;
 
@@ -34,7 +34,7 @@ signals:
     void edited();
 
 private:
-    void bind(QWidget* field);
+    void bind(QWidget* field, SettingRange range);
 
     QWidget* m_dialog;
     QVector<QWidget*> m_fields; ///< in the order of the .ui

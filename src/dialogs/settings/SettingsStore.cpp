@@ -14,109 +14,81 @@
 
 namespace {
 
-const QString kGlobalFile = QStringLiteral("/user/globalConfig.json");
+const QString globalFile = QStringLiteral("/user/globalConfig.json");
 
 struct Tr
 {
     Q_DECLARE_TR_FUNCTIONS(SettingsStore)
 };
 
-template <typename Visit>
-void visitSystem(ksSysConfig& system, Visit visit)
+/// Visits those fields of a configuration that the dialog edits.
+template <typename Act>
+class SettingsVisitor
 {
-    visit(QStringLiteral("language/select"), system.language);
-    visit(QStringLiteral("COM/Port"), system.comPort);
-    visit(QStringLiteral("COM/Baute"), system.baudRate);
-    visit(QStringLiteral("CheckThread/days"), system.cleanDays);
-    visit(QStringLiteral("CheckThread/days_dir"), system.cleanDirDays);
-    visit(QStringLiteral("CheckThread/spacesize"), system.minFreeSpace);
-    visit(QStringLiteral("CheckThread/Enable_RltImg"), system.cleanRltImages);
-    visit(QStringLiteral("CheckThread/Enable_SrcImg"), system.cleanSrcImages);
-    visit(QStringLiteral("TrigDetector/FilterTime"), system.filterTime);
-    for (int i = 0; i < 2; ++i) {
-        visit(QStringLiteral("Image/SrcImgSave_st%1").arg(i + 1), system.saveSrcImage[i]);
-        visit(QStringLiteral("Image/RltImgSave_st%1").arg(i + 1), system.saveRltImage[i]);
-    }
-}
-
-template <typename Visit>
-void visitGlobal(ksGlobalConfig& global, Visit visit)
-{
-    for (int station = 1; station <= 2; ++station) {
-        visit(QStringLiteral("station_camkey_%1").arg(station), global.station(station).camKey);
-        visit(QStringLiteral("station_solution_%1").arg(station), global.station(station).solution);
-    }
-    visit(QStringLiteral("use_clear_protect"), global.useClearProtect);
-    visit(QStringLiteral("onlineMode"), global.onlineMode);
-    visit(QStringLiteral("trigerFilter"), global.trigerFilter);
-    visit(QStringLiteral("use4pointstand"), global.use4pointstand);
-}
-
-template <typename Visit>
-void visitAccess(AccessPolicy& access, Visit visit)
-{
-    visit(QStringLiteral("engineer_only"), access.engineerOnly);
-}
-
-struct Reader
-{
-    SettingsMap& settings;
-    template <typename Field>
-    void operator()(const QString& key, const Field& field) const
+public:
+    explicit SettingsVisitor(Act act)
+        : m_act(act)
     {
-        settings.insert(key, QVariant(field));
     }
+    void setting(const ConfigKey& key, QString& value, const QString&) { m_act(key, value, SettingRange()); }
+    void setting(const ConfigKey& key, bool& value, bool) { m_act(key, value, SettingRange()); }
+    void setting(const ConfigKey& key, int& value, int, SettingRange range) { m_act(key, value, range); }
+    template <typename Value, typename Fallback>
+    void field(const ConfigKey&, const Value&, const Fallback&)
+    {
+    }
+    template <typename Visit>
+    void object(const ConfigKey&, Visit)
+    {
+    }
+
+private:
+    Act m_act;
 };
 
-struct Writer
+/// Calls `act(key, value, range)` for each setting.
+template <typename Config, typename Act>
+void eachSetting(Config& config, Act act)
 {
-    const SettingsMap& settings;
-    template <typename Field>
-    void operator()(const QString& key, Field& field) const
-    {
+    SettingsVisitor<Act> visitor(act);
+    config.visit(visitor);
+}
+
+template <typename Config>
+SettingsMap read(Config& config)
+{
+    SettingsMap settings;
+    eachSetting(config, [&](const QString& key, const auto& value, SettingRange) { settings.insert(key, value); });
+    return settings;
+}
+
+template <typename Config>
+void write(Config& config, const SettingsMap& settings)
+{
+    eachSetting(config, [&](const QString& key, auto& value, SettingRange) {
         if (settings.contains(key))
-            field = settings.value(key).template value<Field>();
-    }
-};
-
-SettingsMap read(ksSysConfig& system)
-{
-    SettingsMap settings;
-    visitSystem(system, Reader{settings});
-    return settings;
-}
-
-SettingsMap read(ksGlobalConfig& global)
-{
-    SettingsMap settings;
-    visitGlobal(global, Reader{settings});
-    return settings;
-}
-
-SettingsMap read(AccessPolicy& access)
-{
-    SettingsMap settings;
-    visitAccess(access, Reader{settings});
-    return settings;
-}
-
-/// What `file` holds, compared with what the program uses: "COM/Port COM3 → COM7".
-QString listed(const AuditChanges& changes)
-{
-    QStringList texts;
-    for (const AuditChange& change : changes)
-        texts.append(QStringLiteral("%1 %2 → %3").arg(change.name, change.before, change.after));
-    return texts.join(Tr::tr("，"));
+            value = settings.value(key).template value<std::decay_t<decltype(value)>>();
+    });
 }
 
 HomeFiles::JsonRead readGlobalFile()
 {
-    return HomeFiles::readJson(platform::inHome(kGlobalFile));
+    return HomeFiles::readJson(platform::inHome(globalFile));
 }
 
 QString sentence(const QString& path, const QString& what)
 {
     return Tr::tr("%1 已被改动：%2").arg(QFileInfo(path).fileName(), what);
+}
+
+/// What a file holds, compared with what the program uses: "COM/Port COM3 → COM7"; empty for the same.
+QString changedSentence(const QString& path, const SettingsMap& used, const SettingsMap& stored)
+{
+    QStringList texts;
+    const AuditChanges changes = SettingsStore::differences(used, stored);
+    for (const AuditChange& change : changes)
+        texts.append(QStringLiteral("%1 %2 → %3").arg(change.name, change.before, change.after));
+    return texts.isEmpty() ? QString() : sentence(path, texts.join(Tr::tr("，")));
 }
 
 } // namespace
@@ -136,6 +108,16 @@ SettingsMap SettingsStore::current() const
     return settings;
 }
 
+QMap<QString, SettingRange> SettingsStore::ranges() const
+{
+    QMap<QString, SettingRange> ranges;
+    const auto note = [&](const QString& key, const auto&, SettingRange range) { ranges.insert(key, range); };
+    eachSetting(m_system, note);
+    eachSetting(m_global, note);
+    eachSetting(m_access, note);
+    return ranges;
+}
+
 QStringList SettingsStore::foreignChanges() const
 {
     QStringList sentences{foreignSystemChange(), foreignGlobalChange(), foreignAccessChange()};
@@ -150,8 +132,7 @@ QString SettingsStore::foreignSystemChange() const
     ksSysConfig stored;
     stored.filePath = m_system.filePath;
     stored.load();
-    const AuditChanges changes = differences(read(m_system), read(stored));
-    return changes.isEmpty() ? QString() : sentence(m_system.filePath, listed(changes));
+    return changedSentence(m_system.filePath, read(m_system), read(stored));
 }
 
 QString SettingsStore::foreignGlobalChange() const
@@ -160,15 +141,15 @@ QString SettingsStore::foreignGlobalChange() const
     if (state == HomeFiles::JsonRead::Missing)
         return {};
     if (state == HomeFiles::JsonRead::Damaged)
-        return sentence(kGlobalFile, Tr::tr("无法读取，覆盖前会另存一份"));
+        return sentence(globalFile, Tr::tr("无法读取，覆盖前会另存一份"));
     ksGlobalConfig stored;
     stored.load();
-    const AuditChanges changes = differences(read(m_global), read(stored));
+    const QString changes = changedSentence(globalFile, read(m_global), read(stored));
     if (!changes.isEmpty())
-        return sentence(kGlobalFile, listed(changes));
+        return changes;
     for (int station = 1; station <= 2; ++station)
         stored.station(station).runModel = m_global.station(station).runModel;
-    return stored.text() == m_global.text() ? QString() : sentence(kGlobalFile, Tr::tr("标定数据与程序中的不同"));
+    return stored.text() == m_global.text() ? QString() : sentence(globalFile, Tr::tr("标定数据与程序中的不同"));
 }
 
 QString SettingsStore::foreignAccessChange() const
@@ -177,15 +158,14 @@ QString SettingsStore::foreignAccessChange() const
         return {};
     AccessPolicy stored;
     stored.load();
-    const AuditChanges changes = differences(read(m_access), read(stored));
-    return changes.isEmpty() ? QString() : sentence(AccessPolicy::path(), listed(changes));
+    return changedSentence(AccessPolicy::path(), read(m_access), read(stored));
 }
 
 void SettingsStore::assign(const SettingsMap& settings)
 {
-    visitSystem(m_system, Writer{settings});
-    visitGlobal(m_global, Writer{settings});
-    visitAccess(m_access, Writer{settings});
+    write(m_system, settings);
+    write(m_global, settings);
+    write(m_access, settings);
 }
 
 bool SettingsStore::saveSystem(QString* error)

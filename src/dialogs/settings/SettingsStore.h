@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/AuditChange.h"
+#include "config/ConfigVisitors.h"
 
 #include <QMap>
 #include <QStringList>
@@ -11,7 +12,7 @@ class ksGlobalConfig;
 class ksSysConfig;
 
 /// The settings of all three files by their keys, such as "COM/Baute" or "trigerFilter": texts, whole numbers and
-/// switches.
+/// switches. Which there are, the files' configurations say in visit().
 using SettingsMap = QMap<QString, QVariant>;
 
 /// Reads and stores what the system settings dialog edits. GUI thread.
@@ -23,6 +24,9 @@ public:
 
     /// The settings as the program uses them now.
     SettingsMap current() const;
+
+    /// What may be typed for the whole numbers among them, by key.
+    QMap<QString, SettingRange> ranges() const;
 
     /// What the files hold that the program does not know of, one sentence a file: somebody edited them since the
     /// program read or wrote them last. The run models are left aside: production changes them without storing them.

@@ -2,6 +2,7 @@
 
 #include "common/forms/DialogForm.h"
 #include "ui_QTestWidget.h"
+#include "workflow/CTrigDetector.h"
 
 #include <QEvent>
 
@@ -25,8 +26,8 @@ void QTestWidget::connectAll()
 {
     connect(m_ui->startButton, &QPushButton::clicked, this, &QTestWidget::start);
     connect(m_ui->stopButton, &QPushButton::clicked, this, &QTestWidget::stop);
-    connect(m_ui->snap1Button, &QPushButton::clicked, this, [this] { emit sgTestMode(SnapStation1); });
-    connect(m_ui->snap2Button, &QPushButton::clicked, this, [this] { emit sgTestMode(SnapStation2); });
+    connect(m_ui->snap1Button, &QPushButton::clicked, this, [this] { emit sgTestMode(TestMode::SnapStation1); });
+    connect(m_ui->snap2Button, &QPushButton::clicked, this, [this] { emit sgTestMode(TestMode::SnapStation2); });
     connect(m_ui->closeButton, &QPushButton::clicked, this, &QTestWidget::reject);
     connect(m_ui->intervalEdit, &QLineEdit::textChanged, this, &QTestWidget::judge);
     connect(m_ui->intervalEdit, &QLineEdit::editingFinished, this, &QTestWidget::takeInterval);
@@ -74,13 +75,13 @@ void QTestWidget::start()
 {
     takeInterval(); // the button may be pressed by its shortcut, while the field still has the focus
     setRunning(true);
-    emit sgTestMode(Start);
+    emit sgTestMode(TestMode::Start);
 }
 
 void QTestWidget::stop()
 {
     setRunning(false);
-    emit sgTestMode(Stop);
+    emit sgTestMode(TestMode::Stop);
 }
 
 void QTestWidget::done(int result)

@@ -15,14 +15,6 @@ class QTestWidget : public QDialog
     Q_OBJECT
 
 public:
-    /// What sgTestMode() asks for.
-    enum TestMode {
-        Stop = 0,          ///< no more repeated triggers
-        Start = 1,         ///< trigger repeatedly, at the interval told last
-        SnapStation1 = 11, ///< one picture of station 1
-        SnapStation2 = 12  ///< one picture of station 2
-    };
-
     static constexpr int defaultIntervalMs = 1000;
 
     explicit QTestWidget(QWidget* parent = nullptr);
@@ -43,6 +35,7 @@ public slots:
     void done(int result) override;
 
 signals:
+    /// One of TestMode.
     void sgTestMode(int mode);
     /// Another interval is wanted; comes before the start that uses it.
     void intervalChanged(int ms);

@@ -1,8 +1,8 @@
 #include "dialogs/DialogDriver.h"
 #include "dialogs/plcmonitor/FrameList.h"
 #include "dialogs/plcmonitor/QPlcMonitorUI.h"
+#include "support/FakePort.h"
 #include "support/TempHome.h"
-#include "workflow/FakePort.h"
 #include "workflow/PlcLink.h"
 
 #include <QComboBox>
@@ -176,7 +176,7 @@ private slots:
                  qPrintable(lines.value(1)));
         QVERIFY2(lines.value(2).endsWith(",C,3 4 0 0 0 0 0 0,型号索引：工位1 = 3，工位2 = 4"),
                  qPrintable(lines.value(2)));
-        bench.dialog.saveTo(home.path("/没有/通信.csv"));
+        bench.dialog.saveTo(home.path("/通信.csv/通信.csv"));
         QTRY_VERIFY(bench.driver.message().startsWith("未能保存："));
         QVERIFY(bench.driver.canPress("saveButton"));
     }

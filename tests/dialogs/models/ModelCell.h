@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/Scheduler.h"
 #include "db/QSqliteWheelHubZd.h"
 #include "support/TempHome.h"
 #include "workflow/ModelManager.h"
@@ -23,7 +24,10 @@ struct ModelCell
     }
 
     /// As a program that starts anew on the same library and tables.
-    void restart() { models = std::make_unique<ModelManager>(library, indices, QStringList{"工位1", "工位2"}); }
+    void restart()
+    {
+        models = std::make_unique<ModelManager>(library, indices, QStringList{"工位1", "工位2"}, Scheduler::system());
+    }
 
     /// "name=index" of every model of the library, calibrated ones with a '*'.
     QString listed() const

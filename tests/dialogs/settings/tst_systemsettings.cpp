@@ -11,8 +11,8 @@
 
 namespace {
 
-const QByteArray kIni = "/user/systemConfig.ini";
-const QByteArray kJson = "/user/globalConfig.json";
+const QByteArray iniFile = "/user/systemConfig.ini";
+const QByteArray jsonFile = "/user/globalConfig.json";
 
 /// A cell of two stations with its files, and a settings dialog on it.
 struct Bench
@@ -43,6 +43,7 @@ struct Bench
     {
         dialog.setCameras({QStringLiteral("相机A"), QStringLiteral("相机B"), QStringLiteral("相机C")});
         dialog.setSolutions({QStringLiteral("工位1"), QStringLiteral("工位2"), QStringLiteral("工位3")});
+        dialog.setLanguages({{"Chinese", QStringLiteral("中文")}, {"English", "English"}});
     }
 
     void choose(const char* box, const QString& name) const
@@ -53,7 +54,7 @@ struct Bench
         choice->setCurrentIndex(row);
     }
 
-    QByteArray files() const { return home.read(kIni) + home.read(kJson); }
+    QByteArray files() const { return home.read(iniFile) + home.read(jsonFile); }
 };
 
 } // namespace
@@ -63,7 +64,7 @@ class SystemSettingsTest : public QObject
     Q_OBJECT
 
 private slots:
-    void wrongFieldIsToldWhileItIsTyped_data()
+    void wrongFieldIsShownWhileItIsTyped_data()
     {
         Table::of<QByteArray, QString, QString>(
             {{"nothing", "filterEdit", "", "触发过滤时间：请输入数字"},
@@ -80,7 +81,7 @@ private slots:
              {"full-width digits", "filterEdit", "１５００", ""},
              {"filter off", "filterEdit", "0", ""}});
     }
-    void wrongFieldIsToldWhileItIsTyped()
+    void wrongFieldIsShownWhileItIsTyped()
     {
         const auto [field, typed, problem] = Table::row<QByteArray, QString, QString>();
         Bench bench;
@@ -93,6 +94,18 @@ private slots:
         QTest::keyClick(bench.driver.get<QLineEdit>(field), Qt::Key_Return);
         QCOMPARE(bench.dialog.isVisible(), !problem.isEmpty());
         QCOMPARE(bench.files() == before, !problem.isEmpty());
+    }
+
+    void everySettingHasOneField()
+    {
+        Bench bench;
+        QStringList keys;
+        const auto fields = bench.dialog.findChildren<QWidget*>();
+        for (const QWidget* field : fields)
+            if (field->property("settingKey").isValid())
+                keys << field->property("settingKey").toString();
+        keys.sort();
+        QCOMPARE(keys, SettingsStore(bench.system, bench.global, bench.access).current().keys());
     }
 
     void everythingEditedIsStoredExactlyOnce()
@@ -132,7 +145,7 @@ private slots:
         QCOMPARE(stored.trigerFilter, 250);
         QVERIFY(bench.home.read("/user/access.json").contains("\"engineer_only\": true"));
         QCOMPARE(stored.station(1).camKey, "相机C");
-        const QSettings ini(bench.home.path(kIni), QSettings::IniFormat);
+        const QSettings ini(bench.home.path(iniFile), QSettings::IniFormat);
         QCOMPARE(ini.value("COM/Port").toString(), "/dev/ttyUSB0");
         QCOMPARE(ini.value("Image/RltImgSave_st2").toString(), "true");
         QCOMPARE(bench.system.cleanDays, 14);
@@ -151,10 +164,10 @@ private slots:
         bench.dialog.show();
         QCOMPARE(bench.driver.text("daysEdit"), "7");
         QVERIFY(!bench.driver.isChecked("onlineCheck"));
-        QFile::remove(bench.home.path(kJson));
+        QFile::remove(bench.home.path(jsonFile));
         bench.driver.press("okButton"); // without an edit nothing is written
         QVERIFY(!bench.dialog.isVisible() && bench.applied.isEmpty());
-        QVERIFY(!QFile::exists(bench.home.path(kJson)));
+        QVERIFY(!QFile::exists(bench.home.path(jsonFile)));
     }
 
     void cameraUnpluggedWhileTheDialogIsOpen()
@@ -247,34 +260,34 @@ private slots:
         QVERIFY(bench.applied.isEmpty());
         QVERIFY(!bench.global.onlineMode);
         QCOMPARE(bench.system.cleanDays, 7);
-        QVERIFY2(bench.home.read(kIni).contains("days=7"), "the file that could be written is put back");
+        QVERIFY2(bench.home.read(iniFile).contains("days=7"), "the file that could be written is put back");
         QCOMPARE(bench.driver.text("daysEdit"), "14");
         bench.driver.shoot("settings-unwritable");
     }
 
-    void handEditedFileIsToldBeforeItIsOverwritten_data()
+    void handEditedFileIsShownBeforeItIsOverwritten_data()
     {
         Table::of<QByteArray, QByteArray, QByteArray, QString>(
-            {{"setting", kJson, "\"trigerFilter\": 1000", "\"trigerFilter\": 2000",
+            {{"setting", jsonFile, "\"trigerFilter\": 1000", "\"trigerFilter\": 2000",
               "globalConfig.json 已被改动：trigerFilter 1000 → 2000"},
-             {"port", kIni, "Port=COM3", "Port=COM8", "systemConfig.ini 已被改动：COM/Port COM3 → COM8"},
-             {"calibration", kJson, "\"StationScale_2\": 1", "\"StationScale_2\": 3", "标定数据"},
-             {"damaged", kJson, "\"onlineMode\": false,", "\"onlineMode\": tru,", "无法读取"},
-             {"model of the running station", kJson, "\"station_runModel_1\": \"\"", "\"station_runModel_1\": \"W18\"",
-              ""}});
+             {"port", iniFile, "Port=COM3", "Port=COM8", "systemConfig.ini 已被改动：COM/Port COM3 → COM8"},
+             {"calibration", jsonFile, "\"StationScale_2\": 1", "\"StationScale_2\": 3", "标定数据"},
+             {"damaged", jsonFile, "\"onlineMode\": false,", "\"onlineMode\": tru,", "无法读取"},
+             {"model of the running station", jsonFile, "\"station_runModel_1\": \"\"",
+              "\"station_runModel_1\": \"W18\"", ""}});
     }
-    void handEditedFileIsToldBeforeItIsOverwritten()
+    void handEditedFileIsShownBeforeItIsOverwritten()
     {
-        const auto [file, from, to, told] = Table::row<QByteArray, QByteArray, QByteArray, QString>();
+        const auto [file, from, to, question] = Table::row<QByteArray, QByteArray, QByteArray, QString>();
         Bench bench;
         const QByteArray edited = bench.home.read(file).replace(from, to);
         QVERIFY(edited.contains(to));
         bench.home.write(file, edited);
         bench.driver.type("daysEdit", "14");
         bench.driver.press("okButton");
-        QVERIFY2(told.isEmpty() == bench.driver.question().isEmpty() && bench.driver.question().contains(told),
+        QVERIFY2(question.isEmpty() == bench.driver.question().isEmpty() && bench.driver.question().contains(question),
                  qPrintable(bench.driver.question()));
-        if (!told.isEmpty()) {
+        if (!question.isEmpty()) {
             QCOMPARE(bench.home.read(file), edited);
             bench.driver.shoot("settings-handedited");
             bench.driver.press("firstAnswer");
@@ -282,16 +295,16 @@ private slots:
         QVERIFY(!bench.dialog.isVisible());
         QCOMPARE(listed(bench.applied.value(0)), "CheckThread/days:7>14");
         QVERIFY(!bench.home.read(file).contains(to));
-        QCOMPARE(bench.home.keptAside(kJson).size(), QString(told) == "无法读取" ? 1 : 0);
+        QCOMPARE(bench.home.keptAside(jsonFile).size(), QString(question) == "无法读取" ? 1 : 0);
     }
 
     void handEditedValuesCanBeTakenOver()
     {
         Bench bench;
         bench.global.station(1).runModel = "W18";
-        bench.home.write(kJson, bench.home.read(kJson)
-                                    .replace("\"trigerFilter\": 1000", "\"trigerFilter\": 2000")
-                                    .replace("\"StationScale_2\": 1", "\"StationScale_2\": 3"));
+        bench.home.write(jsonFile, bench.home.read(jsonFile)
+                                       .replace("\"trigerFilter\": 1000", "\"trigerFilter\": 2000")
+                                       .replace("\"StationScale_2\": 1", "\"StationScale_2\": 3"));
         bench.driver.type("daysEdit", "14");
         bench.driver.press("applyButton");
         bench.driver.press("secondAnswer");

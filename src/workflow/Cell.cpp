@@ -1,0 +1,265 @@
+#include "workflow/Cell.h"
+
+#include "config/ksGlobalConfig.h"
+#include "config/ksSysConfig.h"
+#include "db/log/LogLine.h"
+#include "workflow/CZdCtrl.h"
+#include "workflow/DayCountsFile.h"
+#include "workflow/ModelManager.h"
+
+#include <valvecell/Extension.h>
+#include <valvecell/ISerialReopen.h>
+
+namespace {
+
+constexpr int heartbeatMs = 300;
+constexpr int tickMs = 1000;
+constexpr int answerDeadlineMs = 2000;
+
+} // namespace
+
+Cell::Cell(Ground ground, std::unique_ptr<IModules> modules, QObject* parent)
+    : QObject(parent)
+    , m_ground(std::move(ground))
+    , m_modules(std::move(modules))
+    , m_alarms(m_ground.scheduler)
+    , m_counts(m_ground.scheduler)
+    , m_road(m_ground.config, m_ground.scheduler, [] { return answerDeadlineMs; })
+    , m_watch(m_ground.config, m_alarms)
+    , m_heartbeat(m_ground.scheduler.timer(Scheduler::Repeating, [this] { sendHeartbeat(); }))
+    , m_tick(m_ground.scheduler.timer(Scheduler::Repeating, [this] { tick(); }))
+{
+    m_watch.setLog(m_ground.systemLog);
+    connectRoad();
+    raiseAlarms();
+    m_road.link().hold();
+    m_alarms.raise(Alarm::Starting, {}, {});
+}
+
+Cell::~Cell()
+{
+    m_heartbeat.reset();
+    if (m_port)
+        m_port->close();
+    m_port.reset();
+    m_modules->stop();
+}
+
+void Cell::connectRoad()
+{
+    const PlcLink& link = m_road.link();
+    connect(&link, &PlcLink::modelIndexReceived, this, &Cell::linkAlive);
+    connect(&link, &PlcLink::shutdownReceived, this, &Cell::shutdownReceived);
+
+    const TriggerDispatch& dispatch = m_road.dispatch();
+    connect(&dispatch, &TriggerDispatch::sgShowLog, this, &Cell::sgShowLog);
+    connect(&dispatch, &TriggerDispatch::sgSystemLog, &SystemLog::information);
+    connect(&dispatch, &TriggerDispatch::sgSelModel, this, &Cell::selectModel);
+    connect(&dispatch, &TriggerDispatch::captureRefused, this, [this](const Trigger& trigger) {
+        m_counts.onRefused(trigger.station);
+        emit captureRefused(trigger.station);
+    });
+    connect(&m_road.inHand(), &TriggersInHand::captureStarted, this,
+            [this](const Trigger& trigger) { emit captureStarted(trigger.station); });
+
+    const ResultHandler& results = m_road.results();
+    connect(&results, &ResultHandler::sgShowLog, this, &Cell::sgShowLog);
+    connect(&results, &ResultHandler::sgShowImg, this, &Cell::sgShowImg);
+    connect(&results, &ResultHandler::sgShowSrcImg, this, &Cell::sgShowSrcImg);
+    connect(&results, &ResultHandler::readingChanged, this, &Cell::readingChanged);
+    connect(&results, &ResultHandler::readingChanged, &m_counts, &DayCounts::onReading);
+    connect(&m_counts, &DayCounts::changed, this,
+            [this](int station) { emit countChanged(station, m_counts.of(station)); });
+}
+
+/// What keeps a station's parts from being answered lasts until one is.
+void Cell::raiseAlarms()
+{
+    const auto station = [](const Trigger& trigger) { return QString::number(trigger.station); };
+    connect(&m_road.inHand(), &TriggersInHand::failed, this,
+            [this, station](const Trigger& trigger, Failure failure, const QString& reason) {
+                const bool noResult = failure == Failure::NoResult;
+                m_alarms.raise(noResult ? Alarm::NoResult : Alarm::NoImage, station(trigger), reason);
+            });
+    connect(&m_road.inHand(), &TriggersInHand::imageArrived, this,
+            [this, station](const Trigger& trigger) { m_alarms.clear(Alarm::NoImage, station(trigger)); });
+    connect(&m_road.inHand(), &TriggersInHand::finished, this,
+            [this, station](const Trigger& trigger) { m_alarms.clear(Alarm::NoResult, station(trigger)); });
+    connect(&m_road.results(), &ResultHandler::calibrationJudged, this, [this](int number, const QString& problem) {
+        m_alarms.set(!problem.isEmpty(), Alarm::CalibrationUnusable, QString::number(number), problem);
+    });
+}
+
+QString Cell::loadModules()
+{
+    const QString fatal = m_modules->start({m_road.imageCallback(), m_road.cameraCallback()});
+    if (!fatal.isEmpty())
+        return fatal;
+    m_road.setModules(m_modules->coreCtrl(), m_modules->engine(), m_modules->designer());
+    m_watch.setCameras(m_modules->coreCtrl());
+    return {};
+}
+
+bool Cell::openSerialPort(std::function<void(const SComFrame&)> receiver)
+{
+    m_port.reset(m_modules->createSerialPort());
+    if (!m_port)
+        return true;
+    const auto handOver = [this, receiver = std::move(receiver)](const SComFrame& frame, quint64 session) {
+        m_road.link().setIncomingSession(session);
+        receiver(frame);
+    };
+    connect(m_road.relay(), &ModuleRelay::frameReceived, this, handOver, Qt::QueuedConnection);
+    m_port->setReceiveCallback(this, m_road.frameCallback(m_port.get()));
+    m_road.link().setPort(m_port.get());
+    m_watch.setPort(m_port.get());
+    const bool open = m_port->open(m_ground.settings.comPort, QString::number(m_ground.settings.baudRate));
+    m_heartbeat->start(heartbeatMs);
+    return open;
+}
+
+void Cell::prepareImageFolders()
+{
+    m_records = std::make_unique<CellRecords>(m_ground.home, m_ground.settings, m_ground.scheduler);
+    m_records->prepareImageFolders();
+}
+
+void Cell::openResultDatabase()
+{
+    m_records->openResultDatabase();
+    m_road.results().setStore(m_records->store());
+    m_watch.setRecords(m_records.get());
+    const QString folder = m_ground.home + QStringLiteral("/DBFiles");
+    const DayCountsFile::Places places{folder + QStringLiteral("/Pellix.db"),
+                                       folder + QStringLiteral("/dayCounts.json")};
+    m_countsFile = std::make_unique<DayCountsFile>(m_counts, places, m_ground.scheduler);
+    m_countsFile->start();
+}
+
+void Cell::createAutoTrigger()
+{
+    m_autoTrigger = std::make_unique<AutoTrigger>(m_ground.scheduler);
+    connect(m_autoTrigger.get(), &AutoTrigger::sgTrig, this, &Cell::triggerStations);
+}
+
+void Cell::createController()
+{
+    const ksSysConfig& settings = m_ground.settings;
+    m_controller =
+        std::make_unique<CZdCtrl>(m_modules->engine(), m_ground.home,
+                                  CZdCtrl::Accounting{m_ground.scheduler, [&settings] { return settings.filterTime; }});
+    m_controller->initialise();
+    m_road.dispatch().setController(m_controller.get());
+    m_records->openModelLibrary(m_controller->plcIndices(), m_controller->stationNames());
+    connect(m_records->models(), &ModelManager::changed, this, [this] { m_road.dispatch().forgetLastIndices(); });
+}
+
+void Cell::connectStations()
+{
+    const QStringList names = m_controller->stationNames();
+    for (const QString& name : names)
+        connect(m_controller->stationObject(name), &Station::sgShowModeName, this, &Cell::sgShowModeName);
+    connect(&m_road.inHand(), &TriggersInHand::captureStarted, this, [this](const Trigger& trigger) {
+        if (Station* own = stationObject(trigger.station))
+            emit own->sgaddTrigCount(1);
+    });
+    connect(&m_road.inHand(), &TriggersInHand::imageArrived, this, [this](const Trigger& trigger) {
+        if (Station* own = stationObject(trigger.station))
+            emit own->sgaddRevCount(1);
+    });
+}
+
+void Cell::selectRunModels()
+{
+    for (const StationConfig& station : m_ground.config.stations)
+        m_controller->selectModel(station.solution, station.runModel);
+}
+
+void Cell::startStatusTick()
+{
+    m_tick->start(tickMs);
+}
+
+void Cell::enableStations()
+{
+    m_stationEnabled[0] = m_stationEnabled[1] = true;
+}
+
+/// Only now a trigger meets a whole cell: a controller that switches models, records that keep the answer.
+void Cell::openRoad()
+{
+    m_alarms.clear(Alarm::Starting, {});
+    m_road.link().release();
+}
+
+void Cell::receive(const SComFrame& frame)
+{
+    m_road.link().receive(frame);
+}
+
+void Cell::sendHeartbeat()
+{
+    m_road.link().sendHeartbeat();
+}
+
+void Cell::triggerStations()
+{
+    for (int station = 1; station <= 2; ++station) {
+        if (m_stationEnabled[station - 1])
+            m_road.dispatch().onTestTrigger(station);
+    }
+}
+
+void Cell::selectModel(int station, const QString& model)
+{
+    m_controller->selectModel(m_ground.config.station(station).solution, model);
+}
+
+Station* Cell::stationObject(int station) const
+{
+    return m_controller->stationObject(m_ground.config.station(station).solution);
+}
+
+void Cell::enterTestMode(int mode)
+{
+    switch (mode) {
+    case TestMode::Start:
+        return m_autoTrigger->start(m_testIntervalMs);
+    case TestMode::SnapStation1:
+        return m_road.dispatch().onTestTrigger(1);
+    case TestMode::SnapStation2:
+        return m_road.dispatch().onTestTrigger(2);
+    default:
+        return m_autoTrigger->stop();
+    }
+}
+
+void Cell::applySettings(const AuditChanges& changes)
+{
+    if (touches(changes, ksSysConfig::lineGroup))
+        reopenPort();
+    if (m_records && touches(changes, ksSysConfig::cleanerGroup))
+        m_records->applySettings();
+    if (touches(changes, "station_solution"))
+        m_road.dispatch().forgetLastIndices();
+}
+
+void Cell::reopenPort()
+{
+    const QString& port = m_ground.settings.comPort;
+    const QString baudRate = QString::number(m_ground.settings.baudRate);
+    if (auto* line = extensionOf<ISerialReopen>(m_port.get())) {
+        line->reopen(port, baudRate);
+    } else if (m_port) { // a module without it promises to wait for nothing in these
+        m_port->close();
+        m_port->open(port, baudRate);
+    }
+}
+
+void Cell::tick()
+{
+    m_counts.checkDay();
+    m_watch.check();
+    if (m_countsFile)
+        m_countsFile->tick();
+}

@@ -1,0 +1,145 @@
+#include "SimulatedCell.h"
+#include "db/ResultReader.h"
+#include "db/StationDB.h"
+
+#include <QSignalSpy>
+
+class CellWiringTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void noTriggerIsAnsweredBeforeTheLastStepOfTheStart()
+    {
+        SimulatedCell plant;
+        plant.startUp();
+        plant.send('C', 2, 2);
+        plant.send('P', 5);
+        plant.scheduler.advance(1000);
+        QVERIFY(plant.modules->cameras.asked.isEmpty());
+        QCOMPARE(plant.cell->alarms().alarms().first().kind, Alarm::Starting);
+        QCOMPARE(plant.modules->port->commands(), QByteArray("CCC")); // the heart beats
+        plant.open();
+        QVERIFY(plant.cell->alarms().alarms().isEmpty());
+        QCOMPARE(plant.config.station(1).runModel, QString("钢圈"));
+        plant.send('P', 5);
+        QCOMPARE(plant.modules->cameras.asked, QStringList("cam1"));
+    }
+
+    void partTakesItsRoadFromFrameToReply()
+    {
+        SimulatedCell plant;
+        plant.settings.saveSrcImage[1] = true;
+        plant.startUp();
+        plant.open();
+        QSignalSpy readings(plant.cell.get(), &Cell::readingChanged);
+        QSignalSpy counts(plant.cell.get(), &Cell::countChanged);
+        plant.send('C', 1, 2);
+        plant.send('P', 6);
+        plant.deliver(2);
+        const FakeEngine::Task& task = plant.modules->inspection.tasks.at(0);
+        QCOMPARE(task.solution + ' ' + task.model, QString("工位2 钢圈"));
+        plant.answer(12.5);
+        QCOMPARE(plant.replies(), QByteArray("G"));
+        QCOMPARE(plant.modules->port->words(0), QString("0 0 12 500 100 0 50 0"));
+        QCOMPARE(plant.panel.last(), QString("2|钢圈 angle :12.500 center:(100.000,50.000)"));
+        QCOMPARE(readings.last().at(0).toInt(), 2);
+        QCOMPARE(plant.cell->counts().of(2).found, 1);
+        QCOMPARE(counts.last().at(0).toInt(), 2);
+        plant.scheduler.advance(100);
+        const QString archived = plant.home.path("/DBFiles/SrcImages/2026-03-31/Station2/钢圈");
+        QCOMPARE(QDir(archived).entryList(QDir::Files).size(), 1);
+        ResultReader reader(plant.home.path("/DBFiles/Pellix.db"));
+        QVERIFY(reader.open(nullptr));
+        ResultReader::StationCount count;
+        QVERIFY(reader.countStation("Station_2", plant.scheduler.now().addSecs(1), 360, 999, &count));
+        QCOMPARE(count.found, 1);
+    }
+
+    void eachStationsAccountCountsItsOwn()
+    {
+        SimulatedCell plant;
+        plant.startUp();
+        plant.open();
+        plant.send('C', 1, 1);
+        const CTrigDetector& first = plant.cell->controller()->stationObject("工位1")->account();
+        const CTrigDetector& second = plant.cell->controller()->stationObject("工位2")->account();
+        plant.send('P', 5);
+        QCOMPARE(first.triggerCount() * 10 + second.triggerCount(), 10);
+        plant.deliver(1);
+        QCOMPARE(first.receiveCount() * 10 + second.receiveCount(), 10);
+        plant.send('P', 6);
+        QTest::ignoreMessage(QtWarningMsg, "station 工位2: no image came of the last trigger");
+        plant.scheduler.advance(4000);
+        QCOMPARE(second.errorRun(), 1);
+        QCOMPARE(first.errorRun(), 0);
+    }
+
+    void testTriggersRunAtTheirIntervalUntilTheyAreStopped()
+    {
+        SimulatedCell plant;
+        plant.config.onlineMode = false;
+        plant.startUp();
+        plant.open();
+        plant.cell->setTestInterval(200);
+        plant.cell->enterTestMode(TestMode::Start);
+        for (int i = 0; i < 3; ++i) {
+            plant.scheduler.advance(200);
+            plant.deliver(1);
+            plant.deliver(2);
+            plant.answer(45);
+            plant.answer(45);
+        }
+        QCOMPARE(plant.modules->cameras.asked.size(), 6); // both stations, three times
+        QVERIFY2(plant.replies().isEmpty() && plant.cell->counts().of(1).found == 0, "a test answers and counts");
+        plant.cell->enterTestMode(TestMode::Stop);
+        plant.cell->enterTestMode(TestMode::SnapStation2);
+        plant.scheduler.advance(1000);
+        QCOMPARE(plant.modules->cameras.asked.mid(6), QStringList("cam2"));
+    }
+
+    void changedSettingsActAtOnce()
+    {
+        SimulatedCell plant;
+        plant.settings.comPort = "COM7";
+        plant.startUp();
+        QCOMPARE(plant.modules->port->opened, QStringList("COM7 115200"));
+        plant.settings.baudRate = 9600;
+        plant.cell->applySettings({{"CheckThread/days", "7", "8"}});
+        QCOMPARE(plant.modules->port->opened.size(), 1);
+        plant.cell->applySettings({{"COM/Baute", "115200", "9600"}});
+        QCOMPARE(plant.modules->port->opened.last(), QString("COM7 9600"));
+    }
+
+    void dayEndsAtMidnightAndCountsSurviveARestart()
+    {
+        SimulatedCell plant;
+        plant.startUp();
+        plant.open();
+        plant.send('C', 9, 0);
+        plant.send('P', 5);
+        QCOMPARE(plant.cell->counts().of(1).refused, 1);
+        plant.scheduler.advance(61 * 1000);
+        QVERIFY(plant.home.read("/DBFiles/dayCounts.json").contains("\"refused\": 1"));
+        plant.scheduler.advance(12 * 3600 * 1000);
+        QCOMPARE(plant.cell->counts().of(1).refused, 0);
+    }
+
+    void resultThatComesWhileTheCellGoesDownIsDropped()
+    {
+        SimulatedCell plant;
+        plant.startUp();
+        plant.open();
+        plant.send('C', 1, 1);
+        plant.send('P', 5);
+        const ICoreCtrl::ImageCallback late = plant.modules->cameras.deliver;
+        const QStringList before = plant.panel;
+        plant.cell.reset();
+        late("cam1", QImage(8, 8, QImage::Format_Grayscale8));
+        plant.scheduler.settle();
+        QCOMPARE(plant.panel, before);
+    }
+};
+
+QTEST_GUILESS_MAIN(CellWiringTest)
+#include "tst_cellwiring.moc"
