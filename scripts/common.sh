@@ -10,23 +10,23 @@ packages_lint=(clang-format clang-tidy clazy)
 packages_training=(povray python3-opencv python3-numpy python3-torch)
 packages_fuzz=(clang libclang-rt-14-dev)
 
-# Installs the Debian packages among the arguments that are missing, and says what it does.
+# Installs the Debian packages among the arguments that are missing, and says what it does. Without network or rights it
+# says in one line what to type.
 install_missing() {
-    local missing=() package
+    local missing=() package log="$root/build/packages.log" as_root=()
     for package in "$@"; do
         dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
     done
     [ ${#missing[@]} -eq 0 ] && return 0
-    if ! command -v apt-get >/dev/null; then
-        echo "Please install: ${missing[*]}" >&2
-        return 1
-    fi
-    local as_root=()
     [ "$(id -u)" -eq 0 ] || as_root=(sudo)
     echo "Installing ${missing[*]}"
-    "${as_root[@]}" apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" \
-        >/dev/null
+    mkdir -p "$root/build"
+    "${as_root[@]}" apt-get update -qq >"$log" 2>&1 || true # what is known from before may do
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" \
+        >>"$log" 2>&1 && return 0
+    echo "Packages are missing and could not be installed (why: $log); please type:" \
+        "sudo apt-get install --no-install-recommends ${missing[*]}" >&2
+    return 1
 }
 
 # Configures and builds a preset: build_preset NAME [CMAKE-OPTION...] [-- TARGET...]

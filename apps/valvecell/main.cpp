@@ -1,5 +1,5 @@
 // The host process: loads the program's library, shows it, and takes it down when the window closes or the process is
-// told to end.
+// asked to end.
 
 #include "LoopWatch.h"
 

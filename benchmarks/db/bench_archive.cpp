@@ -1,4 +1,4 @@
-#include "Laps.h"
+#include "../Bench.h"
 #include "db/archive/ImageArchive.h"
 #include "db/archive/SaveImgThread.h"
 

@@ -1,4 +1,4 @@
-#include "Laps.h"
+#include "../Bench.h"
 #include "db/archive/QDiskCleanThread.h"
 
 #include <QDir>
@@ -26,7 +26,7 @@ const QString& archive()
     return path;
 }
 
-/// Peak memory of the process in MB; 0 where it cannot be told.
+/// Peak memory of the process in MB; 0 where it is not known.
 double peakMegabytes()
 {
     QFile status("/proc/self/status");

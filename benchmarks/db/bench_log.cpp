@@ -1,9 +1,9 @@
+#include "../Bench.h"
 #include "db/log/LogLine.h"
 #include "db/log/ksLogDB.h"
 
+#include <QGuiApplication>
 #include <QTemporaryDir>
-
-#include <benchmark/benchmark.h>
 
 namespace {
 
@@ -32,3 +32,8 @@ void appendLogLine(benchmark::State& state)
 } // namespace
 
 BENCHMARK(appendLogLine)->Threads(4)->UseRealTime();
+
+int main(int argc, char** argv)
+{
+    return runBenchmarks<QGuiApplication>(argc, argv);
+}

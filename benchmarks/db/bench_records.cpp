@@ -1,4 +1,4 @@
-#include "Laps.h"
+#include "../Bench.h"
 #include "db/ResultReader.h"
 #include "db/StationDB.h"
 

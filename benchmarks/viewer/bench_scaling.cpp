@@ -1,4 +1,4 @@
-#include "../db/Laps.h"
+#include "../Bench.h"
 #include "graphics/SmoothScaler.h"
 
 #include <QPainter>

@@ -1,4 +1,5 @@
-#include "../db/Laps.h"
+#include "../Bench.h"
+#include "Resources.h"
 #include "viewer/ksImgViewer.h"
 
 #include <QApplication>
@@ -10,8 +11,8 @@
 
 namespace {
 
-const QSize k5MP(2448, 2048);
-const QSize k20MP(5472, 3648);
+const QSize fiveMegapixels(2448, 2048);
+const QSize twentyMegapixels(5472, 3648);
 
 QImage picture(const QSize& size, QImage::Format format, int seed)
 {
@@ -24,7 +25,7 @@ QImage picture(const QSize& size, QImage::Format format, int seed)
     return image;
 }
 
-/// A viewer that fills a full-HD screen and is painted when it is told to.
+/// A viewer that fills a full-HD screen and is painted on demand.
 struct Screen
 {
     Screen()
@@ -68,7 +69,7 @@ void newImage(benchmark::State& state, const QSize& size, QImage::Format format)
 void zoom(benchmark::State& state, QImage::Format format)
 {
     Screen screen;
-    screen.viewer.setImage(picture(k20MP, format, 0));
+    screen.viewer.setImage(picture(twentyMegapixels, format, 0));
     screen.settle();
     Laps laps(state);
     int i = 0;
@@ -84,7 +85,7 @@ void zoom(benchmark::State& state, QImage::Format format)
 void pan(benchmark::State& state, QImage::Format format)
 {
     Screen screen;
-    screen.viewer.setImage(picture(k20MP, format, 0));
+    screen.viewer.setImage(picture(twentyMegapixels, format, 0));
     screen.settle();
     Laps laps(state);
     int i = 0;
@@ -109,7 +110,7 @@ QMouseEvent mouseAt(QEvent::Type type, const QPoint& at, Qt::MouseButtons button
 void readPixel(benchmark::State& state)
 {
     Screen screen;
-    screen.viewer.setImage(picture(k20MP, QImage::Format_RGB32, 0));
+    screen.viewer.setImage(picture(twentyMegapixels, QImage::Format_RGB32, 0));
     screen.settle();
     Laps laps(state);
     int i = 0;
@@ -123,7 +124,7 @@ void readPixel(benchmark::State& state)
 void dragPoint(benchmark::State& state)
 {
     Screen screen;
-    screen.viewer.setImage(picture(k20MP, QImage::Format_Grayscale8, 0));
+    screen.viewer.setImage(picture(twentyMegapixels, QImage::Format_Grayscale8, 0));
     for (int i = 0; i < 5; ++i)
         screen.viewer.addPointRoi({-2000.0 + 800 * i, 100.0 * i}, Qt::magenta, Qt::green, 20, QString::number(i));
     screen.viewer.showRoiHandles();
@@ -146,12 +147,18 @@ void dragPoint(benchmark::State& state)
     QApplication::sendEvent(screen.viewer.viewport(), &release);
 }
 
-BENCHMARK_CAPTURE(newImage, gray_5MP, k5MP, QImage::Format_Grayscale8)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(newImage, rgb32_5MP, k5MP, QImage::Format_RGB32)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(newImage, gray_20MP, k20MP, QImage::Format_Grayscale8)
+BENCHMARK_CAPTURE(newImage, gray_5MP, fiveMegapixels, QImage::Format_Grayscale8)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(newImage, rgb32_20MP, k20MP, QImage::Format_RGB32)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(newImage, rgb32_5MP, fiveMegapixels, QImage::Format_RGB32)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(newImage, gray_20MP, twentyMegapixels, QImage::Format_Grayscale8)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(newImage, rgb32_20MP, twentyMegapixels, QImage::Format_RGB32)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(zoom, gray_20MP, QImage::Format_Grayscale8)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(zoom, rgb32_20MP, QImage::Format_RGB32)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(pan, gray_20MP, QImage::Format_Grayscale8)->UseManualTime()->Unit(benchmark::kMillisecond);
@@ -160,3 +167,9 @@ BENCHMARK(readPixel)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(dragPoint)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
+
+int main(int argc, char** argv)
+{
+    initResources();
+    return runBenchmarks<QApplication>(argc, argv);
+}

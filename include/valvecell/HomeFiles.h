@@ -54,7 +54,7 @@ inline JsonRead readJson(const QString& path)
     return {JsonRead::Good, document.object(), {}};
 }
 
-/// Renames a file to a free name beside it that tells the time, and returns that name; empty when it could not.
+/// Renames a file to a free name beside it that holds the time, and returns that name; empty when it could not.
 inline QString keepAside(const QString& path)
 {
     const QString stem =
@@ -71,7 +71,7 @@ inline QString keepAside(const QString& path)
 inline bool writeFile(const QString& path, const QByteArray& content, QString* error)
 {
     QSaveFile file(path);
-    // Only flush() tells of a full disk when the content fits into the buffer; commit() would replace the file by
+    // Only flush() reports a full disk when the content fits into the buffer; commit() would replace the file by
     // nothing.
     const bool written = QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
                          file.write(content) == content.size() && file.flush() && file.commit();

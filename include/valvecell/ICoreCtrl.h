@@ -12,7 +12,7 @@
 /// The callbacks may be called from any thread of the module, several cameras at the same time. Callbacks are
 /// registered after start() and may be replaced at any time; none is called after stop() returned.
 /// Ownership: the instance that the initialise function returns belongs to the caller, who deletes it after stop().
-/// Errors: no operation throws. What goes wrong is told through the notification callback.
+/// Errors: no operation throws. What goes wrong is reported through the notification callback.
 class ICoreCtrl
 {
 public:
@@ -38,7 +38,8 @@ public:
     virtual void stop() = 0;
 
     /// Captures one image with each of the named cameras; each is delivered through the image callback. An unknown
-    /// key is ignored and told through the notification callback. A trigger that finds its camera still busy is queued.
+    /// key is ignored and reported through the notification callback. A trigger that finds its camera still busy is
+    /// queued.
     virtual void trigger(const QStringList& cameraKeys) = 0;
 
     /// An optional interface of this module by its id, or null; see Extension.h.

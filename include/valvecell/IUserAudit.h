@@ -14,7 +14,7 @@ struct UserChange
     QString after;  ///< empty when there is none any more
 };
 
-/// Optional interface of a log-in module: tells who changed what of the users, for the system log. IUserCtrl is a
+/// Optional interface of a log-in module: reports who changed what of the users, for the system log. IUserCtrl is a
 /// QObject, so Qt finds the interface, and a module that has it names it by Q_INTERFACES(IUserAudit):
 ///
 ///     if (auto* audit = qobject_cast<IUserAudit*>(userCtrl)) ...
@@ -25,11 +25,11 @@ class IUserAudit
 public:
     using Listener = std::function<void(const UserChange&)>;
 
-    /// Stands in both values of a change of a password; passwords and their hashes are never told.
+    /// Stands in both values of a change of a password; passwords and their hashes are never reported.
     static QString secret() { return QStringLiteral("***"); }
 
     /// From now on the listener is called once for each change, when it is stored; what was refused, could not be
-    /// stored or changed nothing is not told. A second call replaces the listener, an empty one ends the telling.
+    /// stored or changed nothing is not reported. A second call replaces the listener, an empty one ends the reports.
     virtual void setListener(Listener listener) = 0;
 
 protected:

@@ -33,7 +33,7 @@ UserCtrl::UserCtrl()
     , m_rules(HomeFiles::home() + QStringLiteral("/user/login.json"))
 {
     connect(&m_session, &UserSession::currentUserChanged, this, &UserCtrl::onCurrentUserChanged);
-    connect(&m_session, &UserSession::changed, this, &UserCtrl::tell);
+    connect(&m_session, &UserSession::changed, this, &UserCtrl::report);
     connect(&m_idle, &IdleWatch::idle, &m_session, &UserSession::logOut);
 }
 
@@ -82,7 +82,7 @@ void UserCtrl::setListener(Listener listener)
     m_listener = std::move(listener);
 }
 
-void UserCtrl::tell(const UserChange& change) const
+void UserCtrl::report(const UserChange& change) const
 {
     if (m_listener)
         m_listener(change);
@@ -102,7 +102,7 @@ void UserCtrl::onIdleLimitChanged(std::chrono::minutes before, std::chrono::minu
 {
     watchIdle();
     const auto number = [](std::chrono::minutes limit) { return QString::number(limit.count()); };
-    tell({m_session.userName(), QStringLiteral("login/idle_minutes"), number(before), number(after)});
+    report({m_session.userName(), QStringLiteral("login/idle_minutes"), number(before), number(after)});
 }
 
 void UserCtrl::watchIdle()

@@ -34,7 +34,7 @@ private:
     QDialog* makeManager(QWidget* parent);
     void onIdleLimitChanged(std::chrono::minutes before, std::chrono::minutes after);
     void watchIdle();
-    void tell(const UserChange& change) const;
+    void report(const UserChange& change) const;
 
     UserSession m_session;
     LogInRules m_rules;

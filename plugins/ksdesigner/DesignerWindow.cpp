@@ -9,7 +9,6 @@
 #include "panels/ParameterPanel.h"
 #include "panels/TryPanel.h"
 #include "ui_DesignerWindow.h"
-#include "widgets/Ink.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/IEngine.h>
@@ -62,7 +61,7 @@ DesignerWindow::DesignerWindow(IEngine* engine, QWidget* parent)
 
 DesignerWindow::~DesignerWindow()
 {
-    leave(); // a field that loses the focus tells it while there is still somebody to hear it
+    leave(); // a field that loses the focus emits it while there is still somebody to hear it
 }
 
 template <typename Panel>
@@ -159,14 +158,12 @@ void DesignerWindow::showCaptured(const QString& cameraKey, const QImage& image)
 
 void DesignerWindow::showMessage(const QString& message)
 {
-    m_ui->status->setStyleSheet(QString());
-    m_ui->status->setText(message);
+    m_ui->status->say(Tone::Plain, message);
 }
 
 void DesignerWindow::showError(const QString& message)
 {
-    m_ui->status->setStyleSheet(inkStyle(Ink::Trouble, *this) + QStringLiteral("font-weight: bold;"));
-    m_ui->status->setText(message);
+    m_ui->status->say(Tone::Error, message);
 }
 
 void DesignerWindow::changeEvent(QEvent* event)

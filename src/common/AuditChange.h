@@ -24,3 +24,7 @@ inline bool touches(const AuditChanges& changes, const char* group)
     return std::any_of(changes.begin(), changes.end(),
                        [group](const AuditChange& change) { return change.name.startsWith(QLatin1String(group)); });
 }
+
+/// The values that differ between two JSON objects, given as texts, by their keys; those of a nested object as
+/// "station1_4p/m11". A text that is no object counts as an empty one. Any thread.
+AuditChanges jsonChanges(const QByteArray& before, const QByteArray& after);

@@ -1,5 +1,6 @@
 #include "common/LookColors.h"
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -46,4 +47,30 @@ const LookColors& lookColors(bool isDark)
 const LookColors& lookColors()
 {
     return lookColors(QGuiApplication::palette().color(QPalette::Window).lightness() < 128);
+}
+
+QString lookSheet(const QString& name, const LookColors& colors)
+{
+    QFile file(QStringLiteral(":/qss/%1.qss").arg(name));
+    if (!file.open(QIODevice::ReadOnly))
+        qWarning("no style sheet %s", qUtf8Printable(file.fileName()));
+    QString sheet = QString::fromUtf8(file.readAll());
+    const QPair<QLatin1String, QColor> names[] = {
+        {QLatin1String("@window"), colors.window},
+        {QLatin1String("@card"), colors.card},
+        {QLatin1String("@field"), colors.field},
+        {QLatin1String("@border"), colors.border},
+        {QLatin1String("@text"), colors.text},
+        {QLatin1String("@faint"), colors.faint},
+        {QLatin1String("@accent"), colors.accent},
+        {QLatin1String("@goodInk"), colors.good.ink},
+        {QLatin1String("@goodGround"), colors.good.ground},
+        {QLatin1String("@cautionInk"), colors.caution.ink},
+        {QLatin1String("@cautionGround"), colors.caution.ground},
+        {QLatin1String("@badInk"), colors.bad.ink},
+        {QLatin1String("@badGround"), colors.bad.ground},
+    };
+    for (const auto& [token, color] : names)
+        sheet.replace(token, color.name());
+    return sheet;
 }

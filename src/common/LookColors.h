@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QString>
 
 /// The colours of the window, light or dark, for what a widget paints itself.
 struct LookColors
@@ -28,3 +29,7 @@ const LookColors& lookColors();
 
 /// Those of one look.
 const LookColors& lookColors(bool dark);
+
+/// The style sheet of resources/qss/<name>.qss in these colours: there "@card" is the card's, "@cautionInk" the ink and
+/// "@cautionGround" the ground of the sign.
+QString lookSheet(const QString& name, const LookColors& colors);

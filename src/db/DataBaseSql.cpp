@@ -2,7 +2,7 @@
 
 #include "common/Scheduler.h"
 #include "db/WalKeeper.h"
-#include "platform/FileFlush.h"
+#include "platform/System.h"
 
 #include <QDebug>
 
@@ -53,10 +53,10 @@ bool DataBaseSql::open()
         return true;
     if (m_driverType != sqliteDriver)
         return m_connection.database().open();
-    const QString told = m_openReport.text;
+    const QString reported = m_openReport.text;
     m_openReport = SqliteFile::openForWriting(m_connection, m_rules);
-    // Opening is tried again and again while a disk is full or a folder is gone; that is told once.
-    if (!m_openReport.text.isEmpty() && m_openReport.text != told)
+    // Opening is tried again and again while a disk is full or a folder is gone; that is logged once.
+    if (!m_openReport.text.isEmpty() && m_openReport.text != reported)
         qWarning().noquote() << m_openReport.text;
     return m_openReport.open;
 }

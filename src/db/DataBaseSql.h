@@ -11,8 +11,8 @@
 class Scheduler;
 class WalKeeper;
 
-/// Owns the connection to a database of results and runs the statements of SqlBuilder on it. Answers false on failure;
-/// lastError() tells why. The thread that opens it uses it (the GUI thread); nothing here waits longer than the disk
+/// Owns the connection to a database of results and runs the statements of SqlBuilder on it. Returns false on failure;
+/// lastError() says why. The thread that opens it uses it (the GUI thread); nothing here waits longer than the disk
 /// takes for one row.
 class DataBaseSql : public QObject
 {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/SqlConnection.h"
-#include "db/StationResult.h"
+#include "db/StationDB.h"
 
 #include <QDateTime>
 #include <QVector>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "common/Scheduler.h"
-#include "db/FaultNotice.h"
 #include "db/StationDB.h"
+#include "db/log/LogLine.h"
 
 #include <deque>
 

@@ -36,7 +36,7 @@ bool holdsMarker(const QString& text)
     return text.contains(marker);
 }
 
-/// Tells the first reason only: an operator mends one thing at a time.
+/// Returns the first reason only: an operator mends one thing at a time.
 bool carriesText(const QString& text, QString* error, int maxLength, bool lineBreaks)
 {
     if (text.size() > maxLength)

@@ -36,7 +36,7 @@ struct OpenReport
 {
     bool open = false;
     QString keptAside; ///< where the damaged, foreign or read-only file went; empty when there was none
-    QString text;      ///< for the log: what was wrong and what was done; empty when there is nothing to tell
+    QString text;      ///< for the log: what was wrong and what was done; empty when there is nothing to log
 };
 
 /// Opens the file that the connection names for writing, with a write-ahead log; makes it, with its folder, when there

@@ -1,9 +1,35 @@
 #pragma once
 
 #include "db/DataBaseSql.h"
-#include "db/StationResult.h"
 
 #include <QDateTime>
+#include <QMetaType>
+
+/// What was answered for one part.
+struct StationResult
+{
+    double angle = 0; ///< degrees, or one of the special angles
+    qint32 errorType = 0;
+    double matchScore = 0; ///< percent
+    QString resultTip;
+    QString threshBenchMark; ///< station and model
+    QString stationName;
+    QString value1; ///< path of the saved result image below the home; empty when none was saved
+    QString value2; ///< as threshBenchMark
+    QString value3; ///< what the answer rests on, see TaskResult::evidence
+};
+
+/// A recorded result.
+struct StationResultRow
+{
+    qint64 uid = 0;
+    QString time; ///< local, "yyyy-MM-dd hh:mm:ss zzz"
+    StationResult result;
+};
+
+Q_DECLARE_TYPEINFO(StationResult, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(StationResultRow, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(StationResult)
 
 /// The results of the stations, one row each, in "RltTable".
 class StationDB : public DataBaseSql
@@ -17,7 +43,7 @@ public:
     /// Opens the database and makes the table and its index when they are missing; false when it cannot be opened.
     bool initialise();
 
-    /// One row, stamped with the local time of the insertion, or with the given one. When it answers true, the row
+    /// One row, stamped with the local time of the insertion, or with the given one. When it returns true, the row
     /// outlives the process, and within a tenth of a second a power failure too.
     bool insertResult(const StationResult& result);
     bool insertResult(const StationResult& result, const QDateTime& time);

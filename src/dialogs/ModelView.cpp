@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int kInkLightness = 200; ///< of 255
+constexpr int inkLightness = 200; ///< of 255
 
 /// The model's colours are for a light ground. A dark window has its own in place of white and black, and brightens
 /// what stands out.
@@ -26,8 +26,8 @@ protected:
         const QColor ink = option->palette.color(QPalette::Text);
         if (ink == QColor(Qt::black))
             option->palette.setColor(QPalette::Text, own.color(QPalette::Text));
-        else if (ink.lightness() < kInkLightness)
-            option->palette.setColor(QPalette::Text, QColor::fromHsl(ink.hslHue(), ink.hslSaturation(), kInkLightness));
+        else if (ink.lightness() < inkLightness)
+            option->palette.setColor(QPalette::Text, QColor::fromHsl(ink.hslHue(), ink.hslSaturation(), inkLightness));
     }
 };
 

@@ -5,8 +5,8 @@
 #include <QPainterPath>
 
 namespace {
-constexpr double kCrossArmPx = 9.0;
-const QPointF kTextOffsetPx(10, -10);
+constexpr double crossArmPx = 9.0;
+const QPointF textOffsetPx(10, -10);
 } // namespace
 
 OverlayItem::OverlayItem(QGraphicsItem* parent)
@@ -47,7 +47,7 @@ void PointsItem::setPoints(const QVector<QPointF>& points)
 
 QPainterPath PointsItem::outline(double pixel) const
 {
-    const double arm = kCrossArmPx * pixel;
+    const double arm = crossArmPx * pixel;
     QPainterPath path;
     for (const QPointF& point : m_points) {
         path.moveTo(point - QPointF(arm, 0));
@@ -102,13 +102,13 @@ void TextItem::setText(const QPointF& at, const QString& text)
 QRectF TextItem::boundingRect() const
 {
     const double pixel = graphics::pixelLength(*this);
-    const QRectF label = graphics::labelRectPx(kTextOffsetPx, m_text);
+    const QRectF label = graphics::labelRectPx(textOffsetPx, m_text);
     return {m_at + label.topLeft() * pixel, label.size() * pixel};
 }
 
 void TextItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*)
 {
-    graphics::drawLabel(painter, m_at, kTextOffsetPx, m_text, pen().color());
+    graphics::drawLabel(painter, m_at, textOffsetPx, m_text, pen().color());
 }
 
 QPainterPath TextItem::outline(double) const

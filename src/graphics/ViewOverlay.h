@@ -16,7 +16,7 @@ public:
     virtual void draw(QPainter* painter, const QRectF& viewport, double viewScale) = 0;
 };
 
-/// Two arrows in the lower left corner that tell where the machine's X and Y point to.
+/// Two arrows in the lower left corner that show where the machine's X and Y point to.
 class AxesOverlay : public ViewOverlay
 {
 public:

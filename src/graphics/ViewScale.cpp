@@ -12,7 +12,7 @@ namespace graphics {
 
 namespace {
 
-const QColor kEdge(0, 0, 0, 150);
+const QColor edge(0, 0, 0, 150);
 
 QFont labelFont()
 {
@@ -50,7 +50,7 @@ void strokeOutlined(QPainter* painter, const QPainterPath& path, const QPen& pen
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setBrush(Qt::NoBrush);
-    painter->setPen(forScreen(cosmeticPen(kEdge, pen.widthF() + 2.0), *painter));
+    painter->setPen(forScreen(cosmeticPen(edge, pen.widthF() + 2.0), *painter));
     painter->drawPath(path);
     painter->setPen(forScreen(pen, *painter));
     painter->drawPath(path);
@@ -65,7 +65,7 @@ void drawLabel(QPainter* painter, const QPointF& at, const QPointF& offsetPx, co
     painter->setRenderHint(QPainter::Antialiasing);
     QPainterPath letters;
     letters.addText(origin, labelFont(), text);
-    painter->strokePath(letters, QPen(kEdge, 3.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter->strokePath(letters, QPen(edge, 3.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter->fillPath(letters, color);
     painter->restore();
 }

@@ -8,7 +8,6 @@
 #include "config/ksGlobalData.h"
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
-#include "db/log/WarningForward.h"
 #include "db/log/ksSysLog.h"
 #include "dialogs/calibration/CalibrationDialog.h"
 #include "dialogs/registration/QCryptokeyUI.h"

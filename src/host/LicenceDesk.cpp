@@ -5,7 +5,6 @@
 #include "db/log/LogLine.h"
 #include "dialogs/registration/LicenceTexts.h"
 #include "dialogs/registration/QCryptokeyUI.h"
-#include "licence/BuiltInKey.h"
 #include "licence/MachineCode.h"
 #include "platform/AppHome.h"
 #include "platform/MachineIdentity.h"

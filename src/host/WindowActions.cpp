@@ -18,7 +18,7 @@
 #include "host/LanguageSwitch.h"
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
-#include "platform/ModuleFiles.h"
+#include "platform/AppHome.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/Cell.h"
 

@@ -12,9 +12,9 @@
 
 namespace {
 
-const QString kFile = QStringLiteral("/user/look.ini");
-const QString kKey = QStringLiteral("Look/Dark");
-constexpr int kButtonRoom = 14;
+const QString lookFile = QStringLiteral("/user/look.ini");
+const QString darkKey = QStringLiteral("Look/Dark");
+constexpr int buttonRoom = 14;
 
 QPalette palette(const LookColors& colors)
 {
@@ -48,62 +48,9 @@ public:
                            const QWidget* widget) const override
     {
         const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
-        return type == CT_PushButton ? size + QSize(kButtonRoom, 0) : size;
+        return type == CT_PushButton ? size + QSize(buttonRoom, 0) : size;
     }
 };
-
-/// Lengths are device-independent pixels; buttons are as large as a finger in a work glove needs.
-QString styleSheet(const LookColors& colors)
-{
-    QString sheet = QStringLiteral(R"(
-QToolBar { background: @card; border: none; border-bottom: 1px solid @border; padding: 2px; spacing: 0px; }
-QToolBar QToolButton { color: @text; background: transparent; border: none; border-radius: 6px; font-size: 13px;
-                       padding: 4px 3px 2px 3px; min-width: 62px; min-height: 52px; }
-QToolBar QToolButton:hover { background: @window; }
-QToolBar QToolButton:pressed, QToolBar QToolButton:checked { background: @border; }
-QToolBar QToolButton:disabled { color: @faint; }
-QToolBar QToolButton#qt_toolbar_ext_button { min-width: 0px; padding: 0px; background: @window; }
-QToolBar QToolButton::menu-indicator { image: none; }
-QStatusBar { background: @card; border-top: 1px solid @border; }
-QStatusBar::item { border: none; }
-QStatusBar QLabel { color: @text; padding: 3px 8px; font-size: 14px; }
-QStatusBar QLabel#linkLabel { color: white; border-radius: 4px; }
-QWidget#central { background: @window; }
-AlarmStrip { background: @cautionGround; border-radius: 8px; }
-AlarmStrip QLabel { color: @cautionInk; font-size: 15px; }
-AlarmStrip QPushButton { background: @card; color: @cautionInk; border: 1px solid @cautionInk; border-radius: 6px;
-                         padding: 4px 16px; min-height: 28px; font-size: 14px; }
-AlarmStrip QPushButton:pressed { background: @border; }
-AlarmStrip[known="true"] { background: @card; }
-AlarmStrip[known="true"] QLabel { color: @faint; }
-QLabel#singleStationHint { color: @faint; font-size: 13px; }
-StationView, LogPanel { background: @card; border: 1px solid @border; border-radius: 8px; }
-QLabel#stationLabel { color: @faint; font-size: 20px; font-weight: bold; }
-QLabel#modelLabel { color: @text; font-size: 18px; }
-LogPanel QPlainTextEdit { background: @card; color: @text; border: none; font-size: 13px;
-                          selection-background-color: @accent; selection-color: @card; }
-LogPanel QLabel { color: @faint; font-size: 13px; }
-LogPanel QLineEdit { background: @window; border: 1px solid @border; border-radius: 5px;
-                     padding: 2px 6px; min-height: 24px; font-size: 13px; }
-LogPanel QPushButton { background: @window; color: @text; border: 1px solid @border; border-radius: 5px;
-                       padding: 2px 12px; min-height: 24px; font-size: 13px; }
-LogPanel QPushButton:pressed { background: @border; }
-LogPanel QPushButton:checked { background: @accent; color: @card; border-color: @accent; }
-)");
-    const QPair<QLatin1String, QColor> tokens[] = {
-        {QLatin1String("@card"), colors.card},
-        {QLatin1String("@window"), colors.window},
-        {QLatin1String("@border"), colors.border},
-        {QLatin1String("@text"), colors.text},
-        {QLatin1String("@faint"), colors.faint},
-        {QLatin1String("@accent"), colors.accent},
-        {QLatin1String("@cautionInk"), colors.caution.ink},
-        {QLatin1String("@cautionGround"), colors.caution.ground},
-    };
-    for (const auto& token : tokens)
-        sheet.replace(token.first, token.second.name());
-    return sheet;
-}
 
 /// Turns light into dark and back, and leaves the hue: what was drawn for a light ground fits a dark one.
 QPixmap inverted(const QPixmap& pixmap)
@@ -142,7 +89,7 @@ WindowLook::WindowLook(QMainWindow* window)
 
 void WindowLook::load()
 {
-    m_dark = IniFile(platform::inHome(kFile)).settings().value(kKey, false).toBool();
+    m_dark = IniFile(platform::inHome(lookFile)).settings().value(darkKey, false).toBool();
     QApplication::setStyle(new RoomyStyle);
     wear();
 }
@@ -152,8 +99,8 @@ void WindowLook::choose(bool dark)
     if (dark == m_dark)
         return;
     m_dark = dark;
-    IniFile file(platform::inHome(kFile));
-    file.settings().setValue(kKey, dark);
+    IniFile file(platform::inHome(lookFile));
+    file.settings().setValue(darkKey, dark);
     file.commit();
     wear();
 }
@@ -161,7 +108,7 @@ void WindowLook::choose(bool dark)
 void WindowLook::dress(QWidget* part)
 {
     m_parts.append(part);
-    part->setStyleSheet(styleSheet(lookColors(m_dark)));
+    part->setStyleSheet(lookSheet(QStringLiteral("window"), lookColors(m_dark)));
 }
 
 void WindowLook::wear()
@@ -173,7 +120,7 @@ void WindowLook::wear()
 
 void WindowLook::dressParts()
 {
-    const QString sheet = styleSheet(lookColors(m_dark));
+    const QString sheet = lookSheet(QStringLiteral("window"), lookColors(m_dark));
     for (const QPointer<QWidget>& part : qAsConst(m_parts)) {
         if (part)
             part->setStyleSheet(sheet);

@@ -4,7 +4,7 @@ if(NOT pem MATCHES "^-----BEGIN PUBLIC KEY-----\n[A-Za-z0-9+/=\n]+-----END PUBLI
     message(FATAL_ERROR "${KEY} is no public key in PEM form")
 endif()
 file(WRITE "${OUT}" "// Written by the build from ${KEY}.
-#include \"licence/BuiltInKey.h\"
+#include \"licence/Registration.h\"
 
 QByteArray builtInLicenceKey()
 {

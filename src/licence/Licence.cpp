@@ -6,22 +6,22 @@
 
 namespace {
 
-const QByteArray kHead = "ValveCell licence 1\n";
-const QByteArray kMark = "signature:\n";
-const QByteArray kNever = "never";
-constexpr int kLineLength = 64;
+const QByteArray head = "ValveCell licence 1\n";
+const QByteArray signatureMark = "signature:\n";
+const QByteArray never = "never";
+constexpr int lineLength = 64;
 
 QByteArray wrapped(const QByteArray& base64)
 {
     QByteArray lines;
-    for (int i = 0; i < base64.size(); i += kLineLength)
-        lines += (i > 0 ? "\n" : "") + base64.mid(i, kLineLength);
+    for (int i = 0; i < base64.size(); i += lineLength)
+        lines += (i > 0 ? "\n" : "") + base64.mid(i, lineLength);
     return lines;
 }
 
 QByteArray dayText(const QDate& day)
 {
-    return day.isValid() ? day.toString(Qt::ISODate).toLatin1() : kNever;
+    return day.isValid() ? day.toString(Qt::ISODate).toLatin1() : never;
 }
 
 bool isPrintable(const QString& text)
@@ -51,6 +51,18 @@ private:
     QByteArray m_rest;
 };
 
+LicenceRefusal refusalOf(const Licence& licence, const LicenceConditions& conditions)
+{
+    if (conditions.machine.isEmpty() || licence.machine != conditions.machine)
+        return LicenceRefusal::OtherMachine;
+    // A day's grace for an issuer in another time zone.
+    if (licence.issued > conditions.today.addDays(1))
+        return LicenceRefusal::NotYet;
+    if (licence.expires.isValid() && licence.expires < conditions.today)
+        return LicenceRefusal::Expired;
+    return licence.stations < conditions.stations ? LicenceRefusal::TooFewStations : LicenceRefusal::None;
+}
+
 } // namespace
 
 namespace LicenceText {
@@ -72,14 +84,14 @@ QString problem(const Licence& licence)
 
 QByteArray payload(const Licence& licence)
 {
-    return kHead + "customer: " + licence.customer.toUtf8() + "\nmachine: " + licence.machine.toUtf8() +
+    return head + "customer: " + licence.customer.toUtf8() + "\nmachine: " + licence.machine.toUtf8() +
            "\nstations: " + QByteArray::number(licence.stations) + "\nissued: " + dayText(licence.issued) +
            "\nexpires: " + dayText(licence.expires) + '\n';
 }
 
 bool read(const QByteArray& payload, Licence* licence)
 {
-    LineReader lines(payload.mid(kHead.size()));
+    LineReader lines(payload.mid(head.size()));
     Licence found;
     found.customer = QString::fromUtf8(lines.value("customer"));
     found.machine = QString::fromUtf8(lines.value("machine"));
@@ -94,15 +106,15 @@ bool read(const QByteArray& payload, Licence* licence)
 
 QByteArray sealed(const QByteArray& payload, const QByteArray& signature)
 {
-    return payload + kMark + wrapped(signature.toBase64());
+    return payload + signatureMark + wrapped(signature.toBase64());
 }
 
 Parts split(const QByteArray& text)
 {
-    const int mark = text.indexOf('\n' + kMark);
-    if (text.size() > maxBytes || !text.startsWith(kHead) || mark < 0)
+    const int mark = text.indexOf('\n' + signatureMark);
+    if (text.size() > maxBytes || !text.startsWith(head) || mark < 0)
         return {};
-    const QByteArray written = text.mid(mark + 1 + kMark.size());
+    const QByteArray written = text.mid(mark + 1 + signatureMark.size());
     const QByteArray signature = QByteArray::fromBase64(written);
     const bool canonical = wrapped(signature.toBase64()) == written;
     return {true, text.left(mark + 1), canonical ? signature : QByteArray()};
@@ -117,3 +129,18 @@ QByteArray tidied(const QByteArray& pasted)
 }
 
 } // namespace LicenceText
+
+LicenceVerdict checkLicence(const QByteArray& text, const Rsa::PublicKey& key, const LicenceConditions& conditions)
+{
+    LicenceVerdict verdict;
+    if (text.isEmpty())
+        return verdict;
+    const LicenceText::Parts parts = LicenceText::split(text);
+    if (!parts.isLicence)
+        verdict.refusal = LicenceRefusal::NotALicence;
+    else if (!key.verifies(parts.payload, parts.signature) || !LicenceText::read(parts.payload, &verdict.licence))
+        verdict.refusal = LicenceRefusal::Altered;
+    else
+        verdict.refusal = refusalOf(verdict.licence, conditions);
+    return verdict;
+}

@@ -7,10 +7,10 @@
 namespace {
 
 // Crockford's 32 characters: none of them is taken for another.
-const char kAlphabet[] = "0123456789ABCDEFGHJKMNPQRSTVWXYZ";
-constexpr int kBitsEach = 5;
-constexpr int kDigits = 24; // and one that checks them
-constexpr int kGroup = 5;
+const char alphabet[] = "0123456789ABCDEFGHJKMNPQRSTVWXYZ";
+constexpr int bitsEach = 5;
+constexpr int codeDigits = 24; // and one that checks them
+constexpr int groupLength = 5;
 
 QByteArray sha256(const QByteArray& data)
 {
@@ -22,9 +22,9 @@ QByteArray spell(const QByteArray& bytes, int count)
 {
     QByteArray text;
     for (int i = 0; i < count; ++i) {
-        const int bit = i * kBitsEach;
+        const int bit = i * bitsEach;
         const int pair = uchar(bytes[bit / 8]) << 8 | uchar(bytes[bit / 8 + 1]);
-        text += kAlphabet[pair >> (16 - kBitsEach - bit % 8) & 31];
+        text += alphabet[pair >> (16 - bitsEach - bit % 8) & 31];
     }
     return text;
 }
@@ -33,8 +33,8 @@ QString withCheck(const QByteArray& digits)
 {
     const QByteArray all = digits + spell(sha256(digits), 1);
     QString code;
-    for (int i = 0; i < all.size(); i += kGroup)
-        code += (i > 0 ? QStringLiteral("-") : QString()) + QString::fromLatin1(all.mid(i, kGroup));
+    for (int i = 0; i < all.size(); i += groupLength)
+        code += (i > 0 ? QStringLiteral("-") : QString()) + QString::fromLatin1(all.mid(i, groupLength));
     return code;
 }
 
@@ -55,7 +55,7 @@ char mended(QChar typed)
 
 QString MachineCode::of(const QByteArray& identity)
 {
-    return identity.isEmpty() ? QString() : withCheck(spell(sha256("ValveCell machine\n" + identity), kDigits));
+    return identity.isEmpty() ? QString() : withCheck(spell(sha256("ValveCell machine\n" + identity), codeDigits));
 }
 
 QString MachineCode::parse(const QString& typed)
@@ -66,11 +66,11 @@ QString MachineCode::parse(const QString& typed)
         if (c.isSpace() || c == QLatin1Char('-'))
             continue;
         const char digit = mended(c);
-        if (digit == '\0' || !std::strchr(kAlphabet, digit) || digits.size() > kDigits)
+        if (digit == '\0' || !std::strchr(alphabet, digit) || digits.size() > codeDigits)
             return {};
         digits += digit;
     }
-    const QString code = withCheck(digits.left(kDigits));
-    const bool right = digits.size() == kDigits + 1 && code.endsWith(QLatin1Char(digits[kDigits]));
+    const QString code = withCheck(digits.left(codeDigits));
+    const bool right = digits.size() == codeDigits + 1 && code.endsWith(QLatin1Char(digits[codeDigits]));
     return right ? code : QString();
 }

@@ -4,7 +4,7 @@
 #include <QString>
 
 /// The code of a machine, which its licence is bound to: 25 letters and digits in groups of five, such as
-/// "7QK2M-3ZD9P-0AB4C-XY81T-5EFGH", that can be read out on the telephone. It is made from a hash, so that it tells
+/// "7QK2M-3ZD9P-0AB4C-XY81T-5EFGH", that can be read out on the telephone. It is made from a hash, so that it reveals
 /// nothing of the machine itself. Any thread.
 namespace MachineCode {
 

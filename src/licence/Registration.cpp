@@ -18,7 +18,7 @@ LicenceVerdict Registration::check(const QByteArray& text) const
     return checkLicence(text, m_key, {m_setting.machine, m_setting.today(), m_setting.stations()});
 }
 
-/// One byte more than a licence has is enough to tell that a file holds none.
+/// One byte more than a licence has is enough to see that a file holds none.
 QByteArray Registration::stored() const
 {
     QFile file(m_setting.file);

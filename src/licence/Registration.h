@@ -1,6 +1,6 @@
 #pragma once
 
-#include "licence/LicenceCheck.h"
+#include "licence/Licence.h"
 
 #include <functional>
 
@@ -40,3 +40,7 @@ private:
     const Setting m_setting;
     const Rsa::PublicKey m_key;
 };
+
+/// The public key (PEM) that the licences of this build are checked with. It is a part of the program: no file, setting
+/// or variable can put another in its place.
+QByteArray builtInLicenceKey();

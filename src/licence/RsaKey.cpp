@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr int kNewKeyBits = 3072;
-constexpr int kLeastBits = 2048;
+constexpr int newKeyBits = 3072;
+constexpr int leastBits = 2048;
 
 using Context = std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)>;
 using KeyContext = std::unique_ptr<EVP_PKEY_CTX, decltype(&EVP_PKEY_CTX_free)>;
@@ -29,7 +29,7 @@ int noPassword(char*, int, int, void*)
 Rsa::Handle owned(EVP_PKEY* key)
 {
     Rsa::Handle handle(key, &EVP_PKEY_free);
-    const bool fit = key && EVP_PKEY_base_id(key) == EVP_PKEY_RSA && EVP_PKEY_bits(key) >= kLeastBits;
+    const bool fit = key && EVP_PKEY_base_id(key) == EVP_PKEY_RSA && EVP_PKEY_bits(key) >= leastBits;
     return fit ? handle : nullptr;
 }
 
@@ -89,7 +89,7 @@ PrivateKey PrivateKey::generate()
     const KeyContext context(EVP_PKEY_CTX_new_id(EVP_PKEY_RSA, nullptr), &EVP_PKEY_CTX_free);
     EVP_PKEY* key = nullptr;
     const bool made = context && EVP_PKEY_keygen_init(context.get()) == 1 &&
-                      EVP_PKEY_CTX_set_rsa_keygen_bits(context.get(), kNewKeyBits) == 1 &&
+                      EVP_PKEY_CTX_set_rsa_keygen_bits(context.get(), newKeyBits) == 1 &&
                       EVP_PKEY_keygen(context.get(), &key) == 1;
     return PrivateKey(made ? owned(key) : nullptr);
 }

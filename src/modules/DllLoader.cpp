@@ -1,14 +1,12 @@
 #include "modules/DllLoader.h"
 
-#include "modules/ModuleCall.h"
-#include "modules/ModuleReport.h"
-#include "platform/ModuleFiles.h"
+#include "platform/AppHome.h"
 
 #include <QFileInfo>
 
 namespace {
 
-/// Where no folder has the file, the last one is named, so that the message tells where it was looked for.
+/// Where no folder has the file, the last one is named, so that the message says where it was looked for.
 QString findModule(const QString& baseName, const QStringList& searchDirs)
 {
     QString candidate = baseName;

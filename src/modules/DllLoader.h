@@ -1,16 +1,34 @@
 #pragma once
 
-#include "modules/ModuleInfo.h"
+#include "modules/ModuleReport.h"
 
 #include <QLibrary>
 #include <QStringList>
+
+#include <exception>
+
+/// Calls into a module that may not keep its promise never to throw. Returns whether it came back as it should; a
+/// warning that names the module says what it threw.
+template <typename Call>
+bool callModule(const QString& module, Call call)
+{
+    try {
+        call();
+        return true;
+    } catch (const std::exception& thrown) {
+        qWarning("module %s threw: %s", qUtf8Printable(module), thrown.what());
+    } catch (...) {
+        qWarning("module %s threw", qUtf8Printable(module));
+    }
+    return false;
+}
 
 /// A module's library with its initialise and free functions. GUI thread.
 class DllLoader : public QLibrary
 {
 public:
     /// Loads the module `baseName` from the first of `searchDirs` that holds its file; with none that does, from the
-    /// last one, and with an empty list from where the platform looks. What fails is told by a debug line.
+    /// last one, and with an empty list from where the platform looks. A log line says what fails.
     DllLoader(const QString& baseName, const char* initSymbol, const char* freeSymbol, const QStringList& searchDirs);
 
     /// Unloads the library.

@@ -32,7 +32,7 @@ QString interfaceProblem(QLibrary& library)
                                           : Tr::tr("模块按接口版本 %1 编译，本程序的接口版本为 %2").arg(built, own);
 }
 
-/// A module need not tell its version.
+/// A module need not have a version.
 ModuleInfo describeModule(const QString& name, QLibrary& library, const char* symbol)
 {
     ModuleInfo info{name, false, QDir::toNativeSeparators(library.fileName()), {}, {}};

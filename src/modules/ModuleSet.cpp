@@ -1,19 +1,12 @@
 #include "modules/ModuleSet.h"
 
-#include "modules/CDllCoreCtrl.h"
-#include "modules/CDllDesigner.h"
-#include "modules/CDllEngine.h"
-#include "modules/DllLoader.h"
-#include "modules/ModuleCall.h"
-#include "modules/ModuleReport.h"
-#include "platform/ModuleFiles.h"
+#include "modules/DllModules.h"
+#include "platform/AppHome.h"
 
 #include <valvecell/IDesigner.h>
 #include <valvecell/IEngine.h>
 #include <valvecell/ISerialPort.h>
 #include <valvecell/IUserCtrl.h>
-
-#include <QLibrary>
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int kMostLines = 3;
+constexpr int mostLines = 3;
 
 struct Texts
 {
@@ -82,7 +82,7 @@ void AlarmStrip::refresh()
         return;
     const QVector<Alarm>& alarms = m_book->alarms();
     setVisible(!alarms.isEmpty());
-    const int shown = qMin(alarms.size(), kMostLines);
+    const int shown = qMin(alarms.size(), mostLines);
     QStringList times;
     QStringList texts;
     for (const Alarm& alarm : alarms.mid(0, shown)) {

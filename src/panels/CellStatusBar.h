@@ -18,7 +18,7 @@ public:
     /// One second has passed: refreshes all; after more than five without linkAlive() the link counts as lost.
     void tick(bool online);
     void setUserName(const QString& name);
-    /// Shows the banner while the system is not registered; hidden until told.
+    /// Shows the banner while the system is not registered; hidden until then.
     void setRegistered(bool registered);
 
 protected:

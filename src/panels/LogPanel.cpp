@@ -14,8 +14,8 @@
 
 namespace {
 
-constexpr int kFlushMs = 50;
-constexpr int kTypingMs = 200;
+constexpr int flushMs = 50;
+constexpr int typingMs = 200;
 
 QColor inkOf(LogKind kind)
 {
@@ -57,8 +57,8 @@ LogPanel::LogPanel(QWidget* parent)
     new LineColors(m_ui->view->document());
     for (QTimer* timer : {&m_flush, &m_filter})
         timer->setSingleShot(true);
-    m_flush.setInterval(kFlushMs);
-    m_filter.setInterval(kTypingMs);
+    m_flush.setInterval(flushMs);
+    m_filter.setInterval(typingMs);
     connect(&m_flush, &QTimer::timeout, this, &LogPanel::showPending);
     connect(&m_filter, &QTimer::timeout, this, &LogPanel::showAll);
     connect(m_ui->filterEdit, &QLineEdit::textChanged, &m_filter, qOverload<>(&QTimer::start));

@@ -6,9 +6,9 @@
 
 namespace {
 
-constexpr int kCaptionPixels = 13;
-constexpr int kSmallestDigits = 11;
-constexpr int kMargin = 6;
+constexpr int captionPixels = 13;
+constexpr int smallestDigits = 11;
+constexpr int margin = 6;
 
 LookColors::Sign colorsOf(ReadoutTile::Sign sign)
 {
@@ -30,7 +30,7 @@ LookColors::Sign colorsOf(ReadoutTile::Sign sign)
 
 QFont captionFont(QFont font)
 {
-    font.setPixelSize(kCaptionPixels);
+    font.setPixelSize(captionPixels);
     return font;
 }
 
@@ -65,15 +65,15 @@ QSize ReadoutTile::sizeHint() const
 QSize ReadoutTile::minimumSizeHint() const
 {
     const int digits = qMin(m_maximumDigits, 24);
-    return {3 * digits, digits + 2 * kMargin + (m_caption.isEmpty() ? 0 : kCaptionPixels)};
+    return {3 * digits, digits + 2 * margin + (m_caption.isEmpty() ? 0 : captionPixels)};
 }
 
 QFont ReadoutTile::fitting(const QRect& room) const
 {
     QFont result = font();
     result.setBold(true);
-    result.setPixelSize(qBound(kSmallestDigits, room.height() * 9 / 10, m_maximumDigits));
-    while (result.pixelSize() > kSmallestDigits && QFontMetrics(result).horizontalAdvance(m_value) > room.width())
+    result.setPixelSize(qBound(smallestDigits, room.height() * 9 / 10, m_maximumDigits));
+    while (result.pixelSize() > smallestDigits && QFontMetrics(result).horizontalAdvance(m_value) > room.width())
         result.setPixelSize(result.pixelSize() - 1);
     return result;
 }
@@ -88,7 +88,7 @@ void ReadoutTile::paintEvent(QPaintEvent*)
         painter.setBrush(colors.ground);
         painter.drawRoundedRect(QRectF(rect()), 6, 6);
     }
-    QRect room = rect().adjusted(kMargin, 2, -kMargin, -2);
+    QRect room = rect().adjusted(margin, 2, -margin, -2);
     if (!m_caption.isEmpty()) {
         painter.setFont(captionFont(font()));
         painter.setPen(lookColors().faint);
@@ -100,7 +100,7 @@ void ReadoutTile::paintEvent(QPaintEvent*)
     painter.setPen(colors.ink);
     const int alignment = m_caption.isEmpty() ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter;
     // Digits are never cut off: a wrong value would be read. Only a long text, which is as small as it gets, may be.
-    const bool cut = painter.font().pixelSize() <= kSmallestDigits;
+    const bool cut = painter.font().pixelSize() <= smallestDigits;
     painter.drawText(room, alignment | Qt::TextDontClip,
                      cut ? painter.fontMetrics().elidedText(m_value, Qt::ElideRight, room.width()) : m_value);
 }

@@ -21,10 +21,10 @@ public:
     /// Runs `show` after a pause too short to be seen, together with what else came meanwhile, in order.
     void later(std::function<void()> show)
     {
-        constexpr int kPauseMs = 8;
+        constexpr int pauseMs = 8;
         m_waiting.push_back(std::move(show));
         if (!m_timer.isActive())
-            m_timer.start(kPauseMs);
+            m_timer.start(pauseMs);
     }
 
 private:

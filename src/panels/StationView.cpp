@@ -10,9 +10,9 @@
 
 namespace {
 
-constexpr int kOverdueMs = 1500; ///< an answer takes some tens of milliseconds; a reading this old is not of this part
-constexpr int kLeastAngleHeight = 76; ///< pixels: digits that are read from two metres
-const QString kNone = QStringLiteral("—");
+constexpr int overdueMs = 1500; ///< an answer takes some tens of milliseconds; a reading this old is not of this part
+constexpr int leastAngleHeight = 76; ///< pixels: digits that are read from two metres
+const QString noValue = QStringLiteral("—");
 
 } // namespace
 
@@ -31,9 +31,9 @@ StationView::StationView(QWidget* parent)
          {m_ui->tipTile, m_ui->timeTile, m_ui->foundTile, m_ui->notFoundTile, m_ui->refusedTile, m_ui->yieldTile})
         tile->setMaximumDigits(24);
     m_overdue.setSingleShot(true);
-    m_overdue.setInterval(kOverdueMs);
+    m_overdue.setInterval(overdueMs);
     connect(&m_overdue, &QTimer::timeout, this, [this] { show(Waiting); });
-    m_ui->timeTile->setValue(kNone, ReadoutTile::Faint);
+    m_ui->timeTile->setValue(noValue, ReadoutTile::Faint);
     show(Idle);
     setCount({});
     setWide(false);
@@ -76,7 +76,7 @@ void StationView::setWide(bool wide)
     const int rows = wide ? 6 : 3;
     for (int row = 0; row < rows; ++row)
         grid->setRowStretch(row, row == 0 ? 5 : 3);
-    m_ui->angleTile->setMinimumHeight(kLeastAngleHeight);
+    m_ui->angleTile->setMinimumHeight(leastAngleHeight);
     m_ui->body->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
     m_ui->body->setStretch(0, wide ? 5 : 2);
     m_ui->body->setStretch(1, wide ? 2 : 1);
@@ -94,10 +94,10 @@ void StationView::setReading(const StationReading& reading)
 {
     m_overdue.stop();
     m_tip = reading.test ? tr("测试：%1").arg(reading.tip.trimmed()) : reading.tip.trimmed();
-    m_ui->angleTile->setValue(reading.found ? plc::cutText(reading.angle) + QStringLiteral("°") : kNone,
+    m_ui->angleTile->setValue(reading.found ? plc::cutText(reading.angle) + QStringLiteral("°") : noValue,
                               reading.found ? ReadoutTile::Good : ReadoutTile::Bad);
-    m_ui->xTile->setValue(reading.found ? plc::cutText(reading.x) : kNone);
-    m_ui->yTile->setValue(reading.found ? plc::cutText(reading.y) : kNone);
+    m_ui->xTile->setValue(reading.found ? plc::cutText(reading.x) : noValue);
+    m_ui->yTile->setValue(reading.found ? plc::cutText(reading.y) : noValue);
     show(reading.found ? Found : NotFound);
 }
 
@@ -109,7 +109,7 @@ void StationView::setCount(const DayCount& count)
     m_ui->refusedTile->setValue(QString::number(count.refused),
                                 count.refused > 0 ? ReadoutTile::Caution : ReadoutTile::Plain);
     const double yield = count.yield();
-    m_ui->yieldTile->setValue(yield < 0 ? kNone : QString::number(yield, 'f', 1) + QStringLiteral(" %"));
+    m_ui->yieldTile->setValue(yield < 0 ? noValue : QString::number(yield, 'f', 1) + QStringLiteral(" %"));
 }
 
 void StationView::hideReading()
@@ -140,7 +140,7 @@ void StationView::show(State state)
     m_state = state;
     if (state != Found && state != NotFound) {
         for (ReadoutTile* tile : {m_ui->angleTile, m_ui->xTile, m_ui->yTile})
-            tile->setValue(kNone, ReadoutTile::Faint);
+            tile->setValue(noValue, ReadoutTile::Faint);
     }
     showTip();
 }

@@ -50,7 +50,7 @@ private:
 
     std::unique_ptr<Ui::StationView> m_ui;
     int m_number = 0;
-    QString m_label; ///< the model label as it was told
+    QString m_label; ///< the model label as it was set
     QString m_tip;   ///< the engine's
     State m_state = Idle;
     QTimer m_overdue;

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+/// Where the program and its files lie.
 namespace platform {
 
 /// The home: the one directory below which all files of the program lie. The environment variable VALVECELL_HOME
@@ -12,5 +13,19 @@ QString home();
 /// `home()` joined with one of the system's path texts, such as "/user/plcIndex.json" or "\\DBFiles": the text is
 /// appended as it stands, and `\` is a separator on every platform.
 QString inHome(const QString& pathText);
+
+/// The suffix of a module's file, ".dll" or ".so".
+QString moduleSuffix();
+
+/// `base` (a module's name, with or without a directory) as the name of its file: a ".dll" at the end, in any case,
+/// counts as the suffix of every platform and is never doubled.
+QString moduleFile(const QString& base);
+
+/// `base` as the platform's loader is to be given it, without suffix: with a directory as it stands; without one, in
+/// the application's directory if the file lies there, otherwise bare, so that the loader looks where it always does.
+QString moduleLoadName(const QString& base);
+
+/// The file of a program of that name in a folder.
+QString programFile(const QString& folder, const QString& name);
 
 } // namespace platform

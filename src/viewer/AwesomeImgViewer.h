@@ -11,7 +11,7 @@ class ImageItem;
 class QLabel;
 class QMenu;
 
-/// Shows one camera or reference image, zooms it, and tells the pixel under the cursor. GUI thread.
+/// Shows one camera or reference image, zooms it, and shows the pixel under the cursor. GUI thread.
 class AwesomeImgViewer : public ZoomView
 {
     Q_OBJECT

@@ -6,7 +6,7 @@
 
 enum class RoiShape { Point, Rect, RotatedRect };
 
-/// What a viewer tells about a region of interest. Image pixels; (0, 0) is the top-left corner of the picture, so a
+/// What a viewer reports of a region of interest. Image pixels; (0, 0) is the top-left corner of the picture, so a
 /// coordinate cut to a whole number names the pixel.
 struct AwesomeRoiInfo
 {

@@ -29,7 +29,7 @@ signals:
     void saved(const QString& path, const QString& error);
 
 private:
-    /// Tells the operator by a tip over the viewer how it went.
+    /// Reports to the operator by a tip over the viewer how it went.
     void onWritten(const QString& error);
 
     QWidget* m_viewer;

@@ -9,8 +9,8 @@
 
 namespace {
 /// A marker far zoomed out can still be seen and met.
-constexpr double kSmallestRadiusPx = 6.0;
-constexpr double kPixelSeenPx = 8.0; ///< from this size on the pixel that the point names is framed
+constexpr double smallestRadiusPx = 6.0;
+constexpr double pixelSeenPx = 8.0; ///< from this size on the pixel that the point names is framed
 } // namespace
 
 PointRoi::PointRoi(const QString& name, const QColor& color, const QColor& selectedColor, double diameter)
@@ -21,7 +21,7 @@ PointRoi::PointRoi(const QString& name, const QColor& color, const QColor& selec
 
 double PointRoi::radius() const
 {
-    return std::max(size().width() / 2.0, kSmallestRadiusPx * graphics::pixelLength(*this));
+    return std::max(size().width() / 2.0, smallestRadiusPx * graphics::pixelLength(*this));
 }
 
 QRectF PointRoi::bodyRect() const
@@ -66,7 +66,7 @@ void PointRoi::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget
     }
     graphics::strokeOutlined(painter, marker, outlinePen());
     drawName(painter);
-    if (pixel * kPixelSeenPx > 1.0)
+    if (pixel * pixelSeenPx > 1.0)
         return;
     const QPointF inImage = imagePoint();
     const QPointF corner(std::floor(inImage.x()), std::floor(inImage.y()));

@@ -5,7 +5,7 @@
 #include <QVBoxLayout>
 
 namespace {
-constexpr int kTopMargin = 12;
+constexpr int topMargin = 12;
 }
 
 QTipWidget* QTipWidget::showText(QWidget* over, const QString& text, int milliseconds)
@@ -66,5 +66,5 @@ void QTipWidget::place()
 {
     adjustSize();
     if (parentWidget())
-        move((parentWidget()->width() - width()) / 2, kTopMargin);
+        move((parentWidget()->width() - width()) / 2, topMargin);
 }

@@ -1,20 +1,22 @@
 #include "viewer/RectRoi.h"
 
 #include "graphics/ViewScale.h"
-#include "viewer/RoiCursors.h"
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QPixmap>
+#include <QtMath>
 
 #include <array>
+#include <cmath>
 
 namespace {
 
-constexpr double kHandlePx = 4.0;
-constexpr double kSmallestSide = 1.0; ///< image pixels
+constexpr double handlePx = 4.0;
+constexpr double smallestSide = 1.0; ///< image pixels
 
 /// The handles' places as multiples of half the sides, by direction.
-constexpr std::array<std::array<int, 2>, 8> kHandles{
+constexpr std::array<std::array<int, 2>, 8> handlePlaces{
     {{1, 0}, {1, 1}, {0, 1}, {-1, 1}, {-1, 0}, {-1, -1}, {0, -1}, {1, -1}}};
 
 /// One axis of a resize: the side opposite to the handle stays.
@@ -23,8 +25,14 @@ void resizeAxis(int sign, double mouse, double& length, double& shift)
     if (sign == 0)
         return;
     const double fixed = -sign * length / 2.0;
-    length = std::max(kSmallestSide, sign * (mouse - fixed));
+    length = std::max(smallestSide, sign * (mouse - fixed));
     shift = fixed + sign * length / 2.0;
+}
+
+/// Clockwise from +x, as rotations of items count.
+double directionOf(const QPointF& vector)
+{
+    return qRadiansToDegrees(std::atan2(vector.y(), vector.x()));
 }
 
 } // namespace
@@ -55,7 +63,7 @@ QPainterPath RectRoi::shape() const
 
 QPointF RectRoi::handlePoint(int direction) const
 {
-    return {kHandles[direction][0] * size().width() / 2, kHandles[direction][1] * size().height() / 2};
+    return {handlePlaces[direction][0] * size().width() / 2, handlePlaces[direction][1] * size().height() / 2};
 }
 
 int RectRoi::handleAt(const QPointF& at) const
@@ -65,7 +73,7 @@ int RectRoi::handleAt(const QPointF& at) const
     // On a small region the handles give way, so that its body can still be met.
     const double third = std::min(size().width(), size().height()) / 3.0;
     const double pixel = graphics::pixelLength(*this);
-    double nearest = std::max(kHandlePx * pixel, std::min(graphics::hitRadiusPx * pixel, third));
+    double nearest = std::max(handlePx * pixel, std::min(graphics::hitRadiusPx * pixel, third));
     int handle = noHandle;
     for (int i = 0; i < 8; ++i) {
         const double distance = QLineF(at, handlePoint(i)).length();
@@ -97,8 +105,8 @@ void RectRoi::resizeTo(const QPointF& at)
     double width = size().width();
     double height = size().height();
     QPointF center;
-    resizeAxis(kHandles[m_handle][0], at.x(), width, center.rx());
-    resizeAxis(kHandles[m_handle][1], at.y(), height, center.ry());
+    resizeAxis(handlePlaces[m_handle][0], at.x(), width, center.rx());
+    resizeAxis(handlePlaces[m_handle][1], at.y(), height, center.ry());
     const QPointF moved = mapToParent(center);
     setSize({width, height});
     setPos(moved);
@@ -123,7 +131,73 @@ void RectRoi::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*
         return;
     painter->setPen(graphics::forScreen(graphics::cosmeticPen(outlinePen().color()), *painter));
     painter->setBrush(Qt::white);
-    const double half = kHandlePx * graphics::pixelLength(*this);
+    const double half = handlePx * graphics::pixelLength(*this);
     for (int i = 0; i < 8; ++i)
         painter->drawRect(QRectF(handlePoint(i) - QPointF(half, half), QSizeF(2 * half, 2 * half)));
 }
+
+int RotatedRectRoi::sectorOf(const QPointF& at)
+{
+    return (qRound(directionOf(at) / 45.0) + 8) % 8;
+}
+
+double RotatedRectRoi::reachPx() const
+{
+    return handlesShown() ? 2.5 * graphics::hitRadiusPx : 0.0;
+}
+
+QCursor RotatedRectRoi::cursorAt(const QPointF& at) const
+{
+    if (!m_turning && (handleAt(at) != noHandle || bodyRect().contains(at)))
+        return RectRoi::cursorAt(at);
+    return RoiCursors::rotation(sectorOf(at) + RoiCursors::rotationOffset(rotation()));
+}
+
+bool RotatedRectRoi::beginDrag(const QPointF& at)
+{
+    if (RectRoi::beginDrag(at))
+        return true;
+    m_turning = true;
+    m_turnStart = rotation() - directionOf(mapToParent(at) - pos());
+    return true;
+}
+
+void RotatedRectRoi::dragTo(const QPointF& at)
+{
+    if (m_turning)
+        setRotation(std::remainder(m_turnStart + directionOf(mapToParent(at) - pos()), 360.0));
+    else
+        RectRoi::dragTo(at);
+}
+
+namespace RoiCursors {
+
+int rotationOffset(double rotation)
+{
+    float r = std::fmod(static_cast<float>(rotation), 360.0f);
+    if (r < 0)
+        r += 360.0f;
+    if (r >= 337.5f || r <= 22.5f)
+        return 0;
+    return static_cast<int>(std::ceil((r - 22.5f) / 45.0f));
+}
+
+QCursor rotation(int index)
+{
+    static const std::array<QCursor, 8> cursors = [] {
+        std::array<QCursor, 8> built;
+        for (int i = 0; i < 8; ++i)
+            built[i] = QCursor(QPixmap(QStringLiteral(":/cursor_rotate_%1.png").arg(45 * i)));
+        return built;
+    }();
+    return cursors[((index % 8) + 8) % 8];
+}
+
+Qt::CursorShape resize(int direction, int offset)
+{
+    static constexpr std::array<Qt::CursorShape, 4> shapes{Qt::SizeHorCursor, Qt::SizeFDiagCursor, Qt::SizeVerCursor,
+                                                           Qt::SizeBDiagCursor};
+    return shapes[(direction + offset) % 4];
+}
+
+} // namespace RoiCursors

@@ -4,9 +4,9 @@
 
 namespace {
 
-const QColor kFound(64, 224, 96);
-const QColor kReference(80, 180, 255);
-constexpr double kTurnRadius = 0.25; ///< of the arc that shows the angle, as a part of the rim's
+const QColor foundColor(64, 224, 96);
+const QColor referenceColor(80, 180, 255);
+constexpr double turnRadius = 0.25; ///< of the arc that shows the angle, as a part of the rim's
 
 } // namespace
 
@@ -21,9 +21,9 @@ ResultOverlay::ResultOverlay(QGraphicsItem* image)
     const QVector<OverlayItem*> reference{m_rim, m_turn, m_way};
     const QVector<OverlayItem*> found{m_hole, m_centers, m_angle};
     for (OverlayItem* item : reference)
-        item->setPen(graphics::cosmeticPen(kReference));
+        item->setPen(graphics::cosmeticPen(referenceColor));
     for (OverlayItem* item : found)
-        item->setPen(graphics::cosmeticPen(kFound, 2.0));
+        item->setPen(graphics::cosmeticPen(foundColor, 2.0));
     m_items = reference + found;
     hide();
 }
@@ -35,9 +35,9 @@ void ResultOverlay::show(const ResultDrawing& drawing, const QPointF& origin)
     const QPointF hub = origin + drawing.hub;
     const bool hubKnown = drawing.hubRadius > 0;
     m_rim->setArc(hub, drawing.hubRadius);
-    m_turn->setArc(hub, kTurnRadius * drawing.hubRadius, 0, drawing.angle);
+    m_turn->setArc(hub, turnRadius * drawing.hubRadius, 0, drawing.angle);
     m_hole->setArc(hole, drawing.holeRadius);
-    m_way->setPolygon(QVector<QPointF>{hub + QPointF(kTurnRadius * drawing.hubRadius, 0), hub, hole}, false);
+    m_way->setPolygon(QVector<QPointF>{hub + QPointF(turnRadius * drawing.hubRadius, 0), hub, hole}, false);
     m_centers->setPoints(hubKnown ? QVector<QPointF>{hub, hole} : QVector<QPointF>{hole});
     m_angle->setText(hole, QStringLiteral("%1°").arg(drawing.angle, 0, 'f', 3));
     m_rim->setVisible(hubKnown);

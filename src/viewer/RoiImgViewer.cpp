@@ -2,7 +2,7 @@
 
 #include "graphics/ImageItem.h"
 #include "viewer/PointRoi.h"
-#include "viewer/RotatedRectRoi.h"
+#include "viewer/RectRoi.h"
 
 #include <QKeyEvent>
 #include <QMenu>
@@ -11,7 +11,7 @@
 
 namespace {
 /// Moves that can be undone.
-constexpr int kMostMoves = 50;
+constexpr int mostMoves = 50;
 } // namespace
 
 RoiItem* RoiImgViewer::addPointRoi(const QPointF& position, const QColor& color, const QColor& selectedColor,
@@ -115,7 +115,7 @@ void RoiImgViewer::keyPressEvent(QKeyEvent* event)
 void RoiImgViewer::onMoveBegins(const RoiPlace& from)
 {
     m_moves.append({static_cast<RoiItem*>(sender()), from});
-    if (m_moves.size() > kMostMoves)
+    if (m_moves.size() > mostMoves)
         m_moves.removeFirst();
 }
 

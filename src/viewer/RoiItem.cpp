@@ -12,7 +12,7 @@
 
 namespace {
 
-const QPointF kLabelOffsetPx(10, -10);
+const QPointF labelOffsetPx(10, -10);
 
 QPointF arrowStep(int key)
 {
@@ -70,7 +70,7 @@ void RoiItem::setHandlesShown(bool shown)
 QRectF RoiItem::boundingRect() const
 {
     // The label stays upright while the item turns, so its reach counts in every direction.
-    const QRectF label = graphics::labelRectPx(kLabelOffsetPx, m_name);
+    const QRectF label = graphics::labelRectPx(labelOffsetPx, m_name);
     const double reachPx = std::max(2.5 * graphics::hitRadiusPx, std::hypot(label.right(), label.top()));
     const double reach = reachPx * graphics::pixelLength(*this);
     return bodyRect().adjusted(-reach, -reach, reach, reach);
@@ -96,7 +96,7 @@ QPen RoiItem::outlinePen() const
 
 void RoiItem::drawName(QPainter* painter) const
 {
-    graphics::drawLabel(painter, labelAnchor(), kLabelOffsetPx, m_name, outlinePen().color());
+    graphics::drawLabel(painter, labelAnchor(), labelOffsetPx, m_name, outlinePen().color());
 }
 
 void RoiItem::moveBy(const QPointF& by)

@@ -26,7 +26,7 @@ public:
     const QString& name() const { return m_name; }
     virtual RoiShape roiShape() const = 0;
 
-    /// The region in image pixels, as viewers tell it.
+    /// The region in image pixels, as viewers report it.
     AwesomeRoiInfo info() const { return {imagePoint(), m_size, rotation(), roiShape()}; }
     RoiPlace place() const { return {pos(), m_size, rotation()}; }
     void setPlace(const RoiPlace& place);

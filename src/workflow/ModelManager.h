@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/IModelSource.h"
+#include "db/ModelModel.h"
 #include "workflow/PlcIndexTable.h"
 
 #include <QObject>

@@ -1,7 +1,7 @@
 #include "workflow/ResultHandler.h"
 
 #include "config/ksGlobalConfig.h"
-#include "db/StationResult.h"
+#include "db/StationDB.h"
 #include "workflow/IResultStore.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "workflow/TriggerRoad.h"
 
-#include "platform/Memory.h"
+#include "platform/System.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>

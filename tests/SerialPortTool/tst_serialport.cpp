@@ -1,6 +1,5 @@
-#include "platform/PseudoTerminal.h"
+#include "support/PlcEnd.h"
 #include "support/Table.h"
-#include "wire/FrameCodec.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/ISerialPort.h>
@@ -20,45 +19,6 @@
 #include <memory>
 
 namespace {
-
-/// The PLC's end of the line: counts what comes, and can be pulled and put back behind one name.
-class Plc
-{
-public:
-    Plc() { plugIn(); }
-
-    void plugIn()
-    {
-        m_terminal = std::make_unique<platform::PseudoTerminal>();
-        QVERIFY2(m_terminal->open(QIODevice::ReadWrite), qPrintable(m_terminal->errorString()));
-        QFile::remove(link());
-        QVERIFY(QFile::link(m_terminal->farEnd(), link()));
-        QObject::connect(m_terminal.get(), &QIODevice::readyRead, [this] {
-            m_decoder.feed(m_terminal->readAll(), [this](const SComFrame& frame) { received.append(frame); });
-        });
-    }
-    void pull() { m_terminal.reset(); }
-
-    void write(const QByteArray& bytes) { m_terminal->write(bytes); }
-    void send(qint16 number)
-    {
-        SComFrame frame;
-        frame.command = 'P';
-        frame.data[0] = number;
-        write(m_encoder.next(frame));
-    }
-
-    QString link() const { return m_dir.filePath(QStringLiteral("串口")); }
-    QString device() const { return m_terminal->farEnd(); }
-
-    QVector<SComFrame> received;
-
-private:
-    QTemporaryDir m_dir;
-    std::unique_ptr<platform::PseudoTerminal> m_terminal;
-    wire::FrameDecoder m_decoder;
-    wire::FrameEncoder m_encoder;
-};
 
 /// What the program's callback got, on the module's thread.
 class Inbox
@@ -108,12 +68,13 @@ class SerialPortTest : public QObject
     Q_OBJECT
 
     QLibrary m_library{QStringLiteral(VALVECELL_BIN_DIR "/SerialPortTool")};
-    std::unique_ptr<Plc> m_plc;
+    QTemporaryDir m_dir;
+    std::unique_ptr<PlcEnd> m_plc;
     std::unique_ptr<Inbox> m_inbox;
     std::unique_ptr<ISerialPort> m_port;
 
     SerialStatus status() { return extensionOf<ISerialStatus>(m_port.get())->status(); }
-    bool openPort() { return m_port->open(m_plc->link(), QStringLiteral("115200")); }
+    bool openPort() { return m_port->open(m_plc->link, QStringLiteral("115200")); }
     bool sendAndArrives(qint16 number)
     {
         const SComFrame frame = reply(number);
@@ -126,7 +87,8 @@ private slots:
     {
         const auto create = reinterpret_cast<SerialPortCreateFunction>(m_library.resolve("SerialPortCreate"));
         QVERIFY2(create, qPrintable(m_library.errorString()));
-        m_plc = std::make_unique<Plc>();
+        m_plc = std::make_unique<PlcEnd>(m_dir.filePath("串口"));
+        QVERIFY(m_plc->plug());
         m_inbox = std::make_unique<Inbox>();
         m_port.reset(create());
         m_port->setReceiveCallback(this, [inbox = m_inbox.get()](const SComFrame& frame) { inbox->add(frame); });
@@ -145,11 +107,11 @@ private slots:
         SComFrame frame = reply(7);
         const QByteArray bytes = wire::encode(frame, 9);
         for (const char byte : bytes)
-            m_plc->write(QByteArray(1, byte));
-        m_plc->write("garbage\xAA\x55" + bytes.left(11));
-        m_plc->send(42);
-        m_plc->write(bytes.left(23) + '\x7f');
-        m_plc->send(43);
+            m_plc->sendBytes(QByteArray(1, byte));
+        m_plc->sendBytes("garbage\xAA\x55" + bytes.left(11));
+        m_plc->send('P', {42});
+        m_plc->sendBytes(bytes.left(23) + '\x7f');
+        m_plc->send('P', {43});
         QTRY_COMPARE(m_inbox->numbers(), (QVector<qint16>{0, 42, 43}));
         QTRY_COMPARE(status().badBytes, quint64(9 + 11 + 24));
         QCOMPARE(status().crcErrors, quint64(2));
@@ -160,9 +122,9 @@ private slots:
     void triggersFromBeforeTheProgramWasThereAreForgotten()
     {
         for (qint16 i = 0; i < 20; ++i)
-            m_plc->send(i);
+            m_plc->send('P', {i});
         QVERIFY(openPort());
-        m_plc->send(100);
+        m_plc->send('P', {100});
         QTRY_VERIFY(m_inbox->numbers().contains(100));
         QCOMPARE(m_inbox->numbers().size(), 1);
     }
@@ -185,16 +147,16 @@ private slots:
         QTRY_VERIFY(status().openAttempts >= attempts + 4);
         QVERIFY2(pulled.elapsed() >= 600, "the pauses do not grow");
         QVERIFY2(cpuSeconds() - cpu < 0.5 * pulled.elapsed() / 1000, "the dead line keeps the processor busy");
-        QVERIFY(status().lastError.contains("/pts/") || status().lastError.contains(m_plc->link()));
+        QVERIFY(status().lastError.contains("/pts/") || status().lastError.contains(m_plc->link));
 
         m_plc->received.clear();
-        m_plc->plugIn();
+        QVERIFY(m_plc->plug());
         QTRY_VERIFY(status().open);
         QCOMPARE(status().device, m_plc->device());
         QVERIFY(sendAndArrives(2));
         QCOMPARE(m_plc->received.size(), 1);
         QCOMPARE(status().framesDropped, quint64(10));
-        m_plc->send(5);
+        m_plc->send('P', {5});
         QTRY_COMPARE(m_inbox->numbers(), (QVector<qint16>{5}));
     }
 
@@ -204,7 +166,7 @@ private slots:
         QElapsedTimer time;
         time.start();
         for (int i = 0; i < 4; ++i) {
-            m_plc->plugIn(); // the old one is cut in the same moment
+            QVERIFY(m_plc->plug()); // the old one is cut in the same moment
             QTRY_VERIFY(status().open && status().device == m_plc->device());
         }
         QVERIFY2(time.elapsed() >= 600, "a line that opens and fails at once is tried without growing pauses");
@@ -214,14 +176,15 @@ private slots:
     {
         auto* line = extensionOf<ISerialReopen>(m_port.get());
         QVERIFY(openPort());
-        Plc other;
-        QVERIFY(!line->reopen(QString(), "115200") && !line->reopen(other.link(), "fast"));
+        PlcEnd other(m_dir.filePath("另一串口"));
+        QVERIFY(other.plug());
+        QVERIFY(!line->reopen(QString(), "115200") && !line->reopen(other.link, "fast"));
         QVERIFY2(sendAndArrives(1), "the line stays when there can be no other");
         QCOMPARE(speedOf(m_plc->device()), QByteArray("115200"));
-        QVERIFY(line->reopen(other.link(), "115200"));
+        QVERIFY(line->reopen(other.link, "115200"));
         QTRY_VERIFY(status().open && status().device == other.device());
-        m_plc->send(7);
-        other.send(8);
+        m_plc->send('P', {7});
+        other.send('P', {8});
         QTRY_COMPARE(m_inbox->numbers(), QVector<qint16>{8});
         const SComFrame frame = reply(2);
         m_port->send(&frame);
@@ -229,12 +192,12 @@ private slots:
         QCOMPARE(m_plc->received.size(), 1);
         QVERIFY(line->reopen("/nowhere/tty", "9600"));
         QTRY_VERIFY(!status().open && status().lastError.contains("/nowhere/tty"));
-        QVERIFY(line->reopen(m_plc->link(), "9600"));
+        QVERIFY(line->reopen(m_plc->link, "9600"));
         QTRY_VERIFY(status().open);
         QVERIFY(sendAndArrives(3));
         QCOMPARE(speedOf(m_plc->device()), QByteArray("9600"));
         m_port->close();
-        QVERIFY2(line->reopen(other.link(), "115200"), "from a closed port, too");
+        QVERIFY2(line->reopen(other.link, "115200"), "from a closed port, too");
         QTRY_VERIFY(status().open);
     }
 
@@ -244,7 +207,7 @@ private slots:
         platform::PseudoTerminal second;
         QVERIFY(second.open(QIODevice::ReadWrite));
         const QString firstDevice = m_plc->device();
-        QVERIFY(QFile::remove(m_plc->link()) && QFile::link(second.farEnd(), m_plc->link()));
+        QVERIFY(QFile::remove(m_plc->link) && QFile::link(second.farEnd(), m_plc->link));
         QVERIFY(sendAndArrives(3)); // a line that works is left alone
         QCOMPARE(status().device, firstDevice);
         m_plc->pull();
@@ -254,11 +217,11 @@ private slots:
 
     void portThatIsNotThereYetIsOpenedLater()
     {
-        const QString device = m_plc->link();
+        const QString device = m_plc->link;
         m_plc->pull();
         QVERIFY(!openPort());
         QVERIFY(!status().open);
-        m_plc->plugIn();
+        QVERIFY(m_plc->plug());
         QTRY_VERIFY(status().open);
         QVERIFY(sendAndArrives(4));
     }
@@ -277,7 +240,7 @@ private slots:
     void lineThatCannotBeIsRefused()
     {
         const auto [name, baud] = Table::row<QString, QString>();
-        QVERIFY(!m_port->open(name == "link" ? m_plc->link() : name, baud));
+        QVERIFY(!m_port->open(name == "link" ? m_plc->link : name, baud));
         QVERIFY(!status().open);
         QVERIFY(status().lastError.contains(name == "link" ? baud : name));
         m_port->close();
@@ -313,13 +276,13 @@ private slots:
             QVERIFY(openPort());
             const int before = *calls;
             for (qint16 i = 0; i < 150; ++i)
-                m_plc->send(i);
+                m_plc->send('P', {i});
             if (round % 2 == 0)
                 QTRY_VERIFY(*calls > before);
             m_port->close();
             const int atClose = *calls;
             for (qint16 i = 0; i < 20; ++i)
-                m_plc->send(i);
+                m_plc->send('P', {i});
             const SComFrame late = reply(1);
             m_port->send(&late);
             QVERIFY(!status().open);

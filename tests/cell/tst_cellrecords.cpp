@@ -9,8 +9,8 @@
 
 namespace {
 
-const QByteArray kArchiveAll = "[Image]\nSrcImgSave_st1=true\nSrcImgSave_st2=true\nRltImgSave_st1=true\n"
-                               "RltImgSave_st2=true\n";
+const QByteArray archiveAll = "[Image]\nSrcImgSave_st1=true\nSrcImgSave_st2=true\nRltImgSave_st1=true\n"
+                              "RltImgSave_st2=true\n";
 
 } // namespace
 
@@ -28,7 +28,7 @@ private:
     bool start()
     {
         m_fed[0] = m_fed[1] = 0;
-        return m_cell.start({{"trigerFilter", 0}}, kArchiveAll);
+        return m_cell.start({{"trigerFilter", 0}}, archiveAll);
     }
 
     /// Feeds one part and waits for its reply, unless `wait` is false.

@@ -1,7 +1,6 @@
 // A day of an engineer in the real window, from a fresh demo home: no file is touched. Then the real program is started
 // anew, and produces with what was set up.
 
-#include "PlcEnd.h"
 #include "RunningCell.h"
 #include "common/forms/ChoiceBox.h"
 #include "dialogs/DialogDriver.h"
@@ -26,8 +25,8 @@
 
 namespace {
 
-constexpr int kNewIndex = 77;
-constexpr double kScale = 0.2; // 100 mm between two points that are 500 pixels apart
+constexpr int newIndex = 77;
+constexpr double newScale = 0.2; // 100 mm between two points that are 500 pixels apart
 
 /// The first wheel of the demo's second camera.
 QJsonObject wheelOf(const QString& home)
@@ -100,7 +99,7 @@ private:
         hand.press("copyButton");
         const DialogDriver fields(*manager.findChild<QModelEditUI*>());
         fields.type("nameEdit", QStringLiteral("新轮毂"));
-        fields.type("indexEdit", QString::number(kNewIndex));
+        fields.type("indexEdit", QString::number(newIndex));
         fields.press("okButton");
         QVERIFY2(hand.message().contains("已保存"), qPrintable(fields.message()));
         manager.close();
@@ -124,7 +123,7 @@ private:
         hand.type("m_lineEdit_Xoffset", QStringLiteral("10"));
         hand.type("m_lineEdit_Yoffset", QStringLiteral("20"));
         hand.press("m_pbApply");
-        QCOMPARE(hand.text("m_lineEdit_Scale"), QString::number(kScale));
+        QCOMPARE(hand.text("m_lineEdit_Scale"), QString::number(newScale));
         QCOMPARE(hand.text<QLabel>("label_status"), QStringLiteral("参数已生效"));
         dialog.close();
     }
@@ -181,15 +180,15 @@ private slots:
         QProcess program;
         program.setProcessChannelMode(QProcess::ForwardedChannels);
         program.start(QStringLiteral(VALVECELL_BIN_DIR "/valvecell"), {"--home", m_home});
-        QVERIFY(QTest::qWaitFor([&] { return plc.heartbeats() > 0; }, RunningCell::deadlineMs));
-        plc.send('C', {kNewIndex, 0});
+        QVERIFY(QTest::qWaitFor([&] { return plc.heartbeats > 0; }, RunningCell::deadlineMs));
+        plc.send('C', {newIndex, 0});
         plc.send('P', {5});
         QVERIFY(QTest::qWaitFor([&] { return plc.replies() == "F"; }, RunningCell::deadlineMs));
         const SComFrame reply = plc.reply(0);
         const double angle = wheel.value("angle").toDouble();
         QVERIFY(std::abs(std::remainder(joined(reply, 2) - angle, 360.0)) < 0.1);
-        QVERIFY(std::abs(joined(reply, 4) - (wheel.value("x").toDouble() * kScale + 10)) < kScale);
-        QVERIFY(std::abs(joined(reply, 6) - (wheel.value("y").toDouble() * kScale + 20)) < kScale);
+        QVERIFY(std::abs(joined(reply, 4) - (wheel.value("x").toDouble() * newScale + 10)) < newScale);
+        QVERIFY(std::abs(joined(reply, 6) - (wheel.value("y").toDouble() * newScale + 20)) < newScale);
         program.terminate();
         QVERIFY(program.waitForFinished(RunningCell::deadlineMs));
         QCOMPARE(program.exitCode(), 0);

@@ -3,9 +3,12 @@
 #include "support/Table.h"
 #include "support/TempHome.h"
 
+#include "common/Calibration.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineF>
+#include <QSettings>
 
 #include <cmath>
 #include <limits>

@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-/// A cell in full production, to be killed: answers a part, tells its number, archives its image and records it, and
+/// A cell in full production, to be killed: answers a part, prints its number, archives its image and records it, and
 /// goes on to the next.
 int main(int argc, char** argv)
 {

@@ -39,7 +39,7 @@ QStringList filesBelow(const QString& root)
 
 } // namespace
 
-class tst_archive : public QObject
+class ArchiveTest : public QObject
 {
     Q_OBJECT
 
@@ -210,5 +210,5 @@ private:
     QScopedPointer<QTemporaryDir> m_home;
 };
 
-QTEST_GUILESS_MAIN(tst_archive)
+QTEST_GUILESS_MAIN(ArchiveTest)
 #include "tst_archive.moc"

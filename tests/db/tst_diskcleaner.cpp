@@ -1,6 +1,6 @@
 #include "db/archive/FolderSweep.h"
 #include "db/archive/QDiskCleanThread.h"
-#include "platform/DiskSpace.h"
+#include "platform/System.h"
 #include "support/Table.h"
 
 #include <QtTest>
@@ -15,7 +15,7 @@ QStringList hiddenToo(const QString& folder)
 } // namespace
 
 /// Files are made now; the cleaner's clock runs ahead.
-class tst_diskcleaner : public QObject
+class DiskCleanerTest : public QObject
 {
     Q_OBJECT
 
@@ -213,5 +213,5 @@ private:
     std::atomic<qint64> m_freeMiB{0}; // the cleaner asks on its thread
 };
 
-QTEST_GUILESS_MAIN(tst_diskcleaner)
+QTEST_GUILESS_MAIN(DiskCleanerTest)
 #include "tst_diskcleaner.moc"

@@ -1,7 +1,7 @@
 #include "OtherProgram.h"
 #include "SmallDisk.h"
 #include "db/ResultRecorder.h"
-#include "platform/FileFlush.h"
+#include "platform/System.h"
 #include "support/ManualScheduler.h"
 #include "support/Table.h"
 

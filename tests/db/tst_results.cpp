@@ -26,7 +26,7 @@ const QDateTime noon(QDate(2024, 5, 1), QTime(12, 0, 0, 7));
 } // namespace
 
 /// The databases of results and detections while all is well.
-class tst_results : public QObject
+class ResultsTest : public QObject
 {
     Q_OBJECT
 
@@ -271,5 +271,5 @@ private:
     QString file() const { return m_folder->filePath("DBFiles/Pellix.db"); }
 };
 
-QTEST_GUILESS_MAIN(tst_results)
+QTEST_GUILESS_MAIN(ResultsTest)
 #include "tst_results.moc"

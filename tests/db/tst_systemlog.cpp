@@ -24,7 +24,7 @@ QByteArray textOf(const QByteArray& line)
 
 } // namespace
 
-class tst_systemlog : public QObject
+class SystemLogTest : public QObject
 {
     Q_OBJECT
 
@@ -124,7 +124,7 @@ private slots:
         QCOMPARE(messages(2).size(), 1);
     }
 
-    void burstStaysBoundedAndTheLossIsTold()
+    void burstStaysBoundedAndTheLossIsLogged()
     {
         ksLogDB log(file());
         log.setPause(1);
@@ -201,5 +201,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_systemlog)
+QTEST_GUILESS_MAIN(SystemLogTest)
 #include "tst_systemlog.moc"

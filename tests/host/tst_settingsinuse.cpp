@@ -81,7 +81,7 @@ private slots:
         const DialogDriver driver(*designer);
         driver.press("addButton");
         auto* question = driver.get<QWidget>("ModelPanel")->findChild<QWidget*>("ask", Qt::FindDirectChildrenOnly);
-        question->findChild<QPushButton*>("firstButton")->click();
+        question->findChild<QPushButton*>("firstAnswer")->click();
         driver.type("hole_radius", "15");
         QVERIFY(designer->isWindowModified());
         driver.press("chooseButton"); // opens a file dialog

@@ -86,7 +86,6 @@ private slots:
             {"a drain beside the hole", {{10, 5, ring, third}, {100, 5}}, FindError::None, Doubt::None},
         });
     }
-
     void clearestPlaceIsAnsweredAndDoubtIsNamed()
     {
         const auto [spots, error, doubt] = Table::row<Spots, FindError, Doubt>();
@@ -144,5 +143,4 @@ private slots:
 };
 
 QTEST_GUILESS_MAIN(ChoiceTest)
-
 #include "tst_choice.moc"

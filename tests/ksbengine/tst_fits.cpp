@@ -112,7 +112,6 @@ private slots:
             {"dents", {{0.4, -0.2}, {200, 199}, 10.0, 360.0, 0.2, -4.0, 2e-3, 0.02}},
         });
     }
-
     void outlineIsFitted()
     {
         const auto [shift, axes, turn, arc, share, off, nearCenter, nearTilt] = std::get<0>(Table::row<OutlineCase>());
@@ -170,7 +169,6 @@ private slots:
             {"lettering and shadows", {{2.2, -3.1}, 0.0, {360, 300, 360}, 250}},
         });
     }
-
     void concentricCirclesShareACenter()
     {
         const auto [shift, tilt, arcs, clutter] = std::get<0>(Table::row<ConcentricCase>());
@@ -228,7 +226,6 @@ private slots:
             {"blurred", {70.4, 3.0, false, EdgeKind::Either, 10, true}},
         });
     }
-
     void edgesLieWhereTheStepIs()
     {
         const auto [edge, blur, upwards, kind, apart, seen] = std::get<0>(Table::row<StepCase>());

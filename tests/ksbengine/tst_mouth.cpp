@@ -156,7 +156,6 @@ private slots:
             ring(6, 205)(hole);
         });
     }
-
     void bothEdgesAreFoundAndToldApart()
     {
         QFETCH(DrawnHole, hole);

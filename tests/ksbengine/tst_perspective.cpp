@@ -96,7 +96,6 @@ private slots:
                              {"slanted", {30.0, 2.0, {60, 0}}},
                              {"slanted under the camera", {30.0, 6.0, {0, 0}}}});
     }
-
     void axisIsSeenAtTheHolesDepth()
     {
         const auto [depth, tilt, place] = std::get<0>(Table::row<AxisCase>());
@@ -137,7 +136,6 @@ private slots:
                              {"much, under the camera", {{{0, 0}, 8 * degree, 1.1}, 0.5}},
                              {"much, aside", {{{50, 60}, 5 * degree, 4.0}, 1.0}}});
     }
-
     void slantIsReadFromTheOutline()
     {
         const auto [pose, left] = std::get<0>(Table::row<TiltCase>());
@@ -172,7 +170,6 @@ private slots:
                               {"as deep as the rim", {{{-70, 20}, {60, -30}}, 0, 0, 0.05}},
                               {"noise", {{{-70, 20}, {60, -30}, {30, 60}, {-50, -60}}, 30, 0.15, 4}}});
     }
-
     void depthIsLearntFromPlaces()
     {
         const auto [places, depth, noise, tolerance] = std::get<0>(Table::row<DepthCase>());

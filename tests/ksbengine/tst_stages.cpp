@@ -60,7 +60,6 @@ private slots:
                                   {"narrow", 300, 3, 2},
                                   {"again, smaller than the one before", 33, 35, 6}});
     }
-
     void pyramidHoldsMeansOfTheLevelBelow()
     {
         const auto [rows, columns, levels] = Table::row<int, int, int>();

@@ -42,8 +42,8 @@ struct Bench : Hand
         QWidget* owner = panel == designer.window()->objectName() ? designer.window() : get<QWidget>(qPrintable(panel));
         auto* ask = owner->findChild<QWidget*>(QStringLiteral("ask"), Qt::FindDirectChildrenOnly);
         if (!name.isEmpty())
-            ask->findChild<QLineEdit*>(QStringLiteral("nameEdit"))->setText(name);
-        QTest::mouseClick(ask->findChild<QPushButton*>(QStringLiteral("firstButton")), Qt::LeftButton);
+            ask->findChild<QLineEdit*>(QStringLiteral("answerEdit"))->setText(name);
+        QTest::mouseClick(ask->findChild<QPushButton*>(QStringLiteral("firstAnswer")), Qt::LeftButton);
     }
 
     QStringList rows() const

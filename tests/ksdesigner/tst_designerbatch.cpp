@@ -206,5 +206,4 @@ private slots:
 };
 
 QTEST_MAIN(DesignerBatchTest)
-
 #include "tst_designerbatch.moc"

@@ -1,6 +1,5 @@
 #include "Bench.h"
 #include "Engine.h"
-#include "batch/BatchTable.h"
 #include "ksbengine/Wheels.h"
 #include "panels/BatchPanel.h"
 #include "panels/TryPanel.h"
@@ -152,35 +151,7 @@ private slots:
         QCOMPARE(Look::clipped(window), QStringList());
         Look::shoot(window, QStringLiteral("designer-examples-English"));
     }
-
-    void storedAndEditedModelAreComparedOnAFolder()
-    {
-        EngineBench bench;
-        bench.teach(Wheels::spec("five", 31));
-        for (quint64 seed = 1; seed <= 3; ++seed)
-            bench.saveWheel(Wheels::spec("five", seed), QStringLiteral("day/%1.png").arg(seed));
-        bench.saveWheel(Wheels::spec("five", 4, false), QStringLiteral("day/4.png"));
-        bench.get<QTabWidget>("tabs")->setCurrentIndex(1);
-        bench.type("hole_radius", "60");
-        auto* panel = bench.get<BatchPanel>("BatchPanel");
-        panel->setFolder(bench.home.path("/images/day"));
-        bench.press("startButton");
-        QTRY_VERIFY(bench.canPress("exportButton"));
-        Look::shoot(*bench.designer.window(), QStringLiteral("designer-batch"));
-        const QAbstractItemModel* table = bench.get<QTableView>("table")->model();
-        QStringList changes;
-        for (int row = 0; row < table->rowCount(); ++row)
-            changes << table->index(row, BatchTable::ChangeColumn).data().toString();
-        QCOMPARE(changes, QStringList({"丢失", "丢失", "丢失", "均未找到"}));
-        const QString file = bench.home.path("/batch.csv");
-        panel->exportTo(file);
-        QTRY_VERIFY(QFile::exists(file));
-        QFile csv(file);
-        QVERIFY(csv.open(QIODevice::ReadOnly));
-        QCOMPARE(csv.readAll().count("\r\n"), 5);
-    }
 };
 
 QTEST_MAIN(DesignerEngineTest)
-
 #include "tst_designerengine.moc"

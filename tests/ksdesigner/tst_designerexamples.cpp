@@ -228,5 +228,4 @@ private slots:
 };
 
 QTEST_MAIN(DesignerExamplesTest)
-
 #include "tst_designerexamples.moc"

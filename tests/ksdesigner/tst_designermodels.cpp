@@ -66,7 +66,6 @@ private slots:
              {"not calibrated", "{}", "600", "582 – 618 px"},
              {"millimetres of an uncalibrated station", "{}", "150 mm", "请输入数字"}});
     }
-
     void calibratedStationTakesMillimetres()
     {
         const auto [config, typed, hint] = Table::row<QByteArray, QString, QString>();
@@ -131,12 +130,12 @@ private slots:
         bench.press("renameButton");
         auto* ask = bench.get<QWidget>("ModelPanel")->findChild<QWidget*>("ask");
         for (const QString& name : QStringList{"轮毂19寸", "auto", "", " 轮毂", "轮毂17寸"}) {
-            ask->findChild<QLineEdit*>("nameEdit")->setText(name);
-            QVERIFY2(!ask->findChild<QPushButton*>("firstButton")->isEnabled(), qPrintable(name));
-            QVERIFY(!ask->findChild<QLabel*>("problem")->text().isEmpty());
+            ask->findChild<QLineEdit*>("answerEdit")->setText(name);
+            QVERIFY2(!ask->findChild<QPushButton*>("firstAnswer")->isEnabled(), qPrintable(name));
+            QVERIFY(!ask->findChild<QLabel*>("answerProblem")->text().isEmpty());
         }
         bench.shoot("name");
-        QTest::keyClick(ask->findChild<QLineEdit*>("nameEdit"), Qt::Key_Escape);
+        QTest::keyClick(ask->findChild<QLineEdit*>("answerEdit"), Qt::Key_Escape);
         QVERIFY(ask->isHidden());
         QCOMPARE(bench.engine.solutions["工位1"].size(), 3);
     }
@@ -252,5 +251,4 @@ private slots:
 };
 
 QTEST_MAIN(DesignerModelsTest)
-
 #include "tst_designermodels.moc"

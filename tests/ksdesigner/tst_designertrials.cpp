@@ -12,11 +12,6 @@ namespace {
 
 const QPointF hole(420, 130);
 
-void openImage(const Bench& bench, const QString& path)
-{
-    bench.get<TryPanel>("TryPanel")->openImage(path);
-}
-
 QImage drawing()
 {
     QImage image(640, 480, QImage::Format_RGB32);
@@ -85,21 +80,6 @@ private slots:
         QTRY_COMPARE(bench.text("angle"), "22.000°");
     }
 
-    void engineAnswersAfterTheWindowIsGone()
-    {
-        FakeEngine engine;
-        {
-            Bench bench;
-            bench.open();
-            openImage(bench, bench.image("a.png"));
-            QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
-            std::swap(engine.tasks, bench.engine.tasks);
-        }
-        engine.answer(FakeEngine::found(drawing(), hole));
-        QCoreApplication::sendPostedEvents();
-        QVERIFY(engine.tasks.empty());
-    }
-
     void engineAnswersAfterTheModuleWasUnloaded()
     {
         FakeEngine engine;
@@ -141,7 +121,7 @@ private slots:
         QFile file(bench.dir.filePath("bad.bmp"));
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
         file.close();
-        openImage(bench, file.fileName());
+        bench.get<TryPanel>("TryPanel")->openImage(file.fileName());
         QTRY_VERIFY(bench.text("status").contains("bad.bmp"));
         QVERIFY(bench.text("fileLabel").contains("good.png"));
     }
@@ -249,7 +229,7 @@ private slots:
         bench.engine.hasTeacher = true;
         bench.engine.refusal = "此处没有轮缘";
         bench.openAt(1);
-        openImage(bench, bench.image("a.png"));
+        bench.get<TryPanel>("TryPanel")->openImage(bench.image("a.png"));
         QTRY_VERIFY(bench.canPress("teachButton"));
         bench.press("teachButton");
         bench.clickImage({520, 240});
@@ -273,7 +253,7 @@ private slots:
     {
         Bench bench;
         bench.open();
-        openImage(bench, bench.image("a.png"));
+        bench.get<TryPanel>("TryPanel")->openImage(bench.image("a.png"));
         auto* view = bench.get<ImageView>("view");
         QTRY_VERIFY(view->hasImage());
         QSignalSpy clicks(view, &ImageView::clicked);
@@ -292,5 +272,4 @@ private slots:
 };
 
 QTEST_MAIN(DesignerTrialsTest)
-
 #include "tst_designertrials.moc"

@@ -8,7 +8,7 @@ Q_DECLARE_METATYPE(LicenceRefusal)
 
 namespace {
 
-const QByteArray kFile = "/user/licence.lic";
+const QByteArray licenceFile = "/user/licence.lic";
 
 } // namespace
 
@@ -21,8 +21,8 @@ class LicenceTest : public QObject
 
     Registration registration(const TempHome& home, int stations = 2) const
     {
-        return Registration({home.path(kFile), m_vendor.publicKey(), Vendor::machine(), [stations] { return stations; },
-                             &Vendor::today});
+        return Registration({home.path(licenceFile), m_vendor.publicKey(), Vendor::machine(),
+                             [stations] { return stations; }, &Vendor::today});
     }
 
     LicenceRefusal refusal(const QByteArray& text) const
@@ -123,7 +123,7 @@ private slots:
         const QByteArray good = m_vendor.issue();
         const QByteArray mailed = "\xEF\xBB\xBF\r\n " + QByteArray(good).replace("\n", "\r\n") + "\r\n\r\n";
         QVERIFY(registration.submit(mailed, &error).isGood());
-        QCOMPARE(home.read(kFile), good);
+        QCOMPARE(home.read(licenceFile), good);
         QVERIFY(registration.present().isGood());
         QCOMPARE(registration.present().licence.customer, Vendor::licence().customer);
 
@@ -131,7 +131,7 @@ private slots:
         expired.issued = expired.expires = Vendor::today().addDays(-1);
         for (const QByteArray& bad : {m_vendor.issue(expired), good.chopped(1), QByteArray(), QByteArray("某")})
             QVERIFY(!registration.submit(bad, &error).isGood());
-        QCOMPARE(home.read(kFile), good);
+        QCOMPARE(home.read(licenceFile), good);
 
         Licence next = Vendor::licence();
         next.expires = QDate();
@@ -142,7 +142,7 @@ private slots:
         QCOMPARE(previous.readAll(), good);
     }
 
-    void unwritableHomeIsTold()
+    void unwritableHomeIsReported()
     {
         const TempHome home;
         home.write("/blocked", "a file where a folder is needed");

@@ -70,11 +70,11 @@ private slots:
         QVERIFY2(elsewhere.code == 3 && elsewhere.out.endsWith("for another machine\n"), qPrintable(elsewhere.out));
     }
 
-    void wrongArgumentsAreTold_data()
+    void wrongArgumentsAreReported_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("code");
-        QTest::addColumn<QString>("told");
+        QTest::addColumn<QString>("error");
         const QStringList issue{"issue", "--key", m_secret, "--machine", m_machine, "--customer", "C"};
         QTest::newRow("no command") << QStringList() << 2 << "which command";
         QTest::newRow("unknown command") << QStringList{"revoke"} << 2 << "\"revoke\"";
@@ -91,13 +91,13 @@ private slots:
         QTest::newRow("no licence file") << QStringList{"verify", "--key", m_open, "/nowhere.lic"} << 1
                                          << "nowhere.lic";
     }
-    void wrongArgumentsAreTold()
+    void wrongArgumentsAreReported()
     {
         QFETCH(QStringList, arguments);
-        QFETCH(QString, told);
+        QFETCH(QString, error);
         const Answer answer = run(arguments);
         QTEST(answer.code, "code");
-        QVERIFY2(answer.error.contains(told) && answer.out.isEmpty(), qPrintable(answer.error));
+        QVERIFY2(answer.error.contains(error) && answer.out.isEmpty(), qPrintable(answer.error));
     }
 };
 

@@ -1,6 +1,6 @@
 #include "modules/DllLoader.h"
 #include "modules/ModuleSet.h"
-#include "platform/ModuleFiles.h"
+#include "platform/AppHome.h"
 #include "support/Table.h"
 
 #include <QtTest>
@@ -17,7 +17,7 @@ QStringList protocol()
     return QCoreApplication::instance()->property("protocol").toStringList();
 }
 
-const ICoreCtrl::ImageCallback kNoImage = [](const QString&, const QImage&) {};
+const IModules::CameraCallbacks nobody{[](const QString&, const QImage&) {}, [](const QString&, const QVariant&) {}};
 
 } // namespace
 
@@ -46,7 +46,7 @@ private slots:
         QVERIFY(none.fileName().startsWith(fakes("null")));
     }
 
-    void missingModuleOrSymbolIsToldByName()
+    void missingModuleOrSymbolIsReportedByName()
     {
         QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^DllLoader Error: .*ksAbsent"));
         DllLoader absent("ksAbsent", "Lib_Engine_Init", "Lib_Engine_Free", {});
@@ -57,13 +57,12 @@ private slots:
         QVERIFY(!symbol.instance());
     }
 
-    void moduleOfAnotherInterfaceIsNeverCalledAndToldWithFileAndVersions()
+    void moduleOfAnotherInterfaceIsNeverCalledAndReportedWithFileAndVersions()
     {
         QTest::ignoreMessage(QtWarningMsg,
                              QRegularExpression("ksCoreCtrl: .*otherinterface.*ksCoreCtrl.*接口版本 2.1.*1\\.1"));
         ModuleSet modules({fakes("otherinterface")});
-        QCOMPARE(modules.start({kNoImage, [](const QString&, const QVariant&) {}}),
-                 QStringLiteral("Corectrl模块加载失败,请检查!"));
+        QCOMPARE(modules.start(nobody), QStringLiteral("Corectrl模块加载失败,请检查!"));
         QCOMPARE(protocol(), QStringList());
     }
 
@@ -71,9 +70,9 @@ private slots:
     {
         {
             ModuleSet modules({fakes("good")});
-            QCOMPARE(modules.start({kNoImage, [](const QString&, const QVariant&) {}}), QString());
+            QCOMPARE(modules.start(nobody), QString());
             QVERIFY(modules.coreCtrl() && modules.engine() && modules.designer());
-            QCOMPARE(modules.start({kNoImage, [](const QString&, const QVariant&) {}}), QString());
+            QCOMPARE(modules.start(nobody), QString());
         }
         QCOMPARE(protocol(), QStringList({"core started", "request", "notification", "image", "engine initialised",
                                           "engine attached", "core stopped", "core deleted", "designer deleted",
@@ -105,7 +104,7 @@ private slots:
             QFile::copy(fakes(qPrintable(folders[i])) + '/' + file, mixed.filePath(file));
         }
         ModuleSet modules({mixed.path()});
-        QCOMPARE(modules.start({kNoImage, [](const QString&, const QVariant&) {}}), fatal);
+        QCOMPARE(modules.start(nobody), fatal);
     }
 
     void optionalModulesMayBeMissing()
@@ -118,7 +117,7 @@ private slots:
         QVERIFY2(modules.report()[1].problem.contains("QUserInfo"), qPrintable(modules.report()[1].problem));
     }
 
-    void reportTellsFileVersionAndReason_data()
+    void reportNamesFileVersionAndReason_data()
     {
         Table::of<QString, QString>({{"right", "good", ""},
                                      {"no object", "null", "系统日志"},
@@ -126,11 +125,11 @@ private slots:
                                      {"other interface", "otherinterface", "接口版本 2.1"},
                                      {"no library", "missing", "ksCoreCtrl"}});
     }
-    void reportTellsFileVersionAndReason()
+    void reportNamesFileVersionAndReason()
     {
         const auto [folder, problem] = Table::row<QString, QString>();
         ModuleSet modules({fakes(qPrintable(folder))});
-        modules.start({kNoImage, [](const QString&, const QVariant&) {}});
+        modules.start(nobody);
         const ModuleInfo core = modules.report().value(0);
         QCOMPARE(core.name, QStringLiteral("ksCoreCtrl"));
         QCOMPARE(core.working, problem.isEmpty());

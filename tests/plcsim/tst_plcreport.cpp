@@ -13,7 +13,7 @@ Q_DECLARE_METATYPE(Verdict)
 
 namespace {
 
-constexpr double kNoAngle = 361;
+constexpr double noAngle = 361;
 
 PartRow rowOf(int number, double angle, std::optional<bool> hole = true, double truth = 90)
 {
@@ -67,8 +67,8 @@ private slots:
                                                          {"across 0, upwards", 0.2, 359.9, 1, 0.3, Verdict::Right},
                                                          {"across 0, downwards", 359.8, 0.1, 1, 0.3, Verdict::Right},
                                                          {"opposite", 270.0, 90.0, 1, 180.0, Verdict::Wrong},
-                                                         {"missed", kNoAngle, 90.0, 1, -1.0, Verdict::Missed},
-                                                         {"no hole", kNoAngle, 0.0, 0, -1.0, Verdict::Right},
+                                                         {"missed", noAngle, 90.0, 1, -1.0, Verdict::Missed},
+                                                         {"no hole", noAngle, 0.0, 0, -1.0, Verdict::Right},
                                                          {"invented", 0.0, 0.0, 0, -1.0, Verdict::Invented},
                                                          {"refused", 999.0, 90.0, 1, -1.0, Verdict::Missed},
                                                          {"truth unknown", 12.0, 0.0, -1, -1.0, Verdict::Answered}});
@@ -102,7 +102,7 @@ private slots:
     {
         PartReport report(10);
         for (int i = 1; i <= 24; ++i)
-            report.add(rowOf(i, i == 3 ? 999 : i == 4 ? kNoAngle : 90, i != 4));
+            report.add(rowOf(i, i == 3 ? 999 : i == 4 ? noAngle : 90, i != 4));
         PartRow lost = rowOf(25, 0);
         lost.answered = false;
         report.add(lost);
@@ -132,7 +132,7 @@ private slots:
     {
         PartReport report(0);
         report.add(rowOf(1, 90.1));
-        report.add(rowOf(2, kNoAngle, false));
+        report.add(rowOf(2, noAngle, false));
         QVERIFY(report.figures().allGood);
         report.setRefusals({2, 1, {0.5, 0.7}});
         QVERIFY(!report.figures().allGood);

@@ -119,6 +119,12 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
         return nullptr;
     }
 
+    /// Whether a change is let through; if not, `error` says why.
+    bool allows(QString* error) const
+    {
+        *error = refusal;
+        return refusal.isEmpty();
+    }
     QVector<Example>& listOf(const QString& model, Kind kind)
     {
         return kind == Kind::Hole ? shown[model].holes : shown[model].rejected;
@@ -140,22 +146,19 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
     bool addExample(const QString&, const QString& model, Kind kind, const QVariantMap& example,
                     QString* error) override
     {
-        *error = refusal;
-        if (refusal.isEmpty())
+        if (allows(error))
             listOf(model, kind).append({example["picture"].value<QImage>(), example["source"].toString()});
         return refusal.isEmpty();
     }
     bool removeExample(const QString&, const QString& model, Kind kind, int index, QString* error) override
     {
-        *error = refusal;
-        if (refusal.isEmpty())
+        if (allows(error))
             listOf(model, kind).remove(index);
         return refusal.isEmpty();
     }
     bool copyExamples(const QString&, const QString& from, const QString& to, QString* error) override
     {
-        *error = refusal;
-        if (refusal.isEmpty())
+        if (allows(error))
             shown[to] = shown.value(from);
         return refusal.isEmpty();
     }
@@ -192,8 +195,7 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
     }
     bool addSolution(const QString& solution, QString* error) override
     {
-        *error = refusal;
-        if (refusal.isEmpty())
+        if (allows(error))
             solutions[solution] = {};
         return refusal.isEmpty();
     }

@@ -8,7 +8,7 @@
 /// const auto [number, text] = Table::row<int, QString>() in the test itself.
 namespace Table {
 
-constexpr const char* kColumns[] = {"1", "2", "3", "4", "5", "6", "7"};
+constexpr const char* columnNames[] = {"1", "2", "3", "4", "5", "6", "7"};
 
 template <typename... Types>
 struct Row
@@ -26,7 +26,7 @@ template <typename... Types>
 void columns()
 {
     int i = 0;
-    (QTest::addColumn<Types>(kColumns[i++]), ...);
+    (QTest::addColumn<Types>(columnNames[i++]), ...);
 }
 
 template <typename... Types>
@@ -40,7 +40,7 @@ void of(const std::initializer_list<Row<Types...>>& rows)
 template <typename Type>
 const Type& cell(int column)
 {
-    return *static_cast<Type*>(QTest::qData(kColumns[column], qMetaTypeId<Type>()));
+    return *static_cast<Type*>(QTest::qData(columnNames[column], qMetaTypeId<Type>()));
 }
 
 template <typename... Types, std::size_t... Columns>

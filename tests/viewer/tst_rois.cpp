@@ -1,9 +1,8 @@
 #include "Resources.h"
 #include "support/Mouse.h"
 #include "support/Table.h"
-#include "viewer/RoiCursors.h"
+#include "viewer/RectRoi.h"
 #include "viewer/RoiImgViewer.h"
-#include "viewer/RotatedRectRoi.h"
 
 #include <QtTest>
 
@@ -69,7 +68,7 @@ private slots:
         QCOMPARE(pictures.size(), 8);
     }
 
-    void draggedPointTellsItsPixel()
+    void draggedPointReportsItsPixel()
     {
         Setup setup;
         setup.addPoint({100, 120});

@@ -1,6 +1,6 @@
 #include "common/Scheduler.h"
 #include "config/ksGlobalConfig.h"
-#include "db/StationResult.h"
+#include "db/StationDB.h"
 #include "support/FakeEngine.h"
 #include "support/FakePort.h"
 #include "support/Table.h"

@@ -2,13 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="zh_CN">
 <context>
-    <name>AskBar</name>
-    <message>
-        <source>取消</source>
-        <translation>Cancel</translation>
-    </message>
-</context>
-<context>
     <name>BatchPanel</name>
     <message>
         <source>选择文件夹…</source>
@@ -340,17 +333,6 @@ Solutions of the engine: %1</translation>
     <message>
         <source>未能加入示例：%1</source>
         <translation>The example could not be added: %1</translation>
-    </message>
-</context>
-<context>
-    <name>ImageFile</name>
-    <message>
-        <source>图像过大（%1 × %2）</source>
-        <translation>the image is too large (%1 × %2)</translation>
-    </message>
-    <message>
-        <source>%1：%2</source>
-        <translation>%1: %2</translation>
     </message>
 </context>
 <context>

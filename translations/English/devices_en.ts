@@ -180,21 +180,6 @@
     </message>
 </context>
 <context>
-    <name>DecimalField</name>
-    <message>
-        <source>请输入数字</source>
-        <translation>Please enter a number</translation>
-    </message>
-    <message>
-        <source>“%1”不是数字</source>
-        <translation>“%1” is no number</translation>
-    </message>
-    <message>
-        <source>应在%1到%2之间</source>
-        <translation>must be between %1 and %2</translation>
-    </message>
-</context>
-<context>
     <name>DriverlessCamera</name>
     <message>
         <source>相机类型不是数字</source>

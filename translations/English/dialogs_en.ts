@@ -2,17 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="zh_CN">
 <context>
-    <name>ChoiceBox</name>
-    <message>
-        <source>（未选择）</source>
-        <translation>(none)</translation>
-    </message>
-    <message>
-        <source>%1（不存在）</source>
-        <translation>%1 (missing)</translation>
-    </message>
-</context>
-<context>
     <name>ModelActions</name>
     <message>
         <source>型号%1不存在</source>
@@ -662,13 +651,6 @@
     </message>
 </context>
 <context>
-    <name>QuestionStrip</name>
-    <message>
-        <source>取消</source>
-        <translation>Cancel</translation>
-    </message>
-</context>
-<context>
     <name>SettingsForm</name>
     <message>
         <source>不能为空</source>
@@ -755,21 +737,6 @@
     <message>
         <source>型号名“%1”不能用作文件夹名。</source>
         <translation>“%1” cannot be a folder’s name.</translation>
-    </message>
-</context>
-<context>
-    <name>WholeNumber</name>
-    <message>
-        <source>请输入数字</source>
-        <translation>a number is needed</translation>
-    </message>
-    <message>
-        <source>“%1”不是整数</source>
-        <translation>“%1” is no whole number</translation>
-    </message>
-    <message>
-        <source>应在%1到%2之间</source>
-        <translation>it has to be between %1 and %2</translation>
     </message>
 </context>
 </TS>

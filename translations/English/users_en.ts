@@ -53,13 +53,6 @@
     </message>
 </context>
 <context>
-    <name>FormDialog</name>
-    <message>
-        <source>请稍候…</source>
-        <translation>One moment…</translation>
-    </message>
-</context>
-<context>
     <name>LogInDialog</name>
     <message>
         <source>登录</source>
@@ -242,20 +235,12 @@
         <translation>Role</translation>
     </message>
     <message>
-        <source>删除用户</source>
-        <translation>Delete user</translation>
-    </message>
-    <message>
         <source>确定要删除用户“%1”吗？</source>
         <translation>Delete user “%1”?</translation>
     </message>
     <message>
         <source>删除</source>
         <translation>Delete</translation>
-    </message>
-    <message>
-        <source>取消</source>
-        <translation>Cancel</translation>
     </message>
 </context>
 <context>

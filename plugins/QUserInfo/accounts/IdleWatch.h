@@ -6,7 +6,7 @@
 #include <chrono>
 #include <functional>
 
-/// Tells when nobody has touched the program for a while: no key, mouse, wheel or finger in any of its windows. One
+/// Reports when nobody has touched the program for a while: no key, mouse, wheel or finger in any of its windows. One
 /// thread, that of the windows.
 class IdleWatch : public QObject
 {
@@ -18,7 +18,7 @@ public:
 
     explicit IdleWatch(Clock clock = &std::chrono::steady_clock::now);
 
-    /// From now on, idle() is told once nothing has happened for so long, and then the watch rests; zero ends it.
+    /// From now on, idle() is emitted once nothing has happened for so long, and then the watch rests; zero ends it.
     void watch(std::chrono::minutes limit);
 
     /// Looks at the clock; the watch does so by itself.

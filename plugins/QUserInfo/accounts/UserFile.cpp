@@ -8,10 +8,10 @@
 
 namespace {
 
-const auto kUsers = QStringLiteral("users");
-const auto kName = QStringLiteral("name");
-const auto kRole = QStringLiteral("role");
-const auto kPassword = QStringLiteral("password");
+const auto usersKey = QStringLiteral("users");
+const auto nameKey = QStringLiteral("name");
+const auto roleKey = QStringLiteral("role");
+const auto passwordKey = QStringLiteral("password");
 
 Role roleOf(const QString& word)
 {
@@ -25,12 +25,12 @@ Role roleOf(const QString& word)
 QString entryProblem(const QVector<Account>& before, const Account& account)
 {
     if (!AccountRules::nameProblem(account.name).isEmpty())
-        return kName;
+        return nameKey;
     if (UserFile::indexOf(before, account.name) >= 0)
-        return kName + QStringLiteral(": ") + account.name;
+        return nameKey + QStringLiteral(": ") + account.name;
     if (account.role == Role::None)
-        return kRole;
-    return PasswordHash::isWellFormed(account.hash) ? QString() : kPassword;
+        return roleKey;
+    return PasswordHash::isWellFormed(account.hash) ? QString() : passwordKey;
 }
 
 } // namespace
@@ -39,19 +39,20 @@ QJsonObject UserFile::toJson(const QVector<Account>& accounts)
 {
     QJsonArray users;
     for (const Account& account : accounts)
-        users.append(QJsonObject{
-            {kName, account.name}, {kRole, roleWord(account.role)}, {kPassword, QString::fromLatin1(account.hash)}});
-    return {{kUsers, users}};
+        users.append(QJsonObject{{nameKey, account.name},
+                                 {roleKey, roleWord(account.role)},
+                                 {passwordKey, QString::fromLatin1(account.hash)}});
+    return {{usersKey, users}};
 }
 
 bool UserFile::fromJson(const QJsonObject& file, QVector<Account>* accounts, QString* error)
 {
-    const QJsonArray users = file[kUsers].toArray();
+    const QJsonArray users = file[usersKey].toArray();
     QVector<Account> read;
     for (int i = 0; i < users.size(); ++i) {
         const QJsonObject user = users[i].toObject();
-        const Account account{user[kName].toString(), roleOf(user[kRole].toString()),
-                              user[kPassword].toString().toLatin1()};
+        const Account account{user[nameKey].toString(), roleOf(user[roleKey].toString()),
+                              user[passwordKey].toString().toLatin1()};
         const QString problem = entryProblem(read, account);
         if (!problem.isEmpty()) {
             *error = QStringLiteral("users[%1].%2").arg(i).arg(problem);

@@ -63,7 +63,7 @@ void UserSession::createAdministrator(const QString& name, const QString& passwo
         const bool added = m_store.add(account, &error);
         if (added)
             enter(account);
-        return told(added, error, roleChange({}, name, Role::None, account.role));
+        return reported(added, error, roleChange({}, name, Role::None, account.role));
     };
     const QString problem = AccountRules::passwordProblem(name, password);
     problem.isEmpty() ? withHash(password, context, store, done) : done(problem);
@@ -91,7 +91,7 @@ void UserSession::changeOwnPassword(const QString& present, const QString& next,
             const bool stored = m_store.setHash(name, hash, &error);
             if (stored && name == m_user.name) // who may have logged out meanwhile
                 m_user.hash = hash;
-            return told(stored, error, passwordChange(name, name));
+            return reported(stored, error, passwordChange(name, name));
         };
         withHash(next, guard, store, done);
     });
@@ -102,7 +102,7 @@ void UserSession::addUser(const QString& name, Role role, const QString& passwor
     const auto store = [this, name, role](const QByteArray& hash) {
         QString error = refuseManaging();
         const bool added = error.isEmpty() && m_store.add({name, role, hash}, &error);
-        return told(added, error, roleChange(m_user.name, name, Role::None, role));
+        return reported(added, error, roleChange(m_user.name, name, Role::None, role));
     };
     const QString problem = AccountRules::passwordProblem(name, password);
     problem.isEmpty() ? withHash(password, context, store, done) : done(problem);
@@ -115,7 +115,7 @@ void UserSession::resetPassword(const QString& name, const QString& password, QO
         const bool stored = error.isEmpty() && m_store.setHash(name, hash, &error);
         if (stored && AccountRules::sameName(name, m_user.name))
             m_user.hash = hash;
-        return told(stored, error, passwordChange(m_user.name, name));
+        return reported(stored, error, passwordChange(m_user.name, name));
     };
     const QString problem = AccountRules::passwordProblem(name, password);
     problem.isEmpty() ? withHash(password, context, store, done) : done(problem);
@@ -128,7 +128,7 @@ bool UserSession::setRole(const QString& name, Role role, QString* error)
     const bool stored = error->isEmpty() && m_store.setRole(name, role, error);
     if (stored && AccountRules::sameName(name, m_user.name))
         enter({m_user.name, role, m_user.hash});
-    return told(stored, *error, change).isEmpty();
+    return reported(stored, *error, change).isEmpty();
 }
 
 bool UserSession::removeUser(const QString& name, QString* error)
@@ -137,7 +137,7 @@ bool UserSession::removeUser(const QString& name, QString* error)
     if (error->isEmpty() && AccountRules::sameName(name, m_user.name))
         *error = tr("不能删除当前登录的用户");
     const UserChange change = roleChange(m_user.name, storedName(name), storedRole(name), Role::None);
-    return told(error->isEmpty() && m_store.remove(name, error), *error, change).isEmpty();
+    return reported(error->isEmpty() && m_store.remove(name, error), *error, change).isEmpty();
 }
 
 void UserSession::enter(const Account& account)
@@ -188,8 +188,8 @@ Role UserSession::storedRole(const QString& name) const
     return account ? account->role : Role::None;
 }
 
-/// Tells listeners of a change that was stored; hands back the error of one that was not.
-QString UserSession::told(bool stored, const QString& error, const UserChange& change)
+/// Emits a change that was stored; returns the error of one that was not.
+QString UserSession::reported(bool stored, const QString& error, const UserChange& change)
 {
     if (!stored)
         return error;

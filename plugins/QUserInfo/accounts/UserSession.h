@@ -1,6 +1,6 @@
 #pragma once
 
-#include "accounts/RetryDelay.h"
+#include "accounts/LogInRules.h"
 #include "accounts/UserStore.h"
 #include "common/Background.h"
 
@@ -70,7 +70,7 @@ private:
     UserChange passwordChange(const QString& by, const QString& name) const;
     QString storedName(const QString& name) const;
     Role storedRole(const QString& name) const;
-    QString told(bool stored, const QString& error, const UserChange& change);
+    QString reported(bool stored, const QString& error, const UserChange& change);
 
     UserStore m_store;
     Account m_user;

@@ -28,7 +28,7 @@ LogInDialog::LogInDialog(UserSession& session, const QString& name, QWidget* par
 
 LogInDialog::~LogInDialog()
 {
-    hide(); // a field that loses the focus tells it while there is still somebody to hear it
+    DialogForm::takeDown(this);
 }
 
 QString LogInDialog::problem() const

@@ -31,7 +31,7 @@ NewUserDialog::NewUserDialog(UserSession& session, Purpose purpose, QWidget* par
 
 NewUserDialog::~NewUserDialog()
 {
-    hide(); // a field that loses the focus tells it while there is still somebody to hear it
+    DialogForm::takeDown(this);
 }
 
 QString NewUserDialog::problem() const

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "accounts/Account.h"
-#include "dialogs/FormDialog.h"
+#include "common/forms/DialogForm.h"
 
 #include <memory>
 

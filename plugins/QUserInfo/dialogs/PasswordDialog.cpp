@@ -24,7 +24,7 @@ PasswordDialog::PasswordDialog(UserSession& session, Purpose purpose, const QStr
 
 PasswordDialog::~PasswordDialog()
 {
-    hide(); // a field that loses the focus tells it while there is still somebody to hear it
+    DialogForm::takeDown(this);
 }
 
 QString PasswordDialog::problem() const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/FormDialog.h"
+#include "common/forms/DialogForm.h"
 
 #include <memory>
 

@@ -2,7 +2,7 @@
 
 #include "accounts/LogInRules.h"
 #include "accounts/UserSession.h"
-#include "dialogs/ErrorInk.h"
+#include "common/forms/DialogForm.h"
 #include "dialogs/NewUserDialog.h"
 #include "dialogs/PasswordDialog.h"
 #include "ui_UserManagerDialog.h"
@@ -10,7 +10,6 @@
 #include <QEvent>
 #include <QHeaderView>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalBlocker>
 
@@ -22,10 +21,9 @@ UserManagerDialog::UserManagerDialog(UserSession& session, LogInRules& rules, QW
     , m_roleMenu(new QMenu(this))
 {
     m_ui->setupUi(this);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->userTable->setColumnCount(2);
-    m_ui->buttonBox->button(QDialogButtonBox::Close)->setMinimumHeight(m_ui->addButton->minimumHeight());
+    DialogForm::prepare(this);
     m_ui->userTable->setColumnWidth(0, 230);
     m_ui->userTable->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_ui->userTable->verticalHeader()->setDefaultSectionSize(m_ui->addButton->minimumHeight());
@@ -44,7 +42,7 @@ UserManagerDialog::UserManagerDialog(UserSession& session, LogInRules& rules, QW
 
 UserManagerDialog::~UserManagerDialog()
 {
-    hide(); // a field that loses the focus tells it while there is still somebody to hear it
+    DialogForm::takeDown(this);
 }
 
 void UserManagerDialog::changeEvent(QEvent* event)
@@ -74,7 +72,6 @@ void UserManagerDialog::fillTable()
         if (accounts[row].name == selected)
             m_ui->userTable->selectRow(row);
     }
-    m_ui->messageLabel->setStyleSheet(errorInk(*this));
     m_ui->messageLabel->clear();
     updateButtons();
 }
@@ -111,7 +108,7 @@ void UserManagerDialog::onRole(Role role)
 {
     QString error;
     m_session.setRole(selectedName(), role, &error);
-    m_ui->messageLabel->setText(error);
+    m_ui->messageLabel->say(Tone::Error, error);
 }
 
 void UserManagerDialog::onPassword()
@@ -122,17 +119,12 @@ void UserManagerDialog::onPassword()
 void UserManagerDialog::onRemove()
 {
     const QString name = selectedName();
-    auto* box = new QMessageBox(QMessageBox::Question, tr("删除用户"), tr("确定要删除用户“%1”吗？").arg(name),
-                                QMessageBox::Ok | QMessageBox::Cancel, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->button(QMessageBox::Ok)->setText(tr("删除"));
-    box->button(QMessageBox::Cancel)->setText(tr("取消"));
-    connect(box, &QMessageBox::accepted, this, [this, name] {
+    const auto remove = [this, name] {
         QString error;
         m_session.removeUser(name, &error);
-        m_ui->messageLabel->setText(error);
-    });
-    box->open();
+        m_ui->messageLabel->say(Tone::Error, error);
+    };
+    m_ui->question->ask(tr("确定要删除用户“%1”吗？").arg(name), {tr("删除"), remove});
 }
 
 void UserManagerDialog::onIdleLimit(int minutes)
@@ -143,7 +135,7 @@ void UserManagerDialog::onIdleLimit(int minutes)
         emit idleLimitChanged(before, m_rules.idleLimit());
     else
         showIdleLimit();
-    m_ui->messageLabel->setText(error);
+    m_ui->messageLabel->say(Tone::Error, error);
 }
 
 void UserManagerDialog::showIdleLimit()

@@ -1,6 +1,6 @@
 #include "BatchTable.h"
 
-#include <QColor>
+#include "common/LookColors.h"
 
 namespace {
 
@@ -17,7 +17,7 @@ int decimalsOf(int column)
     }
 }
 
-/// What the columns of a recipe tell, in their order.
+/// What the columns of a recipe show, in their order.
 enum Part { Found, Angle, Score, Time, X, Y, Residual };
 
 Part partOf(int column)
@@ -65,7 +65,7 @@ QString verdictText(BatchRow::Verdict verdict)
     return {};
 }
 
-/// Text or number; invalid where there is nothing to tell.
+/// Text or number; invalid where there is nothing to show.
 QVariant valueOf(const BatchRow& row, int column)
 {
     if (column == BatchTable::Image)
@@ -96,13 +96,13 @@ QVariant colourOf(const BatchRow& row)
     switch (row.change()) {
     case BatchRow::Change::Lost:
     case BatchRow::Change::Unreadable:
-        return QColor(0xfd, 0xdc, 0xd8);
+        return lookColors().bad.ground;
     case BatchRow::Change::Gained:
-        return QColor(0xd9, 0xf2, 0xdf);
+        return lookColors().good.ground;
     case BatchRow::Change::Moved:
-        return QColor(0xff, 0xee, 0xcc);
+        return lookColors().caution.ground;
     default:
-        return isNotable(row) ? QVariant(QColor(0xf1, 0xf1, 0xf1)) : QVariant();
+        return isNotable(row) ? QVariant(lookColors().window) : QVariant();
     }
 }
 
@@ -168,7 +168,7 @@ QVariant BatchTable::data(const QModelIndex& index, int role) const
     case Qt::BackgroundRole:
         return colourOf(row);
     case Qt::ForegroundRole:
-        return colourOf(row).isValid() ? QVariant(QColor(Qt::black)) : QVariant();
+        return colourOf(row).isValid() ? QVariant(lookColors().text) : QVariant();
     case sortRole:
         return value;
     case notableRole:

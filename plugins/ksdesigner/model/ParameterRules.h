@@ -10,7 +10,7 @@ namespace ParameterRules {
 
 /// Ends the name of a parameter that is the tolerance, in percent, of the one named before it.
 extern const QString toleranceSuffix;
-/// The switch that tells that a model may be used by the cell.
+/// The switch that says that a model may be used by the cell.
 extern const QString taughtName;
 
 /// The parameters that get a line of their own, in the order of the screen: the known ones first, in the order of

@@ -1,9 +1,9 @@
 #include "ExamplePanel.h"
 
+#include "common/forms/InlineMessage.h"
 #include "model/ModelDrafts.h"
 #include "model/ParameterRules.h"
 #include "ui_ExamplePanel.h"
-#include "widgets/Ink.h"
 
 #include <QScrollBar>
 #include <QShortcut>
@@ -81,7 +81,7 @@ void ExamplePanel::refresh()
     m_ui->rejectedCaption->setText(tr("误认示例：%1").arg(known.rejected.size()));
     m_ui->trouble->setText(known.trouble);
     m_ui->trouble->setVisible(!known.trouble.isEmpty());
-    m_ui->trouble->setStyleSheet(inkStyle(Ink::Trouble, *this));
+    setTone(m_ui->trouble, Tone::Error);
     updateButtons();
     showProposal();
 }

@@ -1,7 +1,7 @@
 #include "ParameterForm.h"
 
+#include "common/forms/InlineMessage.h"
 #include "model/ParameterRules.h"
-#include "widgets/Ink.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -13,17 +13,6 @@ namespace {
 constexpr int fieldWidth = 84;
 
 enum Column { Name, Value, Unit, PlusMinus, Tolerance, Percent, Columns };
-
-void setWrong(QLineEdit* field, bool wrong)
-{
-    // By palette: a style sheet would give the field another height.
-    QPalette palette;
-    if (wrong) {
-        palette.setColor(QPalette::Base, QColor(0xfd, 0xdc, 0xd8));
-        palette.setColor(QPalette::Text, QColor(0x8c, 0x1d, 0x18));
-    }
-    field->setPalette(palette);
-}
 
 } // namespace
 
@@ -150,14 +139,14 @@ void ParameterForm::update()
 void ParameterForm::updateHints(const QMap<QString, QString>& problems)
 {
     for (auto it = m_fields.begin(); it != m_fields.end(); ++it)
-        setWrong(it.value(), problems.contains(it.key()));
+        setTone(it.value(), problems.contains(it.key()) ? Tone::Error : Tone::Plain);
     for (auto it = m_hints.begin(); it != m_hints.end(); ++it) {
         const QString problem = problems.value(it.key(), problems.value(it.key() + ParameterRules::toleranceSuffix));
         const QString range = ParameterRules::rangeText(m_parameters, it.key(), m_scale);
         it.value()->setText(problem.isEmpty() ? range : problem);
         it.value()->setVisible(!it.value()->text().isEmpty());
-        it.value()->setForegroundRole(QPalette::PlaceholderText);
-        it.value()->setStyleSheet(problem.isEmpty() ? QString() : inkStyle(Ink::Trouble, *this));
+        it.value()->setForegroundRole(problem.isEmpty() ? QPalette::PlaceholderText : QPalette::WindowText);
+        setTone(it.value(), problem.isEmpty() ? Tone::Plain : Tone::Error);
     }
 }
 

@@ -1,10 +1,10 @@
 #include "ParameterPanel.h"
 
 #include "common/Calibration.h"
+#include "common/forms/InlineMessage.h"
 #include "model/ModelDrafts.h"
 #include "model/ParameterRules.h"
 #include "ui_ParameterPanel.h"
-#include "widgets/Ink.h"
 
 #include <valvecell/HomeFiles.h>
 
@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Of the station that runs the solution; 0 when none does or it is not calibrated.
+/// Of the station that runs the solution; 0 when none does or it is not calibrated. Reads a small file; GUI thread.
 double millimetresPerPixel(const QString& solution)
 {
     const QJsonObject config =
@@ -67,8 +67,7 @@ void ParameterPanel::updateState()
     const bool builtIn = !m_id.isNull() && m_drafts->isBuiltIn(m_id);
     const bool unsaved = m_drafts->isUnsaved(m_id);
     m_ui->state->setText(builtIn ? tr("内置型号，只读。要修改请先复制。") : unsaved ? tr("有未保存的更改") : QString());
-    m_ui->state->setStyleSheet(unsaved ? inkStyle(Ink::Caution, *this) + QStringLiteral("font-weight: bold;")
-                                       : QString());
+    setTone(m_ui->state, unsaved ? Tone::Warning : Tone::Plain);
     m_ui->saveButton->setEnabled(unsaved && ParameterRules::problems(m_drafts->parameters(m_id)).isEmpty());
     m_ui->revertButton->setEnabled(unsaved);
 }

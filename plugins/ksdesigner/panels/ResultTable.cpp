@@ -1,6 +1,7 @@
 #include "ResultTable.h"
 
 #include "common/TaskResult.h"
+#include "common/forms/InlineMessage.h"
 #include "ui_ResultTable.h"
 
 namespace {
@@ -34,7 +35,7 @@ ResultTable::~ResultTable() = default;
 
 void ResultTable::clear()
 {
-    setVerdict(QString(), QString());
+    m_ui->verdict->hide();
     for (QLabel* value : {m_ui->angle, m_ui->center, m_ui->hub, m_ui->score, m_ui->edge, m_ui->time})
         value->setText(none);
 }
@@ -42,27 +43,26 @@ void ResultTable::clear()
 void ResultTable::setBusy()
 {
     clear();
-    setVerdict(tr("正在运行…"), QStringLiteral("#5f6368"));
+    setVerdict(tr("正在运行…"), {lookColors().faint, lookColors().card});
 }
 
-void ResultTable::setVerdict(const QString& text, const QString& colour)
+void ResultTable::setVerdict(const QString& text, const LookColors::Sign& sign)
 {
     m_ui->verdict->setText(text);
     m_ui->verdict->setVisible(!text.isEmpty());
-    m_ui->verdict->setStyleSheet(
-        QStringLiteral("QLabel { background: %1; color: white; font-weight: bold; padding: 4px 8px; }").arg(colour));
+    setGround(m_ui->verdict, sign);
 }
 
 void ResultTable::setResult(const TaskResult& result)
 {
     clear();
     if (!result.hasAlgoResult) {
-        setVerdict(tr("任务未能运行：方案或型号不存在"), QStringLiteral("#b3261e"));
+        setVerdict(tr("任务未能运行：方案或型号不存在"), lookColors().bad);
         return;
     }
     const QString tip = result.tip.isEmpty() ? (result.found ? tr("已找到气门孔") : tr("未找到气门孔")) : result.tip;
     setVerdict(result.found ? tip : tr("%1（错误码 %2）").arg(tip).arg(result.error),
-               result.found ? QStringLiteral("#1e7b34") : QStringLiteral("#b3261e"));
+               result.found ? lookColors().good : lookColors().bad);
     setNumbers(result);
 }
 

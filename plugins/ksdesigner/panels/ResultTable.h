@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/LookColors.h"
+
 #include <QWidget>
 
 #include <memory>
@@ -27,7 +29,7 @@ public:
     void setResult(const TaskResult& result);
 
 private:
-    void setVerdict(const QString& text, const QString& colour);
+    void setVerdict(const QString& text, const LookColors::Sign& sign);
     void setNumbers(const TaskResult& result);
 
     std::unique_ptr<Ui::ResultTable> m_ui;

@@ -1,5 +1,6 @@
 #include "TryPanel.h"
 
+#include "common/forms/InlineMessage.h"
 #include "model/ExampleStore.h"
 #include "model/ModelDrafts.h"
 #include "model/ParameterRules.h"
@@ -7,7 +8,6 @@
 #include "run/TeachGuide.h"
 #include "ui_TryPanel.h"
 #include "widgets/ImageView.h"
-#include "widgets/Ink.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/IEngine.h>
@@ -206,6 +206,7 @@ void TryPanel::takeProposal(const QVariantMap& parameters, const QVariantMap& ex
 void TryPanel::showTeaching()
 {
     const auto step = m_teach->step();
+    setGround(m_ui->teachBar, {lookColors().card, lookColors().accent});
     m_ui->teachBar->setVisible(step != TeachGuide::Step::Idle);
     m_ui->teachText->setText(step == TeachGuide::Step::Rim ? tr("第 1 步：点击轮缘外边上的任意一点（滚轮缩放）")
                              : step == TeachGuide::Step::Hole ? tr("第 2 步：点击气门孔的中心（滚轮缩放）")
@@ -239,7 +240,7 @@ void TryPanel::updateState()
     m_ui->teachButton->setToolTip(builtIn  ? tr("内置型号不能示教，请先新建或复制型号")
                                   : !ready ? tr("请先选择型号和图像")
                                            : tr("在图像上点两下，由引擎提出全部参数"));
-    m_ui->note->setStyleSheet(inkStyle(Ink::Caution, *this));
+    setTone(m_ui->note, Tone::Warning);
     m_ui->note->setText(text);
     m_ui->note->setVisible(!text.isEmpty());
 }

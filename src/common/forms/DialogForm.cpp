@@ -1,13 +1,32 @@
 #include "common/forms/DialogForm.h"
 
+#include "common/forms/InlineMessage.h"
+
+#include <QAbstractSpinBox>
 #include <QComboBox>
-#include <QDialog>
+#include <QDialogButtonBox>
+#include <QEvent>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
 
+#include <algorithm>
+
 namespace {
-constexpr int kFingerHeight = 34;
+
+constexpr int fingerHeight = 34;
+
+/// A field or button of the dialog's own, not the part of one.
+bool isTouched(const QWidget* widget)
+{
+    const QWidget* parent = widget->parentWidget();
+    if (qobject_cast<const QComboBox*>(parent) || qobject_cast<const QAbstractSpinBox*>(parent))
+        return false;
+    return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QComboBox*>(widget) ||
+           qobject_cast<const QPushButton*>(widget);
+}
+
 } // namespace
 
 void DialogForm::prepare(QDialog* dialog)
@@ -20,9 +39,8 @@ void DialogForm::prepareFields(QWidget* form)
 {
     const auto children = form->findChildren<QWidget*>();
     for (QWidget* child : children) {
-        const bool field = qobject_cast<QLineEdit*>(child) || qobject_cast<QComboBox*>(child);
-        if (field || qobject_cast<QPushButton*>(child))
-            child->setMinimumHeight(kFingerHeight);
+        if (isTouched(child))
+            child->setMinimumHeight(std::max(child->minimumHeight(), fingerHeight));
     }
 }
 
@@ -37,4 +55,70 @@ void DialogForm::takeDown(QWidget* window)
     for (QDialog* dialog : dialogs)
         dialog->hide(); // each may ask its window something when it goes
     window->hide();
+}
+
+FormDialog::FormDialog(QWidget* parent)
+    : QDialog(parent)
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+}
+
+void FormDialog::setUpForm(InlineMessage* message, QDialogButtonBox* buttons)
+{
+    m_message = message;
+    m_buttons = buttons;
+    connect(buttons, &QDialogButtonBox::accepted, this, &FormDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &FormDialog::reject);
+    DialogForm::prepare(this);
+    retranslate();
+    check();
+}
+
+void FormDialog::check()
+{
+    if (m_busy)
+        return;
+    const QString problem = this->problem();
+    showMessage(problem, isBlocked());
+    m_buttons->button(QDialogButtonBox::Ok)->setEnabled(problem.isEmpty());
+}
+
+void FormDialog::finish(const QString& error)
+{
+    setBusy(false);
+    if (error.isEmpty())
+        return QDialog::accept();
+    check();
+    showMessage(error, true);
+}
+
+void FormDialog::accept()
+{
+    if (m_busy || !problem().isEmpty())
+        return;
+    setBusy(true);
+    showMessage(tr("请稍候…"), false);
+    submit();
+}
+
+void FormDialog::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange && m_buttons) {
+        retranslate();
+        check();
+    }
+    QDialog::changeEvent(event);
+}
+
+void FormDialog::showMessage(const QString& text, bool isError)
+{
+    m_message->say(isError ? Tone::Error : Tone::Plain, text);
+    layout()->activate();
+    resize(width(), std::max(height(), layout()->totalHeightForWidth(width()))); // it grows with what it has to say
+}
+
+void FormDialog::setBusy(bool busy)
+{
+    m_busy = busy;
+    m_buttons->button(QDialogButtonBox::Ok)->setEnabled(!busy);
 }

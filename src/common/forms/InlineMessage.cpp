@@ -1,5 +1,62 @@
 #include "common/forms/InlineMessage.h"
 
+#include <QPalette>
+#include <QStyle>
+#include <QVariant>
+
+namespace {
+
+const LookColors::Sign& signOf(Tone tone)
+{
+    return tone == Tone::Error ? lookColors().bad : lookColors().caution;
+}
+
+const char* toneName(Tone tone)
+{
+    switch (tone) {
+    case Tone::Plain:
+        return "plain";
+    case Tone::Warning:
+        return "warning";
+    case Tone::Error:
+        break;
+    }
+    return "error";
+}
+
+} // namespace
+
+QColor toneGround(Tone tone)
+{
+    return signOf(tone).ground;
+}
+
+void setGround(QWidget* widget, const LookColors::Sign& sign)
+{
+    QPalette palette;
+    palette.setColor(QPalette::Window, sign.ground);
+    palette.setColor(QPalette::WindowText, sign.ink);
+    widget->setPalette(palette);
+    widget->setAutoFillBackground(true);
+}
+
+void setTone(QWidget* widget, Tone tone)
+{
+    QPalette palette; // by palette: a style sheet of its own would give a field another height
+    if (tone != Tone::Plain && qobject_cast<QLabel*>(widget)) {
+        palette.setColor(QPalette::WindowText, signOf(tone).ink);
+    } else if (tone != Tone::Plain) {
+        palette.setColor(QPalette::Base, toneGround(tone));
+        palette.setColor(QPalette::Button, toneGround(tone)); // the ground of a closed list
+    }
+    widget->setPalette(palette);
+    if (widget->property("tone") == QVariant(toneName(tone)))
+        return;
+    widget->setProperty("tone", toneName(tone));
+    widget->style()->unpolish(widget); // or a style sheet would not see the property
+    widget->style()->polish(widget);
+}
+
 InlineMessage::InlineMessage(QWidget* parent)
     : QLabel(parent)
 {

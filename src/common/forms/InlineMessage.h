@@ -1,10 +1,23 @@
 #pragma once
 
-#include "common/forms/Tone.h"
+#include "common/LookColors.h"
 
 #include <QLabel>
 
-/// The line of a dialog that tells what is missing, what went wrong or what was done; it takes the place of message
+/// How a text or a field is meant. Shown by colours that fit a light and a dark window; the property "tone" of the
+/// widget ("plain", "warning", "error") lets a style sheet choose its own.
+enum class Tone { Plain, Warning, Error };
+
+/// The ground of a field or cell that is meant so; not for Tone::Plain.
+QColor toneGround(Tone tone);
+
+/// Paints a label or a frame with its labels on a ground of its own.
+void setGround(QWidget* widget, const LookColors::Sign& sign);
+
+/// Colours a label's text or a field's ground.
+void setTone(QWidget* widget, Tone tone);
+
+/// The line of a dialog that says what is missing, what went wrong or what was done; it takes the place of message
 /// boxes. Its room stays when it is empty, so that nothing jumps while somebody types.
 class InlineMessage : public QLabel
 {

@@ -1,6 +1,42 @@
 #pragma once
 
-#include "common/forms/JudgedField.h"
+#include <QLineEdit>
+
+#include <optional>
+
+/// Whole numbers as people type them: blanks around them and full-width digits and signs count. Pure functions.
+namespace WholeNumber {
+
+/// Full-width letters, digits and signs as plain ones.
+QString halfWidth(QString text);
+
+/// The number that the text is; nothing for any other text. A number beyond 18 digits counts as one of 19, so that it
+/// is refused as too large and never wraps.
+std::optional<qint64> parse(const QString& text);
+
+/// Why the text is no number from `low` to `high`, in the operator's language; empty when it is one.
+QString problem(const QString& text, int low, int high);
+
+} // namespace WholeNumber
+
+/// A text field that is judged while it is typed. A text field on purpose: a mouse wheel over it changes nothing, and a
+/// wrong number stays to be corrected instead of being replaced by another.
+class JudgedField : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    /// What is wrong with the text, in the operator's language; empty when it can be taken.
+    virtual QString problem() const = 0;
+
+protected:
+    explicit JudgedField(QWidget* parent);
+
+    /// Shows by its look whether the text can be taken; to be called when other texts count as right than before.
+    void judge();
+    /// Writes what can be taken in its usual form: full-width digits become plain ones once the field is left.
+    virtual void tidy() = 0;
+};
 
 /// A field for a whole number.
 class NumberField : public JudgedField
@@ -36,4 +72,31 @@ private:
     int m_minimum = 0;
     int m_maximum = 1000000;
     bool m_optional = false;
+};
+
+/// A field for a number with decimals. A point parts them; full-width digits count.
+class DecimalField : public JudgedField
+{
+    Q_OBJECT
+
+public:
+    explicit DecimalField(QWidget* parent = nullptr);
+
+    double minimum() const { return m_minimum; }
+    double maximum() const { return m_maximum; }
+    void setMinimum(double minimum);
+    void setMaximum(double maximum);
+
+    QString problem() const override;
+
+    void setValue(double value);
+    /// The number; 0 while there is a problem.
+    double value() const;
+
+protected:
+    void tidy() override;
+
+private:
+    double m_minimum = 0;
+    double m_maximum = 1e6;
 };

@@ -28,6 +28,16 @@ public:
     /// "Cancel" is always among the answers and has the focus, so that a stray Enter answers nothing.
     void ask(const QString& question, const Answer& first, const Answer& second = {});
 
+    struct NameAnswer
+    {
+        QString text;
+        std::function<void(const QString& name)> act;
+    };
+    /// Asks for a name. `problem` judges what is typed so far; its text is shown while it is not empty, and the answer
+    /// is off.
+    void askName(const QString& question, const QString& proposal, const NameAnswer& answer,
+                 std::function<QString(const QString&)> problem);
+
     bool isAsking() const { return !isHidden(); }
 
 public slots:
@@ -43,9 +53,12 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void present(const QString& question, const Answer& first, const Answer& second);
+    void judgeName();
     void answer(const std::function<void()>& act);
 
     std::unique_ptr<Ui::QuestionStrip> m_ui;
     Answer m_first;
     Answer m_second;
+    std::function<QString(const QString&)> m_problem; ///< empty unless a name is asked for
 };

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "common/Scheduler.h"
-#include "db/FaultNotice.h"
+#include "db/log/LogLine.h"
 
 #include <QImage>
 #include <QObject>

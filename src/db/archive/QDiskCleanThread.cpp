@@ -1,7 +1,7 @@
 #include "db/archive/QDiskCleanThread.h"
 
 #include "db/archive/FolderSweep.h"
-#include "platform/DiskSpace.h"
+#include "platform/System.h"
 
 #include <QDebug>
 

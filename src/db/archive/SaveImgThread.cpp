@@ -1,7 +1,7 @@
 #include "db/archive/SaveImgThread.h"
 
 #include "db/archive/JpegEncoder.h"
-#include "platform/BackgroundThread.h"
+#include "platform/System.h"
 
 #include <QDir>
 #include <QFileInfo>

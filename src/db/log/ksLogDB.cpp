@@ -19,10 +19,43 @@ const QString createIndex = QStringLiteral("CREATE INDEX IF NOT EXISTS idx_Syste
 
 constexpr std::chrono::seconds betweenOpenings(1);
 
-/// A loss is told when it is over, or after so many passes.
+/// A loss is logged when it is over, or after so many passes.
 constexpr int longestLoss = 1000;
 
 } // namespace
+
+QDBSqlite::QDBSqlite(const QString& path, const QString& user, const QString& password)
+    : m_connection(QStringLiteral("QSQLITE"))
+{
+    m_connection.database().setDatabaseName(path);
+    if (!user.isEmpty()) {
+        m_connection.database().setUserName(user);
+        m_connection.database().setPassword(password);
+    }
+}
+
+bool QDBSqlite::open()
+{
+    if (m_connection.isOpen())
+        return true;
+    SqliteFile::OpenRules rules;
+    rules.durability = SqliteFile::Durability::SoonAfter;
+    rules.busyMs = 1000; // only the writer's thread waits
+    rules.ownTables = {{QStringLiteral("SystemInfo"),
+                        {QStringLiteral("datetime"), QStringLiteral("type"), QStringLiteral("message")}}};
+    m_openReport = SqliteFile::openForWriting(m_connection, rules);
+    return m_openReport.open;
+}
+
+bool QDBSqlite::openForReading()
+{
+    return m_connection.isOpen() || SqliteFile::openForReading(m_connection, nullptr);
+}
+
+void QDBSqlite::close()
+{
+    m_connection.database().close();
+}
 
 ksLogDB::ksLogDB(const QString& path)
     : m_path(path)
@@ -89,9 +122,9 @@ bool ksLogDB::openTable()
     m_database = std::make_unique<QDBSqlite>(m_path);
     const bool open = m_database->open();
     const QString& text = m_database->openReport().text;
-    if (!text.isEmpty() && text != m_told)
+    if (!text.isEmpty() && text != m_reported)
         qWarning().noquote() << text;
-    m_told = text;
+    m_reported = text;
     if (!m_database->openReport().keptAside.isEmpty()) {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_movedAside << m_database->openReport().keptAside;
@@ -122,7 +155,7 @@ bool ksLogDB::insert(int type, const QString& message)
     return !connection.failed();
 }
 
-/// Under the lock: whether this pass tells how many lines were lost.
+/// Under the lock: whether this pass logs how many lines were lost.
 bool ksLogDB::lossIsDue()
 {
     const bool over = m_lost == m_lostBefore;

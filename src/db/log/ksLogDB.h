@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/log/QDBSqlite.h"
+#include "db/SqliteFile.h"
 
 #include <QByteArray>
 #include <QList>
@@ -15,6 +15,26 @@
 #include <mutex>
 
 namespace SystemLog {
+
+/// One connection to the log's database, for the thread that opens it.
+class QDBSqlite
+{
+public:
+    explicit QDBSqlite(const QString& path = QStringLiteral("dbLog.db"), const QString& user = QString(),
+                       const QString& password = QString());
+
+    /// Opens for writing when it is not open. A damaged file is kept aside and a fresh one begun.
+    bool open();
+    bool openForReading();
+    void close();
+
+    SqlConnection& connection() { return m_connection; }
+    const SqliteFile::OpenReport& openReport() const { return m_openReport; }
+
+private:
+    SqlConnection m_connection;
+    SqliteFile::OpenReport m_openReport;
+};
 
 /// Writes log lines into table SystemInfo from a queue, on a thread of its own: at most one row a pass, with a pause
 /// between passes, so that a burst waits in the queue and never on the disk.
@@ -79,7 +99,7 @@ private:
     int m_pauseMs = 10;
     Limits m_limits;
     std::unique_ptr<QDBSqlite> m_database; ///< of the thread that writes, as are the next two
-    QString m_told;                        ///< the last trouble with the file
+    QString m_reported;                    ///< the last trouble with the file
     std::chrono::steady_clock::time_point m_lastOpen;
 
     mutable std::mutex m_mutex; ///< guards what follows
@@ -88,7 +108,7 @@ private:
     QStringList m_movedAside;
     std::deque<Entry> m_queue;
     std::size_t m_bytes = 0;      ///< of the texts in m_queue
-    std::size_t m_lost = 0;       ///< lines that went since the last line that told so
+    std::size_t m_lost = 0;       ///< lines that went since the last line that said so
     std::size_t m_lostBefore = 0; ///< m_lost at the pass before
     int m_passesInLoss = 0;
     bool m_stop = false;

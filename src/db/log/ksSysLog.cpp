@@ -4,7 +4,24 @@
 
 #include <QCoreApplication>
 
+#include <atomic>
+
 namespace SystemLog {
+namespace {
+
+std::atomic<QtMessageHandler> s_before{nullptr};
+
+/// Handed on to whoever handled the stream before, in any case.
+void forward(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    const bool ownLine = qstrcmp(context.category, ownCategory) == 0;
+    if ((type == QtWarningMsg || type == QtCriticalMsg) && !ownLine)
+        LogLine(type == QtWarningMsg ? Warning : Error).stream() << text;
+    if (const QtMessageHandler before = s_before.load(std::memory_order_acquire))
+        before(type, context, text);
+}
+
+} // namespace
 
 ksSysLog::ksSysLog()
 {
@@ -18,6 +35,16 @@ void ksSysLog::stop()
 {
     setOutput(nullptr);
     m_database.stop();
+}
+
+WarningForward::WarningForward()
+{
+    s_before.store(qInstallMessageHandler(forward), std::memory_order_release);
+}
+
+WarningForward::~WarningForward()
+{
+    qInstallMessageHandler(s_before.load(std::memory_order_acquire));
 }
 
 } // namespace SystemLog

@@ -1,7 +1,7 @@
 #include "dialogs/calibration/CalibrationPanel.h"
 
-#include "common/JsonChanges.h"
-#include "common/forms/Tone.h"
+#include "common/AuditChange.h"
+#include "common/forms/InlineMessage.h"
 #include "config/ksGlobalConfig.h"
 #include "dialogs/calibration/CalibrationDrawing.h"
 #include "dialogs/calibration/CalibrationFit.h"

@@ -1,6 +1,6 @@
 #include "dialogs/cameras/CameraDraft.h"
 
-#include "common/forms/Tone.h"
+#include "common/forms/InlineMessage.h"
 #include "dialogs/cameras/CameraNames.h"
 
 #include <QFont>

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int kTickMs = 1000;
+constexpr int tickMs = 1000;
 
 enum Column { Name, Working, Version, File, columns };
 
@@ -60,7 +60,7 @@ QDeviceManagerUI::QDeviceManagerUI(Source source, const ksSysConfig& config, QWi
     DialogForm::prepare(this);
     m_ui->modules->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_ui->modules->horizontalHeader()->setSectionResizeMode(File, QHeaderView::Stretch);
-    m_tick.setInterval(kTickMs);
+    m_tick.setInterval(tickMs);
     connect(&m_tick, &QTimer::timeout, this, &QDeviceManagerUI::refresh);
     connect(m_ui->copyButton, &QPushButton::clicked, this, &QDeviceManagerUI::copy);
     connect(m_ui->closeButton, &QPushButton::clicked, this, &QDeviceManagerUI::reject);

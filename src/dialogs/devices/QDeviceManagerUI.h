@@ -1,6 +1,6 @@
 #pragma once
 
-#include "modules/ModuleInfo.h"
+#include "modules/ModuleReport.h"
 
 #include <QDialog>
 #include <QTimer>

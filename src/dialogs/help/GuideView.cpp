@@ -13,9 +13,9 @@
 
 namespace {
 
-constexpr qreal kPictureDpi = 96;
-constexpr qreal kCellPadding = 6;
-constexpr qreal kLineHeight = 140; // percent
+constexpr qreal pictureDpi = 96;
+constexpr qreal cellPadding = 6;
+constexpr qreal lineHeight = 140; // percent
 
 QTextTableFormat tableLook(const QPalette& palette)
 {
@@ -24,10 +24,10 @@ QTextTableFormat tableLook(const QPalette& palette)
     look.setBorderCollapse(true);
     look.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
     look.setBorderBrush(palette.mid());
-    look.setCellPadding(kCellPadding);
+    look.setCellPadding(cellPadding);
     look.setCellSpacing(0);
-    look.setTopMargin(kCellPadding);
-    look.setBottomMargin(2 * kCellPadding);
+    look.setTopMargin(cellPadding);
+    look.setBottomMargin(2 * cellPadding);
     look.setHeaderRowCount(1);
     return look;
 }
@@ -81,7 +81,7 @@ void GuideView::styleBlocks()
 {
     for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
         QTextBlockFormat format = block.blockFormat();
-        format.setLineHeight(kLineHeight, QTextBlockFormat::ProportionalHeight);
+        format.setLineHeight(lineHeight, QTextBlockFormat::ProportionalHeight);
         if (format.headingLevel() > 1)
             format.setTopMargin(fontMetrics().height());
         QTextCursor(block).setBlockFormat(format);
@@ -115,7 +115,7 @@ QVariant GuideView::loadResource(int type, const QUrl& url)
         return loaded;
     QImage picture = QImage::fromData(loaded.toByteArray());
     const int room = viewport()->width() - 2 * qRound(document()->documentMargin());
-    const qreal zoom = logicalDpiY() / kPictureDpi; // the layout enlarges pictures like letters
+    const qreal zoom = logicalDpiY() / pictureDpi; // the layout enlarges pictures like letters
     if (room <= 0 || picture.width() * zoom <= room)
         return picture;
     picture = picture.scaledToWidth(qRound(room * devicePixelRatioF()), Qt::SmoothTransformation);

@@ -9,8 +9,8 @@
 #include <QShortcut>
 
 namespace {
-constexpr int kWidestContents = 360;
-constexpr int kContentsRoom = 24; ///< beside the longest heading, for the frame and a scroll bar
+constexpr int widestContents = 360;
+constexpr int contentsRoom = 24; ///< beside the longest heading, for the frame and a scroll bar
 } // namespace
 
 QHelpUI::QHelpUI(const QString& folder, QWidget* parent)
@@ -67,7 +67,7 @@ void QHelpUI::listHeadings()
         auto* item = new QListWidgetItem(indent + heading.text, m_ui->contents);
         item->setData(Qt::UserRole, heading.position);
     }
-    m_ui->contents->setMinimumWidth(qMin(kWidestContents, m_ui->contents->sizeHintForColumn(0) + kContentsRoom));
+    m_ui->contents->setMinimumWidth(qMin(widestContents, m_ui->contents->sizeHintForColumn(0) + contentsRoom));
     search(m_ui->searchEdit->text());
     markHeading();
 }

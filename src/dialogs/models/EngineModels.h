@@ -28,19 +28,19 @@ public:
     /// Of every solution that has the model; built-in models have none.
     SolutionParameters parameters(const QString& model) const;
 
-    /// Stores the model in these solutions, over what it was there. On failure all are as before, and `error` tells
+    /// Stores the model in these solutions, over what it was there. On failure all are as before, and `error` says
     /// why.
     bool save(const QString& model, const SolutionParameters& parameters, QString* error);
 
     /// Gives a model what another one has been shown, in every solution that has both; nothing is to be done where the
-    /// engine keeps no examples. On failure `error` tells why; what was copied until then stays.
+    /// engine keeps no examples. On failure `error` says why; what was copied until then stays.
     bool copyExamples(const QString& from, const QString& to, QString* error);
 
     /// Removes the model from every solution. On failure it is in all of them again.
     bool remove(const QString& model, QString* error);
 
 private:
-    /// Brings these solutions to what they were, as far as the engine lets it; what it refuses is told in the log.
+    /// Brings these solutions to what they were, as far as the engine lets it; what it refuses is reported in the log.
     void putBack(const QString& model, const SolutionParameters& before, const QStringList& solutions);
 
     IEngine* m_engine;

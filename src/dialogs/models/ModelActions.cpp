@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int kHighestIndex = 32767;
+constexpr int highestIndex = 32767;
 
 QString yesNo(bool value)
 {
@@ -38,7 +38,7 @@ ModelEntry ModelActions::proposal(const QString& wanted) const
         const QString suffix = QStringLiteral(" %1").arg(i);
         entry.name = wanted.left(SqlText::maxNameLength - suffix.size()) + suffix;
     }
-    while (entry.index < kHighestIndex && !m_models.isFreeIndex(entry.index, entry.name, nullptr))
+    while (entry.index < highestIndex && !m_models.isFreeIndex(entry.index, entry.name, nullptr))
         ++entry.index;
     return entry;
 }

@@ -8,7 +8,7 @@
 class ModelManager;
 
 /// What the model manager does, over model library, index tables and engine: each operation is done whole, or, with
-/// the reason in `error`, not at all. What it changed is told in `audit`. GUI thread.
+/// the reason in `error`, not at all. What it changed is returned in `audit`. GUI thread.
 class ModelActions
 {
     Q_DECLARE_TR_FUNCTIONS(ModelActions)

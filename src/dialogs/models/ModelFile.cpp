@@ -6,9 +6,9 @@
 
 namespace {
 
-constexpr qint64 kLargestFile = 1024 * 1024; // thousands of times what a model needs
-constexpr int kVersion = 1;
-const QString kFormat = QStringLiteral("valvecell-model");
+constexpr qint64 largestFile = 1024 * 1024; // thousands of times what a model needs
+constexpr int formatVersion = 1;
+const QString formatName = QStringLiteral("valvecell-model");
 
 struct Tr
 {
@@ -42,7 +42,7 @@ bool readParameters(const QJsonObject& solutions, SolutionParameters* parameters
 
 bool ModelFile::read(const QString& path, ModelFile* file, QString* error)
 {
-    if (QFileInfo(path).size() > kLargestFile)
+    if (QFileInfo(path).size() > largestFile)
         return refuse(path, Tr::tr("文件太大，不是型号文件"), error);
     const HomeFiles::JsonRead json = HomeFiles::readJson(path);
     if (json.state != HomeFiles::JsonRead::Good) {
@@ -50,9 +50,9 @@ bool ModelFile::read(const QString& path, ModelFile* file, QString* error)
         return false;
     }
     const QJsonObject& object = json.object;
-    if (object.value(QLatin1String("format")) != kFormat)
+    if (object.value(QLatin1String("format")) != formatName)
         return refuse(path, Tr::tr("不是型号文件"), error);
-    if (object.value(QLatin1String("version")).toInt() != kVersion)
+    if (object.value(QLatin1String("version")).toInt() != formatVersion)
         return refuse(path, Tr::tr("型号文件的版本不被支持"), error);
     const QJsonValue parameters = object.value(QLatin1String("parameters"));
     ModelFile found;
@@ -69,8 +69,8 @@ bool ModelFile::write(const QString& path, QString* error) const
     QJsonObject solutions;
     for (auto it = parameters.begin(); it != parameters.end(); ++it)
         solutions.insert(it.key(), QJsonObject::fromVariantMap(it.value()));
-    const QJsonObject object{{QStringLiteral("format"), kFormat},
-                             {QStringLiteral("version"), kVersion},
+    const QJsonObject object{{QStringLiteral("format"), formatName},
+                             {QStringLiteral("version"), formatVersion},
                              {QStringLiteral("name"), entry.name},
                              {QStringLiteral("plcIndex"), entry.index},
                              {QStringLiteral("calibrated"), entry.calibrated},

@@ -18,8 +18,8 @@ struct ModelFile
     ModelEntry entry;
     SolutionParameters parameters; ///< without solutions for an engine that has no parameters
 
-    /// Reads a file that anybody may have written. On failure file and reason are told in `error`. Name and index are
-    /// not judged here, but where they are used.
+    /// Reads a file that anybody may have written. On failure file and reason are returned in `error`. Name and index
+    /// are not judged here, but where they are used.
     static bool read(const QString& path, ModelFile* file, QString* error);
 
     /// Replaces the file in one step.

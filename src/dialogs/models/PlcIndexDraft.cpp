@@ -1,13 +1,13 @@
 #include "dialogs/models/PlcIndexDraft.h"
 
-#include "common/forms/WholeNumber.h"
+#include "common/forms/NumberField.h"
 #include "workflow/ModelManager.h"
 
 #include <algorithm>
 
 namespace {
 
-constexpr int kMostSentences = 3; // more would push the table off the screen
+constexpr int mostSentences = 3; // more would push the table off the screen
 
 using StationTable = PlcIndexTable::StationTable;
 
@@ -160,8 +160,8 @@ QString PlcIndexDraft::warning() const
         }
     }
     sentences.removeDuplicates();
-    if (sentences.size() > kMostSentences)
-        sentences = sentences.mid(0, kMostSentences) << QStringLiteral("…");
+    if (sentences.size() > mostSentences)
+        sentences = sentences.mid(0, mostSentences) << QStringLiteral("…");
     return sentences.join(QLatin1Char('\n'));
 }
 

@@ -3,6 +3,7 @@
 #include "dialogs/models/PlcIndexDraft.h"
 
 #include <QAbstractTableModel>
+#include <QStyledItemDelegate>
 
 /// A PlcIndexDraft as a table: a row for each model, a column for each station. GUI thread.
 class PlcIndexModel : public QAbstractTableModel
@@ -41,4 +42,21 @@ private:
     QVariant ground(const PlcIndexDraft::Cell& cell) const;
 
     PlcIndexDraft m_draft;
+};
+
+/// Edits a PLC index in its cell, and hands every keystroke to the model, so that it is judged while it is typed.
+/// Escape takes back what was typed since the editor opened.
+class PlcIndexDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+    void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;
+
+protected:
+    bool eventFilter(QObject* editor, QEvent* event) override;
 };

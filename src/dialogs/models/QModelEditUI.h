@@ -29,7 +29,7 @@ public:
         QString ownName;  ///< of the model that is modified; empty for a new one
         /// What there is to know about a name that could be taken; may be left out.
         std::function<QString(const QString& name)> remark;
-        /// Does it, or tells why not.
+        /// Does it, or says why not.
         std::function<bool(const ModelEntry& entry, QString* error)> submit;
     };
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-const QString kSuffix = QStringLiteral("json");
+const QString modelSuffix = QStringLiteral("json");
 
 QString listed(const QStringList& names)
 {
@@ -189,7 +189,7 @@ QFileDialog* QModelMangerUI::askFile(const QString& title)
     auto* dialog = new QFileDialog(this, title, QDir::homePath(), tr("型号文件 (*.json)"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setOption(QFileDialog::DontUseNativeDialog);
-    dialog->setDefaultSuffix(kSuffix);
+    dialog->setDefaultSuffix(modelSuffix);
     return dialog;
 }
 
@@ -223,7 +223,7 @@ void QModelMangerUI::askExport()
     const QString name = chosen();
     QFileDialog* dialog = askFile(tr("导出型号"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->selectFile(SqlText::folderName(name) + QLatin1Char('.') + kSuffix);
+    dialog->selectFile(SqlText::folderName(name) + QLatin1Char('.') + modelSuffix);
     connect(dialog, &QFileDialog::fileSelected, this, [this, name](const QString& path) { exportTo(path, name); });
     dialog->open();
 }

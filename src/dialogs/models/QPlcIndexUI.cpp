@@ -1,7 +1,6 @@
 #include "dialogs/models/QPlcIndexUI.h"
 
 #include "common/forms/DialogForm.h"
-#include "dialogs/models/PlcIndexDelegate.h"
 #include "dialogs/models/PlcIndexModel.h"
 #include "ui_QPlcIndexUI.h"
 

@@ -25,7 +25,7 @@ public:
     QPlcIndexUI(ModelManager& models, const PlcIndexTable& stored, QWidget* parent = nullptr);
     ~QPlcIndexUI() override;
 
-    /// The names of the stations' tables; may be told anew at any time.
+    /// The names of the stations' tables; may be set anew at any time.
     void setStations(const QStringList& stations);
 
 signals:
@@ -35,7 +35,7 @@ signals:
 public slots:
     /// OK: applies, and closes when all was stored.
     void accept() override;
-    /// Stores both tables or none; tells in the dialog what keeps it from that.
+    /// Stores both tables or none; says in the dialog what keeps it from that.
     void apply();
 
 protected:

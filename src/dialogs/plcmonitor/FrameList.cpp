@@ -1,11 +1,11 @@
 #include "dialogs/plcmonitor/FrameList.h"
 
-#include "common/forms/Tone.h"
+#include "common/forms/InlineMessage.h"
 
 #include <algorithm>
 
 namespace {
-constexpr int kForgottenAtOnce = 500;
+constexpr int forgottenAtOnce = 500;
 } // namespace
 
 FrameList::FrameList(QObject* parent)
@@ -26,7 +26,7 @@ void FrameList::append(const QVector<SeenFrame>& frames)
         m_shown.insert(m_shown.end(), passing.begin(), passing.end());
         endInsertRows();
     }
-    if (total() > kept + kForgottenAtOnce)
+    if (total() > kept + forgottenAtOnce)
         forgetOldest();
 }
 

@@ -13,8 +13,8 @@
 #include <QShowEvent>
 
 namespace {
-constexpr int kRefreshMs = 100;
-constexpr int kAllCommands = -1;
+constexpr int refreshMs = 100;
+constexpr int allCommands = -1;
 } // namespace
 
 QPlcMonitorUI::QPlcMonitorUI(const PlcLink& link, QWidget* parent)
@@ -27,7 +27,7 @@ QPlcMonitorUI::QPlcMonitorUI(const PlcLink& link, QWidget* parent)
     DialogForm::prepare(this);
     m_ui->table->setModel(m_frames);
     m_ui->table->horizontalHeader()->setStretchLastSection(true);
-    m_refresh.setInterval(kRefreshMs);
+    m_refresh.setInterval(refreshMs);
     m_refresh.setSingleShot(true);
     listCommands();
     layOutColumns();
@@ -58,7 +58,7 @@ void QPlcMonitorUI::listCommands()
 {
     for (const quint8 code : {plc::ModelIndex, plc::Trigger, plc::Result1, plc::Result2, plc::NotFound, plc::Shutdown})
         m_ui->commandBox->addItem(FrameText::command(code), code);
-    m_ui->commandBox->setItemData(0, kAllCommands);
+    m_ui->commandBox->setItemData(0, allCommands);
 }
 
 void QPlcMonitorUI::layOutColumns()

@@ -29,7 +29,7 @@ public:
     ~QPlcMonitorUI() override;
 
 public slots:
-    /// Writes the shown frames to a CSV file; tells in the dialog how it went.
+    /// Writes the shown frames to a CSV file; reports in the dialog how it went.
     void saveTo(const QString& path);
 
 protected:

@@ -6,9 +6,9 @@
 
 namespace {
 
-constexpr int kAngleWord = 2;
-constexpr int kXWord = 4;
-constexpr int kYWord = 6;
+constexpr int angleWord = 2;
+constexpr int xWord = 4;
+constexpr int yWord = 6;
 
 double number(const SComFrame& frame, int word)
 {
@@ -32,7 +32,7 @@ bool SeenFrame::isWithoutResult() const
     if (received)
         return false;
     const bool result = frame.command == plc::Result1 || frame.command == plc::Result2;
-    return frame.command == plc::NotFound || (result && frame.data[kAngleWord] >= 360);
+    return frame.command == plc::NotFound || (result && frame.data[angleWord] >= 360);
 }
 
 QString FrameText::title(Column column)
@@ -120,7 +120,7 @@ QString FrameText::sent(const SComFrame& frame)
 
 QString FrameText::result(int station, const SComFrame& frame)
 {
-    const double angle = number(frame, kAngleWord);
+    const double angle = number(frame, angleWord);
     const auto is = [angle](double special) { return qFuzzyCompare(angle, special); };
     if (is(plc::refusedAngle))
         return tr("工位%1：999，触发被拒绝").arg(station);
@@ -130,5 +130,5 @@ QString FrameText::result(int station, const SComFrame& frame)
         return tr("工位%1：365，结果没有角度").arg(station);
     return tr("工位%1：角度 %2°，X %3 mm，Y %4 mm")
         .arg(station)
-        .arg(text(angle), text(number(frame, kXWord)), text(number(frame, kYWord)));
+        .arg(text(angle), text(number(frame, xWord)), text(number(frame, yWord)));
 }

@@ -35,7 +35,7 @@ public:
     static QString command(quint8 code);
     /// The eight words, parted by blanks.
     static QString words(const SComFrame& frame);
-    /// What the frame tells the one who receives it.
+    /// What the frame means to the one who receives it.
     static QString meaning(const SeenFrame& seen);
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "licence/LicenceCheck.h"
+#include "licence/Licence.h"
 
 /// What a verdict on a licence means to the operator, in his language. GUI thread.
 namespace LicenceTexts {

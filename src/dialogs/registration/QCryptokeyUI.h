@@ -13,7 +13,7 @@ namespace Ui {
 class QCryptokeyUI;
 }
 
-/// Registers the program: shows the code of this machine, takes a licence from a file or pasted, and tells at once what
+/// Registers the program: shows the code of this machine, takes a licence from a file or pasted, and says at once what
 /// is wrong with it. Only a licence that counts can be stored. GUI thread.
 class QCryptokeyUI : public QDialog
 {

@@ -75,9 +75,12 @@ void QSystemSettingUI::showEvent(QShowEvent* event)
     QDialog::showEvent(event);
 }
 
-bool QSystemSettingUI::isEdited() const
+SettingsMap QSystemSettingUI::edited() const
 {
-    return m_form->values() != m_shown;
+    SettingsMap edited = m_form->values();
+    for (auto it = edited.begin(); it != edited.end();)
+        it = it.value() == m_shown.value(it.key()) ? edited.erase(it) : std::next(it);
+    return edited;
 }
 
 /// A camera or solution that both stations name would serve the first only.
@@ -105,7 +108,7 @@ void QSystemSettingUI::judge()
 {
     const QString problem = this->problem();
     m_ui->okButton->setEnabled(problem.isEmpty());
-    m_ui->applyButton->setEnabled(problem.isEmpty() && isEdited());
+    m_ui->applyButton->setEnabled(problem.isEmpty() && !edited().isEmpty());
     m_ui->question->dismiss(); // its answer was about other values
     if (!problem.isEmpty())
         m_ui->message->say(Tone::Error, problem);
@@ -127,7 +130,7 @@ void QSystemSettingUI::submit(After after)
 {
     if (!problem().isEmpty())
         return;
-    const QStringList foreign = isEdited() ? m_store.foreignChanges() : QStringList();
+    const QStringList foreign = edited().isEmpty() ? QStringList() : m_store.foreignChanges();
     if (!foreign.isEmpty())
         askAboutFiles(foreign, after);
     else
@@ -143,15 +146,13 @@ void QSystemSettingUI::askAboutFiles(const QStringList& foreign, After after)
 
 void QSystemSettingUI::store(After after)
 {
-    SettingsMap wanted = m_store.current();
-    const SettingsMap before = wanted;
-    const SettingsMap typed = m_form->values();
-    for (auto it = typed.begin(); it != typed.end(); ++it) {
-        if (it.value() != m_shown.value(it.key()))
-            wanted.insert(it.key(), it.value());
-    }
+    const SettingsMap typed = edited();
+    const SettingsMap before = m_store.current();
+    SettingsMap wanted = before;
+    for (auto it = typed.begin(); it != typed.end(); ++it)
+        wanted.insert(it.key(), it.value());
     QString error;
-    if (isEdited() && !m_store.store(wanted, &error)) {
+    if (!typed.isEmpty() && !m_store.store(wanted, &error)) {
         m_ui->message->say(Tone::Error, tr("未能保存，设置没有改变：%1").arg(error));
         return;
     }

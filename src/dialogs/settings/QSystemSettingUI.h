@@ -55,7 +55,8 @@ private:
     void load();
     void judge();
     QString problem() const;
-    bool isEdited() const;
+    /// What was typed or chosen since the settings were shown.
+    SettingsMap edited() const;
     void submit(After after);
     /// Lets the operator decide between the files and the form; nothing happens until then.
     void askAboutFiles(const QStringList& foreign, After after);

@@ -1,8 +1,8 @@
 #include "dialogs/settings/SettingsForm.h"
 
 #include "common/forms/ChoiceBox.h"
+#include "common/forms/InlineMessage.h"
 #include "common/forms/NumberField.h"
-#include "common/forms/Tone.h"
 #include "db/SqlText.h"
 
 #include <QCheckBox>

@@ -8,7 +8,7 @@ namespace Ui {
 class QTestWidget;
 }
 
-/// Runs the cell without a PLC: repeated triggers, or one picture of a station. It only tells what is wanted; the
+/// Runs the cell without a PLC: repeated triggers, or one picture of a station. It only emits what is wanted; the
 /// window triggers. GUI thread.
 class QTestWidget : public QDialog
 {
@@ -46,7 +46,7 @@ protected:
 private:
     void connectAll();
     void judge();
-    /// Tells of the typed interval, if it is right and another than the one told last.
+    /// Emits the typed interval, if it is right and another than the one emitted last.
     void takeInterval();
     void start();
     void stop();

@@ -11,12 +11,12 @@
 
 namespace {
 
-const QString kGuides = QStringLiteral(VALVECELL_BIN_DIR "/docs");
+const QString guidesFolder = QStringLiteral(VALVECELL_BIN_DIR "/docs");
 
 /// The help with the guides as they are shipped.
 struct Bench
 {
-    QHelpUI dialog{kGuides};
+    QHelpUI dialog{guidesFolder};
     DialogDriver driver{dialog};
     GuideView* page = driver.get<GuideView>("page");
     QListWidget* contents = driver.get<QListWidget>("contents");
@@ -87,7 +87,7 @@ private slots:
     {
         for (const char* guide : {"/user-guide.md", "/user-guide.zh-CN.md"}) {
             GuideView page;
-            QVERIFY(page.open(kGuides + QLatin1String(guide)));
+            QVERIFY(page.open(guidesFolder + QLatin1String(guide)));
             int pictures = 0;
             for (QTextBlock block = page.document()->begin(); block.isValid(); block = block.next()) {
                 for (auto it = block.begin(); !it.atEnd(); ++it) {
@@ -95,7 +95,7 @@ private slots:
                     if (!picture.isValid())
                         continue;
                     ++pictures;
-                    QVERIFY2(QFile::exists(kGuides + '/' + picture.name()), qPrintable(picture.name()));
+                    QVERIFY2(QFile::exists(guidesFolder + '/' + picture.name()), qPrintable(picture.name()));
                 }
             }
             QVERIFY(pictures >= 3);

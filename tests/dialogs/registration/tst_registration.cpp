@@ -10,7 +10,7 @@
 
 namespace {
 
-const QByteArray kFile = "/user/licence.lic";
+const QByteArray licenceFile = "/user/licence.lic";
 
 /// A registration dialog on a machine of two stations.
 struct Desk
@@ -22,7 +22,8 @@ struct Desk
     QSignalSpy finished{&dialog, &QCryptokeyUI::sgRegisterFinish};
 
     explicit Desk(const Vendor& vendor)
-        : registration({home.path(kFile), vendor.publicKey(), Vendor::machine(), [] { return 2; }, &Vendor::today})
+        : registration(
+              {home.path(licenceFile), vendor.publicKey(), Vendor::machine(), [] { return 2; }, &Vendor::today})
     {
         dialog.show();
     }
@@ -66,9 +67,9 @@ private slots:
         desk.paste("\r\n" + QByteArray(licence).replace("\n", "\r\n") + "\r\n\r\n");
         QCOMPARE(desk.driver.message(), "授权有效：某某轮毂厂 (二号线)，2个工位，有效期至2027-11-21");
         desk.driver.shoot("registration-pasted");
-        QVERIFY(desk.home.read(kFile).isEmpty());
+        QVERIFY(desk.home.read(licenceFile).isEmpty());
         desk.driver.press("registerButton");
-        QCOMPARE(desk.home.read(kFile), licence);
+        QCOMPARE(desk.home.read(licenceFile), licence);
         QCOMPARE(desk.finished.value(0).value(0), QVariant(true));
         QVERIFY(desk.driver.message("state").startsWith("已注册：某某轮毂厂"));
         QCOMPARE(desk.driver.message(), "注册成功");
@@ -103,13 +104,13 @@ private slots:
         Desk desk(m_vendor);
         desk.open(m_vendor.issue());
         desk.driver.press("registerButton");
-        const QByteArray good = desk.home.read(kFile);
+        const QByteArray good = desk.home.read(licenceFile);
         QVERIFY(!good.isEmpty());
         desk.open(content);
         QVERIFY2(desk.driver.message().contains(told), qPrintable(desk.driver.message()));
         QVERIFY(!desk.driver.canPress("registerButton"));
         QTest::keyClick(&desk.dialog, Qt::Key_Return);
-        QCOMPARE(desk.home.read(kFile), good);
+        QCOMPARE(desk.home.read(licenceFile), good);
         QCOMPARE(desk.finished.size(), 1);
         QVERIFY(desk.driver.message("state").startsWith("已注册"));
         desk.driver.shoot("registration-refused");

@@ -1,4 +1,4 @@
-#include "common/JsonChanges.h"
+#include "common/AuditChange.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QByteArray>
+
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
 #include <vector>
 
-/// Times single operations, so that a benchmark tells percentiles and not only the mean.
+/// Times single operations, so that a benchmark prints percentiles and not only the mean.
 class Laps
 {
 public:
@@ -45,3 +47,16 @@ private:
     benchmark::State& m_state;
     std::vector<double> m_seconds;
 };
+
+/// What main() of a program with benchmarks does, without a screen.
+template <typename Application>
+int runBenchmarks(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const Application application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,8 +1,0 @@
-#include "Resources.h"
-
-#include <QtGlobal>
-
-void initResources()
-{
-    Q_INIT_RESOURCE(valvecell);
-}

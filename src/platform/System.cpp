@@ -1,0 +1,100 @@
+#include "platform/System.h"
+
+#ifdef Q_OS_WIN
+// clang-format off: the first of them has to come first
+#include <psapi.h>
+#include <windows.h>
+// clang-format on
+#else
+#include <QFile>
+#include <QFileInfo>
+#include <QStorageInfo>
+
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+#ifdef Q_OS_LINUX
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#endif
+
+namespace platform {
+
+#ifdef Q_OS_WIN
+
+qint64 freeSpaceMiB(const QString& folder)
+{
+    const QString drive = folder.left(2) + QLatin1Char('\\');
+    ULARGE_INTEGER forCaller;
+    ULARGE_INTEGER total;
+    ULARGE_INTEGER free;
+    if (!GetDiskFreeSpaceExW(reinterpret_cast<LPCWSTR>(drive.utf16()), &forCaller, &total, &free))
+        return -1;
+    return static_cast<qint64>(free.QuadPart / 1024 / 1024);
+}
+
+bool flushFile(const QString& path)
+{
+    const HANDLE file =
+        CreateFileW(reinterpret_cast<LPCWSTR>(path.utf16()), GENERIC_WRITE,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return false;
+    const bool flushed = FlushFileBuffers(file) != 0;
+    CloseHandle(file);
+    return flushed;
+}
+
+qint64 residentMemoryKiB()
+{
+    PROCESS_MEMORY_COUNTERS counters;
+    return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) ? counters.WorkingSetSize / 1024 : 0;
+}
+
+void lowerThreadPriority()
+{
+    SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
+}
+
+#else
+
+qint64 freeSpaceMiB(const QString& folder)
+{
+    QString existing = folder;
+    while (!existing.isEmpty() && !QFileInfo::exists(existing) && existing != QFileInfo(existing).path())
+        existing = QFileInfo(existing).path();
+    const QStorageInfo storage(existing);
+    // Blocks that are reserved for the administrator are of no use to the cell.
+    return storage.isValid() && storage.isReady() ? storage.bytesAvailable() / 1024 / 1024 : -1;
+}
+
+bool flushFile(const QString& path)
+{
+    const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return false;
+    const bool flushed = ::fdatasync(file) == 0;
+    ::close(file);
+    return flushed;
+}
+
+qint64 residentMemoryKiB()
+{
+    QFile statm(QStringLiteral("/proc/self/statm"));
+    if (!statm.open(QIODevice::ReadOnly))
+        return 0;
+    const QList<QByteArray> fields = statm.readAll().split(' ');
+    return fields.size() > 1 ? fields[1].toLongLong() * sysconf(_SC_PAGESIZE) / 1024 : 0;
+}
+
+void lowerThreadPriority()
+{
+#ifdef Q_OS_LINUX
+    // On Linux a nice value belongs to a thread.
+    setpriority(PRIO_PROCESS, static_cast<id_t>(syscall(SYS_gettid)), 10);
+#endif
+}
+
+#endif
+
+} // namespace platform

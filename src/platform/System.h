@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+/// What the program asks of the operating system beyond what its libraries do. Any thread.
+namespace platform {
+
+/// Free MiB of the drive on which the folder lies: the drive of its first two characters on Windows, elsewhere the file
+/// system of the folder or of the nearest one above it that exists. -1 when it cannot be found out.
+qint64 freeSpaceMiB(const QString& folder);
+
+/// Waits until the disk holds everything written to the file so far, by whomever. False when it cannot.
+bool flushFile(const QString& path);
+
+/// The process's resident memory in KiB; 0 when the platform does not say.
+qint64 residentMemoryKiB();
+
+/// Makes the calling thread yield the processor to the others of the program whenever they want it.
+void lowerThreadPriority();
+
+} // namespace platform

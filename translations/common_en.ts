@@ -1,0 +1,70 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US" sourcelanguage="zh_CN">
+<context>
+    <name>ChoiceBox</name>
+    <message>
+        <source>（未选择）</source>
+        <translation>(none)</translation>
+    </message>
+    <message>
+        <source>%1（不存在）</source>
+        <translation>%1 (missing)</translation>
+    </message>
+</context>
+<context>
+    <name>DecimalField</name>
+    <message>
+        <source>请输入数字</source>
+        <translation>Please enter a number</translation>
+    </message>
+    <message>
+        <source>“%1”不是数字</source>
+        <translation>“%1” is no number</translation>
+    </message>
+    <message>
+        <source>应在%1到%2之间</source>
+        <translation>must be between %1 and %2</translation>
+    </message>
+</context>
+<context>
+    <name>FormDialog</name>
+    <message>
+        <source>请稍候…</source>
+        <translation>One moment…</translation>
+    </message>
+</context>
+<context>
+    <name>ImageFile</name>
+    <message>
+        <source>图像过大（%1 × %2）</source>
+        <translation>the image is too large (%1 × %2)</translation>
+    </message>
+    <message>
+        <source>%1：%2</source>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>QuestionStrip</name>
+    <message>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>WholeNumber</name>
+    <message>
+        <source>请输入数字</source>
+        <translation>a number is needed</translation>
+    </message>
+    <message>
+        <source>“%1”不是整数</source>
+        <translation>“%1” is no whole number</translation>
+    </message>
+    <message>
+        <source>应在%1到%2之间</source>
+        <translation>it has to be between %1 and %2</translation>
+    </message>
+</context>
+</TS>
