@@ -22,9 +22,18 @@ if(NOT CMAKE_CXX_FLAGS_DEV AND NOT MSVC)
     set(CMAKE_CXX_FLAGS_DEV "-O2 -g1" CACHE STRING "Flags of the Dev build type" FORCE)
 endif()
 
+# What ccache has to overlook to keep units with precompiled headers; they use no macro of the time.
 find_program(VALVECELL_CCACHE ccache)
 if(VALVECELL_CCACHE)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${VALVECELL_CCACHE}")
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros "${VALVECELL_CCACHE}")
+endif()
+
+# It links a test in a sixth of the usual linker's time, and comes with it.
+include(CheckLinkerFlag)
+check_linker_flag(CXX -fuse-ld=gold VALVECELL_GOLD)
+if(VALVECELL_GOLD)
+    add_link_options(-fuse-ld=gold)
 endif()
 
 add_library(vc_flags INTERFACE)
@@ -74,6 +83,14 @@ function(vc_unite_folders target)
     set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
 endfunction()
 
+# The headers of OpenCV and Qt, read once for a library of many small units. Not for daily work either, where every file
+# has to say for itself what it needs.
+function(vc_precompile_vision target)
+    if(CMAKE_UNITY_BUILD)
+        target_precompile_headers(${target} PRIVATE <opencv2/imgproc.hpp> <QtCore> <QImage> <QPainter>)
+    endif()
+endfunction()
+
 # vc_room(<name> SOURCES ... LINK ...): the static library vc_<name> of src/<name>/; headers are included as
 # "<name>/Header.h".
 function(vc_room name)
@@ -111,6 +128,57 @@ function(vc_app name)
     install(TARGETS ${name} RUNTIME DESTINATION bin)
 endfunction()
 
+# A test's own code is no faster for being optimised, but compiled in half the time if it is not.
+set(VALVECELL_TEST_OPTIONS "")
+if(NOT MSVC AND NOT VALVECELL_SANITIZE)
+    set(VALVECELL_TEST_OPTIONS -O0)
+endif()
+
+# The headers of Qt and of the standard library, compiled once for all tests with or without widgets.
+function(vc_precompile_test target)
+    set(headers <QtTest> <QImage> <QPainter> <algorithm> <functional> <map> <memory> <optional>)
+    set(owner vc_test_gui)
+    get_target_property(links ${target} LINK_LIBRARIES)
+    if(links MATCHES "Widgets|vc_(graphics|viewer|forms|dialogs|panels|host|designer)")
+        list(APPEND headers <QApplication> <QComboBox> <QDialog> <QGraphicsView> <QLabel> <QMainWindow> <QTableView>)
+        set(owner vc_test_widgets)
+    endif()
+    if(NOT TARGET ${owner})
+        # A program as the tests are: code for a library is compiled with other options.
+        file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/${owner}.cpp" CONTENT "int main() {}\n")
+        add_executable(${owner} "${CMAKE_BINARY_DIR}/${owner}.cpp")
+        set_target_properties(${owner} PROPERTIES AUTOMOC OFF RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+        target_compile_options(${owner} PRIVATE ${VALVECELL_TEST_OPTIONS})
+        target_link_libraries(${owner} PRIVATE Qt5::Test Qt5::Gui vc_flags)
+        if(owner STREQUAL vc_test_widgets)
+            target_link_libraries(${owner} PRIVATE Qt5::Widgets)
+        endif()
+        target_precompile_headers(${owner} PRIVATE ${headers} "${CMAKE_SOURCE_DIR}/tests/support/Patience.h")
+    endif()
+    target_precompile_headers(${target} REUSE_FROM ${owner})
+endfunction()
+
+# Only what has signals and slots of its own goes through Qt's compiler: it takes a tenth of CMake's own step.
+function(vc_moc_test target)
+    set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF UNITY_BUILD OFF)
+    get_target_property(sources ${target} SOURCES)
+    foreach(source ${sources})
+        get_filename_component(source "${source}" ABSOLUTE)
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${source}")
+        file(STRINGS "${source}" objects REGEX "^ *Q_(OBJECT|GADGET)")
+        get_filename_component(name "${source}" NAME_WE)
+        set(folder "${CMAKE_CURRENT_BINARY_DIR}/${target}_moc")
+        if(objects AND source MATCHES "\\.cpp$")
+            qt5_generate_moc("${source}" "${folder}/${name}.moc" TARGET ${target})
+            target_sources(${target} PRIVATE "${folder}/${name}.moc")
+        elseif(objects)
+            qt5_generate_moc("${source}" "${folder}/moc_${name}.cpp" TARGET ${target})
+            target_sources(${target} PRIVATE "${folder}/moc_${name}.cpp")
+        endif()
+    endforeach()
+    target_include_directories(${target} PRIVATE "${folder}")
+endfunction()
+
 # vc_test(<name> SOURCES ... LINK ... [TIMEOUT seconds]): a Qt Test program, run by CTest without a screen.
 function(vc_test name)
     cmake_parse_arguments(TEST "" "TIMEOUT" "SOURCES;LINK;DEPENDS" ${ARGN})
@@ -122,10 +190,11 @@ function(vc_test name)
     endif()
     add_executable(${name} ${TEST_SOURCES})
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
-    target_compile_options(${name} PRIVATE
-        "SHELL:$<IF:$<CXX_COMPILER_ID:MSVC>,/FI,-include> \"${CMAKE_SOURCE_DIR}/tests/support/Patience.h\"")
     target_compile_definitions(${name} PRIVATE VALVECELL_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
     target_link_libraries(${name} PRIVATE ${TEST_LINK} Qt5::Test vc_flags)
+    target_compile_options(${name} PRIVATE ${VALVECELL_TEST_OPTIONS})
+    vc_moc_test(${name})
+    vc_precompile_test(${name})
     if(TEST_DEPENDS)
         add_dependencies(${name} ${TEST_DEPENDS})
     endif()
