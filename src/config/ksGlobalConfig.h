@@ -59,16 +59,16 @@ public:
         visitor.setting("station_solution_2", second.solution, QString());
         visitor.field("station_runModel_1", first.runModel, QString());
         visitor.field("station_runModel_2", second.runModel, QString());
-        visitor.field("station_xytrans_1", first.swapXY, false);
-        visitor.field("station_xytrans_2", second.swapXY, false);
+        visitor.field({CalibrationKeys::swapXY, 1}, first.swapXY, false);
+        visitor.field({CalibrationKeys::swapXY, 2}, second.swapXY, false);
         visitor.setting("use_clear_protect", useClearProtect, false);
         visitor.setting("onlineMode", onlineMode, false);
         first.twoPoint.visit(visitor, 1);
         second.twoPoint.visit(visitor, 2);
         visitor.field("pointCircle", pointCircle, 20);
         visitor.setting("trigerFilter", trigerFilter, 1000, {0, 600000});
-        visitor.setting("use4pointstand", use4pointstand, false);
-        visitor.object("station1_4p", [&](auto& inner) { first.fourPoint.visit(inner); });
-        visitor.object("station2_4p", [&](auto& inner) { second.fourPoint.visit(inner); });
+        visitor.setting(CalibrationKeys::useFourPoint, use4pointstand, false);
+        visitor.object({CalibrationKeys::fourPoint, 1}, [&](auto& inner) { first.fourPoint.visit(inner); });
+        visitor.object({CalibrationKeys::fourPoint, 2}, [&](auto& inner) { second.fourPoint.visit(inner); });
     }
 };

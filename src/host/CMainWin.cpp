@@ -3,6 +3,7 @@
 #include "Resources.h"
 #include "common/forms/DialogForm.h"
 #include "config/AccessPolicy.h"
+#include "config/CellLimits.h"
 #include "config/IniFile.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksGlobalData.h"
@@ -102,6 +103,7 @@ void CMainWin::loadSettings()
     ksSysConfig::instance()->load();
     ksSysConfig::instance()->save();
     AccessPolicy::instance()->load();
+    CellLimits::instance()->load();
 }
 
 void CMainWin::applyLanguage()
@@ -123,9 +125,10 @@ void CMainWin::dress()
 void CMainWin::createWorkflow()
 {
     const SystemLog::ksLogDB* const log = &SystemLog::ksSysLog::instance()->database();
-    m_cell = std::make_unique<Cell>(
-        Cell::Ground{platform::home(), *ksSysConfig::instance(), *ksGlobalConfig::instance(), log, Scheduler::system()},
-        std::make_unique<ModuleSet>());
+    m_cell =
+        std::make_unique<Cell>(Cell::Ground{platform::home(), *ksSysConfig::instance(), *ksGlobalConfig::instance(),
+                                            *CellLimits::instance(), log, Scheduler::system()},
+                               std::make_unique<ModuleSet>());
     m_ui->alarmStrip->setBook(&m_cell->alarms());
     connect(m_cell.get(), &Cell::linkAlive, this, [this] { m_status->linkAlive(); });
     connect(m_cell.get(), &Cell::shutdownReceived, qApp, &QApplication::closeAllWindows);
@@ -188,16 +191,15 @@ void CMainWin::buildStatusBar()
 void CMainWin::createActions()
 {
     m_actions = std::make_unique<WindowActions>(WindowActions::Parts{
-        *this, *m_cell, *ksSysConfig::instance(), *ksGlobalConfig::instance(), *AccessPolicy::instance(), *m_test,
-        *m_twoPoint, *m_fourPoint, *m_licence, m_userCtrl.get()});
+        *this, *m_cell, *ksSysConfig::instance(), *ksGlobalConfig::instance(), *AccessPolicy::instance(),
+        *CellLimits::instance(), *m_test, *m_twoPoint, *m_fourPoint, *m_licence, m_userCtrl.get()});
     connect(m_actions.get(), &WindowActions::message, m_status,
             [this](const QString& text) { m_status->showMessage(text, 5000); });
     connect(m_actions.get(), &WindowActions::settingsApplied, m_cell.get(), &Cell::applySettings);
-    connect(m_actions.get(), &WindowActions::settingsApplied, this,
-            [this](const AuditChanges& changes) {
-                if (touches(changes, ksSysConfig::languageGroup))
-                    onLanguageChange(ksSysConfig::instance()->language);
-            });
+    connect(m_actions.get(), &WindowActions::settingsApplied, this, [this](const AuditChanges& changes) {
+        if (touches(changes, ksSysConfig::languageGroup))
+            onLanguageChange(ksSysConfig::instance()->language);
+    });
 }
 
 void CMainWin::connectTestMode()

@@ -240,7 +240,8 @@ void WindowActions::openCalibration()
 void WindowActions::openSettings()
 {
     auto* settings = dialog<QSystemSettingUI>(Engineers, [this] {
-        auto* made = new QSystemSettingUI(m_parts.settings, m_parts.config, m_parts.policy, &m_parts.window);
+        auto* made =
+            new QSystemSettingUI(m_parts.settings, m_parts.config, m_parts.policy, m_parts.limits, &m_parts.window);
         connect(made, &QSystemSettingUI::settingsApplied, this, &WindowActions::logChanges);
         connect(made, &QSystemSettingUI::settingsApplied, this, &WindowActions::settingsApplied);
         return made;

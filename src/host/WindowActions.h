@@ -8,6 +8,7 @@
 
 class AccessPolicy;
 class Cell;
+class CellLimits;
 class IUserCtrl;
 class LicenceDesk;
 class QMainWindow;
@@ -32,6 +33,7 @@ public:
         ksSysConfig& settings;
         ksGlobalConfig& config;
         AccessPolicy& policy;
+        CellLimits& limits;
         QTestWidget& test;
         ksImageCaliUI& twoPoint;
         ksImageCaliUI4P& fourPoint;

@@ -1,5 +1,6 @@
 #include "workflow/Cell.h"
 
+#include "config/CellLimits.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
@@ -14,7 +15,6 @@ namespace {
 
 constexpr int heartbeatMs = 300;
 constexpr int tickMs = 1000;
-constexpr int answerDeadlineMs = 2000;
 
 } // namespace
 
@@ -24,7 +24,7 @@ Cell::Cell(Ground ground, std::unique_ptr<IModules> modules, QObject* parent)
     , m_modules(std::move(modules))
     , m_alarms(m_ground.scheduler)
     , m_counts(m_ground.scheduler)
-    , m_road(m_ground.config, m_ground.scheduler, [] { return answerDeadlineMs; })
+    , m_road(m_ground.config, m_ground.scheduler, [&limits = m_ground.limits] { return limits.answerDeadlineMs; })
     , m_watch(m_ground.config, m_alarms)
     , m_heartbeat(m_ground.scheduler.timer(Scheduler::Repeating, [this] { sendHeartbeat(); }))
     , m_tick(m_ground.scheduler.timer(Scheduler::Repeating, [this] { tick(); }))

@@ -10,6 +10,7 @@
 #include "workflow/TriggerRoad.h"
 
 class CZdCtrl;
+class CellLimits;
 class DayCountsFile;
 class ksGlobalConfig;
 class ksSysConfig;
@@ -28,6 +29,7 @@ public:
         QString home; ///< without a separator at its end
         const ksSysConfig& settings;
         ksGlobalConfig& config;
+        const CellLimits& limits;
         const SystemLog::ksLogDB* systemLog; ///< whose faults are alarms; may be null
         Scheduler& scheduler;
     };

@@ -63,7 +63,7 @@ private:
 
     StationState& state(int station) { return m_states[station - 1]; }
     /// What the index asks for at one station.
-    void switchModel(int station, const IStation& target, qint32 index);
+    void switchModel(int station, const IStation* target, qint32 index);
     void modelMissing(int station, qint32 index, bool changed);
     /// Also starts the filter time of a trigger that is taken.
     bool isFiltered(int station);

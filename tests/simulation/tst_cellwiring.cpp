@@ -121,7 +121,8 @@ private slots:
         QCOMPARE(plant.cell->counts().of(1).refused, 1);
         plant.scheduler.advance(61 * 1000);
         QVERIFY(plant.home.read("/DBFiles/dayCounts.json").contains("\"refused\": 1"));
-        plant.scheduler.advance(12 * 3600 * 1000);
+        plant.scheduler.setClock(QDateTime(plant.scheduler.now().date(), QTime(23, 59, 30)));
+        plant.scheduler.advance(31 * 1000);
         QCOMPARE(plant.cell->counts().of(1).refused, 0);
     }
 

@@ -594,6 +594,18 @@
         <source>天（不起作用）</source>
         <translation>days (not used)</translation>
     </message>
+    <message>
+        <source>应答期限(&amp;D)</source>
+        <translation>Answer &amp;deadline</translation>
+    </message>
+    <message>
+        <source>应答期限</source>
+        <translation>Answer deadline</translation>
+    </message>
+    <message>
+        <source>毫秒，超时按未找到应答</source>
+        <translation>ms, then answered as not found</translation>
+    </message>
 </context>
 <context>
     <name>QTestWidget</name>

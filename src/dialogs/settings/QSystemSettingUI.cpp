@@ -6,10 +6,11 @@
 
 #include <QShowEvent>
 
-QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, QWidget* parent)
+QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access,
+                                   CellLimits& limits, QWidget* parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::QSystemSettingUI>())
-    , m_store(system, global, access)
+    , m_store(system, global, access, limits)
 {
     m_ui->setupUi(this);
     DialogForm::prepare(this);

@@ -7,6 +7,7 @@
 #include <memory>
 
 class AccessPolicy;
+class CellLimits;
 class SettingsForm;
 
 namespace Ui {
@@ -21,7 +22,8 @@ class QSystemSettingUI : public QDialog
 
 public:
     /// All outlive the dialog.
-    QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, QWidget* parent = nullptr);
+    QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, CellLimits& limits,
+                     QWidget* parent = nullptr);
     ~QSystemSettingUI() override;
 
     /// What can be chosen now; may be set anew at any time. A chosen name that is gone stays, marked as missing.

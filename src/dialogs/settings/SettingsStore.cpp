@@ -1,6 +1,7 @@
 #include "dialogs/settings/SettingsStore.h"
 
 #include "config/AccessPolicy.h"
+#include "config/CellLimits.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "platform/AppHome.h"
@@ -91,12 +92,33 @@ QString changedSentence(const QString& path, const SettingsMap& used, const Sett
     return texts.isEmpty() ? QString() : sentence(path, texts.join(Tr::tr("，")));
 }
 
+/// What the file of one of the small configurations holds now.
+template <typename Config>
+QString foreignChange(Config& used)
+{
+    if (!QFile::exists(Config::path()))
+        return {};
+    Config stored;
+    stored.load();
+    return changedSentence(Config::path(), read(used), read(stored));
+}
+
+/// The file stays away as long as it would say nothing, and untouched as long as it is right.
+template <typename Config>
+bool saveIfOther(Config& used, QString* error)
+{
+    Config stored;
+    stored.load();
+    return read(stored) == read(used) || used.save(error);
+}
+
 } // namespace
 
-SettingsStore::SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access)
+SettingsStore::SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, CellLimits& limits)
     : m_system(system)
     , m_global(global)
     , m_access(access)
+    , m_limits(limits)
 {
 }
 
@@ -105,6 +127,7 @@ SettingsMap SettingsStore::current() const
     SettingsMap settings = read(m_system);
     settings.insert(read(m_global));
     settings.insert(read(m_access));
+    settings.insert(read(m_limits));
     return settings;
 }
 
@@ -115,12 +138,14 @@ QMap<QString, SettingRange> SettingsStore::ranges() const
     eachSetting(m_system, note);
     eachSetting(m_global, note);
     eachSetting(m_access, note);
+    eachSetting(m_limits, note);
     return ranges;
 }
 
 QStringList SettingsStore::foreignChanges() const
 {
-    QStringList sentences{foreignSystemChange(), foreignGlobalChange(), foreignAccessChange()};
+    QStringList sentences{foreignSystemChange(), foreignGlobalChange(), foreignChange(m_access),
+                          foreignChange(m_limits)};
     sentences.removeAll(QString());
     return sentences;
 }
@@ -152,20 +177,12 @@ QString SettingsStore::foreignGlobalChange() const
     return stored.text() == m_global.text() ? QString() : sentence(globalFile, Tr::tr("标定数据与程序中的不同"));
 }
 
-QString SettingsStore::foreignAccessChange() const
-{
-    if (!QFile::exists(AccessPolicy::path()))
-        return {};
-    AccessPolicy stored;
-    stored.load();
-    return changedSentence(AccessPolicy::path(), read(m_access), read(stored));
-}
-
 void SettingsStore::assign(const SettingsMap& settings)
 {
     write(m_system, settings);
     write(m_global, settings);
     write(m_access, settings);
+    write(m_limits, settings);
 }
 
 bool SettingsStore::saveSystem(QString* error)
@@ -176,18 +193,11 @@ bool SettingsStore::saveSystem(QString* error)
     return false;
 }
 
-/// The file stays away as long as nothing is restricted, and untouched as long as it is right.
-bool SettingsStore::saveAccess(QString* error)
-{
-    AccessPolicy stored;
-    stored.load();
-    return stored.engineerOnly == m_access.engineerOnly || m_access.save(error);
-}
-
 bool SettingsStore::store(const SettingsMap& settings, QString* error)
 {
     const std::function<bool()> saves[] = {[&] { return saveSystem(error); }, [&] { return m_global.save(error); },
-                                           [&] { return saveAccess(error); }};
+                                           [&] { return saveIfOther(m_access, error); },
+                                           [&] { return saveIfOther(m_limits, error); }};
     const SettingsMap before = current();
     assign(settings);
     const auto failed = std::find_if_not(std::begin(saves), std::end(saves), [](const auto& save) { return save(); });
@@ -212,6 +222,7 @@ void SettingsStore::reload()
     m_system.load();
     m_global.load();
     m_access.load();
+    m_limits.load();
     for (int station = 1; station <= 2; ++station)
         m_global.station(station).runModel = runModels[station - 1];
 }

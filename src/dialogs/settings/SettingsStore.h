@@ -8,6 +8,7 @@
 #include <QVariant>
 
 class AccessPolicy;
+class CellLimits;
 class ksGlobalConfig;
 class ksSysConfig;
 
@@ -20,7 +21,7 @@ class SettingsStore
 {
 public:
     /// All outlive the store.
-    SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access);
+    SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, CellLimits& limits);
 
     /// The settings as the program uses them now.
     SettingsMap current() const;
@@ -47,12 +48,11 @@ public:
 private:
     void assign(const SettingsMap& settings);
     bool saveSystem(QString* error);
-    bool saveAccess(QString* error);
     QString foreignSystemChange() const;
     QString foreignGlobalChange() const;
-    QString foreignAccessChange() const;
 
     ksSysConfig& m_system;
     ksGlobalConfig& m_global;
     AccessPolicy& m_access;
+    CellLimits& m_limits;
 };

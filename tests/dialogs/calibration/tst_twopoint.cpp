@@ -276,6 +276,7 @@ private slots:
             viewer.setImageScale(1.0);
             Mouse(viewer).wheel(120 * station);
         }
+        QThreadPool::globalInstance()->waitForDone();
         const QSettings file(bench.home.path("/showImg.ini"), QSettings::IniFormat);
         QCOMPARE(file.value("ShowImg/Scale_Standard_1").toDouble(), 1.1);
         QCOMPARE(file.value("ShowImg/Scale_Standard_2").toDouble(), 1.21);
