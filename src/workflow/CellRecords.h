@@ -77,6 +77,7 @@ private:
     std::unique_ptr<QDiskCleanThread> startCleaner(const QString& root, bool byAge) const;
     /// Without threads: a pass of both cleaners.
     void clean();
+    void lookAfterLibrary();
 
     const QString m_home;
     const ksSysConfig& m_settings;
@@ -90,4 +91,6 @@ private:
     std::unique_ptr<QDiskCleanThread> m_sourceCleaner;
     std::unique_ptr<QDiskCleanThread> m_resultCleaner;
     std::unique_ptr<Scheduler::Timer> m_cleaning;
+    std::unique_ptr<Scheduler::Timer> m_lookAfterLibrary;
+    int m_libraryOpenings = 0; ///< at the last look
 };

@@ -113,17 +113,6 @@ Close anyway?</translation>
     </message>
 </context>
 <context>
-    <name>CellRecords</name>
-    <message>
-        <source>结果数据库打开失败：%1</source>
-        <translation>The result database cannot be opened: %1</translation>
-    </message>
-    <message>
-        <source>型号库打开失败：%1</source>
-        <translation>The model library cannot be opened: %1</translation>
-    </message>
-</context>
-<context>
     <name>CellStatusBar</name>
     <message>
         <source>系统时间</source>
@@ -772,6 +761,13 @@ Close anyway?</translation>
     <message>
         <source>相机%1的图像无效</source>
         <translation>The image of camera %1 is none</translation>
+    </message>
+</context>
+<context>
+    <name>SqliteStore</name>
+    <message>
+        <source>数据库%1已能使用，此前%2次打开失败</source>
+        <translation>Database %1 can be used again, after %2 failed attempts to open it</translation>
     </message>
 </context>
 </TS>
