@@ -594,6 +594,10 @@
         <source>天（不起作用）</source>
         <translation>days (not used)</translation>
     </message>
+    <message>
+        <source>仍然切换标定方式</source>
+        <translation>Switch all the same</translation>
+    </message>
 </context>
 <context>
     <name>QTestWidget</name>
@@ -698,6 +702,10 @@
     <message>
         <source>，</source>
         <translation>, </translation>
+    </message>
+    <message>
+        <source>工位%1：%2</source>
+        <translation>Station %1: %2</translation>
     </message>
 </context>
 <context>
