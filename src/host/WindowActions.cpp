@@ -139,8 +139,10 @@ WindowActions::WindowActions(const Parts& parts)
     : m_parts(parts)
     , m_engineering({&parts.test, &parts.twoPoint, &parts.fourPoint})
 {
-    for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{&parts.twoPoint, &parts.fourPoint})
+    for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{&parts.twoPoint, &parts.fourPoint}) {
         connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);
+        dialog->setUser([this] { return currentUser(); });
+    }
     if (!parts.userCtrl)
         return;
     connect(parts.userCtrl, &IUserCtrl::sgCurrentUserInfo, this,
@@ -295,7 +297,11 @@ void WindowActions::openCamera(const QString& key)
 
 void WindowActions::logChanges(const AuditChanges& changes) const
 {
-    const QString user = m_parts.userCtrl ? m_parts.userCtrl->currentUserName() : QString();
     for (const AuditChange& change : changes)
-        logChange(change, user);
+        logChange(change, currentUser());
+}
+
+QString WindowActions::currentUser() const
+{
+    return m_parts.userCtrl ? m_parts.userCtrl->currentUserName() : QString();
 }

@@ -58,6 +58,7 @@ public slots:
     void trigger(const QString& name);
     /// Writes who changed which setting from what to what into the system log.
     void logChanges(const AuditChanges& changes) const;
+    QString currentUser() const;
 
 signals:
     /// Settings hold new values; names are the keys of their files.

@@ -78,6 +78,12 @@ private slots:
         const QVariantMap result = plant.answer(stationTwo, finder::autoModelName());
         QCOMPARE(result.value("taskCali"), QVariant(true));
         QVERIFY(apart(algo(result).value("centerPoint").toPointF(), plant.truth.hub) < 1);
+
+        plant.home.write(QStringLiteral("/user/solutions/工位二/solution.json"), "{\"name\": \"工位二\", \"res");
+        plant.engine->initialise(); // nobody knows any more which point was meant
+        const QVariantMap refused = algo(plant.answer(stationTwo, finder::autoModelName()));
+        QCOMPARE(refused.value("angle").toDouble(), 361.0);
+        QVERIFY(refused.value("resultTip").toString().contains("solution.json"));
     }
 
     void taskThatCannotRunIsAnsweredAllTheSame()

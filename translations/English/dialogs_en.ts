@@ -606,6 +606,10 @@
         <source>毫秒，超时按未找到应答</source>
         <translation>ms, then answered as not found</translation>
     </message>
+    <message>
+        <source>仍然切换标定方式</source>
+        <translation>Switch all the same</translation>
+    </message>
 </context>
 <context>
     <name>QTestWidget</name>
@@ -710,6 +714,10 @@
     <message>
         <source>，</source>
         <translation>, </translation>
+    </message>
+    <message>
+        <source>工位%1：%2</source>
+        <translation>Station %1: %2</translation>
     </message>
 </context>
 <context>

@@ -743,6 +743,10 @@ Close anyway?</translation>
         <source>结果属于方案%1</source>
         <translation>The result belongs to solution %1</translation>
     </message>
+    <message>
+        <source>标定不可用：%1</source>
+        <translation>The calibration cannot be used: %1</translation>
+    </message>
 </context>
 <context>
     <name>TriggersInHand</name>

@@ -62,6 +62,10 @@ private:
     void submit(After after);
     /// Lets the operator decide between the files and the form; nothing happens until then.
     void askAboutFiles(const QStringList& foreign, After after);
+    /// Asks before the other kind of calibration comes into force where a station is not calibrated for it.
+    void askAboutCalibration(After after);
+    /// What the settings become: what was edited, and else what the program uses.
+    SettingsMap wanted() const;
     void store(After after);
     /// Gives up what was edited, and takes over what the files hold.
     void takeFiles();

@@ -128,6 +128,9 @@ private slots:
         bench.driver.type("spaceEdit", "25");
         bench.driver.shoot("settings");
         bench.driver.press("applyButton");
+        QCOMPARE(bench.driver.question(), "工位1：尚未进行四点标定\n工位2：尚未进行四点标定");
+        QVERIFY(bench.applied.isEmpty());
+        bench.driver.press("firstAnswer");
         QVERIFY(bench.dialog.isVisible());
         QCOMPARE(bench.driver.message(), "已保存");
         QCOMPARE(bench.driver.text("filterEdit"), "250");
