@@ -41,9 +41,14 @@ private slots:
         writeCameras(home, 2);
         writeSolutions(home, {"工位1", "工位2"});
         home.write("/user/systemConfig.ini", "[COM]\nPort=/nowhere/tty\n");
-        const BoxPresser presser(QMessageBox::Yes);
-        CMainWin window;
-        QCOMPARE(presser.said.value(0).section('|', 0, 1), QStringLiteral("提示|Com /nowhere/tty 115200 open failed"));
+        CMainWin window; // whose start waits for nobody
+        QPointer<QMessageBox> box = window.findChild<QMessageBox*>();
+        QVERIFY(box && box->isVisible());
+        QCOMPARE(box->windowTitle(), QStringLiteral("提示"));
+        QCOMPARE(box->text(), QStringLiteral("Com /nowhere/tty 115200 open failed"));
+        QCOMPARE(box->standardButtons(), QMessageBox::Yes | QMessageBox::No);
+        QCOMPARE(box->icon(), QMessageBox::Information);
+        QVERIFY(box->windowFlags() & Qt::MSWindowsFixedSizeDialogHint);
         QVERIFY(QSettings(home.path("/user/systemConfig.ini"), QSettings::IniFormat).allKeys().size() >= 13);
         QCOMPARE(window.windowTitle(), QStringLiteral("气门芯定位检测系统"));
         window.show();
@@ -52,37 +57,26 @@ private slots:
         QVERIFY(!window.findChild<QWidget*>("singleStationHint")->isVisible());
         auto* reading = window.findChild<QWidget*>("stationView2")->findChild<QWidget*>("reading");
         QVERIFY(reading->isVisible());
+        box->button(QMessageBox::Yes)->click();
+        QTRY_VERIFY(!box);
     }
 
-    void framesThatComeDuringTheStartUpMeetAWholeCell()
+    void cellWorksWhileTheBoxAboutItsPortIsOpen()
     {
         const TempHome home;
-        writeCameras(home, 2);
-        writeSolutions(home, {"工位1", "工位2"});
+        writeStations(home, 2);
         home.write("/user/systemConfig.ini", "[COM]\nPort=/nowhere/tty\n");
         home.write("/user/globalConfig.json",
                    R"({"onlineMode": true, "station_solution_1": "工位1", "station_solution_2": "工位2"})");
+        CMainWin window;
         QStringList shown;
-        QTimer::singleShot(0, this, [&] { // runs while the box about the port is open
-            for (QWidget* widget : QApplication::topLevelWidgets()) {
-                auto* window = qobject_cast<CMainWin*>(widget);
-                if (!window)
-                    continue;
-                connect(window, &CMainWin::sgShowLog, this, [&](int, const QString& text) { shown << text; });
-                for (const QByteArray& frame : {QByteArray("P\5"), QByteArray("C\7")}) {
-                    SComFrame sent;
-                    sent.command = static_cast<quint8>(frame[0]);
-                    sent.data[0] = frame[1];
-                    window->onAppanalysis(sent);
-                }
-            }
-            shown << QStringLiteral("box");
-        });
-        const BoxPresser presser(QMessageBox::Yes);
-        const CMainWin window;
-        QCOMPARE(shown.size(), 2);
-        QCOMPARE(shown[0], QStringLiteral("box"));
-        QVERIFY2(shown[1].contains("不存在索引7"), qPrintable(shown[1]));
+        connect(&window, &CMainWin::sgShowLog, this, [&](int, const QString& text) { shown << text; });
+        SComFrame indices;
+        indices.command = 'C';
+        indices.data[0] = 7;
+        window.onAppanalysis(indices);
+        QVERIFY2(shown.value(0).contains("不存在索引7"), qPrintable(shown.join('\n')));
+        QVERIFY(window.findChild<QMessageBox*>()->isVisible());
     }
 
     void oneCameraAndOneSolutionShowOneStation()
@@ -90,7 +84,6 @@ private slots:
         const TempHome home;
         writeCameras(home, 1);
         writeSolutions(home, {"工位1"});
-        const BoxPresser presser(QMessageBox::Yes);
         CMainWin window;
         window.show();
         QVERIFY(!window.findChild<QWidget*>("stationView2")->isVisible());
@@ -105,11 +98,7 @@ private slots:
         writeCameras(home, 2);
         SComFrame shutdown;
         shutdown.command = 0xF1;
-        std::unique_ptr<CMainWin> window;
-        {
-            const BoxPresser presser(QMessageBox::Yes);
-            window = std::make_unique<CMainWin>();
-        }
+        const std::unique_ptr<CMainWin> window = startWindow();
         window->show();
         {
             const BoxPresser no(QMessageBox::Cancel);

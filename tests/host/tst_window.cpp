@@ -34,12 +34,6 @@ const QImage& wheelImage()
     return image;
 }
 
-std::unique_ptr<CMainWin> startWindow()
-{
-    const BoxPresser noPort(QMessageBox::Yes);
-    return std::make_unique<CMainWin>();
-}
-
 StationReading reading(bool found, const QString& tip = {})
 {
     return {found, found ? 213.417 : 361.0, 1024.508, -87.251, tip, 21.5};
