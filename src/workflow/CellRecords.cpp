@@ -117,8 +117,11 @@ void CellRecords::openResultDatabase()
 void CellRecords::openModelLibrary(PlcIndexTable& indices, const QStringList& stations)
 {
     m_library = std::make_unique<QSqliteWheelHubZd>(m_home + QStringLiteral("/DBFiles/"));
-    if (!m_library->createTable())
-        SystemLog::warning(tr("型号库打开失败：%1").arg(m_library->lastError()));
+    if (!m_library->createTable()) {
+        const QString refused = m_library->openReport().text;
+        m_libraryError = refused.isEmpty() ? m_library->lastError() : refused;
+        SystemLog::warning(tr("型号库打开失败：%1").arg(m_libraryError));
+    }
     m_models = std::make_unique<ModelManager>(*m_library, indices, stations, m_scheduler);
 }
 
@@ -132,6 +135,7 @@ CellRecords::Health CellRecords::health() const
 {
     Health health;
     health.wantedMiB = qint64(m_settings.minFreeSpace) * 1024;
+    health.libraryError = m_libraryError;
     health.imagesGivenUp = m_archive->givenUp();
     health.imagesUnwritable = m_archive->isUnwritable();
     if (m_sourceCleaner)
