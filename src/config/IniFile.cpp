@@ -39,7 +39,8 @@ IniFile::IniFile(const QString& path)
     const QString reason = notIni(path);
     if (!reason.isEmpty()) {
         const QString aside = HomeFiles::keepAside(path);
-        qWarning("%s: %s; kept as %s", qUtf8Printable(path), qUtf8Printable(reason), qUtf8Printable(aside));
+        m_problem = QStringLiteral("%1: %2; kept as %3").arg(path, reason, aside);
+        qWarning("%s", qUtf8Printable(m_problem));
     }
     m_settings = std::make_unique<QSettings>(m_path, QSettings::IniFormat);
     m_settings->setIniCodec("UTF-8");

@@ -15,11 +15,15 @@ public:
 
     QSettings& settings() { return *m_settings; }
 
+    /// Why the file was kept aside; empty when it was not.
+    const QString& problem() const { return m_problem; }
+
     /// Writes what was set. Returns false, with a warning in the log, when that failed.
     bool commit();
 
 private:
     QString m_path;
+    QString m_problem;
     std::unique_ptr<QSettings> m_settings;
 };
 

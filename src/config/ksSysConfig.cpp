@@ -12,11 +12,14 @@ ksSysConfig::ksSysConfig()
     visit(defaults);
 }
 
-void ksSysConfig::load()
+bool ksSysConfig::load(QString* problem)
 {
     IniFile ini(filePath);
     IniReadVisitor reader(ini.settings());
     visit(reader);
+    if (problem)
+        *problem = ini.problem();
+    return ini.problem().isEmpty();
 }
 
 bool ksSysConfig::save()

@@ -199,6 +199,9 @@ void WindowActions::endEngineering()
     for (const QPointer<QDialog>& dialog : dialogs) {
         if (!dialog)
             continue;
+        const auto choosers = dialog->findChildren<QDialog*>();
+        for (QDialog* chooser : choosers)
+            chooser->reject();
         dialog->reject();
         if (dialog && (qobject_cast<QCameraManagerUI*>(dialog) || qobject_cast<QCameraSettingsUI*>(dialog)))
             delete dialog;

@@ -118,17 +118,24 @@ void CellRecords::openResultDatabase()
 void CellRecords::openModelLibrary(PlcIndexTable& indices, const QStringList& stations)
 {
     m_library = std::make_unique<QSqliteWheelHubZd>(m_home + QStringLiteral("/DBFiles/"));
-    m_library->createTable();
+    openLibrary();
     m_models = std::make_unique<ModelManager>(*m_library, indices, stations, m_scheduler);
     m_libraryOpenings = m_library->openings();
     m_lookAfterLibrary = m_scheduler.timer(Scheduler::Repeating, [this] { lookAfterLibrary(); });
     m_lookAfterLibrary->start(msBetweenLooks);
 }
 
+void CellRecords::openLibrary()
+{
+    const bool open = m_library->createTable();
+    const QString refused = m_library->openReport().text;
+    m_libraryError = open ? QString() : refused.isEmpty() ? m_library->lastError() : refused;
+}
+
 /// A library that could not be opened, or was put aside, is read when there is one again.
 void CellRecords::lookAfterLibrary()
 {
-    m_library->createTable();
+    openLibrary();
     if (m_library->openings() == m_libraryOpenings)
         return;
     m_libraryOpenings = m_library->openings();
@@ -145,6 +152,7 @@ CellRecords::Health CellRecords::health() const
 {
     Health health;
     health.wantedMiB = qint64(m_settings.minFreeSpace) * 1024;
+    health.libraryError = m_libraryError;
     health.imagesGivenUp = m_archive->givenUp();
     health.imagesUnwritable = m_archive->isUnwritable();
     if (m_sourceCleaner)

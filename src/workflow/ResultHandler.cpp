@@ -58,6 +58,7 @@ void ResultHandler::onResult(const Trigger& trigger, const QVariantMap& map)
     } else if (!result.hasAlgoResult) {
         refuse(part, StationLog::noTask());
         emit sgShowSrcImg(result.solution, result.originImage);
+        emit pictureNamed(part.station, trigger.model);
     } else {
         answer(part);
     }
@@ -180,6 +181,7 @@ void ResultHandler::show(const Part& part, const Verdict& verdict)
     const TaskResult& result = part.result;
     const PlcLink::Sent& sent = verdict.sent;
     emit sgShowImg(part.station, result.image);
+    emit pictureNamed(part.station, part.trigger.model);
     if (!sent.delivered)
         emit sgShowLog(part.station, m_log.noResult(result.taskName, StationLog::lineGone()));
     else

@@ -50,7 +50,7 @@ void TriggerDispatch::switchModel(int station, const IStation* target, qint32 in
     own.model = model;
     own.modelValid = !model.isEmpty();
     if (!own.modelValid)
-        return modelMissing(station, index, changed);
+        return reportMissing(station, index, changed);
     if (!changed)
         return;
     const QString text = m_log.switched(station, model, index);
@@ -61,8 +61,9 @@ void TriggerDispatch::switchModel(int station, const IStation* target, qint32 in
 }
 
 /// An index below 1 clears the station on purpose, so the panel shows the others only.
-void TriggerDispatch::modelMissing(int station, qint32 index, bool changed)
+void TriggerDispatch::reportMissing(int station, qint32 index, bool changed)
 {
+    emit modelMissing(station, index);
     if (changed)
         emit sgSystemLog(m_log.notSwitched(station, index));
     if (index > 0)
