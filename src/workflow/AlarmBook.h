@@ -21,6 +21,7 @@ struct Alarm
         NoImage,             ///< a station's triggers stay without an image
         NoResult,            ///< a station's images stay without a result
         CalibrationUnusable, ///< what a station finds cannot be sent
+        ClockJumped,         ///< no image goes by its age until this is acknowledged
     };
 
     Kind kind = PortLost;
@@ -30,8 +31,8 @@ struct Alarm
     int count = 1;   ///< how often it began; or what its source counts, such as images
     bool acknowledged = false;
 
-    /// Whether the alarm reports a loss, and stays until it is acknowledged. The others go when their cause goes.
-    bool isLatched() const { return kind == ImagesGivenUp || kind == DatabaseMovedAside; }
+    /// Whether the alarm asks for somebody, and stays until it is acknowledged. The others go when their cause goes.
+    bool isLatched() const { return kind == ImagesGivenUp || kind == DatabaseMovedAside || kind == ClockJumped; }
 };
 
 /// The alarms of the cell: what is wrong at present, and what was lost and not yet acknowledged. GUI thread.
@@ -62,6 +63,8 @@ public slots:
 
 signals:
     void changed();
+    /// One for each that acknowledge() met.
+    void acknowledged(const Alarm& alarm);
 
 private:
     Alarm* find(Alarm::Kind kind, const QString& subject);
