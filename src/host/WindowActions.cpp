@@ -256,6 +256,8 @@ void WindowActions::openSettings()
     settings->setSolutions(m_engineList);
     settings->setLanguages(LanguageSwitch::available());
     settings->setOneStation(hasOneStation());
+    if (const CellRecords* records = m_parts.cell.records())
+        settings->setImageDisk(records->health().freeMiB, records->isKeepingShortened());
     show(settings);
 }
 

@@ -33,6 +33,8 @@ QString what(const Alarm& alarm)
         return Texts::tr("工位%1没有检测结果：%2").arg(alarm.subject, alarm.detail);
     case Alarm::CalibrationUnusable:
         return Texts::tr("工位%1标定不可用：%2").arg(alarm.subject, alarm.detail);
+    case Alarm::ClockJumped:
+        return Texts::tr("系统时间突变为%1，已暂停按天数清理图像；核对时间后按“已知悉”继续").arg(alarm.detail);
     case Alarm::PortLost:
         return Texts::tr("PLC串口断开：%1").arg(withReason(alarm));
     case Alarm::PlcSilent:

@@ -82,7 +82,7 @@ std::unique_ptr<QDiskCleanThread> CellRecords::startCleaner(const QString& root,
     cleaner->setAgeCleaning(byAge);
     cleaner->setAgeLimit(m_settings.cleanDays);
     cleaner->setMinFreeSpace(m_settings.minFreeSpace);
-    cleaner->setClock([&scheduler = m_scheduler] { return scheduler.now(); });
+    cleaner->setScheduler(m_scheduler);
     if (m_scheduler.usesThreads())
         cleaner->start();
     return cleaner;
@@ -100,6 +100,19 @@ void CellRecords::applySettings()
         m_sourceCleaner->change(m_settings.cleanSrcImages, m_settings.cleanDays, m_settings.minFreeSpace);
     if (m_resultCleaner)
         m_resultCleaner->change(m_settings.cleanRltImages, m_settings.cleanDays, m_settings.minFreeSpace);
+}
+
+void CellRecords::acceptClock()
+{
+    for (QDiskCleanThread* cleaner : {m_sourceCleaner.get(), m_resultCleaner.get()}) {
+        if (cleaner)
+            cleaner->acceptClock();
+    }
+}
+
+bool CellRecords::isKeepingShortened() const
+{
+    return m_sourceCleaner && (m_sourceCleaner->isKeepingShortened() || m_resultCleaner->isKeepingShortened());
 }
 
 void CellRecords::openResultDatabase()
@@ -147,7 +160,7 @@ IResultStore* CellRecords::store() const
     return m_store.get();
 }
 
-/// Both cleaners look at the same drive, so one speaks for both.
+/// Both cleaners look at the same drive, so one speaks for both; a jump of the clock may meet either first.
 CellRecords::Health CellRecords::health() const
 {
     Health health;
@@ -155,8 +168,12 @@ CellRecords::Health CellRecords::health() const
     health.libraryError = m_libraryError;
     health.imagesGivenUp = m_archive->givenUp();
     health.imagesUnwritable = m_archive->isUnwritable();
-    if (m_sourceCleaner)
+    if (m_sourceCleaner) {
         health.freeMiB = m_sourceCleaner->lastFreeMiB();
+        health.clockJump = m_sourceCleaner->clockJump();
+    }
+    if (m_resultCleaner && !health.clockJump.isValid())
+        health.clockJump = m_resultCleaner->clockJump();
     if (m_recorder)
         health.resultsWaiting = m_recorder->waiting();
     if (m_results)

@@ -833,6 +833,10 @@ Close anyway?</translation>
         <source>设备管理</source>
         <translation>Devices</translation>
     </message>
+    <message>
+        <source>系统时间突变为%1，已暂停按天数清理图像；核对时间后按“已知悉”继续</source>
+        <translation>The clock jumped to %1: images are not deleted by age; check the time, then acknowledge</translation>
+    </message>
 </context>
 <context>
     <name>ViewMenu</name>
@@ -918,6 +922,17 @@ Close anyway?</translation>
     <message>
         <source>工位“%1”：上一次触发没有图像</source>
         <translation>Station “%1”: no image came of the last trigger</translation>
+    </message>
+</context>
+<context>
+    <name>QDiskCleanThread</name>
+    <message>
+        <source>系统时间突变为%1，暂停按天数清理%2</source>
+        <translation>The clock jumped to %1: %2 is not cleaned by age</translation>
+    </message>
+    <message>
+        <source>剩余空间不足%1 GB，%2的图像从现在起到程序结束只保留1天</source>
+        <translation>Less than %1 GB are free: images in %2 are kept for 1 day only from now until the program ends</translation>
     </message>
 </context>
 </TS>

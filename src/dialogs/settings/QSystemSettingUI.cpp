@@ -61,6 +61,13 @@ void QSystemSettingUI::setOneStation(bool one)
     judge();
 }
 
+void QSystemSettingUI::setImageDisk(qint64 freeMiB, bool keptOneDay)
+{
+    m_freeMiB = freeMiB;
+    m_keptOneDay = keptOneDay;
+    judge();
+}
+
 void QSystemSettingUI::load()
 {
     m_ui->question->dismiss();
@@ -99,6 +106,16 @@ QString QSystemSettingUI::sameChoiceProblem() const
     return {};
 }
 
+QString QSystemSettingUI::keepingWarning() const
+{
+    if (m_keptOneDay)
+        return tr("剩余空间曾低于最小剩余空间，到程序结束图像只保留1天");
+    if (m_freeMiB >= 0 && qint64(m_ui->spaceEdit->value()) * 1024 > m_freeMiB)
+        return tr("现在只剩%1 GB，少于最小剩余空间：图像将只保留1天，不管保留天数")
+            .arg(QString::number(m_freeMiB / 1024.0, 'f', 1));
+    return {};
+}
+
 QString QSystemSettingUI::problem() const
 {
     const QString problem = m_form->judge(m_shown);
@@ -114,7 +131,18 @@ void QSystemSettingUI::judge()
     if (!problem.isEmpty())
         m_ui->message->say(Tone::Error, problem);
     else
-        m_ui->message->say(Tone::Warning, m_form->warning());
+        m_ui->message->say(Tone::Warning, warning());
+}
+
+QString QSystemSettingUI::warning()
+{
+    const QString keeping = keepingWarning();
+    m_ui->spaceEdit->setToolTip(keeping);
+    if (!keeping.isEmpty())
+        setTone(m_ui->spaceEdit, Tone::Warning);
+    QStringList warnings{m_form->warning(), keeping};
+    warnings.removeAll({});
+    return warnings.join(tr("；"));
 }
 
 void QSystemSettingUI::accept()
