@@ -806,8 +806,8 @@ Close anyway?</translation>
         <translation>Wrong entries have their defaults: check the settings and save them</translation>
     </message>
     <message>
-        <source>检查DBFiles文件夹的权限，然后重新启动</source>
-        <translation>Check the rights of the folder DBFiles, then restart</translation>
+        <source>检查DBFiles文件夹的权限，恢复后自动使用</source>
+        <translation>Check the rights of the DBFiles folder; it is used again by itself</translation>
     </message>
     <message>
         <source>系统设置</source>
@@ -836,6 +836,10 @@ Close anyway?</translation>
     <message>
         <source>系统时间突变为%1，已暂停按天数清理图像；核对时间后按“已知悉”继续</source>
         <translation>The clock jumped to %1: images are not deleted by age; check the time, then acknowledge</translation>
+    </message>
+    <message>
+        <source>核对系统时间，然后按“已知悉”</source>
+        <translation>Check the system's time, then press “Acknowledge”</translation>
     </message>
 </context>
 <context>
