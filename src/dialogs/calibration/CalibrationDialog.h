@@ -16,7 +16,7 @@ class CalibrationDialog;
 }
 
 /// A calibration dialog with a panel for each station; what the two kinds of calibration share. Each showing begins
-/// with what is stored. Buttons are told apart by their object names, stations by the sender. GUI thread.
+/// with what is stored. Buttons are known by their object names, stations by the sender. GUI thread.
 class CalibrationDialog : public QDialog
 {
     Q_OBJECT

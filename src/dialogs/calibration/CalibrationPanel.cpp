@@ -13,7 +13,7 @@
 #include <QLineEdit>
 #include <QMenu>
 
-#include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -250,25 +250,27 @@ void CalibrationPanel::propose(const StationConfig& wanted, const QString& quest
     if (!question.isEmpty())
         sentences.prepend(question);
     if (sentences.isEmpty())
+        return putIntoForce(wanted);
+    const auto act = [this, wanted, restores = !question.isEmpty()] {
         putIntoForce(wanted);
-    else
-        m_ui->question->ask(sentences.join(QLatin1Char('\n')), {answer, [this, wanted, restored = !question.isEmpty()] {
-                                                                    putIntoForce(wanted);
-                                                                    if (restored)
-                                                                        showConfig();
-                                                                }});
+        if (restores)
+            showConfig();
+    };
+    m_ui->question->ask(sentences.join(QLatin1Char('\n')), {answer, act});
 }
 
 void CalibrationPanel::putIntoForce(const StationConfig& wanted)
 {
     ksGlobalConfig& global = *ksGlobalConfig::instance();
     const QByteArray before = global.text();
-    const StationConfig former = std::exchange(config(), wanted);
-    showStored(wanted);
+    // Only its own values: the station may have got another model while the question was open.
+    const StationConfig next = m_history.restored(config(), m_history.valuesOf(wanted));
+    const StationConfig former = std::exchange(config(), next);
+    showStored(next);
     QString error;
     if (!global.save(&error))
         showMessage(tr("参数已生效，但未能保存：%1").arg(error), refusedStyle);
-    else if (!m_history.add(former, wanted, m_user ? m_user() : QString(), &error))
+    else if (!m_history.add(former, next, m_user ? m_user() : QString(), &error))
         showMessage(tr("参数已生效，但未留下记录：%1").arg(error), refusedStyle);
     else
         showMessage(tr("参数已生效"), doneStyle);

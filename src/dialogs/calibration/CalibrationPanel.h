@@ -78,7 +78,7 @@ protected:
         QStringList warnings;
     };
 
-    /// \param factLines how many facts the hints hold at most
+    /// \param factLines how many lines the facts of the hints take at most, in any language
     CalibrationPanel(int station, int factLines, CalibrationHistory::Kind kind, QWidget* parent);
 
     virtual QVector<Marker> markers() = 0;

@@ -25,7 +25,7 @@ QString fixed3(double value)
 } // namespace
 
 FourPointPanel::FourPointPanel(int station, QWidget* parent)
-    : CalibrationPanel(station, 4, CalibrationHistory::Kind::FourPoint, parent)
+    : CalibrationPanel(station, 5, CalibrationHistory::Kind::FourPoint, parent)
     , m_form(std::make_unique<Ui::FourPointForm>())
 {
     auto* form = new QWidget(this);

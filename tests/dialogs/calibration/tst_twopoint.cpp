@@ -205,8 +205,10 @@ private slots:
         if (!asks)
             return;
         QCOMPARE(stored.scale, 0.28076543);
+        bench.config()->stations[0].runModel = "钢圈"; // the PLC does not wait for the answer
         session.hand.press("firstAnswer");
         QVERIFY(stored.scale > 0.286);
+        QCOMPARE(bench.config()->stations[0].runModel, QStringLiteral("钢圈"));
 
         auto* menu = session.hand.get<QPushButton>("earlierButton")->menu();
         emit menu->aboutToShow();
