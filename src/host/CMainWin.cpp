@@ -193,11 +193,10 @@ void CMainWin::createActions()
     connect(m_actions.get(), &WindowActions::message, m_status,
             [this](const QString& text) { m_status->showMessage(text, 5000); });
     connect(m_actions.get(), &WindowActions::settingsApplied, m_cell.get(), &Cell::applySettings);
-    connect(m_actions.get(), &WindowActions::settingsApplied, this,
-            [this](const AuditChanges& changes) {
-                if (touches(changes, ksSysConfig::languageGroup))
-                    onLanguageChange(ksSysConfig::instance()->language);
-            });
+    connect(m_actions.get(), &WindowActions::settingsApplied, this, [this](const AuditChanges& changes) {
+        if (touches(changes, ksSysConfig::languageGroup))
+            onLanguageChange(ksSysConfig::instance()->language);
+    });
 }
 
 void CMainWin::connectTestMode()
@@ -335,4 +334,6 @@ void CMainWin::changeEvent(QEvent* event)
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::LanguageChange && m_ui)
         m_ui->retranslateUi(this);
+    if (event->type() == QEvent::LanguageChange && m_actions)
+        m_actions->retranslate();
 }
