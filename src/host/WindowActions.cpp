@@ -230,16 +230,22 @@ void WindowActions::logInOut()
 
 void WindowActions::openCalibration()
 {
-    const auto open = [this](auto& dialog, const QString& title) {
+    const auto open = [this](auto& dialog) {
         if (hasOneStation())
             dialog.setOneStation(true);
-        dialog.setWindowTitle(title);
         show(&dialog);
     };
+    retranslate();
     if (m_parts.config.use4pointstand)
-        open(m_parts.fourPoint, tr("图像标定 4点标定"));
+        open(m_parts.fourPoint);
     else
-        open(m_parts.twoPoint, tr("图像标定 2点标定"));
+        open(m_parts.twoPoint);
+}
+
+void WindowActions::retranslate()
+{
+    m_parts.fourPoint.setWindowTitle(tr("图像标定 4点标定"));
+    m_parts.twoPoint.setWindowTitle(tr("图像标定 2点标定"));
 }
 
 void WindowActions::openSettings()
