@@ -15,6 +15,10 @@ bool flushFile(const QString& path);
 /// The process's resident memory in KiB; 0 when the platform does not say.
 qint64 residentMemoryKiB();
 
+/// Gives memory that the process has freed but keeps for itself back to the system. It takes some milliseconds for each
+/// 100 MiB, during which other threads may wait for memory.
+void releaseFreeMemory();
+
 /// Makes the calling thread yield the processor to the others of the program whenever they want it.
 void lowerThreadPriority();
 
