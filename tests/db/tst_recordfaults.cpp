@@ -287,6 +287,27 @@ private slots:
         QCOMPARE(recorded(), numbers(3, 5));
     }
 
+    void rowsThatWaitAtTheEndGoInAtTheNextStart()
+    {
+        const QString spill = file() + ".waiting.json";
+        Recording(file()).record(1);
+        {
+            OtherProgram other(file());
+            QVERIFY(other.run("BEGIN IMMEDIATE"));
+            Recording(file()).record(2);
+            Recording(file()).record(3); // behind the row of the start before
+        }
+        QVERIFY(QFile::copy(spill, file() + ".copy"));
+        for (int next = 4; next <= 5; ++next) {
+            Recording cell(file());
+            cell.record(next);
+            QTRY_COMPARE(cell.recorder.waiting(), 0);
+            QCOMPARE(recorded(), numbers(1, next));
+            QVERIFY(!QFile::exists(spill));
+            QFile::rename(file() + ".copy", spill); // as if the program had died before it removed the file
+        }
+    }
+
     void clockIsSetBackAnHour()
     {
         SetClock clock(noon);
