@@ -13,6 +13,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 #endif
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 #ifdef Q_OS_LINUX
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -58,6 +61,11 @@ void keepThisLibrary()
                        reinterpret_cast<LPCWSTR>(&keepThisLibrary), &pinned);
 }
 
+void releaseFreeMemory()
+{
+    HeapCompact(GetProcessHeap(), 0);
+}
+
 void lowerThreadPriority()
 {
     SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
@@ -95,6 +103,13 @@ qint64 residentMemoryKiB()
 }
 
 void keepThisLibrary() {} // linked with "nodelete"
+
+void releaseFreeMemory()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
 
 void lowerThreadPriority()
 {
