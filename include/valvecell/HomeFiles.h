@@ -54,11 +54,12 @@ inline JsonRead readJson(const QString& path)
     return {JsonRead::Good, document.object(), {}};
 }
 
-/// Renames a file to a free name beside it that holds the time, and returns that name; empty when it could not.
-inline QString keepAside(const QString& path)
+/// Renames a file to a free name beside it that holds a word for the reason and the time, and returns that name; empty
+/// when it could not.
+inline QString keepAside(const QString& path, const QString& word = QStringLiteral("damaged"))
 {
-    const QString stem =
-        path + QStringLiteral(".damaged-") + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
+    const QString stem = path + QLatin1Char('.') + word + QLatin1Char('-') +
+                         QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
     for (int i = 0; i < 100; ++i) {
         const QString aside = i == 0 ? stem : QStringLiteral("%1-%2").arg(stem).arg(i);
         if (!QFile::exists(aside))

@@ -31,17 +31,25 @@ bool readNonFinite(const QString& text, double& value)
     return true;
 }
 
+QByteArray jsonText(const QJsonValue& value)
+{
+    const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return array.mid(1, array.size() - 2);
+}
+
 QByteArray quoted(const QString& text)
 {
-    const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
-    return array.mid(1, array.size() - 2);
+    return jsonText(text);
 }
 
 } // namespace
 
 void JsonReadVisitor::wrongType(const ConfigKey& key, const char* wanted)
 {
-    m_problems << QStringLiteral("%1: \"%2\" is not %3, its default is used").arg(m_place, key, QLatin1String(wanted));
+    const QJsonValue value = m_object.value(key);
+    m_wrong.insert(key, value);
+    m_problems << QStringLiteral("%1: \"%2\" is not %3, its default is used: %4")
+                      .arg(m_place, key, QLatin1String(wanted), QString::fromUtf8(jsonText(value).left(80)));
 }
 
 void JsonReadVisitor::field(const ConfigKey& key, QString& value, const QString& fallback)
@@ -81,8 +89,10 @@ void JsonReadVisitor::field(const ConfigKey& key, double& value, double fallback
 QJsonObject JsonReadVisitor::nestedObject(const ConfigKey& key)
 {
     const QJsonValue json = m_object.value(key);
-    if (!json.isUndefined() && !json.isObject())
+    if (!json.isUndefined() && !json.isObject()) {
+        m_wrong.insert(key, json);
         m_problems << QStringLiteral("%1: \"%2\" is not an object, its values stay").arg(m_place, key);
+    }
     return json.toObject();
 }
 
@@ -90,7 +100,8 @@ void JsonWriteVisitor::append(const ConfigKey& key, const QByteArray& json)
 {
     if (!m_lines.isEmpty())
         m_lines += ",\n";
-    m_lines += m_indent + quoted(key) + ": " + json;
+    const QJsonValue kept = m_kept.value(key);
+    m_lines += m_indent + quoted(key) + ": " + (kept.isUndefined() || kept.isObject() ? json : jsonText(kept));
 }
 
 void JsonWriteVisitor::field(const ConfigKey& key, const QString& value, const QString&)

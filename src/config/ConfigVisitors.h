@@ -102,10 +102,14 @@ public:
         JsonReadVisitor inner(nested, m_place + QLatin1Char('/') + static_cast<const QString&>(key));
         visit(inner);
         m_problems += inner.problems();
+        if (!inner.wrongValues().isEmpty())
+            m_wrong.insert(key, inner.wrongValues());
     }
 
     /// Keys that hold a wrong type, each with its place.
     const QStringList& problems() const { return m_problems; }
+    /// What stands at those keys; nested as the file is.
+    const QJsonObject& wrongValues() const { return m_wrong; }
 
 private:
     QJsonObject nestedObject(const ConfigKey& key);
@@ -114,14 +118,17 @@ private:
     QJsonObject m_object;
     QString m_place;
     QStringList m_problems;
+    QJsonObject m_wrong;
 };
 
 /// Writes the fields as JSON text in the order of the visit (a QJsonObject would sort its keys).
 class JsonWriteVisitor : public EveryField<JsonWriteVisitor>
 {
 public:
-    explicit JsonWriteVisitor(int depth = 1)
-        : m_indent(4 * depth, ' ')
+    /// `kept` are values that stand in the place of the fields', nested as the file is.
+    explicit JsonWriteVisitor(const QJsonObject& kept = {}, int depth = 1)
+        : m_kept(kept)
+        , m_indent(4 * depth, ' ')
     {
     }
 
@@ -134,7 +141,7 @@ public:
     template <typename Visit>
     void object(const ConfigKey& key, Visit visit)
     {
-        JsonWriteVisitor inner(m_indent.size() / 4 + 1);
+        JsonWriteVisitor inner(m_kept.value(key).toObject(), m_indent.size() / 4 + 1);
         visit(inner);
         append(key, inner.text());
     }
@@ -145,6 +152,7 @@ public:
 private:
     void append(const ConfigKey& key, const QByteArray& json);
 
+    QJsonObject m_kept;
     QByteArray m_indent;
     QByteArray m_lines;
 };

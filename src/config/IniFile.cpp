@@ -4,6 +4,12 @@
 
 #include <valvecell/HomeFiles.h>
 
+#include <QMap>
+#include <QRunnable>
+#include <QThreadPool>
+
+#include <mutex>
+
 namespace {
 
 /// The settings library takes any bytes for an INI file; a line without a group, a key or a comment shows that it is
@@ -73,7 +79,25 @@ void IniReadVisitor::field(const ConfigKey& key, int& value, int fallback)
 
 void saveViewerScale(const QString& viewer, double scale)
 {
-    IniFile file(platform::inHome(QStringLiteral("/showImg.ini")));
-    file.settings().setValue(QStringLiteral("ShowImg/") + viewer, scale);
-    file.commit();
+    static std::mutex mutex; // guards what waits
+    static QMap<QString, double> waiting;
+    const std::lock_guard<std::mutex> lock(mutex);
+    const bool isWriting = !waiting.isEmpty();
+    waiting[viewer] = scale;
+    if (isWriting)
+        return;
+    QThreadPool::globalInstance()->start(
+        QRunnable::create([path = platform::inHome(QStringLiteral("/showImg.ini"))] {
+            static std::mutex fileMutex; // one writer reads and replaces the file at a time
+            const std::lock_guard<std::mutex> fileLock(fileMutex);
+            QMap<QString, double> scales;
+            {
+                const std::lock_guard<std::mutex> innerLock(mutex);
+                scales.swap(waiting);
+            }
+            IniFile file(path);
+            for (auto it = scales.cbegin(); it != scales.cend(); ++it)
+                file.settings().setValue(QStringLiteral("ShowImg/") + it.key(), it.value());
+            file.commit();
+        }));
 }

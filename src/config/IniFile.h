@@ -67,5 +67,6 @@ private:
 };
 
 /// Remembers the zoom factor of a viewer in "/showImg.ini" below the home, under "ShowImg/" + `viewer`. The viewers:
-/// "ScaleA", "ScaleB" of the main window, "Scale_Standard_1", "Scale_Standard_2" of the calibration dialogs.
+/// "ScaleA", "ScaleB" of the main window, "Scale_Standard_1", "Scale_Standard_2" of the calibration dialogs. Written by
+/// the global thread pool, so that turning a wheel waits for no disk; of several in a row the last. GUI thread.
 void saveViewerScale(const QString& viewer, double scale);

@@ -378,4 +378,6 @@ void CMainWin::changeEvent(QEvent* event)
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::LanguageChange && m_ui)
         m_ui->retranslateUi(this);
+    if (event->type() == QEvent::LanguageChange && m_actions)
+        m_actions->retranslate();
 }

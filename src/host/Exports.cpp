@@ -1,9 +1,11 @@
 #include "host/ksMain.h"
+#include "platform/System.h"
 
 #include <valvecell/Export.h>
 
 VALVECELL_MODULE_EXPORT IMainWidget* MainWidget_Create()
 {
+    platform::keepThisLibrary();
     return new ksMain;
 }
 

@@ -139,8 +139,10 @@ WindowActions::WindowActions(const Parts& parts)
     : m_parts(parts)
     , m_engineering({&parts.test, &parts.twoPoint, &parts.fourPoint})
 {
-    for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{&parts.twoPoint, &parts.fourPoint})
+    for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{&parts.twoPoint, &parts.fourPoint}) {
         connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);
+        dialog->setUser([this] { return currentUser(); });
+    }
     if (!parts.userCtrl)
         return;
     connect(parts.userCtrl, &IUserCtrl::sgCurrentUserInfo, this,
@@ -228,16 +230,22 @@ void WindowActions::logInOut()
 
 void WindowActions::openCalibration()
 {
-    const auto open = [this](auto& dialog, const QString& title) {
+    const auto open = [this](auto& dialog) {
         if (hasOneStation())
             dialog.setOneStation(true);
-        dialog.setWindowTitle(title);
         show(&dialog);
     };
+    retranslate();
     if (m_parts.config.use4pointstand)
-        open(m_parts.fourPoint, tr("图像标定 4点标定"));
+        open(m_parts.fourPoint);
     else
-        open(m_parts.twoPoint, tr("图像标定 2点标定"));
+        open(m_parts.twoPoint);
+}
+
+void WindowActions::retranslate()
+{
+    m_parts.fourPoint.setWindowTitle(tr("图像标定 4点标定"));
+    m_parts.twoPoint.setWindowTitle(tr("图像标定 2点标定"));
 }
 
 void WindowActions::openSettings()
@@ -254,6 +262,8 @@ void WindowActions::openSettings()
     settings->setSolutions(m_engineList);
     settings->setLanguages(LanguageSwitch::available());
     settings->setOneStation(hasOneStation());
+    if (const CellRecords* records = m_parts.cell.records())
+        settings->setImageDisk(records->health().freeMiB, records->isKeepingShortened());
     show(settings);
 }
 
@@ -298,7 +308,11 @@ void WindowActions::openCamera(const QString& key)
 
 void WindowActions::logChanges(const AuditChanges& changes) const
 {
-    const QString user = m_parts.userCtrl ? m_parts.userCtrl->currentUserName() : QString();
     for (const AuditChange& change : changes)
-        logChange(change, user);
+        logChange(change, currentUser());
+}
+
+QString WindowActions::currentUser() const
+{
+    return m_parts.userCtrl ? m_parts.userCtrl->currentUserName() : QString();
 }

@@ -33,6 +33,8 @@ QString what(const Alarm& alarm)
         return Texts::tr("工位%1没有检测结果：%2").arg(alarm.subject, alarm.detail);
     case Alarm::CalibrationUnusable:
         return Texts::tr("工位%1标定不可用：%2").arg(alarm.subject, alarm.detail);
+    case Alarm::ClockJumped:
+        return Texts::tr("系统时间突变为%1，已暂停按天数清理图像；核对时间后按“已知悉”继续").arg(alarm.detail);
     case Alarm::PortLost:
         return Texts::tr("PLC串口断开：%1").arg(withReason(alarm));
     case Alarm::PlcSilent:
@@ -72,7 +74,7 @@ Help helpOf(const Alarm& alarm)
 {
     switch (alarm.kind) {
     case Alarm::Starting:
-        return {Texts::tr("请稍候")};
+        return {Texts::tr("请稍候"), "", {}};
     case Alarm::PortLost:
         return {Texts::tr("检查串口线和端口设置，恢复后自动连接"), "actionSystem", Texts::tr("系统设置")};
     case Alarm::PlcSilent:
@@ -93,11 +95,13 @@ Help helpOf(const Alarm& alarm)
     case Alarm::ImagesGivenUp:
         return {Texts::tr("减少保存的图像，或更换更快的磁盘"), "actionSystem", Texts::tr("系统设置")};
     case Alarm::DatabaseMovedAside:
-        return {Texts::tr("已启用新文件；旧数据请由工程师从另存文件恢复")};
+        return {Texts::tr("已启用新文件；旧数据请由工程师从另存文件恢复"), "", {}};
+    case Alarm::ClockJumped:
+        return {Texts::tr("核对系统时间，然后按“已知悉”"), "", {}};
     case Alarm::ConfigDamaged:
         return {Texts::tr("错误的项使用默认值：请核对设置并重新保存"), "actionSystem", Texts::tr("系统设置")};
     case Alarm::LibraryUnusable:
-        return {Texts::tr("检查DBFiles文件夹的权限，然后重新启动"), "actionDevice", Texts::tr("设备管理")};
+        return {Texts::tr("检查DBFiles文件夹的权限，恢复后自动使用"), "actionDevice", Texts::tr("设备管理")};
     }
     return {};
 }

@@ -15,6 +15,10 @@ bool flushFile(const QString& path);
 /// The process's resident memory in KiB; 0 when the platform does not say.
 qint64 residentMemoryKiB();
 
+/// Keeps the library with the calling code in the process when its host unloads it: singletons, and what they left with
+/// Qt, live until the process ends. Where the linker does that, nothing.
+void keepThisLibrary();
+
 /// Makes the calling thread yield the processor to the others of the program whenever they want it.
 void lowerThreadPriority();
 

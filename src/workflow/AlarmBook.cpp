@@ -106,6 +106,7 @@ void AlarmBook::set(bool present, Alarm::Kind kind, const QString& subject, cons
 
 void AlarmBook::acknowledge()
 {
+    const QVector<Alarm> seen = m_alarms;
     for (Alarm& alarm : m_alarms) {
         alarm.acknowledged = true;
         if (!alarm.isLatched())
@@ -116,4 +117,6 @@ void AlarmBook::acknowledge()
     const auto isOver = [](const Alarm& alarm) { return alarm.isLatched(); };
     m_alarms.erase(std::remove_if(m_alarms.begin(), m_alarms.end(), isOver), m_alarms.end());
     emit changed();
+    for (const Alarm& alarm : seen)
+        emit acknowledged(alarm);
 }

@@ -25,6 +25,7 @@ struct Alarm
         ConfigDamaged,       ///< a file of the set-up was not understood, wholly or in part, when it was read
         CameraUnknown,       ///< a station is set up for a camera that there is not
         LibraryUnusable,     ///< the model library takes and gives nothing
+        ClockJumped,         ///< no image goes by its age until this is acknowledged
     };
 
     Kind kind = PortLost;
@@ -35,8 +36,11 @@ struct Alarm
     int count = 1;   ///< how often it began; or what its source counts, such as images
     bool acknowledged = false;
 
-    /// Whether the alarm reports a loss, and stays until it is acknowledged. The others go when their cause goes.
-    bool isLatched() const { return kind == ImagesGivenUp || kind == DatabaseMovedAside || kind == ConfigDamaged; }
+    /// Whether the alarm asks for somebody, and stays until it is acknowledged. The others go when their cause goes.
+    bool isLatched() const
+    {
+        return kind == ImagesGivenUp || kind == DatabaseMovedAside || kind == ConfigDamaged || kind == ClockJumped;
+    }
 };
 
 /// The alarms of the cell: what is wrong at present, and what was lost and not yet acknowledged. GUI thread.
@@ -72,6 +76,8 @@ public slots:
 
 signals:
     void changed();
+    /// One for each that acknowledge() met.
+    void acknowledged(const Alarm& alarm);
 
 private:
     Alarm* find(Alarm::Kind kind, const QString& subject);

@@ -119,6 +119,8 @@ void AlarmWatch::checkRecords()
     if (low || enough)
         m_book.set(low, Alarm::DiskLow, {}, QString::number(health.freeMiB / 1024.0, 'f', 1));
     m_book.set(!health.libraryError.isEmpty(), Alarm::LibraryUnusable, {}, health.libraryError);
+    if (health.clockJump.isValid())
+        m_book.raise(Alarm::ClockJumped, {}, health.clockJump.toString(QStringLiteral("yyyy-MM-dd hh:mm")));
     m_book.set(health.imagesUnwritable, Alarm::ImagesUnwritable, {}, {});
     m_book.set(health.resultsWaiting > 0, Alarm::ResultsWaiting, {}, QString::number(health.resultsWaiting));
     if (health.imagesGivenUp > 0)

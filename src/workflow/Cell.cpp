@@ -95,6 +95,10 @@ void Cell::raiseAlarms()
     connect(&m_road.results(), &ResultHandler::calibrationJudged, this, [this](int number, const QString& problem) {
         m_alarms.set(!problem.isEmpty(), Alarm::CalibrationUnusable, QString::number(number), problem);
     });
+    connect(&m_alarms, &AlarmBook::acknowledged, this, [this](const Alarm& alarm) {
+        if (alarm.kind == Alarm::ClockJumped)
+            m_records->acceptClock();
+    });
 }
 
 QString Cell::loadModules()

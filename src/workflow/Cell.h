@@ -63,6 +63,8 @@ public:
     const DayCounts& counts() const { return m_counts; }
     /// Null before createController().
     CZdCtrl* controller() const { return m_controller.get(); }
+    /// Null before prepareImageFolders().
+    const CellRecords* records() const { return m_records.get(); }
     ModelManager* models() const { return m_records ? m_records->models() : nullptr; }
 
 public slots:

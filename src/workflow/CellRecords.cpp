@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr int msBetweenLooks = 1000;
+
 ImageArchive::Rules archiveRules(Scheduler& scheduler)
 {
     ImageArchive::Rules rules;
@@ -80,7 +82,7 @@ std::unique_ptr<QDiskCleanThread> CellRecords::startCleaner(const QString& root,
     cleaner->setAgeCleaning(byAge);
     cleaner->setAgeLimit(m_settings.cleanDays);
     cleaner->setMinFreeSpace(m_settings.minFreeSpace);
-    cleaner->setClock([&scheduler = m_scheduler] { return scheduler.now(); });
+    cleaner->setScheduler(m_scheduler);
     if (m_scheduler.usesThreads())
         cleaner->start();
     return cleaner;
@@ -100,14 +102,26 @@ void CellRecords::applySettings()
         m_resultCleaner->change(m_settings.cleanRltImages, m_settings.cleanDays, m_settings.minFreeSpace);
 }
 
+void CellRecords::acceptClock()
+{
+    for (QDiskCleanThread* cleaner : {m_sourceCleaner.get(), m_resultCleaner.get()}) {
+        if (cleaner)
+            cleaner->acceptClock();
+    }
+}
+
+bool CellRecords::isKeepingShortened() const
+{
+    return m_sourceCleaner && (m_sourceCleaner->isKeepingShortened() || m_resultCleaner->isKeepingShortened());
+}
+
 void CellRecords::openResultDatabase()
 {
     const QString folder = m_home + QStringLiteral("/DBFiles");
     QDir().mkpath(folder);
     m_results = std::make_unique<StationDB>(folder + QStringLiteral("/Pellix.db"));
     m_results->setScheduler(m_scheduler);
-    if (!m_results->initialise())
-        SystemLog::warning(tr("结果数据库打开失败：%1").arg(m_results->lastError()));
+    m_results->initialise();
     ResultRecorder::Rules rules;
     rules.scheduler = &m_scheduler;
     m_recorder = std::make_unique<ResultRecorder>(*m_results, rules);
@@ -117,12 +131,28 @@ void CellRecords::openResultDatabase()
 void CellRecords::openModelLibrary(PlcIndexTable& indices, const QStringList& stations)
 {
     m_library = std::make_unique<QSqliteWheelHubZd>(m_home + QStringLiteral("/DBFiles/"));
-    if (!m_library->createTable()) {
-        const QString refused = m_library->openReport().text;
-        m_libraryError = refused.isEmpty() ? m_library->lastError() : refused;
-        SystemLog::warning(tr("型号库打开失败：%1").arg(m_libraryError));
-    }
+    openLibrary();
     m_models = std::make_unique<ModelManager>(*m_library, indices, stations, m_scheduler);
+    m_libraryOpenings = m_library->openings();
+    m_lookAfterLibrary = m_scheduler.timer(Scheduler::Repeating, [this] { lookAfterLibrary(); });
+    m_lookAfterLibrary->start(msBetweenLooks);
+}
+
+void CellRecords::openLibrary()
+{
+    const bool open = m_library->createTable();
+    const QString refused = m_library->openReport().text;
+    m_libraryError = open ? QString() : refused.isEmpty() ? m_library->lastError() : refused;
+}
+
+/// A library that could not be opened, or was put aside, is read when there is one again.
+void CellRecords::lookAfterLibrary()
+{
+    openLibrary();
+    if (m_library->openings() == m_libraryOpenings)
+        return;
+    m_libraryOpenings = m_library->openings();
+    m_models->reload();
 }
 
 IResultStore* CellRecords::store() const
@@ -130,7 +160,7 @@ IResultStore* CellRecords::store() const
     return m_store.get();
 }
 
-/// Both cleaners look at the same drive, so one speaks for both.
+/// Both cleaners look at the same drive, so one speaks for both; a jump of the clock may meet either first.
 CellRecords::Health CellRecords::health() const
 {
     Health health;
@@ -138,14 +168,17 @@ CellRecords::Health CellRecords::health() const
     health.libraryError = m_libraryError;
     health.imagesGivenUp = m_archive->givenUp();
     health.imagesUnwritable = m_archive->isUnwritable();
-    if (m_sourceCleaner)
+    if (m_sourceCleaner) {
         health.freeMiB = m_sourceCleaner->lastFreeMiB();
+        health.clockJump = m_sourceCleaner->clockJump();
+    }
+    if (m_resultCleaner && !health.clockJump.isValid())
+        health.clockJump = m_resultCleaner->clockJump();
     if (m_recorder)
         health.resultsWaiting = m_recorder->waiting();
     if (m_results)
-        health.movedAside << m_results->openReport().keptAside;
+        health.movedAside << m_results->keptAside();
     if (m_library)
-        health.movedAside << m_library->openReport().keptAside;
-    health.movedAside.removeAll({});
+        health.movedAside << m_library->keptAside();
     return health;
 }

@@ -45,6 +45,7 @@ public:
     {
         qint64 freeMiB = -1;   ///< of the archive's drive, as its cleaner last saw it; -1: not known
         qint64 wantedMiB = 0;  ///< that are to stay free
+        QDateTime clockJump;   ///< to which time the clock jumped, so that no image goes by its age; not valid: did not
         int imagesGivenUp = 0; ///< since the start
         bool imagesUnwritable = false;
         int resultsWaiting = 0; ///< rows that the database does not take at present
@@ -61,6 +62,10 @@ public:
     void prepareImageFolders();
     /// Gives the cleaners what the settings hold now; the archive's switches act by themselves.
     void applySettings();
+    /// Somebody has looked at a clock that jumped: the cleaners go on.
+    void acceptClock();
+    /// Whether images are kept for a day only, since space was low once.
+    bool isKeepingShortened() const;
     /// Opens "\\DBFiles\\Pellix.db" below the home; a file that cannot be used is kept aside and a fresh one begun.
     void openResultDatabase();
     /// Opens the model library, and brings it and the index tables into agreement.
@@ -78,6 +83,8 @@ private:
     std::unique_ptr<QDiskCleanThread> startCleaner(const QString& root, bool byAge) const;
     /// Without threads: a pass of both cleaners.
     void clean();
+    void openLibrary();
+    void lookAfterLibrary();
 
     const QString m_home;
     const ksSysConfig& m_settings;
@@ -92,4 +99,6 @@ private:
     std::unique_ptr<QDiskCleanThread> m_sourceCleaner;
     std::unique_ptr<QDiskCleanThread> m_resultCleaner;
     std::unique_ptr<Scheduler::Timer> m_cleaning;
+    std::unique_ptr<Scheduler::Timer> m_lookAfterLibrary;
+    int m_libraryOpenings = 0; ///< at the last look
 };

@@ -1,6 +1,7 @@
 #include "db/archive/FolderSweep.h"
 #include "db/archive/QDiskCleanThread.h"
 #include "platform/System.h"
+#include "support/ManualScheduler.h"
 #include "support/Table.h"
 
 #include <QtTest>
@@ -69,8 +70,7 @@ private slots:
     void datedFoldersGoByAge()
     {
         const auto [limit, daysAhead, gone] = Table::row<int, int, bool>();
-        makeFiles("2024-05-01/Station1/W18", names(3, ".jpg"));
-        makeFiles("2024-05-01", {".hidden", "any.txt"});
+        makeDay("2024-05-01");
         makeFiles(".", {"beside.jpg"});
         QDiskCleanThread& cleaner = prepared(QDiskCleanThread::Folders, daysAhead);
         cleaner.setAgeCleaning(true);
@@ -80,9 +80,63 @@ private slots:
         QVERIFY(QFile::exists(m_root->filePath("beside.jpg")));
     }
 
+    void whatTheArchiveDidNotMakeStays()
+    {
+        const QString image = QStringLiteral("2024_05_01_123456789.jpg");
+        makeDay("2024-05-01");
+        const QStringList kept{"golden samples/2024-05-01/Station1/W18/" + image,
+                               "2024-05-01x/Station1/W18/" + image,
+                               "2024-13-01/Station1/W18/" + image,
+                               "2024-05-02/Station1/W18/golden.jpg",
+                               "2024-05-02/Station1/W18/best/" + image,
+                               "2024-05-02/Station3/W18/" + image,
+                               "2024-05-02/" + image,
+                               "2024-05-02/.notes.txt"};
+        for (const QString& path : kept)
+            makeFiles(QFileInfo(path).path(), {QFileInfo(path).fileName()});
+        makeDay("2024-05-02");
+        m_freeMiB = 0;
+        prepared(QDiskCleanThread::Folders, 100).pass();
+        QVERIFY(!QDir(m_root->filePath("2024-05-01")).exists());
+        QStringList left;
+        QDirIterator files(m_root->path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (files.hasNext())
+            left << QDir(m_root->path()).relativeFilePath(files.next());
+        left.sort();
+        QStringList expected = kept;
+        expected.sort();
+        QCOMPARE(left, expected);
+    }
+
+    void clockThatJumpsStopsCleaningByAgeUntilItIsAccepted()
+    {
+        makeDay("2024-05-01");
+        ManualScheduler clock(QDateTime::currentDateTime());
+        QDiskCleanThread& cleaner = prepared(QDiskCleanThread::Folders, 0);
+        cleaner.setScheduler(clock);
+        cleaner.setAgeCleaning(true);
+        cleaner.setAgeLimit(30);
+        const auto passes = [&] {
+            for (int second = 0; second < 4; ++second) {
+                clock.advance(1000);
+                cleaner.pass();
+            }
+            return QDir(m_root->filePath("2024-05-01")).exists();
+        };
+        QVERIFY(passes() && !cleaner.clockJump().isValid());
+        clock.setClock(clock.now().addSecs(240)); // as a time service does
+        QVERIFY(passes() && !cleaner.clockJump().isValid());
+        clock.setClock(clock.now().addDays(31));
+        QVERIFY(passes() && cleaner.clockJump() > clock.now().addSecs(-10));
+        m_freeMiB = 0; // nor does low space let anything go by a clock that may be wrong
+        QVERIFY(passes());
+        cleaner.acceptClock();
+        QVERIFY(!passes() && !cleaner.clockJump().isValid());
+    }
+
     void changedLimitsCountFromTheNextPass()
     {
-        makeFiles("2024-05-01", names(3, ".jpg"));
+        makeDay("2024-05-01");
         QDiskCleanThread& cleaner = prepared(QDiskCleanThread::Folders, 20);
         cleaner.pass(); // age cleaning is off
         cleaner.setAgeCleaning(true);
@@ -90,7 +144,7 @@ private slots:
         cleaner.pass();
         cleaner.change(false, 7, 10);
         cleaner.pass();
-        QCOMPARE(hiddenToo(m_root->filePath("2024-05-01")).size(), 3);
+        QVERIFY(QDir(m_root->filePath("2024-05-01")).exists());
         cleaner.change(true, 7, 10);
         cleaner.pass();
         QVERIFY(hiddenToo(m_root->path()).isEmpty());
@@ -102,22 +156,23 @@ private slots:
         cleaner.setAgeLimit(30);
         m_freeMiB = 10 * 1024 - 1;
         cleaner.pass();
+        QVERIFY(cleaner.isKeepingShortened());
         m_freeMiB = 100 * 1024; // space is back, the override stays
         cleaner.change(false, 30, 10);
-        makeFiles("2024-05-01", names(3, ".jpg"));
+        makeDay("2024-05-01");
         cleaner.pass();
         QVERIFY(hiddenToo(m_root->path()).isEmpty());
     }
 
     void unknownSpaceCountsAsNone()
     {
-        makeFiles("2024-05-01", names(3, ".jpg"));
+        makeDay("2024-05-01");
         QDiskCleanThread& cleaner = prepared(QDiskCleanThread::Folders, 1);
         m_freeMiB = -1;
         QTest::ignoreMessage(QtWarningMsg, "ERROR: Call to GetDiskFreeSpaceEx() failed.");
         cleaner.pass();
         QVERIFY(hiddenToo(m_root->path()).isEmpty());
-        cleaner.pass(); // not told again
+        cleaner.pass(); // not logged again
     }
 
     void linksAreNeverFollowed_data()
@@ -129,11 +184,17 @@ private slots:
         const auto [mode] = Table::row<int>();
         const QTemporaryDir outside;
         for (int i = 0; i < 20; ++i)
-            QVERIFY(QFile(outside.filePath(QString("%1.jpg").arg(i))).open(QIODevice::WriteOnly));
+            QVERIFY(
+                QFile(outside.filePath(QString("2024_05_01_1234567%1.jpg").arg(i + 10))).open(QIODevice::WriteOnly));
         makeFiles("2024-05-01/Station1", names(20, ".jpg"));
+        makeDay("2024-05-01");
         QVERIFY(QFile::link(outside.path(), m_root->filePath("linked")));
+        QVERIFY(QFile::link(outside.path(), m_root->filePath("2024-05-01/Station2")));
+        QVERIFY(QFile::link(outside.path(), m_root->filePath("2024-05-01/Station1/linked")));
+        QVERIFY(QFile::link(outside.path(), m_root->filePath("2024-05-02")));
         QVERIFY(QFile::link(outside.path(), m_root->filePath("2024-05-01/linked")));
-        QVERIFY(QFile::link(outside.filePath("0.jpg"), m_root->filePath("2024-05-01/Station1/linked.jpg")));
+        QVERIFY(QFile::link(outside.filePath("2024_05_01_123456710.jpg"),
+                            m_root->filePath("2024-05-01/Station1/linked.jpg")));
         QVERIFY(QFile::link(m_root->path(), m_root->filePath("2024-05-01/round")));
         m_freeMiB = 0;
         QDiskCleanThread& cleaner = prepared(mode, 100);
@@ -142,8 +203,7 @@ private slots:
         cleaner.pass();
         QCOMPARE(hiddenToo(outside.path()).size(), 20);
         QVERIFY(QFileInfo(m_root->filePath("linked")).isSymLink());
-        QVERIFY(!QFile::exists(m_root->filePath("2024-05-01/Station1/0000.jpg")));
-        QCOMPARE(QDir(m_root->filePath("2024-05-01")).exists(), mode == QDiskCleanThread::Files);
+        QVERIFY(!QFile::exists(m_root->filePath("2024-05-01/Station1/W18/2024_05_01_123456789.jpg")));
     }
 
     void nothingIsCleanedWithoutARoot()
@@ -167,10 +227,10 @@ private slots:
     {
         QDiskCleanThread& cleaner = prepared(QDiskCleanThread::Folders, 8);
         cleaner.setAgeCleaning(true);
-        makeFiles("2024-05-01", names(3, ".jpg"));
+        makeDay("2024-05-01");
         cleaner.start();
         QTRY_VERIFY(hiddenToo(m_root->path()).isEmpty());
-        makeFiles("2024-05-02", names(3, ".jpg")); // for a second pass
+        makeDay("2024-05-02"); // for a second pass
         QTRY_VERIFY(hiddenToo(m_root->path()).isEmpty());
         cleaner.stop();
         QVERIFY(cleaner.wait(10000));
@@ -191,6 +251,12 @@ private:
         for (const QString& name : names)
             QVERIFY(QFile(m_root->filePath(folder + "/" + name)).open(QIODevice::WriteOnly));
     }
+    /// As the archive makes it: two images, one of which was being written when the power failed.
+    void makeDay(const QString& day)
+    {
+        makeFiles(day + "/Station1/W18",
+                  {"2024_05_01_123456789.jpg", "2024_05_01_123456789_12.jpg", "2024_05_01_123456790.jpg.aBcDeF"});
+    }
     QStringList names(int count, const QString& suffix)
     {
         QStringList all;
@@ -204,11 +270,13 @@ private:
         m_cleaner->setMode(mode);
         m_cleaner->setRootPath(m_root->path() + "/");
         m_cleaner->setMinFreeSpace(10);
-        m_cleaner->setClock([daysAhead] { return QDateTime::currentDateTime().addDays(daysAhead).addSecs(60); });
+        m_clock.set(QDateTime::currentDateTime().addDays(daysAhead).addSecs(60));
+        m_cleaner->setScheduler(m_clock);
         m_cleaner->setFreeSpaceProbe([this](const QString&) { return m_freeMiB.load(); });
         return *m_cleaner;
     }
     QScopedPointer<QTemporaryDir> m_root;
+    SetClock m_clock{QDateTime::currentDateTime()};
     QScopedPointer<QDiskCleanThread> m_cleaner;
     std::atomic<qint64> m_freeMiB{0}; // the cleaner asks on its thread
 };

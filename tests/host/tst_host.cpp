@@ -20,6 +20,21 @@ int fatalChild()
     return 9; // the start-up went on although it could not
 }
 
+/// A host that lets the library go after use, and lives on.
+int unloadingChild()
+{
+    const TempHome home;
+    writeStations(home, 1);
+    const BoxPresser presser(QMessageBox::Yes);
+    QLibrary library(QStringLiteral(VALVECELL_BIN_DIR "/" VALVECELL_LIBRARY));
+    const auto create = reinterpret_cast<MainWidgetCreateFunction>(library.resolve("MainWidget_Create"));
+    const auto destroy = reinterpret_cast<MainWidgetDeleteFunction>(library.resolve("MainWidget_Delete"));
+    destroy(create());
+    library.unload();
+    QTest::qWait(50);
+    return 0;
+}
+
 } // namespace
 
 class HostTest : public QObject
@@ -139,6 +154,15 @@ private slots:
         QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     }
 
+    void hostMayUnloadTheLibrary()
+    {
+        QProcess child;
+        child.setProcessChannelMode(QProcess::MergedChannels);
+        child.start(QCoreApplication::applicationFilePath(), {"--unloading-child"});
+        QVERIFY(child.waitForFinished(patienceMs));
+        QVERIFY2(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0, child.readAll().constData());
+    }
+
     void linkCountsAsLostOnTheSixthSilentSecond()
     {
         CellStatusBar bar;
@@ -166,6 +190,8 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     if (argc > 1 && qstrcmp(argv[1], "--fatal-child") == 0)
         return fatalChild();
+    if (argc > 1 && qstrcmp(argv[1], "--unloading-child") == 0)
+        return unloadingChild();
     HostTest test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -626,6 +626,22 @@
         <source>毫秒，超时按未找到应答</source>
         <translation>ms, then answered as not found</translation>
     </message>
+    <message>
+        <source>仍然切换标定方式</source>
+        <translation>Switch all the same</translation>
+    </message>
+    <message>
+        <source>剩余空间曾低于最小剩余空间，到程序结束图像只保留1天</source>
+        <translation>Free space was below the minimum once: images are kept for 1 day only until the program ends</translation>
+    </message>
+    <message>
+        <source>现在只剩%1 GB，少于最小剩余空间：图像将只保留1天，不管保留天数</source>
+        <translation>Only %1 GB are free now, less than the minimum: images will be kept for 1 day only, whatever the days say</translation>
+    </message>
+    <message>
+        <source>；</source>
+        <translation>; </translation>
+    </message>
 </context>
 <context>
     <name>QTestWidget</name>
@@ -730,6 +746,10 @@
     <message>
         <source>，</source>
         <translation>, </translation>
+    </message>
+    <message>
+        <source>工位%1：%2</source>
+        <translation>Station %1: %2</translation>
     </message>
 </context>
 <context>

@@ -113,17 +113,6 @@ Close anyway?</translation>
     </message>
 </context>
 <context>
-    <name>CellRecords</name>
-    <message>
-        <source>结果数据库打开失败：%1</source>
-        <translation>The result database cannot be opened: %1</translation>
-    </message>
-    <message>
-        <source>型号库打开失败：%1</source>
-        <translation>The model library cannot be opened: %1</translation>
-    </message>
-</context>
-<context>
     <name>CellStatusBar</name>
     <message>
         <source>系统时间</source>
@@ -817,8 +806,8 @@ Close anyway?</translation>
         <translation>Wrong entries have their defaults: check the settings and save them</translation>
     </message>
     <message>
-        <source>检查DBFiles文件夹的权限，然后重新启动</source>
-        <translation>Check the rights of the folder DBFiles, then restart</translation>
+        <source>检查DBFiles文件夹的权限，恢复后自动使用</source>
+        <translation>Check the rights of the DBFiles folder; it is used again by itself</translation>
     </message>
     <message>
         <source>系统设置</source>
@@ -843,6 +832,14 @@ Close anyway?</translation>
     <message>
         <source>设备管理</source>
         <translation>Devices</translation>
+    </message>
+    <message>
+        <source>系统时间突变为%1，已暂停按天数清理图像；核对时间后按“已知悉”继续</source>
+        <translation>The clock jumped to %1: images are not deleted by age; check the time, then acknowledge</translation>
+    </message>
+    <message>
+        <source>核对系统时间，然后按“已知悉”</source>
+        <translation>Check the system's time, then press “Acknowledge”</translation>
     </message>
 </context>
 <context>
@@ -870,6 +867,10 @@ Close anyway?</translation>
         <source>结果属于方案%1</source>
         <translation>The result belongs to solution %1</translation>
     </message>
+    <message>
+        <source>标定不可用：%1</source>
+        <translation>The calibration cannot be used: %1</translation>
+    </message>
 </context>
 <context>
     <name>TriggersInHand</name>
@@ -888,6 +889,13 @@ Close anyway?</translation>
     <message>
         <source>相机%1的图像无效</source>
         <translation>The image of camera %1 is none</translation>
+    </message>
+</context>
+<context>
+    <name>SqliteStore</name>
+    <message>
+        <source>数据库%1已能使用，此前%2次打开失败</source>
+        <translation>Database %1 can be used again, after %2 failed attempts to open it</translation>
     </message>
 </context>
 <context>
@@ -918,6 +926,17 @@ Close anyway?</translation>
     <message>
         <source>工位“%1”：上一次触发没有图像</source>
         <translation>Station “%1”: no image came of the last trigger</translation>
+    </message>
+</context>
+<context>
+    <name>QDiskCleanThread</name>
+    <message>
+        <source>系统时间突变为%1，暂停按天数清理%2</source>
+        <translation>The clock jumped to %1: %2 is not cleaned by age</translation>
+    </message>
+    <message>
+        <source>剩余空间不足%1 GB，%2的图像从现在起到程序结束只保留1天</source>
+        <translation>Less than %1 GB are free: images in %2 are kept for 1 day only from now until the program ends</translation>
     </message>
 </context>
 </TS>

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <queue>
 
 #include <vector>
@@ -65,24 +66,47 @@ bool isImage(const QString& path)
     return end == QLatin1String(".jpg") || end == QLatin1String(".bmp") || end == QLatin1String(".png");
 }
 
-/// Files first, then sub-folders, then the folder itself.
-void deleteFolder(const QString& path, const Stop& stop)
+/// With what is left of an image that a power failure kept from being finished.
+bool isArchivedImage(const QString& name)
 {
-    const QDir folder(path);
-    const QDir::Filters all = QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-    QStringList subFolders;
-    const QFileInfoList entries = folder.entryInfoList(QDir::AllEntries | all, QDir::Unsorted);
-    for (const QFileInfo& entry : entries) {
-        if (stop())
-            return;
-        if (entry.isDir() && !isLink(entry))
-            subFolders << entry.filePath();
-        else if (!QFile::remove(entry.filePath()))
-            QDir().rmdir(entry.filePath()); // a junction goes as a folder does, and leaves what it points to
+    static const QRegularExpression pattern(
+        QStringLiteral("^\\d{4}_\\d\\d_\\d\\d_\\d{9}(_\\d+)?\\.jpg(\\.[A-Za-z]{6})?$"));
+    return pattern.match(name).hasMatch();
+}
+
+bool isArchivedDay(const QString& name)
+{
+    return name.size() == 10 && QDate::fromString(name, QStringLiteral("yyyy-MM-dd")).isValid();
+}
+
+constexpr QDir::Filters subFolders = QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoSymLinks | QDir::NoDotAndDotDot;
+
+/// The archive's images in the folder, then the folder itself if that was all. rmdir() refuses one that is not empty.
+void deleteImages(const QString& path, const Stop& stop)
+{
+    QDirIterator files(path, QDir::Files | QDir::Hidden | QDir::System | QDir::NoSymLinks);
+    while (files.hasNext() && !stop()) {
+        files.next();
+        if (isArchivedImage(files.fileName()))
+            QFile::remove(files.filePath());
     }
-    for (const QString& subFolder : qAsConst(subFolders))
-        deleteFolder(subFolder, stop);
     QDir().rmdir(path);
+}
+
+void deleteDay(const QString& day, const Stop& stop)
+{
+    for (const char* station : {"/Station1", "/Station2"}) {
+        const QString path = day + QLatin1String(station);
+        if (isLink(QFileInfo(path)))
+            continue;
+        const QFileInfoList models = QDir(path).entryInfoList(subFolders);
+        for (const QFileInfo& model : models) {
+            if (!stop() && !isLink(model))
+                deleteImages(model.filePath(), stop);
+        }
+        deleteImages(path, stop);
+    }
+    QDir().rmdir(day);
 }
 
 } // namespace
@@ -131,20 +155,18 @@ int deleteOldestImages(const QString& root, const Stop& stop)
     return deleted;
 }
 
-/// Counts what is really gone: of a folder in use, some files may stay.
 int deleteFoldersBefore(const QString& root, const QDateTime& time, const Stop& stop)
 {
     if (!mayBeCleaned(root))
         return 0;
     int deleted = 0;
-    const QFileInfoList folders =
-        QDir(root).entryInfoList(QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoSymLinks | QDir::NoDotAndDotDot);
-    for (const QFileInfo& folder : folders) {
+    const QFileInfoList days = QDir(root).entryInfoList(subFolders);
+    for (const QFileInfo& day : days) {
         if (stop())
             break;
-        if (!isLink(folder) && creationTime(folder) < time) {
-            deleteFolder(folder.filePath(), stop);
-            deleted += folder.dir().exists(folder.fileName()) ? 0 : 1;
+        if (!isLink(day) && isArchivedDay(day.fileName()) && creationTime(day) < time) {
+            deleteDay(day.filePath(), stop);
+            deleted += day.dir().exists(day.fileName()) ? 0 : 1;
         }
     }
     return deleted;

@@ -5,9 +5,8 @@
 
 #include <functional>
 
-/// How the disk cleaner deletes below a root. No operation follows a link, and a link is never taken for what it points
-/// to: inside a folder that goes, the link itself goes; anywhere else it stays. An empty root, or the root of a file
-/// system, is never cleaned. What cannot be deleted stays, without a word. Any thread.
+/// How the disk cleaner deletes below a root. No operation follows a link or deletes one. An empty root, or the root of
+/// a file system, is never cleaned. What cannot be deleted stays, without a word. Any thread.
 namespace FolderSweep {
 
 /// Asked between two deletions; true ends the operation.
@@ -24,7 +23,10 @@ int deleteFilesBefore(const QString& root, const QDateTime& time, const Stop& st
 /// characters. Returns how many were deleted.
 int deleteOldestImages(const QString& root, const Stop& stop);
 
-/// Deletes the sub-folders of the root that were made before the time, with all that is in them. Returns how many went.
+/// Deletes the days of an image archive (see ImageArchive) that were made before the time: of the sub-folders that are
+/// named by a date, in "Station1" and "Station2" and the model folders below, the images that are named by their time,
+/// and each folder that is empty then. Whatever has another name stays, with the folders that lead to it: a plant keeps
+/// pictures of its own there. Returns how many of the days went wholly.
 int deleteFoldersBefore(const QString& root, const QDateTime& time, const Stop& stop);
 
 } // namespace FolderSweep

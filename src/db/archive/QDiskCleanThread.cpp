@@ -1,6 +1,7 @@
 #include "db/archive/QDiskCleanThread.h"
 
 #include "db/archive/FolderSweep.h"
+#include "db/log/LogLine.h"
 #include "platform/System.h"
 
 #include <QDebug>
@@ -12,12 +13,13 @@ namespace {
 constexpr int daysWhenUnset = 3;
 /// The archive's last day is the least that is kept.
 constexpr int daysWhenSpaceIsLow = 1;
+/// Time services correct less in one step; a wrong date is off by far more.
+constexpr qint64 maxClockStepMs = 5 * 60 * 1000;
 
 } // namespace
 
 QDiskCleanThread::QDiskCleanThread(QObject* parent)
     : QThread(parent)
-    , m_clock([] { return QDateTime::currentDateTime(); })
     , m_freeSpace(platform::freeSpaceMiB)
 {
 }
@@ -60,17 +62,42 @@ qint64 QDiskCleanThread::freeMiB()
     return qMax<qint64>(0, free);
 }
 
-QDateTime QDiskCleanThread::cutOff() const
+QDateTime QDiskCleanThread::cutOff(const QDateTime& now) const
 {
-    return m_clock().addDays(-(m_days < 1 ? daysWhenUnset : m_days));
+    return now.addDays(-(m_days < 1 ? daysWhenUnset : m_days));
+}
+
+QDateTime QDiskCleanThread::clockJump() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_clockJump;
+}
+
+void QDiskCleanThread::acceptClock()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_clockJump = {};
+}
+
+/// From pass to pass, so that a clock that runs a little fast is none that jumps.
+void QDiskCleanThread::checkClock(const QDateTime& now)
+{
+    const qint64 offset = now.toMSecsSinceEpoch() - m_scheduler->elapsedNs() / 1000000;
+    const bool jumped = m_clockOffset && qAbs(offset - *m_clockOffset) > maxClockStepMs;
+    m_clockOffset = offset;
+    if (!jumped)
+        return;
+    SystemLog::warning(tr("系统时间突变为%1，暂停按天数清理%2").arg(now.toString(Qt::ISODate), m_root));
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_clockJump = now;
 }
 
 /// Low space asks for one sweep of the oldest images, whatever that frees; the next pass looks again.
-void QDiskCleanThread::cleanFiles()
+void QDiskCleanThread::cleanFiles(const QDateTime& now)
 {
     const auto stop = [this] { return isStopped(); };
-    if (m_cleanByAge)
-        FolderSweep::deleteFilesBefore(m_root, cutOff(), stop);
+    if (m_cleanByAge && now.isValid())
+        FolderSweep::deleteFilesBefore(m_root, cutOff(now), stop);
     if (spaceIsLow())
         m_cleanForSpace = true;
     if (!m_cleanForSpace || isStopped())
@@ -80,13 +107,14 @@ void QDiskCleanThread::cleanFiles()
     qWarning("Delete Imgs  Finish...");
 }
 
-void QDiskCleanThread::cleanFolders()
+void QDiskCleanThread::cleanFolders(const QDateTime& now)
 {
     if (!m_cleanByAge)
         return;
     if (m_days < 1)
         m_days = daysWhenUnset;
-    FolderSweep::deleteFoldersBefore(m_root, cutOff(), [this] { return isStopped(); });
+    if (now.isValid())
+        FolderSweep::deleteFoldersBefore(m_root, cutOff(now), [this] { return isStopped(); });
 }
 
 void QDiskCleanThread::change(bool byAge, qint32 days, qint32 minFreeGiB)
@@ -112,19 +140,29 @@ void QDiskCleanThread::takeChange()
     m_days = change->days;
 }
 
+/// Kept: from here on to the end of the thread the setting is overridden.
+void QDiskCleanThread::shortenKeeping()
+{
+    if (!m_overridden)
+        SystemLog::warning(
+            tr("剩余空间不足%1 GB，%2的图像从现在起到程序结束只保留1天").arg(QString::number(m_minFreeGiB), m_root));
+    m_overridden = true;
+    m_cleanByAge = true;
+    m_days = daysWhenSpaceIsLow;
+}
+
 void QDiskCleanThread::pass()
 {
+    const QDateTime now = m_scheduler->now();
+    checkClock(now);
     takeChange();
-    if (spaceIsLow()) {
-        // Kept: from here on to the end of the thread the setting is overridden.
-        m_overridden = true;
-        m_cleanByAge = true;
-        m_days = daysWhenSpaceIsLow;
-    }
+    if (spaceIsLow())
+        shortenKeeping();
+    const QDateTime trusted = clockJump().isValid() ? QDateTime() : now;
     if (m_mode == Files)
-        cleanFiles();
+        cleanFiles(trusted);
     else if (m_mode == Folders)
-        cleanFolders();
+        cleanFolders(trusted);
     if (m_interval < 3)
         m_interval = 2;
 }

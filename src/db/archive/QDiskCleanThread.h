@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QDateTime>
+#include "common/Scheduler.h"
+
 #include <QThread>
 
 #include <atomic>
@@ -10,7 +11,9 @@
 #include <optional>
 
 /// Keeps a disk from filling: deletes old images below a root, by age or when space runs low, in a pass every second.
-/// The setters are called before start(); change() at any time. See FolderSweep for what it never touches.
+/// The setters are called before start(); change() at any time. See FolderSweep for what it never touches. What is old
+/// is a matter of the clock: after one that was set by more than some minutes, nothing goes by its age until
+/// acceptClock().
 class QDiskCleanThread : public QThread
 {
     Q_OBJECT
@@ -33,13 +36,23 @@ public:
     /// Other values, from the next pass on; a limit that low space has set stays as it is. Any thread.
     void change(bool byAge, qint32 days, qint32 minFreeGiB);
 
-    /// What a pass takes for the present and for the free MiB of the root's drive; -1 when they are not known.
-    void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
+    /// Where a pass has the time from; outlives the cleaner.
+    void setScheduler(const Scheduler& scheduler) { m_scheduler = &scheduler; }
+    /// What a pass takes for the free MiB of the root's drive; -1 when they are not known.
     void setFreeSpaceProbe(std::function<qint64(const QString&)> probe) { m_freeSpace = std::move(probe); }
 
     /// The free MiB of the root's drive that the last pass saw; -1 before the first, or when they cannot be told. Any
     /// thread.
     qint64 lastFreeMiB() const { return m_lastFree; }
+
+    /// Whether space was low once, so that images are kept for a day only. Any thread.
+    bool isKeepingShortened() const { return m_overridden; }
+
+    /// The time to which the clock jumped; not valid unless it did since the start and the last acceptClock(). Any
+    /// thread.
+    QDateTime clockJump() const;
+    /// Somebody has looked at the clock: cleaning by age goes on. Any thread.
+    void acceptClock();
 
     /// Sets the stop flag; the thread ends after the deletion in hand. Any thread.
     void stop();
@@ -62,10 +75,14 @@ private:
     void takeChange();
     qint64 freeMiB();
     bool spaceIsLow() { return freeMiB() < qint64(m_minFreeGiB) * 1024; }
-    void cleanFiles();
-    void cleanFolders();
+    void shortenKeeping();
+    /// Compares the clock's step since the last pass with that of the monotonic one.
+    void checkClock(const QDateTime& now);
+    /// `now`: the moment of the pass; not valid: nothing is old.
+    void cleanFiles(const QDateTime& now);
+    void cleanFolders(const QDateTime& now);
     /// Whatever was made before it is old.
-    QDateTime cutOff() const;
+    QDateTime cutOff(const QDateTime& now) const;
     bool isStopped() const;
     /// False when the thread is to end.
     bool pauseUnlessStopped();
@@ -78,13 +95,15 @@ private:
     qint32 m_mode = Files;
     qint32 m_interval = 0; ///< seconds; kept, and without effect
     bool m_probeFailed = false;
-    bool m_overridden = false; ///< space was low once
+    std::atomic<bool> m_overridden{false}; ///< space was low once
     std::atomic<qint64> m_lastFree{-1};
-    std::function<QDateTime()> m_clock;
+    const Scheduler* m_scheduler = &Scheduler::system();
+    std::optional<qint64> m_clockOffset; ///< milliseconds from the monotonic clock to the other, at the last pass
     std::function<qint64(const QString&)> m_freeSpace;
 
-    mutable std::mutex m_mutex; ///< guards m_stop and m_change
+    mutable std::mutex m_mutex; ///< guards m_stop, m_change and m_clockJump
     std::condition_variable m_stopped;
     bool m_stop = false;
     std::optional<Change> m_change;
+    QDateTime m_clockJump;
 };

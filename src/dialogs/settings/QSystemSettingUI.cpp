@@ -61,6 +61,13 @@ void QSystemSettingUI::setOneStation(bool one)
     judge();
 }
 
+void QSystemSettingUI::setImageDisk(qint64 freeMiB, bool keptOneDay)
+{
+    m_freeMiB = freeMiB;
+    m_keptOneDay = keptOneDay;
+    judge();
+}
+
 void QSystemSettingUI::load()
 {
     m_ui->question->dismiss();
@@ -99,6 +106,16 @@ QString QSystemSettingUI::sameChoiceProblem() const
     return {};
 }
 
+QString QSystemSettingUI::keepingWarning() const
+{
+    if (m_keptOneDay)
+        return tr("剩余空间曾低于最小剩余空间，到程序结束图像只保留1天");
+    if (m_freeMiB >= 0 && qint64(m_ui->spaceEdit->value()) * 1024 > m_freeMiB)
+        return tr("现在只剩%1 GB，少于最小剩余空间：图像将只保留1天，不管保留天数")
+            .arg(QString::number(m_freeMiB / 1024.0, 'f', 1));
+    return {};
+}
+
 QString QSystemSettingUI::problem() const
 {
     const QString problem = m_form->judge(m_shown);
@@ -114,7 +131,18 @@ void QSystemSettingUI::judge()
     if (!problem.isEmpty())
         m_ui->message->say(Tone::Error, problem);
     else
-        m_ui->message->say(Tone::Warning, m_form->warning());
+        m_ui->message->say(Tone::Warning, warning());
+}
+
+QString QSystemSettingUI::warning()
+{
+    const QString keeping = keepingWarning();
+    m_ui->spaceEdit->setToolTip(keeping);
+    if (!keeping.isEmpty())
+        setTone(m_ui->spaceEdit, Tone::Warning);
+    QStringList warnings{m_form->warning(), keeping};
+    warnings.removeAll({});
+    return warnings.join(tr("；"));
 }
 
 void QSystemSettingUI::accept()
@@ -135,12 +163,27 @@ void QSystemSettingUI::submit(After after)
     if (!foreign.isEmpty())
         askAboutFiles(foreign, after);
     else
-        store(after);
+        askAboutCalibration(after);
+}
+
+SettingsMap QSystemSettingUI::wanted() const
+{
+    SettingsMap wanted = m_store.current();
+    wanted.insert(edited());
+    return wanted;
+}
+
+void QSystemSettingUI::askAboutCalibration(After after)
+{
+    const QStringList doubts = m_store.calibrationDoubts(wanted(), m_oneStation);
+    if (edited().isEmpty() || doubts.isEmpty())
+        return store(after);
+    m_ui->question->ask(doubts.join(QLatin1Char('\n')), {tr("仍然切换标定方式"), [this, after] { store(after); }});
 }
 
 void QSystemSettingUI::askAboutFiles(const QStringList& foreign, After after)
 {
-    const QuestionStrip::Answer overwrite{tr("覆盖文件"), [this, after] { store(after); }};
+    const QuestionStrip::Answer overwrite{tr("覆盖文件"), [this, after] { askAboutCalibration(after); }};
     const QuestionStrip::Answer take{m_store.canReload() ? tr("采用文件中的值") : QString(), [this] { takeFiles(); }};
     m_ui->question->ask(foreign.join(QLatin1Char('\n')), overwrite, take);
 }
@@ -149,9 +192,7 @@ void QSystemSettingUI::store(After after)
 {
     const SettingsMap typed = edited();
     const SettingsMap before = m_store.current();
-    SettingsMap wanted = before;
-    for (auto it = typed.begin(); it != typed.end(); ++it)
-        wanted.insert(it.key(), it.value());
+    const SettingsMap wanted = this->wanted();
     QString error;
     if (!typed.isEmpty() && !m_store.store(wanted, &error)) {
         m_ui->message->say(Tone::Error, tr("未能保存，设置没有改变：%1").arg(error));

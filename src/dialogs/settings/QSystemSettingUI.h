@@ -35,6 +35,10 @@ public:
     /// Hides what belongs to station 2, marked by the property "secondStation"; its settings stay as they are.
     void setOneStation(bool one);
 
+    /// How the disk of the images stands: its free MiB, -1 when not known, and whether images are kept for a day only
+    /// since space was low once. The field says so when the space to keep free shortens the keeping.
+    void setImageDisk(qint64 freeMiB, bool keptOneDay);
+
 signals:
     /// Settings were changed and stored. Names are the keys of the files.
     void settingsApplied(const AuditChanges& changes);
@@ -62,14 +66,24 @@ private:
     void submit(After after);
     /// Lets the operator decide between the files and the form; nothing happens until then.
     void askAboutFiles(const QStringList& foreign, After after);
+    /// Asks before the other kind of calibration comes into force where a station is not calibrated for it.
+    void askAboutCalibration(After after);
+    /// What the settings become: what was edited, and else what the program uses.
+    SettingsMap wanted() const;
     void store(After after);
     /// Gives up what was edited, and takes over what the files hold.
     void takeFiles();
     QString sameChoiceProblem() const;
+    /// What the space to keep free does to the days of keeping; empty when nothing.
+    QString keepingWarning() const;
+    /// What does not keep the settings from being stored.
+    QString warning();
 
     std::unique_ptr<Ui::QSystemSettingUI> m_ui;
     SettingsStore m_store;
     SettingsForm* m_form = nullptr;
     SettingsMap m_shown; ///< the settings as the form got them
     bool m_oneStation = false;
+    qint64 m_freeMiB = -1;
+    bool m_keptOneDay = false;
 };

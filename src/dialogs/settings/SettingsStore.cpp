@@ -4,6 +4,7 @@
 #include "config/CellLimits.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
+#include "dialogs/calibration/CalibrationFit.h"
 #include "platform/AppHome.h"
 
 #include <valvecell/HomeFiles.h>
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 namespace {
 
@@ -177,6 +179,23 @@ QString SettingsStore::foreignGlobalChange() const
     return stored.text() == m_global.text() ? QString() : sentence(globalFile, Tr::tr("标定数据与程序中的不同"));
 }
 
+QStringList SettingsStore::calibrationDoubts(const SettingsMap& settings, bool oneStation) const
+{
+    const bool fourPoint = settings.value(CalibrationKeys::useFourPoint).toBool();
+    QStringList doubts;
+    if (fourPoint == m_global.use4pointstand && m_global.spoiledKind.isEmpty())
+        return doubts;
+    for (int number = 1; number <= (oneStation ? 1 : 2); ++number) {
+        if (settings.value(QStringLiteral("station_solution_%1").arg(number)).toString().isEmpty())
+            continue;
+        const StationConfig& station = m_global.station(number);
+        const QString doubt = fourPoint ? fourPointDoubt(station) : station.twoPointCalibration().problem();
+        if (!doubt.isEmpty())
+            doubts << Tr::tr("工位%1：%2").arg(QString::number(number), doubt);
+    }
+    return doubts;
+}
+
 void SettingsStore::assign(const SettingsMap& settings)
 {
     write(m_system, settings);
@@ -199,12 +218,14 @@ bool SettingsStore::store(const SettingsMap& settings, QString* error)
                                            [&] { return saveIfOther(m_access, error); },
                                            [&] { return saveIfOther(m_limits, error); }};
     const SettingsMap before = current();
+    const QJsonObject spoiled = std::exchange(m_global.spoiledKind, {}); // from now on the file says it
     assign(settings);
     const auto failed = std::find_if_not(std::begin(saves), std::end(saves), [](const auto& save) { return save(); });
     if (failed == std::end(saves))
         return true;
     const QString reason = *error;
     assign(before);
+    m_global.spoiledKind = spoiled;
     if (!std::all_of(std::begin(saves), failed, [](const auto& save) { return save(); })) // puts back what was written
         qWarning("%s; the files hold settings that are not in use", qUtf8Printable(*error));
     *error = reason;

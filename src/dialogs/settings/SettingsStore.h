@@ -33,6 +33,10 @@ public:
     /// program read or wrote them last. The run models are left aside: production changes them without storing them.
     QStringList foreignChanges() const;
 
+    /// Why stations in use would answer no place, or wrong ones, once the settings switch to the other kind of
+    /// calibration, a sentence a station; empty when they do not switch.
+    QStringList calibrationDoubts(const SettingsMap& settings, bool oneStation) const;
+
     /// Gives the program these settings and writes the files. On failure the program keeps the old ones and `error`
     /// names file and reason.
     bool store(const SettingsMap& settings, QString* error);

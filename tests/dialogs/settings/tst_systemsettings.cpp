@@ -98,6 +98,20 @@ private slots:
         QCOMPARE(bench.files() == before, !problem.isEmpty());
     }
 
+    void spaceThatShortensTheKeepingIsSaidAtItsField()
+    {
+        Bench bench;
+        bench.dialog.setImageDisk(20 * 1024, false);
+        bench.driver.type("spaceEdit", "20");
+        QCOMPARE(bench.driver.message(), QString());
+        bench.driver.type("spaceEdit", "21");
+        QVERIFY(bench.driver.message().contains("现在只剩20.0 GB"));
+        QVERIFY(bench.driver.canPress("okButton"));
+        bench.dialog.setImageDisk(20 * 1024, true);
+        bench.driver.type("spaceEdit", "1");
+        QVERIFY(bench.driver.message().contains("只保留1天"));
+    }
+
     void everySettingHasOneField()
     {
         Bench bench;
@@ -128,6 +142,9 @@ private slots:
         bench.driver.type("spaceEdit", "25");
         bench.driver.shoot("settings");
         bench.driver.press("applyButton");
+        QCOMPARE(bench.driver.question(), "工位1：尚未进行四点标定\n工位2：尚未进行四点标定");
+        QVERIFY(bench.applied.isEmpty());
+        bench.driver.press("firstAnswer");
         QVERIFY(bench.dialog.isVisible());
         QCOMPARE(bench.driver.message(), "已保存");
         QCOMPARE(bench.driver.text("filterEdit"), "250");
