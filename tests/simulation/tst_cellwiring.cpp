@@ -1,6 +1,7 @@
 #include "SimulatedCell.h"
 #include "db/ResultReader.h"
 #include "db/StationDB.h"
+#include "workflow/ModelManager.h"
 
 #include <QSignalSpy>
 
@@ -66,6 +67,25 @@ private slots:
         ResultReader::StationCount count;
         QVERIFY(reader.countStation("Station_2", plant.scheduler.now().addSecs(1), 360, 999, &count));
         QCOMPARE(count.found, 1);
+    }
+
+    void modelsThatTheStationsRunStandOutInTheList()
+    {
+        SimulatedCell plant;
+        plant.startUp();
+        plant.open();
+        const auto current = [&plant] {
+            QStringList names;
+            for (int row = 0; row < plant.cell->models()->modelCount(); ++row)
+                if (plant.cell->models()->isCurrent(row))
+                    names << plant.cell->models()->modelName(row);
+            return names.join(' ');
+        };
+        QCOMPARE(current(), QString("五辐")); // both stations'
+        plant.send('C', 1, 2);
+        QCOMPARE(current().split(' ').size(), 2);
+        plant.send('C', 2, 2);
+        QCOMPARE(current(), QString("钢圈"));
     }
 
     void eachStationsAccountCountsItsOwn()
