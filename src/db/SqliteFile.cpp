@@ -178,28 +178,11 @@ Verdict tryOpening(SqlConnection& connection, const OpenRules& rules)
     return {};
 }
 
-/// The parts of the log are made with the file's rights, and keep them when the file gets others.
-bool giveLogTheFilesRights(const QString& path)
-{
-    bool given = false;
-    for (const char* tail : logTails) {
-        const QString part = path + QLatin1String(tail);
-        if (QFileInfo(path).isWritable() && QFileInfo::exists(part) && !QFileInfo(part).isWritable())
-            given = QFile::setPermissions(part, QFile::permissions(path)) || given;
-    }
-    return given;
-}
-
 /// As tryOpening(), and leaves no connection open that cannot be used.
 Verdict open(SqlConnection& connection, const OpenRules& rules)
 {
     connection.database().close();
     Verdict verdict = tryOpening(connection, rules);
-    if (verdict.state == Verdict::ReadOnly) {
-        connection.database().close();
-        if (giveLogTheFilesRights(connection.database().databaseName()))
-            verdict = tryOpening(connection, rules);
-    }
     if (verdict.state != Verdict::Usable)
         connection.database().close();
     if (verdict.state == Verdict::ReadOnly && !rules.replaceReadOnly)

@@ -11,6 +11,11 @@
 
 #include <atomic>
 
+#ifdef Q_OS_LINUX
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 namespace {
 
 const QDateTime noon(QDate(2024, 5, 1), QTime(12, 0));
@@ -62,6 +67,35 @@ struct Warnings
 
     Warnings() { count = 0; }
     ~Warnings() { qInstallMessageHandler(previous); }
+};
+
+/// While it lives, the test is a user without an administrator's rights, who owns the folder.
+class AsUser
+{
+public:
+#ifdef Q_OS_LINUX
+    explicit AsUser(const QString& folder)
+    {
+        constexpr uid_t nobody = 65534;
+        const QByteArray above = QFile::encodeName(QFileInfo(folder).path());
+        m_isOne = geteuid() == 0 && chmod(above.constData(), 0755) == 0 &&
+                  chown(QFile::encodeName(folder).constData(), nobody, nobody) == 0 && setresuid(nobody, nobody, 0) == 0;
+    }
+    ~AsUser()
+    {
+        if (m_isOne && setresuid(0, 0, 0) != 0)
+            qFatal("the administrator's rights cannot be had back");
+    }
+#else
+    explicit AsUser(const QString&) {}
+#endif
+    bool isOne() const
+    {
+        return m_isOne;
+    }
+
+private:
+    bool m_isOne = false;
 };
 
 } // namespace
@@ -274,6 +308,25 @@ private slots:
         QVERIFY(disk.setReadOnly(false));
         QTRY_COMPARE(cell.recorder.waiting(), 0);
         QCOMPARE(OtherProgram(path).column("select value3 from RltTable order by uid"), numbers(1, 2));
+    }
+
+    void rightsAreTakenAwayAndGivenBack()
+    {
+        const AsUser user(folder()); // an administrator may write everything
+        if (!user.isOne())
+            QSKIP("only an administrator can be another user");
+        Recording(file()).record(1);
+        QVERIFY(QFile::setPermissions(file(), QFile::ReadOwner));
+        QVERIFY(QFile::setPermissions(folder(), QFile::ReadOwner | QFile::ExeOwner));
+        const Warnings warnings;
+        Recording cell(file());
+        QVERIFY(!cell.opened);
+        cell.record(2);
+        QVERIFY(QFile::setPermissions(folder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QVERIFY(QFile::setPermissions(file(), QFile::ReadOwner | QFile::WriteOwner));
+        QTRY_COMPARE(cell.recorder.waiting(), 0);
+        QCOMPARE(recorded(), numbers(1, 2));
+        QCOMPARE(warnings.count, 4);
     }
 
     void oldestRowsAreGivenUpBeyondTheLimit()
