@@ -102,18 +102,23 @@ public:
         JsonReadVisitor inner(nested, m_place + QLatin1Char('/') + static_cast<const QString&>(key));
         visit(inner);
         m_problems += inner.problems();
+        m_unknown += inner.unknown();
     }
 
     /// Keys that hold a wrong type, each with its place.
     const QStringList& problems() const { return m_problems; }
+    /// Keys of the file that the visit did not ask for, each with its place; another version may know them.
+    QStringList unknown() const;
 
 private:
     QJsonObject nestedObject(const ConfigKey& key);
+    QJsonValue take(const ConfigKey& key);
     void wrongType(const ConfigKey& key, const char* wanted);
 
-    QJsonObject m_object;
+    QJsonObject m_object; ///< what was not asked for yet
     QString m_place;
     QStringList m_problems;
+    QStringList m_unknown;
 };
 
 /// Writes the fields as JSON text in the order of the visit (a QJsonObject would sort its keys).

@@ -52,6 +52,7 @@ bool ksGlobalConfig::load(QString* problems)
     JsonReadVisitor visitor(read.object, filePath());
     visit(visitor);
     report(visitor.problems(), problems);
+    report(visitor.unknown(), nullptr);
     return visitor.problems().isEmpty();
 }
 
@@ -64,8 +65,11 @@ QByteArray ksGlobalConfig::text()
 
 bool ksGlobalConfig::save(QString* error)
 {
+    JsonReadVisitor stored(HomeFiles::readJson(filePath()).object, filePath());
+    ksGlobalConfig().visit(stored);
+    const bool loses = !stored.problems().isEmpty() || !stored.unknown().isEmpty();
     QString reason;
-    if (HomeFiles::writeJsonText(filePath(), text(), &reason))
+    if (HomeFiles::writeJsonText(filePath(), text(), &reason, loses))
         return true;
     report({reason}, error);
     return false;

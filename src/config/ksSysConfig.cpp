@@ -17,12 +17,17 @@ void ksSysConfig::load()
     IniFile ini(filePath);
     IniReadVisitor reader(ini.settings());
     visit(reader);
+    const QStringList problems = ini.problems() + reader.problems();
+    for (const QString& problem : problems)
+        qWarning("%s", qUtf8Printable(problem));
 }
 
 bool ksSysConfig::save()
 {
     IniFile ini(filePath);
+    IniReadVisitor stored(ini.settings());
+    ksSysConfig().visit(stored);
     IniWriteVisitor writer(ini.settings());
     visit(writer);
-    return ini.commit();
+    return ini.commit(!stored.problems().isEmpty());
 }
