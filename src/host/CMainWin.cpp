@@ -193,11 +193,10 @@ void CMainWin::createActions()
     connect(m_actions.get(), &WindowActions::message, m_status,
             [this](const QString& text) { m_status->showMessage(text, 5000); });
     connect(m_actions.get(), &WindowActions::settingsApplied, m_cell.get(), &Cell::applySettings);
-    connect(m_actions.get(), &WindowActions::settingsApplied, this,
-            [this](const AuditChanges& changes) {
-                if (touches(changes, ksSysConfig::languageGroup))
-                    onLanguageChange(ksSysConfig::instance()->language);
-            });
+    connect(m_actions.get(), &WindowActions::settingsApplied, this, [this](const AuditChanges& changes) {
+        if (touches(changes, ksSysConfig::languageGroup))
+            onLanguageChange(ksSysConfig::instance()->language);
+    });
 }
 
 void CMainWin::connectTestMode()
@@ -322,10 +321,17 @@ void CMainWin::closeEvent(QCloseEvent* event)
     event->setAccepted(messages::confirmClose(this) && mayLose(m_actions->unsavedModels()));
 }
 
+void CMainWin::onTick()
+{
+    m_status->tick(ksGlobalConfig::instance()->onlineMode);
+    if (m_licence->isDue())
+        onLineseCheck(m_licence->check());
+}
+
 void CMainWin::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() == m_statusTimer)
-        m_status->tick(ksGlobalConfig::instance()->onlineMode);
+        onTick();
     else
         QMainWindow::timerEvent(event);
 }

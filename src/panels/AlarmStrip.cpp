@@ -29,6 +29,10 @@ QString what(const Alarm& alarm)
         return Texts::tr("工位%1标定不可用：%2").arg(alarm.subject, alarm.detail);
     case Alarm::ClockJumped:
         return Texts::tr("系统时间突变为%1，已暂停按天数清理图像；核对时间后按“已知悉”继续").arg(alarm.detail);
+    case Alarm::ProtectionOff:
+        return Texts::tr("在线模式下未启用“型号无效时拒绝触发”");
+    case Alarm::FileGone:
+        return Texts::tr("文件%1被删除，请恢复").arg(QFileInfo(alarm.subject).fileName());
     case Alarm::PortLost:
         return Texts::tr("PLC串口断开：%1").arg(alarm.subject);
     case Alarm::CameraLost:

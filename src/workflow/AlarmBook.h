@@ -22,6 +22,8 @@ struct Alarm
         NoResult,            ///< a station's images stay without a result
         CalibrationUnusable, ///< what a station finds cannot be sent
         ClockJumped,         ///< no image goes by its age until this is acknowledged
+        ProtectionOff,       ///< online, and a trigger without a valid model captures all the same
+        FileGone,            ///< a file that keeps people out was deleted
     };
 
     Kind kind = PortLost;
@@ -31,6 +33,8 @@ struct Alarm
     int count = 1;   ///< how often it began; or what its source counts, such as images
     bool acknowledged = false;
 
+    /// Whether it is how the cell is set up: it is shown, and asks for nobody.
+    bool isQuiet() const { return kind == ProtectionOff; }
     /// Whether the alarm asks for somebody, and stays until it is acknowledged. The others go when their cause goes.
     bool isLatched() const { return kind == ImagesGivenUp || kind == DatabaseMovedAside || kind == ClockJumped; }
 };

@@ -37,6 +37,7 @@ private:
     void checkCameras();
     void checkLog();
     void checkRecords();
+    void checkSetUp();
 
     const ksGlobalConfig& m_config;
     AlarmBook& m_book;

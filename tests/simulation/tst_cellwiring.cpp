@@ -56,6 +56,33 @@ private slots:
         QCOMPARE(count.found, 1);
     }
 
+    void clockThatJumpsDeletesNothingUntilItsAlarmIsAcknowledged()
+    {
+        SimulatedCell plant;
+        plant.settings.cleanSrcImages = true;
+        plant.settings.minFreeSpace = 0;
+        plant.scheduler.setClock(QDateTime::currentDateTime());
+        plant.startUp();
+        plant.open();
+        const QString day = plant.home.path("/DBFiles/SrcImages/2026-03-31");
+        QVERIFY(QDir().mkpath(day));
+        plant.scheduler.advance(3000);
+        plant.scheduler.setClock(plant.scheduler.now().addDays(30));
+        plant.scheduler.advance(4000);
+        QVERIFY(QDir().exists(day));
+        QCOMPARE(plant.cell->alarms().alarms().value(0).kind, Alarm::ClockJumped);
+        plant.scheduler.setClock(plant.scheduler.now().addDays(-30));
+        plant.scheduler.advance(4000);
+        plant.cell->alarms().acknowledge();
+        plant.scheduler.advance(4000);
+        QVERIFY(QDir().exists(day) && plant.cell->alarms().alarms().isEmpty());
+        plant.scheduler.setClock(plant.scheduler.now().addDays(30));
+        plant.scheduler.advance(4000);
+        plant.cell->alarms().acknowledge();
+        plant.scheduler.advance(4000);
+        QVERIFY(!QDir().exists(day));
+    }
+
     void eachStationsAccountCountsItsOwn()
     {
         SimulatedCell plant;

@@ -732,6 +732,14 @@ Close anyway?</translation>
         <source>系统时间突变为%1，已暂停按天数清理图像；核对时间后按“已知悉”继续</source>
         <translation>The clock jumped to %1: images are not deleted by age; check the time, then acknowledge</translation>
     </message>
+    <message>
+        <source>在线模式下未启用“型号无效时拒绝触发”</source>
+        <translation>Online, and triggers without a valid model are not refused</translation>
+    </message>
+    <message>
+        <source>文件%1被删除，请恢复</source>
+        <translation>The file %1 was deleted: restore it</translation>
+    </message>
 </context>
 <context>
     <name>ViewMenu</name>
@@ -787,6 +795,17 @@ Close anyway?</translation>
     <message>
         <source>剩余空间不足%1 GB，%2的图像从现在起到程序结束只保留1天</source>
         <translation>Less than %1 GB are free: images in %2 are kept for 1 day only from now until the program ends</translation>
+    </message>
+</context>
+<context>
+    <name>LicenceDesk</name>
+    <message>
+        <source>系统时间被调回：上次是%1，现在是%2</source>
+        <translation>The clock was put back: last seen at %1, now %2</translation>
+    </message>
+    <message>
+        <source>本程序使用构建时自动生成的授权密钥，不是供应商的密钥</source>
+        <translation>This build has a licence key of its own, not a vendor's</translation>
     </message>
 </context>
 </TS>
