@@ -1,9 +1,13 @@
 #include "host/ksMain.h"
+#include "platform/System.h"
 
 #include <valvecell/Export.h>
+#include <valvecell/HomeFiles.h>
 
 VALVECELL_MODULE_EXPORT IMainWidget* MainWidget_Create()
 {
+    HomeFiles::fixHome();
+    platform::keepOthersOut();
     return new ksMain;
 }
 

@@ -11,6 +11,7 @@
 #include <QStorageInfo>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 #ifdef Q_OS_LINUX
@@ -51,6 +52,8 @@ qint64 residentMemoryKiB()
     return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) ? counters.WorkingSetSize / 1024 : 0;
 }
 
+void keepOthersOut() {}
+
 void lowerThreadPriority()
 {
     SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
@@ -85,6 +88,11 @@ qint64 residentMemoryKiB()
         return 0;
     const QList<QByteArray> fields = statm.readAll().split(' ');
     return fields.size() > 1 ? fields[1].toLongLong() * sysconf(_SC_PAGESIZE) / 1024 : 0;
+}
+
+void keepOthersOut()
+{
+    umask(umask(S_IRWXO) | S_IRWXO);
 }
 
 void lowerThreadPriority()

@@ -15,6 +15,10 @@ bool flushFile(const QString& path);
 /// The process's resident memory in KiB; 0 when the platform does not say.
 qint64 residentMemoryKiB();
 
+/// From now on files and folders are made without rights for those who are neither owner nor of the group, whatever the
+/// user's habit is; on Windows the folder above decides. At the start.
+void keepOthersOut();
+
 /// Makes the calling thread yield the processor to the others of the program whenever they want it.
 void lowerThreadPriority();
 

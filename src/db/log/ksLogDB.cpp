@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QDebug>
+#include <QFileInfo>
 
 namespace SystemLog {
 namespace {
@@ -58,7 +59,7 @@ void QDBSqlite::close()
 }
 
 ksLogDB::ksLogDB(const QString& path)
-    : m_path(path)
+    : m_path(QFileInfo(path).absoluteFilePath()) // the working directory may change later
 {
     openTable();
     // The thread that writes opens its own.
