@@ -72,11 +72,11 @@ inline JsonRead readJson(const QString& path)
     return {JsonRead::Good, document.object(), {}};
 }
 
-/// A free name beside a file that holds the time; empty when there is none.
-inline QString asideName(const QString& path)
+/// A free name beside a file that holds a word for the reason and the time; empty when there is none.
+inline QString asideName(const QString& path, const QString& word)
 {
-    const QString stem =
-        path + QStringLiteral(".damaged-") + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
+    const QString stem = path + QLatin1Char('.') + word + QLatin1Char('-') +
+                         QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
     for (int i = 0; i < 100; ++i) {
         const QString aside = i == 0 ? stem : QStringLiteral("%1-%2").arg(stem).arg(i);
         if (!QFile::exists(aside))
@@ -85,17 +85,17 @@ inline QString asideName(const QString& path)
     return {};
 }
 
-/// Renames a file to a free name beside it that holds the time, and returns that name; empty when it could not.
-inline QString keepAside(const QString& path)
+/// Renames a file to such a name, and returns that name; empty when it could not.
+inline QString keepAside(const QString& path, const QString& word = QStringLiteral("damaged"))
 {
-    const QString aside = asideName(path);
+    const QString aside = asideName(path, word);
     return !aside.isEmpty() && QFile::rename(path, aside) ? aside : QString();
 }
 
 /// Copies a file to such a name, before something of it is lost by writing it anew.
 inline QString copyAside(const QString& path)
 {
-    const QString aside = asideName(path);
+    const QString aside = asideName(path, QStringLiteral("damaged"));
     return !aside.isEmpty() && QFile::copy(path, aside) ? aside : QString();
 }
 

@@ -47,6 +47,7 @@ void Engine::runTask(const QVariantMap& input, const QString& solution, const QS
     task.solution = solution;
     task.model = model;
     task.known = m_store.lookUp(solution, model, &task.parameters, &task.answer);
+    task.refusal = m_store.trouble(solution);
     // All unknown solutions share one thread, so that wrong names cannot pile up threads.
     threadOf(m_store.list().contains(solution) ? solution : QString())
         .add([task = std::move(task), callback = std::move(callback)](finder::Finder& finder) {

@@ -83,7 +83,10 @@ void SolutionStore::readSolution(const QString& folder)
 {
     const QString path = folder + QLatin1Char('/') + solutionFile;
     const HomeFiles::JsonRead read = HomeFiles::readJson(path);
-    if (read.state != HomeFiles::JsonRead::Good)
+    const bool damaged = read.state == HomeFiles::JsonRead::Damaged;
+    if (damaged)
+        qWarning("solution without answers: %s", qUtf8Printable(read.error));
+    else if (read.state == HomeFiles::JsonRead::Missing)
         qWarning("solution left with its defaults: %s", qUtf8Printable(read.error));
     const QString name = text(read.object, QStringLiteral("name"), nameOf(QFileInfo(folder).fileName()));
     if (m_solutions.contains(name)) {
@@ -93,11 +96,16 @@ void SolutionStore::readSolution(const QString& folder)
     }
     Solution& solution = m_solutions[name];
     solution.folder = folder;
-    const QString answer = text(read.object, QStringLiteral("result"), QStringLiteral("hole"));
+    const QJsonValue result = read.object.value(QStringLiteral("result"));
+    const QString answer = result.isUndefined() ? QStringLiteral("hole") : result.toVariant().toString();
     solution.answer = answer == QLatin1String("hub") ? Answer::Hub : Answer::Hole;
-    if (answer != QLatin1String("hub") && answer != QLatin1String("hole"))
-        qWarning("%s: \"result\" is \"%s\", not \"hole\" or \"hub\"; the hole is taken", qUtf8Printable(path),
+    if (damaged)
+        solution.trouble = tr("方案文件损坏：%1").arg(read.error);
+    if (answer != QLatin1String("hub") && answer != QLatin1String("hole")) {
+        solution.trouble = tr("方案文件 %1：“result”的值“%2”不是 hole 或 hub").arg(path, answer);
+        qWarning("%s: \"result\" is \"%s\", not \"hole\" or \"hub\"; no task is answered", qUtf8Printable(path),
                  qUtf8Printable(answer));
+    }
     solution.camera = readCamera(read.object.value(QStringLiteral("camera")).toObject(), path);
     for (const QString& file : QDir(folder).entryList({QLatin1Char('*') + modelSuffix}, QDir::Files, QDir::Name))
         readModel(folder + QLatin1Char('/') + file, &solution);
@@ -195,6 +203,11 @@ bool SolutionStore::lookUp(const QString& solution, const QString& model, finder
     *parameters = *known;
     parameters->camera = found->camera;
     return true;
+}
+
+QString SolutionStore::trouble(const QString& solution) const
+{
+    return m_solutions.value(solution).trouble;
 }
 
 QVariantMap SolutionStore::parameters(const QString& solution, const QString& model)

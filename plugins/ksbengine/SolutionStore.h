@@ -25,8 +25,8 @@ public:
     explicit SolutionStore(const QString& folder);
     virtual ~SolutionStore() = default;
 
-    /// Reads everything anew. A damaged solution file leaves the solution with its defaults, a damaged model is left
-    /// out, of damaged examples those that can be read stay; each writes a warning with file and place.
+    /// Reads everything anew. A damaged solution file leaves the solution with its models, see trouble(); a damaged
+    /// model is left out, of damaged examples those that can be read stay; each writes a warning with file and place.
     void read();
 
     QStringList list() override;
@@ -42,6 +42,10 @@ public:
     /// Copies what a task needs, the camera of the solution's station with the model; false when solution or model is
     /// unknown.
     bool lookUp(const QString& solution, const QString& model, finder::HoleModel* parameters, Answer* answer) const;
+
+    /// Why no task of the solution may be answered, for the operator: its file is damaged, or says no known point, so
+    /// that nobody knows which point is meant. Empty when all is well, and for an unknown solution.
+    QString trouble(const QString& solution) const;
 
     /// What a model has been shown; null for nothing and for an unknown one.
     std::shared_ptr<const finder::HoleExamples> examples(const QString& solution, const QString& model) const;
@@ -60,6 +64,7 @@ private:
     struct Solution
     {
         QString folder;
+        QString trouble;
         Answer answer = Answer::Hole;
         finder::Camera camera;
         QMap<QString, finder::HoleModel> models;

@@ -20,7 +20,7 @@ struct Task
     bool known = false; ///< solution and model exist; without them there is no "AlgoResult"
     finder::HoleModel parameters;
     SolutionStore::Answer answer = SolutionStore::Answer::Hole;
-    QString refusal; ///< why the parameters cannot be used, in the operator's language; empty when they can
+    QString refusal; ///< why solution or parameters cannot be used, in the operator's language; empty when they can
 };
 
 /// Runs one task to its result map. `found`, if given, receives what the map was made of. Any thread, one finder a

@@ -34,10 +34,16 @@ void makeFaintTextVisible(QWidget* window)
     window->setPalette(faint);
 }
 
+/// Over its parent, behind which a window of its own would hide; with a window's buttons all the same.
+Qt::WindowFlags windowFlagsFor(const QWidget* parent)
+{
+    return parent ? Qt::Dialog | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint : Qt::Window;
+}
+
 } // namespace
 
 DesignerWindow::DesignerWindow(IEngine* engine, QWidget* parent)
-    : QWidget(parent, Qt::Window)
+    : QWidget(parent, windowFlagsFor(parent))
     , m_ui(std::make_unique<Ui::DesignerWindow>())
     , m_engine(engine)
 {

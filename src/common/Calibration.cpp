@@ -1,8 +1,24 @@
 #include "common/Calibration.h"
 
-#include <QJsonObject>
+#include <QJsonArray>
+#include <QJsonDocument>
 
+#include <algorithm>
 #include <cmath>
+
+namespace {
+
+/// Below this sine the axes of a map lie on each other: what single precision leaves of points on a line is smaller,
+/// and no camera looks that flat.
+constexpr double leastSine = 1e-4;
+
+QString jsonText(const QJsonValue& value)
+{
+    const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(array.mid(1, array.size() - 2));
+}
+
+} // namespace
 
 Calibration Calibration::twoPoint(double scale, const QPointF& offset, bool swapXY)
 {
@@ -36,6 +52,42 @@ Calibration Calibration::ofStation(const QJsonObject& globalConfig, int station)
         map[i] = in(object, Keys::map[i]).toDouble();
     return fourPoint(map, {in(object, Keys::mapXOffset).toDouble(), in(object, Keys::mapYOffset).toDouble()},
                      in(object, Keys::mapSwapXY).toBool());
+}
+
+Calibration Calibration::spoiledBy(const QJsonObject& values) const
+{
+    QStringList texts;
+    for (auto it = values.begin(); it != values.end(); ++it)
+        texts << (it.value().isNull() ? tr("缺少“%1”").arg(it.key())
+                                      : tr("“%1”的值 %2 不可用").arg(it.key(), jsonText(it.value())));
+    Calibration spoiled = *this;
+    if (!texts.isEmpty())
+        spoiled.m_spoiled = QStringLiteral("globalConfig.json: ") + texts.join(tr("，"));
+    return spoiled;
+}
+
+QString Calibration::problem() const
+{
+    if (!m_spoiled.isEmpty())
+        return m_spoiled;
+    if (!std::isfinite(m_offset.x()) || !std::isfinite(m_offset.y()))
+        return tr("物理偏移不是数字");
+    if (m_map)
+        return mapProblem();
+    if (!std::isfinite(m_scale))
+        return tr("像素比例值不是数字");
+    return m_scale > 0 ? QString() : tr("像素比例值 %1 mm/px 应大于 0").arg(m_scale);
+}
+
+QString Calibration::mapProblem() const
+{
+    const AffineMap& m = *m_map;
+    if (!std::all_of(m.begin(), m.end(), [](double value) { return std::isfinite(value); }))
+        return tr("四点标定的映射不是数字");
+    if (mmPerPixelX() == 0 && mmPerPixelY() == 0)
+        return tr("尚未进行四点标定");
+    const bool flat = !(std::abs(determinant()) > leastSine * mmPerPixelX() * mmPerPixelY());
+    return flat ? tr("四点标定的点共线或重合") : QString();
 }
 
 QPointF Calibration::toMachine(const QPointF& pixel) const

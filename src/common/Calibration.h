@@ -1,11 +1,11 @@
 #pragma once
 
+#include <QCoreApplication>
+#include <QJsonObject>
 #include <QPointF>
 
 #include <array>
 #include <optional>
-
-class QJsonObject;
 
 /// A 2x3 matrix in row order: x' = m[0] x + m[1] y + m[2], y' = m[3] x + m[4] y + m[5].
 using AffineMap = std::array<double, 6>;
@@ -15,6 +15,8 @@ using AffineMap = std::array<double, 6>;
 /// swapped X carries the Y offset. Double precision, nothing rounded. Any thread.
 class Calibration
 {
+    Q_DECLARE_TR_FUNCTIONS(Calibration)
+
 public:
     /// That of nothing: a scale of 0.
     Calibration() = default;
@@ -25,6 +27,13 @@ public:
     /// The one in force for station 1 or 2, read from the content of "user/globalConfig.json"; what is missing, or no
     /// number, counts as 0.
     static Calibration ofStation(const QJsonObject& globalConfig, int station);
+
+    /// As this one, but not usable: `values` are what its file holds in the place of numbers and switches, by key; null
+    /// stands for a key that is missing. Without any the calibration stays as it is.
+    Calibration spoiledBy(const QJsonObject& values) const;
+    /// Why no place may be answered by this calibration, as a sentence for the operator: a scale that is not positive,
+    /// a map that was never made or takes the image to a line, what is no number. Empty when it is usable.
+    QString problem() const;
 
     QPointF toMachine(const QPointF& pixel) const;
     /// Nothing when there is no way back: a scale of 0, a map that folds the plane to a line, values that are not
@@ -40,11 +49,13 @@ public:
 private:
     /// Of the map, by which it multiplies areas.
     double determinant() const;
+    QString mapProblem() const;
 
     double m_scale = 0;
     std::optional<AffineMap> m_map; ///< in the place of the scale
     QPointF m_offset;
     bool m_swapXY = false;
+    QString m_spoiled; ///< the problem that its file makes
 };
 
 /// The keys of "user/globalConfig.json" that make a calibration. '#' stands for the station's number; the map's, in the

@@ -2,18 +2,55 @@
 
 #include <valvecell/ResultKeys.h>
 
+#include <QPoint>
 #include <QStringList>
 
 #include <cmath>
+#include <type_traits>
 
 namespace {
 
-/// The value under a key, or `fallback` when it is missing or does not convert.
+bool isNumber(const QVariant& value)
+{
+    switch (static_cast<QMetaType::Type>(value.type())) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Float:
+    case QMetaType::Double:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// The value under a key, or `fallback` when it is missing or of another type. Numbers convert to each other, and
+/// nothing else does: a variant would take the text "forty-two" as 0, and true as 1.
 template <typename T>
 T valueOf(const QVariantMap& map, const char* key, T fallback)
 {
     const QVariant value = map.value(QLatin1String(key));
-    return value.canConvert<T>() ? value.value<T>() : fallback;
+    const bool isOfType =
+        std::is_arithmetic_v<T> && !std::is_same_v<T, bool> ? isNumber(value) : value.userType() == qMetaTypeId<T>();
+    return isOfType ? value.value<T>() : fallback;
+}
+
+QPointF pointOf(const QVariantMap& map, const char* key, const QPointF& fallback)
+{
+    const QVariant value = map.value(QLatin1String(key));
+    return value.userType() == QMetaType::QPoint ? QPointF(value.toPoint()) : valueOf(map, key, fallback);
+}
+
+/// Says so when there is something under the key, but nothing that can be meant by it.
+bool isOtherType(const QVariantMap& map, const char* key, bool good)
+{
+    const QVariant value = map.value(QLatin1String(key));
+    const bool wrong = value.isValid() && !good;
+    if (wrong)
+        qWarning("engine's result: \"%s\" is a %s (%s), and counts as missing", key, value.typeName(),
+                 qUtf8Printable(value.toString()));
+    return wrong;
 }
 
 struct Evidence
@@ -57,11 +94,14 @@ QString evidenceOf(const QVariantMap& map)
     return parts.join(QLatin1Char(';'));
 }
 
-/// An angle that is no number must not reach a frame: it counts as none.
+/// An angle that is no number, or one without a place that can be read, must not reach a frame: it counts as none.
 void readAlgoResult(TaskResult& result, const QVariantMap& map)
 {
+    const QVariant centre = map.value(QLatin1String(ResultKeys::centerPoint));
+    const bool isPoint = centre.userType() == QMetaType::QPointF || centre.userType() == QMetaType::QPoint;
+    isOtherType(map, ResultKeys::angle, isNumber(map.value(QLatin1String(ResultKeys::angle))));
     result.angle = valueOf(map, ResultKeys::angle, result.angle);
-    if (!std::isfinite(result.angle))
+    if (!std::isfinite(result.angle) || isOtherType(map, ResultKeys::centerPoint, isPoint))
         result.angle = 365.0;
     // An engine that gives an angle and no error code has found its hole.
     result.found = result.angle <= fullCircle && valueOf(map, ResultKeys::error, 0) == 0;
@@ -69,10 +109,10 @@ void readAlgoResult(TaskResult& result, const QVariantMap& map)
     result.score = valueOf(map, ResultKeys::score, result.score);
     result.image = valueOf(map, ResultKeys::image, result.image);
     result.tip = valueOf(map, ResultKeys::resultTip, result.tip);
-    result.center = valueOf(map, ResultKeys::centerPoint, result.center);
-    result.hole = valueOf(map, ResultKeys::holeCenter, result.center);
+    result.center = pointOf(map, ResultKeys::centerPoint, result.center);
+    result.hole = pointOf(map, ResultKeys::holeCenter, result.center);
     result.runnerUpScore = valueOf(map, ResultKeys::runnerUpScore, 0.0);
-    result.hubCenter = valueOf(map, ResultKeys::hubCenter, QPointF());
+    result.hubCenter = pointOf(map, ResultKeys::hubCenter, {});
     result.hubRadius = valueOf(map, ResultKeys::hubRadius, 0.0);
     result.holeRadius = valueOf(map, ResultKeys::holeRadius, 0.0);
     result.edgePoints = valueOf(map, ResultKeys::edgePoints, 0);

@@ -31,31 +31,42 @@ bool readNonFinite(const QString& text, double& value)
     return true;
 }
 
+QByteArray jsonText(const QJsonValue& value)
+{
+    const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return array.mid(1, array.size() - 2);
+}
+
 QByteArray quoted(const QString& text)
 {
-    const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
-    return array.mid(1, array.size() - 2);
+    return jsonText(text);
 }
 
 } // namespace
 
 QJsonValue JsonReadVisitor::take(const ConfigKey& key)
 {
-    return m_object.take(key);
+    m_asked.insert(key);
+    return m_object.value(key);
 }
 
 QStringList JsonReadVisitor::unknown() const
 {
     QStringList unknown = m_unknown;
     const QStringList keys = m_object.keys();
-    for (const QString& key : keys)
-        unknown << QStringLiteral("%1: \"%2\" is not known here").arg(m_place, key);
+    for (const QString& key : keys) {
+        if (!m_asked.contains(key))
+            unknown << QStringLiteral("%1: \"%2\" is not known here").arg(m_place, key);
+    }
     return unknown;
 }
 
 void JsonReadVisitor::wrongType(const ConfigKey& key, const char* wanted)
 {
-    m_problems << QStringLiteral("%1: \"%2\" is not %3, its default is used").arg(m_place, key, QLatin1String(wanted));
+    const QJsonValue value = m_object.value(key);
+    m_wrong.insert(key, value);
+    m_problems << QStringLiteral("%1: \"%2\" is not %3, its default is used: %4")
+                      .arg(m_place, key, QLatin1String(wanted), QString::fromUtf8(jsonText(value).left(80)));
 }
 
 void JsonReadVisitor::field(const ConfigKey& key, QString& value, const QString& fallback)
@@ -95,8 +106,10 @@ void JsonReadVisitor::field(const ConfigKey& key, double& value, double fallback
 QJsonObject JsonReadVisitor::nestedObject(const ConfigKey& key)
 {
     const QJsonValue json = take(key);
-    if (!json.isUndefined() && !json.isObject())
+    if (!json.isUndefined() && !json.isObject()) {
+        m_wrong.insert(key, json);
         m_problems << QStringLiteral("%1: \"%2\" is not an object, its values stay").arg(m_place, key);
+    }
     return json.toObject();
 }
 
@@ -104,7 +117,8 @@ void JsonWriteVisitor::append(const ConfigKey& key, const QByteArray& json)
 {
     if (!m_lines.isEmpty())
         m_lines += ",\n";
-    m_lines += m_indent + quoted(key) + ": " + json;
+    const QJsonValue kept = m_kept.value(key);
+    m_lines += m_indent + quoted(key) + ": " + (kept.isUndefined() || kept.isObject() ? json : jsonText(kept));
 }
 
 void JsonWriteVisitor::field(const ConfigKey& key, const QString& value, const QString&)

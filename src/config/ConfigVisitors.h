@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QJsonObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -103,30 +104,38 @@ public:
         visit(inner);
         m_problems += inner.problems();
         m_unknown += inner.unknown();
+        if (!inner.wrongValues().isEmpty())
+            m_wrong.insert(key, inner.wrongValues());
     }
 
     /// Keys that hold a wrong type, each with its place.
     const QStringList& problems() const { return m_problems; }
     /// Keys of the file that the visit did not ask for, each with its place; another version may know them.
     QStringList unknown() const;
+    /// What stands at those keys; nested as the file is.
+    const QJsonObject& wrongValues() const { return m_wrong; }
 
 private:
     QJsonObject nestedObject(const ConfigKey& key);
     QJsonValue take(const ConfigKey& key);
     void wrongType(const ConfigKey& key, const char* wanted);
 
-    QJsonObject m_object; ///< what was not asked for yet
+    QJsonObject m_object;
     QString m_place;
     QStringList m_problems;
+    QSet<QString> m_asked;
     QStringList m_unknown;
+    QJsonObject m_wrong;
 };
 
 /// Writes the fields as JSON text in the order of the visit (a QJsonObject would sort its keys).
 class JsonWriteVisitor : public EveryField<JsonWriteVisitor>
 {
 public:
-    explicit JsonWriteVisitor(int depth = 1)
-        : m_indent(4 * depth, ' ')
+    /// `kept` are values that stand in the place of the fields', nested as the file is.
+    explicit JsonWriteVisitor(const QJsonObject& kept = {}, int depth = 1)
+        : m_kept(kept)
+        , m_indent(4 * depth, ' ')
     {
     }
 
@@ -139,7 +148,7 @@ public:
     template <typename Visit>
     void object(const ConfigKey& key, Visit visit)
     {
-        JsonWriteVisitor inner(m_indent.size() / 4 + 1);
+        JsonWriteVisitor inner(m_kept.value(key).toObject(), m_indent.size() / 4 + 1);
         visit(inner);
         append(key, inner.text());
     }
@@ -150,6 +159,7 @@ public:
 private:
     void append(const ConfigKey& key, const QByteArray& json);
 
+    QJsonObject m_kept;
     QByteArray m_indent;
     QByteArray m_lines;
 };

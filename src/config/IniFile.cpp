@@ -4,6 +4,12 @@
 
 #include <valvecell/HomeFiles.h>
 
+#include <QMap>
+#include <QRunnable>
+#include <QThreadPool>
+
+#include <mutex>
+
 namespace {
 
 /// The settings library takes any bytes for an INI file; of one that is something else, no line is a group or a key.
@@ -47,10 +53,11 @@ IniFile::IniFile(const QString& path)
     : m_path(path)
 {
     const IniCheck found = check(path);
-    m_problems = found.strays;
+    m_strays = found.strays;
     if (!found.notIni.isEmpty()) {
         const QString aside = HomeFiles::keepAside(path);
-        qWarning("%s: %s; kept as %s", qUtf8Printable(path), qUtf8Printable(found.notIni), qUtf8Printable(aside));
+        m_problem = QStringLiteral("%1: %2; kept as %3").arg(path, found.notIni, aside);
+        qWarning("%s", qUtf8Printable(m_problem));
     }
     m_settings = std::make_unique<QSettings>(m_path, QSettings::IniFormat);
     m_settings->setIniCodec("UTF-8");
@@ -59,7 +66,7 @@ IniFile::IniFile(const QString& path)
 bool IniFile::commit(bool loses)
 {
     QDir().mkpath(QFileInfo(m_path).path());
-    if (loses || !m_problems.isEmpty()) {
+    if (loses || !m_strays.isEmpty()) {
         const QString aside = HomeFiles::copyAside(m_path);
         if (aside.isEmpty()) {
             qWarning("%s: cannot be kept under another name, and is not written", qUtf8Printable(m_path));
@@ -114,7 +121,24 @@ void IniReadVisitor::field(const ConfigKey& key, int& value, int fallback)
 
 void saveViewerScale(const QString& viewer, double scale)
 {
-    IniFile file(platform::inHome(QStringLiteral("/showImg.ini")));
-    file.settings().setValue(QStringLiteral("ShowImg/") + viewer, scale);
-    file.commit();
+    static std::mutex mutex; // guards what waits
+    static QMap<QString, double> waiting;
+    const std::lock_guard<std::mutex> lock(mutex);
+    const bool isWriting = !waiting.isEmpty();
+    waiting[viewer] = scale;
+    if (isWriting)
+        return;
+    QThreadPool::globalInstance()->start(QRunnable::create([path = platform::inHome(QStringLiteral("/showImg.ini"))] {
+        static std::mutex fileMutex; // one writer reads and replaces the file at a time
+        const std::lock_guard<std::mutex> fileLock(fileMutex);
+        QMap<QString, double> scales;
+        {
+            const std::lock_guard<std::mutex> innerLock(mutex);
+            scales.swap(waiting);
+        }
+        IniFile file(path);
+        for (auto it = scales.cbegin(); it != scales.cend(); ++it)
+            file.settings().setValue(QStringLiteral("ShowImg/") + it.key(), it.value());
+        file.commit();
+    }));
 }

@@ -16,8 +16,10 @@ public:
 
     QSettings& settings() { return *m_settings; }
 
+    /// Why the file was kept aside; empty when it was not.
+    const QString& problem() const { return m_problem; }
     /// Lines that are not in INI format, each with file and number.
-    const QStringList& problems() const { return m_problems; }
+    const QStringList& strays() const { return m_strays; }
 
     /// Writes what was set, which `loses` something of the file. Returns false, with a warning in the log, when that
     /// failed.
@@ -25,7 +27,8 @@ public:
 
 private:
     QString m_path;
-    QStringList m_problems;
+    QString m_problem;
+    QStringList m_strays;
     std::unique_ptr<QSettings> m_settings;
 };
 
@@ -76,5 +79,6 @@ private:
 };
 
 /// Remembers the zoom factor of a viewer in "/showImg.ini" below the home, under "ShowImg/" + `viewer`. The viewers:
-/// "ScaleA", "ScaleB" of the main window, "Scale_Standard_1", "Scale_Standard_2" of the calibration dialogs.
+/// "ScaleA", "ScaleB" of the main window, "Scale_Standard_1", "Scale_Standard_2" of the calibration dialogs. Written by
+/// the global thread pool, so that turning a wheel waits for no disk; of several in a row the last. GUI thread.
 void saveViewerScale(const QString& viewer, double scale);

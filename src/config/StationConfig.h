@@ -78,13 +78,20 @@ struct StationConfig
     TwoPointCalibration twoPoint;
     FourPointCalibration fourPoint;
 
+    /// What the file holds in the place of values that answers rest on, by key; null for a key that is missing. Written
+    /// back as it stands until the station is calibrated anew, and until then no place is answered.
+    QJsonObject spoiledTwoPoint;
+    QJsonObject spoiledFourPoint;
+
     /// As stored; with nothing stored, the two-point calibration is a scale of 1 and the other one a map to 0.
     Calibration twoPointCalibration() const
     {
-        return Calibration::twoPoint(twoPoint.scale, {twoPoint.xOffset, twoPoint.yOffset}, swapXY);
+        return Calibration::twoPoint(twoPoint.scale, {twoPoint.xOffset, twoPoint.yOffset}, swapXY)
+            .spoiledBy(spoiledTwoPoint);
     }
     Calibration fourPointCalibration() const
     {
-        return Calibration::fourPoint(fourPoint.map, {fourPoint.xOffset, fourPoint.yOffset}, fourPoint.swapXY);
+        return Calibration::fourPoint(fourPoint.map, {fourPoint.xOffset, fourPoint.yOffset}, fourPoint.swapXY)
+            .spoiledBy(spoiledFourPoint);
     }
 };

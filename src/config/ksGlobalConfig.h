@@ -19,6 +19,8 @@ public:
     int pointCircle{};      ///< diameter of the point markers in the calibration dialogs, image pixels
     int trigerFilter{};     ///< milliseconds in which a further trigger of a station is dropped; 0 drops none
     bool use4pointstand{};  ///< four-point instead of two-point calibration
+    /// As StationConfig::spoiledTwoPoint, for the key of `use4pointstand`: no station's calibration is known.
+    QJsonObject spoiledKind;
 
     /// The set-up of station 1 or 2.
     StationConfig& station(int number) { return stations[number == 1 ? 0 : 1]; }
@@ -27,7 +29,8 @@ public:
     /// How pixels of station 1 or 2 become machine coordinates: the kind that is in force.
     Calibration calibration(int number) const
     {
-        return use4pointstand ? station(number).fourPointCalibration() : station(number).twoPointCalibration();
+        const StationConfig& own = station(number);
+        return (use4pointstand ? own.fourPointCalibration() : own.twoPointCalibration()).spoiledBy(spoiledKind);
     }
 
     /// 1 or 2 when `solution` is the solution of that station, 0 otherwise; an empty name is no station's.
@@ -37,7 +40,8 @@ public:
 
     /// Reads the file. A missing or empty file, or one that does not parse, changes nothing; in a good one, keys that
     /// are absent or hold a wrong type get their defaults (four-point objects that are absent or empty keep their
-    /// values). Returns false with file, place and reason in `problems` when something in the file is wrong.
+    /// values). Returns false with file, place and reason in `problems` when something in the file is wrong; where an
+    /// answer would rest on it, the station's calibration is not usable, see StationConfig::spoiledTwoPoint.
     bool load(QString* problems = nullptr);
 
     /// Replaces the file in one step, all keys in their fixed order. A present file that does not parse, or
@@ -72,4 +76,8 @@ public:
         visitor.object({CalibrationKeys::fourPoint, 1}, [&](auto& inner) { first.fourPoint.visit(inner); });
         visitor.object({CalibrationKeys::fourPoint, 2}, [&](auto& inner) { second.fourPoint.visit(inner); });
     }
+
+private:
+    /// Takes what keeps stations from a calibration from a file that was just read; returns a line for each station.
+    QStringList noteSpoiled(const QJsonObject& file, const QJsonObject& wrong);
 };

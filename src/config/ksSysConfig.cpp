@@ -12,14 +12,17 @@ ksSysConfig::ksSysConfig()
     visit(defaults);
 }
 
-void ksSysConfig::load()
+bool ksSysConfig::load(QString* problem)
 {
     IniFile ini(filePath);
     IniReadVisitor reader(ini.settings());
     visit(reader);
-    const QStringList problems = ini.problems() + reader.problems();
-    for (const QString& problem : problems)
-        qWarning("%s", qUtf8Printable(problem));
+    const QStringList lost = ini.strays() + reader.problems();
+    for (const QString& what : lost)
+        qWarning("%s", qUtf8Printable(what));
+    if (problem)
+        *problem = ini.problem();
+    return ini.problem().isEmpty();
 }
 
 bool ksSysConfig::save()

@@ -35,8 +35,9 @@ public:
     static constexpr const char* cleanerGroup = "CheckThread/";
 
     /// Reads all keys; a missing file or key, or a value that does not convert, yields the default. The latter and
-    /// lines that are none of an INI file are warnings, with file and place.
-    void load();
+    /// lines that are none of an INI file are warnings, with file and place. Returns false with the reason in `problem`
+    /// when the file is no INI file and was kept aside.
+    bool load(QString* problem = nullptr);
 
     /// Writes all keys, replacing the file in one step; other keys of the file stay. A file of which something would be
     /// lost, such as a value that does not convert, is kept beside it first. Returns false when the file could not be

@@ -4,12 +4,13 @@
 #include "db/WalKeeper.h"
 #include "platform/System.h"
 
-#include <QDebug>
+#include <algorithm>
 
 namespace {
 
-const QString sqliteDriver = QStringLiteral("QSQLITE");
 const QString mysqlDriver = QStringLiteral("QMYSQL");
+const QString keyType = QStringLiteral("INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL");
+const QString tableListSql = QStringLiteral("select name from sqlite_master where type='table' order by name;");
 
 /// The tables that a file of results may hold, with the columns that a row needs.
 QVector<SqliteFile::OwnTable> ownTables()
@@ -25,21 +26,26 @@ QVector<SqliteFile::OwnTable> ownTables()
         {QStringLiteral("e_report_forms"), {}}};
 }
 
+SqliteFile::OpenRules openRules()
+{
+    SqliteFile::OpenRules rules;
+    rules.durability = SqliteFile::Durability::SoonAfter;
+    rules.autoCheckpoint = false;
+    rules.ownTables = ownTables();
+    return rules;
+}
+
 } // namespace
 
 DataBaseSql::DataBaseSql(const QString& path, const QString& driverType, QObject* parent)
     : QObject(parent)
     , m_driverType(driverType)
     , m_scheduler(&Scheduler::system())
-    , m_connection(driverType)
-    , m_lastInsert(m_connection.database())
+    , m_store(path, openRules(), driverType)
+    , m_lastInsert(m_store.connection().database())
     , m_flush(platform::flushFile)
 {
-    if (driverType == sqliteDriver)
-        m_connection.database().setDatabaseName(path);
-    m_rules.durability = SqliteFile::Durability::SoonAfter;
-    m_rules.autoCheckpoint = false;
-    m_rules.ownTables = ownTables();
+    m_store.rules().createTables = [this](SqlConnection&) { return ensureTables(); };
 }
 
 DataBaseSql::~DataBaseSql()
@@ -47,30 +53,17 @@ DataBaseSql::~DataBaseSql()
     close();
 }
 
-bool DataBaseSql::open()
+void DataBaseSql::setScheduler(Scheduler& scheduler)
 {
-    if (m_connection.isOpen())
-        return true;
-    if (m_driverType != sqliteDriver)
-        return m_connection.database().open();
-    const QString reported = m_openReport.text;
-    m_openReport = SqliteFile::openForWriting(m_connection, m_rules);
-    // Opening is tried again and again while a disk is full or a folder is gone; that is logged once.
-    if (!m_openReport.text.isEmpty() && m_openReport.text != reported)
-        qWarning().noquote() << m_openReport.text;
-    return m_openReport.open;
+    m_scheduler = &scheduler;
+    m_store.setScheduler(scheduler);
 }
 
 void DataBaseSql::close()
 {
     m_keeper.reset();
-    m_lastInsert = QSqlQuery(m_connection.database());
-    m_connection.database().close();
-}
-
-bool DataBaseSql::needsReopening() const
-{
-    return SqliteFile::needsReopening(m_connection);
+    m_lastInsert = QSqlQuery(m_store.connection().database());
+    m_store.close();
 }
 
 void DataBaseSql::committed()
@@ -83,8 +76,7 @@ void DataBaseSql::committed()
 QStringList DataBaseSql::tableList()
 {
     QStringList names;
-    QSqlQuery query =
-        m_connection.exec(QStringLiteral("select name from sqlite_master where type='table' order by name;"));
+    QSqlQuery query = m_store.exec(tableListSql);
     while (query.next())
         names << query.value(0).toString();
     return names;
@@ -94,31 +86,50 @@ QStringList DataBaseSql::tableList()
 bool DataBaseSql::createTable(const QString& table, const QString& keyColumn, const SqlValueMap& columns)
 {
     if (m_driverType == mysqlDriver) {
-        m_connection.exec(QStringLiteral("CREATE TABLE `testtable2` (`id` int(11) NOT NULL,`name` varchar(60) DEFAULT "
-                                         "NULL,`age` int(11) DEFAULT NULL,PRIMARY KEY(`id`)) ENGINE = InnoDB DEFAULT "
-                                         "CHARSET = utf8;"));
+        m_store.exec(QStringLiteral("CREATE TABLE `testtable2` (`id` int(11) NOT NULL,`name` varchar(60) DEFAULT "
+                                    "NULL,`age` int(11) DEFAULT NULL,PRIMARY KEY(`id`)) ENGINE = InnoDB DEFAULT "
+                                    "CHARSET = utf8;"));
     } else {
-        m_connection.exec(SqlBuilder::createTableSql(
-            table, keyColumn, QStringLiteral("INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL"), columns));
+        m_store.exec(SqlBuilder::createTableSql(table, keyColumn, keyType, columns));
     }
     return succeeded();
 }
 
-void DataBaseSql::ensureTable(const QStringList& present, const QString& table, const SqlValueMap& columns,
-                              bool timeIndex)
+/// One transaction: a table that stands without its index would never get it.
+bool DataBaseSql::ensureTables()
 {
-    if (present.contains(table, Qt::CaseInsensitive))
-        return;
-    if (createTable(table, QStringLiteral("uid"), columns) && timeIndex)
-        m_connection.exec(SqlBuilder::filled(QStringLiteral("CREATE INDEX %1 ON %2 (time COLLATE BINARY ASC); "),
-                                             {QStringLiteral("idx_%1").arg(table), table}));
+    SqlConnection& connection = m_store.connection();
+    const auto succeeds = [&connection](const QString& sql) {
+        connection.exec(sql);
+        return !connection.failed();
+    };
+    QStringList present;
+    for (QSqlQuery query = connection.exec(tableListSql); query.next();)
+        present << query.value(0).toString();
+    if (connection.failed())
+        return false;
+    QStringList statements;
+    const QVector<Table> wanted = tables();
+    for (const Table& table : wanted) {
+        if (present.contains(table.name, Qt::CaseInsensitive))
+            continue;
+        statements << SqlBuilder::createTableSql(table.name, QStringLiteral("uid"), keyType, table.columns);
+        if (table.timeIndex)
+            statements << SqlBuilder::filled(QStringLiteral("CREATE INDEX %1 ON %2 (time COLLATE BINARY ASC); "),
+                                             {QStringLiteral("idx_%1").arg(table.name), table.name});
+    }
+    if (statements.isEmpty())
+        return true;
+    statements.prepend(QStringLiteral("BEGIN IMMEDIATE"));
+    statements.append(QStringLiteral("COMMIT"));
+    return std::all_of(statements.cbegin(), statements.cend(), succeeds);
 }
 
 bool DataBaseSql::insert(const QString& table, const SqlValueMap& values)
 {
     if (table.isEmpty() || values.isEmpty())
         return false;
-    m_lastInsert = m_connection.exec(SqlBuilder::insertSql(table, values));
+    m_lastInsert = m_store.exec(SqlBuilder::insertSql(table, values));
     if (succeeded())
         committed();
     return succeeded();
@@ -128,10 +139,10 @@ bool DataBaseSql::update(const QString& table, const SqlValueMap& values)
 {
     if (table.isEmpty() || values.isEmpty())
         return false;
-    m_connection.exec(QStringLiteral("select max(md_unique) from e_report_forms"));
+    m_store.exec(QStringLiteral("select max(md_unique) from e_report_forms"));
     if (!succeeded())
         return false;
-    m_connection.exec(SqlBuilder::updateSql(table, values, QStringLiteral("uid = '0'")));
+    m_store.exec(SqlBuilder::updateSql(table, values, QStringLiteral("uid = '0'")));
     return succeeded();
 }
 
@@ -139,7 +150,7 @@ bool DataBaseSql::clear(const QString& table, const QString& text)
 {
     if (table.isEmpty() || text.isEmpty())
         return false;
-    m_connection.exec(QStringLiteral("select max(") + QStringLiteral("uid") + QStringLiteral(") from ") + table);
-    m_connection.exec(SqlBuilder::deleteSql(table, QString()));
+    m_store.exec(QStringLiteral("select max(") + QStringLiteral("uid") + QStringLiteral(") from ") + table);
+    m_store.exec(SqlBuilder::deleteSql(table, QString()));
     return succeeded();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/SqlBuilder.h"
-#include "db/SqliteFile.h"
+#include "db/SqliteStore.h"
 
 #include <QObject>
 
@@ -24,23 +24,21 @@ public:
     ~DataBaseSql() override;
 
     /// Before open(). By default a row is flushed to the disk within a tenth of a second, and insert() does not wait.
-    void setDurability(SqliteFile::Durability durability) { m_rules.durability = durability; }
+    void setDurability(SqliteFile::Durability durability) { m_store.rules().durability = durability; }
 
     /// Before open(): whose time and threads bring the rows to the disk; the system's by default.
-    void setScheduler(Scheduler& scheduler) { m_scheduler = &scheduler; }
+    void setScheduler(Scheduler& scheduler);
 
     /// Before the first row: what brings the write-ahead log to the disk, on a thread of its own.
     void setFlush(std::function<bool(const QString&)> flush) { m_flush = std::move(flush); }
 
-    /// Opens the database when it is not open. A damaged, foreign or read-only file is kept aside (see openReport()).
-    bool open();
+    /// Opens the database when it is not open, and makes the tables that are missing; see SqliteStore. A statement does
+    /// it again when it has to.
+    bool open() { return m_store.open(); }
     void close();
-    bool isOpen() const { return m_connection.isOpen(); }
+    bool isOpen() const { return m_store.isOpen(); }
 
-    /// True when only closing and opening anew can help: the file is damaged, read-only or gone.
-    bool needsReopening() const;
-
-    QString path() const { return m_connection.database().databaseName(); }
+    QString path() const { return m_store.connection().database().databaseName(); }
 
     /// In ascending order.
     QStringList tableList();
@@ -57,27 +55,34 @@ public:
     /// Deletes all rows of the table; the second text only must not be empty.
     bool clear(const QString& table, const QString& text);
 
-    /// What happened at the last open(); its text has been written as a warning.
-    const SqliteFile::OpenReport& openReport() const { return m_openReport; }
-    QString lastError() const { return m_connection.lastError().text(); }
+    /// What happened at the last open(); its text has been logged.
+    const SqliteFile::OpenReport& openReport() const { return m_store.openReport(); }
+    const QStringList& keptAside() const { return m_store.keptAside(); }
+    QString lastError() const { return m_store.lastError(); }
 
 protected:
     Scheduler& scheduler() const { return *m_scheduler; }
-    SqlConnection& connection() { return m_connection; }
-    bool succeeded() const { return !m_connection.failed(); }
+    SqliteStore& store() { return m_store; }
+    bool succeeded() const { return !m_store.failed(); }
 
     /// To be called after every commit, so that the log is moved into the file in time.
     void committed();
 
-    /// Makes the table when none has its name, in whatever case, and then its index over the time when wanted.
-    void ensureTable(const QStringList& present, const QString& table, const SqlValueMap& columns, bool timeIndex);
+    struct Table
+    {
+        QString name;
+        SqlValueMap columns; ///< besides the key "uid"
+        bool timeIndex;      ///< an index over the time is made with it
+    };
+    /// Those that the file is to have; makes each whose name, in whatever case, is missing.
+    virtual QVector<Table> tables() const { return {}; }
 
 private:
     const QString m_driverType;
+    bool ensureTables();
+
     Scheduler* m_scheduler;
-    SqliteFile::OpenRules m_rules;
-    SqliteFile::OpenReport m_openReport;
-    SqlConnection m_connection;
+    SqliteStore m_store;
     QSqlQuery m_lastInsert;
     std::function<bool(const QString&)> m_flush;
     std::unique_ptr<WalKeeper> m_keeper;

@@ -56,15 +56,11 @@ DetectDataDB::DetectDataDB(const QString& path, const QString& driverType, QObje
 {
 }
 
-bool DetectDataDB::initialise()
+QVector<DataBaseSql::Table> DetectDataDB::tables() const
 {
-    if (!open())
-        return false;
-    const QStringList present = tableList();
-    ensureTable(present, recordTable, recordColumns(), true);
-    ensureTable(present, rangeTable, rangeColumns(), false);
-    ensureTable(present, warningTable, warningColumns(), true);
-    return true;
+    return {{recordTable, recordColumns(), true},
+            {rangeTable, rangeColumns(), false},
+            {warningTable, warningColumns(), true}};
 }
 
 QString DetectDataDB::buildQuery(const QVariantMap& parameters)
@@ -108,12 +104,16 @@ bool DetectDataDB::insertRecord(const QString& table, const SqlValueMap& values)
     QStringList markers;
     for (const QString& name : names)
         markers << QLatin1Char(':') + name;
-    QSqlQuery query(connection().database());
-    query.prepare(SqlBuilder::filled(QStringLiteral("INSERT INTO %1(%2) VALUES(%3)"),
-                                     {table, names.join(QLatin1Char(',')), markers.join(QLatin1Char(','))}));
-    for (const QString& name : names)
-        query.bindValue(QLatin1Char(':') + name, values.value(name));
-    if (connection().exec(query))
+    const QString sql = SqlBuilder::filled(QStringLiteral("INSERT INTO %1(%2) VALUES(%3)"),
+                                           {table, names.join(QLatin1Char(',')), markers.join(QLatin1Char(','))});
+    const bool inserted = store().run([&](SqlConnection& connection) {
+        QSqlQuery query(connection.database());
+        query.prepare(sql);
+        for (const QString& name : names)
+            query.bindValue(QLatin1Char(':') + name, values.value(name));
+        return connection.exec(query);
+    });
+    if (inserted)
         committed();
     return true;
 }
@@ -127,15 +127,15 @@ bool DetectDataDB::insertWarning(const QString& message, const QString& warningC
 
 bool DetectDataDB::deleteBefore(const QString& time)
 {
-    connection().exec(SqlBuilder::deleteSql(recordTable, QStringLiteral("time <'%1'").arg(time)));
+    store().exec(SqlBuilder::deleteSql(recordTable, QStringLiteral("time <'%1'").arg(time)));
     return true;
 }
 
 bool DetectDataDB::clearAll()
 {
     const QString sql = QStringLiteral("delete from %1 ");
-    connection().exec(sql.arg(recordTable));
-    connection().exec(sql.arg(warningTable));
+    store().exec(sql.arg(recordTable));
+    store().exec(sql.arg(warningTable));
     return true;
 }
 
@@ -149,14 +149,13 @@ bool DetectDataDB::trimWarnings(const QString& warningClass, int keep)
     const QString condition = filled(QStringLiteral("uid in(select uid from %1 where class = '%2' order by time desc "
                                                     "limit(select count(uid) from %3 where class = '%4') offset %5)"),
                                      {warningTable, warningClass, warningTable, warningClass, kept});
-    connection().exec(
-        filled(QStringLiteral("delete from %1 where (%2)>%3 and %4"), {warningTable, count, kept, condition}));
+    store().exec(filled(QStringLiteral("delete from %1 where (%2)>%3 and %4"), {warningTable, count, kept, condition}));
     return true;
 }
 
 bool DetectDataDB::readTimeRanges(QMap<QString, TimeRange>* ranges)
 {
-    QSqlQuery query = connection().exec(QStringLiteral("select * from ") + rangeTable);
+    QSqlQuery query = store().exec(QStringLiteral("select * from ") + rangeTable);
     while (query.next()) {
         const QSqlRecord row = query.record();
         const QString type = row.value(QStringLiteral("type")).toString();
@@ -169,7 +168,7 @@ bool DetectDataDB::readTimeRanges(QMap<QString, TimeRange>* ranges)
 
 bool DetectDataDB::deleteTimeRange(const QString& type)
 {
-    connection().exec(SqlBuilder::deleteSql(rangeTable, QStringLiteral("type = '%1'").arg(type)));
+    store().exec(SqlBuilder::deleteSql(rangeTable, QStringLiteral("type = '%1'").arg(type)));
     return succeeded();
 }
 

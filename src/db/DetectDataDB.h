@@ -22,8 +22,8 @@ public:
     explicit DetectDataDB(const QString& path, const QString& driverType = QStringLiteral("QSQLITE"),
                           QObject* parent = nullptr);
 
-    /// Opens the database and makes what is missing of the tables and indexes; false when it cannot be opened.
-    bool initialise();
+    /// As open().
+    bool initialise() { return open(); }
 
     /// The statement for the parameters "Type" (0 to 4) and "Count" (1: the number of rows), with "time1", "time2",
     /// "name", "CheckType" and "logType" as the type needs them; empty for any other type.
@@ -50,4 +50,7 @@ public:
     bool deleteTimeRange(const QString& type);
     /// Times as "hh:mm:ss"; a range may reach over midnight.
     bool saveTimeRange(const QString& type, const QString& start, const QString& end);
+
+protected:
+    QVector<Table> tables() const override;
 };

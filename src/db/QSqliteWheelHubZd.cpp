@@ -1,6 +1,5 @@
 #include "db/QSqliteWheelHubZd.h"
 
-#include <QDebug>
 #include <QMutexLocker>
 #include <QSqlRecord>
 
@@ -37,27 +36,25 @@ SqliteFile::OpenRules openRules()
     SqliteFile::OpenRules rules;
     rules.busyMs = 250;
     rules.ownTables = {{modelTable, {keyColumnName}}, {QStringLiteral("r_wh_model_camera"), {}}};
+    rules.replaceReadOnly = false;
+    rules.createTables = [](SqlConnection& connection) {
+        connection.exec(SqlBuilder::createTableSql(modelTable, keyColumnName, QStringLiteral("VARCHAR(60) PRIMARY KEY"),
+                                                   modelColumns()));
+        return !connection.failed();
+    };
     return rules;
 }
 
 } // namespace
 
 QZkDbSqlite::QZkDbSqlite(const QString& path, const QString& user, const QString& password)
-    : m_connection(QStringLiteral("QSQLITE"))
+    : m_store(path, {})
 {
-    m_connection.database().setDatabaseName(path);
+    QSqlDatabase& database = m_store.connection().database();
     if (!user.isEmpty()) {
-        m_connection.database().setUserName(user);
-        m_connection.database().setPassword(password);
+        database.setUserName(user);
+        database.setPassword(password);
     }
-}
-
-bool QZkDbSqlite::open(const SqliteFile::OpenRules& rules)
-{
-    m_openReport = SqliteFile::openForWriting(m_connection, rules);
-    if (!m_openReport.text.isEmpty())
-        qWarning().noquote() << m_openReport.text;
-    return m_openReport.open;
 }
 
 QString QZkDbSqlite::insertSql(const QString& table, const QString& keyColumn, const QString& keyValue,
@@ -100,15 +97,7 @@ QString QZkDbSqlite::createTableSql(const QString& table, const QString& keyColu
 QSqliteWheelHubZd::QSqliteWheelHubZd(const QString& folder)
     : QSqliteGeneral(folder + QStringLiteral("wheelhubzd.db"))
 {
-}
-
-bool QSqliteWheelHubZd::createTable()
-{
-    if (!connection().isOpen() && !open(openRules()))
-        return false;
-    connection().exec(
-        createTableSql(modelTable, keyColumnName, QStringLiteral("VARCHAR(60) PRIMARY KEY"), modelColumns()));
-    return !connection().failed();
+    store().rules() = openRules();
 }
 
 bool QSqliteWheelHubZd::addModel(const QString& name, const SqlValueMap& values)
@@ -116,21 +105,21 @@ bool QSqliteWheelHubZd::addModel(const QString& name, const SqlValueMap& values)
     if (name.isEmpty() || values.isEmpty())
         return false;
     // The driver reports no sizes, so that it is the primary key that refuses a name that is there.
-    if (connection().exec(selectSql(modelTable, {}, whereName(name))).size() > 0)
+    if (store().exec(selectSql(modelTable, {}, whereName(name))).size() > 0)
         return false;
-    connection().exec(insertSql(modelTable, keyColumnName, name, values));
-    return !connection().failed();
+    store().exec(insertSql(modelTable, keyColumnName, name, values));
+    return !store().failed();
 }
 
 bool QSqliteWheelHubZd::deleteModel(const QString& name)
 {
-    return connection().exec(deleteSql(modelTable, whereName(name))).size() != 0;
+    return store().exec(deleteSql(modelTable, whereName(name))).size() != 0;
 }
 
 bool QSqliteWheelHubZd::readValue(const QString& name, const QString& column, QVariant* value)
 {
-    QSqlQuery query = connection().exec(selectSql(modelTable, {column}, whereName(name)));
-    if (connection().failed() || !query.next())
+    QSqlQuery query = store().exec(selectSql(modelTable, {column}, whereName(name)));
+    if (store().failed() || !query.next())
         return false;
     *value = query.record().value(column);
     return true;
@@ -138,8 +127,8 @@ bool QSqliteWheelHubZd::readValue(const QString& name, const QString& column, QV
 
 bool QSqliteWheelHubZd::readRecord(const QString& name, SqlValueMap* record)
 {
-    QSqlQuery query = connection().exec(selectSql(modelTable, {}, whereName(name)));
-    if (connection().failed() || !query.next())
+    QSqlQuery query = store().exec(selectSql(modelTable, {}, whereName(name)));
+    if (store().failed() || !query.next())
         return false;
     const QSqlRecord fields = query.record();
     for (int i = 0; i < fields.count(); ++i)
@@ -153,26 +142,26 @@ bool QSqliteWheelHubZd::updateValue(const QString& name, const QString& column, 
     QString sql;
     if (mode == 0)
         sql = updateSql(modelTable, {{column, value}}, whereName(name));
-    connection().exec(sql);
-    return !connection().failed();
+    store().exec(sql);
+    return !store().failed();
 }
 
 bool QSqliteWheelHubZd::ensureColumn(const QString& column, const QString& type)
 {
-    QSqlQuery query = connection().exec(selectSql(modelTable, {}, QString()));
-    if (connection().failed())
+    QSqlQuery query = store().exec(selectSql(modelTable, {}, QString()));
+    if (store().failed())
         return false;
     if (!query.next() || query.record().contains(column))
         return true;
     query.finish();
-    connection().exec(addColumnSql(modelTable, column, type));
-    return !connection().failed();
+    store().exec(addColumnSql(modelTable, column, type));
+    return !store().failed();
 }
 
 bool QSqliteWheelHubZd::dropColumn(const QString& column)
 {
-    connection().exec(dropColumnSql(modelTable, column));
-    return !connection().failed();
+    store().exec(dropColumnSql(modelTable, column));
+    return !store().failed();
 }
 
 /// The table's key is mf_time, whatever `keyColumn` says: a row with another key column fails.
@@ -183,18 +172,17 @@ bool QSqliteWheelHubZd::saveModelInfo(const QString& tableSuffix, const QString&
     SqlValueMap columns;
     for (auto it = values.cbegin(); it != values.cend(); ++it)
         columns.insert(it.key(), QStringLiteral("VARCHAR(20)"));
-    connection().exec(
-        createTableSql(table, QStringLiteral("mf_time"), QStringLiteral("VARCHAR(90) PRIMARY KEY"), columns));
-    if (connection().failed())
+    store().exec(createTableSql(table, QStringLiteral("mf_time"), QStringLiteral("VARCHAR(90) PRIMARY KEY"), columns));
+    if (store().failed())
         return false;
-    connection().exec(insertSql(table, keyColumn, keyValue, values));
-    return !connection().failed();
+    store().exec(insertSql(table, keyColumn, keyValue, values));
+    return !store().failed();
 }
 
 QStringList QSqliteWheelHubZd::modelsOfCamera(const QString& cameraKey)
 {
     QStringList models;
-    QSqlQuery query = connection().exec(
+    QSqlQuery query = store().exec(
         QStringLiteral("SELECT model_id, camera_id, camera_key FROM r_wh_model_camera WHERE camera_key = '%1'")
             .arg(cameraKey));
     while (query.next())
@@ -206,7 +194,7 @@ QStringList QSqliteWheelHubZd::modelsOfCamera(const QString& cameraKey)
 QList<QPair<int, QString>> QSqliteWheelHubZd::camerasOfModel(const QString& modelId)
 {
     QList<QPair<int, QString>> cameras;
-    QSqlQuery query = connection().exec(
+    QSqlQuery query = store().exec(
         QStringLiteral("SELECT model_id, camera_id, camera_key FROM r_wh_model_camera WHERE model_id = '%1'")
             .arg(modelId));
     while (query.next()) {
@@ -221,8 +209,8 @@ QList<QPair<int, QString>> QSqliteWheelHubZd::camerasOfModel(const QString& mode
 QStringList QSqliteWheelHubZd::modelNames()
 {
     QStringList names;
-    QSqlQuery query = connection().exec(selectSql(modelTable, {keyColumnName}, QString()) +
-                                        QStringLiteral(" ORDER BY ") + keyColumnName);
+    QSqlQuery query =
+        store().exec(selectSql(modelTable, {keyColumnName}, QString()) + QStringLiteral(" ORDER BY ") + keyColumnName);
     while (query.next())
         names << query.value(0).toString();
     return names;

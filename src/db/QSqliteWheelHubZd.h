@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/SqlBuilder.h"
-#include "db/SqliteFile.h"
+#include "db/SqliteStore.h"
 
 #include <QPair>
 #include <QRecursiveMutex>
@@ -24,19 +24,20 @@ public:
     static QString createTableSql(const QString& table, const QString& keyColumn, const QString& keyType,
                                   const SqlValueMap& columns);
 
-    /// What happened when the file was opened last; its text has been written as a warning.
-    const SqliteFile::OpenReport& openReport() const { return m_openReport; }
+    /// What happened when the file was opened last; its text has been logged.
+    const SqliteFile::OpenReport& openReport() const { return m_store.openReport(); }
+    const QStringList& keptAside() const { return m_store.keptAside(); }
+    /// How often the file was opened: who has read from it reads anew when this has changed.
+    int openings() const { return m_store.openings(); }
 
-    /// The connection's error of the last statement; empty when it succeeded.
-    QString lastError() const { return m_connection.lastError().text(); }
+    /// Why the last statement failed; empty when it succeeded.
+    QString lastError() const { return m_store.lastError(); }
 
 protected:
-    SqlConnection& connection() { return m_connection; }
-    bool open(const SqliteFile::OpenRules& rules);
+    SqliteStore& store() { return m_store; }
 
 private:
-    SqlConnection m_connection;
-    SqliteFile::OpenReport m_openReport;
+    SqliteStore m_store;
 };
 
 /// A SQLite file without user or password.
@@ -58,8 +59,9 @@ public:
     /// The file's name is appended to the folder as it stands: the caller supplies the separator at its end.
     explicit QSqliteWheelHubZd(const QString& folder);
 
-    /// Opens the file when it is not open, and makes the table when it is missing.
-    bool createTable();
+    /// Opens the file when it is not open, and makes the table when it is missing. From then on every operation does it
+    /// again when it has to; see SqliteStore. A file that cannot be written is waited for.
+    bool createTable() { return store().open(); }
 
     /// False for an empty name or map, and for a name that is there already.
     bool addModel(const QString& name, const SqlValueMap& values);

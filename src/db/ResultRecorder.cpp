@@ -46,23 +46,9 @@ void ResultRecorder::record(const StationResult& result)
         keep(std::move(row));
 }
 
-/// A file that is damaged, gone or read-only is opened, or begun, anew.
-bool ResultRecorder::isReady()
-{
-    if (!m_database.needsReopening())
-        return true;
-    m_database.close();
-    return m_database.initialise();
-}
-
 bool ResultRecorder::insert(const Row& row)
 {
-    if (!isReady())
-        return false;
-    if (m_database.insertResult(row.result, row.time))
-        return true;
-    // The failure may just have told that the file is damaged; a fresh one takes the row.
-    return m_database.needsReopening() && isReady() && m_database.insertResult(row.result, row.time);
+    return (m_database.isOpen() || m_database.open()) && m_database.insertResult(row.result, row.time);
 }
 
 void ResultRecorder::keep(Row row)

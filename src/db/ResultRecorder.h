@@ -47,9 +47,7 @@ private:
 
     /// Writes what waits, as long as it goes in; takes at most some milliseconds of the thread at a time.
     void retry();
-    /// Opens the database anew when that is what it needs.
     bool insert(const Row& row);
-    bool isReady();
     /// For retry(); gives up the oldest beyond the limit.
     void keep(Row row);
 

@@ -10,12 +10,16 @@ namespace SqliteFile {
 namespace {
 
 // SQLite's primary result codes.
+constexpr int codeError = 1; // the statement does not fit the file
 constexpr int codeReadOnly = 8;
 constexpr int codeCorrupt = 11;
 constexpr int codeNotADatabase = 26;
 
 /// Marks a file as ours ("VCel"), so that another program's file is known even when its tables have our names.
 constexpr int applicationId = 0x5643656c;
+
+/// What lies beside a file while it is in use.
+constexpr const char* logTails[] = {"-wal", "-shm", "-journal"};
 
 struct Texts
 {
@@ -24,21 +28,24 @@ struct Texts
 
 struct Verdict
 {
-    enum State { Usable, Unfit, CannotOpen };
+    enum State { Usable, Damaged, ReadOnly, CannotOpen };
     State state = Usable;
     QString reason;
+
+    bool isUnfit() const { return state == Damaged || state == ReadOnly; }
 };
 
-/// Unfit is only what a fresh file mends; whatever else it is (locked, no rights, no space) may pass by itself.
+/// Damaged or read-only is only what a fresh file mends; whatever else it is (locked, no rights, no space) may pass by
+/// itself.
 Verdict verdictOf(const SqlConnection& connection)
 {
     const QString reason = connection.lastError().text().simplified();
     switch (connection.lastCode()) {
     case codeCorrupt:
     case codeNotADatabase:
-        return {Verdict::Unfit, Texts::tr("文件已损坏：%1").arg(reason)};
+        return {Verdict::Damaged, Texts::tr("文件已损坏：%1").arg(reason)};
     case codeReadOnly:
-        return {Verdict::Unfit, Texts::tr("文件只读：%1").arg(reason)};
+        return {Verdict::ReadOnly, Texts::tr("文件只读：%1").arg(reason)};
     default:
         return {Verdict::CannotOpen, reason};
     }
@@ -46,7 +53,7 @@ Verdict verdictOf(const SqlConnection& connection)
 
 bool isUnfit(const SqlConnection& connection)
 {
-    return verdictOf(connection).state == Verdict::Unfit;
+    return verdictOf(connection).isUnfit();
 }
 
 QVariant firstValue(SqlConnection& connection, const QString& sql)
@@ -84,19 +91,24 @@ bool isReadable(SqlConnection& connection, const OwnTable& table)
 Verdict examineTables(SqlConnection& connection, const QVector<OwnTable>& ownTables)
 {
     const QStringList present = tableNames(connection);
+    if (connection.failed())
+        return verdictOf(connection);
     bool foreign = !present.isEmpty() && !ownTables.isEmpty();
     for (const OwnTable& table : ownTables) {
         if (!present.contains(table.name, Qt::CaseInsensitive))
             continue;
         if (!isReadable(connection, table))
             return verdictOf(connection);
-        if (!isComplete(connection, table))
-            return {Verdict::Unfit,
+        const bool complete = isComplete(connection, table);
+        if (!complete && connection.lastCode() != codeError)
+            return verdictOf(connection);
+        if (!complete)
+            return {Verdict::Damaged,
                     Texts::tr("表%1不是本系统的：%2").arg(table.name, connection.lastError().text().simplified())};
         foreign = false;
     }
     if (foreign)
-        return {Verdict::Unfit,
+        return {Verdict::Damaged,
                 Texts::tr("文件属于其他程序，含有表：%1").arg(present.mid(0, 5).join(QStringLiteral(", ")))};
     return {};
 }
@@ -108,7 +120,7 @@ Verdict examineMark(SqlConnection& connection)
     if (connection.failed())
         return verdictOf(connection);
     if (mark != 0 && mark != applicationId)
-        return {Verdict::Unfit, Texts::tr("文件属于其他程序（标识%1）").arg(mark)};
+        return {Verdict::Damaged, Texts::tr("文件属于其他程序（标识%1）").arg(mark)};
     return {};
 }
 
@@ -131,13 +143,14 @@ void setPragmas(SqlConnection& connection, const OpenRules& rules)
     connection.exec(QStringLiteral("PRAGMA journal_size_limit=16777216"));
 }
 
-Verdict openConnection(SqlConnection& connection, int busyMs)
+Verdict openConnection(SqlConnection& connection, const OpenRules& rules)
 {
     QSqlDatabase& database = connection.database();
     const QFileInfo file(database.databaseName());
     if (!QDir().mkpath(file.absolutePath()))
         return {Verdict::CannotOpen, Texts::tr("不能创建文件夹%1").arg(file.absolutePath())};
-    database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(busyMs));
+    database.setConnectOptions(
+        QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(rules.waitWhileOpening ? rules.busyMs : 0));
     if (!database.open())
         return {Verdict::CannotOpen, database.lastError().text().simplified()};
     return {};
@@ -146,7 +159,7 @@ Verdict openConnection(SqlConnection& connection, int busyMs)
 /// Looks before it writes: journal mode and pragmas change a file, and another program's is left as it is.
 Verdict tryOpening(SqlConnection& connection, const OpenRules& rules)
 {
-    Verdict verdict = openConnection(connection, rules.busyMs);
+    Verdict verdict = openConnection(connection, rules);
     if (verdict.state == Verdict::Usable)
         verdict = examineMark(connection);
     if (verdict.state == Verdict::Usable)
@@ -154,37 +167,73 @@ Verdict tryOpening(SqlConnection& connection, const OpenRules& rules)
     if (verdict.state != Verdict::Usable)
         return verdict;
     connection.exec(QStringLiteral("PRAGMA journal_mode=WAL"));
-    if (isUnfit(connection) || !isWritable(connection))
+    if (connection.failed() || !isWritable(connection))
         return verdictOf(connection);
     setPragmas(connection, rules);
     if (firstValue(connection, QStringLiteral("PRAGMA application_id")).toInt() == 0)
         connection.exec(QStringLiteral("PRAGMA application_id=%1").arg(applicationId));
+    if (rules.createTables && !rules.createTables(connection))
+        return verdictOf(connection);
+    connection.exec(QStringLiteral("PRAGMA busy_timeout=%1").arg(rules.busyMs));
     return {};
+}
+
+/// The parts of the log are made with the file's rights, and keep them when the file gets others.
+bool giveLogTheFilesRights(const QString& path)
+{
+    bool given = false;
+    for (const char* tail : logTails) {
+        const QString part = path + QLatin1String(tail);
+        if (QFileInfo(path).isWritable() && QFileInfo::exists(part) && !QFileInfo(part).isWritable())
+            given = QFile::setPermissions(part, QFile::permissions(path)) || given;
+    }
+    return given;
+}
+
+/// As tryOpening(), and leaves no connection open that cannot be used.
+Verdict open(SqlConnection& connection, const OpenRules& rules)
+{
+    connection.database().close();
+    Verdict verdict = tryOpening(connection, rules);
+    if (verdict.state == Verdict::ReadOnly) {
+        connection.database().close();
+        if (giveLogTheFilesRights(connection.database().databaseName()))
+            verdict = tryOpening(connection, rules);
+    }
+    if (verdict.state != Verdict::Usable)
+        connection.database().close();
+    if (verdict.state == Verdict::ReadOnly && !rules.replaceReadOnly)
+        verdict.state = Verdict::CannotOpen;
+    return verdict;
 }
 
 /// Renames the file and the parts of its log that may lie beside it: a log left behind would be taken for the new
 /// file's.
-QString keepAside(const QString& path)
+QString keepAside(const QString& path, bool readOnly)
 {
-    QString aside = HomeFiles::keepAside(path);
+    QString aside = HomeFiles::keepAside(path, readOnly ? QStringLiteral("readonly") : QStringLiteral("damaged"));
     if (!aside.isEmpty()) {
-        for (const char* tail : {"-wal", "-shm", "-journal"})
+        for (const char* tail : logTails)
             QFile::rename(path + QLatin1String(tail), aside + QLatin1String(tail));
     }
     return aside;
 }
 
+} // namespace
+
 /// A file that cannot be renamed stays, and nothing is recorded: data is never overwritten.
-OpenReport openFresh(SqlConnection& connection, const OpenRules& rules, const QString& reason)
+OpenReport beginFresh(SqlConnection& connection, const OpenRules& rules, const Unfit& unfit)
 {
     const QString path = connection.database().databaseName();
+    const QString& reason = unfit.reason;
+    connection.database().close();
     OpenReport report;
-    report.keptAside = keepAside(path);
+    report.keptAside = keepAside(path, unfit.readOnly);
     if (report.keptAside.isEmpty()) {
         report.text = Texts::tr("数据库%1不能使用（%2），且不能改名保留，暂不记录。").arg(path, reason);
         return report;
     }
-    const Verdict verdict = tryOpening(connection, rules);
+    const Verdict verdict = open(connection, rules);
     report.open = verdict.state == Verdict::Usable;
     report.text =
         report.open ? Texts::tr("数据库%1不能使用（%2），原文件保留为%3，已新建。").arg(path, reason, report.keptAside)
@@ -193,23 +242,25 @@ OpenReport openFresh(SqlConnection& connection, const OpenRules& rules, const QS
     return report;
 }
 
-} // namespace
-
 OpenReport openForWriting(SqlConnection& connection, const OpenRules& rules)
 {
-    connection.database().close();
-    const Verdict verdict = tryOpening(connection, rules);
+    const Verdict verdict = open(connection, rules);
     if (verdict.state == Verdict::Usable)
         return {true, QString(), QString()};
-    connection.database().close();
+    if (verdict.isUnfit())
+        return beginFresh(connection, rules, {verdict.reason, verdict.state == Verdict::ReadOnly});
     OpenReport report;
-    if (verdict.state == Verdict::Unfit)
-        report = openFresh(connection, rules, verdict.reason);
-    else
-        report.text = Texts::tr("数据库%1不能打开：%2").arg(connection.database().databaseName(), verdict.reason);
-    if (!report.open)
-        connection.database().close();
+    report.text = Texts::tr("数据库%1不能打开：%2").arg(connection.database().databaseName(), verdict.reason);
     return report;
+}
+
+Unfit whyUnfit(const SqlConnection& connection, const OpenRules& rules)
+{
+    const Verdict verdict = verdictOf(connection);
+    const bool readOnly = verdict.state == Verdict::ReadOnly;
+    if (!verdict.isUnfit() || (readOnly && !rules.replaceReadOnly))
+        return {};
+    return {verdict.reason, readOnly};
 }
 
 /// Opening reads nothing yet, so a query has to show that this is a database.

@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
+
 /// The one place that opens SQLite files and sets their pragmas.
 namespace SqliteFile {
 
@@ -30,6 +32,17 @@ struct OpenRules
     /// A file with tables of which none, or none complete, is listed here belongs to another program; an empty list
     /// takes any file.
     QVector<OwnTable> ownTables;
+    /// Makes what is missing of the tables, wholly or not at all; false when it cannot, with the connection's error.
+    std::function<bool(SqlConnection&)> createTables;
+    bool replaceReadOnly = true;  ///< a file that cannot be written is put aside; otherwise it is waited for
+    bool waitWhileOpening = true; ///< for another program, up to busyMs at each step
+};
+
+/// Why only a fresh file helps; an empty reason when there is no need.
+struct Unfit
+{
+    QString reason;
+    bool readOnly = false; ///< the file is good
 };
 
 struct OpenReport
@@ -40,9 +53,15 @@ struct OpenReport
 };
 
 /// Opens the file that the connection names for writing, with a write-ahead log; makes it, with its folder, when there
-/// is none. A file that is damaged, read-only or of another program is renamed to a dated name beside it, and a fresh
-/// one is begun.
+/// is none, and its tables. A file that is damaged, read-only or of another program is renamed to a dated name beside
+/// it, which says "damaged" or "readonly", and a fresh one is begun.
 OpenReport openForWriting(SqlConnection& connection, const OpenRules& rules);
+
+/// Puts the file aside for this reason, and begins a fresh one.
+OpenReport beginFresh(SqlConnection& connection, const OpenRules& rules, const Unfit& reason);
+
+/// What the last statement says of the file.
+Unfit whyUnfit(const SqlConnection& connection, const OpenRules& rules);
 
 /// Opens a file for reading only. A reader never keeps the writer waiting.
 bool openForReading(SqlConnection& connection, QString* error);

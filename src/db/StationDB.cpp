@@ -33,12 +33,9 @@ StationDB::StationDB(const QString& path, const QString& driverType, QObject* pa
 {
 }
 
-bool StationDB::initialise()
+QVector<DataBaseSql::Table> StationDB::tables() const
 {
-    if (!open())
-        return false;
-    ensureTable(tableList(), resultTable, resultColumns(), true);
-    return true;
+    return {{resultTable, resultColumns(), true}};
 }
 
 bool StationDB::insertResult(const StationResult& result)

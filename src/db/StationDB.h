@@ -40,8 +40,8 @@ public:
     explicit StationDB(const QString& path, const QString& driverType = QStringLiteral("QSQLITE"),
                        QObject* parent = nullptr);
 
-    /// Opens the database and makes the table and its index when they are missing; false when it cannot be opened.
-    bool initialise();
+    /// As open().
+    bool initialise() { return open(); }
 
     /// One row, stamped with the local time of the insertion, or with the given one. When it returns true, the row
     /// outlives the process, and within a tenth of a second a power failure too.
@@ -50,4 +50,7 @@ public:
 
     /// The form of every stored time; texts of it sort as the times do.
     static QString timeText(const QDateTime& time);
+
+protected:
+    QVector<Table> tables() const override;
 };

@@ -3,6 +3,7 @@
 #include "Resources.h"
 #include "common/forms/DialogForm.h"
 #include "config/AccessPolicy.h"
+#include "config/CellLimits.h"
 #include "config/IniFile.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksGlobalData.h"
@@ -31,8 +32,10 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QStyle>
 
 #include <cstdlib>
+#include <utility>
 
 CMainWin::CMainWin(QWidget* parent)
     : QMainWindow(parent)
@@ -40,7 +43,7 @@ CMainWin::CMainWin(QWidget* parent)
     buildUi();
     startSystemLog();
     loadSettings();
-    ksGlobalConfig::instance()->load();
+    loadStationConfig();
     applyLanguage();
     dress();
     setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
@@ -58,8 +61,8 @@ CMainWin::CMainWin(QWidget* parent)
     m_cell->createController();
     m_cell->connectStations();
     m_cell->selectRunModels();
-    m_twoPoint = std::make_unique<ksImageCaliUI>();
-    m_fourPoint = std::make_unique<ksImageCaliUI4P>();
+    m_twoPoint = std::make_unique<ksImageCaliUI>(this);
+    m_fourPoint = std::make_unique<ksImageCaliUI4P>(this);
     checkLicence();
     createActions();
     m_statusTimer = startTimer(1000, Qt::CoarseTimer);
@@ -74,6 +77,7 @@ CMainWin::~CMainWin()
 {
     DialogForm::takeDown(this);
     killTimer(m_statusTimer);
+    m_look->takeOff();
 }
 
 void CMainWin::buildUi()
@@ -82,6 +86,7 @@ void CMainWin::buildUi()
     qRegisterMetaType<SComFrame>();
     m_ui = std::make_unique<Ui::CMainWin>();
     m_ui->setupUi(this);
+    m_ui->central->setAttribute(Qt::WA_StyledBackground);
     m_panels = new StationPanels({m_ui->stationView1, m_ui->logPanel1}, {m_ui->stationView2, m_ui->logPanel2}, this);
     const QList<QAction*> actions = m_ui->toolBar->actions();
     for (QAction* action : actions)
@@ -99,9 +104,19 @@ void CMainWin::startSystemLog()
 
 void CMainWin::loadSettings()
 {
-    ksSysConfig::instance()->load();
+    QString problem;
+    if (!ksSysConfig::instance()->load(&problem))
+        m_configProblems.insert(QStringLiteral("systemConfig.ini"), problem);
     ksSysConfig::instance()->save();
     AccessPolicy::instance()->load();
+    CellLimits::instance()->load();
+}
+
+void CMainWin::loadStationConfig()
+{
+    QString problems;
+    if (!ksGlobalConfig::instance()->load(&problems))
+        m_configProblems.insert(QStringLiteral("globalConfig.json"), problems.section(QLatin1Char('\n'), 0, 0));
 }
 
 void CMainWin::applyLanguage()
@@ -123,16 +138,25 @@ void CMainWin::dress()
 void CMainWin::createWorkflow()
 {
     const SystemLog::ksLogDB* const log = &SystemLog::ksSysLog::instance()->database();
-    m_cell = std::make_unique<Cell>(
-        Cell::Ground{platform::home(), *ksSysConfig::instance(), *ksGlobalConfig::instance(), log, Scheduler::system()},
-        std::make_unique<ModuleSet>());
+    m_cell =
+        std::make_unique<Cell>(Cell::Ground{platform::home(), *ksSysConfig::instance(), *ksGlobalConfig::instance(),
+                                            *CellLimits::instance(), log, Scheduler::system()},
+                               std::make_unique<ModuleSet>());
+    for (auto it = m_configProblems.cbegin(); it != m_configProblems.cend(); ++it)
+        m_cell->alarms().raise(Alarm::ConfigDamaged, it.key(), it.value());
     m_ui->alarmStrip->setBook(&m_cell->alarms());
     connect(m_cell.get(), &Cell::linkAlive, this, [this] { m_status->linkAlive(); });
-    connect(m_cell.get(), &Cell::shutdownReceived, qApp, &QApplication::closeAllWindows);
+    connect(m_cell.get(), &Cell::shutdownReceived, this, [this] {
+        if (!m_asksToClose) // closing all would take the question for answered
+            QApplication::closeAllWindows();
+    });
+    connect(m_cell.get(), &Cell::modelMissing, m_panels, &StationPanels::showNoModel);
+    connect(m_cell.get(), &Cell::testRunningChanged, this, &CMainWin::showTesting);
     connect(m_cell.get(), &Cell::sgShowLog, this, &CMainWin::sgShowLog);
     connect(this, &CMainWin::sgShowLog, this, &CMainWin::onShowLog);
     connect(m_cell.get(), &Cell::sgShowImg, this, qOverload<int, const QImage&>(&CMainWin::onShowImage));
     connect(m_cell.get(), &Cell::sgShowSrcImg, this, qOverload<const QString&, const QImage&>(&CMainWin::onShowImage));
+    connect(m_cell.get(), &Cell::pictureNamed, m_panels, &StationPanels::showCaption);
     connect(m_cell.get(), &Cell::sgShowModeName, this, &CMainWin::onShowName);
     connect(m_cell.get(), &Cell::captureStarted, m_panels, &StationPanels::showTrigger);
     connect(m_cell.get(), &Cell::captureRefused, m_panels, &StationPanels::showRefusal);
@@ -182,14 +206,16 @@ void CMainWin::buildStatusBar()
     m_status = new CellStatusBar(this);
     setStatusBar(m_status);
     m_look->dress(m_status);
+    connect(m_status, &CellStatusBar::alarmHistoryWanted, m_ui->alarmStrip, &AlarmStrip::showHistory);
     m_status->setRegistered(ksGlobalData::instance()->registered);
 }
 
 void CMainWin::createActions()
 {
     m_actions = std::make_unique<WindowActions>(WindowActions::Parts{
-        *this, *m_cell, *ksSysConfig::instance(), *ksGlobalConfig::instance(), *AccessPolicy::instance(), *m_test,
-        *m_twoPoint, *m_fourPoint, *m_licence, m_userCtrl.get()});
+        *this, *m_cell, *ksSysConfig::instance(), *ksGlobalConfig::instance(), *AccessPolicy::instance(),
+        *CellLimits::instance(), *m_test, *m_twoPoint, *m_fourPoint, *m_licence, m_userCtrl.get()});
+    connect(m_ui->alarmStrip, &AlarmStrip::actionWanted, m_actions.get(), &WindowActions::trigger);
     connect(m_actions.get(), &WindowActions::message, m_status,
             [this](const QString& text) { m_status->showMessage(text, 5000); });
     connect(m_actions.get(), &WindowActions::settingsApplied, m_cell.get(), &Cell::applySettings);
@@ -313,12 +339,30 @@ void CMainWin::onTrigImage()
     m_cell->triggerStations();
 }
 
+/// With the window goes what it has opened: nothing may stay on the screen of a cell that ends.
 void CMainWin::closeEvent(QCloseEvent* event)
 {
-    const auto mayLose = [this](const QStringList& models) {
-        return models.isEmpty() || messages::confirmLoss(this, models);
-    };
-    event->setAccepted(messages::confirmClose(this) && mayLose(m_actions->unsavedModels()));
+    if (std::exchange(m_asksToClose, true))
+        return event->ignore();
+    const QStringList models = m_actions->unsavedModels();
+    const bool closes = messages::confirmClose(this) && (models.isEmpty() || messages::confirmLoss(this, models));
+    m_asksToClose = false;
+    event->setAccepted(closes);
+    const auto children = findChildren<QWidget*>();
+    for (QWidget* child : children) {
+        if (closes && child->isWindow())
+            child->hide();
+    }
+}
+
+/// The style sheet frames the window.
+void CMainWin::showTesting(bool testing)
+{
+    m_ui->central->setProperty("testing", testing);
+    m_ui->central->style()->unpolish(m_ui->central);
+    m_ui->central->style()->polish(m_ui->central);
+    m_ui->central->update();
+    m_status->setTesting(testing);
 }
 
 void CMainWin::onTick()
@@ -341,4 +385,6 @@ void CMainWin::changeEvent(QEvent* event)
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::LanguageChange && m_ui)
         m_ui->retranslateUi(this);
+    if (event->type() == QEvent::LanguageChange && m_actions)
+        m_actions->retranslate();
 }

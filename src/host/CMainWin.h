@@ -3,6 +3,7 @@
 #include <valvecell/SComFrame.h>
 
 #include <QMainWindow>
+#include <QMap>
 
 #include <memory>
 
@@ -77,6 +78,7 @@ private:
     void buildUi();
     void startSystemLog();
     void loadSettings();
+    void loadStationConfig();
     void applyLanguage();
     void dress();
     void createWorkflow();
@@ -91,7 +93,10 @@ private:
     void readEngineList();
     void layOutForCameras();
 
+    void showTesting(bool testing);
+
     std::unique_ptr<Ui::CMainWin> m_ui;
+    QMap<QString, QString> m_configProblems; ///< by file, until there is a cell whose alarms they are
     std::unique_ptr<SystemLog::WarningForward> m_warnings;
     std::unique_ptr<LanguageSwitch> m_language;
     std::unique_ptr<ksImageCaliUI> m_twoPoint;
@@ -109,4 +114,5 @@ private:
     WindowLook* m_look = nullptr;
     CellStatusBar* m_status = nullptr;
     int m_statusTimer = 0;
+    bool m_asksToClose = false;
 };

@@ -8,6 +8,7 @@ VALVECELL_MODULE_EXPORT IMainWidget* MainWidget_Create()
 {
     HomeFiles::fixHome();
     platform::keepOthersOut();
+    platform::keepThisLibrary();
     return new ksMain;
 }
 

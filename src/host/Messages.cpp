@@ -47,11 +47,14 @@ bool confirmLogOut(QWidget* parent, const QString& user)
 
 void portNotOpen(QWidget* parent, const QString& port, const QString& baudRate)
 {
-    QMessageBox box(QMessageBox::Information, translated(QT_TRANSLATE_NOOP("CMainWin", "提示")),
-                    QStringLiteral("Com %1 %2 open failed").arg(port, baudRate), QMessageBox::Yes | QMessageBox::No,
-                    parent, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint);
-    box.setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
-    box.exec();
+    parent->winId(); // a box over a window that has no handle yet may come up behind it
+    auto* const box =
+        new QMessageBox(QMessageBox::Information, translated(QT_TRANSLATE_NOOP("CMainWin", "提示")),
+                        QStringLiteral("Com %1 %2 open failed").arg(port, baudRate), QMessageBox::Yes | QMessageBox::No,
+                        parent, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
+    box->open();
 }
 
 bool confirmClose(QWidget* parent)

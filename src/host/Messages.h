@@ -4,13 +4,13 @@
 
 class QWidget;
 
-/// The modal boxes of the main window. GUI thread; each returns when it is closed.
+/// The modal boxes of the main window. GUI thread; each but portNotOpen() returns when it is closed.
 namespace messages {
 
 /// Why the program cannot go on; the caller ends the process afterwards.
 void fatal(const QString& text);
 
-/// The serial port could not be opened; the program goes on without it.
+/// The serial port could not be opened. Returns at once: the cell runs, and the line comes by itself.
 void portNotOpen(QWidget* parent, const QString& port, const QString& baudRate);
 
 /// The module behind an action is not there.

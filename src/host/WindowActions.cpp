@@ -139,8 +139,10 @@ WindowActions::WindowActions(const Parts& parts)
     : m_parts(parts)
     , m_engineering({&parts.test, &parts.twoPoint, &parts.fourPoint})
 {
-    for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{&parts.twoPoint, &parts.fourPoint})
+    for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{&parts.twoPoint, &parts.fourPoint}) {
         connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);
+        dialog->setUser([this] { return currentUser(); });
+    }
     if (!parts.userCtrl)
         return;
     connect(parts.userCtrl, &IUserCtrl::sgCurrentUserInfo, this,
@@ -197,6 +199,9 @@ void WindowActions::endEngineering()
     for (const QPointer<QDialog>& dialog : dialogs) {
         if (!dialog)
             continue;
+        const auto choosers = dialog->findChildren<QDialog*>();
+        for (QDialog* chooser : choosers)
+            chooser->reject();
         dialog->reject();
         if (dialog && (qobject_cast<QCameraManagerUI*>(dialog) || qobject_cast<QCameraSettingsUI*>(dialog)))
             delete dialog;
@@ -225,22 +230,29 @@ void WindowActions::logInOut()
 
 void WindowActions::openCalibration()
 {
-    const auto open = [this](auto& dialog, const QString& title) {
+    const auto open = [this](auto& dialog) {
         if (hasOneStation())
             dialog.setOneStation(true);
-        dialog.setWindowTitle(title);
         show(&dialog);
     };
+    retranslate();
     if (m_parts.config.use4pointstand)
-        open(m_parts.fourPoint, tr("图像标定 4点标定"));
+        open(m_parts.fourPoint);
     else
-        open(m_parts.twoPoint, tr("图像标定 2点标定"));
+        open(m_parts.twoPoint);
+}
+
+void WindowActions::retranslate()
+{
+    m_parts.fourPoint.setWindowTitle(tr("图像标定 4点标定"));
+    m_parts.twoPoint.setWindowTitle(tr("图像标定 2点标定"));
 }
 
 void WindowActions::openSettings()
 {
     auto* settings = dialog<QSystemSettingUI>(Engineers, [this] {
-        auto* made = new QSystemSettingUI(m_parts.settings, m_parts.config, m_parts.policy, &m_parts.window);
+        auto* made =
+            new QSystemSettingUI(m_parts.settings, m_parts.config, m_parts.policy, m_parts.limits, &m_parts.window);
         connect(made, &QSystemSettingUI::settingsApplied, this, &WindowActions::logChanges);
         connect(made, &QSystemSettingUI::settingsApplied, this, &WindowActions::settingsApplied);
         return made;
@@ -296,7 +308,11 @@ void WindowActions::openCamera(const QString& key)
 
 void WindowActions::logChanges(const AuditChanges& changes) const
 {
-    const QString user = m_parts.userCtrl ? m_parts.userCtrl->currentUserName() : QString();
     for (const AuditChange& change : changes)
-        logChange(change, user);
+        logChange(change, currentUser());
+}
+
+QString WindowActions::currentUser() const
+{
+    return m_parts.userCtrl ? m_parts.userCtrl->currentUserName() : QString();
 }

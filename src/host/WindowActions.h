@@ -8,6 +8,7 @@
 
 class AccessPolicy;
 class Cell;
+class CellLimits;
 class IUserCtrl;
 class LicenceDesk;
 class QMainWindow;
@@ -32,6 +33,7 @@ public:
         ksSysConfig& settings;
         ksGlobalConfig& config;
         AccessPolicy& policy;
+        CellLimits& limits;
         QTestWidget& test;
         ksImageCaliUI& twoPoint;
         ksImageCaliUI4P& fourPoint;
@@ -52,10 +54,13 @@ public:
     QStringList unsavedModels() const;
 
 public slots:
+    /// Gives the titles that a dialog has from its action, in the present language.
+    void retranslate();
     /// Does what the action of that object name is for, if the present user may; an unknown name does nothing.
     void trigger(const QString& name);
     /// Writes who changed which setting from what to what into the system log.
     void logChanges(const AuditChanges& changes) const;
+    QString currentUser() const;
 
 signals:
     /// Settings hold new values; names are the keys of their files.

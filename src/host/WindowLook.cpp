@@ -10,6 +10,8 @@
 #include <QProxyStyle>
 #include <QToolBar>
 
+#include <utility>
+
 namespace {
 
 const QString lookFile = QStringLiteral("/user/look.ini");
@@ -52,6 +54,20 @@ public:
     }
 };
 
+/// What the host wore before the first of our windows came.
+struct HostLook
+{
+    int windows = 0;
+    QStyle* style = nullptr;
+    QPalette palette;
+};
+
+HostLook& hostLook()
+{
+    static HostLook look;
+    return look;
+}
+
 /// Turns light into dark and back, and leaves the hue: what was drawn for a light ground fits a dark one.
 QPixmap inverted(const QPixmap& pixmap)
 {
@@ -90,8 +106,21 @@ WindowLook::WindowLook(QMainWindow* window)
 void WindowLook::load()
 {
     m_dark = IniFile(platform::inHome(lookFile)).settings().value(darkKey, false).toBool();
+    if (!std::exchange(m_worn, true) && hostLook().windows++ == 0) {
+        hostLook().palette = QApplication::palette();
+        hostLook().style = QApplication::style();
+        hostLook().style->setParent(nullptr); // the application deletes a child of its own with the next style
+    }
     QApplication::setStyle(new RoomyStyle);
     wear();
+}
+
+void WindowLook::takeOff()
+{
+    if (!std::exchange(m_worn, false) || --hostLook().windows > 0)
+        return;
+    QApplication::setStyle(hostLook().style);
+    QApplication::setPalette(hostLook().palette);
 }
 
 void WindowLook::choose(bool dark)

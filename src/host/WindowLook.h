@@ -25,6 +25,9 @@ public:
     /// Not for the window as a whole: its dialogs are to look as everywhere.
     void dress(QWidget* part);
 
+    /// Gives the host's style and palette back as they were before load(), when no other window wears ours.
+    void takeOff();
+
 public slots:
     /// Puts on the look that was chosen last; light before any choice.
     void load();
@@ -39,5 +42,6 @@ private:
     QMainWindow* m_window;
     QVector<QPointer<QWidget>> m_parts;
     bool m_dark = false;
+    bool m_worn = false;
     QHash<QAction*, QIcon> m_icons; ///< as they were drawn, for a light ground
 };

@@ -1,5 +1,6 @@
 #include "panels/AlarmStrip.h"
 
+#include "panels/AlarmHistory.h"
 #include "ui_AlarmStrip.h"
 #include "workflow/AlarmBook.h"
 
@@ -15,6 +16,11 @@ struct Texts
 {
     Q_DECLARE_TR_FUNCTIONS(AlarmStrip)
 };
+
+QString withReason(const Alarm& alarm)
+{
+    return alarm.detail.isEmpty() ? alarm.subject : QStringLiteral("%1 (%2)").arg(alarm.subject, alarm.detail);
+}
 
 QString what(const Alarm& alarm)
 {
@@ -34,7 +40,16 @@ QString what(const Alarm& alarm)
     case Alarm::FileGone:
         return Texts::tr("文件%1被删除，请恢复").arg(QFileInfo(alarm.subject).fileName());
     case Alarm::PortLost:
-        return Texts::tr("PLC串口断开：%1").arg(alarm.subject);
+        return Texts::tr("PLC串口断开：%1").arg(withReason(alarm));
+    case Alarm::PlcSilent:
+        return Texts::tr("PLC没有发送数据");
+    case Alarm::ConfigDamaged:
+        return Texts::tr("配置文件有误：%1").arg(withReason(alarm));
+    case Alarm::CameraUnknown:
+        return alarm.detail.isEmpty() ? Texts::tr("工位%1没有设置相机").arg(alarm.subject)
+                                      : Texts::tr("工位%1的相机%2不存在").arg(alarm.subject, alarm.detail);
+    case Alarm::LibraryUnusable:
+        return Texts::tr("型号库不能使用：%1").arg(alarm.detail);
     case Alarm::CameraLost:
         return Texts::tr("相机%1不可用：%2").arg(alarm.subject, alarm.detail);
     case Alarm::DiskLow:
@@ -51,9 +66,59 @@ QString what(const Alarm& alarm)
     return {};
 }
 
-QString sentence(const Alarm& alarm)
+/// What helps, and the dialog where it is done.
+struct Help
 {
-    return alarm.count > 1 ? QStringLiteral("%1  ×%2").arg(what(alarm)).arg(alarm.count) : what(alarm);
+    QString sentence;
+    const char* action = ""; ///< of the main window
+    QString dialog;          ///< its name there
+};
+
+Help helpOf(const Alarm& alarm)
+{
+    switch (alarm.kind) {
+    case Alarm::Starting:
+        return {Texts::tr("请稍候"), "", {}};
+    case Alarm::PortLost:
+        return {Texts::tr("检查串口线和端口设置，恢复后自动连接"), "actionSystem", Texts::tr("系统设置")};
+    case Alarm::PlcSilent:
+        return {Texts::tr("检查PLC是否运行、波特率和接线"), "actionPlc", Texts::tr("PLC监视")};
+    case Alarm::CameraLost:
+    case Alarm::NoImage:
+        return {Texts::tr("检查相机的供电、网线和触发"), "actionCamera", Texts::tr("相机管理")};
+    case Alarm::CameraUnknown:
+        return {Texts::tr("为该工位选择现有的相机"), "actionSystem", Texts::tr("系统设置")};
+    case Alarm::NoResult:
+        return {Texts::tr("检查该工位的方案和型号参数"), "actionSetting", Texts::tr("方案设计")};
+    case Alarm::CalibrationUnusable:
+        return {Texts::tr("重新标定该工位"), "actionStandard", Texts::tr("图像标定")};
+    case Alarm::DiskLow:
+    case Alarm::ImagesUnwritable:
+    case Alarm::ResultsWaiting:
+        return {Texts::tr("检查磁盘，释放空间或缩短保存天数"), "actionSystem", Texts::tr("系统设置")};
+    case Alarm::ImagesGivenUp:
+        return {Texts::tr("减少保存的图像，或更换更快的磁盘"), "actionSystem", Texts::tr("系统设置")};
+    case Alarm::DatabaseMovedAside:
+        return {Texts::tr("已启用新文件；旧数据请由工程师从另存文件恢复"), "", {}};
+    case Alarm::ClockJumped:
+        return {Texts::tr("核对系统时间，然后按“已知悉”"), "", {}};
+    case Alarm::ProtectionOff:
+        return {Texts::tr("请在系统设置中启用，除非工厂有意关闭"), "actionSystem", Texts::tr("系统设置")};
+    case Alarm::FileGone:
+        return {Texts::tr("请由本机的管理人员从备份恢复"), "", {}};
+    case Alarm::ConfigDamaged:
+        return {Texts::tr("错误的项使用默认值：请核对设置并重新保存"), "actionSystem", Texts::tr("系统设置")};
+    case Alarm::LibraryUnusable:
+        return {Texts::tr("检查DBFiles文件夹的权限，恢复后自动使用"), "actionDevice", Texts::tr("设备管理")};
+    }
+    return {};
+}
+
+QString linkOf(const Alarm& alarm)
+{
+    const Help help = helpOf(alarm);
+    return help.dialog.isEmpty() ? QStringLiteral("&nbsp;")
+                                 : QStringLiteral("<a href=\"%1\">%2</a>").arg(help.action, help.dialog);
 }
 
 QString timeOf(const Alarm& alarm)
@@ -63,12 +128,24 @@ QString timeOf(const Alarm& alarm)
 
 } // namespace
 
+QString AlarmStrip::sentence(const Alarm& alarm)
+{
+    return alarm.count > 1 ? QStringLiteral("%1  ×%2").arg(what(alarm)).arg(alarm.count) : what(alarm);
+}
+
+QString AlarmStrip::remedy(const Alarm& alarm)
+{
+    return helpOf(alarm).sentence;
+}
+
 AlarmStrip::AlarmStrip(QWidget* parent)
     : QWidget(parent)
     , m_ui(std::make_unique<Ui::AlarmStrip>())
 {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground);
+    connect(m_ui->linkLabel, &QLabel::linkActivated, this, &AlarmStrip::actionWanted);
+    connect(m_ui->historyButton, &QPushButton::clicked, this, &AlarmStrip::showHistory);
     hide();
 }
 
@@ -82,6 +159,17 @@ void AlarmStrip::setBook(AlarmBook* book)
     refresh();
 }
 
+void AlarmStrip::showHistory()
+{
+    if (!m_book)
+        return;
+    if (!m_history)
+        m_history = new AlarmHistory(*m_book, window());
+    m_history->show();
+    m_history->raise();
+    m_history->activateWindow();
+}
+
 void AlarmStrip::refresh()
 {
     if (!m_book)
@@ -91,12 +179,18 @@ void AlarmStrip::refresh()
     const int shown = qMin(alarms.size(), mostLines);
     QStringList times;
     QStringList texts;
+    QStringList remedies;
+    QStringList links;
     for (const Alarm& alarm : alarms.mid(0, shown)) {
         times << timeOf(alarm);
         texts << sentence(alarm);
+        remedies << remedy(alarm);
+        links << linkOf(alarm);
     }
     m_ui->timeLabel->setText(times.join(QLatin1Char('\n')));
     m_ui->textLabel->setText(texts.join(QLatin1Char('\n')));
+    m_ui->remedyLabel->setText(remedies.join(QLatin1Char('\n')));
+    m_ui->linkLabel->setText(links.join(QStringLiteral("<br>")));
     m_ui->moreLabel->setText(alarms.size() > shown ? tr("另有%1条").arg(alarms.size() - shown) : QString());
     const bool known = std::all_of(alarms.begin(), alarms.end(), [](const Alarm& alarm) { return alarm.acknowledged; });
     m_ui->acknowledgeButton->setVisible(!known);

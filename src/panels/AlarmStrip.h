@@ -6,13 +6,16 @@
 #include <memory>
 
 class AlarmBook;
+class AlarmHistory;
+struct Alarm;
 
 namespace Ui {
 class AlarmStrip;
 }
 
-/// A quiet strip with the alarms of the cell: the newest three with their times and counts, and how many more there
-/// are. Nothing of it keeps production waiting. Hidden while there is none. GUI thread.
+/// A quiet strip with the alarms of the cell: the newest three with their times and counts, what helps and where, and
+/// how many more there are; behind it the list of all. Nothing of it keeps production waiting. Hidden while there is
+/// none. GUI thread.
 class AlarmStrip : public QWidget
 {
     Q_OBJECT
@@ -24,6 +27,18 @@ public:
     /// The book whose alarms are shown; may go before the strip.
     void setBook(AlarmBook* book);
 
+    /// What is wrong and what helps, in a sentence each.
+    static QString sentence(const Alarm& alarm);
+    static QString remedy(const Alarm& alarm);
+
+public slots:
+    /// Shows the alarms that last and those that are over.
+    void showHistory();
+
+signals:
+    /// The dialog that helps with an alarm is wanted, by the name of the window's action.
+    void actionWanted(const QString& action);
+
 protected:
     void changeEvent(QEvent* event) override;
 
@@ -33,4 +48,5 @@ private:
 
     std::unique_ptr<Ui::AlarmStrip> m_ui;
     QPointer<AlarmBook> m_book;
+    QPointer<AlarmHistory> m_history;
 };

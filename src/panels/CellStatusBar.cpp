@@ -1,8 +1,11 @@
 #include "panels/CellStatusBar.h"
 
+#include "workflow/AlarmWatch.h"
+
 #include <QDateTime>
 #include <QEvent>
 #include <QLabel>
+#include <QToolButton>
 
 namespace {
 
@@ -28,6 +31,8 @@ CellStatusBar::CellStatusBar(QWidget* parent)
     , m_mode(new QLabel)
     , m_link(new QLabel(tr("连接状态:")))
     , m_banner(new QLabel(tr("本系统未注册激活")))
+    , m_testing(new QLabel(tr("测试运行中")))
+    , m_alarms(new QToolButton)
 {
     m_time->setObjectName(QStringLiteral("timeLabel"));
     m_user->setObjectName(QStringLiteral("userLabel"));
@@ -35,10 +40,15 @@ CellStatusBar::CellStatusBar(QWidget* parent)
     m_link->setObjectName(QStringLiteral("linkLabel"));
     m_banner->setObjectName(QStringLiteral("registerBanner"));
     m_banner->setStyleSheet(QStringLiteral("font: bold 14px; color: red;"));
+    m_testing->setObjectName(QStringLiteral("testingLabel"));
+    m_alarms->setObjectName(QStringLiteral("alarmHistoryButton"));
+    m_alarms->setText(tr("报警记录"));
+    connect(m_alarms, &QToolButton::clicked, this, &CellStatusBar::alarmHistoryWanted);
     addWidget(m_time, 1);
-    for (QLabel* label : {m_banner, m_user, m_mode, m_link})
-        addPermanentWidget(label);
-    m_banner->hide(); // adding shows it
+    for (QWidget* widget : std::initializer_list<QWidget*>{m_testing, m_banner, m_alarms, m_user, m_mode, m_link})
+        addPermanentWidget(widget);
+    for (QLabel* label : {m_testing, m_banner})
+        label->hide(); // adding shows it
 }
 
 void CellStatusBar::linkAlive()
@@ -51,7 +61,7 @@ void CellStatusBar::tick(bool online)
 {
     m_online = online;
     ++m_runSeconds;
-    if (++m_silentSeconds > 5) {
+    if (++m_silentSeconds > AlarmWatch::silenceSeconds) {
         m_linkUp = false;
         m_silentSeconds = 0;
     }
@@ -73,12 +83,20 @@ void CellStatusBar::refresh()
 void CellStatusBar::setUserName(const QString& name)
 {
     m_userName = name;
-    m_user->setText(name.isEmpty() ? tr("用户:无") : tr("用户: %1").arg(name));
+    const QString text = name.isEmpty() ? tr("用户:无") : tr("用户: %1").arg(name);
+    constexpr int longest = 240; // pixels
+    m_user->setText(m_user->fontMetrics().elidedText(text, Qt::ElideRight, longest));
+    m_user->setToolTip(m_user->text() == text ? QString() : text);
 }
 
 void CellStatusBar::setRegistered(bool registered)
 {
     m_banner->setVisible(!registered);
+}
+
+void CellStatusBar::setTesting(bool testing)
+{
+    m_testing->setVisible(testing);
 }
 
 void CellStatusBar::changeEvent(QEvent* event)
@@ -87,6 +105,8 @@ void CellStatusBar::changeEvent(QEvent* event)
     if (event->type() != QEvent::LanguageChange)
         return;
     m_banner->setText(tr("本系统未注册激活"));
+    m_testing->setText(tr("测试运行中"));
+    m_alarms->setText(tr("报警记录"));
     setUserName(m_userName);
     if (m_runSeconds > 0)
         return refresh();

@@ -3,6 +3,7 @@
 #include <QStatusBar>
 
 class QLabel;
+class QToolButton;
 
 /// Date and run time, user, mode and PLC link, and the banner of a system that is not registered. The window ticks it
 /// once a second.
@@ -21,6 +22,12 @@ public:
     /// Shows the banner while the system is not registered; hidden until then.
     void setRegistered(bool registered);
 
+    /// A test of the cell runs; the status bar says so.
+    void setTesting(bool testing);
+
+signals:
+    void alarmHistoryWanted();
+
 protected:
     void changeEvent(QEvent* event) override;
 
@@ -32,6 +39,8 @@ private:
     QLabel* m_mode;
     QLabel* m_link;
     QLabel* m_banner;
+    QLabel* m_testing;
+    QToolButton* m_alarms;
     QString m_userName;
     qint64 m_runSeconds = 0;
     int m_silentSeconds = 0;

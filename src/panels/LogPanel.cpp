@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QEvent>
+#include <QScrollBar>
 #include <QSyntaxHighlighter>
 
 #include <algorithm>
@@ -55,6 +56,13 @@ LogPanel::LogPanel(QWidget* parent)
     setAttribute(Qt::WA_StyledBackground);
     m_ui->view->setMaximumBlockCount(maxLines);
     new LineColors(m_ui->view->document());
+    // The view follows its end by itself only as long as nothing but lines moves it.
+    QScrollBar* const bar = m_ui->view->verticalScrollBar();
+    connect(bar, &QScrollBar::valueChanged, this, [this, bar](int value) { m_follows = value >= bar->maximum(); });
+    connect(bar, &QScrollBar::rangeChanged, this, [this, bar](int, int maximum) {
+        if (m_follows)
+            bar->setValue(maximum);
+    });
     for (QTimer* timer : {&m_flush, &m_filter})
         timer->setSingleShot(true);
     m_flush.setInterval(flushMs);
@@ -118,6 +126,8 @@ void LogPanel::showAll()
     m_ui->view->setPlainText(shownLines().join(QLatin1Char('\n')));
     m_ui->view->moveCursor(QTextCursor::End);
     m_ui->view->moveCursor(QTextCursor::StartOfLine);
+    m_ui->view->verticalScrollBar()->setValue(m_ui->view->verticalScrollBar()->maximum());
+    m_follows = true;
 }
 
 void LogPanel::copy() const

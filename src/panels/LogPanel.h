@@ -47,7 +47,8 @@ private:
     std::unique_ptr<Ui::LogPanel> m_ui;
     int m_number = 0;
     std::deque<QString> m_lines;
-    size_t m_pending = 0; ///< of the newest lines, that are not shown yet
+    bool m_follows = true; ///< the end of the lines is on the screen, and stays there
+    size_t m_pending = 0;  ///< of the newest lines, that are not shown yet
     QTimer m_flush;
     QTimer m_filter; ///< waits for the end of typing
 };

@@ -49,6 +49,16 @@ void StationPanels::showModelLabel(int station, const QString& richText)
     soon(station, [richText](const Panel& own) { own.view->setModelLabel(richText); });
 }
 
+void StationPanels::showCaption(int station, const QString& model)
+{
+    soon(station, [model](const Panel& own) { own.view->setCaption(model); });
+}
+
+void StationPanels::showNoModel(int station, int plcIndex)
+{
+    soon(station, [plcIndex](const Panel& own) { own.view->setNoModel(plcIndex); });
+}
+
 void StationPanels::showLog(int station, const QString& line)
 {
     soon(station, [line](const Panel& own) { own.log->append(line); });

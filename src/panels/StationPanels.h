@@ -30,7 +30,10 @@ public:
 public slots:
     void showImage(int station, const QImage& image);
     void showReading(int station, const StationReading& reading);
+    /// The model of the picture that was shown last.
+    void showCaption(int station, const QString& model);
     void showModelLabel(int station, const QString& richText);
+    void showNoModel(int station, int plcIndex);
     void showLog(int station, const QString& line);
     void showCount(int station, const DayCount& count);
     void showTrigger(int station);

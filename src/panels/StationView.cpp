@@ -85,7 +85,38 @@ void StationView::setWide(bool wide)
 void StationView::setModelLabel(const QString& richText)
 {
     m_label = richText;
-    QString text = richText;
+    m_deadIndex.reset();
+    showModel();
+}
+
+void StationView::setNoModel(int plcIndex)
+{
+    m_deadIndex = plcIndex;
+    showModel();
+}
+
+void StationView::setCaption(const QString& model)
+{
+    m_caption = model;
+    showCaption();
+}
+
+void StationView::showCaption()
+{
+    m_ui->captionLabel->setText(m_caption.isEmpty() ? QString() : tr("图像型号：%1").arg(m_caption));
+}
+
+/// Red where the index is wrong, grey where the PLC cleared it.
+void StationView::showModel()
+{
+    if (m_deadIndex) {
+        const bool cleared = *m_deadIndex < 1;
+        const QString text = cleared ? tr("未选择型号") : tr("PLC索引%1没有型号").arg(*m_deadIndex);
+        m_ui->modelLabel->setText(QStringLiteral("<h4><span style='color:%1;'>%2</span></h4>")
+                                      .arg(cleared ? QStringLiteral("#808080") : QStringLiteral("#ff0000"), text));
+        return;
+    }
+    QString text = m_label;
     text.replace(QLatin1String("< /"), QLatin1String("</")); // the label's own form is odd
     m_ui->modelLabel->setText(text.replace(QStringLiteral("当前检测型号"), tr("当前检测型号")));
 }
@@ -165,7 +196,8 @@ void StationView::retranslate()
 {
     m_ui->retranslateUi(this);
     m_ui->stationLabel->setText(tr("工位%1").arg(m_number));
-    setModelLabel(m_label);
+    showModel();
+    showCaption();
     showTip();
 }
 

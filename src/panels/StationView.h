@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 class ksImgViewer;
 struct DayCount;
@@ -28,6 +29,10 @@ public:
     /// Puts the reading beside the picture, where the view has the window for itself, or below it.
     void setWide(bool wide);
     void setModelLabel(const QString& richText);
+    /// In place of the model label: the PLC's index means no model; below 1 it was cleared on purpose.
+    void setNoModel(int plcIndex);
+    /// The model of the part in the picture.
+    void setCaption(const QString& model);
     void setReading(const StationReading& reading);
     void setCount(const DayCount& count);
     void hideReading();
@@ -46,12 +51,16 @@ private:
     void retranslate();
     void show(State state);
     void showTip();
+    void showModel();
+    void showCaption();
     void stampTime();
 
     std::unique_ptr<Ui::StationView> m_ui;
     int m_number = 0;
-    QString m_label; ///< the model label as it was set
-    QString m_tip;   ///< the engine's
+    QString m_label;                ///< the model label as it was set
+    std::optional<int> m_deadIndex; ///< the index that means no model; the label stands for none meanwhile
+    QString m_caption;
+    QString m_tip; ///< the engine's
     State m_state = Idle;
     QTimer m_overdue;
 };

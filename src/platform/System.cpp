@@ -54,6 +54,13 @@ qint64 residentMemoryKiB()
 
 void keepOthersOut() {}
 
+void keepThisLibrary()
+{
+    HMODULE pinned = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       reinterpret_cast<LPCWSTR>(&keepThisLibrary), &pinned);
+}
+
 void lowerThreadPriority()
 {
     SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
@@ -94,6 +101,8 @@ void keepOthersOut()
 {
     umask(umask(S_IRWXO) | S_IRWXO);
 }
+
+void keepThisLibrary() {} // linked with "nodelete"
 
 void lowerThreadPriority()
 {

@@ -19,6 +19,10 @@ qint64 residentMemoryKiB();
 /// user's habit is; on Windows the folder above decides. At the start.
 void keepOthersOut();
 
+/// Keeps the library with the calling code in the process when its host unloads it: singletons, and what they left with
+/// Qt, live until the process ends. Where the linker does that, nothing.
+void keepThisLibrary();
+
 /// Makes the calling thread yield the processor to the others of the program whenever they want it.
 void lowerThreadPriority();
 

@@ -35,6 +35,14 @@ void AlarmBook::begin(Alarm alarm)
     emit changed();
 }
 
+void AlarmBook::end(Alarm alarm)
+{
+    alarm.until = m_scheduler.now();
+    m_history.prepend(alarm);
+    if (m_history.size() > maxHistory)
+        m_history.removeLast();
+}
+
 /// With another reason it stays the same alarm; one that had gone and comes back counts on.
 void AlarmBook::raise(Alarm::Kind kind, const QString& subject, const QString& detail)
 {
@@ -65,8 +73,10 @@ void AlarmBook::raiseCounted(Alarm::Kind kind, const QString& subject, int count
     const auto known = position(m_alarms, kind, subject);
     if (known != m_alarms.end() && known->count >= count)
         return;
-    if (known != m_alarms.end())
+    if (known != m_alarms.end()) {
+        end(*known);
         m_alarms.erase(known);
+    }
     if (past != m_past.end())
         m_past.erase(past);
     Alarm alarm;
@@ -82,6 +92,7 @@ void AlarmBook::clear(Alarm::Kind kind, const QString& subject)
     if (known == m_alarms.end() || known->isLatched())
         return;
     m_past.append(*known);
+    end(*known);
     m_alarms.erase(known);
     emit changed();
 }
@@ -99,8 +110,10 @@ void AlarmBook::acknowledge()
     const QVector<Alarm> seen = m_alarms;
     for (Alarm& alarm : m_alarms) {
         alarm.acknowledged = true;
-        if (alarm.isLatched())
-            m_past.append(alarm);
+        if (!alarm.isLatched())
+            continue;
+        m_past.append(alarm);
+        end(alarm);
     }
     const auto isOver = [](const Alarm& alarm) { return alarm.isLatched(); };
     m_alarms.erase(std::remove_if(m_alarms.begin(), m_alarms.end(), isOver), m_alarms.end());

@@ -21,6 +21,10 @@ struct Alarm
         NoImage,             ///< a station's triggers stay without an image
         NoResult,            ///< a station's images stay without a result
         CalibrationUnusable, ///< what a station finds cannot be sent
+        PlcSilent,           ///< the line is open, and the PLC sends nothing
+        ConfigDamaged,       ///< a file of the set-up was not understood, wholly or in part, when it was read
+        CameraUnknown,       ///< a station is set up for a camera that there is not
+        LibraryUnusable,     ///< the model library takes and gives nothing
         ClockJumped,         ///< no image goes by its age until this is acknowledged
         ProtectionOff,       ///< online, and a trigger without a valid model captures all the same
         FileGone,            ///< a file that keeps people out was deleted
@@ -30,13 +34,17 @@ struct Alarm
     QString subject; ///< which one, where there are several: a camera key, a station, a file; part of its identity
     QString detail;  ///< the reason or the number, as its source has it
     QDateTime since; ///< when it began, the last time
+    QDateTime until; ///< when it ended; invalid while it lasts
     int count = 1;   ///< how often it began; or what its source counts, such as images
     bool acknowledged = false;
 
     /// Whether it is how the cell is set up: it is shown, and asks for nobody.
     bool isQuiet() const { return kind == ProtectionOff; }
     /// Whether the alarm asks for somebody, and stays until it is acknowledged. The others go when their cause goes.
-    bool isLatched() const { return kind == ImagesGivenUp || kind == DatabaseMovedAside || kind == ClockJumped; }
+    bool isLatched() const
+    {
+        return kind == ImagesGivenUp || kind == DatabaseMovedAside || kind == ConfigDamaged || kind == ClockJumped;
+    }
 };
 
 /// The alarms of the cell: what is wrong at present, and what was lost and not yet acknowledged. GUI thread.
@@ -48,8 +56,13 @@ public:
     /// `scheduler` outlives the book.
     explicit AlarmBook(const Scheduler& scheduler, QObject* parent = nullptr);
 
+    /// How many of those that ended are kept.
+    static constexpr int maxHistory = 300;
+
     /// Newest first.
     const QVector<Alarm>& alarms() const { return m_alarms; }
+    /// Those that ended since the start, the last one first.
+    const QVector<Alarm>& history() const { return m_history; }
 
     /// The cause is there; may be called again and again while it lasts.
     void raise(Alarm::Kind kind, const QString& subject, const QString& detail);
@@ -73,8 +86,10 @@ signals:
 private:
     Alarm* find(Alarm::Kind kind, const QString& subject);
     void begin(Alarm alarm);
+    void end(Alarm alarm);
 
     const Scheduler& m_scheduler;
     QVector<Alarm> m_alarms;
     QVector<Alarm> m_past; ///< each alarm that went, once, for its count
+    QVector<Alarm> m_history;
 };

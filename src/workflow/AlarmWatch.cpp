@@ -1,6 +1,7 @@
 #include "workflow/AlarmWatch.h"
 
 #include "config/ksGlobalConfig.h"
+#include "config/ksSysConfig.h"
 #include "db/log/ksLogDB.h"
 #include "workflow/AlarmBook.h"
 #include "workflow/CellRecords.h"
@@ -12,11 +13,12 @@
 #include <valvecell/ISerialPort.h>
 #include <valvecell/ISerialStatus.h>
 
-#include <QFileInfo>
+#include <QDir>
 
-AlarmWatch::AlarmWatch(const ksGlobalConfig& config, AlarmBook& book, QObject* parent)
+AlarmWatch::AlarmWatch(const ksGlobalConfig& config, const ksSysConfig& settings, AlarmBook& book, QObject* parent)
     : QObject(parent)
     , m_config(config)
+    , m_settings(settings)
     , m_book(book)
 {
 }
@@ -36,15 +38,32 @@ void AlarmWatch::checkPort()
     if (!port)
         return;
     const SerialStatus status = port->status();
-    m_book.set(!status.open, Alarm::PortLost, status.device, status.lastError);
+    // By the configured name: behind it is no device while the cable is pulled.
+    if (status.open || m_lostPort != m_settings.comPort)
+        m_book.clear(Alarm::PortLost, m_lostPort);
+    if (!status.open) {
+        m_lostPort = m_settings.comPort;
+        m_book.raise(Alarm::PortLost, m_lostPort, status.lastError);
+    }
+    checkSilence(status.open);
+}
+
+void AlarmWatch::checkSilence(bool portOpen)
+{
+    const bool listens = portOpen && m_config.onlineMode;
+    m_silent = listens ? m_silent + 1 : 0;
+    m_book.set(m_silent > silenceSeconds, Alarm::PlcSilent, {}, {});
 }
 
 void AlarmWatch::checkCameras()
 {
+    if (!m_cameras)
+        return;
+    const QStringList present = m_cameras->cameraKeys();
+    checkCameraKeys(present);
     auto* cameras = extensionOf<ICameraSettings>(m_cameras);
     if (!cameras)
         return;
-    const QStringList present = m_cameras->cameraKeys();
     QStringList wanted;
     for (const StationConfig& station : m_config.stations) {
         if (present.contains(station.camKey))
@@ -59,6 +78,28 @@ void AlarmWatch::checkCameras()
         m_book.set(!message.isEmpty(), Alarm::CameraLost, key, message);
     }
     m_watched = wanted;
+}
+
+/// A second station that is not in use has neither camera nor solution.
+void AlarmWatch::checkCameraKeys(const QStringList& present)
+{
+    for (int number = 1; number <= 2; ++number) {
+        const StationConfig& station = m_config.station(number);
+        const bool isUsed = number == 1 || !station.camKey.isEmpty() || !station.solution.isEmpty();
+        m_book.set(isUsed && !present.contains(station.camKey), Alarm::CameraUnknown, QString::number(number),
+                   station.camKey);
+    }
+}
+
+void AlarmWatch::checkFiles(const QString& home)
+{
+    const QDir folder(home + QStringLiteral("/user"));
+    const QStringList files = folder.entryList({QStringLiteral("*.json")}, QDir::Files);
+    for (const QString& file : files) {
+        const HomeFiles::JsonRead read = HomeFiles::readJson(folder.filePath(file));
+        if (read.state == HomeFiles::JsonRead::Damaged)
+            m_book.raise(Alarm::ConfigDamaged, file, read.error);
+    }
 }
 
 void AlarmWatch::checkLog()
@@ -78,6 +119,7 @@ void AlarmWatch::checkRecords()
     const bool enough = health.freeMiB < 0 || health.freeMiB >= health.wantedMiB;
     if (low || enough)
         m_book.set(low, Alarm::DiskLow, {}, QString::number(health.freeMiB / 1024.0, 'f', 1));
+    m_book.set(!health.libraryError.isEmpty(), Alarm::LibraryUnusable, {}, health.libraryError);
     if (health.clockJump.isValid())
         m_book.raise(Alarm::ClockJumped, {}, health.clockJump.toString(QStringLiteral("yyyy-MM-dd hh:mm")));
     m_book.set(health.imagesUnwritable, Alarm::ImagesUnwritable, {}, {});

@@ -7,6 +7,7 @@ class CellRecords;
 class ICoreCtrl;
 class ISerialPort;
 class ksGlobalConfig;
+class ksSysConfig;
 
 namespace SystemLog {
 class ksLogDB;
@@ -19,8 +20,11 @@ class AlarmWatch : public QObject
     Q_OBJECT
 
 public:
-    /// Both outlive the watch.
-    AlarmWatch(const ksGlobalConfig& config, AlarmBook& book, QObject* parent = nullptr);
+    /// A PLC that sends nothing for longer counts as silent.
+    static constexpr int silenceSeconds = 5;
+
+    /// All outlive the watch.
+    AlarmWatch(const ksGlobalConfig& config, const ksSysConfig& settings, AlarmBook& book, QObject* parent = nullptr);
 
     // What is watched; null for nothing. All outlive the watch.
     void setPort(ISerialPort* port) { m_port = port; }
@@ -28,22 +32,33 @@ public:
     void setLog(const SystemLog::ksLogDB* log) { m_log = log; }
     void setRecords(const CellRecords* records) { m_records = records; }
 
+    /// To be called once, before anybody writes: raises an alarm for every file of the set-up that does not parse.
+    /// `home`: without a separator at its end.
+    void checkFiles(const QString& home);
+
 public slots:
+    /// The PLC sent something.
+    void heard() { m_silent = 0; }
     /// To be called about once a second.
     void check();
 
 private:
     void checkPort();
+    void checkSilence(bool portOpen);
     void checkCameras();
+    void checkCameraKeys(const QStringList& present);
     void checkLog();
     void checkRecords();
     void checkSetUp();
 
     const ksGlobalConfig& m_config;
+    const ksSysConfig& m_settings;
     AlarmBook& m_book;
     ISerialPort* m_port = nullptr;
     ICoreCtrl* m_cameras = nullptr;
     const SystemLog::ksLogDB* m_log = nullptr;
     const CellRecords* m_records = nullptr;
     QStringList m_watched; ///< cameras that were checked the last time
+    QString m_lostPort;    ///< as configured, of the alarm that lasts
+    int m_silent = 0;      ///< seconds
 };

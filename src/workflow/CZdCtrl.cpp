@@ -38,8 +38,8 @@ void Station::updateAll()
 
 void Station::onErrTrig(int errorRun)
 {
-    if (errorRun == 1)
-        qWarning("station %s: no image came of the last trigger", qUtf8Printable(m_name));
+    if (errorRun == 2)
+        qWarning("%s", qUtf8Printable(tr("工位“%1”：上一次触发没有图像").arg(m_name)));
 }
 
 QString Station::modelLabel() const

@@ -28,7 +28,8 @@ public:
 public slots:
     /// Emits the model label anew.
     void updateAll();
-    /// An image is missing, for so many checks in a row: warns at the first.
+    /// An image is missing, for so many checks in a row: warns at the second. At the first, the capture may be under
+    /// way.
     void onErrTrig(int errorRun);
 
 signals:

@@ -1,5 +1,6 @@
 #include "workflow/Cell.h"
 
+#include "config/CellLimits.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
@@ -14,7 +15,6 @@ namespace {
 
 constexpr int heartbeatMs = 300;
 constexpr int tickMs = 1000;
-constexpr int answerDeadlineMs = 2000;
 
 } // namespace
 
@@ -24,12 +24,13 @@ Cell::Cell(Ground ground, std::unique_ptr<IModules> modules, QObject* parent)
     , m_modules(std::move(modules))
     , m_alarms(m_ground.scheduler)
     , m_counts(m_ground.scheduler)
-    , m_road(m_ground.config, m_ground.scheduler, [] { return answerDeadlineMs; })
-    , m_watch(m_ground.config, m_alarms)
+    , m_road(m_ground.config, m_ground.scheduler, [&limits = m_ground.limits] { return limits.answerDeadlineMs; })
+    , m_watch(m_ground.config, m_ground.settings, m_alarms)
     , m_heartbeat(m_ground.scheduler.timer(Scheduler::Repeating, [this] { sendHeartbeat(); }))
     , m_tick(m_ground.scheduler.timer(Scheduler::Repeating, [this] { tick(); }))
 {
     m_watch.setLog(m_ground.systemLog);
+    m_watch.checkFiles(m_ground.home);
     connectRoad();
     raiseAlarms();
     m_road.link().hold();
@@ -50,11 +51,16 @@ void Cell::connectRoad()
     const PlcLink& link = m_road.link();
     connect(&link, &PlcLink::modelIndexReceived, this, &Cell::linkAlive);
     connect(&link, &PlcLink::shutdownReceived, this, &Cell::shutdownReceived);
+    connect(&link, &PlcLink::frameSeen, &m_watch, [this](const SComFrame&, bool received) {
+        if (received)
+            m_watch.heard();
+    });
 
     const TriggerDispatch& dispatch = m_road.dispatch();
     connect(&dispatch, &TriggerDispatch::sgShowLog, this, &Cell::sgShowLog);
     connect(&dispatch, &TriggerDispatch::sgSystemLog, &SystemLog::information);
     connect(&dispatch, &TriggerDispatch::sgSelModel, this, &Cell::selectModel);
+    connect(&dispatch, &TriggerDispatch::modelMissing, this, &Cell::modelMissing);
     connect(&dispatch, &TriggerDispatch::captureRefused, this, [this](const Trigger& trigger) {
         m_counts.onRefused(trigger.station);
         emit captureRefused(trigger.station);
@@ -66,6 +72,7 @@ void Cell::connectRoad()
     connect(&results, &ResultHandler::sgShowLog, this, &Cell::sgShowLog);
     connect(&results, &ResultHandler::sgShowImg, this, &Cell::sgShowImg);
     connect(&results, &ResultHandler::sgShowSrcImg, this, &Cell::sgShowSrcImg);
+    connect(&results, &ResultHandler::pictureNamed, this, &Cell::pictureNamed);
     connect(&results, &ResultHandler::readingChanged, this, &Cell::readingChanged);
     connect(&results, &ResultHandler::readingChanged, &m_counts, &DayCounts::onReading);
     connect(&m_counts, &DayCounts::changed, this,
@@ -228,13 +235,15 @@ void Cell::enterTestMode(int mode)
 {
     switch (mode) {
     case TestMode::Start:
-        return m_autoTrigger->start(m_testIntervalMs);
+        m_autoTrigger->start(m_testIntervalMs);
+        return emit testRunningChanged(true);
     case TestMode::SnapStation1:
         return m_road.dispatch().onTestTrigger(1);
     case TestMode::SnapStation2:
         return m_road.dispatch().onTestTrigger(2);
     default:
-        return m_autoTrigger->stop();
+        m_autoTrigger->stop();
+        return emit testRunningChanged(false);
     }
 }
 

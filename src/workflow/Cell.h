@@ -10,6 +10,7 @@
 #include "workflow/TriggerRoad.h"
 
 class CZdCtrl;
+class CellLimits;
 class DayCountsFile;
 class ksGlobalConfig;
 class ksSysConfig;
@@ -28,6 +29,7 @@ public:
         QString home; ///< without a separator at its end
         const ksSysConfig& settings;
         ksGlobalConfig& config;
+        const CellLimits& limits;
         const SystemLog::ksLogDB* systemLog; ///< whose faults are alarms; may be null
         Scheduler& scheduler;
     };
@@ -88,8 +90,14 @@ signals:
     /// The picture of a result, and one of which there is no result, for the station with that solution.
     void sgShowImg(int station, const QImage& image);
     void sgShowSrcImg(const QString& solution, const QImage& image);
+    /// The model of the part whose picture was emitted just now.
+    void pictureNamed(int station, const QString& model);
     /// The station's name and its model label as rich text.
     void sgShowModeName(const QString& station, const QString& label);
+    /// The index that the PLC gave a station last means no model.
+    void modelMissing(int station, int plcIndex);
+    /// Repeated triggers of a test began or ended.
+    void testRunningChanged(bool running);
     void captureStarted(int station);
     void captureRefused(int station);
     /// What was answered, and how the day stands since.

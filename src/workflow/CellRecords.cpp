@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr int msBetweenLooks = 1000;
+
 ImageArchive::Rules archiveRules(Scheduler& scheduler)
 {
     ImageArchive::Rules rules;
@@ -119,8 +121,7 @@ void CellRecords::openResultDatabase()
     QDir().mkpath(folder);
     m_results = std::make_unique<StationDB>(folder + QStringLiteral("/Pellix.db"));
     m_results->setScheduler(m_scheduler);
-    if (!m_results->initialise())
-        SystemLog::warning(tr("结果数据库打开失败：%1").arg(m_results->lastError()));
+    m_results->initialise();
     ResultRecorder::Rules rules;
     rules.scheduler = &m_scheduler;
     m_recorder = std::make_unique<ResultRecorder>(*m_results, rules);
@@ -130,9 +131,28 @@ void CellRecords::openResultDatabase()
 void CellRecords::openModelLibrary(PlcIndexTable& indices, const QStringList& stations)
 {
     m_library = std::make_unique<QSqliteWheelHubZd>(m_home + QStringLiteral("/DBFiles/"));
-    if (!m_library->createTable())
-        SystemLog::warning(tr("型号库打开失败：%1").arg(m_library->lastError()));
+    openLibrary();
     m_models = std::make_unique<ModelManager>(*m_library, indices, stations, m_scheduler);
+    m_libraryOpenings = m_library->openings();
+    m_lookAfterLibrary = m_scheduler.timer(Scheduler::Repeating, [this] { lookAfterLibrary(); });
+    m_lookAfterLibrary->start(msBetweenLooks);
+}
+
+void CellRecords::openLibrary()
+{
+    const bool open = m_library->createTable();
+    const QString refused = m_library->openReport().text;
+    m_libraryError = open ? QString() : refused.isEmpty() ? m_library->lastError() : refused;
+}
+
+/// A library that could not be opened, or was put aside, is read when there is one again.
+void CellRecords::lookAfterLibrary()
+{
+    openLibrary();
+    if (m_library->openings() == m_libraryOpenings)
+        return;
+    m_libraryOpenings = m_library->openings();
+    m_models->reload();
 }
 
 IResultStore* CellRecords::store() const
@@ -145,6 +165,7 @@ CellRecords::Health CellRecords::health() const
 {
     Health health;
     health.wantedMiB = qint64(m_settings.minFreeSpace) * 1024;
+    health.libraryError = m_libraryError;
     health.imagesGivenUp = m_archive->givenUp();
     health.imagesUnwritable = m_archive->isUnwritable();
     if (m_sourceCleaner) {
@@ -156,9 +177,8 @@ CellRecords::Health CellRecords::health() const
     if (m_recorder)
         health.resultsWaiting = m_recorder->waiting();
     if (m_results)
-        health.movedAside << m_results->openReport().keptAside;
+        health.movedAside << m_results->keptAside();
     if (m_library)
-        health.movedAside << m_library->openReport().keptAside;
-    health.movedAside.removeAll({});
+        health.movedAside << m_library->keptAside();
     return health;
 }

@@ -49,6 +49,7 @@ public:
         int imagesGivenUp = 0; ///< since the start
         bool imagesUnwritable = false;
         int resultsWaiting = 0; ///< rows that the database does not take at present
+        QString libraryError;   ///< why the model library cannot be used; empty when it can
         QStringList movedAside; ///< under which names files that could not be used were kept
     };
 
@@ -82,6 +83,8 @@ private:
     std::unique_ptr<QDiskCleanThread> startCleaner(const QString& root, bool byAge) const;
     /// Without threads: a pass of both cleaners.
     void clean();
+    void openLibrary();
+    void lookAfterLibrary();
 
     const QString m_home;
     const ksSysConfig& m_settings;
@@ -91,8 +94,11 @@ private:
     std::unique_ptr<ResultRecorder> m_recorder;
     std::unique_ptr<CellResultStore> m_store;
     std::unique_ptr<QSqliteWheelHubZd> m_library;
+    QString m_libraryError;
     std::unique_ptr<ModelManager> m_models;
     std::unique_ptr<QDiskCleanThread> m_sourceCleaner;
     std::unique_ptr<QDiskCleanThread> m_resultCleaner;
     std::unique_ptr<Scheduler::Timer> m_cleaning;
+    std::unique_ptr<Scheduler::Timer> m_lookAfterLibrary;
+    int m_libraryOpenings = 0; ///< at the last look
 };

@@ -33,6 +33,11 @@ ModelManager::ModelManager(QSqliteWheelHubZd& library, PlcIndexTable& indices, Q
     , m_stations(std::move(stations))
     , m_scheduler(scheduler)
 {
+    reload();
+}
+
+void ModelManager::reload()
+{
     adoptTabledModels();
     refresh();
 }

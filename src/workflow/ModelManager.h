@@ -19,13 +19,16 @@ class ModelManager : public QObject, public IModelSource
     Q_OBJECT
 
 public:
-    /// `library` is open and, like `indices` and `scheduler`, outlives the manager. `stations`: the names of the
-    /// stations' tables.
+    /// `library`, which may not be open yet, `indices` and `scheduler` outlive the manager. `stations`: the names of
+    /// the stations' tables.
     ModelManager(QSqliteWheelHubZd& library, PlcIndexTable& indices, QStringList stations, const Scheduler& scheduler,
                  QObject* parent = nullptr);
 
-    /// Reads the library anew, and adds the models that only an index table knows.
+    /// Reads the library anew.
     void refresh();
+
+    /// As refresh(), and adds the models that only an index table knows first: for a library that was not there before.
+    void reload();
 
     bool contains(const QString& name) const;
 

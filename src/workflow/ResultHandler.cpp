@@ -58,6 +58,7 @@ void ResultHandler::onResult(const Trigger& trigger, const QVariantMap& map)
     } else if (!result.hasAlgoResult) {
         refuse(part, StationLog::noTask());
         emit sgShowSrcImg(result.solution, result.originImage);
+        emit pictureNamed(part.station, trigger.model);
     } else {
         answer(part);
     }
@@ -123,19 +124,26 @@ ResultHandler::Verdict ResultHandler::reply(const Part& part)
     verdict.sent = PlcLink::asSent(part.result.angle, 0, 0);
     if (part.station == 0)
         return verdict;
-    const QPointF machine = m_config.calibration(part.station).toMachine(part.result.center);
-    verdict.sent = send(part.trigger, part.station, part.result.angle, machine);
+    const Calibration calibration = m_config.calibration(part.station);
+    const QString problem = calibration.problem();
+    const bool found = part.result.angle < plc::noticeAngle;
+    const QPointF machine = problem.isEmpty() ? calibration.toMachine(part.result.center) : QPointF();
+    const bool refused = found && !problem.isEmpty();
+    verdict.sent = send(part.trigger, part.station, refused ? plc::nothingFoundAngle : part.result.angle, machine);
     emit replied(part.trigger, part.result.taskTime);
-    verdict.good = verdict.sent.delivered && verdict.sent.carried;
+    verdict.good = verdict.sent.delivered && verdict.sent.carried && !refused;
     if (!verdict.sent.delivered) {
         verdict.error = CellError::NotSent;
         verdict.tip = StationLog::lineGone().trimmed();
     } else if (!verdict.sent.carried) {
         verdict.error = CellError::NotCarried;
         verdict.tip = tr("坐标超出范围，请检查标定");
+    } else if (refused) {
+        verdict.error = CellError::Calibration;
+        verdict.tip = tr("标定不可用：%1").arg(problem);
     }
-    if (part.result.angle < plc::noticeAngle)
-        emit calibrationJudged(part.station, verdict.sent.carried ? QString() : verdict.tip);
+    if (found)
+        emit calibrationJudged(part.station, refused ? problem : verdict.sent.carried ? QString() : verdict.tip);
     return verdict;
 }
 
@@ -173,6 +181,7 @@ void ResultHandler::show(const Part& part, const Verdict& verdict)
     const TaskResult& result = part.result;
     const PlcLink::Sent& sent = verdict.sent;
     emit sgShowImg(part.station, result.image);
+    emit pictureNamed(part.station, part.trigger.model);
     if (!sent.delivered)
         emit sgShowLog(part.station, m_log.noResult(result.taskName, StationLog::lineGone()));
     else

@@ -61,6 +61,8 @@ signals:
     void sgShowImg(int station, const QImage& image);
     /// A picture of which there is no result, for the view of the station with that solution.
     void sgShowSrcImg(const QString& solution, const QImage& image);
+    /// The model of the part whose picture was emitted just now, whatever the station runs by then.
+    void pictureNamed(int station, const QString& model);
     /// A line for the station's log panel.
     void sgShowLog(int station, const QString& text);
     /// What was answered, for the station's panel.

@@ -24,12 +24,10 @@ void TriggerDispatch::onModelIndices(int index1, int index2)
         return;
     m_lastIndices[0] = index1;
     m_lastIndices[1] = index2;
-    const QStringList names = m_controller->stationNames();
-    for (const QString& name : names) {
-        const IStation* target = m_controller->station(name);
-        const int station = m_config.stationOfSolution(name);
-        if (target && station > 0)
-            switchModel(station, *target, m_lastIndices[station - 1]);
+    for (int station = 1; station <= 2; ++station) {
+        const QString& solution = m_config.station(station).solution;
+        if (!solution.isEmpty())
+            switchModel(station, m_controller->station(solution), m_lastIndices[station - 1]);
     }
 }
 
@@ -39,10 +37,12 @@ void TriggerDispatch::forgetLastIndices()
 }
 
 /// The model follows the index, and what the table says of it: a name that was added, or is another now, is a switch.
-void TriggerDispatch::switchModel(int station, const IStation& target, qint32 index)
+/// A solution that the engine does not list has no models, so that its station refuses rather than keeps silent.
+void TriggerDispatch::switchModel(int station, const IStation* target, qint32 index)
 {
     QString model;
-    target.modelOfPlcIndex(model, index);
+    if (target)
+        target->modelOfPlcIndex(model, index);
     StationState& own = state(station);
     const bool indexChanged = own.plcIndex != index;
     const bool changed = indexChanged || own.model != model;
@@ -50,7 +50,7 @@ void TriggerDispatch::switchModel(int station, const IStation& target, qint32 in
     own.model = model;
     own.modelValid = !model.isEmpty();
     if (!own.modelValid)
-        return modelMissing(station, index, changed);
+        return reportMissing(station, index, changed);
     if (!changed)
         return;
     const QString text = m_log.switched(station, model, index);
@@ -61,8 +61,9 @@ void TriggerDispatch::switchModel(int station, const IStation& target, qint32 in
 }
 
 /// An index below 1 clears the station on purpose, so the panel shows the others only.
-void TriggerDispatch::modelMissing(int station, qint32 index, bool changed)
+void TriggerDispatch::reportMissing(int station, qint32 index, bool changed)
 {
+    emit modelMissing(station, index);
     if (changed)
         emit sgSystemLog(m_log.notSwitched(station, index));
     if (index > 0)

@@ -49,6 +49,8 @@ signals:
     void sgSystemLog(const QString& text);
     /// The station's model was switched.
     void sgSelModel(int station, const QString& model);
+    /// The station's index means no model; below 1 it was cleared on purpose.
+    void modelMissing(int station, int plcIndex);
     /// A trigger was refused; `answered`: the PLC got the 999 reply.
     void captureRefused(const Trigger& trigger, Refusal refusal, bool answered);
 
@@ -63,8 +65,8 @@ private:
 
     StationState& state(int station) { return m_states[station - 1]; }
     /// What the index asks for at one station.
-    void switchModel(int station, const IStation& target, qint32 index);
-    void modelMissing(int station, qint32 index, bool changed);
+    void switchModel(int station, const IStation* target, qint32 index);
+    void reportMissing(int station, qint32 index, bool changed);
     /// Also starts the filter time of a trigger that is taken.
     bool isFiltered(int station);
     /// Offline, and without the protection, every trigger may.

@@ -4,6 +4,7 @@
 #include <valvecell/Extension.h>
 #include <valvecell/ISerialPort.h>
 #include <valvecell/ISerialReopen.h>
+#include <valvecell/ISerialSession.h>
 #include <valvecell/ISerialStatus.h>
 
 #include <QElapsedTimer>
@@ -158,6 +159,26 @@ private slots:
         QCOMPARE(status().framesDropped, quint64(10));
         m_plc->send('P', {5});
         QTRY_COMPARE(m_inbox->numbers(), (QVector<qint16>{5}));
+    }
+
+    void frameOfALineThatIsGoneIsGivenUp()
+    {
+        auto* sessions = extensionOf<ISerialSession>(m_port.get());
+        QCOMPARE(sessions->session(), quint64(0));
+        QVERIFY(openPort());
+        const quint64 first = sessions->session();
+        m_plc->pull();
+        QTRY_COMPARE(sessions->session(), quint64(0));
+        QVERIFY(m_plc->plug());
+        QTRY_VERIFY(sessions->session() != 0);
+        const quint64 second = sessions->session();
+        QVERIFY(openPort()); // anew, as for another setting
+        const quint64 third = sessions->session();
+        QVERIFY(first != 0 && first != second && second != third && first != third);
+        for (const quint64 session : {first, second, third})
+            sessions->send(reply(static_cast<qint16>(session)), session);
+        QTRY_COMPARE(m_plc->received.size(), 1);
+        QCOMPARE(quint64(m_plc->received[0].data[2]), third);
     }
 
     void flappingLineIsSlowedDown()

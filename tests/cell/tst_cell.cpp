@@ -120,6 +120,15 @@ private slots:
         QVERIFY(repliesBecome("GH"));
     }
 
+    void startWithoutTheLineWaitsForNobody()
+    {
+        QVERIFY(m_cell.startUnplugged());
+        QVERIFY(m_cell.plugAndBeat());
+        m_cell.plc().send('C', {m_cell.index(1), m_cell.index(2)});
+        m_cell.plc().send('P', {5});
+        QVERIFY(repliesBecome("F"));
+    }
+
     void programThatWasAskedToShutDownStillEndsCleanly()
     {
         QVERIFY(m_cell.start());

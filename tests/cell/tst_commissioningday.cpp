@@ -123,6 +123,8 @@ private:
         hand.type("m_lineEdit_Xoffset", QStringLiteral("10"));
         hand.type("m_lineEdit_Yoffset", QStringLiteral("20"));
         hand.press("m_pbApply");
+        QVERIFY(hand.question().contains(QStringLiteral("比例将由")));
+        hand.press("firstAnswer");
         QCOMPARE(hand.text("m_lineEdit_Scale"), QString::number(newScale));
         QCOMPARE(hand.text<QLabel>("label_status"), QStringLiteral("参数已生效"));
         dialog.close();

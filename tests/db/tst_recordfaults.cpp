@@ -6,6 +6,7 @@
 #include "support/Table.h"
 
 #include <QImage>
+#include <QtEndian>
 #include <QtTest>
 
 #include <atomic>
@@ -117,6 +118,57 @@ private slots:
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("damaged-"));
         cell.record(2);
         QCOMPARE(recorded(), numbers(2, 2));
+    }
+
+    void aPageIsDamaged_data()
+    {
+        Table::of<QString, bool, bool>({{"index root", "idx_RltTable", false, false},
+                                        {"index leaf", "idx_RltTable", true, false},
+                                        {"index leaf, before the start", "idx_RltTable", true, true},
+                                        {"key counter", "sqlite_sequence", false, false},
+                                        {"key counter, before the start", "sqlite_sequence", false, true}});
+    }
+    void aPageIsDamaged()
+    {
+        const auto [name, leaf, restart] = Table::row<QString, bool, bool>();
+        auto cell = std::make_unique<Recording>(file());
+        for (int i = 1; i <= 400; ++i)
+            cell->record(i);
+        cell->database.close(); // so that the next row meets the damage
+        spoilPage(name, leaf);
+        if (restart)
+            cell = std::make_unique<Recording>(file());
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("damaged-"));
+        cell->record(401);
+        cell->record(402);
+        QCOMPARE(recorded(), numbers(401, 402));
+        QCOMPARE(QDir(folder()).entryList({"*.damaged-*"}, QDir::Files).size(), 1);
+    }
+
+    void tableCannotBeMadeAtTheStart_data() { Table::of<bool>({{"locked", false}, {"disk full", true}}); }
+    void tableCannotBeMadeAtTheStart()
+    {
+        const auto [full] = Table::row<bool>();
+        SmallDisk disk(2);
+        if (full && !disk.isMounted())
+            QSKIP("a small disk cannot be mounted here");
+        const QString path = full ? disk.path() + "/Pellix.db" : file();
+        auto other = std::make_unique<OtherProgram>(path);
+        full ? disk.fill() : void(other->run("BEGIN IMMEDIATE"));
+        const Warnings warnings;
+        Recording cell(path);
+        QVERIFY(!cell.opened);
+        for (int i = 1; i <= 3; ++i)
+            cell.record(i);
+        const QSignalSpy retried(&cell.recorder, &ResultRecorder::retried);
+        QTRY_VERIFY(retried.count() > 20);
+        QCOMPARE(warnings.count, 2); // the file, and that rows wait
+        full ? disk.empty() : void(other->run("ROLLBACK"));
+        QTRY_COMPARE(cell.recorder.waiting(), 0);
+        QCOMPARE(warnings.count, 4);
+        QCOMPARE(other->column("select value3 from RltTable order by uid"), numbers(1, 3));
+        QCOMPARE(other->value("select count(*) from sqlite_master where name = 'idx_RltTable'"), QString("1"));
+        QCOMPARE(other->value("PRAGMA journal_mode"), QString("wal"));
     }
 
     void folderIsRemovedWhileTheCellRuns()
@@ -302,6 +354,23 @@ private:
     QScopedPointer<QTemporaryDir> m_folder;
     QString folder() const { return m_folder->filePath("DBFiles"); }
     QString file() const { return folder() + "/Pellix.db"; }
+    /// Overwrites the root page of a table or an index, or the page to which its next entry goes.
+    void spoilPage(const QString& name, bool leaf) const
+    {
+        const auto number = [this, &name](const char* sql) {
+            return OtherProgram(file()).value(QString(sql).arg(name)).toLongLong();
+        };
+        const qint64 pageSize = number("PRAGMA page_size /* %1 */");
+        qint64 page = number("select rootpage from sqlite_master where name = '%1'");
+        QFile damaged(file());
+        QVERIFY(page > 0 && damaged.open(QIODevice::ReadWrite));
+        if (leaf) {
+            QVERIFY(damaged.seek((page - 1) * pageSize + 8)); // an interior page's rightmost child
+            page = qFromBigEndian<quint32>(damaged.read(4).constData());
+        }
+        QVERIFY(damaged.seek((page - 1) * pageSize));
+        QCOMPARE(damaged.write(QByteArray(int(pageSize), 'x')), pageSize);
+    }
     QStringList recorded() const { return OtherProgram(file()).column("select value3 from RltTable order by uid"); }
 };
 

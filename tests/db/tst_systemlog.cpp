@@ -166,6 +166,22 @@ private slots:
         QCOMPARE(QDir(m_folder->path()).entryList({"*.damaged-*"}, QDir::Files).size(), 1);
     }
 
+    void logCannotBeMadeAtTheStart()
+    {
+        OtherProgram other(file());
+        QVERIFY(other.run("BEGIN IMMEDIATE"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("dbLog\\.db"));
+        ksLogDB log(file());
+        log.setPause(1);
+        log.start();
+        log.append(2, "first", 5);
+        log.append(2, "second", 6);
+        QTest::qWait(100); // the thread has met the lock
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("dbLog\\.db"));
+        QVERIFY(other.run("ROLLBACK"));
+        QTRY_COMPARE(messages(2), (QStringList{"first", "second"}));
+    }
+
     void logIsDeletedWhileTheCellRuns()
     {
         ksLogDB log(file());

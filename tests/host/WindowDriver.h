@@ -20,7 +20,7 @@ public:
     {
         connect(&m_poll, &QTimer::timeout, this, [this, button, print] {
             auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (!box)
+            if (!box || !box->button(button))
                 return;
             said << box->windowTitle() + QLatin1Char('|') + box->text() + QLatin1Char('|') +
                         box->button(button)->text();
@@ -67,6 +67,14 @@ inline void writeStations(const TempHome& home, int count)
     home.write("/user/globalConfig.json", "{" + keys.join(',').toUtf8() + "}");
 }
 
+/// The window, with the box about its missing port put away.
+inline std::unique_ptr<CMainWin> startWindow()
+{
+    auto window = std::make_unique<CMainWin>();
+    qDeleteAll(window->findChildren<QMessageBox*>());
+    return window;
+}
+
 /// The program in a home of its own, operated by its actions.
 struct Program
 {
@@ -76,8 +84,7 @@ struct Program
     void start()
     {
         writeStations(home, 2);
-        const BoxPresser noPort(QMessageBox::Yes);
-        window = std::make_unique<CMainWin>();
+        window = startWindow();
         window->show();
     }
     void act(const char* action) const { window->findChild<QAction*>(action)->trigger(); }

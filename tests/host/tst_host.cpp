@@ -20,6 +20,21 @@ int fatalChild()
     return 9; // the start-up went on although it could not
 }
 
+/// A host that lets the library go after use, and lives on.
+int unloadingChild()
+{
+    const TempHome home;
+    writeStations(home, 1);
+    const BoxPresser presser(QMessageBox::Yes);
+    QLibrary library(QStringLiteral(VALVECELL_BIN_DIR "/" VALVECELL_LIBRARY));
+    const auto create = reinterpret_cast<MainWidgetCreateFunction>(library.resolve("MainWidget_Create"));
+    const auto destroy = reinterpret_cast<MainWidgetDeleteFunction>(library.resolve("MainWidget_Delete"));
+    destroy(create());
+    library.unload();
+    QTest::qWait(50);
+    return 0;
+}
+
 } // namespace
 
 class HostTest : public QObject
@@ -41,9 +56,14 @@ private slots:
         writeCameras(home, 2);
         writeSolutions(home, {"工位1", "工位2"});
         home.write("/user/systemConfig.ini", "[COM]\nPort=/nowhere/tty\n");
-        const BoxPresser presser(QMessageBox::Yes);
-        CMainWin window;
-        QCOMPARE(presser.said.value(0).section('|', 0, 1), QStringLiteral("提示|Com /nowhere/tty 115200 open failed"));
+        CMainWin window; // whose start waits for nobody
+        QPointer<QMessageBox> box = window.findChild<QMessageBox*>();
+        QVERIFY(box && box->isVisible());
+        QCOMPARE(box->windowTitle(), QStringLiteral("提示"));
+        QCOMPARE(box->text(), QStringLiteral("Com /nowhere/tty 115200 open failed"));
+        QCOMPARE(box->standardButtons(), QMessageBox::Yes | QMessageBox::No);
+        QCOMPARE(box->icon(), QMessageBox::Information);
+        QVERIFY(box->windowFlags() & Qt::MSWindowsFixedSizeDialogHint);
         QVERIFY(QSettings(home.path("/user/systemConfig.ini"), QSettings::IniFormat).allKeys().size() >= 13);
         QCOMPARE(window.windowTitle(), QStringLiteral("气门芯定位检测系统"));
         window.show();
@@ -52,37 +72,26 @@ private slots:
         QVERIFY(!window.findChild<QWidget*>("singleStationHint")->isVisible());
         auto* reading = window.findChild<QWidget*>("stationView2")->findChild<QWidget*>("reading");
         QVERIFY(reading->isVisible());
+        box->button(QMessageBox::Yes)->click();
+        QTRY_VERIFY(!box);
     }
 
-    void framesThatComeDuringTheStartUpMeetAWholeCell()
+    void cellWorksWhileTheBoxAboutItsPortIsOpen()
     {
         const TempHome home;
-        writeCameras(home, 2);
-        writeSolutions(home, {"工位1", "工位2"});
+        writeStations(home, 2);
         home.write("/user/systemConfig.ini", "[COM]\nPort=/nowhere/tty\n");
         home.write("/user/globalConfig.json",
                    R"({"onlineMode": true, "station_solution_1": "工位1", "station_solution_2": "工位2"})");
+        CMainWin window;
         QStringList shown;
-        QTimer::singleShot(0, this, [&] { // runs while the box about the port is open
-            for (QWidget* widget : QApplication::topLevelWidgets()) {
-                auto* window = qobject_cast<CMainWin*>(widget);
-                if (!window)
-                    continue;
-                connect(window, &CMainWin::sgShowLog, this, [&](int, const QString& text) { shown << text; });
-                for (const QByteArray& frame : {QByteArray("P\5"), QByteArray("C\7")}) {
-                    SComFrame sent;
-                    sent.command = static_cast<quint8>(frame[0]);
-                    sent.data[0] = frame[1];
-                    window->onAppanalysis(sent);
-                }
-            }
-            shown << QStringLiteral("box");
-        });
-        const BoxPresser presser(QMessageBox::Yes);
-        const CMainWin window;
-        QCOMPARE(shown.size(), 2);
-        QCOMPARE(shown[0], QStringLiteral("box"));
-        QVERIFY2(shown[1].contains("不存在索引7"), qPrintable(shown[1]));
+        connect(&window, &CMainWin::sgShowLog, this, [&](int, const QString& text) { shown << text; });
+        SComFrame indices;
+        indices.command = 'C';
+        indices.data[0] = 7;
+        window.onAppanalysis(indices);
+        QVERIFY2(shown.value(0).contains("不存在索引7"), qPrintable(shown.join('\n')));
+        QVERIFY(window.findChild<QMessageBox*>()->isVisible());
     }
 
     void oneCameraAndOneSolutionShowOneStation()
@@ -90,7 +99,6 @@ private slots:
         const TempHome home;
         writeCameras(home, 1);
         writeSolutions(home, {"工位1"});
-        const BoxPresser presser(QMessageBox::Yes);
         CMainWin window;
         window.show();
         QVERIFY(!window.findChild<QWidget*>("stationView2")->isVisible());
@@ -105,11 +113,7 @@ private slots:
         writeCameras(home, 2);
         SComFrame shutdown;
         shutdown.command = 0xF1;
-        std::unique_ptr<CMainWin> window;
-        {
-            const BoxPresser presser(QMessageBox::Yes);
-            window = std::make_unique<CMainWin>();
-        }
+        const std::unique_ptr<CMainWin> window = startWindow();
         window->show();
         {
             const BoxPresser no(QMessageBox::Cancel);
@@ -117,9 +121,24 @@ private slots:
             QCOMPARE(no.said, QStringList("警告|本检测系统正在运行，您真的要关闭？|取消"));
             QVERIFY(window->isVisible());
         }
-        const BoxPresser yes(QMessageBox::Ok);
+        window->findChild<QAction*>("actionStandard")->trigger();
+        const auto* calibration = window->findChild<QDialog*>("CalibrationDialog");
+        QVERIFY(calibration && calibration->isVisible() && calibration->parentWidget() == window.get());
+        int asked = 0;
+        QTimer hand; // the PLC repeats its frame while the question is open; it is answered at the third
+        connect(&hand, &QTimer::timeout, [&] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            if (++asked < 3)
+                emit window->sgRecvData(shutdown);
+            else
+                box->button(QMessageBox::Ok)->click();
+        });
+        hand.start(5);
         emit window->sgRecvData(shutdown);
-        QCOMPARE(yes.said, QStringList("警告|本检测系统正在运行，您真的要关闭？|确定"));
+        QCOMPARE(asked, 3);
+        QVERIFY2(!calibration->isVisible(), "a cell without its window");
         QVERIFY(!window->isVisible());
     }
 
@@ -133,6 +152,15 @@ private slots:
         QVERIFY2(output.contains("提示|camera.json文件出错,请检查!|确认"), qPrintable(output));
         QCOMPARE(child.exitCode(), 0);
         QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    }
+
+    void hostMayUnloadTheLibrary()
+    {
+        QProcess child;
+        child.setProcessChannelMode(QProcess::MergedChannels);
+        child.start(QCoreApplication::applicationFilePath(), {"--unloading-child"});
+        QVERIFY(child.waitForFinished(patienceMs));
+        QVERIFY2(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0, child.readAll().constData());
     }
 
     void linkCountsAsLostOnTheSixthSilentSecond()
@@ -162,6 +190,8 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     if (argc > 1 && qstrcmp(argv[1], "--fatal-child") == 0)
         return fatalChild();
+    if (argc > 1 && qstrcmp(argv[1], "--unloading-child") == 0)
+        return unloadingChild();
     HostTest test;
     return QTest::qExec(&test, argc, argv);
 }

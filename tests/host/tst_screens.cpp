@@ -107,11 +107,7 @@ private slots:
         const TempHome home;
         writePlant(home, language);
         home.write("/user/look.ini", language == "English" ? "[Look]\nDark=true\n" : "[Look]\nDark=false\n");
-        std::unique_ptr<CMainWin> window;
-        {
-            const BoxPresser noPort(QMessageBox::Yes);
-            window = std::make_unique<CMainWin>();
-        }
+        const std::unique_ptr<CMainWin> window = startWindow();
         const bool qtIsChinese = QCoreApplication::translate("QFileDialog", "Look in:") != QLatin1String("Look in:");
         QCOMPARE(qtIsChinese, language == "Chinese");
         window->resize(1280, 800);
@@ -137,8 +133,7 @@ private slots:
     {
         const TempHome home;
         writePlant(home, "Chinese");
-        const BoxPresser noPort(QMessageBox::Yes);
-        auto window = std::make_unique<CMainWin>();
+        std::unique_ptr<CMainWin> window = startWindow();
         window->show();
         for (QAction* action : window->findChild<QToolBar*>()->actions()) {
             if (!action->menu() && action->objectName() != QLatin1String("action_Check"))

@@ -10,6 +10,7 @@
 #include "render/WheelRenderer.h"
 #include "support/Look.h"
 #include "workflow/AlarmBook.h"
+#include "workflow/CTrigDetector.h"
 #include "workflow/DayCounts.h"
 #include "workflow/ResultHandler.h"
 
@@ -18,6 +19,8 @@
 #include <QElapsedTimer>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTableWidget>
 #include <QTextBlock>
 #include <QToolBar>
 
@@ -32,12 +35,6 @@ const QImage& wheelImage()
         return QImage(mat.data, mat.cols, mat.rows, static_cast<int>(mat.step), QImage::Format_Grayscale8).copy();
     }();
     return image;
-}
-
-std::unique_ptr<CMainWin> startWindow()
-{
-    const BoxPresser noPort(QMessageBox::Yes);
-    return std::make_unique<CMainWin>();
 }
 
 StationReading reading(bool found, const QString& tip = {})
@@ -195,9 +192,12 @@ private slots:
                 if (action->data() == dark)
                     action->trigger();
         };
-        choose(*startWindow(), true);
-        QVERIFY(QApplication::palette().color(QPalette::Window).lightness() < 64);
-        QApplication::setPalette(QPalette());
+        {
+            const auto first = startWindow();
+            choose(*first, true);
+            QVERIFY(QApplication::palette().color(QPalette::Window).lightness() < 64);
+        }
+        QVERIFY(QApplication::palette().color(QPalette::Window).lightness() > 128);
         const auto window = startWindow();
         QVERIFY(QApplication::palette().color(QPalette::Window).lightness() < 64);
         auto* panel = window->findChild<LogPanel*>("logPanel1");
@@ -225,6 +225,82 @@ private slots:
         QApplication::activePopupWidget()->close();
     }
 
+    void pictureNamesItsOwnPartAndADeadIndexIsNeverGreen()
+    {
+        StationView view;
+        view.setStation(1);
+        const QString green = "<html><body><h4><span style = 'color:#00a000;'>当前检测型号: 工位1_钢圈< /span>< /h4>";
+        const auto text = [&view](const char* name) { return view.findChild<QLabel*>(name)->text(); };
+        view.setCaption("五辐");
+        view.setModelLabel(green);
+        QCOMPARE(text("captionLabel"), QStringLiteral("图像型号：五辐"));
+        QVERIFY(text("modelLabel").contains("钢圈"));
+        view.setNoModel(7);
+        QVERIFY2(text("modelLabel").contains("索引7没有型号") && text("modelLabel").contains("#ff0000"),
+                 qPrintable(text("modelLabel")));
+        view.setNoModel(0);
+        QVERIFY(text("modelLabel").contains("#808080"));
+        view.setModelLabel(green);
+        QVERIFY(text("modelLabel").contains("#00a000"));
+        const int width = view.minimumSizeHint().width();
+        view.setCaption(QString(60, QChar(0x8f6e)));
+        view.setModelLabel(QString(green).replace("钢圈", QString(60, QChar(0x8f6e))));
+        QTest::qWait(0);
+        QCOMPARE(view.minimumSizeHint().width(), width);
+    }
+
+    void logGoesOnFollowingItsEnd()
+    {
+        LogPanel panel;
+        panel.resize(500, 200);
+        panel.show();
+        const QScrollBar* bar = linesOf(panel)->verticalScrollBar();
+        int number = 0;
+        const auto isAtEnd = [&] {
+            for (int i = 0; i < 40; ++i)
+                panel.append(QStringLiteral("08:00 line %1").arg(++number));
+            const QString last = QStringLiteral("line %1").arg(number);
+            return QTest::qWaitFor([&] { return linesOf(panel)->toPlainText().endsWith(last); }) &&
+                   bar->maximum() > 0 && bar->value() == bar->maximum();
+        };
+        QVERIFY(isAtEnd());
+        panel.findChild<QLineEdit*>("filterEdit")->setText("line");
+        QTest::qWait(300); // what was typed takes effect after a pause
+        QVERIFY2(isAtEnd(), "filter");
+        panel.setStyleSheet("QPlainTextEdit { font-size: 17px; }");
+        QVERIFY2(isAtEnd(), "look");
+        QEvent language(QEvent::LanguageChange);
+        QCoreApplication::sendEvent(&panel, &language);
+        QVERIFY2(isAtEnd(), "language");
+        linesOf(panel)->verticalScrollBar()->setValue(3);
+        QVERIFY2(!isAtEnd() && bar->value() == 3, "who reads stays where he reads");
+    }
+
+    void testFramesTheWindowAndTheHostGetsItsLookBack()
+    {
+        const TempHome home;
+        writeStations(home, 2);
+        const QPointer<QStyle> style = QApplication::style();
+        const QPalette palette = QApplication::palette();
+        auto window = startWindow();
+        window->show();
+        const auto shows = [&window] {
+            const QImage image = window->centralWidget()->grab().toImage();
+            return window->findChild<QLabel*>("testingLabel")->isVisible() &&
+                   image.pixel(2, image.height() / 2) != image.pixel(7, image.height() / 2);
+        };
+        QVERIFY(!shows());
+        window->onTestMode(TestMode::Start);
+        QVERIFY(shows());
+        window->onTestMode(TestMode::SnapStation1);
+        QVERIFY(shows());
+        window->onTestMode(TestMode::Stop);
+        QVERIFY(!shows());
+        window.reset();
+        QVERIFY(style && QApplication::style() == style);
+        QCOMPARE(QApplication::palette(), palette);
+    }
+
     void alarmsStayQuiet()
     {
         AlarmBook book(Scheduler::system());
@@ -243,6 +319,18 @@ private slots:
         book.raise(Alarm::CameraLost, "cam2", "x");
         QCOMPARE(text("textLabel").count('\n'), 2);
         QCOMPARE(text("moreLabel"), QStringLiteral("另有1条"));
+        QCOMPARE(text("remedyLabel").count('\n'), 2);
+        QStringList wanted;
+        connect(&strip, &AlarmStrip::actionWanted, [&](const QString& action) { wanted << action; });
+        emit strip.findChild<QLabel*>("linkLabel")->linkActivated("actionCamera");
+        QCOMPARE(wanted, QStringList("actionCamera"));
+        QVERIFY(text("linkLabel").contains("href=\"actionCamera\""));
+        strip.findChild<QAbstractButton*>("historyButton")->click();
+        const auto* list = strip.findChild<QTableWidget*>("table");
+        QVERIFY(list->isVisible());
+        QCOMPARE(list->rowCount(), 5);
+        QCOMPARE(list->item(4, 2)->text(), QStringLiteral("磁盘空间不足，剩余3.5 GB"));
+        QVERIFY(list->item(0, 1)->text() == "—" && list->item(4, 1)->text() != "—");
         strip.findChild<QAbstractButton*>("acknowledgeButton")->click();
         QVERIFY(strip.findChild<QAbstractButton*>("acknowledgeButton")->isHidden());
         QCOMPARE(book.alarms().size(), 3);

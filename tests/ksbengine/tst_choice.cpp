@@ -118,16 +118,6 @@ private slots:
         QVERIFY(all.front().company < 0);
     }
 
-    void whatWasRejectedBeforeIsNotAnswered()
-    {
-        std::vector<RankedHole> all = holes({{10, 3}});
-        all.front().examples = -5;
-        const finder::HoleChoice choice = finder::chooseHole(taught(), hub, &all);
-        QCOMPARE(choice.error, FindError::NoHole);
-        QCOMPARE(choice.doubt, Doubt::Rejected);
-        QVERIFY(all.front().score < 0.3);
-    }
-
     void limitDecidesByProbability()
     {
         std::vector<RankedHole> all = holes({{10, 4}, {100, 0}});
@@ -139,6 +129,10 @@ private slots:
         QCOMPARE(finder::chooseHole(model, hub, &all).error, FindError::None);
         model.scoreLimit = score + 0.005;
         QCOMPARE(finder::chooseHole(model, hub, &all).error, FindError::NoHole);
+        all = holes({{10, 3}});
+        all.front().examples = -5; // what was rejected before
+        QCOMPARE(finder::chooseHole(taught(), hub, &all).doubt, Doubt::Rejected);
+        QVERIFY(all.front().score < 0.3);
     }
 };
 

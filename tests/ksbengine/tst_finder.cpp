@@ -1,8 +1,6 @@
 #include "Wheels.h"
 #include "support/Table.h"
 
-#include <opencv2/imgproc.hpp>
-
 #include <functional>
 
 using finder::FindError;
@@ -11,23 +9,6 @@ using Wheels::locate;
 
 Q_DECLARE_METATYPE(wheel::WheelSpec)
 Q_DECLARE_METATYPE(FindError)
-
-namespace {
-
-/// Copies the valve hole to another place on the ring, as a drain hole of the same size would look.
-void repeatHole(cv::Mat& image, const wheel::WheelTruth& truth, double turn)
-{
-    const cv::Mat rotation = cv::getRotationMatrix2D(cv::Point2f(truth.hub), turn, 1);
-    cv::Mat turned;
-    cv::warpAffine(image, turned, rotation, image.size());
-    cv::Mat mask(image.size(), CV_8UC1, cv::Scalar(0));
-    cv::circle(mask, cv::Point(truth.holeCenter), cvRound(1.6 * truth.holeRadius), cv::Scalar(255), cv::FILLED);
-    cv::Mat turnedMask;
-    cv::warpAffine(mask, turnedMask, rotation, image.size(), cv::INTER_NEAREST);
-    turned.copyTo(image, turnedMask);
-}
-
-} // namespace
 
 class FinderTest : public QObject
 {
@@ -38,7 +19,7 @@ private slots:
     {
         QTest::addColumn<wheel::WheelSpec>("spec");
         for (const wheel::Design& design : wheel::designs()) {
-            for (const quint64 seed : {11, 12, 13})
+            for (const quint64 seed : {11, 12})
                 QTest::newRow(qPrintable(QStringLiteral("%1 %2").arg(QString::fromStdString(design.key)).arg(seed)))
                     << Wheels::spec(design.key, seed);
         }
@@ -84,10 +65,9 @@ private slots:
 
     void wheelWithTwoEqualHolesIsRefused()
     {
-        const wheel::WheelSpec spec = Wheels::spec("solid", 31);
-        cv::Mat image = Wheels::image(spec);
-        repeatHole(image, wheel::truthOf(spec), 140);
-        const FindResult found = locate(image, Wheels::model(spec));
+        wheel::WheelSpec spec = Wheels::spec("solid", 31);
+        spec.hole.twin = 140;
+        const FindResult found = locate(Wheels::image(spec), Wheels::model(spec));
         QCOMPARE(found.error, FindError::Ambiguous);
         QCOMPARE(found.angle, 361.0);
         // Both share one probability; light may fall a little better on one of them.

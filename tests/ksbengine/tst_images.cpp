@@ -117,14 +117,6 @@ private slots:
         QVERIFY(Wheels::turnBetween(found.angle, wheel::truthOf(m_spec).angle) < 0.1);
     }
 
-    void matrixWithoutImageFormatIsNamed()
-    {
-        for (const int type : {CV_32FC1, CV_16SC1, CV_8UC2}) {
-            QTest::ignoreMessage(QtWarningMsg, "ERROR: Mat could not be converted to QImage.");
-            QVERIFY(finder::toImage(cv::Mat(4, 4, type, cv::Scalar(0))).isNull());
-        }
-    }
-
     void colourSurvivesTheWayToAnImage()
     {
         const cv::Mat blue(3, 5, CV_8UC3, cv::Scalar(200, 20, 10));

@@ -54,13 +54,6 @@ struct Pose
     Slope slope() const { return std::tan(tilt) * Slope(-std::sin(turn), std::cos(turn)); }
 };
 
-struct AxisCase
-{
-    double depth;
-    double tilt; // degrees
-    cv::Point2d place;
-};
-
 struct TiltCase
 {
     Pose pose;
@@ -77,7 +70,6 @@ struct DepthCase
 
 } // namespace
 
-Q_DECLARE_METATYPE(AxisCase)
 Q_DECLARE_METATYPE(TiltCase)
 Q_DECLARE_METATYPE(DepthCase)
 
@@ -89,17 +81,17 @@ class PerspectiveTest : public QObject
 private slots:
     void axisIsSeenAtTheHolesDepth_data()
     {
-        Table::of<AxisCase>({{"as deep as the rim", {0.0, 0.0, {60, -20}}},
-                             {"deeper", {30.0, 0.0, {60, -20}}},
-                             {"nearer", {-15.0, 0.0, {-80, 10}}},
-                             {"under the camera", {40.0, 0.0, {0, 0}}},
-                             {"slanted", {30.0, 2.0, {60, 0}}},
-                             {"slanted under the camera", {30.0, 6.0, {0, 0}}}});
+        Table::of<double, double, QPointF>({{"as deep as the rim", 0.0, 0.0, {60, -20}},
+                                            {"deeper", 30.0, 0.0, {60, -20}},
+                                            {"nearer", -15.0, 0.0, {-80, 10}},
+                                            {"under the camera", 40.0, 0.0, {0, 0}},
+                                            {"slanted", 30.0, 2.0, {60, 0}},
+                                            {"slanted under the camera", 30.0, 6.0, {0, 0}}});
     }
     void axisIsSeenAtTheHolesDepth()
     {
-        const auto [depth, tilt, place] = std::get<0>(Table::row<AxisCase>());
-        const Pose pose{place, tilt * degree, 0.7};
+        const auto [depth, tilt, place] = Table::row<double, double, QPointF>();
+        const Pose pose{{place.x(), place.y()}, tilt * degree, 0.7};
         const cv::Point2d axis = finder::axisAtDepth(pose.seen(0, 0, 0), pose.slope(), camera, depth);
         const cv::Point2d truth = pose.seen(0, 0, depth);
         QVERIFY2(cv::norm(axis - truth) < 1e-9 + 0.5 * std::pow(std::tan(tilt * degree), 2) * depth / camera.pixelSize,
@@ -110,22 +102,9 @@ private slots:
     {
         const finder::Outline rim{{700, 800}, 850, 3, -2};
         QCOMPARE(finder::hubAxis(rim, {}, 30), rim.center);
-        QCOMPARE(finder::hubAxis(rim, {{100, 100}, 0, 0.25}, 30), rim.center);
-        QCOMPARE(finder::hubAxis(rim, {{100, 100}, 1500, 0}, 0), rim.center);
         QCOMPARE(finder::hubAxis(rim, {{700, 800}, 1500, 0}, 30), rim.center);
         QCOMPARE(Camera().in({2448, 2048}).principal, cv::Point2d(1223.5, 1023.5));
         QCOMPARE(camera.in({2448, 2048}).principal, camera.principal);
-    }
-
-    void depthMovesTheAxisByAThirdOfADegree()
-    {
-        // 60 mm beside the optical axis, hole 30 mm deeper, at 1.5 m: 1.2 mm.
-        const Pose pose{{60, 0}, 0, 0};
-        const cv::Point2d axis = finder::hubAxis(pose.rim(), camera, 30);
-        QVERIFY(std::abs((pose.rim().center.x - axis.x) * camera.pixelSize - 60 * 30 / 1530.0) < 1e-3);
-        const cv::Point2d hole = pose.seen(90 * degree, ringRadius, 30);
-        QVERIFY(std::abs(finder::screenAngle(axis, hole) - 270) < 1e-3);
-        QVERIFY(std::abs(finder::screenAngle(pose.rim().center, hole) - 270) > 0.3);
     }
 
     void slantIsReadFromTheOutline_data()
@@ -167,7 +146,6 @@ private slots:
     {
         Table::of<DepthCase>({{"two places", {{{-70, 20}, {60, -30}}, 30, 0, 0.05}},
                               {"three, exact", {{{-70, 20}, {60, -30}, {0, 50}}, -12, 0, 0.05}},
-                              {"as deep as the rim", {{{-70, 20}, {60, -30}}, 0, 0, 0.05}},
                               {"noise", {{{-70, 20}, {60, -30}, {30, 60}, {-50, -60}}, 30, 0.15, 4}}});
     }
     void depthIsLearntFromPlaces()
@@ -194,7 +172,6 @@ private slots:
         };
         QVERIFY(!finder::estimateDepth({sight(50, 0)}, camera, 0.15));
         QVERIFY(!finder::estimateDepth({sight(50, 0.5), sight(50, 0.5)}, camera, 0.15));
-        QVERIFY(!finder::estimateDepth({sight(50, 0), sight(-50, 0)}, {{}, 0, 0.25}, 0.15));
         const auto near = finder::estimateDepth({sight(50, 0), sight(58, 0)}, camera, 0.15);
         QVERIFY(near && near->sigma > 8); // 8 mm apart
         const auto far = finder::estimateDepth({sight(80, 0), sight(-80, 0)}, camera, 0.15);

@@ -72,27 +72,39 @@ private slots:
             QCOMPARE(SolutionStore::fileName(name), file);
     }
 
-    void damagedModelIsLeftOutAndNamed_data()
+    void damagedFileIsNamedAndTheOthersAreRead_data()
     {
-        Table::of<QByteArray, QString>({{"empty", "", "line 1"},
-                                        {"cut", goodModel.left(40), "line 1"},
-                                        {"list", "[1, 2]", "not an object"},
-                                        {"text for a number", R"({"rim_radius": "800"})", "rim_radius"},
-                                        {"name of the built-in", R"({"name": "auto"})", "auto"},
-                                        {"huge", QByteArray(int(HomeFiles::maxFileBytes) + 1, ' '), "larger than"}});
+        const QByteArray solutionFile = "solution.json", model = "wheel.model.json";
+        Table::of<QByteArray, QByteArray, QString>(
+            {{"solution cut", solutionFile, "{\"name\":", "line 1"},
+             {"solution of unknown result", solutionFile, R"({"result": "rim"})", "\"rim\""},
+             {"model empty", model, "", "line 1"},
+             {"model cut", model, "{\"rim_radius\": 8", "line 1"},
+             {"model is a list", model, "[1, 2]", "not an object"},
+             {"text for a number", model, R"({"rim_radius": "800"})", "rim_radius"},
+             {"name of the built-in", model, R"({"name": "auto"})", "auto"},
+             {"huge", model, QByteArray(int(HomeFiles::maxFileBytes) + 1, ' '), "larger than"}});
     }
-    void damagedModelIsLeftOutAndNamed()
+    void damagedFileIsNamedAndTheOthersAreRead()
     {
-        const auto [content, reason] = Table::row<QByteArray, QString>();
+        const auto [file, content, reason] = Table::row<QByteArray, QByteArray, QString>();
         const TempHome home;
         home.write(inSolution(QStringLiteral("solution.json")), solutionJson);
         home.write(inSolution(QStringLiteral("good.model.json")), goodModel);
-        home.write(inSolution(QStringLiteral("spoiled.model.json")), content);
+        home.write(inSolution(file), content);
         SolutionStore store(storeFolder(home));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("spoiled\\.model\\.json.*") + reason));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QRegularExpression::escape(file) + ".*" + reason));
         store.read();
         QCOMPARE(store.models(solution), (QStringList{finder::autoModelName(), QStringLiteral("good")}));
-        QCOMPARE(home.read(inSolution(QStringLiteral("spoiled.model.json"))), content);
+        QCOMPARE(home.read(inSolution(file)), content);
+        HoleModel model;
+        SolutionStore::Answer answer{};
+        QVERIFY(store.lookUp(solution, QStringLiteral("good"), &model, &answer));
+        QCOMPARE(answer, file == "solution.json" ? SolutionStore::Answer::Hole : SolutionStore::Answer::Hub);
+        QCOMPARE(model.rimRadius, 800.0);
+        QString error;
+        QVERIFY2(store.saveModel(solution, QStringLiteral("wheel"), parameters(800), &error), qPrintable(error));
+        QVERIFY(!content.endsWith("8") || home.keptAside(inSolution(QStringLiteral("wheel.model.json"))).size() == 1);
     }
 
     void cameraOfASolutionReachesEveryModel()
@@ -116,23 +128,11 @@ private slots:
         }
     }
 
-    void damagedModelIsKeptAsideWhenTaughtAnew()
-    {
-        const TempHome home;
-        home.write(inSolution(QStringLiteral("solution.json")), solutionJson);
-        home.write(inSolution(QStringLiteral("wheel.model.json")), "{\"rim_radius\": 8");
-        SolutionStore store(storeFolder(home));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("wheel\\.model\\.json")));
-        store.read();
-        QString error;
-        QVERIFY2(store.saveModel(solution, QStringLiteral("wheel"), parameters(800), &error), qPrintable(error));
-        QCOMPARE(home.keptAside(inSolution(QStringLiteral("wheel.model.json"))).size(), 1);
-    }
-
     void damagedSolutionKeepsItsModels_data()
     {
         Table::of<QByteArray, QString>({{"cut", "{\"name\":", "solution\\.json, line 1"},
                                         {"empty", "", "solution\\.json"},
+                                        {"no text", R"({"result": 2})", "\"2\""},
                                         {"unknown result", R"({"result": "rim"})", "\"rim\""}});
     }
     void damagedSolutionKeepsItsModels()
@@ -147,7 +147,7 @@ private slots:
         HoleModel model;
         SolutionStore::Answer answer = SolutionStore::Answer::Hub;
         QVERIFY(store.lookUp(solution, QStringLiteral("good"), &model, &answer));
-        QCOMPARE(answer, SolutionStore::Answer::Hole);
+        QVERIFY(store.trouble(solution).contains("solution.json"));
         QCOMPARE(model.rimRadius, 800.0);
     }
 
@@ -169,20 +169,12 @@ private slots:
         QVERIFY(!store.removeModel(solution, finder::autoModelName(), &error));
         QVERIFY(!store.addSolution(solution, &error));
         QVERIFY(!store.addSolution(QString(500, QLatin1Char('x')), &error));
-    }
-
-    void fullDiskLeavesTheOldModel()
-    {
-        const TempHome home;
-        SolutionStore store(storeFolder(home));
-        QString error;
-        QVERIFY(store.addSolution(solution, &error));
         // A file where the solution's folder was stands for any place that cannot be written.
         QVERIFY(QDir(storeFolder(home) + QStringLiteral("/工位一")).removeRecursively());
         home.write(QStringLiteral("/user/solutions/工位一"), "in the way");
-        QVERIFY(!store.saveModel(solution, QStringLiteral("wheel"), parameters(800), &error));
-        QVERIFY(error.contains(QStringLiteral("wheel.model.json")));
-        QCOMPARE(store.models(solution), QStringList{finder::autoModelName()});
+        QVERIFY(!store.saveModel(solution, model, parameters(810), &error));
+        QVERIFY2(error.contains(QStringLiteral("wheel.model.json")), qPrintable(error));
+        QCOMPARE(store.parameters(solution, model), before);
     }
 };
 

@@ -37,13 +37,14 @@ public:
             QMetaObject::invokeMethod(this, [this, frame] { onFrame(frame); });
         });
         m_port->open(port, QStringLiteral("115200"));
-        connect(&m_heartbeat, &QTimer::timeout, this, [this] { send('C', {0, 0, 0, 0, 0, 0, 200, 80}); });
-        m_heartbeat.start(50);
+        connect(&heartbeat, &QTimer::timeout, this, [this] { send('C', {0, 0, 0, 0, 0, 0, 200, 80}); });
+        heartbeat.start(50);
     }
 
     std::deque<ScriptedAnswer> answers[2]; ///< of station 1 and 2; the last one goes on
     QStringList seen;                      ///< "C 1 3", "P 5" and so on
     QString roadFile;
+    QTimer heartbeat;
 
 private:
     void send(char command, std::array<double, 8> words)
@@ -81,7 +82,7 @@ private:
         const ScriptedAnswer answer = refused ? ScriptedAnswer{999} : nextAnswer(answers[station - 1]);
         if (answer.silent)
             return;
-        const auto thousandths = [](double value) { return std::trunc((value - std::trunc(value)) * 1000 + 1e-6); };
+        const auto thousandths = [](double value) { return std::round((value - std::trunc(value)) * 1000); };
         send(station == 1 ? 'F' : 'G', {0, 0, answer.angle, thousandths(answer.angle), answer.x, thousandths(answer.x),
                                         answer.y, thousandths(answer.y)});
         if (answer.angle >= 360 && !answer.withoutNotice)
@@ -105,7 +106,6 @@ private:
 
     QLibrary m_library;
     std::unique_ptr<ISerialPort> m_port;
-    QTimer m_heartbeat;
     std::array<int, 2> m_index{};
     int m_timings = 0;
 };

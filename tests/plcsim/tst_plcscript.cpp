@@ -1,49 +1,12 @@
+#include "FakeProgram.h"
 #include "PlcLine.h"
 #include "PlcScript.h"
 #include "ScriptRunner.h"
 #include "platform/PseudoTerminal.h"
 #include "support/Table.h"
 
-#include <QSerialPort>
 #include <QTemporaryDir>
 #include <QtTest>
-
-namespace {
-
-/// The program's end of a simulated line, seen by a test: keeps what it gets and sends what it is told.
-class FarEnd
-{
-public:
-    explicit FarEnd(const QString& link)
-        : m_port(link)
-    {
-        QVERIFY2(m_port.open(QIODevice::ReadWrite), qPrintable(m_port.errorString()));
-        QObject::connect(&m_port, &QSerialPort::readyRead, [this] {
-            m_decoder.feed(m_port.readAll(), [this](const SComFrame& frame) {
-                received.append(static_cast<char>(frame.command));
-                if (answers && frame.command == 'P')
-                    send(frame.data[0] == 5 ? 'F' : 'G');
-            });
-        });
-    }
-    void send(char command)
-    {
-        SComFrame frame;
-        frame.command = static_cast<quint8>(command);
-        m_port.write(m_encoder.next(frame));
-    }
-
-    QByteArray received; ///< commands
-    bool answers = true;
-    quint64 badBytes() const { return m_decoder.badBytes(); }
-
-private:
-    QSerialPort m_port;
-    wire::FrameDecoder m_decoder;
-    wire::FrameEncoder m_encoder;
-};
-
-} // namespace
 
 class PlcScriptTest : public QObject
 {
@@ -95,47 +58,19 @@ private slots:
         QVERIFY(!PlcScript::parse("repeat", &commands, &error));
     }
 
-    void commandsBecomeFrames()
-    {
-        QVector<ScriptCommand> commands;
-        QString error;
-        const QString script = "C 1 65535\r\nP 2\nshutdown\nsend 0x51 -1 2\nraw AA 55 0b\nwait H 20\nrepeat\n";
-        QVERIFY2(PlcScript::parse(script, &commands, &error), qPrintable(error));
-        QCOMPARE(commands.size(), 7);
-        QCOMPARE(commands[0].frame.command, quint8('C'));
-        QCOMPARE(int(commands[0].frame.data[1]), -1);
-        QCOMPARE(int(commands[1].frame.data[0]), 6);
-        QCOMPARE(commands[2].frame.command, quint8(0xF1));
-        QCOMPARE(commands[3].frame.command, quint8('Q'));
-        QCOMPARE(int(commands[3].frame.data[0]), -1);
-        QCOMPARE(commands[4].bytes, QByteArray("\xAA\x55\x0B"));
-        QCOMPARE(commands[5].number, 20);
-        QCOMPARE(commands[6].line, 7);
-    }
-
     void scriptTalksWithTheProgram()
     {
         PlcLine line;
         QString error;
         QVERIFY2(line.openLink(link(), &error), qPrintable(error));
-        FarEnd program(link());
-        QCOMPARE(runScript(line, "C 1 2\nP 1\nP 2\nwait G 9000\nwait F 9000\nnone F 20\nsleep 5\nshutdown"),
-                 QStringList());
-        QTRY_COMPARE(program.received, QByteArray("CPP\xF1"));
-        QCOMPARE(runScript(line, "garbage 100\nP 1\nwait F 9000\nrepeat 3"), QStringList());
-        QTRY_COMPARE(program.received, QByteArray("CPP\xF1PPP"));
-        QCOMPARE(program.badBytes(), quint64(300));
-    }
-
-    void whatDoesNotComeAndWhatShouldNotAreFailures()
-    {
-        PlcLine line;
-        QString error;
-        QVERIFY(line.openLink(link(), &error));
-        FarEnd program(link());
-        QCOMPARE(runScript(line, "P 1\nnone F 9000\nP 2"), QStringList{"line 2: a frame F came"});
-        QTRY_COMPARE(program.received, QByteArray("P")); // the script stopped
-        program.answers = false;
+        FakeProgram program(link());
+        QCOMPARE(
+            runScript(line, "C 1 65535\r\nP 1\nP 2\nwait G 9000\nwait F 9000\nnone F 20\nsend 0x51 -1 2\nshutdown"),
+            QStringList());
+        QCOMPARE(runScript(line, "garbage 100\nraw AA 55 0b\nP 1\nwait F 9000\nrepeat 3"), QStringList());
+        QCOMPARE(runScript(line, "P 1\nnone F 9000\nP 2"), QStringList{"line 2: a frame F came"}); // and stopped
+        QTRY_COMPARE(program.seen.join('|'), QString::fromLatin1("C 1 -1|P 5|P 6|Q -1|\xF1 0|P 5|P 5|P 5|P 5"));
+        program.answers[0] = {{0, 0, 0, true}};
         QCOMPARE(runScript(line, "P 1\nwait F 30\n\nwait G 30", false),
                  (QStringList{"line 2: no frame F within 30 ms", "line 4: no frame G within 30 ms"}));
     }
@@ -145,41 +80,26 @@ private slots:
         PlcLine line;
         QString error;
         QVERIFY(line.openLink(link(), &error));
-        FarEnd program(link());
+        FakeProgram program(link());
         QSignalSpy frames(&line, &PlcLine::frameReceived);
-        program.send('C');
+        program.heartbeat.setSingleShot(true); // before its first
+        program.heartbeat.start(0);
         QTRY_COMPARE(frames.size(), 1);
         QCOMPARE(runScript(line, "wait C 30").size(), 1);
-        QTimer beat;
-        connect(&beat, &QTimer::timeout, this, [&] { program.send('C'); });
-        beat.start(20);
+        program.heartbeat.setSingleShot(false);
+        program.heartbeat.start(20);
         QCOMPARE(runScript(line, "wait C 9000"), QStringList());
     }
 
-    void linkIsReplacedWhenStaleAndGoesWithTheLine()
+    void staleLinkIsReplacedButNoFile()
     {
         QVERIFY(QFile::link("/dev/pts/99999", link()));
         QString error;
-        {
-            PlcLine line;
-            QVERIFY2(line.openLink(link(), &error), qPrintable(error));
-            const QString device = QFileInfo(link()).symLinkTarget();
-            QVERIFY(QFileInfo::exists(device));
-            QSignalSpy back(&line, &PlcLine::pluggedIn);
-            line.pull(10);
-            QVERIFY(!QFileInfo(link()).isSymLink());
-            line.send({}); // goes nowhere
-            QVERIFY(back.wait(patienceMs));
-            FarEnd program(link());
-            QVERIFY(runScript(line, "P 1\nwait F 9000").isEmpty());
-        }
+        QVERIFY2(PlcLine().openLink(link(), &error), qPrintable(error));
         QVERIFY(!QFileInfo(link()).isSymLink());
         QFile file(link());
         QVERIFY(file.open(QIODevice::WriteOnly));
-        PlcLine line;
-        QVERIFY(!line.openLink(link(), &error));
-        QVERIFY(error.contains(link()));
-        QVERIFY(file.exists());
+        QVERIFY(!PlcLine().openLink(link(), &error) && error.contains(link()));
         QVERIFY(file.remove());
     }
 
@@ -187,17 +107,13 @@ private slots:
     {
         PlcLine line;
         QString error;
-        QVERIFY(!line.openPort(link(), 115200, &error));
-        QVERIFY(error.contains(link()));
+        QVERIFY(!line.openPort(link(), 115200, &error) && error.contains(link()));
         QSignalSpy pulled(&line, &PlcLine::pulled);
         for (int round = 0; round < 2; ++round) {
             platform::PseudoTerminal program;
-            QVERIFY(program.open(QIODevice::ReadWrite));
-            QVERIFY(QFile::link(program.farEnd(), link()));
-            if (round == 0)
-                QVERIFY2(line.openPort(link(), 115200, &error), qPrintable(error));
-            else
-                QVERIFY(QSignalSpy(&line, &PlcLine::pluggedIn).wait(patienceMs));
+            QVERIFY(program.open(QIODevice::ReadWrite) && QFile::link(program.farEnd(), link()));
+            QVERIFY(round ? QSignalSpy(&line, &PlcLine::pluggedIn).wait(patienceMs)
+                          : line.openPort(link(), 115200, &error));
             QByteArray got;
             connect(&program, &QIODevice::readyRead, this, [&] { got += program.readAll(); });
             line.send({});

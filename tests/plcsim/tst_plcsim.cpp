@@ -58,16 +58,16 @@ private slots:
     void init()
     {
         m_home = std::make_unique<TempHome>();
-        for (const char* file : {"/st1/1.bmp", "/st1/2.bmp", "/st2/1.bmp"})
+        for (const char* file : {"/st1/10.bmp", "/st1/2.bmp", "/st2/1.bmp"})
             m_home->write(file, "x");
         m_home->write("/st1/truth.json", R"({"images": [
-            {"file": "1.bmp", "model": "A", "index": 1, "hole": true, "angle": 100, "x": 100.5, "y": 200.25},
+            {"file": "10.bmp", "model": "A", "index": 1, "hole": true, "angle": 100, "x": 100.5, "y": 200.25},
             {"file": "2.bmp", "model": "B", "index": 2, "hole": false, "angle": null, "x": null, "y": null}]})");
         m_home->write("/st2/truth.json", R"({"images": [
             {"file": "1.bmp", "model": "C", "index": 3, "hole": true, "angle": 359.9, "x": 10, "y": 20}]})");
         ksGlobalConfig config;
         config.station(1).twoPoint.scale = 0.5;
-        config.station(1).twoPoint.xOffset = 10;
+        config.station(1).twoPoint.xOffset = -52.75; // a negative answer: its fraction is sent with the sign
         config.station(1).swapXY = true;
         QVERIFY(config.save());
     }
@@ -87,7 +87,7 @@ private slots:
                               "--verbose"} +
                   truthOptions());
         m_program->roadFile = m_home->path("/road.txt");
-        m_program->answers[0] = {{100.25, 100.125, 60.25}, {361}, {99.75, 100.125, 60.25}};
+        m_program->answers[0] = {{100.25, 100.125, -2.5}, {361}, {99.75, 100.125, -2.5}};
         m_program->answers[1] = {{0.2, 10, 20.5}};
         endsWith(0);
         QCOMPARE(m_program->seen, (QStringList{"C 1 3", "P 5", "C 2 3", "P 6", "P 5", "C 1 3", "P 6", "P 5", "C 2 3",
@@ -97,11 +97,9 @@ private slots:
         QCOMPARE(report["parts"].toInt(), 6);
         QCOMPARE(report["replies"].toInt(), 6);
         QCOMPARE(report["found"].toInt(), 5);
-        QCOMPARE(report["wrong"].toInt(), 0);
         QVERIFY(qAbs(report["angle_error_deg"].toObject()["max"].toDouble() - 0.3) < 1e-6);
         QCOMPARE(report["center_error_px"].toObject()["max"].toDouble(), 0.5);
         QCOMPARE(report["refused"].toObject()["refused"].toInt(), 4);
-        QVERIFY(report["refused"].toObject()["latency_ms"].toObject()["p99"].toDouble() > 0);
         QCOMPARE(report["rss_kib"].toObject()["at_end"].toInt(), 1006);
         const QJsonArray rows = report["rows"].toArray();
         QCOMPARE(rows.size(), 6);
@@ -122,7 +120,6 @@ private slots:
     {
         Table::of<ScriptedAnswer, QString>({{"wrong direction", ScriptedAnswer{101}, "wrong"},
                                             {"missed", ScriptedAnswer{361}, "missed"},
-                                            {"refused", ScriptedAnswer{999}, "missed"},
                                             {"silent", ScriptedAnswer{0, 0, 0, true}, "no answer"},
                                             {"no H after 361", ScriptedAnswer{361, 0, 0, false, true}, "no H frame"}});
     }
@@ -140,17 +137,13 @@ private slots:
 
     void unknownImagesOnlyHaveToBeAnswered()
     {
+        startPlc({"--parts", "2", "--start-timeout", "100"});
+        endsWith(1);
+        QVERIFY(errors().contains("heartbeat")); // the program never came
         startBoth({"--parts", "3"});
         m_program->answers[1] = {{361}};
         endsWith(0);
         QCOMPARE(m_program->seen, (QStringList{"C 99 99", "P 5", "P 6", "P 5"}));
-    }
-
-    void programThatNeverComesIsReported()
-    {
-        startPlc({"--parts", "2", "--start-timeout", "100"});
-        endsWith(1);
-        QVERIFY(errors().contains("heartbeat"));
     }
 
     void endlessFeedingEndsWhenAsked_data() { Table::of<bool>({{"SIGTERM", true}, {"standard input closed", false}}); }

@@ -1,7 +1,6 @@
 // What the author of a module does: takes the installed headers, builds the example, and has its module used.
 
 #include "support/Delivered.h"
-#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <valvecell/Extension.h>
@@ -90,27 +89,23 @@ private:
     }
 
 private slots:
+    void onlyInstalledHeadersAreUsedAndAllAreThere()
+    {
+        QFile commands(m_outside.build() + QStringLiteral("/compile_commands.json"));
+        QVERIFY(commands.open(QIODevice::ReadOnly));
+        const QByteArray text = commands.readAll();
+        QVERIFY2(text.contains(m_outside.prefix().toUtf8() + "/include") && !text.contains(SOURCE_DIR "/include"),
+                 text.constData());
+        const QStringList headers{QStringLiteral("*.h")};
+        QCOMPARE(QDir(m_outside.prefix() + "/include/valvecell").entryList(headers),
+                 QDir(SOURCE_DIR "/include/valvecell").entryList(headers));
+    }
+
     void initTestCase()
     {
         const QString failed = m_outside.make(QStringLiteral("TestPatternCamera"));
         QVERIFY2(failed.isEmpty(), qPrintable(failed));
         m_init = Delivered::init(m_outside.prefix() + QStringLiteral("/bin/ksCoreCtrl"));
-    }
-
-    void installedHeadersAreTheOnlyOnesUsed()
-    {
-        QFile commands(m_outside.build() + QStringLiteral("/compile_commands.json"));
-        QVERIFY(commands.open(QIODevice::ReadOnly));
-        const QByteArray text = commands.readAll();
-        QVERIFY2(text.contains(m_outside.prefix().toUtf8() + "/include"), text.constData());
-        QVERIFY2(!text.contains(SOURCE_DIR "/include"), text.constData());
-    }
-
-    void everyHeaderIsInstalled()
-    {
-        const QStringList headers{QStringLiteral("*.h")};
-        QCOMPARE(QDir(m_outside.prefix() + "/include/valvecell").entryList(headers),
-                 QDir(SOURCE_DIR "/include/valvecell").entryList(headers));
     }
 
     void triggersOfTwoCamerasAreAnsweredSideBySide()
@@ -155,28 +150,13 @@ private slots:
         QCOMPARE(delivered.notes(), QStringList());
     }
 
-    void replacedCallbackReceivesTheNextImage()
-    {
-        TempHome home;
-        home.write("/user/camera.json", twoCameras);
-        Delivered before;
-        Delivered after;
-        const auto core = started();
-        before.connectTo(*core);
-        core->trigger({left});
-        QTRY_COMPARE(before.images(left).size(), 1);
-        after.connectTo(*core);
-        core->trigger({left, "stranger"});
-        QTRY_COMPARE(after.images(left).size(), 1);
-        QCOMPARE(after.notes(), QStringList("unknownCamera: stranger"));
-        QCOMPARE(before.images(left).size(), 1);
-        QCOMPARE(before.notes(), QStringList());
-        core->stop();
-    }
-
     void describedSettingIsCheckedChangedAndKept()
     {
         const TempHome home;
+        home.write("/user/camera.json", R"({"cameras": [{"key": "a"}, {"key": "a"}, 7, {"key": "b", "width": 1e9}]})");
+        for (const char* said : {"cameras\\[1\\]", "cameras\\[2\\]", "“b”.*width.*1000000000.*10000"})
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(said));
+        QCOMPARE(started()->cameraKeys(), QStringList({"a", "b"}));
         home.write("/user/camera.json", twoCameras);
         auto core = started();
         auto* settings = extensionOf<ICameraSettings>(core.get());
@@ -193,27 +173,6 @@ private slots:
         core->trigger({left});
         QTRY_COMPARE(delivered.images(left).size(), 1);
         QCOMPARE(delivered.images(left)[0].size(), QSize(640, 240));
-        core->stop();
-    }
-
-    void spoiledCameraListIsReportedWithItsPlace_data()
-    {
-        Table::of<QByteArray, QString, QStringList>(
-            {{"cut off", "{\"cameras\": [\n{\"key\"", "camera.json, line 2", QStringList()},
-             {"key taken", R"({"cameras": [{"key": "a"}, {"key": "a"}, {"key": "b"}]})", "cameras\\[1\\]",
-              QStringList({"a", "b"})},
-             {"wrong type", R"({"cameras": [7, {"key": "b"}]})", "cameras\\[0\\]", QStringList("b")},
-             {"wrong value", R"({"cameras": [{"key": "b", "width": 1e9}]})", "“b”.*width.*1000000000.*10000",
-              QStringList("b")}});
-    }
-    void spoiledCameraListIsReportedWithItsPlace()
-    {
-        const auto [json, said, keys] = Table::row<QByteArray, QString, QStringList>();
-        const TempHome home;
-        home.write("/user/camera.json", json);
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(said));
-        const auto core = started();
-        QCOMPARE(core->cameraKeys(), keys);
         core->stop();
     }
 };

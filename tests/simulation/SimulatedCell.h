@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/CellLimits.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "support/FakeEngine.h"
@@ -66,7 +67,8 @@ public:
         config.trigerFilter = 0;
         auto made = std::make_unique<FakeModules>();
         modules = made.get();
-        cell = std::make_unique<Cell>(Cell::Ground{home.path(), settings, config, nullptr, scheduler}, std::move(made));
+        cell = std::make_unique<Cell>(Cell::Ground{home.path(), settings, config, limits, nullptr, scheduler},
+                                      std::move(made));
         QObject::connect(cell.get(), &Cell::sgShowLog, [this](int station, const QString& line) {
             panel << QStringLiteral("%1|%2").arg(station).arg(line.mid(line.indexOf(QLatin1Char(':'), 9) + 1));
         });
@@ -121,6 +123,7 @@ public:
     ManualScheduler scheduler;
     ksSysConfig settings;
     ksGlobalConfig config;
+    CellLimits limits;
     FakeModules* modules = nullptr; ///< the cell's
     std::unique_ptr<Cell> cell;
     QStringList panel; ///< station and line, without its time

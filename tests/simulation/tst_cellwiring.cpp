@@ -4,6 +4,18 @@
 
 #include <QSignalSpy>
 
+namespace {
+
+QStringList s_warnings;
+
+void keepWarning(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    if (type == QtWarningMsg)
+        s_warnings << text;
+}
+
+} // namespace
+
 class CellWiringTest : public QObject
 {
     Q_OBJECT
@@ -95,10 +107,20 @@ private slots:
         QCOMPARE(first.triggerCount() * 10 + second.triggerCount(), 10);
         plant.deliver(1);
         QCOMPARE(first.receiveCount() * 10 + second.receiveCount(), 10);
+        plant.scheduler.advance(4000 - 20);
         plant.send('P', 6);
-        QTest::ignoreMessage(QtWarningMsg, "station 工位2: no image came of the last trigger");
-        plant.scheduler.advance(4000);
+        plant.send('P', 5);
+        s_warnings.clear();
+        const auto before = qInstallMessageHandler(keepWarning);
+        plant.scheduler.advance(20); // the check finds both captures under way
+        plant.deliver(1);
         QCOMPARE(second.errorRun(), 1);
+        const QStringList early = s_warnings;
+        plant.scheduler.advance(4000);
+        qInstallMessageHandler(before);
+        QCOMPARE(early, QStringList());
+        QCOMPARE(s_warnings.filter("没有图像"), QStringList("工位“工位2”：上一次触发没有图像"));
+        QCOMPARE(second.errorRun(), 2);
         QCOMPARE(first.errorRun(), 0);
     }
 
@@ -148,7 +170,8 @@ private slots:
         QCOMPARE(plant.cell->counts().of(1).refused, 1);
         plant.scheduler.advance(61 * 1000);
         QVERIFY(plant.home.read("/DBFiles/dayCounts.json").contains("\"refused\": 1"));
-        plant.scheduler.advance(12 * 3600 * 1000);
+        plant.scheduler.setClock(QDateTime(plant.scheduler.now().date(), QTime(23, 59, 30)));
+        plant.scheduler.advance(31 * 1000);
         QCOMPARE(plant.cell->counts().of(1).refused, 0);
     }
 

@@ -2,6 +2,7 @@
 #include "db/ResultReader.h"
 #include "support/Table.h"
 
+#include <QJsonDocument>
 #include <QSignalSpy>
 
 namespace {
@@ -207,6 +208,55 @@ private slots:
         plant.deliver(1);
         plant.answer(10);
         QVERIFY(plant.alarms().isEmpty());
+    }
+
+    void placeOfAnUnusableCalibrationIsRefused_data()
+    {
+        const QByteArray fourPoint = R"({"use4pointstand": true, "station1_4p": )";
+        Table::of<QByteArray, QString>(
+            {{"scale missing", R"({"StationScale_1": null})", "缺少“StationScale_1”"},
+             {"scale of 0", R"({"StationScale_1": 0})", "应大于 0"},
+             {"negative scale", R"({"StationScale_1": -0.28})", "-0.28"},
+             {"no number", R"({"StationScale_1": "nan"})", "不是数字"},
+             {"scale as a text", R"({"StationScale_1": "0,28"})", "globalConfig.json: “StationScale_1”的值 \"0,28\""},
+             {"offset as a text", R"({"StationScale_1": 0.28, "StationXOffset_1": "12"})", "StationXOffset_1"},
+             {"which kind is unknown", R"({"StationScale_1": 0.28, "use4pointstand": "true"})", "use4pointstand"},
+             {"map never made", fourPoint + "{}}", "尚未进行四点标定"},
+             {"map to a line", fourPoint + R"({"m11": 1, "m21": 2, "dx": 0, "m12": 2, "m22": 4.00001, "dy": 0}})",
+              "共线"},
+             {"half a map", fourPoint + R"({"m11": 1, "m21": 0, "m12": 0, "m22": 1, "dy": 5}})", "缺少“dx”"},
+             {"map as a text", fourPoint + R"("none"})", "station1_4p"}});
+    }
+    void placeOfAnUnusableCalibrationIsRefused()
+    {
+        const auto [file, problem] = Table::row<QByteArray, QString>();
+        Plant plant;
+        QJsonObject keys = QJsonDocument::fromJson(plant.config.text()).object();
+        const QJsonObject own = QJsonDocument::fromJson(file).object();
+        for (auto it = own.begin(); it != own.end(); ++it) // null: the key is missing
+            keys.insert(it.key(), it.value().isNull() ? QJsonValue(QJsonValue::Undefined) : it.value());
+        plant.home.write("/user/globalConfig.json", QJsonDocument(keys).toJson());
+        plant.config.load();
+        QVERIFY(plant.config.save());
+        plant.config.load(); // a start later it is unusable still
+        QStringList tips;
+        QObject::connect(plant.cell.get(), &Cell::readingChanged,
+                         [&tips](int, const StationReading& reading) { tips << reading.tip; });
+        plant.send('P', 5);
+        plant.deliver(1);
+        plant.answer(10, {1500, 900});
+        QCOMPARE(plant.replies(), QByteArray("FH"));
+        QCOMPARE(plant.modules->port->words(plant.modules->port->sent.size() - 2), QString("0 0 361 0 0 0 0 0"));
+        QCOMPARE(plant.rows(), QStringList("1_五辐 361 107"));
+        QVERIFY2(tips.join('|').contains(problem), qPrintable(tips.join('|')));
+        QCOMPARE(plant.alarms(), alarm(Alarm::CalibrationUnusable, 1));
+        QVERIFY(plant.cell->alarms().alarms().first().detail.contains(problem));
+        plant.send('P', 6);
+        plant.deliver(2);
+        plant.answer(10);
+        const bool usable = plant.config.calibration(2).problem().isEmpty();
+        QCOMPARE(plant.alarms().contains(alarm(Alarm::CalibrationUnusable, 2)), !usable);
+        QCOMPARE(usable, !own.contains("use4pointstand"));
     }
 };
 

@@ -50,22 +50,10 @@ private slots:
 
     void cursorOffsetFollowsTheRotation()
     {
-        const QVector<QPair<double, int>> offsets{{0, 0},   {22.5, 0},  {22.6, 1},  {30, 1},  {67.5, 1}, {67.6, 2},
-                                                  {180, 4}, {337.4, 7}, {337.5, 0}, {350, 0}, {-90, 6},  {-10, 0},
-                                                  {390, 1}, {-450, 6},  {292.5, 6}, {315, 7}, {292.6, 7}};
+        const QVector<QPair<double, int>> offsets{{0, 0},     {22.5, 0},  {22.6, 1}, {67.6, 2}, {180, 4},
+                                                  {337.4, 7}, {337.5, 0}, {-90, 6},  {390, 1},  {-450, 6}};
         for (const auto& [rotation, offset] : offsets)
             QVERIFY2(RoiCursors::rotationOffset(rotation) == offset, QByteArray::number(rotation));
-    }
-
-    void rotationCursorsAreEightPictures()
-    {
-        QSet<qint64> pictures;
-        for (int i = 0; i < 8; ++i) {
-            QVERIFY(!RoiCursors::rotation(i).pixmap().isNull());
-            pictures.insert(RoiCursors::rotation(i).pixmap().cacheKey());
-            QCOMPARE(RoiCursors::rotation(i + 8).pixmap().cacheKey(), RoiCursors::rotation(i).pixmap().cacheKey());
-        }
-        QCOMPARE(pictures.size(), 8);
     }
 
     void draggedPointReportsItsPixel()
@@ -82,74 +70,46 @@ private slots:
         QCOMPARE(setup.viewer.roi(QStringLiteral("P2"))->info().center, QPointF(300, 300));
     }
 
-    void lockedPointStaysAndComplains()
-    {
-        Setup setup;
-        RoiItem* point = setup.addPoint({100, 120});
-        setup.viewer.lockRois();
-        setup.mouse.drag({100, 120}, {150, 150});
-        QCOMPARE(setup.changes.size(), 0);
-        QCOMPARE(setup.locked.size(), 1);
-        QCOMPARE(setup.locked.constFirst().constFirst().toString(), QStringLiteral("P1"));
-        QCOMPARE(point->info().center, QPointF(100, 120));
-        setup.viewer.lockRois(false);
-        setup.mouse.drag({100, 120}, {150, 150});
-        QCOMPARE(point->info().center, QPointF(150, 150));
-    }
-
-    void arrowKeysMoveFineAndCoarse()
-    {
-        Setup setup;
-        RoiItem* point = setup.addPoint({100, 120});
-        setup.mouse.click({100, 120});
-        QTest::keyClick(&setup.viewer, Qt::Key_Right);
-        QTest::keyClick(&setup.viewer, Qt::Key_Down, Qt::ShiftModifier);
-        QTest::keyClick(&setup.viewer, Qt::Key_Left, Qt::ControlModifier);
-        QTest::keyClick(&setup.viewer, Qt::Key_Up, Qt::ControlModifier);
-        QCOMPARE(point->info().center, QPointF(100.9, 129.9));
-        QCOMPARE(setup.changes.size(), 4);
-        QTest::keyClick(&setup.viewer, Qt::Key_Z, Qt::ControlModifier);
-        QTest::keyClick(&setup.viewer, Qt::Key_Z, Qt::ControlModifier);
-        QCOMPARE(point->info().center, QPointF(101, 130));
-    }
-
-    void undoTakesBackMovesOfSeveralPoints()
+    void keysMovePointsUndoTakesItBackAndLockedOnesStay()
     {
         Setup setup;
         RoiItem* first = setup.addPoint({100, 120});
         RoiItem* second = setup.addPoint({300, 300}, QStringLiteral("P2"));
         QVERIFY(!setup.viewer.undoMove());
-        setup.mouse.drag({100, 120}, {140, 120});
+        setup.mouse.click({100, 120});
+        QTest::keyClick(&setup.viewer, Qt::Key_Right);
+        QTest::keyClick(&setup.viewer, Qt::Key_Down, Qt::ShiftModifier);
+        QTest::keyClick(&setup.viewer, Qt::Key_Left, Qt::ControlModifier);
+        QTest::keyClick(&setup.viewer, Qt::Key_Up, Qt::ControlModifier);
+        QCOMPARE(first->info().center, QPointF(100.9, 129.9));
+        QCOMPARE(setup.changes.size(), 4);
+        QTest::keyClick(&setup.viewer, Qt::Key_Z, Qt::ControlModifier);
+        QTest::keyClick(&setup.viewer, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(first->info().center, QPointF(101, 130));
         setup.mouse.drag({300, 300}, {300, 250});
         QVERIFY(setup.viewer.undoMove());
         QCOMPARE(second->info().center, QPointF(300, 300));
         QCOMPARE(setup.changes.constLast().at(1).toString(), QStringLiteral("P2")); // fields follow the undo
         setup.viewer.lockRois();
+        const int changes = setup.changes.size();
         QVERIFY(!setup.viewer.undoMove());
+        setup.mouse.drag({300, 300}, {300, 250});
+        QCOMPARE(setup.changes.size(), changes);
+        QCOMPARE(setup.locked.value(0).value(0).toString(), QStringLiteral("P2"));
         setup.viewer.lockRois(false);
         QVERIFY(setup.viewer.undoMove());
-        QCOMPARE(first->info().center, QPointF(100, 120));
+        for (const QImage& other : {QImage(301, 200, QImage::Format_Grayscale8), QImage()}) {
+            setup.viewer.setImage(other); // points keep their pixels
+            QCOMPARE(first->info().center, QPointF(101, 120));
+        }
         setup.viewer.removeAllRois();
         QVERIFY(!setup.viewer.undoMove());
-    }
-
-    void pointsKeepTheirPixelsWhenTheImageSizeChanges()
-    {
-        Setup setup;
-        const RoiItem* point = setup.addPoint({100, 120});
-        QImage other(301, 200, QImage::Format_Grayscale8);
-        other.fill(10);
-        setup.viewer.setImage(other);
-        QCOMPARE(point->info().center, QPointF(100, 120));
-        setup.viewer.setImage(QImage());
-        QCOMPARE(point->info().center, QPointF(100, 120));
     }
 
     void handleResizesAndTheOppositeSideStays_data()
     {
         Table::of<QPoint, QPoint, QRectF>(
             {{"right", QPoint(300, 150), QPoint(340, 199), QRectF(100, 100, 240, 100)},
-             {"lower right", QPoint(300, 200), QPoint(320, 260), QRectF(100, 100, 220, 160)},
              {"upper left", QPoint(100, 100), QPoint(60, 80), QRectF(60, 80, 240, 120)},
              {"never turned inside out", QPoint(200, 100), QPoint(200, 390), QRectF(100, 199, 200, 1)},
              {"body moves", QPoint(200, 150), QPoint(210, 170), QRectF(110, 120, 200, 100)}});
@@ -191,14 +151,6 @@ private slots:
         setup.mouse.drag({200, 300}, {200, 340}); // its right handle is now below: the length grows by 40
         QCOMPARE(roi->info().size, QSizeF(240, 100));
         QCOMPARE(roi->info().center, QPointF(200, 220));
-    }
-
-    void sectorsLieAroundTheCentre()
-    {
-        const QVector<QPair<QPointF, int>> sectors{{{10, 1}, 0},   {{10, 9}, 1},  {{0, 10}, 2},
-                                                   {{-10, -1}, 4}, {{1, -10}, 6}, {{10, -10}, 7}};
-        for (const auto& [at, sector] : sectors)
-            QCOMPARE(RotatedRectRoi::sectorOf(at), sector);
     }
 
     void markerIsMetByAFingerAtAnyZoom_data() { Table::of<double>({{"far", 0.1}, {"1:1", 1.0}, {"near", 20.0}}); }

@@ -161,7 +161,7 @@ private slots:
         const QString zero = "Color(RGB):[0, 0, 0] (HSV):[0, 0, 0]";
         Table::of<QImage, QPoint, QString>(
             {{"first", orange, QPoint(0, 0), "Position:[0, 0]  " + tail},
-             {"last", orange, QPoint(39, 29), "Position:[39, 29]  " + tail},
+             {"no image", QImage(), QPoint(9, 9), ""},
              {"one past the right edge", orange, QPoint(40, 7), "Position:[40, 7]  " + zero},
              {"two past the lower edge", orange, QPoint(7, 31), "out of image..."},
              {"before", orange, QPoint(-1, 7), "out of image..."},
@@ -170,7 +170,6 @@ private slots:
               {3, 4},
               at + "[90, 90, 90] (HSV):[0, 0, 90]"},
              {"last hue", plain(QColor::fromHsv(359, 255, 255)), {3, 4}, at + "[255, 0, 4] (HSV):[179, 255, 255]"},
-             {"16 bit", plain({77, 77, 77}, QImage::Format_Grayscale16), {3, 4}, at + "[77, 77, 77] (HSV):[0, 0, 77]"},
              {"indexed", plain({0, 0, 255}, QImage::Format_Indexed8), {3, 4}, at + "[0, 0, 255] (HSV):[120, 255, 255]"},
              {"odd size", filled(41, 31, QColor(255, 128, 0)), QPoint(40, 30), "Position:[40, 30]  " + tail}});
     }
@@ -184,26 +183,15 @@ private slots:
         QCOMPARE(station.readout.text(), text);
     }
 
-    void readoutIsSilentWithoutImage()
-    {
-        Station station{QImage()};
-        station.mouse.move({100, 100});
-        QCOMPARE(station.readout.text(), QString());
-        station.mouse.wheel(120);
-        QTest::keyClick(&station.viewer, Qt::Key_F);
-        station.mouse.doubleClick({10, 10});
-    }
-
     void everyKindOfImageIsDrawn_data()
     {
         Table::columns<QImage::Format, QSize, double>();
         const QSize camera(600, 500);
-        for (double scale : {0.05, 0.3, 0.7, 1.0, 3.7, 30.0}) {
+        for (double scale : {0.05, 0.3, 1.0, 30.0}) {
             const QByteArray at = " at " + QByteArray::number(scale);
             QTest::newRow("gray" + at) << QImage::Format_Grayscale8 << camera << scale;
             QTest::newRow("color" + at) << QImage::Format_RGB32 << camera << scale;
         }
-        QTest::newRow("24 bit") << QImage::Format_RGB888 << camera << 0.4;
         QTest::newRow("16 bit") << QImage::Format_Grayscale16 << camera << 0.4;
         QTest::newRow("indexed") << QImage::Format_Indexed8 << camera << 0.4;
         QTest::newRow("alpha") << QImage::Format_ARGB32 << camera << 0.4;
@@ -271,21 +259,13 @@ private slots:
         station.mouse.doubleClick({200, 150});
         QCOMPARE(station.viewer.imageScale(), 300.0 / 2000.0);
         QCOMPARE(scales.size(), 1);
-        station.mouse.click({2, 2}); // beside the image
-        QCOMPARE(clicks.size(), 2);  // the double click began with one
-    }
-
-    void keysZoom()
-    {
-        Station station(filled(1000, 600, Qt::red));
-        QSignalSpy scales(&station.viewer, &AwesomeImgViewer::sgImageScale);
-        const QVector<QPair<Qt::Key, double>> keys{
-            {Qt::Key_Plus, 1.1}, {Qt::Key_Minus, 0.99}, {Qt::Key_F, 0.4}, {Qt::Key_0, 1.0}};
-        for (const auto& [key, scale] : keys) {
+        for (const auto& [key, scale] : {std::pair(Qt::Key_0, 1.0), {Qt::Key_Plus, 1.1}, {Qt::Key_F, 0.15}}) {
             QTest::keyClick(&station.viewer, key);
             QCOMPARE(station.viewer.imageScale(), scale);
         }
-        QCOMPARE(scales.size(), keys.size());
+        QCOMPARE(scales.size(), 4);
+        station.mouse.click({2, 2}); // beside the image
+        QCOMPARE(clicks.size(), 2);  // the double click began with one
     }
 
     void pinchZooms()

@@ -106,22 +106,6 @@ private slots:
         QCOMPARE(truth.pictures()[2].depth.distance, 0.0);
     }
 
-    void recipeDependsOnTheFileNameAndUsesItsWholeRange()
-    {
-        KnownPicture picture;
-        picture.rimRadius = 1000;
-        picture.ringRadius = 1000;
-        double least = 2000, greatest = 0;
-        for (int i = 0; i < 400; ++i) {
-            picture.file = QStringLiteral("wheel_%1.png").arg(i);
-            const double rim = recipeOf(picture, 20)["rim_radius"].toDouble();
-            QCOMPARE(recipeOf(picture, 20)["rim_radius"].toDouble(), rim);
-            least = std::min(least, rim);
-            greatest = std::max(greatest, rim);
-        }
-        QVERIFY(least >= 980 && least < 982 && greatest > 1018 && greatest <= 1020);
-    }
-
     void parametersBesideTheTruthCountMore()
     {
         const Folder folder(foreign, R"({"b.png": {"rim_radius": 777}})");
@@ -136,16 +120,14 @@ private slots:
     void whatCannotBeUsedIsNamed_data()
     {
         const QByteArray own = R"({"images": [{"file": "1.bmp", "hole": false, "model": "m", "rim_radius": 10, )";
-        QByteArray twice = foreign, textual = foreign, noRim = foreign, negative = foreign;
+        QByteArray twice = foreign, textual = foreign, noRim = foreign;
         Table::of<QByteArray, QByteArray, QStringList>(
             {{"no file", {}, {}, {"truth.json"}},
              {"no JSON", "[\n{\"image\": ]", {}, {"truth.json, line 2"}},
-             {"nothing in it", "[]", {}, {"truth.json", "images"}},
              {"other object", "{\"pictures\": []}", {}, {"truth.json", "images"}},
              {"twice the same", twice.replace("c.png", "b.png"), {}, {"picture 3", "b.png", "twice"}},
              {"text for a number", textual.replace("380.25", "\"top\""), {}, {"picture 2", "\"vy\""}},
              {"key missing", noRim.replace("rim_r", "rim"), {}, {"picture 2", "\"rim_r\""}},
-             {"no radius", negative.replace("\"vr\": 12", "\"vr\": 0"), {}, {"picture 2", "\"vr\""}},
              {"own, key missing", own + R"("x": 5}]})", {}, {"picture 1", "\"ring_radius\""}},
              {"parameters no JSON", foreign, "{", {"params.json, line 1"}},
              {"parameters of no kind", foreign, R"({"b.png": 5})", {"params.json", "b.png"}}});

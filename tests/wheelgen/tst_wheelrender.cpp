@@ -64,45 +64,6 @@ cv::Point2d centroid(const cv::Moments& moments)
     return {moments.m10 / moments.m00, moments.m01 / moments.m00};
 }
 
-/// Bilinear gray value.
-double grayAt(const cv::Mat& image, cv::Point2d p)
-{
-    cv::Mat patch;
-    cv::getRectSubPix(image, {1, 1}, p, patch, CV_32F);
-    return static_cast<double>(patch.at<float>(0));
-}
-
-cv::Point2d onCircle(cv::Point2d center, double radius, double degrees)
-{
-    return center + radius * cv::Point2d(std::cos(degrees * degree), -std::sin(degrees * degree));
-}
-
-/// Radius at which the gray value is half way between lip and background, in one direction from the hub.
-double rimEdge(const cv::Mat& image, const WheelSpec& spec, double degrees)
-{
-    const auto gray = [&](double radius) { return grayAt(image, onCircle(spec.hub, radius, degrees)); };
-    const double half = 0.5 * (gray(spec.rimRadius - 2) + gray(spec.rimRadius + 2));
-    double radius = spec.rimRadius - 2;
-    while (gray(radius) > half)
-        radius += 0.02;
-    return radius;
-}
-
-/// How many times a walk round the ring enters something dark.
-int darkPlacesOnRing(const RenderedWheel& wheel)
-{
-    std::vector<double> grays;
-    for (double angle = 0; angle < 360; angle += 0.1)
-        grays.push_back(grayAt(wheel.image, onCircle(wheel.truth.hub, wheel.truth.ringRadius, angle)));
-    std::vector<double> sorted = grays;
-    std::sort(sorted.begin(), sorted.end());
-    const double limit = 0.55 * sorted[sorted.size() / 2];
-    int count = 0;
-    for (std::size_t i = 0; i < grays.size(); ++i)
-        count += grays[i] < limit && grays[(i + grays.size() - 1) % grays.size()] >= limit;
-    return count;
-}
-
 /// A quarter of them without a hole.
 template <typename Check>
 void forEachDrawnWheel(Difficulty difficulty, cv::Size size, const Check& check)
@@ -150,16 +111,15 @@ private slots:
             QVERIFY(std::fabs(moments.m00 - area) < 0.02 * area);
     }
 
-    void mouthIsTheInnermostEdge_data()
+    void edgesOfTheHoleLieWhereTheTruthSays_data()
     {
         Table::of<double, double, double, QPointF>({{"crescent", 5.0, 1.0, 0.0, QPointF()},
                                                     {"dark ring", 8.0, 0.5, 0.0, QPointF()},
-                                                    {"bright ring", 8.0, 1.3, 0.0, QPointF()},
-                                                    {"ring aside", 8.0, 0.5, 0.0, QPointF(2.1, -1.3)},
-                                                    {"counterbore", 0.0, 1.0, 11.0, QPointF()},
+                                                    {"bright ring aside", 8.0, 1.3, 0.0, QPointF(2.1, -1.3)},
+                                                    {"counterbore aside", 0.0, 1.0, 11.0, QPointF(-1.9, 2.4)},
                                                     {"both, aside", 3.0, 0.7, 11.0, QPointF(-2.6, 1.7)}});
     }
-    void mouthIsTheInnermostEdge()
+    void edgesOfTheHoleLieWhereTheTruthSays()
     {
         const auto [chamfer, gray, step, shift] = Table::row<double, double, double, QPointF>();
         WheelSpec spec = plainWheel();
@@ -175,72 +135,22 @@ private slots:
         spec.hole.stepShadow = 0.5;
         spec.hole.edgeShift = {shift.x(), shift.y()};
         const WheelTruth truth = truthOf(spec);
-        const cv::Moments moments = cv::moments(mouthCoverage(spec));
-        const double area = CV_PI * 13.4 * 13.4 * 0.85;
-        QVERIFY2(cv::norm(centroid(moments) - truth.holeCenter) < 0.02, qPrintable(QString::number(moments.m00)));
-        QVERIFY2(std::fabs(moments.m00 - area) < 0.02 * area, qPrintable(QString::number(moments.m00 / area)));
+        const auto lies = [](const cv::Mat& coverage, cv::Point2d center, double area) {
+            const cv::Moments moments = cv::moments(coverage);
+            QVERIFY2(cv::norm(centroid(moments) - center) < 0.03, qPrintable(QString::number(moments.m00)));
+            QVERIFY2(std::fabs(moments.m00 - area) < 0.02 * area, qPrintable(QString::number(moments.m00 / area)));
+        };
+        lies(mouthCoverage(spec), truth.holeCenter, CV_PI * 13.4 * 13.4 * 0.85);
         QCOMPARE(truth.edgeRadius, 13.4 + chamfer + step);
-    }
-
-    void outerEdgeReachesAsFarAsTheTruthSays_data()
-    {
-        Table::of<double, double, QPointF>({{"ring", 8.0, 0.0, QPointF()},
-                                            {"ring aside", 8.0, 0.0, QPointF(2.3, 1.1)},
-                                            {"counterbore", 0.0, 10.0, QPointF()},
-                                            {"counterbore aside", 0.0, 10.0, QPointF(-1.9, 2.4)}});
-    }
-    void outerEdgeReachesAsFarAsTheTruthSays()
-    {
-        const auto [chamfer, step, shift] = Table::row<double, double, QPointF>();
-        WheelSpec spec = plainWheel();
-        spec.hole.radius = 12;
-        spec.hole.chamfer = chamfer;
-        spec.hole.chamferShine = spec.hole.chamferGray = spec.hole.stepGray = 0;
-        spec.hole.step = step;
-        spec.hole.edgeShift = {shift.x(), shift.y()};
-        const WheelTruth truth = truthOf(spec);
-        const cv::Moments moments = cv::moments(holeCoverage(spec));
-        const double area = CV_PI * truth.edgeRadius * truth.edgeRadius;
-        QVERIFY(cv::norm(centroid(moments) - truth.holeCenter - spec.hole.edgeShift) < 0.03);
-        QVERIFY2(std::fabs(moments.m00 - area) < 0.01 * area, qPrintable(QString::number(moments.m00 / area)));
-    }
-
-    void rimIsACircleAroundTheHub()
-    {
-        const WheelSpec spec = plainWheel();
-        const cv::Mat image = renderWheel(spec).image;
-        cv::Point2d shift;
-        double sum = 0;
-        for (int i = 0; i < 360; ++i) {
-            const double edge = rimEdge(image, spec, 1.0 * i);
-            QVERIFY2(std::fabs(edge - spec.rimRadius) < 0.3, qPrintable(QString::number(edge)));
-            shift += (edge - spec.rimRadius) / 180 * onCircle({}, 1, 1.0 * i);
-            sum += edge;
-        }
-        QVERIFY(std::fabs(sum / 360 - spec.rimRadius) < 0.05);
-        QVERIFY2(cv::norm(shift) < 0.02, qPrintable(QString::number(cv::norm(shift))));
-    }
-
-    void ledgeShowsTheValveHoleAndNothingLikeIt()
-    {
-        for (const Design& design : designs())
-            for (quint64 seed = 1; seed <= 6; ++seed) {
-                const bool hole = seed % 2 == 0;
-                const RenderedWheel wheel = renderWheel(drawWheel(design, Difficulty::Easy, {800, 700}, seed, hole));
-                QCOMPARE(wheel.truth.hole, hole);
-                QVERIFY2(darkPlacesOnRing(wheel) == (hole ? 1 : 0), design.key.c_str());
-            }
-        WheelSpec spec = plainWheel();
-        spec.hole.twin = 70;
-        QCOMPARE(darkPlacesOnRing(renderWheel(spec)), 2);
+        spec.hole.chamferShine = spec.hole.chamferGray = spec.hole.stepGray = 0; // all of it is as dark as a hole
+        spec.hole.axisRatio = 1;
+        if (chamfer * step == 0)
+            lies(holeCoverage(spec), truth.holeCenter + spec.hole.edgeShift, CV_PI * std::pow(truth.edgeRadius, 2));
     }
 
     void everyDrawnWheelKeepsTheLimits_data()
     {
-        Table::of<QSize>({{"5 megapixels", QSize(2448, 2048)},
-                          {"20 megapixels", QSize(5472, 3648)},
-                          {"square", QSize(1600, 1600)},
-                          {"upright", QSize(900, 1200)}});
+        Table::of<QSize>({{"5 megapixels", QSize(2448, 2048)}, {"upright", QSize(900, 1200)}});
     }
     void everyDrawnWheelKeepsTheLimits()
     {
@@ -288,62 +198,31 @@ private slots:
         QVERIFY2(vents > 200 && spots > 60, qPrintable(QStringLiteral("%1 %2").arg(vents).arg(spots)));
     }
 
-    void demoKeepsToItsPlainHoles()
+    void demoIsPlainAndTheOthersDifferInEveryWay()
     {
-        for (const Difficulty difficulty : {Difficulty::Easy, Difficulty::Demo})
-            forEachDrawnWheel(difficulty, {2448, 2048}, [](const WheelSpec& spec) {
-                QVERIFY(spec.scene.marks.empty() && spec.hole.edge == HoleEdge::Crescent);
-                QVERIFY(spec.hole.inside == HoleInside::Dark && spec.hole.depthGray <= 28);
-                QVERIFY(spec.hole.step == 0 && cv::norm(spec.hole.edgeShift) == 0);
-                QCOMPARE(spec.hole.radius, spec.face.hole * spec.rimRadius);
-            });
-    }
-
-    void wheelsDifferInEveryWayThatThePlantShows()
-    {
-        std::map<HoleEdge, int> edges;
-        std::map<HoleInside, int> insides;
-        std::map<MarkKind, int> marks;
-        int small = 0, large = 0, valves = 0, turning = 0, faint = 0, bright = 0, glaring = 0;
-        forEachDrawnWheel(Difficulty::Varied, {2448, 2048}, [&](const WheelSpec& spec) {
-            if (!spec.hole.present)
-                return;
-            ++edges[spec.hole.edge];
-            ++insides[spec.hole.inside];
-            small += spec.hole.radius < 0.018 * spec.rimRadius;
-            large += spec.hole.radius > 0.045 * spec.rimRadius;
-            valves += spec.hole.valve != Valve::None;
-            turning += spec.optics.motion > 0;
-            faint += spec.optics.contrast < 1;
-            bright += spec.scene.background * spec.light.exposure > 140;
-            glaring += spec.light.glares > 0;
-            for (const MarkSpec& mark : spec.scene.marks)
-                ++marks[mark.kind];
+        forEachDrawnWheel(Difficulty::Demo, {2448, 2048}, [](const WheelSpec& spec) {
+            QVERIFY(spec.scene.marks.empty() && spec.hole.edge == HoleEdge::Crescent);
+            QVERIFY(spec.hole.inside == HoleInside::Dark && spec.hole.depthGray <= 28 && spec.hole.step == 0);
+            QCOMPARE(spec.hole.radius, spec.face.hole * spec.rimRadius);
         });
-        QVERIFY(edges.size() == 3 && insides.size() == 4 && marks.size() == 9);
-        for (const int count : {edges[HoleEdge::Crescent], edges[HoleEdge::Ring], edges[HoleEdge::Counterbore],
-                                insides[HoleInside::Gray], insides[HoleInside::Bright], insides[HoleInside::Lit]})
-            QVERIFY2(count > 60, qPrintable(QString::number(count)));
-        for (const auto& [kind, count] : marks)
-            QVERIFY2(count > 40, qPrintable(QString::number(static_cast<int>(kind))));
-        for (const int count : {small, large, valves, turning, faint, bright, glaring})
-            QVERIFY2(count > 20 && count < 580, qPrintable(QString::number(count)));
-    }
-
-    void brightnessAroundTheHoleIsForeseen()
-    {
-        WheelSpec spec = plainWheel();
-        spec.hole.present = false;
-        spec.light.ambient = 0.3;
-        spec.light.diffuse = 0.5;
-        spec.light.specular = 0.2;
-        for (const double slope : {-0.5, 0.0, 0.5})
-            for (double angle = 0; angle < 360; angle += 45) {
-                spec.face.ledgeSlope = slope;
-                spec.hole.angle = angle;
-                const double seen = grayAt(renderWheel(spec).image, truthOf(spec).holeCenter);
-                QVERIFY2(std::fabs(holeSurfaceGray(spec) - seen) < 0.08 * seen, qPrintable(QString::number(seen)));
-            }
+        std::map<std::string, int> seen;
+        forEachDrawnWheel(Difficulty::Varied, {2448, 2048}, [&](const WheelSpec& spec) {
+            const auto count = [&seen](const std::string& what, bool is = true) { seen[what] += is; };
+            count("edge " + std::to_string(int(spec.hole.edge)));
+            count("inside " + std::to_string(int(spec.hole.inside)));
+            count("small", spec.hole.radius < 0.018 * spec.rimRadius);
+            count("large", spec.hole.radius > 0.045 * spec.rimRadius);
+            count("valve", spec.hole.valve != Valve::None);
+            count("turning", spec.optics.motion > 0);
+            count("faint", spec.optics.contrast < 1);
+            count("bright behind", spec.scene.background * spec.light.exposure > 140);
+            count("glare", spec.light.glares > 0);
+            for (const MarkSpec& mark : spec.scene.marks)
+                count("mark " + std::to_string(int(mark.kind)));
+        });
+        QCOMPARE(seen.size(), size_t(3 + 4 + 9 + 7));
+        for (const auto& [what, times] : seen)
+            QVERIFY2(times > 25, (what + ": " + std::to_string(times)).c_str());
     }
 
     void anySizeAndPlaceIsRendered()

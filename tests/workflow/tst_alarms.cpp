@@ -7,6 +7,7 @@
 #include "workflow/AlarmBook.h"
 #include "workflow/AlarmWatch.h"
 #include "workflow/CellRecords.h"
+#include "workflow/PlcIndexTable.h"
 
 #include <valvecell/ICameraSettings.h>
 #include <valvecell/ICoreCtrl.h>
@@ -107,36 +108,120 @@ private slots:
     void looseCableComesAndGoes()
     {
         const ksGlobalConfig config;
+        ksSysConfig settings;
+        settings.comPort = "COM3";
         AlarmBook book(Scheduler::system());
-        AlarmWatch watch(config, book);
+        AlarmWatch watch(config, settings, book);
         LinePort port;
         watch.setPort(&port);
-        port.line.device = "COM3";
-        port.line.open = true;
-        watch.check();
-        QCOMPARE(list(book), QString());
-        port.line.open = false;
+        const auto set = [&](bool open) {
+            port.line.open = open;
+            port.line.device = open ? "/dev/ttyUSB0" : ""; // nothing is behind the name of a cable that is pulled
+            watch.check();
+            return list(book);
+        };
+        QCOMPARE(set(true), QString());
         port.line.lastError = "gone";
-        watch.check();
-        watch.check();
-        QCOMPARE(list(book), QStringLiteral("0/COM3/gonex1"));
+        for (int check = 0; check < 2; ++check)
+            QCOMPARE(set(false), QStringLiteral("0/COM3/gonex1"));
         book.acknowledge();
-        QCOMPARE(list(book), QStringLiteral("0/COM3/gonex1!"));
-        port.line.open = true;
+        QCOMPARE(set(false), QStringLiteral("0/COM3/gonex1!"));
+        QCOMPARE(set(true), QString());
+        QCOMPARE(set(false), QStringLiteral("0/COM3/gonex2"));
+        settings.comPort = "COM4";
+        QCOMPARE(set(false), QStringLiteral("0/COM4/gonex1"));
+        QCOMPARE(book.history().size(), 2);
+        QVERIFY(book.history().first().until >= book.history().first().since);
+    }
+
+    void silentPlcIsMissedWhileItIsExpectedToSpeak()
+    {
+        ksGlobalConfig config;
+        const ksSysConfig settings;
+        AlarmBook book(Scheduler::system());
+        AlarmWatch watch(config, settings, book);
+        LinePort port;
+        watch.setPort(&port);
+        struct Step
+        {
+            bool open, online, heard;
+            int seconds;
+            bool silent;
+        };
+        for (const Step& step : {Step{true, false, false, 9, false},
+                                 {true, true, false, 5, false},
+                                 {true, true, false, 1, true},
+                                 {true, true, true, 5, false},
+                                 {true, true, false, 1, true},
+                                 {true, false, false, 1, false},
+                                 {true, true, false, 6, true},
+                                 {false, true, false, 9, false}}) {
+            port.line.open = step.open;
+            config.onlineMode = step.online;
+            if (step.heard)
+                watch.heard();
+            for (int second = 0; second < step.seconds; ++second)
+                watch.check();
+            QCOMPARE(list(book).contains(QString::number(Alarm::PlcSilent) + '/'), step.silent);
+        }
+    }
+
+    void historyKeepsTheNewest()
+    {
+        AlarmBook book(Scheduler::system());
+        for (int i = 0; i <= AlarmBook::maxHistory; ++i) {
+            book.raise(Alarm::CameraLost, QString::number(i), {});
+            book.clear(Alarm::CameraLost, QString::number(i));
+        }
+        QCOMPARE(book.history().size(), AlarmBook::maxHistory);
+        QCOMPARE(book.history().first().subject, QString::number(AlarmBook::maxHistory));
+    }
+
+    void spoiledSetUpIsAnAlarmUntilItIsAcknowledged()
+    {
+        const TempHome home;
+        home.write("/user/plcIndex.json", "{\"S1\": [");
+        home.write("/user/good.json", "{}");
+        const ksGlobalConfig config;
+        const ksSysConfig settings;
+        AlarmBook book(Scheduler::system());
+        AlarmWatch watch(config, settings, book);
+        watch.checkFiles(home.path());
+        QCOMPARE(book.alarms().size(), 1);
+        QCOMPARE(book.alarms().first().subject, QString("plcIndex.json"));
+        QVERIFY(book.alarms().first().detail.contains("line 1"));
+        book.clear(Alarm::ConfigDamaged, "plcIndex.json");
+        QCOMPARE(book.alarms().size(), 1);
+        book.acknowledge();
+        QVERIFY(book.alarms().isEmpty());
+    }
+
+    void libraryThatCannotBeUsedIsAnAlarm()
+    {
+        const TempHome home;
+        home.write("/DBFiles/wheelhubzd.db/file", "a folder where the library ought to be");
+        const ksGlobalConfig config;
+        const ksSysConfig settings;
+        AlarmBook book(Scheduler::system());
+        AlarmWatch watch(config, settings, book);
+        CellRecords records(home.path(), settings, Scheduler::system());
+        watch.setRecords(&records);
+        PlcIndexTable indices(home.path());
+        records.openModelLibrary(indices, {});
         watch.check();
-        QCOMPARE(list(book), QString());
-        port.line.open = false;
-        watch.check();
-        QCOMPARE(list(book), QStringLiteral("0/COM3/gonex2"));
+        QCOMPARE(book.alarms().size(), 1);
+        QCOMPARE(book.alarms().first().kind, Alarm::LibraryUnusable);
+        QVERIFY(book.alarms().first().detail.contains("wheelhubzd.db"));
     }
 
     void onlyCamerasOfStationsAreMissed()
     {
         ksGlobalConfig config;
+        const ksSysConfig settings;
         config.station(1).camKey = "cam1";
         config.station(2).camKey = "cam2";
         AlarmBook book(Scheduler::system());
-        AlarmWatch watch(config, book);
+        AlarmWatch watch(config, settings, book);
         Cameras cameras;
         cameras.messages = {{"cam2", "no power"}, {"spare", "unplugged"}};
         watch.setCameras(&cameras);
@@ -145,6 +230,13 @@ private slots:
         config.station(2).camKey = "cam1"; // the engineer gives the station another camera
         watch.check();
         QCOMPARE(list(book), QString());
+        const QString unknown = QString::number(Alarm::CameraUnknown);
+        config.station(1).camKey = "cam9";
+        watch.check();
+        QCOMPARE(list(book), unknown + QStringLiteral("/1/cam9x1"));
+        config = ksGlobalConfig(); // as when the file was lost: the second station may be out of use
+        watch.check();
+        QCOMPARE(list(book), unknown + QStringLiteral("/1/x1"));
     }
 
     void lossStaysUntilItIsAcknowledgedAndComesBackWhenItGrows()
@@ -161,7 +253,7 @@ private slots:
         QCOMPARE(list(book), QStringLiteral("4//x8"));
     }
 
-    void damagedDatabaseAndFullDiskAreTold()
+    void damagedDatabaseAndFullDiskAreReported()
     {
         const TempHome home;
         home.write("/DBFiles/Pellix.db", "no database at all, but long enough to be taken for one that is damaged");
@@ -169,27 +261,27 @@ private slots:
         settings.minFreeSpace = 1 << 20; // more than any disk has
         const ksGlobalConfig config;
         AlarmBook book(Scheduler::system());
-        AlarmWatch watch(config, book);
+        AlarmWatch watch(config, settings, book);
         CellRecords records(home.path(), settings, Scheduler::system());
         watch.setRecords(&records);
         watch.check();
         QCOMPARE(list(book), QString());
         records.prepareImageFolders();
         records.openResultDatabase();
-        const auto told = [&] {
+        const auto reported = [&] {
             watch.check();
             return book.alarms().size();
         };
-        QTRY_COMPARE(told(), 2);
+        QTRY_COMPARE(reported(), 2);
         home.write("/dbLog.db", "no database either, and just as long as one that a power failure has spoiled");
         const SystemLog::ksLogDB log(home.path("/dbLog.db"));
         watch.setLog(&log);
-        QCOMPARE(told(), 3);
+        QCOMPARE(reported(), 3);
         QVERIFY(list(book).contains(home.keptAside("/dbLog.db").value(0)));
         const QString aside = home.keptAside("/DBFiles/Pellix.db").value(0);
         QVERIFY2(list(book).contains(aside), qPrintable(list(book)));
         book.acknowledge();
-        QCOMPARE(told(), 1); // the file stays aside, the disk stays full
+        QCOMPARE(reported(), 1); // the file stays aside, the disk stays full
         QCOMPARE(book.alarms().first().kind, Alarm::DiskLow);
     }
 
@@ -199,7 +291,7 @@ private slots:
         ksSysConfig settings;
         const ksGlobalConfig config;
         AlarmBook book(Scheduler::system());
-        AlarmWatch watch(config, book);
+        AlarmWatch watch(config, settings, book);
         CellRecords records(home.path(), settings, Scheduler::system());
         watch.setRecords(&records);
         records.prepareImageFolders();

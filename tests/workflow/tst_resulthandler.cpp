@@ -199,8 +199,28 @@ private slots:
         QCOMPARE(cell.port.words(0), QStringLiteral("0 0 365 0 10 0 20 0"));
         QCOMPARE(cell.store.last.errorType, 16);
         QCOMPARE(cell.store.last.matchScore, 0.0);
-        cell.finish(Cell::result("工位1", {{"angle", "many"}, {"error", QPointF()}, {"centerPoint", 3}}));
+        cell.finish(Cell::result("工位1", {{"angle", 45.0}, {"error", "none"}}));
         QCOMPARE(cell.store.last.errorType, 16);
+    }
+
+    void valueOfAnotherTypeIsMissing_data()
+    {
+        Table::of<QString, QVariant>({{"angle as words", "angle", "forty-two"},
+                                      {"angle as text", "angle", "42,5"},
+                                      {"angle as nothing", "angle", ""},
+                                      {"angle as yes", "angle", true},
+                                      {"place as text", "centerPoint", "(0, 0)"}});
+    }
+    void valueOfAnotherTypeIsMissing()
+    {
+        const auto [key, value] = Table::row<QString, QVariant>();
+        Cell cell;
+        QVariantMap answer = Cell::found(45);
+        answer[key] = value;
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("\"" + key + "\" is a "));
+        cell.finish(Cell::result("工位1", answer));
+        QCOMPARE(cell.port.commands(), QByteArray("FH"));
+        QCOMPARE(int(cell.port.sent[0].data[2]), 365);
     }
 
     void uncalibratedOrMissingTaskIsAnsweredWith361()

@@ -109,6 +109,15 @@ private slots:
         QCOMPARE(cell.panel.filter("切换型号为[新型号]").size(), 1);
     }
 
+    void stationWhoseSolutionTheEngineDoesNotListIsNoSilence()
+    {
+        Cell cell;
+        cell.config.station(2).solution = "没有";
+        cell.dispatch.onModelIndices(2, 4);
+        cell.dispatch.onTrigger(2);
+        QCOMPARE(cell.port.words(0), QStringLiteral("0 0 999 0 0 0 0 0"));
+    }
+
     void triggerOnTopOfTooManyIsAnsweredAtOnce()
     {
         Cell cell;

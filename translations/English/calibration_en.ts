@@ -101,6 +101,38 @@
         <source>工位%1相机视场标定</source>
         <translation>Station %1: camera field calibration</translation>
     </message>
+    <message>
+        <source>以前的标定</source>
+        <translation>Earlier</translation>
+    </message>
+    <message>
+        <source>仍然应用</source>
+        <translation>Apply all the same</translation>
+    </message>
+    <message>
+        <source>“%1”不是数字，没有应用</source>
+        <translation>“%1” is not a number; nothing was applied</translation>
+    </message>
+    <message>
+        <source>参数已生效，但未留下记录：%1</source>
+        <translation>In force, but not kept in the history: %1</translation>
+    </message>
+    <message>
+        <source>恢复标定 %1？</source>
+        <translation>Take back the calibration %1?</translation>
+    </message>
+    <message>
+        <source>恢复</source>
+        <translation>Take back</translation>
+    </message>
+    <message>
+        <source>没有以前的标定</source>
+        <translation>No earlier calibrations</translation>
+    </message>
+    <message>
+        <source>“%1”不是数字，不能应用</source>
+        <translation>“%1” is not a number and cannot be applied</translation>
+    </message>
 </context>
 <context>
     <name>FourPointForm</name>
@@ -262,6 +294,21 @@
     <message>
         <source>两点实际距离应大于 0</source>
         <translation>The real distance must be above 0</translation>
+    </message>
+    <message>
+        <source>原标定不可用（%1），比例将为 %2 mm/px</source>
+        <translation>The calibration so far cannot be used (%1); the scale becomes %2 mm/px</translation>
+    </message>
+    <message>
+        <source>比例将由 %1 变为 %2 mm/px</source>
+        <translation>The scale changes from %1 to %2 mm/px</translation>
+    </message>
+</context>
+<context>
+    <name>CalibrationFit</name>
+    <message>
+        <source>P4 残差过大：X %1 mm，Y %2 mm</source>
+        <translation>The residual of P4 is too large: X %1 mm, Y %2 mm</translation>
     </message>
 </context>
 </TS>

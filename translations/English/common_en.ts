@@ -67,4 +67,43 @@
         <translation>it has to be between %1 and %2</translation>
     </message>
 </context>
+<context>
+    <name>Calibration</name>
+    <message>
+        <source>缺少“%1”</source>
+        <translation>“%1” is missing</translation>
+    </message>
+    <message>
+        <source>“%1”的值 %2 不可用</source>
+        <translation>“%1” cannot be %2</translation>
+    </message>
+    <message>
+        <source>，</source>
+        <translation>, </translation>
+    </message>
+    <message>
+        <source>物理偏移不是数字</source>
+        <translation>an offset is no number</translation>
+    </message>
+    <message>
+        <source>像素比例值不是数字</source>
+        <translation>the scale is no number</translation>
+    </message>
+    <message>
+        <source>像素比例值 %1 mm/px 应大于 0</source>
+        <translation>the scale of %1 mm/px should be above 0</translation>
+    </message>
+    <message>
+        <source>四点标定的映射不是数字</source>
+        <translation>the four-point map is no number</translation>
+    </message>
+    <message>
+        <source>尚未进行四点标定</source>
+        <translation>the four-point calibration was never made</translation>
+    </message>
+    <message>
+        <source>四点标定的点共线或重合</source>
+        <translation>the points of the four-point calibration lie on a line or on each other</translation>
+    </message>
+</context>
 </TS>

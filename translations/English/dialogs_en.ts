@@ -595,6 +595,22 @@
         <translation>days (not used)</translation>
     </message>
     <message>
+        <source>应答期限(&amp;D)</source>
+        <translation>Answer &amp;deadline</translation>
+    </message>
+    <message>
+        <source>应答期限</source>
+        <translation>Answer deadline</translation>
+    </message>
+    <message>
+        <source>毫秒，超时按未找到应答</source>
+        <translation>ms, then answered as not found</translation>
+    </message>
+    <message>
+        <source>仍然切换标定方式</source>
+        <translation>Switch all the same</translation>
+    </message>
+    <message>
         <source>剩余空间曾低于最小剩余空间，到程序结束图像只保留1天</source>
         <translation>Free space was below the minimum once: images are kept for 1 day only until the program ends</translation>
     </message>
@@ -710,6 +726,10 @@
     <message>
         <source>，</source>
         <translation>, </translation>
+    </message>
+    <message>
+        <source>工位%1：%2</source>
+        <translation>Station %1: %2</translation>
     </message>
 </context>
 <context>

@@ -179,6 +179,14 @@
         <source>方案“%1”中没有型号“%2”</source>
         <translation>There is no model "%2" in solution "%1"</translation>
     </message>
+    <message>
+        <source>方案文件损坏：%1</source>
+        <translation>the solution's file is damaged: %1</translation>
+    </message>
+    <message>
+        <source>方案文件 %1：“result”的值“%2”不是 hole 或 hub</source>
+        <translation>solution file %1: “result” is “%2”, not hole or hub</translation>
+    </message>
 </context>
 <context>
     <name>TrialStages</name>

@@ -113,17 +113,6 @@ Close anyway?</translation>
     </message>
 </context>
 <context>
-    <name>CellRecords</name>
-    <message>
-        <source>结果数据库打开失败：%1</source>
-        <translation>The result database cannot be opened: %1</translation>
-    </message>
-    <message>
-        <source>型号库打开失败：%1</source>
-        <translation>The model library cannot be opened: %1</translation>
-    </message>
-</context>
-<context>
     <name>CellStatusBar</name>
     <message>
         <source>系统时间</source>
@@ -172,6 +161,14 @@ Close anyway?</translation>
     <message>
         <source>用户: %1</source>
         <translation>User: %1</translation>
+    </message>
+    <message>
+        <source>测试运行中</source>
+        <translation>Test running</translation>
+    </message>
+    <message>
+        <source>报警记录</source>
+        <translation>Alarms</translation>
     </message>
 </context>
 <context>
@@ -624,6 +621,18 @@ Close anyway?</translation>
         <source>测试：%1</source>
         <translation>Test: %1</translation>
     </message>
+    <message>
+        <source>图像型号：%1</source>
+        <translation>Model of the picture: %1</translation>
+    </message>
+    <message>
+        <source>未选择型号</source>
+        <translation>No model chosen</translation>
+    </message>
+    <message>
+        <source>PLC索引%1没有型号</source>
+        <translation>PLC index %1 has no model</translation>
+    </message>
 </context>
 <context>
     <name>SystemLog::ksLogDB</name>
@@ -729,6 +738,102 @@ Close anyway?</translation>
         <translation>Station %1 gets no result: %2</translation>
     </message>
     <message>
+        <source>记录…</source>
+        <translation>History…</translation>
+    </message>
+    <message>
+        <source>PLC没有发送数据</source>
+        <translation>The PLC sends nothing</translation>
+    </message>
+    <message>
+        <source>配置文件有误：%1</source>
+        <translation>Set-up file with errors: %1</translation>
+    </message>
+    <message>
+        <source>工位%1没有设置相机</source>
+        <translation>Station %1 has no camera set</translation>
+    </message>
+    <message>
+        <source>工位%1的相机%2不存在</source>
+        <translation>Station %1: there is no camera %2</translation>
+    </message>
+    <message>
+        <source>型号库不能使用：%1</source>
+        <translation>Model library not usable: %1</translation>
+    </message>
+    <message>
+        <source>请稍候</source>
+        <translation>Please wait</translation>
+    </message>
+    <message>
+        <source>检查串口线和端口设置，恢复后自动连接</source>
+        <translation>Check cable and port settings; it reconnects by itself</translation>
+    </message>
+    <message>
+        <source>检查PLC是否运行、波特率和接线</source>
+        <translation>Check that the PLC runs, its baud rate and cable</translation>
+    </message>
+    <message>
+        <source>检查相机的供电、网线和触发</source>
+        <translation>Check the camera's power, cable and trigger</translation>
+    </message>
+    <message>
+        <source>为该工位选择现有的相机</source>
+        <translation>Choose a camera that exists for the station</translation>
+    </message>
+    <message>
+        <source>检查该工位的方案和型号参数</source>
+        <translation>Check the station's solution and model parameters</translation>
+    </message>
+    <message>
+        <source>重新标定该工位</source>
+        <translation>Calibrate the station anew</translation>
+    </message>
+    <message>
+        <source>检查磁盘，释放空间或缩短保存天数</source>
+        <translation>Check the disk: free space, or keep images for fewer days</translation>
+    </message>
+    <message>
+        <source>减少保存的图像，或更换更快的磁盘</source>
+        <translation>Save fewer images, or use a faster disk</translation>
+    </message>
+    <message>
+        <source>已启用新文件；旧数据请由工程师从另存文件恢复</source>
+        <translation>A new file is in use; an engineer can restore the old data</translation>
+    </message>
+    <message>
+        <source>错误的项使用默认值：请核对设置并重新保存</source>
+        <translation>Wrong entries have their defaults: check the settings and save them</translation>
+    </message>
+    <message>
+        <source>检查DBFiles文件夹的权限，恢复后自动使用</source>
+        <translation>Check the rights of the DBFiles folder; it is used again by itself</translation>
+    </message>
+    <message>
+        <source>系统设置</source>
+        <translation>Settings</translation>
+    </message>
+    <message>
+        <source>PLC监视</source>
+        <translation>PLC monitor</translation>
+    </message>
+    <message>
+        <source>相机管理</source>
+        <translation>Cameras</translation>
+    </message>
+    <message>
+        <source>方案设计</source>
+        <translation>Designer</translation>
+    </message>
+    <message>
+        <source>图像标定</source>
+        <translation>Calibration</translation>
+    </message>
+    <message>
+        <source>设备管理</source>
+        <translation>Devices</translation>
+    </message>
+    <message>
         <source>系统时间突变为%1，已暂停按天数清理图像；核对时间后按“已知悉”继续</source>
         <translation>The clock jumped to %1: images are not deleted by age; check the time, then acknowledge</translation>
     </message>
@@ -739,6 +844,18 @@ Close anyway?</translation>
     <message>
         <source>文件%1被删除，请恢复</source>
         <translation>The file %1 was deleted: restore it</translation>
+    </message>
+    <message>
+        <source>核对系统时间，然后按“已知悉”</source>
+        <translation>Check the system's time, then press “Acknowledge”</translation>
+    </message>
+    <message>
+        <source>请在系统设置中启用，除非工厂有意关闭</source>
+        <translation>Switch it on in the settings, unless the plant wants it off</translation>
+    </message>
+    <message>
+        <source>请由本机的管理人员从备份恢复</source>
+        <translation>The keeper of this machine restores it from a backup</translation>
     </message>
 </context>
 <context>
@@ -766,6 +883,10 @@ Close anyway?</translation>
         <source>结果属于方案%1</source>
         <translation>The result belongs to solution %1</translation>
     </message>
+    <message>
+        <source>标定不可用：%1</source>
+        <translation>The calibration cannot be used: %1</translation>
+    </message>
 </context>
 <context>
     <name>TriggersInHand</name>
@@ -784,6 +905,43 @@ Close anyway?</translation>
     <message>
         <source>相机%1的图像无效</source>
         <translation>The image of camera %1 is none</translation>
+    </message>
+</context>
+<context>
+    <name>SqliteStore</name>
+    <message>
+        <source>数据库%1已能使用，此前%2次打开失败</source>
+        <translation>Database %1 can be used again, after %2 failed attempts to open it</translation>
+    </message>
+</context>
+<context>
+    <name>AlarmHistory</name>
+    <message>
+        <source>报警记录</source>
+        <translation>Alarms</translation>
+    </message>
+    <message>
+        <source>开始</source>
+        <translation>Begin</translation>
+    </message>
+    <message>
+        <source>结束</source>
+        <translation>End</translation>
+    </message>
+    <message>
+        <source>报警</source>
+        <translation>Alarm</translation>
+    </message>
+    <message>
+        <source>处理方法</source>
+        <translation>What helps</translation>
+    </message>
+</context>
+<context>
+    <name>Station</name>
+    <message>
+        <source>工位“%1”：上一次触发没有图像</source>
+        <translation>Station “%1”: no image came of the last trigger</translation>
     </message>
 </context>
 <context>

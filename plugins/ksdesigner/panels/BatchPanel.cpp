@@ -216,8 +216,10 @@ void BatchPanel::start()
     m_table->clear(tr("当前"), against() == Against::Draft
                                    ? tr("编辑")
                                    : m_ui->againstBox->currentData(modelRole).toString().left(titleLength));
-    for (int column = 0; column < BatchTable::ColumnCount; ++column)
-        m_ui->table->setColumnHidden(column, !compare && BatchTable::isOfComparison(column));
+    for (int column = 0; column < BatchTable::ColumnCount; ++column) {
+        if (BatchTable::isOfComparison(column))
+            m_ui->table->setColumnHidden(column, !compare);
+    }
     m_ui->progress->setRange(0, 0);
     m_ui->progress->setValue(0);
     m_ui->summary->clear();

@@ -4,8 +4,9 @@
 #include "db/log/LogLine.h"
 
 #include <QDateTime>
-#include <QDebug>
 #include <QFileInfo>
+
+#include <chrono>
 
 namespace SystemLog {
 namespace {
@@ -18,7 +19,24 @@ const QString createTable =
 /// A day is found without reading the lines of all the years.
 const QString createIndex = QStringLiteral("CREATE INDEX IF NOT EXISTS idx_SystemInfo ON SystemInfo (datetime)");
 
-constexpr std::chrono::seconds betweenOpenings(1);
+/// While the file takes no line.
+constexpr int retryMs = 100;
+
+SqliteFile::OpenRules openRules()
+{
+    SqliteFile::OpenRules rules;
+    rules.durability = SqliteFile::Durability::SoonAfter;
+    rules.busyMs = 1000; // only the writer's thread waits
+    rules.ownTables = {{QStringLiteral("SystemInfo"),
+                        {QStringLiteral("datetime"), QStringLiteral("type"), QStringLiteral("message")}}};
+    rules.createTables = [](SqlConnection& connection) {
+        connection.exec(createTable);
+        if (!connection.failed())
+            connection.exec(createIndex);
+        return !connection.failed();
+    };
+    return rules;
+}
 
 /// A loss is logged when it is over, or after so many passes.
 constexpr int longestLoss = 1000;
@@ -26,45 +44,26 @@ constexpr int longestLoss = 1000;
 } // namespace
 
 QDBSqlite::QDBSqlite(const QString& path, const QString& user, const QString& password)
-    : m_connection(QStringLiteral("QSQLITE"))
+    : m_store(path, openRules())
 {
-    m_connection.database().setDatabaseName(path);
     if (!user.isEmpty()) {
-        m_connection.database().setUserName(user);
-        m_connection.database().setPassword(password);
+        m_store.connection().database().setUserName(user);
+        m_store.connection().database().setPassword(password);
     }
-}
-
-bool QDBSqlite::open()
-{
-    if (m_connection.isOpen())
-        return true;
-    SqliteFile::OpenRules rules;
-    rules.durability = SqliteFile::Durability::SoonAfter;
-    rules.busyMs = 1000; // only the writer's thread waits
-    rules.ownTables = {{QStringLiteral("SystemInfo"),
-                        {QStringLiteral("datetime"), QStringLiteral("type"), QStringLiteral("message")}}};
-    m_openReport = SqliteFile::openForWriting(m_connection, rules);
-    return m_openReport.open;
 }
 
 bool QDBSqlite::openForReading()
 {
-    return m_connection.isOpen() || SqliteFile::openForReading(m_connection, nullptr);
-}
-
-void QDBSqlite::close()
-{
-    m_connection.database().close();
+    return m_store.isOpen() || SqliteFile::openForReading(m_store.connection(), nullptr);
 }
 
 ksLogDB::ksLogDB(const QString& path)
     : m_path(QFileInfo(path).absoluteFilePath()) // the working directory may change later
 {
-    openTable();
-    // The thread that writes opens its own.
-    m_database.reset();
-    m_lastOpen = {};
+    QDBSqlite database(m_path); // the thread that writes opens its own
+    database.open();
+    m_movedAside = database.store().keptAside();
+    m_faultAtStart = database.store().fault();
 }
 
 ksLogDB::~ksLogDB()
@@ -117,43 +116,21 @@ void ksLogDB::stop()
     wait();
 }
 
-bool ksLogDB::openTable()
-{
-    m_lastOpen = std::chrono::steady_clock::now();
-    m_database = std::make_unique<QDBSqlite>(m_path);
-    const bool open = m_database->open();
-    const QString& text = m_database->openReport().text;
-    if (!text.isEmpty() && text != m_reported)
-        qWarning().noquote() << text;
-    m_reported = text;
-    if (!m_database->openReport().keptAside.isEmpty()) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_movedAside << m_database->openReport().keptAside;
-    }
-    if (!open)
-        return false;
-    m_database->connection().exec(createTable);
-    if (!m_database->connection().failed())
-        m_database->connection().exec(createIndex);
-    return true;
-}
-
-/// Ready to write, if need be after opening the file anew: on demand, when it was damaged, and when it is gone.
-bool ksLogDB::openAgain()
-{
-    if (m_database && !SqliteFile::needsReopening(m_database->connection()))
-        return true;
-    const bool tooSoon = m_database && std::chrono::steady_clock::now() - m_lastOpen < betweenOpenings;
-    return !tooSoon && openTable();
-}
-
 bool ksLogDB::insert(int type, const QString& message)
 {
-    if (!openAgain())
-        return false;
-    SqlConnection& connection = m_database->connection();
-    connection.exec(QStringLiteral("INSERT INTO SystemInfo(type ,message) VALUES('%1', '%2')").arg(type).arg(message));
-    return !connection.failed();
+    if (!m_database) {
+        m_database = std::make_unique<QDBSqlite>(m_path);
+        m_database->store().goOnWith(m_faultAtStart);
+        m_database->open();
+    }
+    SqliteStore& store = m_database->store();
+    const int aside = store.keptAside().size();
+    store.exec(QStringLiteral("INSERT INTO SystemInfo(type ,message) VALUES('%1', '%2')").arg(type).arg(message));
+    if (store.keptAside().size() > aside) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_movedAside << store.keptAside().mid(aside);
+    }
+    return !store.failed();
 }
 
 /// Under the lock: whether this pass logs how many lines were lost.
@@ -184,18 +161,27 @@ bool ksLogDB::nextEntry(Entry* entry)
     return true;
 }
 
-bool ksLogDB::pauseUnlessStopped()
+void ksLogDB::putBack(Entry entry)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_bytes += static_cast<std::size_t>(entry.message.size());
+    m_queue.push_front(std::move(entry));
+}
+
+bool ksLogDB::pauseUnlessStopped(int ms)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    return !m_stopped.wait_for(lock, std::chrono::milliseconds(m_pauseMs), [this] { return m_stop; });
+    return !m_stopped.wait_for(lock, std::chrono::milliseconds(ms), [this] { return m_stop; });
 }
 
 void ksLogDB::run()
 {
     Entry entry;
     while (nextEntry(&entry)) {
-        insert(entry.type, QString::fromUtf8(entry.message));
-        if (!pauseUnlessStopped())
+        const bool taken = insert(entry.type, QString::fromUtf8(entry.message)) || !m_database->store().mayPass();
+        if (!taken)
+            putBack(std::move(entry));
+        if (!pauseUnlessStopped(taken ? m_pauseMs : qMax(m_pauseMs, retryMs)))
             break;
     }
     m_database.reset();
@@ -207,7 +193,7 @@ QList<QPair<QString, QString>> ksLogDB::query(const QString& fromDay, const QStr
     QDBSqlite database(m_path);
     if (!database.openForReading())
         return lines;
-    QSqlQuery query = database.connection().exec(SqlBuilder::filled(
+    QSqlQuery query = database.store().connection().exec(SqlBuilder::filled(
         QStringLiteral(
             "select datetime,message from SystemInfo where datetime >'%1' and datetime < '%2' and type = '%3'"),
         {fromDay + QStringLiteral(" 00:00:00"), toDay + QStringLiteral(" 23:59:59"), QString::number(type)}));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/SqliteFile.h"
+#include "db/SqliteStore.h"
 
 #include <QByteArray>
 #include <QList>
@@ -8,7 +8,6 @@
 #include <QStringList>
 #include <QThread>
 
-#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <memory>
@@ -23,17 +22,15 @@ public:
     explicit QDBSqlite(const QString& path = QStringLiteral("dbLog.db"), const QString& user = QString(),
                        const QString& password = QString());
 
-    /// Opens for writing when it is not open. A damaged file is kept aside and a fresh one begun.
-    bool open();
+    /// Opens for writing, with the table, when it is not open; see SqliteStore.
+    bool open() { return m_store.open(); }
     bool openForReading();
-    void close();
+    void close() { m_store.close(); }
 
-    SqlConnection& connection() { return m_connection; }
-    const SqliteFile::OpenReport& openReport() const { return m_openReport; }
+    SqliteStore& store() { return m_store; }
 
 private:
-    SqlConnection m_connection;
-    SqliteFile::OpenReport m_openReport;
+    SqliteStore m_store;
 };
 
 /// Writes log lines into table SystemInfo from a queue, on a thread of its own: at most one row a pass, with a pause
@@ -52,7 +49,8 @@ public:
     /// Opens the file and makes the table; start() begins to write.
     explicit ksLogDB(const QString& path = QStringLiteral("dbLog.db"));
 
-    /// Stops after the pass in hand; lines that still wait are lost.
+    /// Stops after the pass in hand; lines that still wait are lost. A line that the file does not take for the moment
+    /// waits.
     ~ksLogDB() override;
 
     /// Before start(): milliseconds between passes, at least 1; 10 by default.
@@ -89,18 +87,17 @@ private:
         int type = 0;
     };
 
-    bool openTable();
-    bool openAgain();
     bool nextEntry(Entry* entry);
+    /// To the front of the queue, when the file may take it later.
+    void putBack(Entry entry);
     bool lossIsDue();
-    bool pauseUnlessStopped();
+    bool pauseUnlessStopped(int ms);
 
     const QString m_path;
     int m_pauseMs = 10;
     Limits m_limits;
-    std::unique_ptr<QDBSqlite> m_database; ///< of the thread that writes, as are the next two
-    QString m_reported;                    ///< the last trouble with the file
-    std::chrono::steady_clock::time_point m_lastOpen;
+    std::unique_ptr<QDBSqlite> m_database; ///< of the thread that writes
+    FaultNotice m_faultAtStart;
 
     mutable std::mutex m_mutex; ///< guards what follows
     std::condition_variable m_lineCame;

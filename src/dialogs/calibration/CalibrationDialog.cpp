@@ -7,9 +7,16 @@
 #include "ui_CalibrationDialog.h"
 #include "viewer/ksImgViewer.h"
 
-#include <QTimerEvent>
+#include <QShowEvent>
 
 #include <utility>
+
+namespace {
+
+constexpr int messageMs = 1000;
+constexpr int failureMs = 3000;
+
+} // namespace
 
 CalibrationDialog::CalibrationDialog(QWidget* parent)
     : QDialog(parent)
@@ -48,6 +55,12 @@ void CalibrationDialog::setOneStation(bool one)
     m_panels[0]->setWide(one);
 }
 
+void CalibrationDialog::setUser(const std::function<QString()>& user)
+{
+    for (CalibrationPanel* panel : m_panels)
+        panel->setUser(user);
+}
+
 int CalibrationDialog::stationOfSender() const
 {
     return sender() == m_panels[1]->viewer() || sender()->objectName().endsWith(QLatin1String("_2")) ? 2 : 1;
@@ -80,11 +93,14 @@ void CalibrationDialog::onButtonClicked()
     panelOfSender()->press(name);
 }
 
-// A message that follows another within the second goes with the first one's timer.
-void CalibrationDialog::startMessageTimer()
+// A message that follows another within the second goes with the first one's timer; a failure stays to be read.
+void CalibrationDialog::startMessageTimer(bool failure)
 {
-    if (m_messageTimer == 0)
-        m_messageTimer = startTimer(1000, Qt::CoarseTimer);
+    if (m_messageTimer != 0 && !failure)
+        return;
+    if (m_messageTimer != 0)
+        killTimer(m_messageTimer);
+    m_messageTimer = startTimer(failure ? failureMs : messageMs, Qt::CoarseTimer);
 }
 
 void CalibrationDialog::timerEvent(QTimerEvent* event)
@@ -99,8 +115,10 @@ void CalibrationDialog::timerEvent(QTimerEvent* event)
 
 void CalibrationDialog::showEvent(QShowEvent* event)
 {
-    for (CalibrationPanel* panel : m_panels)
-        panel->refreshReference();
+    for (CalibrationPanel* panel : m_panels) {
+        if (!event->spontaneous())
+            panel->begin();
+    }
     QDialog::showEvent(event);
 }
 

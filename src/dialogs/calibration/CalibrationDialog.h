@@ -5,6 +5,7 @@
 #include <QDialog>
 
 #include <array>
+#include <functional>
 #include <memory>
 
 class CalibrationPanel;
@@ -14,8 +15,8 @@ namespace Ui {
 class CalibrationDialog;
 }
 
-/// A calibration dialog with a panel for each station; what the two kinds of calibration share. Buttons are told apart
-/// by their object names, stations by the sender. GUI thread.
+/// A calibration dialog with a panel for each station; what the two kinds of calibration share. Each showing begins
+/// with what is stored. Buttons are known by their object names, stations by the sender. GUI thread.
 class CalibrationDialog : public QDialog
 {
     Q_OBJECT
@@ -25,6 +26,9 @@ public:
 
     /// The form for a cell with one station hides the second panel.
     void setOneStation(bool one);
+
+    /// Returns who is logged in, for the calibrations that are kept.
+    void setUser(const std::function<QString()>& user);
 
 signals:
     /// A station's calibration holds other values; names are keys of the configuration.
@@ -49,7 +53,7 @@ protected:
 private:
     int stationOfSender() const;
     CalibrationPanel* panelOfSender() const { return m_panels[stationOfSender() - 1]; }
-    void startMessageTimer();
+    void startMessageTimer(bool failure);
 
     std::unique_ptr<Ui::CalibrationDialog> m_ui;
     std::array<CalibrationPanel*, 2> m_panels{};

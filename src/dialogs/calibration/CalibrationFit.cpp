@@ -8,6 +8,10 @@
 #include <cmath>
 #include <limits>
 
+namespace {
+constexpr double largestResidual = 0.02;
+}
+
 namespace FieldNumber {
 
 double value(const QString& text, bool* isNumber)
@@ -23,6 +27,11 @@ double value(const QString& text, bool* isNumber)
 QString text(double value)
 {
     return QString::number(value, 'g', 6);
+}
+
+double kept(const QString& text, double stored)
+{
+    return text == FieldNumber::text(stored) ? stored : value(text);
 }
 
 int truncated(double coordinate)
@@ -60,6 +69,31 @@ AffineMap solveAffine(const std::array<QPoint, 4>& pixels, const std::array<QPoi
     AffineMap map;
     std::copy_n(solved.ptr<double>(), map.size(), map.begin());
     return map;
+}
+
+double relativeResidual(const FourPointCalibration& calibration)
+{
+    const std::array<QPointF, 4>& real = calibration.realPoints;
+    double longest = 0;
+    for (const QPointF& a : real) {
+        for (const QPointF& b : real)
+            longest = std::max(longest, QLineF(a, b).length());
+    }
+    const QPointF mapped = Calibration::fourPoint(calibration.map).toMachine(calibration.pixelPoints[3]);
+    const double miss = QLineF(mapped, real[3]).length();
+    return miss > 0 ? miss / longest : 0;
+}
+
+QString fourPointDoubt(const StationConfig& config)
+{
+    const QString problem = config.fourPointCalibration().problem();
+    if (!problem.isEmpty() || !(relativeResidual(config.fourPoint) > largestResidual))
+        return problem;
+    const FourPointCalibration& own = config.fourPoint;
+    const QPointF residual = Calibration::fourPoint(own.map).toMachine(own.pixelPoints[3]) - own.realPoints[3];
+    return QCoreApplication::translate("CalibrationFit", "P4 残差过大：X %1 mm，Y %2 mm")
+        .arg(residual.x(), 0, 'f', 3)
+        .arg(residual.y(), 0, 'f', 3);
 }
 
 bool nearlyCollinear(const QPointF& a, const QPointF& b, const QPointF& c)

@@ -11,8 +11,13 @@
 
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMenu>
+
+#include <utility>
 
 namespace {
+
+constexpr int listedEarlier = 20;
 
 const QString doneStyle = QStringLiteral("background-color: rgb(255, 168, 55);");
 const QString refusedStyle = QStringLiteral("background-color: rgb(200, 68, 55);");
@@ -29,12 +34,15 @@ void keepLines(QLabel* label, int lines)
 
 } // namespace
 
-CalibrationPanel::CalibrationPanel(int station, int factLines, QWidget* parent)
+CalibrationPanel::CalibrationPanel(int station, int factLines, CalibrationHistory::Kind kind, QWidget* parent)
     : QGroupBox(parent)
     , m_station(station)
     , m_ui(std::make_unique<Ui::CalibrationPanel>())
+    , m_history(station, kind)
 {
     m_ui->setupUi(this);
+    m_ui->earlierButton->setMenu(new QMenu(this));
+    connect(m_ui->earlierButton->menu(), &QMenu::aboutToShow, this, &CalibrationPanel::listEarlier);
     // What they say comes and goes while a marker is dragged; the picture must not jump.
     keepLines(m_ui->label_facts, factLines);
     keepLines(m_ui->label_warning, 2);
@@ -97,22 +105,30 @@ void CalibrationPanel::initialise()
     retranslateOwn();
     fillFields(config());
     recompute();
-    m_ui->m_viewer->removeAllRois();
-    readReference();
+    showImage({});
     m_ui->m_viewer->setOverlays(machineOverlays(calibration(config())));
 }
 
-void CalibrationPanel::readReference()
+void CalibrationPanel::begin()
 {
     const QString path = ReferenceImage::path(m_station);
-    m_shownSince = QFileInfo(path).lastModified();
-    showImage(ReferenceImage::read(path));
+    const QDateTime written = QFileInfo(path).lastModified();
+    if (!m_replacing && written != m_shownSince) {
+        m_shownSince = written;
+        showImage(ReferenceImage::read(path));
+    }
+    showConfig();
 }
 
-void CalibrationPanel::refreshReference()
+void CalibrationPanel::showConfig()
 {
-    if (!m_replacing && QFileInfo(ReferenceImage::path(m_station)).lastModified() != m_shownSince)
-        readReference();
+    const bool locked = m_locked;
+    fillFields(config());
+    recompute();
+    placeMarkers();
+    setLocked(locked);
+    m_ui->m_viewer->setOverlays(machineOverlays(calibration(config())));
+    refreshHints();
 }
 
 void CalibrationPanel::showImage(const QImage& image)
@@ -213,21 +229,77 @@ void CalibrationPanel::onReplaced(const ReferenceImage::Replaced& replaced)
         showMessage(tr("标定图像未保存：%1").arg(replaced.error), refusedStyle);
 }
 
+/// A field that is empty counts as 0; letters are a slip, whose 0 nobody meant.
 void CalibrationPanel::apply()
+{
+    const QVector<QLineEdit*> fields = numberFields();
+    for (const QLineEdit* field : fields) {
+        bool isNumber = false;
+        FieldNumber::value(field->text(), &isNumber);
+        if (!isNumber && field->isModified() && !field->text().trimmed().isEmpty())
+            return showMessage(tr("“%1”不是数字，没有应用").arg(field->text()), refusedStyle);
+    }
+    StationConfig wanted = config();
+    store(wanted);
+    propose(wanted, {}, tr("仍然应用"));
+}
+
+void CalibrationPanel::propose(const StationConfig& wanted, const QString& question, const QString& answer)
+{
+    QStringList sentences = doubts(config(), wanted);
+    if (!question.isEmpty())
+        sentences.prepend(question);
+    if (sentences.isEmpty())
+        return putIntoForce(wanted);
+    const auto act = [this, wanted, restores = !question.isEmpty()] {
+        putIntoForce(wanted);
+        if (restores)
+            showConfig();
+    };
+    m_ui->question->ask(sentences.join(QLatin1Char('\n')), {answer, act});
+}
+
+void CalibrationPanel::putIntoForce(const StationConfig& wanted)
 {
     ksGlobalConfig& global = *ksGlobalConfig::instance();
     const QByteArray before = global.text();
-    store(config());
+    // Only its own values: the station may have got another model while the question was open.
+    const StationConfig next = m_history.restored(config(), m_history.valuesOf(wanted));
+    const StationConfig former = std::exchange(config(), next);
+    showStored(next);
     QString error;
-    if (global.save(&error))
-        showMessage(tr("参数已生效"), doneStyle);
-    else
+    if (!global.save(&error))
         showMessage(tr("参数已生效，但未能保存：%1").arg(error), refusedStyle);
+    else if (!m_history.add(former, next, m_user ? m_user() : QString(), &error))
+        showMessage(tr("参数已生效，但未留下记录：%1").arg(error), refusedStyle);
+    else
+        showMessage(tr("参数已生效"), doneStyle);
+    const QVector<QLineEdit*> fields = numberFields();
+    for (QLineEdit* field : fields)
+        field->setModified(false);
     m_ui->m_viewer->setOverlays(machineOverlays(calibration(config())));
     refreshHints();
     const AuditChanges changes = jsonChanges(before, global.text());
     if (!changes.isEmpty())
         emit calibrationApplied(changes);
+}
+
+void CalibrationPanel::listEarlier()
+{
+    QMenu* const menu = m_ui->earlierButton->menu();
+    menu->clear();
+    const QVector<AppliedCalibration> earlier = m_history.read().mid(0, listedEarlier);
+    for (const AppliedCalibration& applied : earlier) {
+        const StationConfig wanted = m_history.restored(config(), applied.values);
+        const QString text = QStringLiteral("%1  %2  %3 mm/px")
+                                 .arg(applied.time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")), applied.user,
+                                      FieldNumber::text(calibration(wanted).mmPerPixel()));
+        connect(menu->addAction(text), &QAction::triggered, this, [this, text, values = applied.values] {
+            propose(m_history.restored(config(), values), tr("恢复标定 %1？").arg(text), tr("恢复"));
+        });
+    }
+    if (earlier.isEmpty())
+        menu->addAction(tr("没有以前的标定"))->setEnabled(false);
 }
 
 void CalibrationPanel::showMessage(const QString& text, const QString& style)
@@ -236,7 +308,7 @@ void CalibrationPanel::showMessage(const QString& text, const QString& style)
     label->setText(label->fontMetrics().elidedText(text, Qt::ElideMiddle, label->width() - 2 * label->margin()));
     label->setToolTip(text);
     label->setStyleSheet(style);
-    emit messageShown();
+    emit messageShown(style == refusedStyle);
 }
 
 void CalibrationPanel::clearMessage()
@@ -258,21 +330,25 @@ QString CalibrationPanel::outsideWarning()
     return outside.isEmpty() ? QString() : tr("%1 在图像之外").arg(outside.join(QStringLiteral(", ")));
 }
 
-QStringList CalibrationPanel::numberWarnings(const QVector<QLineEdit*>& fields)
+QStringList CalibrationPanel::numberWarnings() const
 {
     QStringList warnings;
+    const QVector<QLineEdit*> fields = numberFields();
     for (QLineEdit* field : fields) {
         bool isNumber = false;
         FieldNumber::value(field->text(), &isNumber);
         setTone(field, isNumber ? Tone::Plain : Tone::Warning);
         if (!isNumber)
-            warnings << tr("“%1”不是数字，按 0 计算").arg(field->text());
+            warnings << (field->text().trimmed().isEmpty() ? tr("“%1”不是数字，按 0 计算")
+                                                           : tr("“%1”不是数字，不能应用"))
+                            .arg(field->text());
     }
     return warnings;
 }
 
 void CalibrationPanel::refreshHints()
 {
+    m_ui->question->dismiss(); // its answer was about other values
     const Hints shown = hints();
     m_ui->label_facts->setText(shown.facts.join(QLatin1Char('\n')));
     m_ui->label_warning->setText(shown.warnings.isEmpty() ? QString()

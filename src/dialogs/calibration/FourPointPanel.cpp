@@ -7,6 +7,7 @@
 
 #include <QLineF>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -24,7 +25,7 @@ QString fixed3(double value)
 } // namespace
 
 FourPointPanel::FourPointPanel(int station, QWidget* parent)
-    : CalibrationPanel(station, 4, parent)
+    : CalibrationPanel(station, 5, CalibrationHistory::Kind::FourPoint, parent)
     , m_form(std::make_unique<Ui::FourPointForm>())
 {
     auto* form = new QWidget(this);
@@ -50,9 +51,10 @@ FourPointPanel::Fields FourPointPanel::realFields() const
 std::array<QPointF, 4> FourPointPanel::realPoints() const
 {
     const Fields fields = realFields();
-    std::array<QPointF, 4> points;
+    std::array<QPointF, 4> points = config().fourPoint.realPoints;
     for (int i = 0; i < 4; ++i)
-        points[i] = {FieldNumber::value(fields[2 * i]->text()), FieldNumber::value(fields[2 * i + 1]->text())};
+        points[i] = {FieldNumber::kept(fields[2 * i]->text(), points[i].x()),
+                     FieldNumber::kept(fields[2 * i + 1]->text(), points[i].y())};
     return points;
 }
 
@@ -105,17 +107,48 @@ void FourPointPanel::showTestPoint()
     m_form->label_testRealPoint->setText(shown(Calibration::fourPoint(inForce).toMachine(m_testPoint)));
 }
 
+QVector<QLineEdit*> FourPointPanel::numberFields() const
+{
+    const Fields fields = realFields();
+    QVector<QLineEdit*> numbers(fields.cbegin(), fields.cend());
+    return numbers << m_form->m_lineEdit_Xoffset << m_form->m_lineEdit_Yoffset;
+}
+
+bool FourPointPanel::isMapChanged(const StationConfig& stored) const
+{
+    const Fields fields = realFields();
+    return m_points != stored.fourPoint.pixelPoints || !stored.fourPointCalibration().problem().isEmpty() ||
+           std::any_of(fields.cbegin(), fields.cend(), [](const QLineEdit* field) { return field->isModified(); });
+}
+
 void FourPointPanel::store(StationConfig& config)
 {
     FourPointCalibration& stored = config.fourPoint;
-    stored.realPoints = realPoints();
-    stored.testPoint = m_testPoint;
-    stored.map = solveAffine(m_points, stored.realPoints);
-    showTestPoint();
-    stored.swapXY = m_form->checkBox_XY_1->isChecked();
-    stored.xOffset = FieldNumber::value(m_form->m_lineEdit_Xoffset->text());
-    stored.yOffset = FieldNumber::value(m_form->m_lineEdit_Yoffset->text());
+    const std::array<QPointF, 4> real = realPoints();
+    if (isMapChanged(config))
+        stored.map = solveAffine(m_points, real);
+    stored.realPoints = real;
     stored.pixelPoints = m_points;
+    stored.testPoint = m_testPoint;
+    stored.swapXY = m_form->checkBox_XY_1->isChecked();
+    stored.xOffset = FieldNumber::kept(m_form->m_lineEdit_Xoffset->text(), stored.xOffset);
+    stored.yOffset = FieldNumber::kept(m_form->m_lineEdit_Yoffset->text(), stored.yOffset);
+    config.spoiledFourPoint = {};
+}
+
+void FourPointPanel::showStored(const StationConfig&)
+{
+    showTestPoint();
+}
+
+/// A residual that was there before was answered for already.
+QStringList FourPointPanel::doubts(const StationConfig& stored, const StationConfig& wanted) const
+{
+    const QString doubt = fourPointDoubt(wanted);
+    const bool same = wanted.fourPoint.pixelPoints == stored.fourPoint.pixelPoints &&
+                      wanted.fourPoint.realPoints == stored.fourPoint.realPoints &&
+                      wanted.fourPointCalibration().problem().isEmpty();
+    return doubt.isEmpty() || same ? QStringList() : QStringList(doubt);
 }
 
 CalibrationPanel::Hints FourPointPanel::hints()
@@ -158,9 +191,7 @@ void FourPointPanel::pointWarnings(const std::array<QPointF, 4>& real, QStringLi
     const QString outside = outsideWarning();
     if (!outside.isEmpty())
         warnings << outside;
-    const Fields fields = realFields();
-    QVector<QLineEdit*> numbers(fields.cbegin(), fields.cend());
-    warnings << numberWarnings(numbers << m_form->m_lineEdit_Xoffset << m_form->m_lineEdit_Yoffset);
+    warnings << numberWarnings();
 }
 
 Calibration FourPointPanel::calibration(const StationConfig& config) const

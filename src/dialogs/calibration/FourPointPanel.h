@@ -21,7 +21,10 @@ protected:
     QVector<Marker> markers() override;
     void fillFields(const StationConfig& config) override;
     void showPoint(const QString& name) override;
+    QVector<QLineEdit*> numberFields() const override;
     void store(StationConfig& config) override;
+    void showStored(const StationConfig& config) override;
+    QStringList doubts(const StationConfig& stored, const StationConfig& wanted) const override;
     Hints hints() override;
     Calibration calibration(const StationConfig& config) const override;
     void draw(PointDrawing& drawing) override;
@@ -33,6 +36,8 @@ private:
     Fields pixelFields() const;
     Fields realFields() const;
     std::array<QPointF, 4> realPoints() const;
+    /// Whether a marker was dragged, or machine coordinates typed, since the map was made.
+    bool isMapChanged(const StationConfig& stored) const;
     /// The map that the fields make, without offsets and swap.
     Calibration mapFromFields() const;
     /// Maps the test point with the map in force.

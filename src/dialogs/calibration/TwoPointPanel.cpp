@@ -4,8 +4,24 @@
 #include "dialogs/calibration/CalibrationFit.h"
 #include "ui_TwoPointForm.h"
 
+#include <cmath>
+
+namespace {
+
+/// A scale that moves further is more than a better measurement of the same camera.
+constexpr double largestMove = 0.02;
+
+/// With nothing stored.
+bool isAsDelivered(const StationConfig& config)
+{
+    const TwoPointCalibration& stored = config.twoPoint;
+    return stored.scale == 1.0 && stored.xOffset == 0.0 && stored.yOffset == 0.0 && config.spoiledTwoPoint.isEmpty();
+}
+
+} // namespace
+
 TwoPointPanel::TwoPointPanel(int station, QWidget* parent)
-    : CalibrationPanel(station, 1, parent)
+    : CalibrationPanel(station, 1, CalibrationHistory::Kind::TwoPoint, parent)
     , m_form(std::make_unique<Ui::TwoPointForm>())
 {
     auto* form = new QWidget(this);
@@ -50,36 +66,80 @@ void TwoPointPanel::recompute()
 // From the texts: the six digits of the shown pixel distance are what the operator sees and what counts.
 double TwoPointPanel::scaleFromFields() const
 {
-    return scaleOf(FieldNumber::value(m_form->m_lineEdit_Pixels->text()),
-                   FieldNumber::value(m_form->m_lineEdit_Length->text()));
+    return scaleOf(FieldNumber::value(m_form->m_lineEdit_Pixels->text()), lengthFromField());
+}
+
+double TwoPointPanel::lengthFromField() const
+{
+    return FieldNumber::kept(m_form->m_lineEdit_Length->text(), config().twoPoint.length);
+}
+
+QVector<QLineEdit*> TwoPointPanel::numberFields() const
+{
+    return {m_form->m_lineEdit_Length, m_form->m_lineEdit_Xoffset, m_form->m_lineEdit_Yoffset};
+}
+
+/// A scale that came another way, such as by hand into the file, stays until points or length are changed here; one
+/// that was never made follows from points and length that were.
+bool TwoPointPanel::isScaleChanged(const StationConfig& stored) const
+{
+    const TwoPointCalibration& own = stored.twoPoint;
+    const TwoPointCalibration delivered;
+    const bool made =
+        own.point1 != delivered.point1 || own.point2 != delivered.point2 || own.length != delivered.length;
+    return m_form->m_lineEdit_Length->isModified() || m_point1 != own.point1 || m_point2 != own.point2 ||
+           !stored.twoPointCalibration().problem().isEmpty() || (isAsDelivered(stored) && made);
+}
+
+double TwoPointPanel::scaleToApply(const StationConfig& stored) const
+{
+    return isScaleChanged(stored) ? scaleFromFields() : stored.twoPoint.scale;
 }
 
 void TwoPointPanel::store(StationConfig& config)
 {
-    const double scale = scaleFromFields();
-    m_form->m_lineEdit_Scale->setText(FieldNumber::text(scale));
-    config.swapXY = m_form->checkBox_XY_1->isChecked();
     TwoPointCalibration& stored = config.twoPoint;
-    stored.xOffset = FieldNumber::value(m_form->m_lineEdit_Xoffset->text());
-    stored.yOffset = FieldNumber::value(m_form->m_lineEdit_Yoffset->text());
+    stored.scale = scaleToApply(config);
+    stored.length = lengthFromField();
     stored.point1 = m_point1;
     stored.point2 = m_point2;
-    stored.length = FieldNumber::value(m_form->m_lineEdit_Length->text());
-    stored.scale = scale;
+    stored.xOffset = FieldNumber::kept(m_form->m_lineEdit_Xoffset->text(), stored.xOffset);
+    stored.yOffset = FieldNumber::kept(m_form->m_lineEdit_Yoffset->text(), stored.yOffset);
+    config.swapXY = m_form->checkBox_XY_1->isChecked();
+    config.spoiledTwoPoint = {};
+}
+
+void TwoPointPanel::showStored(const StationConfig& config)
+{
+    m_form->m_lineEdit_Scale->setText(FieldNumber::text(config.twoPoint.scale));
+}
+
+QStringList TwoPointPanel::doubts(const StationConfig& stored, const StationConfig& wanted) const
+{
+    const QString problem = wanted.twoPointCalibration().problem();
+    if (!problem.isEmpty())
+        return {problem};
+    const double from = stored.twoPoint.scale;
+    const double to = wanted.twoPoint.scale;
+    const QString before = stored.twoPointCalibration().problem();
+    if (!before.isEmpty())
+        return {tr("原标定不可用（%1），比例将为 %2 mm/px").arg(before, FieldNumber::text(to))};
+    if (isAsDelivered(stored) || !(std::abs(to - from) > largestMove * from))
+        return {};
+    return {tr("比例将由 %1 变为 %2 mm/px").arg(FieldNumber::text(from), FieldNumber::text(to))};
 }
 
 CalibrationPanel::Hints TwoPointPanel::hints()
 {
     Hints hints;
-    const double scale = scaleFromFields();
+    const double scale = scaleToApply(config());
     hints.facts << tr("比例：1 px = %1 mm，1 mm = %2 px").arg(FieldNumber::text(scale), FieldNumber::text(1.0 / scale));
     if (m_point1 == m_point2)
         hints.warnings << tr("P1 与 P2 重合");
     const QString outside = outsideWarning();
     if (!outside.isEmpty())
         hints.warnings << outside;
-    hints.warnings << numberWarnings(
-        {m_form->m_lineEdit_Length, m_form->m_lineEdit_Xoffset, m_form->m_lineEdit_Yoffset});
+    hints.warnings << numberWarnings();
     if (!(FieldNumber::value(m_form->m_lineEdit_Length->text()) > 0))
         hints.warnings << tr("两点实际距离应大于 0");
     return hints;
@@ -87,9 +147,7 @@ CalibrationPanel::Hints TwoPointPanel::hints()
 
 Calibration TwoPointPanel::calibration(const StationConfig& config) const
 {
-    const TwoPointCalibration& stored = config.twoPoint;
-    const bool asDelivered = stored.scale == 1.0 && stored.xOffset == 0.0 && stored.yOffset == 0.0;
-    return asDelivered ? Calibration() : config.twoPointCalibration();
+    return isAsDelivered(config) ? Calibration() : config.twoPointCalibration();
 }
 
 void TwoPointPanel::draw(PointDrawing& drawing)

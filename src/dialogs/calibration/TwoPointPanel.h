@@ -21,7 +21,10 @@ protected:
     void fillFields(const StationConfig& config) override;
     void showPoint(const QString& name) override;
     void recompute() override;
+    QVector<QLineEdit*> numberFields() const override;
     void store(StationConfig& config) override;
+    void showStored(const StationConfig& config) override;
+    QStringList doubts(const StationConfig& stored, const StationConfig& wanted) const override;
     Hints hints() override;
     Calibration calibration(const StationConfig& config) const override;
     void draw(PointDrawing& drawing) override;
@@ -30,6 +33,9 @@ protected:
 private:
     /// Millimetres per pixel, as the fields stand.
     double scaleFromFields() const;
+    double lengthFromField() const;
+    bool isScaleChanged(const StationConfig& stored) const;
+    double scaleToApply(const StationConfig& stored) const;
 
     std::unique_ptr<Ui::TwoPointForm> m_form;
     QPoint m_point1;

@@ -68,6 +68,7 @@ void QHelpUI::listHeadings()
         item->setData(Qt::UserRole, heading.position);
     }
     m_ui->contents->setMinimumWidth(qMin(widestContents, m_ui->contents->sizeHintForColumn(0) + contentsRoom));
+    m_ui->splitter->refresh(); // or the wider list lies over the page
     search(m_ui->searchEdit->text());
     markHeading();
 }

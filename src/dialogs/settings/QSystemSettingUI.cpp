@@ -6,10 +6,11 @@
 
 #include <QShowEvent>
 
-QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, QWidget* parent)
+QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access,
+                                   CellLimits& limits, QWidget* parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::QSystemSettingUI>())
-    , m_store(system, global, access)
+    , m_store(system, global, access, limits)
 {
     m_ui->setupUi(this);
     DialogForm::prepare(this);
@@ -162,12 +163,27 @@ void QSystemSettingUI::submit(After after)
     if (!foreign.isEmpty())
         askAboutFiles(foreign, after);
     else
-        store(after);
+        askAboutCalibration(after);
+}
+
+SettingsMap QSystemSettingUI::wanted() const
+{
+    SettingsMap wanted = m_store.current();
+    wanted.insert(edited());
+    return wanted;
+}
+
+void QSystemSettingUI::askAboutCalibration(After after)
+{
+    const QStringList doubts = m_store.calibrationDoubts(wanted(), m_oneStation);
+    if (edited().isEmpty() || doubts.isEmpty())
+        return store(after);
+    m_ui->question->ask(doubts.join(QLatin1Char('\n')), {tr("仍然切换标定方式"), [this, after] { store(after); }});
 }
 
 void QSystemSettingUI::askAboutFiles(const QStringList& foreign, After after)
 {
-    const QuestionStrip::Answer overwrite{tr("覆盖文件"), [this, after] { store(after); }};
+    const QuestionStrip::Answer overwrite{tr("覆盖文件"), [this, after] { askAboutCalibration(after); }};
     const QuestionStrip::Answer take{m_store.canReload() ? tr("采用文件中的值") : QString(), [this] { takeFiles(); }};
     m_ui->question->ask(foreign.join(QLatin1Char('\n')), overwrite, take);
 }
@@ -176,9 +192,7 @@ void QSystemSettingUI::store(After after)
 {
     const SettingsMap typed = edited();
     const SettingsMap before = m_store.current();
-    SettingsMap wanted = before;
-    for (auto it = typed.begin(); it != typed.end(); ++it)
-        wanted.insert(it.key(), it.value());
+    const SettingsMap wanted = this->wanted();
     QString error;
     if (!typed.isEmpty() && !m_store.store(wanted, &error)) {
         m_ui->message->say(Tone::Error, tr("未能保存，设置没有改变：%1").arg(error));

@@ -7,6 +7,7 @@
 #include <memory>
 
 class AccessPolicy;
+class CellLimits;
 class SettingsForm;
 
 namespace Ui {
@@ -21,7 +22,8 @@ class QSystemSettingUI : public QDialog
 
 public:
     /// All outlive the dialog.
-    QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, QWidget* parent = nullptr);
+    QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, CellLimits& limits,
+                     QWidget* parent = nullptr);
     ~QSystemSettingUI() override;
 
     /// What can be chosen now; may be set anew at any time. A chosen name that is gone stays, marked as missing.
@@ -64,6 +66,10 @@ private:
     void submit(After after);
     /// Lets the operator decide between the files and the form; nothing happens until then.
     void askAboutFiles(const QStringList& foreign, After after);
+    /// Asks before the other kind of calibration comes into force where a station is not calibrated for it.
+    void askAboutCalibration(After after);
+    /// What the settings become: what was edited, and else what the program uses.
+    SettingsMap wanted() const;
     void store(After after);
     /// Gives up what was edited, and takes over what the files hold.
     void takeFiles();

@@ -1,8 +1,10 @@
 #include "dialogs/settings/SettingsStore.h"
 
 #include "config/AccessPolicy.h"
+#include "config/CellLimits.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
+#include "dialogs/calibration/CalibrationFit.h"
 #include "platform/AppHome.h"
 
 #include <valvecell/HomeFiles.h>
@@ -11,6 +13,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 namespace {
 
@@ -91,12 +94,33 @@ QString changedSentence(const QString& path, const SettingsMap& used, const Sett
     return texts.isEmpty() ? QString() : sentence(path, texts.join(Tr::tr("，")));
 }
 
+/// What the file of one of the small configurations holds now.
+template <typename Config>
+QString foreignChange(Config& used)
+{
+    if (!QFile::exists(Config::path()))
+        return {};
+    Config stored;
+    stored.load();
+    return changedSentence(Config::path(), read(used), read(stored));
+}
+
+/// The file stays away as long as it would say nothing, and untouched as long as it is right.
+template <typename Config>
+bool saveIfOther(Config& used, QString* error)
+{
+    Config stored;
+    stored.load();
+    return read(stored) == read(used) || used.save(error);
+}
+
 } // namespace
 
-SettingsStore::SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access)
+SettingsStore::SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, CellLimits& limits)
     : m_system(system)
     , m_global(global)
     , m_access(access)
+    , m_limits(limits)
 {
 }
 
@@ -105,6 +129,7 @@ SettingsMap SettingsStore::current() const
     SettingsMap settings = read(m_system);
     settings.insert(read(m_global));
     settings.insert(read(m_access));
+    settings.insert(read(m_limits));
     return settings;
 }
 
@@ -115,12 +140,14 @@ QMap<QString, SettingRange> SettingsStore::ranges() const
     eachSetting(m_system, note);
     eachSetting(m_global, note);
     eachSetting(m_access, note);
+    eachSetting(m_limits, note);
     return ranges;
 }
 
 QStringList SettingsStore::foreignChanges() const
 {
-    QStringList sentences{foreignSystemChange(), foreignGlobalChange(), foreignAccessChange()};
+    QStringList sentences{foreignSystemChange(), foreignGlobalChange(), foreignChange(m_access),
+                          foreignChange(m_limits)};
     sentences.removeAll(QString());
     return sentences;
 }
@@ -152,13 +179,21 @@ QString SettingsStore::foreignGlobalChange() const
     return stored.text() == m_global.text() ? QString() : sentence(globalFile, Tr::tr("标定数据与程序中的不同"));
 }
 
-QString SettingsStore::foreignAccessChange() const
+QStringList SettingsStore::calibrationDoubts(const SettingsMap& settings, bool oneStation) const
 {
-    if (!QFile::exists(AccessPolicy::path()))
-        return {};
-    AccessPolicy stored;
-    stored.load();
-    return changedSentence(AccessPolicy::path(), read(m_access), read(stored));
+    const bool fourPoint = settings.value(CalibrationKeys::useFourPoint).toBool();
+    QStringList doubts;
+    if (fourPoint == m_global.use4pointstand && m_global.spoiledKind.isEmpty())
+        return doubts;
+    for (int number = 1; number <= (oneStation ? 1 : 2); ++number) {
+        if (settings.value(QStringLiteral("station_solution_%1").arg(number)).toString().isEmpty())
+            continue;
+        const StationConfig& station = m_global.station(number);
+        const QString doubt = fourPoint ? fourPointDoubt(station) : station.twoPointCalibration().problem();
+        if (!doubt.isEmpty())
+            doubts << Tr::tr("工位%1：%2").arg(QString::number(number), doubt);
+    }
+    return doubts;
 }
 
 void SettingsStore::assign(const SettingsMap& settings)
@@ -166,6 +201,7 @@ void SettingsStore::assign(const SettingsMap& settings)
     write(m_system, settings);
     write(m_global, settings);
     write(m_access, settings);
+    write(m_limits, settings);
 }
 
 bool SettingsStore::saveSystem(QString* error)
@@ -176,25 +212,20 @@ bool SettingsStore::saveSystem(QString* error)
     return false;
 }
 
-/// The file stays away as long as nothing is restricted, and untouched as long as it is right.
-bool SettingsStore::saveAccess(QString* error)
-{
-    AccessPolicy stored;
-    stored.load();
-    return stored.engineerOnly == m_access.engineerOnly || m_access.save(error);
-}
-
 bool SettingsStore::store(const SettingsMap& settings, QString* error)
 {
     const std::function<bool()> saves[] = {[&] { return saveSystem(error); }, [&] { return m_global.save(error); },
-                                           [&] { return saveAccess(error); }};
+                                           [&] { return saveIfOther(m_access, error); },
+                                           [&] { return saveIfOther(m_limits, error); }};
     const SettingsMap before = current();
+    const QJsonObject spoiled = std::exchange(m_global.spoiledKind, {}); // from now on the file says it
     assign(settings);
     const auto failed = std::find_if_not(std::begin(saves), std::end(saves), [](const auto& save) { return save(); });
     if (failed == std::end(saves))
         return true;
     const QString reason = *error;
     assign(before);
+    m_global.spoiledKind = spoiled;
     if (!std::all_of(std::begin(saves), failed, [](const auto& save) { return save(); })) // puts back what was written
         qWarning("%s; the files hold settings that are not in use", qUtf8Printable(*error));
     *error = reason;
@@ -212,6 +243,7 @@ void SettingsStore::reload()
     m_system.load();
     m_global.load();
     m_access.load();
+    m_limits.load();
     for (int station = 1; station <= 2; ++station)
         m_global.station(station).runModel = runModels[station - 1];
 }

@@ -8,6 +8,7 @@
 #include <QVariant>
 
 class AccessPolicy;
+class CellLimits;
 class ksGlobalConfig;
 class ksSysConfig;
 
@@ -20,7 +21,7 @@ class SettingsStore
 {
 public:
     /// All outlive the store.
-    SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access);
+    SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, CellLimits& limits);
 
     /// The settings as the program uses them now.
     SettingsMap current() const;
@@ -31,6 +32,10 @@ public:
     /// What the files hold that the program does not know of, one sentence a file: somebody edited them since the
     /// program read or wrote them last. The run models are left aside: production changes them without storing them.
     QStringList foreignChanges() const;
+
+    /// Why stations in use would answer no place, or wrong ones, once the settings switch to the other kind of
+    /// calibration, a sentence a station; empty when they do not switch.
+    QStringList calibrationDoubts(const SettingsMap& settings, bool oneStation) const;
 
     /// Gives the program these settings and writes the files. On failure the program keeps the old ones and `error`
     /// names file and reason.
@@ -47,12 +52,11 @@ public:
 private:
     void assign(const SettingsMap& settings);
     bool saveSystem(QString* error);
-    bool saveAccess(QString* error);
     QString foreignSystemChange() const;
     QString foreignGlobalChange() const;
-    QString foreignAccessChange() const;
 
     ksSysConfig& m_system;
     ksGlobalConfig& m_global;
     AccessPolicy& m_access;
+    CellLimits& m_limits;
 };

@@ -46,10 +46,10 @@ private slots:
                                       QPointF(427.85, 459.85)};
         first.fourPoint.testPoint = {1224, 1024};
         bench.config()->stations[1].fourPoint.pixelPoints = {QPoint(10, 10), QPoint(10, 10), QPoint(900, 10), QPoint()};
-        QTranslator texts;
+        std::unique_ptr<English> texts;
         if (english) {
-            QVERIFY(texts.load(QStringLiteral(VALVECELL_BIN_DIR "/language/English/calibration_en.qm")));
-            QCoreApplication::installTranslator(&texts);
+            texts = std::make_unique<English>();
+            QVERIFY(*texts);
         }
         const auto dialog = newDialog(points);
         dialog->setOneStation(oneStation);

@@ -1,8 +1,11 @@
 #include "CalibrationBench.h"
 #include "dialogs/calibration/CalibrationDialog.h"
+#include "dialogs/calibration/CalibrationHistory.h"
 #include "support/Table.h"
 
+#include <QAbstractEventDispatcher>
 #include <QFileDialog>
+#include <QMenu>
 #include <QSettings>
 
 #include <cmath>
@@ -124,11 +127,12 @@ private slots:
              {"equal points", QPoint(0, 0), "25", 1.0, 25.0, "P1 与 P2 重合"},
              {"equal points, no length", QPoint(0, 0), "0", qQNaN(), 0.0, "P1 与 P2 重合；" + none},
              {"outside", QPoint(480, 0), "48", 0.1, 48.0, "P2 在图像之外"},
-             {"letters", QPoint(3, 4), "ten", 0.0, 0.0, "“ten”不是数字，按 0 计算；" + none},
-             {"comma", QPoint(3, 4), "10,5", 0.0, 0.0, "“10,5”不是数字，按 0 计算；" + none},
-             {"full-width digits", QPoint(3, 4), "１０", 0.0, 0.0, "“１０”不是数字，按 0 计算；" + none},
-             {"more than a number holds", QPoint(3, 4), "1e999", 0.0, 0.0, "“1e999”不是数字，按 0 计算；" + none},
-             {"infinity", QPoint(3, 4), "inf", 0.0, 0.0, "“inf”不是数字，按 0 计算；" + none},
+             {"all digits count", QPoint(0, 1000), "1234.5678", 1.2345678, 1234.5678, "P2 在图像之外"},
+             {"letters", QPoint(3, 4), "ten", 1.0, 1000.0, "“ten”不是数字，不能应用；" + none},
+             {"comma", QPoint(3, 4), "10,5", 1.0, 1000.0, "“10,5”不是数字，不能应用；" + none},
+             {"full-width digits", QPoint(3, 4), "１０", 1.0, 1000.0, "“１０”不是数字，不能应用；" + none},
+             {"more than a number holds", QPoint(3, 4), "1e999", 1.0, 1000.0, "“1e999”不是数字，不能应用；" + none},
+             {"infinity", QPoint(3, 4), "inf", 1.0, 1000.0, "“inf”不是数字，不能应用；" + none},
              {"negative", QPoint(3, 4), "-10", -2.0, -10.0, none},
              {"blanks around", QPoint(3, 4), " 10 ", 2.0, 10.0, ""}});
     }
@@ -143,6 +147,14 @@ private slots:
         session.hand.type("m_lineEdit_Length", length);
         QCOMPARE(session.status("label_warning"), warning.isEmpty() ? QString() : QStringLiteral("⚠ ") + warning);
         session.hand.press("m_pbApply");
+        const bool isRefused = warning.contains("不能应用");
+        QCOMPARE(session.status(), isRefused   ? QStringLiteral("“%1”不是数字，没有应用").arg(length)
+                                   : scale > 0 ? QStringLiteral("参数已生效")
+                                               : QString());
+        QCOMPARE(session.hand.question().isEmpty(), isRefused || scale > 0);
+        if (!session.hand.question().isEmpty()) // one that no place can be answered by
+            session.hand.press("firstAnswer");
+        QCOMPARE(bench.stored().isEmpty(), isRefused);
         bench.restart();
         const TwoPointCalibration& stored = bench.config()->stations[0].twoPoint;
         QVERIFY2(std::isnan(scale) ? std::isnan(stored.scale) : stored.scale == scale,
@@ -150,6 +162,125 @@ private slots:
         QCOMPARE(stored.length, storedLength);
         Session again; // NaN and the like are shown again, not refused
         QCOMPARE(again.hand.text("m_lineEdit_Scale"), QString::number(scale));
+    }
+
+    void applyChangesWhatWasChangedAndNothingElse()
+    {
+        CalibrationBench bench;
+        StationConfig& station = bench.config()->stations[0];
+        station.twoPoint = {{0, 0}, {100, 100}, 1234.5678, 0.28076543, 5, 1234.5678};
+        Session session;
+        session.hand.type("m_lineEdit_Xoffset", "6.25");
+        session.hand.press("m_pbApply");
+        QCOMPARE(session.status(), QStringLiteral("参数已生效"));
+        QCOMPARE(station.twoPoint.scale, 0.28076543);
+        QCOMPARE(station.twoPoint.length, 1234.5678);
+        QCOMPARE(station.twoPoint.xOffset, 6.25);
+        QCOMPARE(station.twoPoint.yOffset, 1234.5678);
+
+        session.hand.type("m_lineEdit_Length", "50"); // what is typed and not applied is given up
+        session.dialog.close();
+        session.dialog.show();
+        QCOMPARE(session.hand.text("m_lineEdit_Length"), QStringLiteral("1234.57"));
+        session.hand.type("m_lineEdit_Length", "39.9");
+        session.hand.press("m_pbApply");
+        QCOMPARE(station.twoPoint.scale, 39.9 / 141.421);
+    }
+
+    void scaleThatMovesFarIsAQuestionAndCanBeTakenBack_data()
+    {
+        Table::of<QString, bool>({{"1.9 % further", "40.4610", false}, {"2.1 % further", "40.5404", true}});
+    }
+    void scaleThatMovesFarIsAQuestionAndCanBeTakenBack()
+    {
+        const auto [length, asks] = Table::row<QString, bool>();
+        CalibrationBench bench;
+        TwoPointCalibration& stored = bench.config()->stations[0].twoPoint;
+        stored = {{0, 0}, {100, 100}, 39.7066, 0.28076543, 5, 7};
+        Session session;
+        session.dialog.setUser([] { return QStringLiteral("王工"); });
+        session.hand.type("m_lineEdit_Length", length);
+        session.hand.press("m_pbApply");
+        QCOMPARE(session.hand.question(), asks ? QStringLiteral("比例将由 0.280765 变为 0.286665 mm/px") : QString());
+        if (!asks)
+            return;
+        QCOMPARE(stored.scale, 0.28076543);
+        bench.config()->stations[0].runModel = "钢圈"; // the PLC does not wait for the answer
+        session.hand.press("firstAnswer");
+        QVERIFY(stored.scale > 0.286);
+        QCOMPARE(bench.config()->stations[0].runModel, QStringLiteral("钢圈"));
+
+        auto* menu = session.hand.get<QPushButton>("earlierButton")->menu();
+        emit menu->aboutToShow();
+        QCOMPARE(menu->actions().size(), 2); // the one before this program kept any, too
+        QVERIFY2(menu->actions()[0]->text().contains("王工"), qPrintable(menu->actions()[0]->text()));
+        menu->actions()[1]->trigger();
+        QVERIFY2(session.hand.question().contains("0.280765"), qPrintable(session.hand.question()));
+        QVERIFY(stored.scale > 0.286);
+        session.hand.press("firstAnswer");
+        QCOMPARE(stored.scale, 0.28076543);
+        QCOMPARE(bench.stored().value("StationScale_1"), QJsonValue(0.28076543));
+        QCOMPARE(session.hand.text("m_lineEdit_Length"), QStringLiteral("39.7066"));
+    }
+
+    void calibrationsAreKeptUpToALimit()
+    {
+        CalibrationBench bench;
+        const CalibrationHistory history(2, CalibrationHistory::Kind::TwoPoint);
+        StationConfig station;
+        QString error;
+        QVERIFY(history.add(station, station, "甲", &error));
+        const QByteArray line = bench.home.read("/user/calibrations.jsonl");
+        bench.home.write("/user/calibrations.jsonl", line.repeated(CalibrationHistory::maxLines) + "{\"time\": cut");
+        station.twoPoint.scale = 3;
+        QVERIFY(history.add(StationConfig(), station, "乙", &error));
+        QCOMPARE(bench.home.read("/user/calibrations.jsonl").count('\n'), CalibrationHistory::maxLines);
+        const QVector<AppliedCalibration> kept = history.read();
+        QCOMPARE(kept[0].user, QStringLiteral("乙"));
+        QCOMPARE(history.restored({}, kept[0].values).twoPoint.scale, 3.0);
+        QVERIFY(CalibrationHistory(1, CalibrationHistory::Kind::TwoPoint).read().isEmpty());
+    }
+
+    void calibrationThatTheFileSpoiledIsMadeAnew()
+    {
+        CalibrationBench bench;
+        bench.home.write("/user/globalConfig.json", R"({"StationScale_1": "0,28", "length_1": 30})");
+        bench.config()->load();
+        Session session;
+        session.hand.type("m_lineEdit_Xoffset", "6");
+        session.hand.press("m_pbApply");
+        QVERIFY2(session.hand.question().contains("0,28"), qPrintable(session.hand.question()));
+        QVERIFY(!bench.config()->calibration(1).problem().isEmpty());
+        session.hand.press("firstAnswer");
+        QCOMPARE(bench.config()->calibration(1).problem(), QString());
+        QCOMPARE(bench.stored().value("StationScale_1"), QJsonValue(30 / 141.421));
+    }
+
+    void referenceIsReadWhenTheDialogIsShown()
+    {
+        CalibrationBench bench;
+        ksImageCaliUI dialog;
+        Markers markers(dialog, 1);
+        QVERIFY(markers.viewer().image().isNull());
+        dialog.show();
+        QCOMPARE(markers.viewer().imageSize(), QSize(CalibrationBench::width, CalibrationBench::height));
+        QCOMPARE(markers.place(QStringLiteral("P2")), QPointF(100, 100));
+    }
+
+    void failureStaysToBeRead()
+    {
+        CalibrationBench bench;
+        Session session;
+        session.hand.press("m_pbLock_2"); // its message goes after a second
+        const auto timers = [&session] {
+            return QAbstractEventDispatcher::instance()->registeredTimers(&session.dialog);
+        };
+        QCOMPARE(timers().size(), 1);
+        QCOMPARE(timers()[0].interval, 1000);
+        session.hand.type("m_lineEdit_Length", "abc");
+        session.hand.press("m_pbApply");
+        QCOMPARE(timers().size(), 1);
+        QVERIFY(timers()[0].interval >= 2000);
     }
 
     void otherNamesOnlyRefreshAndCoordinatesAreCut()
@@ -276,6 +407,7 @@ private slots:
             viewer.setImageScale(1.0);
             Mouse(viewer).wheel(120 * station);
         }
+        QThreadPool::globalInstance()->waitForDone();
         const QSettings file(bench.home.path("/showImg.ini"), QSettings::IniFormat);
         QCOMPARE(file.value("ShowImg/Scale_Standard_1").toDouble(), 1.1);
         QCOMPARE(file.value("ShowImg/Scale_Standard_2").toDouble(), 1.21);

@@ -1,5 +1,6 @@
 #include "common/forms/ChoiceBox.h"
 #include "config/AccessPolicy.h"
+#include "config/CellLimits.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "dialogs/DialogDriver.h"
@@ -21,7 +22,8 @@ struct Bench
     ksSysConfig system;
     ksGlobalConfig global;
     AccessPolicy access;
-    QSystemSettingUI dialog{system, global, access};
+    CellLimits limits;
+    QSystemSettingUI dialog{system, global, access, limits};
     DialogDriver driver{dialog};
     QVector<AuditChanges> applied;
 
@@ -119,7 +121,7 @@ private slots:
             if (field->property("settingKey").isValid())
                 keys << field->property("settingKey").toString();
         keys.sort();
-        QCOMPARE(keys, SettingsStore(bench.system, bench.global, bench.access).current().keys());
+        QCOMPARE(keys, SettingsStore(bench.system, bench.global, bench.access, bench.limits).current().keys());
     }
 
     void everythingEditedIsStoredExactlyOnce()
@@ -140,6 +142,9 @@ private slots:
         bench.driver.type("spaceEdit", "25");
         bench.driver.shoot("settings");
         bench.driver.press("applyButton");
+        QCOMPARE(bench.driver.question(), "工位1：尚未进行四点标定\n工位2：尚未进行四点标定");
+        QVERIFY(bench.applied.isEmpty());
+        bench.driver.press("firstAnswer");
         QVERIFY(bench.dialog.isVisible());
         QCOMPARE(bench.driver.message(), "已保存");
         QCOMPARE(bench.driver.text("filterEdit"), "250");
@@ -236,7 +241,7 @@ private slots:
     void secondDialogDoesNotUndoTheFirst()
     {
         Bench bench;
-        QSystemSettingUI other(bench.system, bench.global, bench.access);
+        QSystemSettingUI other(bench.system, bench.global, bench.access, bench.limits);
         Bench::equip(other);
         other.show();
         bench.driver.type("daysEdit", "14");
