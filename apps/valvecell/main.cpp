@@ -9,13 +9,20 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QLibrary>
+#include <QLockFile>
+#include <QMessageBox>
 #include <QTimer>
 #include <QWidget>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 
 namespace {
+
+constexpr int noHome = 2;
+constexpr int homeInUse = 3;
 
 volatile std::sig_atomic_t endRequested = 0;
 
@@ -45,7 +52,8 @@ void saveScreenshot(const QString& path)
 bool enterHome(const QString& home)
 {
     if (!home.isEmpty())
-        qputenv("VALVECELL_HOME", QDir(home).absolutePath().toUtf8());
+        qputenv("VALVECELL_HOME", home.toLocal8Bit());
+    HomeFiles::fixHome();
     if (QDir(HomeFiles::home()).exists() && QDir::setCurrent(HomeFiles::home()))
         return true;
     std::fprintf(stderr, "%s: no such directory\n", qUtf8Printable(HomeFiles::home()));
@@ -72,26 +80,90 @@ int runProgram(const QString& screenshot)
     return code;
 }
 
+/// Takes the home for this process; false while another has it. The lock of a process that is no more does not count,
+/// nor does a file that a power failure kept from becoming one.
+bool takeHome(QLockFile& lock, const QString& path)
+{
+    if (HomeFiles::isNoFile(path))
+        HomeFiles::keepAside(path);
+    lock.setStaleLockTime(0); // a day in production is none
+    if (lock.tryLock())
+        return true;
+    if (lock.error() != QLockFile::LockFailedError)
+        return true; // a home that cannot be written has worse problems, which are reported where they matter
+    constexpr int secondsToWriteIt = 5;
+    const QFileInfo file(path);
+    const bool unfinished =
+        file.size() == 0 && file.lastModified().secsTo(QDateTime::currentDateTime()) > secondsToWriteIt;
+    return unfinished && lock.removeStaleLockFile() && lock.tryLock();
+}
+
+/// On the error stream, and for a while on the screen: who starts the program by its icon sees no stream.
+void reportHomeInUse(const QLockFile& lock)
+{
+    qint64 process = 0;
+    QString host;
+    QString name;
+    lock.getLockInfo(&process, &host, &name);
+    const QString home = QDir::toNativeSeparators(HomeFiles::home());
+    std::fprintf(stderr, "%s: in use by another %s, process %lld on %s\n", qUtf8Printable(home), qUtf8Printable(name),
+                 static_cast<long long>(process), qUtf8Printable(host));
+    QMessageBox box(
+        QMessageBox::Warning, QStringLiteral("ValveCell"),
+        QStringLiteral("程序已在运行（进程%1），正在使用文件夹%2。\nThe program is running already (process %1), "
+                       "in %2.")
+            .arg(process)
+            .arg(home));
+    constexpr int msOnTheScreen = 10000;
+    QTimer::singleShot(msOnTheScreen, &box, &QDialog::accept);
+    box.exec();
+}
+
+int runInHome(const QString& screenshot)
+{
+    const QString path = HomeFiles::home() + QStringLiteral("/valvecell.lock");
+    QLockFile lock(path);
+    if (takeHome(lock, path))
+        return runProgram(screenshot);
+    reportHomeInUse(lock);
+    return homeInUse;
+}
+
+/// What is only printed needs no screen; on Windows the parser shows it in a box where there is no console.
+bool wantsPrint(int argc, char** argv)
+{
+    return std::any_of(argv + 1, argv + argc, [](const char* argument) {
+        const std::initializer_list<const char*> printing{"-h", "-?", "--help", "--help-all", "-v", "--version"};
+        return std::any_of(printing.begin(), printing.end(),
+                           [argument](const char* option) { return std::strcmp(argument, option) == 0; });
+    });
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     QElapsedTimer start;
     start.start();
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("ValveCell"));
-    const LoopWatch watch(start);
-
+    QCoreApplication::setApplicationName(QStringLiteral("ValveCell"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Locates the valve hole on wheel hubs at two stations."));
     parser.addHelpOption();
+    parser.addVersionOption();
     const QCommandLineOption home(QStringLiteral("home"), QStringLiteral("The directory of all files."), "DIR");
     const QCommandLineOption shot(QStringLiteral("screenshot"),
                                   QStringLiteral("Writes the window's picture at the end."), "FILE.png");
     parser.addOptions({home, shot});
+    if (wantsPrint(argc, argv)) {
+        const QCoreApplication app(argc, argv);
+        parser.process(app);
+    }
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication app(argc, argv);
+    const LoopWatch watch(start);
     parser.process(app);
     const QString screenshot = parser.isSet(shot) ? QFileInfo(parser.value(shot)).absoluteFilePath() : QString();
-    return enterHome(parser.value(home)) ? runProgram(screenshot) : 2;
+    return enterHome(parser.value(home)) ? runInHome(screenshot) : noHome;
 }

@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
@@ -13,11 +14,26 @@
 namespace HomeFiles {
 
 /// The one directory below which all files lie: the environment variable VALVECELL_HOME names it, without it it is the
-/// application's directory. Absolute, forward slashes, no separator at the end. Modules keep theirs in "user/".
+/// application's directory. Absolute, forward slashes, no separator at the end. Modules keep theirs in "user/". A
+/// relative name counts from the working directory of the moment: see fixHome().
 inline QString home()
 {
     const QString named = qEnvironmentVariable("VALVECELL_HOME");
     return named.isEmpty() ? QCoreApplication::applicationDirPath() : QDir(named).absolutePath();
+}
+
+/// Makes the home absolute once and for all, before anybody changes the working directory. Main thread, at the start.
+inline void fixHome()
+{
+    if (qEnvironmentVariableIsSet("VALVECELL_HOME"))
+        qputenv("VALVECELL_HOME", home().toLocal8Bit());
+}
+
+/// Whether a path leads to something that is no file, such as a pipe or a device: opening that may wait for ever.
+inline bool isNoFile(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.exists() && !info.isFile();
 }
 
 /// Larger than any file that is meant; a larger one is not read.
@@ -38,6 +54,8 @@ inline JsonRead readJson(const QString& path)
     QFile file(path);
     if (!file.exists())
         return {JsonRead::Missing, {}, QStringLiteral("%1: no such file").arg(path)};
+    if (isNoFile(path))
+        return {JsonRead::Damaged, {}, QStringLiteral("%1: not a regular file").arg(path)};
     if (!file.open(QIODevice::ReadOnly))
         return {JsonRead::Damaged, {}, QStringLiteral("%1: %2").arg(path, file.errorString())};
     if (file.size() > maxFileBytes)
@@ -54,18 +72,31 @@ inline JsonRead readJson(const QString& path)
     return {JsonRead::Good, document.object(), {}};
 }
 
-/// Renames a file to a free name beside it that holds a word for the reason and the time, and returns that name; empty
-/// when it could not.
-inline QString keepAside(const QString& path, const QString& word = QStringLiteral("damaged"))
+/// A free name beside a file that holds a word for the reason and the time; empty when there is none.
+inline QString asideName(const QString& path, const QString& word)
 {
     const QString stem = path + QLatin1Char('.') + word + QLatin1Char('-') +
                          QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
     for (int i = 0; i < 100; ++i) {
         const QString aside = i == 0 ? stem : QStringLiteral("%1-%2").arg(stem).arg(i);
         if (!QFile::exists(aside))
-            return QFile::rename(path, aside) ? aside : QString();
+            return aside;
     }
     return {};
+}
+
+/// Renames a file to such a name, and returns that name; empty when it could not.
+inline QString keepAside(const QString& path, const QString& word = QStringLiteral("damaged"))
+{
+    const QString aside = asideName(path, word);
+    return !aside.isEmpty() && QFile::rename(path, aside) ? aside : QString();
+}
+
+/// Copies a file to such a name, before something of it is lost by writing it anew.
+inline QString copyAside(const QString& path)
+{
+    const QString aside = asideName(path, QStringLiteral("damaged"));
+    return !aside.isEmpty() && QFile::copy(path, aside) ? aside : QString();
 }
 
 /// Replaces a file's content in one step: after a power failure it holds the old or the new content, whole.
@@ -81,20 +112,45 @@ inline bool writeFile(const QString& path, const QByteArray& content, QString* e
     return written;
 }
 
-/// As writeFile(), for a JSON file: a present file that does not parse is kept aside first, never overwritten.
-inline bool writeJsonText(const QString& path, const QByteArray& json, QString* error)
+/// The mark beside a file that keeps people out: it says that there was one.
+inline QString markOf(const QString& path)
 {
-    if (readJson(path).state == JsonRead::Damaged && QFileInfo(path).size() > 0 && keepAside(path).isEmpty()) {
+    return path + QStringLiteral(".present");
+}
+
+/// Leaves the mark, unless it is there. Without it the file is as good, so a failure is none.
+inline void markPresent(const QString& path)
+{
+    if (!QFile::exists(markOf(path)))
+        writeFile(markOf(path), "Without this file, the loss of the one beside it is taken for a first start.\n",
+                  nullptr);
+}
+
+/// Whether a marked file was deleted.
+inline bool isGone(const QString& path)
+{
+    return !QFile::exists(path) && QFile::exists(markOf(path));
+}
+
+/// As writeFile(), for a JSON file: a present file that does not parse is kept aside first, never overwritten. So is a
+/// copy of one of which the new content `loses` something.
+inline bool writeJsonText(const QString& path, const QByteArray& json, QString* error, bool loses = false)
+{
+    const bool damaged = readJson(path).state == JsonRead::Damaged && (QFileInfo(path).size() > 0 || isNoFile(path));
+    const QString aside = damaged ? keepAside(path) : loses ? copyAside(path) : QString();
+    if ((damaged || loses) && aside.isEmpty()) {
         if (error)
-            *error = QStringLiteral("%1: damaged, and cannot be renamed to keep it").arg(path);
+            *error = QStringLiteral("%1: damaged, and cannot be kept under another name").arg(path);
         return false;
     }
+    if (!aside.isEmpty())
+        qWarning("%s: kept as %s", qUtf8Printable(path), qUtf8Printable(aside));
     return writeFile(path, json, error);
 }
 
-inline bool writeJson(const QString& path, const QJsonObject& object, QString* error)
+inline bool writeJson(const QString& path, const QJsonObject& object, QString* error, bool loses = false)
 {
-    return writeJsonText(path, QJsonDocument(object).toJson(QJsonDocument::Indented), error);
+    return writeJsonText(path, QJsonDocument(object).toJson(QJsonDocument::Indented), error, loses);
 }
 
 } // namespace HomeFiles

@@ -46,7 +46,9 @@ void AccessPolicy::load()
     const HomeFiles::JsonRead file = HomeFiles::readJson(path());
     DefaultsVisitor defaults;
     RestrictingVisitor reader(file.object);
-    if (file.state == HomeFiles::JsonRead::Missing)
+    if (file.state != HomeFiles::JsonRead::Missing)
+        HomeFiles::markPresent(path());
+    if (file.state == HomeFiles::JsonRead::Missing && !HomeFiles::isGone(path()))
         visit(defaults);
     else
         visit(reader);
@@ -56,5 +58,8 @@ bool AccessPolicy::save(QString* error)
 {
     JsonWriteVisitor writer;
     visit(writer);
-    return HomeFiles::writeJsonText(path(), writer.text() + '\n', error);
+    if (!HomeFiles::writeJsonText(path(), writer.text() + '\n', error))
+        return false;
+    HomeFiles::markPresent(path());
+    return true;
 }

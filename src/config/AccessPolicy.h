@@ -8,8 +8,8 @@
 ///
 ///     {"engineer_only": true}
 ///
-/// A missing file restricts nothing. One that is damaged, or says anything but true or false, restricts: whoever
-/// spoils it gains nothing. GUI thread.
+/// A missing file restricts nothing, unless there was one (see HomeFiles::markPresent()). One that is damaged or gone,
+/// or says anything but true or false, restricts: whoever spoils it gains nothing. GUI thread.
 class AccessPolicy : public ks_singleton_base<AccessPolicy>
 {
 public:

@@ -44,6 +44,23 @@ QByteArray quoted(const QString& text)
 
 } // namespace
 
+QJsonValue JsonReadVisitor::take(const ConfigKey& key)
+{
+    m_asked.insert(key);
+    return m_object.value(key);
+}
+
+QStringList JsonReadVisitor::unknown() const
+{
+    QStringList unknown = m_unknown;
+    const QStringList keys = m_object.keys();
+    for (const QString& key : keys) {
+        if (!m_asked.contains(key))
+            unknown << QStringLiteral("%1: \"%2\" is not known here").arg(m_place, key);
+    }
+    return unknown;
+}
+
 void JsonReadVisitor::wrongType(const ConfigKey& key, const char* wanted)
 {
     const QJsonValue value = m_object.value(key);
@@ -54,7 +71,7 @@ void JsonReadVisitor::wrongType(const ConfigKey& key, const char* wanted)
 
 void JsonReadVisitor::field(const ConfigKey& key, QString& value, const QString& fallback)
 {
-    const QJsonValue json = m_object.value(key);
+    const QJsonValue json = take(key);
     value = json.toString(fallback);
     if (!json.isUndefined() && !json.isString())
         wrongType(key, "a text");
@@ -62,7 +79,7 @@ void JsonReadVisitor::field(const ConfigKey& key, QString& value, const QString&
 
 void JsonReadVisitor::field(const ConfigKey& key, bool& value, bool fallback)
 {
-    const QJsonValue json = m_object.value(key);
+    const QJsonValue json = take(key);
     value = json.toBool(fallback);
     if (!json.isUndefined() && !json.isBool())
         wrongType(key, "true or false");
@@ -70,7 +87,7 @@ void JsonReadVisitor::field(const ConfigKey& key, bool& value, bool fallback)
 
 void JsonReadVisitor::field(const ConfigKey& key, int& value, int fallback)
 {
-    const QJsonValue json = m_object.value(key);
+    const QJsonValue json = take(key);
     value = json.toInt(fallback);
     if (!json.isUndefined() && (!json.isDouble() || json.toDouble() != value))
         wrongType(key, "a whole number of 32 bits");
@@ -78,7 +95,7 @@ void JsonReadVisitor::field(const ConfigKey& key, int& value, int fallback)
 
 void JsonReadVisitor::field(const ConfigKey& key, double& value, double fallback)
 {
-    const QJsonValue json = m_object.value(key);
+    const QJsonValue json = take(key);
     if (json.isString() && readNonFinite(json.toString(), value))
         return;
     value = json.toDouble(fallback);
@@ -88,7 +105,7 @@ void JsonReadVisitor::field(const ConfigKey& key, double& value, double fallback
 
 QJsonObject JsonReadVisitor::nestedObject(const ConfigKey& key)
 {
-    const QJsonValue json = m_object.value(key);
+    const QJsonValue json = take(key);
     if (!json.isUndefined() && !json.isObject()) {
         m_wrong.insert(key, json);
         m_problems << QStringLiteral("%1: \"%2\" is not an object, its values stay").arg(m_place, key);

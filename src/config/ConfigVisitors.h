@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QJsonObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -102,22 +103,28 @@ public:
         JsonReadVisitor inner(nested, m_place + QLatin1Char('/') + static_cast<const QString&>(key));
         visit(inner);
         m_problems += inner.problems();
+        m_unknown += inner.unknown();
         if (!inner.wrongValues().isEmpty())
             m_wrong.insert(key, inner.wrongValues());
     }
 
     /// Keys that hold a wrong type, each with its place.
     const QStringList& problems() const { return m_problems; }
+    /// Keys of the file that the visit did not ask for, each with its place; another version may know them.
+    QStringList unknown() const;
     /// What stands at those keys; nested as the file is.
     const QJsonObject& wrongValues() const { return m_wrong; }
 
 private:
     QJsonObject nestedObject(const ConfigKey& key);
+    QJsonValue take(const ConfigKey& key);
     void wrongType(const ConfigKey& key, const char* wanted);
 
     QJsonObject m_object;
     QString m_place;
     QStringList m_problems;
+    QSet<QString> m_asked;
+    QStringList m_unknown;
     QJsonObject m_wrong;
 };
 

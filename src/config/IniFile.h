@@ -6,8 +6,9 @@
 
 #include <memory>
 
-/// One INI file, opened for one reading or one writing. UTF-8; the file is replaced in one step. A file that is not in
-/// INI format is kept beside under another name before it is overwritten. GUI thread.
+/// One INI file, opened for one reading or one writing. UTF-8, with or without a byte-order mark; the file is replaced
+/// in one step. A file that is nothing like INI is kept beside under another name at once; one with a line that is
+/// neither group, key nor comment is read without it, and copied beside before it is overwritten. GUI thread.
 class IniFile
 {
 public:
@@ -17,18 +18,22 @@ public:
 
     /// Why the file was kept aside; empty when it was not.
     const QString& problem() const { return m_problem; }
+    /// Lines that are not in INI format, each with file and number.
+    const QStringList& strays() const { return m_strays; }
 
-    /// Writes what was set. Returns false, with a warning in the log, when that failed.
-    bool commit();
+    /// Writes what was set, which `loses` something of the file. Returns false, with a warning in the log, when that
+    /// failed.
+    bool commit(bool loses = false);
 
 private:
     QString m_path;
     QString m_problem;
+    QStringList m_strays;
     std::unique_ptr<QSettings> m_settings;
 };
 
 /// Reads the fields of a configuration, see ConfigVisitors.h. A key that is absent, or whose text does not convert,
-/// gives the fallback.
+/// gives the fallback; the latter is a problem.
 class IniReadVisitor : public EveryField<IniReadVisitor>
 {
 public:
@@ -42,8 +47,15 @@ public:
     void field(const ConfigKey& key, bool& value, bool fallback);
     void field(const ConfigKey& key, int& value, int fallback);
 
+    /// Keys whose text does not convert, each with file and group.
+    const QStringList& problems() const { return m_problems; }
+
 private:
+    QString textOf(const ConfigKey& key) const;
+    void notConverted(const ConfigKey& key, const char* wanted);
+
     const QSettings& m_file;
+    QStringList m_problems;
 };
 
 /// Sets every field of a configuration; other keys of the file stay.

@@ -73,6 +73,18 @@ void report(const QStringList& lines, QString* target)
         *target = lines.join(QLatin1Char('\n'));
 }
 
+/// Whether each value of `part` stands in `whole`, too.
+bool holds(const QJsonObject& whole, const QJsonObject& part)
+{
+    for (auto it = part.begin(); it != part.end(); ++it) {
+        const QJsonValue there = whole.value(it.key());
+        const bool nested = it.value().isObject() && there.isObject();
+        if (nested ? !holds(there.toObject(), it.value().toObject()) : there != it.value())
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 ksGlobalConfig::ksGlobalConfig()
@@ -106,6 +118,7 @@ bool ksGlobalConfig::load(QString* problems)
     visit(visitor);
     const QStringList found = visitor.problems() + noteSpoiled(read.object, visitor.wrongValues());
     report(found, problems);
+    report(visitor.unknown(), nullptr);
     return found.isEmpty();
 }
 
@@ -142,8 +155,13 @@ QByteArray ksGlobalConfig::text()
 
 bool ksGlobalConfig::save(QString* error)
 {
+    JsonReadVisitor stored(HomeFiles::readJson(filePath()).object, filePath());
+    ksGlobalConfig().visit(stored);
+    const QByteArray next = text();
+    const bool loses =
+        !stored.unknown().isEmpty() || !holds(QJsonDocument::fromJson(next).object(), stored.wrongValues());
     QString reason;
-    if (HomeFiles::writeJsonText(filePath(), text(), &reason))
+    if (HomeFiles::writeJsonText(filePath(), next, &reason, loses))
         return true;
     report({reason}, error);
     return false;

@@ -44,8 +44,9 @@ public:
     /// answer would rest on it, the station's calibration is not usable, see StationConfig::spoiledTwoPoint.
     bool load(QString* problems = nullptr);
 
-    /// Replaces the file in one step, all keys in their fixed order. A present file that does not parse is kept beside
-    /// it. Returns false with the reason when the file cannot be written; the old one is then unchanged.
+    /// Replaces the file in one step, all keys in their fixed order. A present file that does not parse, or
+    /// holds what the new one does not, is kept beside it. Returns false with the reason when the file cannot be
+    /// written; the old one is then unchanged.
     bool save(QString* error = nullptr);
 
     /// The file as save() would write it now.

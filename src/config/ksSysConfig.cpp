@@ -17,6 +17,9 @@ bool ksSysConfig::load(QString* problem)
     IniFile ini(filePath);
     IniReadVisitor reader(ini.settings());
     visit(reader);
+    const QStringList lost = ini.strays() + reader.problems();
+    for (const QString& what : lost)
+        qWarning("%s", qUtf8Printable(what));
     if (problem)
         *problem = ini.problem();
     return ini.problem().isEmpty();
@@ -25,7 +28,9 @@ bool ksSysConfig::load(QString* problem)
 bool ksSysConfig::save()
 {
     IniFile ini(filePath);
+    IniReadVisitor stored(ini.settings());
+    ksSysConfig().visit(stored);
     IniWriteVisitor writer(ini.settings());
     visit(writer);
-    return ini.commit();
+    return ini.commit(!stored.problems().isEmpty());
 }

@@ -34,12 +34,14 @@ public:
     static constexpr const char* lineGroup = "COM/";
     static constexpr const char* cleanerGroup = "CheckThread/";
 
-    /// Reads all keys; a missing file or key, or a value that does not convert, yields the default. Returns
-    /// false with the reason in `problem` when the file is no INI file and was kept aside.
+    /// Reads all keys; a missing file or key, or a value that does not convert, yields the default. The latter and
+    /// lines that are none of an INI file are warnings, with file and place. Returns false with the reason in `problem`
+    /// when the file is no INI file and was kept aside.
     bool load(QString* problem = nullptr);
 
-    /// Writes all keys, replacing the file in one step; other keys of the file stay. A file that is no INI file is kept
-    /// beside it first. Returns false when the file could not be written.
+    /// Writes all keys, replacing the file in one step; other keys of the file stay. A file of which something would be
+    /// lost, such as a value that does not convert, is kept beside it first. Returns false when the file could not be
+    /// written.
     bool save();
 
     /// Every key of the file, in the order in which they are read and written; see ConfigVisitors.h.

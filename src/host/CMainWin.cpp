@@ -365,10 +365,17 @@ void CMainWin::showTesting(bool testing)
     m_status->setTesting(testing);
 }
 
+void CMainWin::onTick()
+{
+    m_status->tick(ksGlobalConfig::instance()->onlineMode);
+    if (m_licence->isDue())
+        onLineseCheck(m_licence->check());
+}
+
 void CMainWin::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() == m_statusTimer)
-        m_status->tick(ksGlobalConfig::instance()->onlineMode);
+        onTick();
     else
         QMainWindow::timerEvent(event);
 }

@@ -72,6 +72,8 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    /// Once a second.
+    void onTick();
     // The start-up, in its order; each step is a line of the constructor, those of the cell among them.
     void buildUi();
     void startSystemLog();

@@ -2,9 +2,12 @@
 #include "platform/System.h"
 
 #include <valvecell/Export.h>
+#include <valvecell/HomeFiles.h>
 
 VALVECELL_MODULE_EXPORT IMainWidget* MainWidget_Create()
 {
+    HomeFiles::fixHome();
+    platform::keepOthersOut();
     platform::keepThisLibrary();
     return new ksMain;
 }

@@ -51,8 +51,21 @@ LicenceDesk::LicenceDesk(QWidget* window)
 
 LicenceDesk::~LicenceDesk() = default;
 
-bool LicenceDesk::check() const
+bool LicenceDesk::isDue() const
 {
+    return QDate::currentDate() != m_checkedOn;
+}
+
+bool LicenceDesk::check()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    const QDateTime seen = m_registration.noteTime(now);
+    if (seen.isValid())
+        SystemLog::warning(tr("系统时间被调回：上次是%1，现在是%2")
+                               .arg(seen.toLocalTime().toString(Qt::ISODate), now.toString(Qt::ISODate)));
+    if (!m_checkedOn.isValid() && !isVendorLicenceKey())
+        SystemLog::information(tr("本程序使用构建时自动生成的授权密钥，不是供应商的密钥"));
+    m_checkedOn = now.date();
     const LicenceVerdict verdict = m_registration.present();
     if (verdict.isGood() && endsSoon(verdict.licence))
         SystemLog::warning(tr("授权即将到期：%1").arg(LicenceTexts::content(verdict.licence)));

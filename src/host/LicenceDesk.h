@@ -9,8 +9,8 @@
 class QCryptokeyUI;
 class QWidget;
 
-/// The program's licence: "user/licence.lic" below the home, checked once at the start, and entered anew in the
-/// registration dialog. Nothing but the banner depends on it. GUI thread.
+/// The program's licence: "user/licence.lic" below the home, checked at the start and once a day, and entered anew in
+/// the registration dialog. Nothing but the banner depends on it. GUI thread.
 class LicenceDesk : public QObject
 {
     Q_OBJECT
@@ -20,8 +20,11 @@ public:
     explicit LicenceDesk(QWidget* window);
     ~LicenceDesk() override;
 
-    /// Whether the licence counts. The system log learns why one that is there does not, and when one ends soon.
-    bool check() const;
+    /// Whether the licence counts. The system log learns why one that is there does not, and when one ends soon,
+    /// and when the clock was put back since the last check.
+    bool check();
+    /// Whether it is time for another check: the day is another than that of the last one.
+    bool isDue() const;
 
     const QCryptokeyUI* dialog() const { return m_dialog.get(); }
 
@@ -29,6 +32,7 @@ public:
 
 private:
     QWidget* m_window;
+    QDate m_checkedOn;
     Registration m_registration;
     std::unique_ptr<QCryptokeyUI> m_dialog;
 };

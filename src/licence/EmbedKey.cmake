@@ -1,4 +1,4 @@
-# Writes the public key KEY into the source file OUT.
+# Writes the public key KEY, and whether it is a VENDOR's (true or false), into the source file OUT.
 file(READ "${KEY}" pem)
 if(NOT pem MATCHES "^-----BEGIN PUBLIC KEY-----\n[A-Za-z0-9+/=\n]+-----END PUBLIC KEY-----\n$")
     message(FATAL_ERROR "${KEY} is no public key in PEM form")
@@ -9,5 +9,10 @@ file(WRITE "${OUT}" "// Written by the build from ${KEY}.
 QByteArray builtInLicenceKey()
 {
     return R\"(${pem})\";
+}
+
+bool isVendorLicenceKey()
+{
+    return ${VENDOR};
 }
 ")

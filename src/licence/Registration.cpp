@@ -22,12 +22,25 @@ LicenceVerdict Registration::check(const QByteArray& text) const
 QByteArray Registration::stored() const
 {
     QFile file(m_setting.file);
-    return file.open(QIODevice::ReadOnly) ? file.read(LicenceText::maxBytes + 1) : QByteArray();
+    return !HomeFiles::isNoFile(m_setting.file) && file.open(QIODevice::ReadOnly) ? file.read(LicenceText::maxBytes + 1)
+                                                                                  : QByteArray();
 }
 
 LicenceVerdict Registration::present() const
 {
-    return check(stored());
+    return check(LicenceText::tidied(stored()));
+}
+
+QDateTime Registration::noteTime(const QDateTime& now) const
+{
+    constexpr int toleratedSeconds = 15 * 60;
+    const auto key = QStringLiteral("utc");
+    const QString path = m_setting.file + QStringLiteral(".seen");
+    const QDateTime seen = QDateTime::fromString(HomeFiles::readJson(path).object.value(key).toString(), Qt::ISODate);
+    QString error;
+    if (!HomeFiles::writeJson(path, {{key, now.toUTC().toString(Qt::ISODate)}}, &error))
+        qWarning("%s", qUtf8Printable(error));
+    return seen.isValid() && now.secsTo(seen) > toleratedSeconds ? seen : QDateTime();
 }
 
 LicenceVerdict Registration::judge(const QByteArray& text) const

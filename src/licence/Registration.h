@@ -24,8 +24,12 @@ public:
     /// Where the licence that was there before the last one lies.
     QString previousFile() const;
 
-    /// Judges the licence that the file holds now.
+    /// Judges the licence that the file holds now; blanks and lines around it count for nothing, see
+    /// LicenceText::tidied().
     LicenceVerdict present() const;
+    /// Remembers the time beside the licence. Returns what was remembered before when the clock was put back behind it,
+    /// else a time that is not valid.
+    QDateTime noteTime(const QDateTime& now) const;
     /// Judges a text as it was pasted or read from somewhere; nothing is stored.
     LicenceVerdict judge(const QByteArray& text) const;
     /// Stores a text that judge() finds good; what the file held is kept in previousFile(). Anything else changes
@@ -44,3 +48,5 @@ private:
 /// The public key (PEM) that the licences of this build are checked with. It is a part of the program: no file, setting
 /// or variable can put another in its place.
 QByteArray builtInLicenceKey();
+/// Whether that key is a vendor's; any other build has one of its own, whose licences nobody sold.
+bool isVendorLicenceKey();

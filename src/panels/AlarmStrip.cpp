@@ -35,6 +35,10 @@ QString what(const Alarm& alarm)
         return Texts::tr("工位%1标定不可用：%2").arg(alarm.subject, alarm.detail);
     case Alarm::ClockJumped:
         return Texts::tr("系统时间突变为%1，已暂停按天数清理图像；核对时间后按“已知悉”继续").arg(alarm.detail);
+    case Alarm::ProtectionOff:
+        return Texts::tr("在线模式下未启用“型号无效时拒绝触发”");
+    case Alarm::FileGone:
+        return Texts::tr("文件%1被删除，请恢复").arg(QFileInfo(alarm.subject).fileName());
     case Alarm::PortLost:
         return Texts::tr("PLC串口断开：%1").arg(withReason(alarm));
     case Alarm::PlcSilent:
@@ -98,6 +102,10 @@ Help helpOf(const Alarm& alarm)
         return {Texts::tr("已启用新文件；旧数据请由工程师从另存文件恢复"), "", {}};
     case Alarm::ClockJumped:
         return {Texts::tr("核对系统时间，然后按“已知悉”"), "", {}};
+    case Alarm::ProtectionOff:
+        return {Texts::tr("请在系统设置中启用，除非工厂有意关闭"), "actionSystem", Texts::tr("系统设置")};
+    case Alarm::FileGone:
+        return {Texts::tr("请由本机的管理人员从备份恢复"), "", {}};
     case Alarm::ConfigDamaged:
         return {Texts::tr("错误的项使用默认值：请核对设置并重新保存"), "actionSystem", Texts::tr("系统设置")};
     case Alarm::LibraryUnusable:

@@ -11,10 +11,8 @@
 #include <QStorageInfo>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
-#endif
-#ifdef __GLIBC__
-#include <malloc.h>
 #endif
 #ifdef Q_OS_LINUX
 #include <sys/resource.h>
@@ -54,16 +52,13 @@ qint64 residentMemoryKiB()
     return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) ? counters.WorkingSetSize / 1024 : 0;
 }
 
+void keepOthersOut() {}
+
 void keepThisLibrary()
 {
     HMODULE pinned = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
                        reinterpret_cast<LPCWSTR>(&keepThisLibrary), &pinned);
-}
-
-void releaseFreeMemory()
-{
-    HeapCompact(GetProcessHeap(), 0);
 }
 
 void lowerThreadPriority()
@@ -102,14 +97,12 @@ qint64 residentMemoryKiB()
     return fields.size() > 1 ? fields[1].toLongLong() * sysconf(_SC_PAGESIZE) / 1024 : 0;
 }
 
-void keepThisLibrary() {} // linked with "nodelete"
-
-void releaseFreeMemory()
+void keepOthersOut()
 {
-#ifdef __GLIBC__
-    malloc_trim(0);
-#endif
+    umask(umask(S_IRWXO) | S_IRWXO);
 }
+
+void keepThisLibrary() {} // linked with "nodelete"
 
 void lowerThreadPriority()
 {

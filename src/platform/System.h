@@ -15,13 +15,13 @@ bool flushFile(const QString& path);
 /// The process's resident memory in KiB; 0 when the platform does not say.
 qint64 residentMemoryKiB();
 
+/// From now on files and folders are made without rights for those who are neither owner nor of the group, whatever the
+/// user's habit is; on Windows the folder above decides. At the start.
+void keepOthersOut();
+
 /// Keeps the library with the calling code in the process when its host unloads it: singletons, and what they left with
 /// Qt, live until the process ends. Where the linker does that, nothing.
 void keepThisLibrary();
-
-/// Gives memory that the process has freed but keeps for itself back to the system. It takes some milliseconds for each
-/// 100 MiB, during which other threads may wait for memory.
-void releaseFreeMemory();
 
 /// Makes the calling thread yield the processor to the others of the program whenever they want it.
 void lowerThreadPriority();

@@ -30,6 +30,7 @@ Alarm* AlarmBook::find(Alarm::Kind kind, const QString& subject)
 void AlarmBook::begin(Alarm alarm)
 {
     alarm.since = m_scheduler.now();
+    alarm.acknowledged = alarm.isQuiet();
     m_alarms.prepend(alarm);
     emit changed();
 }

@@ -26,6 +26,8 @@ struct Alarm
         CameraUnknown,       ///< a station is set up for a camera that there is not
         LibraryUnusable,     ///< the model library takes and gives nothing
         ClockJumped,         ///< no image goes by its age until this is acknowledged
+        ProtectionOff,       ///< online, and a trigger without a valid model captures all the same
+        FileGone,            ///< a file that keeps people out was deleted
     };
 
     Kind kind = PortLost;
@@ -36,6 +38,8 @@ struct Alarm
     int count = 1;   ///< how often it began; or what its source counts, such as images
     bool acknowledged = false;
 
+    /// Whether it is how the cell is set up: it is shown, and asks for nobody.
+    bool isQuiet() const { return kind == ProtectionOff; }
     /// Whether the alarm asks for somebody, and stays until it is acknowledged. The others go when their cause goes.
     bool isLatched() const
     {

@@ -29,6 +29,7 @@ void AlarmWatch::check()
     checkCameras();
     checkLog();
     checkRecords();
+    checkSetUp();
 }
 
 void AlarmWatch::checkPort()
@@ -127,4 +128,13 @@ void AlarmWatch::checkRecords()
         m_book.raiseCounted(Alarm::ImagesGivenUp, {}, health.imagesGivenUp);
     for (const QString& file : health.movedAside)
         m_book.raiseCounted(Alarm::DatabaseMovedAside, file, 1);
+}
+
+void AlarmWatch::checkSetUp()
+{
+    m_book.set(m_config.onlineMode && !m_config.useClearProtect, Alarm::ProtectionOff, {}, {});
+    for (const char* name : {"/user/users.json", "/user/access.json"}) {
+        const QString path = HomeFiles::home() + QLatin1String(name);
+        m_book.set(HomeFiles::isGone(path), Alarm::FileGone, path, {});
+    }
 }

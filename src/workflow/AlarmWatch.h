@@ -49,6 +49,7 @@ private:
     void checkCameraKeys(const QStringList& present);
     void checkLog();
     void checkRecords();
+    void checkSetUp();
 
     const ksGlobalConfig& m_config;
     const ksSysConfig& m_settings;

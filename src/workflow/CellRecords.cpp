@@ -49,9 +49,7 @@ QString CellResultStore::saveResultImage(int station, const QString& model, cons
 
 void CellResultStore::insertResult(const StationResult& result)
 {
-    StationResult row = result;
-    row.value1.clear();
-    m_recorder.record(row, m_archive.isWaiting(result.value1) ? result.value1 : QString());
+    m_recorder.record(result);
 }
 
 CellRecords::CellRecords(const QString& home, const ksSysConfig& settings, Scheduler& scheduler, QObject* parent)
@@ -63,11 +61,7 @@ CellRecords::CellRecords(const QString& home, const ksSysConfig& settings, Sched
 {
 }
 
-/// The archive first: what became of its last pictures goes into the rows.
-CellRecords::~CellRecords()
-{
-    m_archive.reset();
-}
+CellRecords::~CellRecords() = default;
 
 void CellRecords::prepareImageFolders()
 {
@@ -131,7 +125,6 @@ void CellRecords::openResultDatabase()
     ResultRecorder::Rules rules;
     rules.scheduler = &m_scheduler;
     m_recorder = std::make_unique<ResultRecorder>(*m_results, rules);
-    connect(m_archive.get(), &ImageArchive::ended, m_recorder.get(), &ResultRecorder::onPictureEnded);
     m_store = std::make_unique<CellResultStore>(m_settings, *m_archive, *m_recorder);
 }
 

@@ -34,8 +34,7 @@ public:
 
     /// What is said while somebody types: whether a new model could have this name, and whether one named `exceptName`
     /// could have this index; if not, the reason.
-    /// A name that looks like another model's is not new; `exceptName` is that of a model that is renamed.
-    bool isNewName(const QString& name, QString* error, const QString& exceptName = {}) const;
+    bool isNewName(const QString& name, QString* error) const;
     bool isFreeIndex(qint32 index, const QString& exceptName, QString* error) const;
 
     /// Adds a model with an index that no other model has. Names that the library cannot carry are refused.
@@ -48,28 +47,24 @@ public:
     /// Replaces the table of one station; every name has to be in the library.
     bool setStationTable(const QString& station, const PlcIndexTable::StationTable& table, QString* error);
 
-    /// The models that count as current ones in the list: those that the stations run.
-    void setCurrentModels(const QStringList& names);
-    void setCurrentModel(const QString& name) { setCurrentModels({name}); }
+    /// The model that counts as the current one in the list.
+    void setCurrentModel(const QString& name);
 
     int modelCount() const override { return m_models.size(); }
     QString modelName(int row) const override { return m_models.value(row).name; }
     int plcIndex(int row) const override { return m_models.value(row).index; }
     bool isCalibrated(int row) const override { return m_models.value(row).calibrated; }
-    /// By the stations' tables; the library's own means nothing to the PLC.
-    QVariant shownIndex(int row) const override;
-    bool isCurrent(int row) const override { return m_current.contains(m_models.value(row).name); }
+    bool isCurrent(int row) const override { return !m_current.isEmpty() && m_models.value(row).name == m_current; }
 
 signals:
     /// Rows, or what they show, have changed.
     void changed();
-    void currentChanged();
 
 private:
     struct Model
     {
         QString name;
-        qint32 index = 0; ///< of the first table that has the model; the library's when none has it
+        qint32 index = 0;
         bool calibrated = false;
     };
 
@@ -85,5 +80,5 @@ private:
     const QStringList m_stations;
     const Scheduler& m_scheduler;
     QVector<Model> m_models;
-    QStringList m_current;
+    QString m_current;
 };

@@ -16,10 +16,11 @@ public:
     explicit PlcIndexTable(const QString& baseDir);
 
     /// Reads the file anew. A missing file gives an empty table; one that does not parse too, with a warning that
-    /// names the place.
+    /// names the place. What has a wrong type in one that does is named in the log, too; an index then is 0.
     void load();
 
-    /// Replaces the file in one step; one that does not parse is kept beside it. Returns false with the reason.
+    /// Replaces the file in one step; one that does not parse, or holds what is not a table, is kept
+    /// beside it first. Returns false with the reason.
     bool save(QString* error = nullptr) const;
 
     /// The model of an index; empty when there is none. An index below 1 clears a station and means no model.

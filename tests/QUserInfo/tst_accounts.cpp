@@ -116,6 +116,39 @@ private slots:
         QCOMPARE(restarted.users().accounts().size(), 1);
     }
 
+    void deletedUserFileIsNoWayIn()
+    {
+        Cell cell;
+        QCOMPARE(cell.createAdministrator(QStringLiteral("张工")), QString());
+        QVERIFY(QFile::remove(cell.home.path(userFile)));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("users\\.json was deleted"));
+        QCOMPARE(cell.session->reload(), UserStore::Damaged);
+        QVERIFY(cell.createAdministrator("mallory").contains(QStringLiteral("已被删除")));
+        QVERIFY(cell.logIn("mallory", goodPassword).contains(QStringLiteral("已被删除")));
+        QVERIFY(!QFile::exists(cell.home.path(userFile)));
+        QVERIFY(QFile::remove(cell.home.path(userFile + ".present"))); // on purpose
+        QCOMPARE(cell.session->reload(), UserStore::FirstStart);
+    }
+
+    void waitAfterWrongPasswordsOutlivesTheProgram()
+    {
+        const TempHome home;
+        const QString file = home.path("/user/retry.json");
+        const auto now = RetryDelay::Clock::now();
+        RetryDelay first(file);
+        for (int i = 0; i < 6; ++i)
+            first.failed(now);
+        QVERIFY(RetryDelay(file).left(now) > seconds(15));
+        home.write("/user/retry.json",
+                   R"({"failures": 7, "wait_until": "2999-01-01T00:00:00Z"})"); // the clock was ahead
+        RetryDelay again(file);
+        QVERIFY(again.left(now) > seconds(30) && again.left(now) <= seconds(62));
+        again.succeeded();
+        QCOMPARE(RetryDelay(file).left(now), milliseconds(0));
+        home.write("/user/retry.json", R"({"failures": -3, "wait_until": 7})");
+        QCOMPARE(RetryDelay(file).left(now), milliseconds(0));
+    }
+
     void damagedUserFileLetsNobodyInAndStaysAsItIs_data()
     {
         const QByteArray hash = PasswordHash::make(goodPassword);

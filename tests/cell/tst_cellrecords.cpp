@@ -96,6 +96,35 @@ private slots:
         QVERIFY(said("★工位1:切换型号为["));
     }
 
+    void secondProgramInTheSameHomeSaysSoAndEnds()
+    {
+        QVERIFY(start());
+        QProcess second;
+        second.start(VALVECELL_BIN_DIR "/valvecell", {"--home", m_cell.home()});
+        QVERIFY(second.waitForFinished(RunningCell::deadlineMs));
+        QCOMPARE(second.exitCode(), 3);
+        QVERIFY(second.readAllStandardError().contains("in use by another valvecell"));
+#ifdef Q_OS_UNIX
+        const QFile::Permissions others = QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+        QVERIFY(!(QFileInfo(m_cell.home() + "/DBFiles/Images").permissions() & others));
+#endif
+        QVERIFY(feed(1));
+    }
+
+    void versionIsPrintedWithoutAScreen()
+    {
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", "none that there is");
+        program.setProcessEnvironment(environment);
+        for (const char* option : {"--version", "--help"}) {
+            program.start(VALVECELL_BIN_DIR "/valvecell", {option});
+            QVERIFY(program.waitForFinished(RunningCell::deadlineMs));
+            QCOMPARE(program.exitCode(), 0);
+            QVERIFY(!program.readAllStandardOutput().isEmpty());
+        }
+    }
+
     void programKilledInProductionLosesAtMostThePartInHand()
     {
         for (int round = 0; round < 8; ++round) {

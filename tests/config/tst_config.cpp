@@ -4,6 +4,8 @@
 #include "support/Table.h"
 #include "support/TempHome.h"
 
+#include <valvecell/HomeFiles.h>
+
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineF>
@@ -12,6 +14,10 @@
 #include <cmath>
 #include <limits>
 #include <thread>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 namespace {
 const QString globalFile = QStringLiteral("/user/globalConfig.json");
@@ -96,6 +102,13 @@ private slots:
         QCOMPARE(config.pointCircle, 20);
         QCOMPARE(config.station(2).twoPoint.scale, 0.25);
         QCOMPARE(config.station(2).fourPoint.map[2], 4.0);
+        const QByteArray written = home.read(globalFile);
+        QVERIFY(config.save() && config.save());
+        QCOMPARE(home.keptAside(globalFile).size(), 1);
+        QCOMPARE(home.read("/user/" + home.keptAside(globalFile).first()), written);
+        home.write(globalFile, R"({"onlineMode": true, "station1_4p": {"m11": 1, "of a later version": 5}})");
+        QVERIFY(config.load() && config.save());
+        QCOMPARE(home.keptAside(globalFile).size(), 2);
     }
 
     void globalConfigComesBackTheSame()
@@ -264,6 +277,66 @@ private slots:
         QCOMPARE(again.filterTime, -4);
         for (const char* unknown : {"Baud=9600\n", "[Plant]\nown=kept\n"})
             QVERIFY2(home.read(systemFile).contains(unknown), unknown);
+    }
+
+    void settingsThatAreLostAreNamedAndKept_data()
+    {
+        Table::of<QByteArray, QStringList>(
+            {{"byte-order mark", "\xEF\xBB\xBF[COM]\nPort=COM9\n", {}},
+             {"mark and comment", "\xEF\xBB\xBF; by hand\n[COM]\r\nPort=COM9\r\n", {}},
+             {"stray line", "[COM]\nwhat is this\nPort=COM9\n", {"line 2"}},
+             {"wrong values",
+              "[COM]\nPort=COM9\nBaute=fast\n[CheckThread]\nEnable_SrcImg=perhaps\ndays=1,5\n",
+              {"COM/Baute=fast", "Enable_SrcImg=perhaps", "days=1,5"}}});
+    }
+    void settingsThatAreLostAreNamedAndKept()
+    {
+        const auto [content, named] = Table::row<QByteArray, QStringList>();
+        const TempHome home;
+        home.write(systemFile, content);
+        for (const QString& place : named)
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression("systemConfig\\.ini.*" + place));
+        ksSysConfig config;
+        config.load();
+        QCOMPARE(config.comPort, QString("COM9"));
+        QVERIFY(config.save() && config.save()); // kept once
+        QCOMPARE(home.keptAside(systemFile).size(), named.isEmpty() ? 0 : 1);
+        if (!named.isEmpty())
+            QCOMPARE(home.read("/user/" + home.keptAside(systemFile).first()), content);
+        ksSysConfig again;
+        again.load();
+        QCOMPARE(again.comPort, QString("COM9"));
+    }
+
+#ifdef Q_OS_UNIX
+    void pipeInPlaceOfAFileKeepsNobodyWaiting()
+    {
+        const TempHome home;
+        for (const QString& file : {globalFile, systemFile})
+            QCOMPARE(mkfifo(QFile::encodeName(home.path(file)).constData(), 0600), 0);
+        ksSysConfig settings;
+        settings.load();
+        QVERIFY(settings.save());
+        ksGlobalConfig config;
+        QString problems;
+        QVERIFY(!config.load(&problems));
+        QVERIFY2(problems.contains("not a regular file"), qPrintable(problems));
+        QVERIFY(config.save() && config.load());
+    }
+#endif
+
+    void relativeHomeIsNotAppliedTwice()
+    {
+        const QTemporaryDir folder;
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(folder.path()) && QDir().mkdir("demo"));
+        qputenv("VALVECELL_HOME", "demo");
+        HomeFiles::fixHome();
+        const QString home = HomeFiles::home();
+        QVERIFY(QDir::setCurrent(home));
+        QCOMPARE(HomeFiles::home(), home);
+        QVERIFY(QDir::setCurrent(before));
+        qunsetenv("VALVECELL_HOME");
     }
 
     void settingsFileThatIsNoIniIsKeptAside()

@@ -88,6 +88,19 @@ private slots:
         QVERIFY(ksLogDB(m_folder->filePath("other.db")).query("it's", "", 2).isEmpty());
     }
 
+    void logStaysWhereItBeganWhenTheWorkingDirectoryChanges()
+    {
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(m_folder->path()));
+        ksLogDB log;
+        QVERIFY(QDir::setCurrent(before));
+        log.setPause(1);
+        log.start();
+        log.append(1, "here", 4);
+        QTRY_COMPARE(messages(1), QStringList{"here"});
+        QVERIFY(!log.query("2000-01-01", "2999-12-31", 1).isEmpty());
+    }
+
     void entriesOfTheFirstAndTheLastSecondAreNotReturned()
     {
         const ksLogDB log(file());

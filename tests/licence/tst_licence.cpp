@@ -127,6 +127,10 @@ private slots:
         QVERIFY(registration.present().isGood());
         QCOMPARE(registration.present().licence.customer, Vendor::licence().customer);
 
+        home.write(licenceFile, good + "\r\n"); // an editor's
+        QVERIFY(registration.present().isGood());
+        QVERIFY(registration.submit(good, &error).isGood());
+
         Licence expired = Vendor::licence();
         expired.issued = expired.expires = Vendor::today().addDays(-1);
         for (const QByteArray& bad : {m_vendor.issue(expired), good.chopped(1), QByteArray(), QByteArray("某")})
@@ -140,6 +144,17 @@ private slots:
         QFile previous(registration.previousFile());
         QVERIFY(previous.open(QIODevice::ReadOnly));
         QCOMPARE(previous.readAll(), good);
+    }
+
+    void clockPutBackIsNoticedOnce()
+    {
+        const TempHome home;
+        const QDateTime now(QDate(2026, 3, 31), QTime(12, 0));
+        QVERIFY(!registration(home).noteTime(now).isValid());
+        QVERIFY(!registration(home).noteTime(now.addSecs(-600)).isValid());
+        QVERIFY(!registration(home).noteTime(now.addDays(1)).isValid());
+        QCOMPARE(registration(home).noteTime(now), now.addDays(1));
+        QVERIFY(!registration(home).noteTime(now).isValid());
     }
 
     void unwritableHomeIsReported()

@@ -1,7 +1,6 @@
 #include "SimulatedCell.h"
 #include "db/ResultReader.h"
 #include "db/StationDB.h"
-#include "workflow/ModelManager.h"
 
 #include <QSignalSpy>
 
@@ -69,23 +68,31 @@ private slots:
         QCOMPARE(count.found, 1);
     }
 
-    void modelsThatTheStationsRunStandOutInTheList()
+    void clockThatJumpsDeletesNothingUntilItsAlarmIsAcknowledged()
     {
         SimulatedCell plant;
+        plant.settings.cleanSrcImages = true;
+        plant.settings.minFreeSpace = 0;
+        plant.scheduler.setClock(QDateTime::currentDateTime());
         plant.startUp();
         plant.open();
-        const auto current = [&plant] {
-            QStringList names;
-            for (int row = 0; row < plant.cell->models()->modelCount(); ++row)
-                if (plant.cell->models()->isCurrent(row))
-                    names << plant.cell->models()->modelName(row);
-            return names.join(' ');
-        };
-        QCOMPARE(current(), QString("五辐")); // both stations'
-        plant.send('C', 1, 2);
-        QCOMPARE(current().split(' ').size(), 2);
-        plant.send('C', 2, 2);
-        QCOMPARE(current(), QString("钢圈"));
+        const QString day = plant.home.path("/DBFiles/SrcImages/2026-03-31");
+        QVERIFY(QDir().mkpath(day));
+        plant.scheduler.advance(3000);
+        plant.scheduler.setClock(plant.scheduler.now().addDays(30));
+        plant.scheduler.advance(4000);
+        QVERIFY(QDir().exists(day));
+        QCOMPARE(plant.cell->alarms().alarms().value(0).kind, Alarm::ClockJumped);
+        plant.scheduler.setClock(plant.scheduler.now().addDays(-30));
+        plant.scheduler.advance(4000);
+        plant.cell->alarms().acknowledge();
+        plant.scheduler.advance(4000);
+        QVERIFY(QDir().exists(day) && plant.cell->alarms().alarms().isEmpty());
+        plant.scheduler.setClock(plant.scheduler.now().addDays(30));
+        plant.scheduler.advance(4000);
+        plant.cell->alarms().acknowledge();
+        plant.scheduler.advance(4000);
+        QVERIFY(!QDir().exists(day));
     }
 
     void eachStationsAccountCountsItsOwn()

@@ -1,3 +1,4 @@
+#include "config/AccessPolicy.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/ksLogDB.h"
@@ -67,6 +68,43 @@ class AlarmsTest : public QObject
     Q_OBJECT
 
 private slots:
+    void protectionThatIsOffIsShownQuietly()
+    {
+        const TempHome home;
+        ksGlobalConfig config;
+        AlarmBook book(Scheduler::system());
+        AlarmWatch watch(config, book);
+        config.onlineMode = true;
+        watch.check();
+        QCOMPARE(list(book), QStringLiteral("%1//x1!").arg(Alarm::ProtectionOff));
+        config.useClearProtect = true;
+        watch.check();
+        QCOMPARE(list(book), QString());
+    }
+
+    void deletedAccessFileIsAnAlarmAndOpensNothing()
+    {
+        const TempHome home;
+        const ksGlobalConfig config;
+        AlarmBook book(Scheduler::system());
+        AlarmWatch watch(config, book);
+        AccessPolicy policy;
+        policy.load();
+        QVERIFY(!policy.engineerOnly);
+        policy.engineerOnly = true;
+        QVERIFY(policy.save(nullptr));
+        watch.check();
+        QCOMPARE(list(book), QString());
+        QVERIFY(QFile::remove(AccessPolicy::path()));
+        watch.check();
+        QCOMPARE(book.alarms().value(0).subject, AccessPolicy::path());
+        policy.load();
+        QVERIFY(policy.engineerOnly);
+        QVERIFY(policy.save(nullptr));
+        watch.check();
+        QCOMPARE(list(book), QString());
+    }
+
     void looseCableComesAndGoes()
     {
         const ksGlobalConfig config;

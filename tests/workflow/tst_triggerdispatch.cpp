@@ -224,6 +224,24 @@ private slots:
         QCOMPARE(home.keptAside("/user/plcIndex.json").size(), 1);
     }
 
+    void whatAnIndexTableLosesIsNamedAndKept()
+    {
+        const TempHome home;
+        const QByteArray content = R"({"工位1": [{"Name": "甲", "PlcIndex": "5"}, {"Name": "乙", "PlcIndex": 2},
+                                      "丙", {"PlcIndex": 1.5}], "工位2": 7})";
+        home.write("/user/plcIndex.json", content);
+        for (const char* place : {"\\[0\\].*甲", "\\[2\\]", "\\[3\\]: \"Name\"", "\\[3\\]: \"PlcIndex\"", "工位2"})
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QString("plcIndex\\.json.*") + place));
+        PlcIndexTable table(home.path());
+        table.load();
+        QCOMPARE(table.table("工位1").value("甲"), 0);
+        QCOMPARE(table.modelOf("工位1", 2), QStringLiteral("乙"));
+        QVERIFY(table.save() && table.save());
+        const QStringList kept = home.keptAside("/user/plcIndex.json");
+        QCOMPARE(kept.size(), 1);
+        QCOMPARE(home.read("/user/" + kept.first()), content);
+    }
+
     void selectedModelIsShownOnTheLabel()
     {
         Cell cell;

@@ -504,24 +504,12 @@ Close anyway?</translation>
         <source>结果已补写入数据库，期间%1条延迟，其中%2条丢弃</source>
         <translation>The waiting results were written to the database: %1 were late, %2 of them given up</translation>
     </message>
-    <message>
-        <source>%1条结果暂存于%2，下次启动时写入数据库</source>
-        <translation>%1 results are kept in %2 and go into the database at the next start</translation>
-    </message>
-    <message>
-        <source>未写入的结果不能读取：%1，原文件保留为%2</source>
-        <translation>Results that were not yet written cannot be read: %1; the file is kept as %2</translation>
-    </message>
 </context>
 <context>
     <name>SaveImgThread</name>
     <message>
         <source>不能创建文件夹%1</source>
         <translation>The folder %1 cannot be made</translation>
-    </message>
-    <message>
-        <source>磁盘已满</source>
-        <translation>the disk is full</translation>
     </message>
 </context>
 <context>
@@ -850,8 +838,24 @@ Close anyway?</translation>
         <translation>The clock jumped to %1: images are not deleted by age; check the time, then acknowledge</translation>
     </message>
     <message>
+        <source>在线模式下未启用“型号无效时拒绝触发”</source>
+        <translation>Online, and triggers without a valid model are not refused</translation>
+    </message>
+    <message>
+        <source>文件%1被删除，请恢复</source>
+        <translation>The file %1 was deleted: restore it</translation>
+    </message>
+    <message>
         <source>核对系统时间，然后按“已知悉”</source>
         <translation>Check the system's time, then press “Acknowledge”</translation>
+    </message>
+    <message>
+        <source>请在系统设置中启用，除非工厂有意关闭</source>
+        <translation>Switch it on in the settings, unless the plant wants it off</translation>
+    </message>
+    <message>
+        <source>请由本机的管理人员从备份恢复</source>
+        <translation>The keeper of this machine restores it from a backup</translation>
     </message>
 </context>
 <context>
@@ -949,6 +953,17 @@ Close anyway?</translation>
     <message>
         <source>剩余空间不足%1 GB，%2的图像从现在起到程序结束只保留1天</source>
         <translation>Less than %1 GB are free: images in %2 are kept for 1 day only from now until the program ends</translation>
+    </message>
+</context>
+<context>
+    <name>LicenceDesk</name>
+    <message>
+        <source>系统时间被调回：上次是%1，现在是%2</source>
+        <translation>The clock was put back: last seen at %1, now %2</translation>
+    </message>
+    <message>
+        <source>本程序使用构建时自动生成的授权密钥，不是供应商的密钥</source>
+        <translation>This build has a licence key of its own, not a vendor's</translation>
     </message>
 </context>
 </TS>

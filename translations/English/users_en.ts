@@ -287,10 +287,18 @@
     <message>
         <source>用户文件已损坏，不能登录：
 %1
-请由本机的管理人员恢复该文件；删除后可重新创建管理员。</source>
+请由本机的管理人员恢复该文件；删除它和%2后可重新创建管理员。</source>
         <translation>The user file is damaged, nobody can log in:
 %1
-The keeper of this machine has to restore the file; when it is removed, an administrator can be created anew.</translation>
+The keeper of this machine has to restore the file; when it and %2 are removed, an administrator can be created anew.</translation>
+    </message>
+    <message>
+        <source>用户文件已被删除，不能登录：
+%1
+请由本机的管理人员恢复该文件；同时删除%2后可重新创建管理员。</source>
+        <translation>The user file was deleted, nobody can log in:
+%1
+The keeper of this machine has to restore the file; when %2 is removed, too, an administrator can be created anew.</translation>
     </message>
     <message>
         <source>用户“%1”已存在</source>

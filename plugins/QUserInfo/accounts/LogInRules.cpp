@@ -6,6 +6,9 @@
 
 namespace {
 const auto idleMinutes = QStringLiteral("idle_minutes");
+const auto failures = QStringLiteral("failures");
+const auto waitUntil = QStringLiteral("wait_until");
+constexpr int mostFailures = 7;
 } // namespace
 
 LogInRules::LogInRules(QString path)
@@ -32,16 +35,48 @@ bool LogInRules::setIdleLimit(std::chrono::minutes limit, QString* error)
     return true;
 }
 
-void RetryDelay::failed(Clock::time_point now)
+RetryDelay::RetryDelay(QString path)
+    : m_path(std::move(path))
+{
+    if (m_path.isEmpty())
+        return;
+    const QJsonObject file = HomeFiles::readJson(m_path).object;
+    m_failures = qBound(0, file.value(failures).toInt(), mostFailures);
+    const QDateTime until = QDateTime::fromString(file.value(waitUntil).toString(), Qt::ISODate);
+    const auto left = std::chrono::seconds(QDateTime::currentDateTimeUtc().secsTo(until));
+    if (m_failures > 0 && until.isValid()) // a clock that was set back makes no wait longer
+        m_until = Clock::now() + std::clamp(left, std::chrono::seconds(0), waitNow());
+}
+
+std::chrono::seconds RetryDelay::waitNow() const
 {
     constexpr std::chrono::seconds longest(60);
-    m_failures = std::min(m_failures + 1, 7);
-    m_until = now + std::min(std::chrono::seconds(1 << (m_failures - 1)), longest);
+    return std::min(std::chrono::seconds(1 << (m_failures - 1)), longest);
+}
+
+void RetryDelay::store() const
+{
+    const QString until =
+        QDateTime::currentDateTimeUtc().addSecs(m_failures > 0 ? waitNow().count() : 0).toString(Qt::ISODate);
+    QString error;
+    if (!m_path.isEmpty() && !HomeFiles::writeJson(m_path, {{failures, m_failures}, {waitUntil, until}}, &error))
+        qWarning("%s", qUtf8Printable(error));
+}
+
+void RetryDelay::failed(Clock::time_point now)
+{
+    m_failures = std::min(m_failures + 1, mostFailures);
+    m_until = now + waitNow();
+    store();
 }
 
 void RetryDelay::succeeded()
 {
-    *this = RetryDelay();
+    if (m_failures == 0)
+        return;
+    m_failures = 0;
+    m_until = {};
+    store();
 }
 
 std::chrono::milliseconds RetryDelay::left(Clock::time_point now) const

@@ -30,11 +30,14 @@ private:
 };
 
 /// How long the next attempt has to wait after wrong passwords: 1 s after the first in a row, twice as long after each
-/// further one, up to a minute. One thread.
+/// further one, up to a minute. Kept in a file of the home, so that a restart ends no wait. One thread.
 class RetryDelay
 {
 public:
     using Clock = std::chrono::steady_clock;
+
+    /// Takes on the wait that the file holds, if any is left. Without a path nothing is kept.
+    explicit RetryDelay(QString path = {});
 
     /// A wrong password was given at `now`; the wait counts from here.
     void failed(Clock::time_point now);
@@ -45,6 +48,10 @@ public:
     std::chrono::milliseconds left(Clock::time_point now) const;
 
 private:
+    std::chrono::seconds waitNow() const;
+    void store() const;
+
+    QString m_path;
     int m_failures = 0;
     Clock::time_point m_until;
 };

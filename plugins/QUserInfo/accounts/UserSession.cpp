@@ -3,6 +3,7 @@
 #include "accounts/PasswordHash.h"
 #include "accounts/UserFile.h"
 
+#include <QFileInfo>
 #include <QPointer>
 
 #include <cmath>
@@ -19,6 +20,7 @@ UserChange roleChange(const QString& by, const QString& name, Role before, Role 
 
 UserSession::UserSession(const QString& usersFile)
     : m_store(usersFile)
+    , m_delay(QFileInfo(usersFile).path() + QStringLiteral("/retry.json"))
 {
 }
 

@@ -17,14 +17,22 @@ UserStore::State UserStore::load()
     const auto file = HomeFiles::readJson(m_path);
     QString error = file.error;
     if (file.state == HomeFiles::JsonRead::Missing) {
-        m_state = FirstStart;
+        m_state = HomeFiles::isGone(m_path) ? Damaged : FirstStart;
+        if (m_state == Damaged) {
+            m_damage =
+                tr("用户文件已被删除，不能登录：\n%1\n请由本机的管理人员恢复该文件；同时删除%2后可重新创建管理员。")
+                    .arg(m_path, QFileInfo(HomeFiles::markOf(m_path)).fileName());
+            qWarning("user file %s was deleted", qUtf8Printable(m_path));
+        }
     } else if (file.state == HomeFiles::JsonRead::Good && UserFile::fromJson(file.object, &m_accounts, &error)) {
         m_state = Ready;
+        HomeFiles::markPresent(m_path);
     } else {
         m_state = Damaged;
         const QString place = error.startsWith(m_path) ? error : QStringLiteral("%1, %2").arg(m_path, error);
-        m_damage =
-            tr("用户文件已损坏，不能登录：\n%1\n请由本机的管理人员恢复该文件；删除后可重新创建管理员。").arg(place);
+        m_damage = tr("用户文件已损坏，不能登录：\n%1\n请由本机的管理人员恢复该文件；删除它和%2后可重新创建管理员。")
+                       .arg(place, QFileInfo(HomeFiles::markOf(m_path)).fileName());
+        HomeFiles::markPresent(m_path);
         qWarning("user file %s", qUtf8Printable(place));
     }
     return m_state;
@@ -82,6 +90,7 @@ bool UserStore::write(const Accounts& accounts, QString* error)
     else if (HomeFiles::writeJson(m_path, UserFile::toJson(accounts), error)) {
         if (m_state == FirstStart) // later writes keep the rights that the file has
             QFile::setPermissions(m_path, QFile::ReadOwner | QFile::WriteOwner);
+        HomeFiles::markPresent(m_path);
         m_accounts = accounts;
         m_state = Ready;
         return true;

@@ -8,10 +8,11 @@
 ///
 ///     {"users": [{"name": "张工", "role": "engineer", "password": "$argon2id$..."}, ...]}
 ///
-/// A missing file means the first start, and the first user has to be an administrator. Anything else that is not a
+/// A missing file means the first start, and the first user has to be an administrator; one that was deleted (see
+/// HomeFiles::markPresent()) is none. Anything else that is not a
 /// whole list with an administrator in it is Damaged: nobody can be found in it, and nothing is written, so that a
 /// spoiled file can never be traded for a new administrator from within the program. It stays where it is until
-/// somebody who may do so on this machine restores it, or removes it to begin anew.
+/// somebody who may do so on this machine restores it, or removes it and its mark to begin anew.
 ///
 /// Each change reads the file first and is refused when the file has gone bad meanwhile. One thread.
 class UserStore

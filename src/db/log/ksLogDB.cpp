@@ -4,6 +4,7 @@
 #include "db/log/LogLine.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 
 #include <chrono>
 
@@ -57,7 +58,7 @@ bool QDBSqlite::openForReading()
 }
 
 ksLogDB::ksLogDB(const QString& path)
-    : m_path(path)
+    : m_path(QFileInfo(path).absoluteFilePath()) // the working directory may change later
 {
     QDBSqlite database(m_path); // the thread that writes opens its own
     database.open();

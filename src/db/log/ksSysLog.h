@@ -12,7 +12,7 @@ class ks_singleton_sys : public ks_singleton_base<T>
 };
 
 /// The system log of the process: once instance() was called, every LogLine goes to "dbLog.db" in the working
-/// directory.
+/// directory of that moment.
 class ksSysLog : public ks_singleton_sys<ksSysLog>
 {
 public:
