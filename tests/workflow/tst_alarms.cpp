@@ -73,7 +73,8 @@ private slots:
         const TempHome home;
         ksGlobalConfig config;
         AlarmBook book(Scheduler::system());
-        AlarmWatch watch(config, book);
+        const ksSysConfig settings;
+        AlarmWatch watch(config, settings, book);
         config.onlineMode = true;
         watch.check();
         QCOMPARE(list(book), QStringLiteral("%1//x1!").arg(Alarm::ProtectionOff));
@@ -87,7 +88,8 @@ private slots:
         const TempHome home;
         const ksGlobalConfig config;
         AlarmBook book(Scheduler::system());
-        AlarmWatch watch(config, book);
+        const ksSysConfig settings;
+        AlarmWatch watch(config, settings, book);
         AccessPolicy policy;
         policy.load();
         QVERIFY(!policy.engineerOnly);
