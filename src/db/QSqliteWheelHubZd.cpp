@@ -31,7 +31,7 @@ const SqlValueMap& modelColumns()
 }
 
 /// Others write this file too, and a change of a model may wait for them: longer than a row in production may.
-SqliteFile::OpenRules openRules()
+SqliteFile::OpenRules libraryRules()
 {
     SqliteFile::OpenRules rules;
     rules.busyMs = 250;
@@ -97,7 +97,7 @@ QString QZkDbSqlite::createTableSql(const QString& table, const QString& keyColu
 QSqliteWheelHubZd::QSqliteWheelHubZd(const QString& folder)
     : QSqliteGeneral(folder + QStringLiteral("wheelhubzd.db"))
 {
-    store().rules() = openRules();
+    store().rules() = libraryRules();
 }
 
 bool QSqliteWheelHubZd::addModel(const QString& name, const SqlValueMap& values)
