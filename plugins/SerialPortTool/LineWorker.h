@@ -44,7 +44,7 @@ public:
     /// Numbers the times that the line is open; 0 while it is closed. A frame is written only in the session in which
     /// it was handed over, so that none is sent late.
     std::atomic<quint64> session{0};
-    std::atomic<quint64> sessions{0}; ///< so far, over all openings
+    std::atomic<quint64> sessions{0};  ///< so far, over all openings
     std::atomic<bool> stopping{false}; ///< no callback may begin any more
     std::atomic<quint64> framesIn{0};
     std::atomic<quint64> framesOut{0};

@@ -38,7 +38,7 @@ private:
 
     const QString m_path;
     const Flush m_flush;
-    int m_inLog = 0;            ///< of the thread: commits since the log was moved
+    int m_inLog = 0;    ///< of the thread: commits since the log was moved
     std::mutex m_mutex; ///< guards m_commits, m_flushed, m_stop
     std::condition_variable m_changed;
     int m_commits = 0;

@@ -79,7 +79,8 @@ public:
         constexpr uid_t nobody = 65534;
         const QByteArray above = QFile::encodeName(QFileInfo(folder).path());
         m_isOne = geteuid() == 0 && chmod(above.constData(), 0755) == 0 &&
-                  chown(QFile::encodeName(folder).constData(), nobody, nobody) == 0 && setresuid(nobody, nobody, 0) == 0;
+                  chown(QFile::encodeName(folder).constData(), nobody, nobody) == 0 &&
+                  setresuid(nobody, nobody, 0) == 0;
     }
     ~AsUser()
     {

@@ -1,7 +1,6 @@
 #include "dialogs/cameras/CameraForm.h"
 
 #include "common/forms/ChoiceBox.h"
-#include "common/forms/NumberField.h"
 #include "common/forms/DialogForm.h"
 #include "common/forms/NumberField.h"
 #include "dialogs/cameras/FolderProbe.h"
