@@ -22,6 +22,8 @@ public:
     /// As StationConfig::spoiledTwoPoint, for the key of `use4pointstand`: no station's calibration is known.
     QJsonObject spoiledKind;
 
+    QString loadProblem; ///< what load() found wrong at the start, a line each; not stored
+
     /// The set-up of station 1 or 2.
     StationConfig& station(int number) { return stations[number == 1 ? 0 : 1]; }
     const StationConfig& station(int number) const { return stations[number == 1 ? 0 : 1]; }

@@ -27,6 +27,7 @@ public:
     qint32 filterTime{};       ///< triggers that the burst filter refuses before it takes one
     bool saveSrcImage[2] = {}; ///< archive source images of station 1, 2
     bool saveRltImage[2] = {}; ///< archive result images of station 1, 2
+    QString loadProblem;       ///< what load() found wrong at the start; not stored
     QString filePath;          ///< not stored
 
     /// What the keys of a group begin with, for those who act when one of them changes.

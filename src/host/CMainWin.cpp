@@ -32,7 +32,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QStyle>
 
 #include <cstdlib>
 #include <utility>
@@ -41,10 +40,12 @@ CMainWin::CMainWin(QWidget* parent)
     : QMainWindow(parent)
 {
     buildUi();
-    startSystemLog();
+    SystemLog::ksSysLog::instance();
+    m_warnings = std::make_unique<SystemLog::WarningForward>();
     loadSettings();
-    loadStationConfig();
-    applyLanguage();
+    ksGlobalConfig::instance()->load(&ksGlobalConfig::instance()->loadProblem);
+    m_language = std::make_unique<LanguageSwitch>();
+    onLanguageChange(ksSysConfig::instance()->language);
     dress();
     setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
     createWorkflow();
@@ -63,7 +64,9 @@ CMainWin::CMainWin(QWidget* parent)
     m_cell->selectRunModels();
     m_twoPoint = std::make_unique<ksImageCaliUI>(this);
     m_fourPoint = std::make_unique<ksImageCaliUI4P>(this);
-    checkLicence();
+    m_licence = std::make_unique<LicenceDesk>(this);
+    onLineseCheck(m_licence->check());
+    connect(m_licence->dialog(), &QCryptokeyUI::sgRegisterFinish, this, &CMainWin::onLineseCheck);
     createActions();
     m_statusTimer = startTimer(1000, Qt::CoarseTimer);
     m_cell->startStatusTick();
@@ -96,33 +99,12 @@ void CMainWin::buildUi()
     m_viewMenu->addTo(m_ui->toolBar);
 }
 
-void CMainWin::startSystemLog()
-{
-    SystemLog::ksSysLog::instance();
-    m_warnings = std::make_unique<SystemLog::WarningForward>();
-}
-
 void CMainWin::loadSettings()
 {
-    QString problem;
-    if (!ksSysConfig::instance()->load(&problem))
-        m_configProblems.insert(QStringLiteral("systemConfig.ini"), problem);
+    ksSysConfig::instance()->load(&ksSysConfig::instance()->loadProblem);
     ksSysConfig::instance()->save();
     AccessPolicy::instance()->load();
     CellLimits::instance()->load();
-}
-
-void CMainWin::loadStationConfig()
-{
-    QString problems;
-    if (!ksGlobalConfig::instance()->load(&problems))
-        m_configProblems.insert(QStringLiteral("globalConfig.json"), problems.section(QLatin1Char('\n'), 0, 0));
-}
-
-void CMainWin::applyLanguage()
-{
-    m_language = std::make_unique<LanguageSwitch>();
-    onLanguageChange(ksSysConfig::instance()->language);
 }
 
 void CMainWin::dress()
@@ -142,26 +124,19 @@ void CMainWin::createWorkflow()
         std::make_unique<Cell>(Cell::Ground{platform::home(), *ksSysConfig::instance(), *ksGlobalConfig::instance(),
                                             *CellLimits::instance(), log, Scheduler::system()},
                                std::make_unique<ModuleSet>());
-    for (auto it = m_configProblems.cbegin(); it != m_configProblems.cend(); ++it)
-        m_cell->alarms().raise(Alarm::ConfigDamaged, it.key(), it.value());
     m_ui->alarmStrip->setBook(&m_cell->alarms());
     connect(m_cell.get(), &Cell::linkAlive, this, [this] { m_status->linkAlive(); });
     connect(m_cell.get(), &Cell::shutdownReceived, this, [this] {
         if (!m_asksToClose) // closing all would take the question for answered
             QApplication::closeAllWindows();
     });
-    connect(m_cell.get(), &Cell::modelMissing, m_panels, &StationPanels::showNoModel);
-    connect(m_cell.get(), &Cell::testRunningChanged, this, &CMainWin::showTesting);
+    m_panels->follow(*m_cell);
+    connect(m_cell.get(), &Cell::testRunningChanged, m_look, &WindowLook::showTesting);
     connect(m_cell.get(), &Cell::sgShowLog, this, &CMainWin::sgShowLog);
     connect(this, &CMainWin::sgShowLog, this, &CMainWin::onShowLog);
     connect(m_cell.get(), &Cell::sgShowImg, this, qOverload<int, const QImage&>(&CMainWin::onShowImage));
     connect(m_cell.get(), &Cell::sgShowSrcImg, this, qOverload<const QString&, const QImage&>(&CMainWin::onShowImage));
-    connect(m_cell.get(), &Cell::pictureNamed, m_panels, &StationPanels::showCaption);
     connect(m_cell.get(), &Cell::sgShowModeName, this, &CMainWin::onShowName);
-    connect(m_cell.get(), &Cell::captureStarted, m_panels, &StationPanels::showTrigger);
-    connect(m_cell.get(), &Cell::captureRefused, m_panels, &StationPanels::showRefusal);
-    connect(m_cell.get(), &Cell::readingChanged, m_panels, &StationPanels::showReading);
-    connect(m_cell.get(), &Cell::countChanged, m_panels, &StationPanels::showCount);
 }
 
 void CMainWin::loadModules()
@@ -206,6 +181,7 @@ void CMainWin::buildStatusBar()
     m_status = new CellStatusBar(this);
     setStatusBar(m_status);
     m_look->dress(m_status);
+    connect(m_cell.get(), &Cell::testRunningChanged, m_status, &CellStatusBar::setTesting);
     connect(m_status, &CellStatusBar::alarmHistoryWanted, m_ui->alarmStrip, &AlarmStrip::showHistory);
     m_status->setRegistered(ksGlobalData::instance()->registered);
 }
@@ -230,13 +206,6 @@ void CMainWin::connectTestMode()
     connect(m_viewMenu, &ViewMenu::sgChangeLanguage, this, &CMainWin::onLanguageChange);
     connect(m_test, &QTestWidget::intervalChanged, m_cell.get(), &Cell::setTestInterval);
     connect(m_test, &QTestWidget::sgTestMode, this, &CMainWin::onTestMode);
-}
-
-void CMainWin::checkLicence()
-{
-    m_licence = std::make_unique<LicenceDesk>(this);
-    onLineseCheck(m_licence->check());
-    connect(m_licence->dialog(), &QCryptokeyUI::sgRegisterFinish, this, &CMainWin::onLineseCheck);
 }
 
 void CMainWin::readEngineList()
@@ -344,40 +313,20 @@ void CMainWin::closeEvent(QCloseEvent* event)
 {
     if (std::exchange(m_asksToClose, true))
         return event->ignore();
-    const QStringList models = m_actions->unsavedModels();
-    const bool closes = messages::confirmClose(this) && (models.isEmpty() || messages::confirmLoss(this, models));
+    const bool closes = messages::confirmClose(this, m_actions->unsavedModels());
     m_asksToClose = false;
     event->setAccepted(closes);
-    const auto children = findChildren<QWidget*>();
-    for (QWidget* child : children) {
-        if (closes && child->isWindow())
-            child->hide();
-    }
-}
-
-/// The style sheet frames the window.
-void CMainWin::showTesting(bool testing)
-{
-    m_ui->central->setProperty("testing", testing);
-    m_ui->central->style()->unpolish(m_ui->central);
-    m_ui->central->style()->polish(m_ui->central);
-    m_ui->central->update();
-    m_status->setTesting(testing);
-}
-
-void CMainWin::onTick()
-{
-    m_status->tick(ksGlobalConfig::instance()->onlineMode);
-    if (m_licence->isDue())
-        onLineseCheck(m_licence->check());
+    if (closes)
+        DialogForm::hideWindowsOf(this);
 }
 
 void CMainWin::timerEvent(QTimerEvent* event)
 {
-    if (event->timerId() == m_statusTimer)
-        onTick();
-    else
-        QMainWindow::timerEvent(event);
+    if (event->timerId() != m_statusTimer)
+        return QMainWindow::timerEvent(event);
+    m_status->tick(ksGlobalConfig::instance()->onlineMode);
+    if (m_licence->isDue())
+        onLineseCheck(m_licence->check());
 }
 
 void CMainWin::changeEvent(QEvent* event)

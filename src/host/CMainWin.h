@@ -3,7 +3,6 @@
 #include <valvecell/SComFrame.h>
 
 #include <QMainWindow>
-#include <QMap>
 
 #include <memory>
 
@@ -72,14 +71,9 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    /// Once a second.
-    void onTick();
     // The start-up, in its order; each step is a line of the constructor, those of the cell among them.
     void buildUi();
-    void startSystemLog();
     void loadSettings();
-    void loadStationConfig();
-    void applyLanguage();
     void dress();
     void createWorkflow();
     void loadModules();
@@ -88,15 +82,11 @@ private:
     void connectViewers();
     void buildStatusBar();
     void connectTestMode();
-    void checkLicence();
     void createActions();
     void readEngineList();
     void layOutForCameras();
 
-    void showTesting(bool testing);
-
     std::unique_ptr<Ui::CMainWin> m_ui;
-    QMap<QString, QString> m_configProblems; ///< by file, until there is a cell whose alarms they are
     std::unique_ptr<SystemLog::WarningForward> m_warnings;
     std::unique_ptr<LanguageSwitch> m_language;
     std::unique_ptr<ksImageCaliUI> m_twoPoint;

@@ -57,7 +57,9 @@ void portNotOpen(QWidget* parent, const QString& port, const QString& baudRate)
     box->open();
 }
 
-bool confirmClose(QWidget* parent)
+namespace {
+
+bool confirmEnd(QWidget* parent)
 {
     QMessageBox box(QMessageBox::Warning, translated(QT_TRANSLATE_NOOP("CMainWin", "警告")),
                     translated(QT_TRANSLATE_NOOP("CMainWin", "本检测系统正在运行，您真的要关闭？")),
@@ -80,6 +82,13 @@ bool confirmLoss(QWidget* parent, const QStringList& models)
     box.setDefaultButton(QMessageBox::Cancel);
     box.setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
     return box.exec() == QMessageBox::Ok;
+}
+
+} // namespace
+
+bool confirmClose(QWidget* parent, const QStringList& unsavedModels)
+{
+    return confirmEnd(parent) && (unsavedModels.isEmpty() || confirmLoss(parent, unsavedModels));
 }
 
 } // namespace messages

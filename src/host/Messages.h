@@ -19,10 +19,8 @@ void notEnabled();
 /// Asks whether the user of that name is to be logged out.
 bool confirmLogOut(QWidget* parent, const QString& user);
 
-/// Asks whether the running system is really to be closed.
-bool confirmClose(QWidget* parent);
-
-/// Asks whether the program is to be closed although unsaved changes of these models would be lost.
-bool confirmLoss(QWidget* parent, const QStringList& models);
+/// Asks whether the running system is really to be closed, and then, if there are any, although unsaved changes of
+/// these models would be lost.
+bool confirmClose(QWidget* parent, const QStringList& unsavedModels);
 
 } // namespace messages

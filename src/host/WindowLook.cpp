@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QMainWindow>
 #include <QProxyStyle>
+#include <QStyle>
 #include <QToolBar>
 
 #include <utility>
@@ -138,6 +139,18 @@ void WindowLook::dress(QWidget* part)
 {
     m_parts.append(part);
     part->setStyleSheet(lookSheet(QStringLiteral("window"), lookColors(m_dark)));
+}
+
+void WindowLook::showTesting(bool testing)
+{
+    for (const QPointer<QWidget>& part : qAsConst(m_parts)) {
+        if (!part)
+            continue;
+        part->setProperty("testing", testing);
+        part->style()->unpolish(part);
+        part->style()->polish(part);
+        part->update();
+    }
 }
 
 void WindowLook::wear()

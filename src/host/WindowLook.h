@@ -29,6 +29,8 @@ public:
     void takeOff();
 
 public slots:
+    /// Frames the window's own parts while a test runs; the style sheet says how.
+    void showTesting(bool testing);
     /// Puts on the look that was chosen last; light before any choice.
     void load();
     /// Puts on a look, and keeps the choice.

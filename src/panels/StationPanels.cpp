@@ -3,7 +3,7 @@
 #include "panels/LogPanel.h"
 #include "panels/StationView.h"
 #include "viewer/ksImgViewer.h"
-#include "workflow/DayCounts.h"
+#include "workflow/Cell.h"
 #include "workflow/ResultHandler.h"
 
 StationPanels::StationPanels(Panel first, Panel second, QObject* parent)
@@ -19,6 +19,16 @@ StationPanels::StationPanels(Panel first, Panel second, QObject* parent)
 StationPanels::Panel* StationPanels::panel(int station)
 {
     return station == 1 || station == 2 ? &m_panels[station - 1] : nullptr;
+}
+
+void StationPanels::follow(const Cell& cell)
+{
+    connect(&cell, &Cell::captureStarted, this, &StationPanels::showTrigger);
+    connect(&cell, &Cell::captureRefused, this, &StationPanels::showRefusal);
+    connect(&cell, &Cell::modelMissing, this, &StationPanels::showNoModel);
+    connect(&cell, &Cell::pictureNamed, this, &StationPanels::showCaption);
+    connect(&cell, &Cell::readingChanged, this, &StationPanels::showReading);
+    connect(&cell, &Cell::countChanged, this, &StationPanels::showCount);
 }
 
 void StationPanels::showSecond(bool shown)

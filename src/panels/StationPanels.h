@@ -2,6 +2,7 @@
 
 #include "panels/ScreenPace.h"
 
+class Cell;
 class LogPanel;
 class QImage;
 class StationView;
@@ -23,6 +24,9 @@ public:
 
     /// The widgets outlive this object.
     StationPanels(Panel first, Panel second, QObject* parent);
+
+    /// Shows what becomes of the parts of this cell.
+    void follow(const Cell& cell);
 
     /// The second station's display; the first station takes its room while it is hidden.
     void showSecond(bool shown);

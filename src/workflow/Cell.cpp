@@ -35,6 +35,11 @@ Cell::Cell(Ground ground, std::unique_ptr<IModules> modules, QObject* parent)
     raiseAlarms();
     m_road.link().hold();
     m_alarms.raise(Alarm::Starting, {}, {});
+    for (const auto& [file, problem] : {std::pair("systemConfig.ini", m_ground.settings.loadProblem),
+                                        std::pair("globalConfig.json", m_ground.config.loadProblem)}) {
+        if (!problem.isEmpty())
+            m_alarms.raise(Alarm::ConfigDamaged, QLatin1String(file), problem.section(QLatin1Char('\n'), 0, 0));
+    }
 }
 
 Cell::~Cell()

@@ -49,6 +49,15 @@ void DialogForm::addShortcut(QDialog* dialog, const QKeySequence& keys, QAbstrac
     QObject::connect(new QShortcut(keys, dialog), &QShortcut::activated, button, &QAbstractButton::click);
 }
 
+void DialogForm::hideWindowsOf(QWidget* window)
+{
+    const auto children = window->findChildren<QWidget*>();
+    for (QWidget* child : children) {
+        if (child->isWindow())
+            child->hide();
+    }
+}
+
 void DialogForm::takeDown(QWidget* window)
 {
     const auto dialogs = window->findChildren<QDialog*>();

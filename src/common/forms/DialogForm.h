@@ -17,6 +17,9 @@ void prepareFields(QWidget* form);
 /// The keys click the button; it needs none of them in its text.
 void addShortcut(QDialog* dialog, const QKeySequence& keys, QAbstractButton* button);
 
+/// Takes off the screen whatever a window has opened: nothing may stay behind one that closes.
+void hideWindowsOf(QWidget* window);
+
 /// Takes a window and its dialogs off the screen. The first line of the destructor of every window that listens to
 /// fields: a field that loses the focus emits what was typed, and ~QDialog() hides the window, too, but only when its
 /// members are gone already.
