@@ -64,6 +64,8 @@ protected:
     Scheduler& scheduler() const { return *m_scheduler; }
     SqliteStore& store() { return m_store; }
     bool succeeded() const { return !m_store.failed(); }
+    /// The key of the row that insert() made last.
+    qint64 lastInsertId() const { return m_lastInsert.lastInsertId().toLongLong(); }
 
     /// To be called after every commit, so that the log is moved into the file in time.
     void committed();

@@ -21,6 +21,12 @@ void ModelModel::refresh()
     endResetModel();
 }
 
+void ModelModel::refreshCurrent()
+{
+    if (rowCount() > 0)
+        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1), {Qt::BackgroundRole});
+}
+
 int ModelModel::rowCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : m_source.modelCount();
@@ -37,7 +43,7 @@ QVariant ModelModel::displayed(int row, int column) const
     case NameColumn:
         return m_source.modelName(row);
     case IndexColumn:
-        return m_source.plcIndex(row);
+        return m_source.shownIndex(row);
     default:
         return m_source.isCalibrated(row) ? tr("已标定") : tr("未标定");
     }

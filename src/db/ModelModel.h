@@ -11,6 +11,8 @@ public:
     virtual QString modelName(int row) const = 0;
     /// The index by which the PLC names the model.
     virtual int plcIndex(int row) const = 0;
+    /// What the list shows of it; a text where the stations' tables do not agree, or have none.
+    virtual QVariant shownIndex(int row) const { return plcIndex(row); }
     /// The engineer's mark that the model was checked; answers do not depend on it.
     virtual bool isCalibrated(int row) const = 0;
     /// Whether it is the one to stand out in the list.
@@ -28,6 +30,8 @@ public:
 
     /// Reads the source anew; whoever changes the source calls it.
     void refresh();
+    /// Another row is the current one now.
+    void refreshCurrent();
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;

@@ -2,6 +2,10 @@
 
 #include "db/SqlText.h"
 
+#include <valvecell/HomeFiles.h>
+
+#include <QJsonArray>
+
 namespace {
 
 /// Waiting rows go in by portions, so that the thread is free between them.
@@ -13,6 +17,35 @@ StationResult madeCarriable(StationResult result)
                           &result.value2, &result.value3})
         *text = SqlText::madeCarriable(*text);
     return result;
+}
+
+QJsonObject toJson(const StationResult& result, const QDateTime& time)
+{
+    return {{"time", time.toString(Qt::ISODateWithMs)},
+            {"dAngle", result.angle},
+            {"errorType", result.errorType},
+            {"matchScore", result.matchScore},
+            {"resultTip", result.resultTip},
+            {"threshBenchMark", result.threshBenchMark},
+            {"stationName", result.stationName},
+            {"value1", result.value1},
+            {"value2", result.value2},
+            {"value3", result.value3}};
+}
+
+StationResult resultOf(const QJsonObject& json)
+{
+    StationResult result;
+    result.angle = json["dAngle"].toDouble();
+    result.errorType = json["errorType"].toInt();
+    result.matchScore = json["matchScore"].toDouble();
+    result.resultTip = json["resultTip"].toString();
+    result.threshBenchMark = json["threshBenchMark"].toString();
+    result.stationName = json["stationName"].toString();
+    result.value1 = json["value1"].toString();
+    result.value2 = json["value2"].toString();
+    result.value3 = json["value3"].toString();
+    return madeCarriable(result);
 }
 
 } // namespace
@@ -28,27 +61,106 @@ ResultRecorder::ResultRecorder(StationDB& database, Rules rules, QObject* parent
     , m_rules(std::move(rules))
     , m_retry(m_rules.scheduler->timer(Scheduler::SingleShot, [this] { retry(); }))
 {
+    readSpill();
 }
 
 ResultRecorder::~ResultRecorder()
 {
     while (!m_waiting.empty() && insert(m_waiting.front()))
         m_waiting.pop_front();
-    if (!m_waiting.empty())
-        SystemLog::warning(tr("%1条结果未能写入数据库%2").arg(waiting()).arg(m_database.path()));
+    if (m_waiting.empty())
+        enterPictures();
+    writeSpill();
+}
+
+void ResultRecorder::readSpill()
+{
+    const HomeFiles::JsonRead spill = HomeFiles::readJson(spillPath());
+    m_spillExists = spill.state != HomeFiles::JsonRead::Missing;
+    if (spill.state == HomeFiles::JsonRead::Damaged)
+        SystemLog::warning(
+            tr("未写入的结果不能读取：%1，原文件保留为%2").arg(spill.error, HomeFiles::keepAside(spillPath())));
+    const QJsonArray rows = spill.object["rows"].toArray();
+    for (const QJsonValue& row : rows) {
+        const QJsonObject json = row.toObject();
+        const QDateTime time = QDateTime::fromString(json["time"].toString(), Qt::ISODateWithMs);
+        m_waiting.push_back({resultOf(json), time, {}, true});
+    }
+    if (m_spillExists)
+        m_retry->start(0);
+}
+
+/// The file goes only when all of its rows are in the database: after a crash in between none is lost, and insert()
+/// sees to it that none goes in twice.
+void ResultRecorder::writeSpill()
+{
+    if (m_waiting.empty()) {
+        if (m_spillExists)
+            QFile::remove(spillPath());
+        m_spillExists = false;
+        return;
+    }
+    QJsonArray rows;
+    for (const Row& row : m_waiting)
+        rows.append(toJson(row.result, row.time));
+    QString error;
+    if (HomeFiles::writeJson(spillPath(), {{"rows", rows}}, &error))
+        SystemLog::warning(tr("%1条结果暂存于%2，下次启动时写入数据库").arg(waiting()).arg(spillPath()));
+    else
+        SystemLog::warning(tr("%1条结果未能写入数据库%2").arg(waiting()).arg(m_database.path()) + QStringLiteral(": ") +
+                           error);
 }
 
 /// Behind rows that wait, so that all go in in their order.
-void ResultRecorder::record(const StationResult& result)
+void ResultRecorder::record(const StationResult& result, const QString& picture)
 {
-    Row row{madeCarriable(result), m_rules.scheduler->now()};
+    Row row{madeCarriable(result), m_rules.scheduler->now(), picture};
     if (!m_waiting.empty() || !insert(row))
         keep(std::move(row));
 }
 
 bool ResultRecorder::insert(const Row& row)
 {
-    return (m_database.isOpen() || m_database.open()) && m_database.insertResult(row.result, row.time);
+    if (!m_database.isOpen() && !m_database.open())
+        return false;
+    if (row.spilled && m_database.contains(row.result, row.time))
+        return true;
+    if (!m_database.insertResult(row.result, row.time))
+        return false;
+    if (!row.picture.isEmpty())
+        m_pictures.insert(row.picture, {m_database.lastRow(), row.time});
+    return true;
+}
+
+void ResultRecorder::onPictureEnded(const QString& path, bool saved)
+{
+    for (Row& row : m_waiting) {
+        if (row.picture != path)
+            continue;
+        row.result.value1 = saved ? SqlText::madeCarriable(path) : QString();
+        row.picture.clear();
+        return;
+    }
+    const auto named = m_pictures.find(path);
+    if (named == m_pictures.end())
+        return;
+    if (saved)
+        m_toBeEntered.append({path, *named});
+    m_pictures.erase(named);
+    enterPictures();
+}
+
+/// Those that the database refuses for the moment wait for the next attempt, or the next picture.
+void ResultRecorder::enterPictures()
+{
+    while (!m_toBeEntered.isEmpty()) {
+        const auto& [path, named] = m_toBeEntered.first();
+        if (!m_database.setPicture(named.row, named.time, SqlText::madeCarriable(path)))
+            break;
+        m_toBeEntered.removeFirst();
+    }
+    if (!m_toBeEntered.isEmpty() && !m_retry->isActive())
+        m_retry->start(m_rules.retryMs);
 }
 
 void ResultRecorder::keep(Row row)
@@ -73,6 +185,8 @@ void ResultRecorder::retry()
             m_waiting.pop_front();
     }
     if (m_waiting.empty()) {
+        writeSpill();
+        enterPictures();
         m_fault.over(
             tr("结果已补写入数据库，期间%1条延迟，其中%2条丢弃").arg(QStringLiteral("%1"), QString::number(m_givenUp)));
         m_givenUp = 0;

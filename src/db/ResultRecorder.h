@@ -4,11 +4,15 @@
 #include "db/StationDB.h"
 #include "db/log/LogLine.h"
 
+#include <QHash>
+#include <QVector>
+
 #include <deque>
 
 /// Sees to it that the row of every answered part gets into the database: a row that it refuses for the moment (disk
 /// full, folder gone or read-only, another program writing) waits in memory and goes in, in its order and with its own
-/// time, when it can. A fault is logged when it begins and when it is over. GUI thread.
+/// time, when it can. Rows that still wait at the end of the program go to a file beside the database, and from it into
+/// the database at the next start. A fault is logged when it begins and when it is over. GUI thread.
 class ResultRecorder : public QObject
 {
     Q_OBJECT
@@ -25,11 +29,13 @@ public:
     explicit ResultRecorder(StationDB& database, QObject* parent = nullptr);
     ResultRecorder(StationDB& database, Rules rules, QObject* parent = nullptr);
 
-    /// Tries once more; what still waits is lost.
+    /// Tries once more; what still waits goes to the file, or is logged as lost.
     ~ResultRecorder() override;
 
-    /// Records a result of this moment. Characters that a statement cannot carry are replaced.
-    void record(const StationResult& result);
+    /// Records a result of this moment. Characters that a statement cannot carry are replaced. `picture`: the path of a
+    /// picture that is being written; the row names it once it is saved, and never when it is not.
+    void record(const StationResult& result, const QString& picture = {});
+    void onPictureEnded(const QString& path, bool saved);
 
     int waiting() const { return static_cast<int>(m_waiting.size()); }
     int givenUp() const { return m_givenUp; } ///< since the present fault began
@@ -43,17 +49,31 @@ private:
     {
         StationResult result;
         QDateTime time;
+        QString picture = {}; ///< that is being written
+        bool spilled = false; ///< from the file, and perhaps in the database already
+    };
+    struct Named
+    {
+        qint64 row;
+        QDateTime time;
     };
 
     /// Writes what waits, as long as it goes in; takes at most some milliseconds of the thread at a time.
     void retry();
     bool insert(const Row& row);
+    void enterPictures();
+    void readSpill();
+    void writeSpill();
+    QString spillPath() const { return m_database.path() + QStringLiteral(".waiting.json"); }
     /// For retry(); gives up the oldest beyond the limit.
     void keep(Row row);
 
     StationDB& m_database;
     const Rules m_rules;
     std::deque<Row> m_waiting;
+    QHash<QString, Named> m_pictures;             ///< rows whose picture is being written
+    QVector<QPair<QString, Named>> m_toBeEntered; ///< saved pictures, for the database
+    bool m_spillExists = false;
     int m_givenUp = 0;
     FaultNotice m_fault;
     std::unique_ptr<Scheduler::Timer> m_retry;

@@ -1,5 +1,7 @@
 #include "db/SqlText.h"
 
+#include "common/LookAlike.h"
+
 #include <QCoreApplication>
 #include <QRegularExpression>
 
@@ -94,6 +96,8 @@ bool carriesModelName(const QString& name, QString* error)
         if (name.contains(c))
             return refuse(error, Texts::tr("型号名中不能含有字符 %1").arg(c));
     }
+    if (LookAlike::hasInvisible(name))
+        return refuse(error, Texts::tr("型号名中含有看不见的字符。"));
     if (folderName(name) != name)
         return refuse(error, Texts::tr("型号名“%1”不能用作文件夹名。").arg(name));
     return true;

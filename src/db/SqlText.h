@@ -17,7 +17,7 @@ bool carries(const QString& text, QString* error, int maxLength = 256);
 bool carriesFreeText(const QString& text, QString* error, int maxLength = 4096);
 
 /// As carries(), for a model name: it is not empty, not longer than its column, and can be a folder's name on every
-/// platform, since the archive keeps a model's images under it.
+/// platform, since the archive keeps a model's images under it; and every character of it is seen.
 bool carriesModelName(const QString& name, QString* error);
 
 /// The text with every character that a statement cannot carry replaced by one that looks alike; for texts that come

@@ -45,16 +45,37 @@ bool StationDB::insertResult(const StationResult& result)
 
 bool StationDB::insertResult(const StationResult& result, const QDateTime& time)
 {
-    return insert(resultTable, {{QStringLiteral("dAngle"), result.angle},
-                                {QStringLiteral("errorType"), result.errorType},
-                                {QStringLiteral("matchScore"), result.matchScore},
-                                {QStringLiteral("resultTip"), result.resultTip},
-                                {QStringLiteral("stationName"), result.stationName},
-                                {QStringLiteral("threshBenchMark"), result.threshBenchMark},
-                                {QStringLiteral("time"), timeText(time)},
-                                {QStringLiteral("value1"), result.value1},
-                                {QStringLiteral("value2"), result.value2},
-                                {QStringLiteral("value3"), result.value3}});
+    const bool inserted = insert(resultTable, {{QStringLiteral("dAngle"), result.angle},
+                                               {QStringLiteral("errorType"), result.errorType},
+                                               {QStringLiteral("matchScore"), result.matchScore},
+                                               {QStringLiteral("resultTip"), result.resultTip},
+                                               {QStringLiteral("stationName"), result.stationName},
+                                               {QStringLiteral("threshBenchMark"), result.threshBenchMark},
+                                               {QStringLiteral("time"), timeText(time)},
+                                               {QStringLiteral("value1"), result.value1},
+                                               {QStringLiteral("value2"), result.value2},
+                                               {QStringLiteral("value3"), result.value3}});
+    m_lastRow = inserted ? lastInsertId() : 0;
+    return inserted;
+}
+
+/// The time as well: a fresh file counts its rows anew.
+bool StationDB::setPicture(qint64 row, const QDateTime& time, const QString& path)
+{
+    const QString where = QStringLiteral("uid = '%1' AND time = '%2'").arg(QString::number(row), timeText(time));
+    store().exec(SqlBuilder::updateSql(resultTable, {{QStringLiteral("value1"), path}}, where));
+    if (succeeded())
+        committed();
+    return succeeded();
+}
+
+bool StationDB::contains(const StationResult& result, const QDateTime& time)
+{
+    const QString where = QStringLiteral("time = '%1' AND stationName = '%2' AND value2 = '%3' AND value3 = '%4'");
+    QSqlQuery query = store().exec(SqlBuilder::selectSql(
+        resultTable, {QStringLiteral("uid")},
+        SqlBuilder::filled(where, {timeText(time), result.stationName, result.value2, result.value3})));
+    return query.next();
 }
 
 QString StationDB::timeText(const QDateTime& time)

@@ -48,9 +48,19 @@ public:
     bool insertResult(const StationResult& result);
     bool insertResult(const StationResult& result, const QDateTime& time);
 
+    /// The row that was inserted last.
+    qint64 lastRow() const { return m_lastRow; }
+    /// Enters a picture's path into the row of this number and time.
+    bool setPicture(qint64 row, const QDateTime& time, const QString& path);
+    /// Whether the table has this row already.
+    bool contains(const StationResult& result, const QDateTime& time);
+
     /// The form of every stored time; texts of it sort as the times do.
     static QString timeText(const QDateTime& time);
 
 protected:
     QVector<Table> tables() const override;
+
+private:
+    qint64 m_lastRow = 0;
 };

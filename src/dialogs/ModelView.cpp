@@ -33,13 +33,14 @@ protected:
 
 } // namespace
 
-ModelView::ModelView(QTableView* view, const IModelSource& source, QObject* parent)
+ModelView::ModelView(QTableView* view, ModelModel* model, QObject* parent)
     : QObject(parent)
     , m_view(view)
+    , m_model(model)
 {
+    m_model->setParent(this);
     // The rows have their own background, so that only lines tell them apart.
     m_view->setShowGrid(true);
-    m_model = new ModelModel(source, this);
     m_view->setModel(m_model);
     m_view->setItemDelegate(new PlainColors(m_view));
 }

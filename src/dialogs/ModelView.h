@@ -12,8 +12,8 @@ class ModelView : public QObject
     Q_OBJECT
 
 public:
-    /// The source and the view outlive this object.
-    ModelView(QTableView* view, const IModelSource& source, QObject* parent = nullptr);
+    /// The view outlives this object, and the model's source the model, which is the view's from now on.
+    ModelView(QTableView* view, ModelModel* model, QObject* parent = nullptr);
 
     QTableView* view() const { return m_view; }
     ModelModel* model() const { return m_model; }

@@ -14,6 +14,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 #ifdef Q_OS_LINUX
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -61,6 +64,11 @@ void keepThisLibrary()
                        reinterpret_cast<LPCWSTR>(&keepThisLibrary), &pinned);
 }
 
+void releaseFreeMemory()
+{
+    HeapCompact(GetProcessHeap(), 0);
+}
+
 void lowerThreadPriority()
 {
     SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
@@ -103,6 +111,13 @@ void keepOthersOut()
 }
 
 void keepThisLibrary() {} // linked with "nodelete"
+
+void releaseFreeMemory()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
 
 void lowerThreadPriority()
 {

@@ -23,6 +23,10 @@ void keepOthersOut();
 /// Qt, live until the process ends. Where the linker does that, nothing.
 void keepThisLibrary();
 
+/// Gives memory that the process has freed but keeps for itself back to the system. It takes some milliseconds for each
+/// 100 MiB, during which other threads may wait for memory.
+void releaseFreeMemory();
+
 /// Makes the calling thread yield the processor to the others of the program whenever they want it.
 void lowerThreadPriority();
 

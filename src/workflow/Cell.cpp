@@ -173,8 +173,10 @@ void Cell::createController()
 void Cell::connectStations()
 {
     const QStringList names = m_controller->stationNames();
-    for (const QString& name : names)
+    for (const QString& name : names) {
         connect(m_controller->stationObject(name), &Station::sgShowModeName, this, &Cell::sgShowModeName);
+        connect(m_controller->stationObject(name), &Station::sgShowModeName, this, &Cell::markRunModels);
+    }
     connect(&m_road.inHand(), &TriggersInHand::captureStarted, this, [this](const Trigger& trigger) {
         if (Station* own = stationObject(trigger.station))
             emit own->sgaddTrigCount(1);
@@ -189,6 +191,18 @@ void Cell::selectRunModels()
 {
     for (const StationConfig& station : m_ground.config.stations)
         m_controller->selectModel(station.solution, station.runModel);
+}
+
+/// The list of models shows them.
+void Cell::markRunModels()
+{
+    QStringList models;
+    for (int station = 1; station <= 2; ++station) {
+        if (const Station* own = stationObject(station); own && !own->currentModel().isEmpty())
+            models << own->currentModel();
+    }
+    if (ModelManager* const list = this->models())
+        list->setCurrentModels(models);
 }
 
 void Cell::startStatusTick()

@@ -110,6 +110,7 @@ private:
     /// The station of the solution that a station of the cell has; null without one.
     class Station* stationObject(int station) const;
     void reopenPort();
+    void markRunModels();
     void tick();
 
     const Ground m_ground;

@@ -49,7 +49,9 @@ QString CellResultStore::saveResultImage(int station, const QString& model, cons
 
 void CellResultStore::insertResult(const StationResult& result)
 {
-    m_recorder.record(result);
+    StationResult row = result;
+    row.value1.clear();
+    m_recorder.record(row, m_archive.isWaiting(result.value1) ? result.value1 : QString());
 }
 
 CellRecords::CellRecords(const QString& home, const ksSysConfig& settings, Scheduler& scheduler, QObject* parent)
@@ -61,7 +63,11 @@ CellRecords::CellRecords(const QString& home, const ksSysConfig& settings, Sched
 {
 }
 
-CellRecords::~CellRecords() = default;
+/// The archive first: what became of its last pictures goes into the rows.
+CellRecords::~CellRecords()
+{
+    m_archive.reset();
+}
 
 void CellRecords::prepareImageFolders()
 {
@@ -125,6 +131,7 @@ void CellRecords::openResultDatabase()
     ResultRecorder::Rules rules;
     rules.scheduler = &m_scheduler;
     m_recorder = std::make_unique<ResultRecorder>(*m_results, rules);
+    connect(m_archive.get(), &ImageArchive::ended, m_recorder.get(), &ResultRecorder::onPictureEnded);
     m_store = std::make_unique<CellResultStore>(m_settings, *m_archive, *m_recorder);
 }
 

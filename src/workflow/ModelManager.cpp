@@ -1,5 +1,6 @@
 #include "workflow/ModelManager.h"
 
+#include "common/LookAlike.h"
 #include "common/Scheduler.h"
 #include "db/QSqliteWheelHubZd.h"
 #include "db/SqlText.h"
@@ -48,10 +49,30 @@ void ModelManager::refresh()
     const QStringList names = m_library.modelNames();
     for (const QString& name : names) {
         SqlValueMap record;
-        if (m_library.readRecord(name, &record))
-            m_models.append({name, record.value(indexColumn).toInt(), record.value(calibratedColumn).toInt() != 0});
+        if (!m_library.readRecord(name, &record))
+            continue;
+        Model model{name, record.value(indexColumn).toInt(), record.value(calibratedColumn).toInt() != 0};
+        for (int i = m_stations.size() - 1; i >= 0; --i)
+            model.index = m_indices.table(m_stations[i]).value(name, model.index);
+        m_models.append(model);
     }
     emit changed();
+}
+
+QVariant ModelManager::shownIndex(int row) const
+{
+    const QString none = QStringLiteral("—");
+    QStringList texts;
+    for (const QString& station : m_stations) {
+        const PlcIndexTable::StationTable table = m_indices.table(station);
+        const auto own = table.find(modelName(row));
+        texts << (own == table.end() ? none : QString::number(*own));
+    }
+    if (m_stations.isEmpty())
+        return plcIndex(row);
+    if (texts.count(texts.first()) < texts.size())
+        return texts.join(QStringLiteral(" / "));
+    return texts.first() == none ? QVariant(none) : QVariant(plcIndex(row));
 }
 
 /// A file that was written by hand, or before the library existed, names models that the library has yet to learn.
@@ -64,7 +85,9 @@ void ModelManager::adoptTabledModels()
             QString reason;
             if (known.contains(it.key()))
                 continue;
-            if (!SqlText::carriesModelName(it.key(), &reason))
+            if (SqlText::carriesModelName(it.key(), &reason) && !LookAlike::find(known, it.key()).isEmpty())
+                reason = tr("与型号%1看起来相同").arg(LookAlike::find(known, it.key()));
+            if (!reason.isEmpty())
                 qWarning("model %s of %s: %s", qUtf8Printable(it.key()), qUtf8Printable(station),
                          qUtf8Printable(reason));
             else
@@ -78,11 +101,19 @@ bool ModelManager::contains(const QString& name) const
     return std::any_of(m_models.begin(), m_models.end(), [&](const Model& model) { return model.name == name; });
 }
 
-bool ModelManager::isNewName(const QString& name, QString* error) const
+bool ModelManager::isNewName(const QString& name, QString* error, const QString& exceptName) const
 {
     if (!SqlText::carriesModelName(name, error))
         return false;
-    return !contains(name) || fail(error, tr("型号%1已存在").arg(name));
+    if (contains(name))
+        return fail(error, tr("型号%1已存在").arg(name));
+    QStringList others;
+    for (const Model& model : m_models) {
+        if (model.name != exceptName)
+            others << model.name;
+    }
+    const QString alike = LookAlike::find(others, name);
+    return alike.isEmpty() || fail(error, tr("与型号%1看起来相同").arg(alike));
 }
 
 /// Beyond 32767 no word of a frame carries it.
@@ -156,7 +187,7 @@ bool ModelManager::renameModel(const QString& name, const QString& newName, QStr
 {
     if (!contains(name))
         return fail(error, tr("型号%1不存在").arg(name));
-    if (!isNewName(newName, error))
+    if (!isNewName(newName, error, name))
         return false;
     const QString key = QStringLiteral("md_unique");
     if (!m_library.updateValue(name, key, newName))
@@ -204,15 +235,17 @@ bool ModelManager::setStationTable(const QString& station, const PlcIndexTable::
     const PlcIndexTable before = m_indices;
     m_indices.setTable(station, table);
     if (m_indices.save(error)) {
-        emit changed();
+        refresh();
         return true;
     }
     m_indices = before;
     return false;
 }
 
-void ModelManager::setCurrentModel(const QString& name)
+void ModelManager::setCurrentModels(const QStringList& names)
 {
-    m_current = name;
-    emit changed();
+    if (names == m_current)
+        return;
+    m_current = names;
+    emit currentChanged();
 }

@@ -34,7 +34,8 @@ public:
 
     /// What is said while somebody types: whether a new model could have this name, and whether one named `exceptName`
     /// could have this index; if not, the reason.
-    bool isNewName(const QString& name, QString* error) const;
+    /// A name that looks like another model's is not new; `exceptName` is that of a model that is renamed.
+    bool isNewName(const QString& name, QString* error, const QString& exceptName = {}) const;
     bool isFreeIndex(qint32 index, const QString& exceptName, QString* error) const;
 
     /// Adds a model with an index that no other model has. Names that the library cannot carry are refused.
@@ -47,24 +48,28 @@ public:
     /// Replaces the table of one station; every name has to be in the library.
     bool setStationTable(const QString& station, const PlcIndexTable::StationTable& table, QString* error);
 
-    /// The model that counts as the current one in the list.
-    void setCurrentModel(const QString& name);
+    /// The models that count as current ones in the list: those that the stations run.
+    void setCurrentModels(const QStringList& names);
+    void setCurrentModel(const QString& name) { setCurrentModels({name}); }
 
     int modelCount() const override { return m_models.size(); }
     QString modelName(int row) const override { return m_models.value(row).name; }
     int plcIndex(int row) const override { return m_models.value(row).index; }
     bool isCalibrated(int row) const override { return m_models.value(row).calibrated; }
-    bool isCurrent(int row) const override { return !m_current.isEmpty() && m_models.value(row).name == m_current; }
+    /// By the stations' tables; the library's own means nothing to the PLC.
+    QVariant shownIndex(int row) const override;
+    bool isCurrent(int row) const override { return m_current.contains(m_models.value(row).name); }
 
 signals:
     /// Rows, or what they show, have changed.
     void changed();
+    void currentChanged();
 
 private:
     struct Model
     {
         QString name;
-        qint32 index = 0;
+        qint32 index = 0; ///< of the first table that has the model; the library's when none has it
         bool calibrated = false;
     };
 
@@ -80,5 +85,5 @@ private:
     const QStringList m_stations;
     const Scheduler& m_scheduler;
     QVector<Model> m_models;
-    QString m_current;
+    QStringList m_current;
 };

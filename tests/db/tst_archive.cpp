@@ -97,10 +97,14 @@ private slots:
         QVERIFY(filesBelow(m_home->path()).isEmpty());
     }
 
+    void imagesBeyondTheLimitAreGivenUp_data()
+    {
+        Table::of<int, int>({{"number", 4, 1 << 30}, {"bytes", 200, 120000}});
+    }
     void imagesBeyondTheLimitAreGivenUp()
     {
         ImageArchive::Rules rules = rulesAt(noon);
-        rules.maxWaiting = 4;
+        std::tie(rules.maxWaiting, rules.maxBytes) = Table::row<int, int>();
         ImageArchive archive(m_home->path(), rules);
         // The threads' ends are met in the event loop, so that all four wait until then.
         QTest::ignoreMessage(QtWarningMsg,
@@ -186,7 +190,7 @@ private slots:
         ImageArchive archive(disk.path(), rulesAt(noon));
         QVERIFY(archive.prepare());
         disk.fill();
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^图像不能保存")));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^图像不能保存.*磁盘已满")));
         QVERIFY(!saveParts(archive, 20).contains(QString()));
         QTRY_COMPARE(archive.waiting(), 0);
         QCOMPARE(archive.failed(), 20);

@@ -1,4 +1,5 @@
 #include "OtherProgram.h"
+#include "common/LookAlike.h"
 #include "db/ModelModel.h"
 #include "db/QSqliteWheelHubZd.h"
 #include "db/SqlText.h"
@@ -210,13 +211,30 @@ private slots:
     {
         const QStringList taken{"W18-A", "轮毂 十八寸", QString(60, QChar(0x8f6e)), "50% off"};
         const QString halfACharacter(QChar(0xd83d));
-        const QStringList refused{QString(61, 'a'), "",      "  ",     "18'", "50%1", "a\nb", QString(QChar(0)) + "a",
-                                  halfACharacter,   "18/20", "18\\20", "..",  "18.",  "18 ",  "COM3"};
+        const QStringList refused{
+            QString(61, 'a'), "",       "  ", "18'", "50%1", "a\nb", QString(QChar(0)) + "a",    halfACharacter,
+            "18/20",          "18\\20", "..", "18.", "18 ",  "COM3", QStringLiteral("W18\u200b")};
         for (const QString& name : taken + refused) {
             QString message;
             QVERIFY2(SqlText::carriesModelName(name, &message) == taken.contains(name), qPrintable(name));
             QCOMPARE(message.isEmpty(), SqlText::carriesModelName(name, nullptr));
         }
+    }
+
+    void namesThatLookAlikeAreTheSame()
+    {
+        const QStringList alike{"W18-a",
+                                "w18-A",
+                                QStringLiteral("Ｗ１８－ａ"),
+                                QStringLiteral("W18\u200b-a"),
+                                "W18-a. .",
+                                QStringLiteral("W18-a\u3000"),
+                                QStringLiteral("\u2060W18-a")};
+        for (const QString& name : alike)
+            QVERIFY2(LookAlike::find({"x", alike[0]}, name) == alike[0], qPrintable(name));
+        for (const char* other : {"W18 -a", "W18a", "W18-b", "W.18-a"})
+            QVERIFY2(LookAlike::find(alike, other).isEmpty(), other);
+        QVERIFY(LookAlike::hasInvisible(alike[3]) && !LookAlike::hasInvisible(alike[2]));
     }
 
     void operatorTypesATipOrARemark()

@@ -177,7 +177,13 @@ private slots:
         cell->record(401);
         cell->record(402);
         QCOMPARE(recorded(), numbers(401, 402));
-        QCOMPARE(QDir(folder()).entryList({"*.damaged-*"}, QDir::Files).size(), 1);
+        const QFileInfoList aside = QDir(folder()).entryInfoList({"*.damaged-*"}, QDir::Files);
+        QCOMPARE(aside.size(), 1);
+        const QString recovered = m_folder->filePath("recovered.db");
+        if (QStandardPaths::findExecutable("python3").isEmpty())
+            QSKIP("no Python, which recovers what a damaged file holds");
+        QProcess::execute("python3", {QFINDTESTDATA("../../scripts/recover"), aside[0].filePath(), recovered});
+        QCOMPARE(OtherProgram(recovered).column("select value3 from RltTable order by uid"), numbers(1, 400));
     }
 
     void tableCannotBeMadeAtTheStart_data() { Table::of<bool>({{"locked", false}, {"disk full", true}}); }
@@ -339,6 +345,27 @@ private slots:
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("5.*2"));
         QTRY_COMPARE(cell.recorder.waiting(), 0);
         QCOMPARE(recorded(), numbers(3, 5));
+    }
+
+    void rowsThatWaitAtTheEndGoInAtTheNextStart()
+    {
+        const QString spill = file() + ".waiting.json";
+        Recording(file()).record(1);
+        {
+            OtherProgram other(file());
+            QVERIFY(other.run("BEGIN IMMEDIATE"));
+            Recording(file()).record(2);
+            Recording(file()).record(3); // behind the row of the start before
+        }
+        QVERIFY(QFile::copy(spill, file() + ".copy"));
+        for (int next = 4; next <= 5; ++next) {
+            Recording cell(file());
+            cell.record(next);
+            QTRY_COMPARE(cell.recorder.waiting(), 0);
+            QCOMPARE(recorded(), numbers(1, next));
+            QVERIFY(!QFile::exists(spill));
+            QFile::rename(file() + ".copy", spill); // as if the program had died before it removed the file
+        }
     }
 
     void clockIsSetBackAnHour()

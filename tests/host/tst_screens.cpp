@@ -45,7 +45,9 @@ QStringList faultsOf(const QWidget& window, bool english)
     QStringList faults = Look::clipped(window) + Look::overlapping(window);
     for (const char* cutting : {"label_status", "label_status_2"}) // cut their own text, with the whole in the tip
         faults.removeAll(QLatin1String(cutting));
-    return english ? faults + Look::chinese(window) : faults;
+    if (english)
+        faults += Look::chinese(window).filter(QRegularExpression(QStringLiteral("^(?!.*工厂)"))); // the home's path
+    return faults;
 }
 
 /// Windows that leave the screen only when nothing of them is left but Qt's part: a field of theirs that loses the
@@ -74,22 +76,53 @@ class ScreensTest : public QObject
 {
     Q_OBJECT
 
-    /// Presses an action, and checks and pictures what it opens; the rows of `faults` begin with the picture's name.
+    /// Opens what the windows of a dialog open in their turn.
+    static void openMore(const QWidgetList& windows)
+    {
+        for (QWidget* opened : windows) {
+            for (const char* button : {"addButton", "settingsButton"}) {
+                if (auto* more = opened->findChild<QAbstractButton*>(QLatin1String(button)))
+                    more->click();
+            }
+        }
+    }
+
+    /// Checks and pictures windows; the rows of `faults` begin with the picture's name.
+    static void look(const QWidgetList& windows, const QString& name, bool english, QStringList* faults)
+    {
+        QTest::qWait(50); // what a window shows of itself only once it is on the screen
+        for (QWidget* opened : windows) {
+            if (opened->inherits("QMessageBox"))
+                continue; // as it was asked
+            const bool right = QTest::qWaitFor([&] { return faultsOf(*opened, english).isEmpty(); }, patienceMs / 40);
+            const QString picture = name + QLatin1Char('-') + QLatin1String(opened->metaObject()->className());
+            for (const QString& fault : right ? QStringList() : faultsOf(*opened, english))
+                *faults << picture + QStringLiteral(": ") + fault;
+            if (opened->minimumSizeHint().width() > 1240 || opened->minimumSizeHint().height() > 740)
+                *faults << picture + QStringLiteral(": does not fit a screen of 1280 x 800");
+            Look::shoot(*opened, picture);
+        }
+    }
+
+    /// Presses an action, and looks at what it opens.
     static void look(CMainWin& window, QAction* action, const QString& language, QStringList* faults)
     {
         const QWidgetList before = openWindows();
+        const auto opened = [&before] {
+            QWidgetList fresh;
+            for (QWidget* one : openWindows()) {
+                if (!before.contains(one))
+                    fresh << one;
+            }
+            return fresh;
+        };
         action->trigger();
-        QTRY_VERIFY2(openWindows().size() > before.size(), qPrintable(action->objectName()));
-        for (QWidget* opened : openWindows()) {
-            if (before.contains(opened))
-                continue;
-            QTest::qWait(50); // what a window shows of itself only once it is on the screen
-            const QString name = language + QLatin1Char('-') + action->objectName();
-            for (const QString& fault : faultsOf(*opened, language == QLatin1String("English")))
-                *faults << name + QStringLiteral(": ") + fault;
-            Look::shoot(*opened, name);
-            opened->close();
-        }
+        QTRY_VERIFY2(!opened().isEmpty(), qPrintable(action->objectName()));
+        openMore(opened());
+        look(opened(), language + QLatin1Char('-') + action->objectName(), language == QLatin1String("English"),
+             faults);
+        for (QWidget* one : opened())
+            one->close();
         QTRY_COMPARE(openWindows(), QWidgetList{&window});
     }
 
@@ -129,7 +162,7 @@ private slots:
         QVERIFY(faults.isEmpty());
     }
 
-    void programEndsWithEveryWindowOpenAndNoneIsToldTooLate()
+    void everyWindowFollowsTheLanguageAndLeavesInTime()
     {
         const TempHome home;
         writePlant(home, "Chinese");
@@ -139,14 +172,15 @@ private slots:
             if (!action->menu() && action->objectName() != QLatin1String("action_Check"))
                 action->trigger();
         }
-        for (QWidget* opened : openWindows()) {
-            for (const char* button : {"addButton", "settingsButton"}) { // open dialogs of dialogs
-                if (auto* more = opened->findChild<QAbstractButton*>(QLatin1String(button)))
-                    more->click();
-            }
-        }
+        openMore(openWindows());
         const int open = openWindows().size();
         QVERIFY(open >= 14);
+        QStringList faults;
+        window->onLanguageChange("English"); // below all of them
+        QWidgetList dialogs = openWindows();
+        dialogs.removeOne(window.get()); // it still shows what it said before
+        look(dialogs, "switched", true, &faults);
+        QCOMPARE(faults.join('\n'), QString());
         const LateWindows leaving;
         for (const char* dialog : {"QCameraSettingsUI", "QCameraManagerUI"}) // as when their user logs out
             delete window->findChild<QDialog*>(QLatin1String(dialog));

@@ -85,11 +85,6 @@ struct Bench : Hand
         QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->viewPointOf(point));
     }
 
-    void shoot(const char* name) const
-    {
-        QVERIFY(designer.window()->grab().save(QStringLiteral(VALVECELL_BIN_DIR "/../designer-%1.png").arg(name)));
-    }
-
 protected:
     QWidget& window() const override { return *designer.window(); }
 };

@@ -11,18 +11,15 @@ private slots:
     {
         Table::of<QByteArray, QString, QByteArray, QString>(
             {{"no number", "rim_radius", "12x", "rim_radius", "请输入数字"},
-             {"not finite", "rim_radius", "inf", "rim_radius", "请输入数字"},
              {"negative", "hole_radius", "-3", "hole_radius", "应在 0 到 2000"},
              {"empty score", "score_limit", "", "score_limit", "请输入数字"},
              {"score in percent", "score_limit", "50", "score_limit", "0 到 1"},
              {"hole behind the wheel", "hole_depth", "301", "hole_depth", "应在 -300 到 300"},
              {"hole before the rim", "hole_depth", "-12.5", "hole_depth", ""},
-             {"no depth", "hole_depth", "", "hole_depth", "请输入数字"},
              {"no tolerance", "ring_radius_tol", "0", "ring_radius", "公差"},
              {"ring outside the rim", "ring_radius", "812.5", "ring_radius", "应小于轮缘半径"},
              {"rim inside the ring", "rim_radius", "600", "ring_radius", "应小于轮缘半径"},
              {"hole as large as the wheel", "hole_radius", "400", "hole_radius", "一半"},
-             {"good", "rim_radius", "820.25", "rim_radius", ""},
              {"unknown radius", "rim_radius", "", "rim_radius", ""}});
     }
     void wrongValueIsToldWhileItIsTyped()
@@ -45,6 +42,14 @@ private slots:
         bench.type("rim_radius", "820.25");
         QCOMPARE(bench.text("rim_radius_hint"), "722 – 919 px");
         bench.press("taught");
+        bench.type("rim_radius_tol", "60");
+        bench.engine.refusal = "rim_radius_tol must be a number from 0.1 to 50";
+        bench.press("saveButton");
+        QCOMPARE(bench.text("status"), "未能保存“轮毂17寸”：“轮缘半径的公差” must be a number from 0.1 to 50");
+        QVERIFY(bench.text("rim_radius_hint").contains("引擎不接受"));
+        QVERIFY(bench.typed("rim_radius_tol") == "60" && bench.canPress("saveButton"));
+        bench.engine.refusal.clear();
+        bench.type("rim_radius_tol", "12");
         bench.press("saveButton");
         const QVariantMap saved = bench.engine.solutions["工位1"]["轮毂17寸"];
         QCOMPARE(saved["rim_radius"].toDouble(), 820.25);
@@ -62,7 +67,6 @@ private slots:
         Table::of<QByteArray, QString, QString>(
             {{"two points", scale, "150 mm", "582 – 618 px\n145.5 – 154.5 mm"},
              {"four points", affine, "150mm", "582 – 618 px\n145.5 – 154.5 mm"},
-             {"pixels", scale, "600", "582 – 618 px\n145.5 – 154.5 mm"},
              {"not calibrated", "{}", "600", "582 – 618 px"},
              {"millimetres of an uncalibrated station", "{}", "150 mm", "请输入数字"}});
     }
@@ -88,56 +92,11 @@ private slots:
         QVERIFY(bench.designer.window()->isWindowModified());
         bench.choose(1);
         QCOMPARE(bench.typed("hole_radius"), "15x");
-        bench.shoot("unsaved");
         bench.type("hole_radius", "14.25");
         QVERIFY2(!bench.designer.window()->isWindowModified(), "typed back to what is stored");
         bench.type("hole_radius", "15");
         bench.press("revertButton");
         QCOMPARE(bench.typed("hole_radius"), "14.25");
-    }
-
-    void refusedSaveTellsWhyAndKeepsTheEdit()
-    {
-        Bench bench;
-        bench.openAt(1);
-        bench.type("rim_radius_tol", "60");
-        bench.engine.refusal = "rim_radius_tol must be a number from 0.1 to 50";
-        bench.press("saveButton");
-        QCOMPARE(bench.text("status"), "未能保存“轮毂17寸”：“轮缘半径的公差” must be a number from 0.1 to 50");
-        QVERIFY(bench.text("rim_radius_hint").contains("引擎不接受"));
-        QCOMPARE(bench.typed("rim_radius_tol"), "60");
-        QVERIFY(bench.canPress("saveButton"));
-        bench.shoot("refused");
-    }
-
-    void builtInModelCanBeCopiedButNotChanged()
-    {
-        Bench bench;
-        bench.openAt(0);
-        QVERIFY(bench.get<QLineEdit>("rim_radius")->isReadOnly());
-        QVERIFY(!bench.get<QWidget>("taught")->isEnabled());
-        QVERIFY(!bench.canPress("renameButton") && !bench.canPress("removeButton"));
-        bench.press("copyButton");
-        bench.accept("ModelPanel");
-        QCOMPARE(bench.text("title"), "auto 副本");
-        QVERIFY(!bench.get<QLineEdit>("rim_radius")->isReadOnly());
-    }
-
-    void takenOrEmptyNameCannotBeGiven()
-    {
-        Bench bench;
-        bench.openAt(1);
-        bench.press("renameButton");
-        auto* ask = bench.get<QWidget>("ModelPanel")->findChild<QWidget*>("ask");
-        for (const QString& name : QStringList{"轮毂19寸", "auto", "", " 轮毂", "轮毂17寸"}) {
-            ask->findChild<QLineEdit*>("answerEdit")->setText(name);
-            QVERIFY2(!ask->findChild<QPushButton*>("firstAnswer")->isEnabled(), qPrintable(name));
-            QVERIFY(!ask->findChild<QLabel*>("answerProblem")->text().isEmpty());
-        }
-        bench.shoot("name");
-        QTest::keyClick(ask->findChild<QLineEdit*>("answerEdit"), Qt::Key_Escape);
-        QVERIFY(ask->isHidden());
-        QCOMPARE(bench.engine.solutions["工位1"].size(), 3);
     }
 
     void renamedModelTakesItsUnsavedChangesAlong()
@@ -146,40 +105,42 @@ private slots:
         bench.openAt(1);
         bench.type("hole_radius", "15");
         bench.press("renameButton");
+        auto* ask = bench.get<QWidget>("ModelPanel")->findChild<QWidget*>("ask");
+        for (const QString& name : QStringList{"轮毂19寸", "", " 轮毂", "轮毂17寸"}) {
+            ask->findChild<QLineEdit*>("answerEdit")->setText(name);
+            QVERIFY2(!ask->findChild<QPushButton*>("firstAnswer")->isEnabled(), qPrintable(name));
+            QVERIFY(!ask->findChild<QLabel*>("answerProblem")->text().isEmpty());
+        }
+        QTest::keyClick(ask->findChild<QLineEdit*>("answerEdit"), Qt::Key_Escape);
+        QVERIFY(ask->isHidden());
+        bench.engine.undeletable = "轮毂17寸";
+        bench.press("renameButton");
+        bench.accept("ModelPanel", "轮毂18寸");
+        QVERIFY(bench.text("status").contains("Permission denied"));
+        QCOMPARE(bench.engine.solutions["工位1"].keys(), QStringList({"auto", "轮毂17寸", "轮毂19寸"}));
+        bench.engine.undeletable.clear();
+        bench.press("renameButton");
         bench.accept("ModelPanel", "轮毂18寸");
         QCOMPARE(bench.rows(), QStringList({"auto（内置，只读）", "轮毂18寸 *未保存", "轮毂19寸"}));
         QCOMPARE(bench.typed("hole_radius"), "15");
         QCOMPARE(bench.engine.solutions["工位1"]["轮毂18寸"]["hole_radius"].toDouble(), 14.25);
     }
 
-    void renameThatCannotRemoveTheOldNameLeavesTheOldModel()
+    void modelsComeAndGo()
     {
         Bench bench;
-        bench.openAt(1);
-        bench.engine.undeletable = "轮毂17寸";
-        bench.press("renameButton");
-        bench.accept("ModelPanel", "轮毂18寸");
-        QVERIFY(bench.text("status").contains("Permission denied"));
-        QCOMPARE(bench.text("title"), "轮毂17寸");
-        QCOMPARE(bench.engine.solutions["工位1"].keys(), QStringList({"auto", "轮毂17寸", "轮毂19寸"}));
-    }
-
-    void modelIsRemovedOnlyAfterTheQuestion()
-    {
-        Bench bench;
-        bench.openAt(1);
+        bench.openAt(0); // the built-in one can be copied, but not changed
+        QVERIFY(bench.get<QLineEdit>("rim_radius")->isReadOnly() && !bench.get<QWidget>("taught")->isEnabled());
+        QVERIFY(!bench.canPress("renameButton") && !bench.canPress("removeButton"));
+        bench.press("copyButton");
+        bench.accept("ModelPanel");
+        QCOMPARE(bench.text("title"), "auto 副本");
         bench.type("hole_radius", "15");
         bench.press("removeButton");
-        QCOMPARE(bench.engine.solutions["工位1"].size(), 3);
+        QCOMPARE(bench.engine.solutions["工位1"].size(), 4); // only after the question
         bench.accept("ModelPanel");
-        QCOMPARE(bench.engine.solutions["工位1"].keys(), QStringList({"auto", "轮毂19寸"}));
+        QCOMPARE(bench.engine.solutions["工位1"].keys(), QStringList({"auto", "轮毂17寸", "轮毂19寸"}));
         QVERIFY2(!bench.designer.window()->isWindowModified(), "the changes went with the model");
-    }
-
-    void newModelBeginsUntaughtAndNewSolutionIsShownAtOnce()
-    {
-        Bench bench;
-        bench.open();
         bench.press("addButton");
         bench.accept("ModelPanel", "轮毂21寸");
         QCOMPARE(bench.text("title"), "轮毂21寸");
@@ -187,8 +148,7 @@ private slots:
         bench.press("addSolutionButton");
         bench.accept("ModelPanel", "工位3");
         QCOMPARE(bench.get<QComboBox>("solutionBox")->currentText(), "工位3");
-        QVERIFY(bench.rows().isEmpty());
-        QCOMPARE(bench.text("title"), "未选择型号");
+        QVERIFY(bench.rows().isEmpty() && bench.text("title") == "未选择型号");
     }
 
     void closingWithUnsavedChangesAsks()
@@ -198,7 +158,6 @@ private slots:
         bench.type("hole_radius", "15");
         bench.designer.window()->close();
         QVERIFY(bench.designer.window()->isVisible());
-        bench.shoot("closing");
         bench.engine.refusal = "disk full";
         bench.accept("DesignerWindow");
         QVERIFY2(bench.designer.window()->isVisible(), "what cannot be saved is not lost");

@@ -53,7 +53,6 @@ private slots:
     {
         Table::of<QVariantMap, QString>(
             {{"no hole", FakeEngine::lost(1, "未找到气门孔"), "未找到气门孔（错误码 1）"},
-             {"no tip", FakeEngine::lost(4, ""), "未找到气门孔（错误码 4）"},
              {"unknown model", QVariantMap{{ResultKeys::taskTime, 0.1}}, "任务未能运行：方案或型号不存在"}});
     }
     void refusedImageShowsItsReasonAndNoAngle()
@@ -65,19 +64,16 @@ private slots:
         bench.engine.answer(result);
         QTRY_COMPARE(bench.text("verdict"), verdict);
         QCOMPARE(bench.text("angle"), "—");
-        QVERIFY(bench.canPress("runButton"));
-    }
-
-    void answerForTheFormerModelIsDropped()
-    {
-        Bench bench;
-        bench.openAt(1);
-        QVERIFY(bench.tries("a.png"));
-        bench.choose(2);
-        QCOMPARE(bench.engine.tasks.size(), size_t(2));
-        bench.engine.answer(FakeEngine::found(drawing(), hole, 11.0));
+        bench.press("runButton");
+        bench.choose(1);
+        bench.engine.answer(FakeEngine::found(drawing(), hole, 11.0)); // of the former model
         bench.engine.answer(FakeEngine::found(drawing(), hole, 22.0));
         QTRY_COMPARE(bench.text("angle"), "22.000°");
+        QFile file(bench.dir.filePath("bad.bmp"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        bench.get<TryPanel>("TryPanel")->openImage(file.fileName());
+        QTRY_VERIFY(bench.text("status").contains("bad.bmp"));
+        QVERIFY2(bench.text("fileLabel").contains("a.png"), "the former one stays");
     }
 
     void engineAnswersAfterTheModuleWasUnloaded()
@@ -100,30 +96,6 @@ private slots:
         }
         engine.answer(FakeEngine::found(drawing(), hole));
         QVERIFY(engine.tasks.empty());
-    }
-
-    void unreadableImageIsToldAndTheFormerOneStays_data()
-    {
-        Table::of<QByteArray>({{"empty", QByteArray()},
-                               {"text", "no image at all"},
-                               {"cut off", QByteArray::fromHex("89504e470d0a1a0a0000000d49484452")},
-                               // A bitmap header that announces 60000 x 60000 pixels.
-                               {"huge", QByteArray::fromHex("424d360000000000000036000000280000"
-                                                            "0060ea000060ea00000100180000000000"
-                                                            "00000000000000000000000000000000000000000000")}});
-    }
-    void unreadableImageIsToldAndTheFormerOneStays()
-    {
-        const auto [content] = Table::row<QByteArray>();
-        Bench bench;
-        bench.open();
-        QVERIFY(bench.tries("good.png"));
-        QFile file(bench.dir.filePath("bad.bmp"));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-        file.close();
-        bench.get<TryPanel>("TryPanel")->openImage(file.fileName());
-        QTRY_VERIFY(bench.text("status").contains("bad.bmp"));
-        QVERIFY(bench.text("fileLabel").contains("good.png"));
     }
 
     void editIsTriedWithoutSaving()
@@ -167,60 +139,6 @@ private slots:
         bench.designer.window()->close();
         watch->imageCaptured("cam1", drawing());
         QVERIFY(bench.engine.tasks.empty());
-    }
-
-    void stagesOfTheFinderAreShown()
-    {
-        Bench bench;
-        bench.engine.hasTrial = true;
-        bench.open();
-        QVERIFY(bench.tries("a.png"));
-        QVector<QPointF> edge;
-        for (int i = 0; i < 40; ++i)
-            edge.append(hole + 14 * QPointF(std::cos(i * 0.157), std::sin(i * 0.157)));
-        const QVector<TrialStage> stages{
-            {"轮缘", "覆盖 97 %", {}, {{{320, 240}, 200, "200.1 px", true}}, {}},
-            {"候选", "2 个", {}, {{hole, 14, "0.91", true}, {{250, 350}, 12, "0.31", false}}, edge},
-            {"展开的环", "", drawing(), {}, {}}};
-        bench.engine.answer(FakeEngine::found(drawing(), hole), stages);
-        auto* box = bench.get<QComboBox>("stageBox");
-        QTRY_COMPARE(box->count(), 5);
-        box->setCurrentText("候选");
-        QCOMPARE(bench.get<ImageView>("view")->overlay()->circles().size(), 2);
-        QCOMPARE(bench.text("stageNote"), "2 个");
-        bench.shoot("stages");
-        box->setCurrentText("展开的环");
-        QCOMPARE(QColor(shownPixel(bench)), QColor(Qt::darkGreen));
-        bench.press("runButton");
-        bench.engine.answer(FakeEngine::lost(3, "未找到轮毂"), {stages[0]});
-        QTRY_COMPARE(bench.text("verdict"), "未找到轮毂（错误码 3）");
-        QCOMPARE(box->currentText(), "结果");
-    }
-
-    void twoClicksTeachAModel()
-    {
-        Bench bench;
-        bench.engine.hasTeacher = bench.engine.hasTrial = true;
-        bench.engine.proposal = FakeEngine::parameters(200.5, 148.7, 14, true);
-        bench.openAt(2);
-        QVERIFY(bench.tries("a.png"));
-        bench.engine.answer(FakeEngine::lost(1, "未找到"));
-        QTRY_VERIFY(bench.canPress("runButton"));
-        bench.press("teachButton");
-        bench.clickImage({520, 240});
-        QVERIFY(bench.text("teachText").contains("第 2 步"));
-        bench.shoot("teach");
-        bench.clickImage(hole);
-        QTRY_COMPARE(bench.typed("rim_radius"), "200.5");
-        QVERIFY(bench.rows().at(2).contains("未保存"));
-        QVERIFY(bench.get<QWidget>("teachBar")->isHidden());
-        QVERIFY((bench.engine.taughtPoints[0] - QPointF(520, 240)).manhattanLength() < 2);
-        QVERIFY((bench.engine.taughtPoints[1] - hole).manhattanLength() < 2);
-        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
-        QCOMPARE(bench.engine.tasks[0].parameters, bench.engine.proposal);
-        bench.engine.answer(FakeEngine::found({}, hole));
-        QTRY_COMPARE(bench.text("angle"), "123.456°");
-        bench.shoot("taught");
     }
 
     void teachingThatFailsOrIsGivenUpChangesNothing()

@@ -1,6 +1,7 @@
 #include "SimulatedCell.h"
 #include "db/ResultReader.h"
 #include "db/StationDB.h"
+#include "workflow/ModelManager.h"
 
 #include <QSignalSpy>
 
@@ -93,6 +94,25 @@ private slots:
         plant.cell->alarms().acknowledge();
         plant.scheduler.advance(4000);
         QVERIFY(!QDir().exists(day));
+    }
+
+    void modelsThatTheStationsRunStandOutInTheList()
+    {
+        SimulatedCell plant;
+        plant.startUp();
+        plant.open();
+        const auto current = [&plant] {
+            QStringList names;
+            for (int row = 0; row < plant.cell->models()->modelCount(); ++row)
+                if (plant.cell->models()->isCurrent(row))
+                    names << plant.cell->models()->modelName(row);
+            return names.join(' ');
+        };
+        QCOMPARE(current(), QString("五辐")); // both stations'
+        plant.send('C', 1, 2);
+        QCOMPARE(current().split(' ').size(), 2);
+        plant.send('C', 2, 2);
+        QCOMPARE(current(), QString("钢圈"));
     }
 
     void eachStationsAccountCountsItsOwn()

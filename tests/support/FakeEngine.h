@@ -36,10 +36,8 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
     QString unwritable;  ///< a solution that stores nothing
     QString undeletable; ///< a model that cannot be removed, or a solution that removes none
     std::vector<Task> tasks;
-    QVariantMap proposal; ///< what teaching answers; empty: it fails with `refusal`
-    QVector<QPointF> taughtPoints;
+    QVariantMap proposal;          ///< what teaching answers; empty: it fails with `refusal`
     QMap<QString, Examples> shown; ///< by model; an example's source is the image's name and the place
-    QVariantMap suggestion;        ///< what the holes of every model suggest; empty: too few
 
     FakeEngine()
     {
@@ -99,9 +97,8 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
     {
         tasks.push_back({image, solution, {}, parameters, std::move(callback)});
     }
-    QVariantMap propose(const QImage&, const QPointF& rim, const QPointF& hole, QString* error) override
+    QVariantMap propose(const QImage&, const QPointF&, const QPointF&, QString* error) override
     {
-        taughtPoints = {rim, hole};
         *error = refusal;
         return proposal;
     }
@@ -165,7 +162,7 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
     QVariantMap proposeSizes(const QString&, const QString&, QString* error) override
     {
         *error = QStringLiteral("至少需要 3 个孔示例");
-        return suggestion;
+        return {};
     }
 
     QStringList list() override { return solutions.keys(); }

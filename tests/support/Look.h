@@ -64,6 +64,8 @@ inline QStringList chinese(const QWidget& window)
     static const QRegularExpression han(QStringLiteral("\\p{Han}"));
     QStringList texts{window.windowTitle()};
     for (const QWidget* widget : window.findChildren<QWidget*>()) {
+        if (widget->parentWidget()->inherits("QTabBar"))
+            continue; // buttons that Qt names once
         for (const char* property : {"text", "title", "accessibleName"}) {
             if (!qobject_cast<const QLineEdit*>(widget) || property == QByteArray("accessibleName"))
                 texts << widget->property(property).toString();

@@ -1,4 +1,7 @@
+#include "../db/OtherProgram.h"
 #include "config/ksSysConfig.h"
+#include "db/StationDB.h"
+#include "db/archive/ImageArchive.h"
 #include "support/ManualScheduler.h"
 #include "support/TempHome.h"
 #include "workflow/CellRecords.h"
@@ -52,6 +55,40 @@ private slots:
             QVERIFY2(paths.first().contains(QRegularExpression(folders[on])), qPrintable(paths.first()));
             *switches[on] = false;
         }
+    }
+
+    void rowNamesOnlyAPictureThatIsOnTheDisk()
+    {
+        const TempHome home;
+        ksSysConfig settings;
+        settings.saveRltImage[0] = true;
+        const QString day = QDate::currentDate().toString("yyyy-MM-dd");
+        home.write("/DBFiles/Images/" + day + "/Station1/W19", "where the folder should be");
+        QStringList paths;
+        auto records = std::make_unique<CellRecords>(home.path(), settings, Scheduler::system());
+        records->openResultDatabase();
+        const auto record = [&](const char* model, const QImage& image) {
+            StationResult row;
+            row.value1 = records->store()->saveResultImage(1, model, image);
+            paths << row.value1;
+            records->store()->insertResult(row);
+        };
+        const auto named = [&home] {
+            return OtherProgram(home.path("/DBFiles/Pellix.db")).column("select value1 from RltTable order by uid");
+        };
+        QImage image(64, 64, QImage::Format_Grayscale8);
+        image.fill(Qt::gray);
+        record("W18", image);
+        QCOMPARE(named(), QStringList{""}); // a crash here leaves a whole row
+        record("W19", image);
+        record("W18", QImage());
+        QTRY_COMPARE(records->archive().waiting(), 0);
+        QVERIFY(!paths.contains(QString()));
+        QCOMPARE(named(), (QStringList{paths[0], "", ""}));
+        QVERIFY(QFile::exists(home.path() + paths[0]));
+        record("W18", image);
+        records.reset(); // the picture is still on its way
+        QCOMPARE(named(), (QStringList{paths[0], "", "", paths[3]}));
     }
 };
 

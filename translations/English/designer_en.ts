@@ -353,6 +353,10 @@ Solutions of the engine: %1</translation>
         <source>已有名为“%1”的型号</source>
         <translation>There is a model "%1" already</translation>
     </message>
+    <message>
+        <source>名称中含有看不见的字符</source>
+        <translation>The name holds a character that cannot be seen</translation>
+    </message>
 </context>
 <context>
     <name>ModelPanel</name>

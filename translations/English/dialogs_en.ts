@@ -57,6 +57,10 @@
         <source>型号%1不存在</source>
         <translation>There is no model %1</translation>
     </message>
+    <message>
+        <source>与型号%1看起来相同</source>
+        <translation>Looks the same as model %1</translation>
+    </message>
 </context>
 <context>
     <name>ModelModel</name>
@@ -283,6 +287,22 @@
     <message>
         <source>；</source>
         <translation>; </translation>
+    </message>
+    <message>
+        <source>已示教</source>
+        <translation>Taught</translation>
+    </message>
+    <message>
+        <source>未示教</source>
+        <translation>Not taught</translation>
+    </message>
+    <message>
+        <source>引擎参数</source>
+        <translation>Engine</translation>
+    </message>
+    <message>
+        <source>已保存型号“%1”；任务设计器中还没有它，请在其中新建同名型号并示教</source>
+        <translation>Model “%1” saved; the designer has none of that name yet: make and teach it there</translation>
     </message>
 </context>
 <context>
@@ -769,6 +789,10 @@
     <message>
         <source>型号名“%1”不能用作文件夹名。</source>
         <translation>“%1” cannot be a folder’s name.</translation>
+    </message>
+    <message>
+        <source>型号名中含有看不见的字符。</source>
+        <translation>The model name holds a character that cannot be seen.</translation>
     </message>
 </context>
 </TS>

@@ -504,12 +504,24 @@ Close anyway?</translation>
         <source>结果已补写入数据库，期间%1条延迟，其中%2条丢弃</source>
         <translation>The waiting results were written to the database: %1 were late, %2 of them given up</translation>
     </message>
+    <message>
+        <source>%1条结果暂存于%2，下次启动时写入数据库</source>
+        <translation>%1 results are kept in %2 and go into the database at the next start</translation>
+    </message>
+    <message>
+        <source>未写入的结果不能读取：%1，原文件保留为%2</source>
+        <translation>Results that were not yet written cannot be read: %1; the file is kept as %2</translation>
+    </message>
 </context>
 <context>
     <name>SaveImgThread</name>
     <message>
         <source>不能创建文件夹%1</source>
         <translation>The folder %1 cannot be made</translation>
+    </message>
+    <message>
+        <source>磁盘已满</source>
+        <translation>the disk is full</translation>
     </message>
 </context>
 <context>

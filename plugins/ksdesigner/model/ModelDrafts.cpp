@@ -2,6 +2,7 @@
 
 #include "ExampleStore.h"
 #include "ParameterRules.h"
+#include "common/LookAlike.h"
 
 #include <valvecell/ISolutionStore.h>
 
@@ -164,7 +165,8 @@ QString ModelDrafts::nameProblem(const QString& solution, const QString& name) c
         return tr("请输入名称");
     if (name != name.trimmed())
         return tr("名称首尾不能有空格");
-    if (m_store->isBuiltIn(name) || models(solution).contains(name))
-        return tr("已有名为“%1”的型号").arg(name);
-    return {};
+    if (LookAlike::hasInvisible(name))
+        return tr("名称中含有看不见的字符");
+    const QString alike = m_store->isBuiltIn(name) ? name : LookAlike::find(models(solution), name);
+    return alike.isEmpty() ? QString() : tr("已有名为“%1”的型号").arg(alike);
 }

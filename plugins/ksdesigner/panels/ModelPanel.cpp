@@ -1,5 +1,6 @@
 #include "ModelPanel.h"
 
+#include "common/LookAlike.h"
 #include "model/ModelDrafts.h"
 #include "ui_ModelPanel.h"
 
@@ -191,9 +192,9 @@ void ModelPanel::askSolution()
         report(added, tr("已新建方案“%1”，程序重新启动后可供工位使用").arg(name), error);
     };
     const auto problem = [this](const QString& name) {
-        return name.trimmed().isEmpty()             ? tr("请输入名称")
-               : m_solutions->list().contains(name) ? tr("已有此方案")
-                                                    : QString();
+        return name.trimmed().isEmpty() || LookAlike::hasInvisible(name) ? tr("请输入名称")
+               : !LookAlike::find(m_solutions->list(), name).isEmpty()   ? tr("已有此方案")
+                                                                         : QString();
     };
     m_ui->ask->askName(tr("新方案的名称："), QString(), {tr("新建"), create}, problem);
 }

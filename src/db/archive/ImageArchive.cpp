@@ -6,6 +6,13 @@
 #include <QDir>
 #include <QFileInfo>
 
+namespace {
+
+/// Images that wait beyond this leave a heap behind that the process would keep.
+constexpr qint64 burstBytes = 64LL * 1024 * 1024;
+
+} // namespace
+
 ImageArchive::ImageArchive(const QString& home, QObject* parent)
     : ImageArchive(home, Rules(), parent)
 {
@@ -50,25 +57,30 @@ QString ImageArchive::folderOf(Kind kind)
     return kind == Result ? QStringLiteral("/DBFiles/Images") : QStringLiteral("/DBFiles/SrcImages");
 }
 
-/// An image that waits has its name already, but no file yet.
-bool ImageArchive::isTaken(const QString& path) const
+bool ImageArchive::holds(const QString& path) const
 {
-    const auto holds = [&path](const SaveImgThread* thread) { return thread->path() == path; };
-    return std::any_of(m_waiting.begin(), m_waiting.end(), holds) ||
-           std::any_of(m_running.begin(), m_running.end(), holds) || QFileInfo::exists(path);
+    const auto isIt = [&path](const SaveImgThread* thread) { return thread->path() == path; };
+    return std::any_of(m_waiting.begin(), m_waiting.end(), isIt) ||
+           std::any_of(m_running.begin(), m_running.end(), isIt);
 }
 
-/// A second image of the same millisecond, or after the clock was set back, must not replace the first.
+bool ImageArchive::isFull(const QImage& another) const
+{
+    return waiting() >= m_rules.maxWaiting || (waiting() > 0 && m_bytes + another.sizeInBytes() > m_rules.maxBytes);
+}
+
+/// A second image of the same millisecond, or after the clock was set back, must not replace the first. An image that
+/// waits has its name already, but no file yet.
 QString ImageArchive::freeName(const QString& folder) const
 {
     const QString stem = m_rules.scheduler->now().toString(QStringLiteral("yyyy_MM_dd_hhmmsszzz"));
     QString name = stem + QStringLiteral(".jpg");
+    const auto isTaken = [this](const QString& path) { return holds(path) || QFileInfo::exists(path); };
     for (int i = 1; isTaken(folder + QLatin1Char('/') + name); ++i)
         name = QStringLiteral("%1_%2.jpg").arg(stem).arg(i);
     return name;
 }
 
-/// The path is given before the image is written, since the record that names it goes in at once.
 QString ImageArchive::save(int station, const QString& subFolder, const QImage& image, Kind kind)
 {
     const QString folder = folderOf(kind) + m_rules.scheduler->now().toString(QStringLiteral("/yyyy-MM-dd/")) +
@@ -78,7 +90,7 @@ QString ImageArchive::save(int station, const QString& subFolder, const QImage& 
     const QString name = freeName(m_home + folder);
     if (image.isNull())
         return folder + QLatin1Char('/') + name;
-    if (waiting() >= m_rules.maxWaiting) {
+    if (isFull(image)) {
         ++m_givenUp;
         m_crowded.failed(tr("等待保存的图像已有%1幅，放弃保存新图像").arg(waiting()));
         return {};
@@ -86,6 +98,8 @@ QString ImageArchive::save(int station, const QString& subFolder, const QImage& 
     auto* const thread = new SaveImgThread(image, m_home + folder, name, this);
     connect(thread, &QThread::finished, this, [this, thread] { onEnded(thread); });
     m_waiting.push_back(thread);
+    m_bytes += image.sizeInBytes();
+    m_peakBytes = qMax(m_peakBytes, m_bytes);
     startNext();
     return folder + QLatin1Char('/') + name;
 }
@@ -97,6 +111,10 @@ void ImageArchive::startNext()
     SaveImgThread* const thread = m_waiting.front();
     m_waiting.pop_front();
     m_running.append(thread);
+    if (m_waiting.empty() && m_peakBytes > burstBytes) {
+        thread->setLastOfBurst();
+        m_peakBytes = 0;
+    }
     if (m_rules.scheduler->usesThreads())
         thread->start();
     else
@@ -114,7 +132,10 @@ void ImageArchive::writeHere()
 
 void ImageArchive::count(const SaveImgThread& thread)
 {
-    if (!thread.error().isEmpty()) {
+    m_bytes -= thread.bytes();
+    const bool good = thread.error().isEmpty();
+    emit ended(thread.path().mid(m_home.size()), good);
+    if (!good) {
         ++m_failed;
         m_unwritable.failed(tr("图像不能保存：%1").arg(thread.error()));
         return;

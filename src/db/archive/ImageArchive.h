@@ -22,8 +22,9 @@ public:
 
     struct Rules
     {
-        int maxWaiting = 200; ///< images not yet on the disk; beyond, a new one is given up
-        int maxRunning = 2;   ///< threads that write at the same time; the other images wait for one
+        int maxWaiting = 200;                  ///< images not yet on the disk; beyond, a new one is given up
+        qint64 maxBytes = 512LL * 1024 * 1024; ///< of their pixels, as soon as more than one waits
+        int maxRunning = 2;                    ///< threads that write at the same time; the other images wait for one
         Scheduler* scheduler = &Scheduler::system();
     };
 
@@ -42,6 +43,9 @@ public:
     /// saved.
     QString save(int station, const QString& subFolder, const QImage& image, Kind kind);
 
+    /// Whether what becomes of the image that save() gave this path is still open.
+    bool isWaiting(const QString& path) const { return holds(m_home + path); }
+
     int waiting() const { return static_cast<int>(m_waiting.size()) + m_running.size(); }
     int givenUp() const { return m_givenUp; } ///< since the start
     int failed() const { return m_failed; }   ///< images that could not be written, since the start
@@ -53,11 +57,14 @@ public:
 signals:
     /// An image lies under this absolute path.
     void saved(const QString& path);
+    /// What became of an image that save() gave this path below the home.
+    void ended(const QString& path, bool good);
 
 private:
     /// A file name of this moment that neither an image on the disk nor one that waits has.
     QString freeName(const QString& folder) const;
-    bool isTaken(const QString& path) const;
+    bool holds(const QString& path) const;
+    bool isFull(const QImage& another) const;
     /// Lets the oldest image be written, if fewer threads run than may.
     void startNext();
     /// Without threads: writes the oldest that was started.
@@ -70,6 +77,8 @@ private:
     const Rules m_rules;
     std::deque<SaveImgThread*> m_waiting;
     QList<SaveImgThread*> m_running;
+    qint64 m_bytes = 0;     ///< of the images that wait
+    qint64 m_peakBytes = 0; ///< since none waited
     int m_givenUp = 0;
     int m_failed = 0;
     FaultNotice m_crowded;

@@ -8,9 +8,12 @@
 #include <QImageWriter>
 #include <QSaveFile>
 
+#include <cerrno>
+
 SaveImgThread::SaveImgThread(const QImage& image, const QString& folder, const QString& fileName, QObject* parent)
     : QThread(parent)
     , m_image(image)
+    , m_bytes(image.sizeInBytes())
     , m_folder(folder)
     , m_fileName(fileName)
 {
@@ -20,6 +23,8 @@ void SaveImgThread::run()
 {
     platform::lowerThreadPriority();
     write();
+    if (m_lastOfBurst)
+        platform::releaseFreeMemory();
 }
 
 void SaveImgThread::write()
@@ -63,10 +68,15 @@ bool writeImageFile(const QImage& image, const QString& path, QString* error)
 {
     QSaveFile file(path);
     QString reason;
+    errno = 0;
     const auto write = isJpeg(path) ? writeJpeg : writeOther;
-    // Only flush() tells of a full disk when the rest fits into the buffer; commit() would keep a file that is cut off.
+    // Only flush() reports a full disk when the rest fits into the buffer; commit() would keep a file that is cut off.
     const bool good = file.open(QIODevice::WriteOnly) && write(image, file, &reason) && file.flush() && file.commit();
-    if (!good)
-        *error = path + QStringLiteral(": ") + (reason.isEmpty() ? file.errorString() : reason);
-    return good;
+    if (good)
+        return true;
+    // The classes of files and images report a full disk as an unknown error.
+    if (errno == ENOSPC || platform::freeSpaceMiB(QFileInfo(path).path()) == 0)
+        reason = SaveImgThread::tr("磁盘已满");
+    *error = path + QStringLiteral(": ") + (reason.isEmpty() ? file.errorString() : reason);
+    return false;
 }

@@ -34,7 +34,7 @@ ModelEntry ModelActions::entry(const QString& name) const
 ModelEntry ModelActions::proposal(const QString& wanted) const
 {
     ModelEntry entry{wanted, 1, false};
-    for (int i = 2; m_models.contains(entry.name); ++i) {
+    for (int i = 2; !m_models.isNewName(entry.name, nullptr) && i <= highestIndex; ++i) {
         const QString suffix = QStringLiteral(" %1").arg(i);
         entry.name = wanted.left(SqlText::maxNameLength - suffix.size()) + suffix;
     }
@@ -131,7 +131,7 @@ bool ModelActions::rename(const QString& name, const QString& newName, QString* 
         *error = tr("新旧名称只差大小写，引擎的文件可能无法区分，请先改为别的名称");
         return false;
     }
-    if (!m_models.isNewName(newName, error) || !m_engine.save(newName, parameters, error))
+    if (!m_models.isNewName(newName, error, name) || !m_engine.save(newName, parameters, error))
         return false;
     const bool renamed = m_engine.copyExamples(name, newName, error) && m_models.renameModel(name, newName, error);
     if (renamed && m_engine.remove(name, error))

@@ -46,7 +46,7 @@ ModelEntry QModelEditUI::typed() const
 bool QModelEditUI::canBeNamed(const QString& name, QString* problem) const
 {
     const bool kept = !name.isEmpty() && name == m_task.ownName;
-    return kept || m_models.isNewName(name, problem);
+    return kept || m_models.isNewName(name, problem, m_task.ownName);
 }
 
 QString QModelEditUI::problem() const

@@ -18,6 +18,53 @@ QString listed(const QStringList& names)
     return names.join(QModelMangerUI::tr("、"));
 }
 
+/// The list of models, with a column of what answers depend on: whether the engine has been taught the model.
+class TaughtModels : public ModelModel
+{
+public:
+    TaughtModels(const IModelSource& source, const EngineModels& engine)
+        : ModelModel(source)
+        , m_source(source)
+        , m_engine(engine)
+    {
+    }
+
+    int columnCount(const QModelIndex& parent = {}) const override
+    {
+        return ModelModel::columnCount(parent) + (m_engine.hasStore() && !parent.isValid() ? 1 : 0);
+    }
+    QVariant data(const QModelIndex& index, int role) const override
+    {
+        if (index.column() != taughtColumn)
+            return ModelModel::data(index, role);
+        if (role == Qt::DisplayRole)
+            return isTaught(index.row()) ? QModelMangerUI::tr("已示教") : QModelMangerUI::tr("未示教");
+        if (role == Qt::ForegroundRole)
+            return ModelModel::data(index.siblingAtColumn(0), role);
+        return role == Qt::BackgroundRole ? ModelModel::data(index.siblingAtColumn(0), role) : QVariant();
+    }
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override
+    {
+        const bool own = section == taughtColumn && orientation == Qt::Horizontal && role == Qt::DisplayRole;
+        return own ? QModelMangerUI::tr("引擎参数") : ModelModel::headerData(section, orientation, role);
+    }
+
+private:
+    static constexpr int taughtColumn = 3;
+
+    /// In a solution at least.
+    bool isTaught(int row) const
+    {
+        const SolutionParameters found = m_engine.parameters(m_source.modelName(row));
+        return std::any_of(found.begin(), found.end(), [](const QVariantMap& parameters) {
+            return parameters.value(QStringLiteral("taught")).toBool();
+        });
+    }
+
+    const IModelSource& m_source;
+    const EngineModels& m_engine;
+};
+
 } // namespace
 
 QModelMangerUI::QModelMangerUI(ModelManager& models, IEngine* engine, QWidget* parent)
@@ -28,7 +75,7 @@ QModelMangerUI::QModelMangerUI(ModelManager& models, IEngine* engine, QWidget* p
 {
     m_ui->setupUi(this);
     DialogForm::prepare(this);
-    m_view = new ModelView(m_ui->table, models, this);
+    m_view = new ModelView(m_ui->table, new TaughtModels(models, m_actions.engine()), this);
     m_ui->table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_ui->table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
     m_edit = new QModelEditUI(models, this);
@@ -44,6 +91,7 @@ QModelMangerUI::~QModelMangerUI()
 void QModelMangerUI::connectAll()
 {
     connect(&m_models, &ModelManager::changed, this, &QModelMangerUI::refresh);
+    connect(&m_models, &ModelManager::currentChanged, m_view->model(), &ModelModel::refreshCurrent);
     connect(m_ui->table->selectionModel(), &QItemSelectionModel::selectionChanged, this, &QModelMangerUI::showChosen);
     connect(m_ui->table, &QTableView::doubleClicked, this, &QModelMangerUI::modify);
     connect(m_ui->addButton, &QPushButton::clicked, this, &QModelMangerUI::add);
@@ -105,7 +153,12 @@ void QModelMangerUI::begin(QModelEditUI::Task task)
     task.submit = [this, submit](const ModelEntry& entry, QString* error) {
         if (!submit(entry, error))
             return false;
-        done(entry.name, tr("已保存型号“%1”").arg(entry.name));
+        const EngineModels& engine = m_actions.engine();
+        const bool untaught = engine.hasStore() && engine.parameters(entry.name).isEmpty();
+        m_view->model()->refresh();
+        done(entry.name, untaught
+                             ? tr("已保存型号“%1”；任务设计器中还没有它，请在其中新建同名型号并示教").arg(entry.name)
+                             : tr("已保存型号“%1”").arg(entry.name));
         return true;
     };
     m_edit->begin(task);
