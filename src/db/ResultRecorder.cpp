@@ -11,17 +11,59 @@ namespace {
 /// Waiting rows go in by portions, so that the thread is free between them.
 constexpr qint64 portionNs = 20 * 1000 * 1000;
 
+/// Of earlier versions, at a time.
+constexpr int rowsFilledIn = 500;
+
 StationResult madeCarriable(StationResult result)
 {
     for (QString* text : {&result.resultTip, &result.threshBenchMark, &result.stationName, &result.value1,
-                          &result.value2, &result.value3})
+                          &result.value2, &result.value3, &result.part.sourceImage})
         *text = SqlText::madeCarriable(*text);
     return result;
 }
 
+QJsonObject toJson(const PartRecord& part)
+{
+    return {{"station", part.station},
+            {"model", part.model},
+            {"plcIndex", part.plcIndex},
+            {"outcome", int(part.outcome)},
+            {"angle", part.angle},
+            {"x", part.x},
+            {"y", part.y},
+            {"score", part.score},
+            {"imageMs", part.imageMs},
+            {"resultMs", part.resultMs},
+            {"replyMs", part.replyMs},
+            {"user", part.user},
+            {"calibration", part.calibration},
+            {"sourceImage", part.sourceImage}};
+}
+
+PartRecord partOf(const QJsonObject& json)
+{
+    PartRecord part;
+    part.station = json["station"].toInt();
+    part.model = json["model"].toString();
+    part.plcIndex = json["plcIndex"].toInt();
+    part.outcome = PartOutcome(json["outcome"].toInt(int(PartOutcome::NotFound)));
+    part.angle = json["angle"].toDouble();
+    part.x = json["x"].toDouble();
+    part.y = json["y"].toDouble();
+    part.score = json["score"].toDouble();
+    part.imageMs = json["imageMs"].toDouble(-1);
+    part.resultMs = json["resultMs"].toDouble(-1);
+    part.replyMs = json["replyMs"].toDouble(-1);
+    part.user = json["user"].toString();
+    part.calibration = json["calibration"].toString();
+    part.sourceImage = json["sourceImage"].toString();
+    return part;
+}
+
 QJsonObject toJson(const StationResult& result, const QDateTime& time)
 {
-    return {{"time", time.toString(Qt::ISODateWithMs)},
+    return {{"part", toJson(result.part)},
+            {"time", time.toString(Qt::ISODateWithMs)},
             {"dAngle", result.angle},
             {"errorType", result.errorType},
             {"matchScore", result.matchScore},
@@ -45,6 +87,7 @@ StationResult resultOf(const QJsonObject& json)
     result.value1 = json["value1"].toString();
     result.value2 = json["value2"].toString();
     result.value3 = json["value3"].toString();
+    result.part = partOf(json["part"].toObject());
     return madeCarriable(result);
 }
 
@@ -60,8 +103,10 @@ ResultRecorder::ResultRecorder(StationDB& database, Rules rules, QObject* parent
     , m_database(database)
     , m_rules(std::move(rules))
     , m_retry(m_rules.scheduler->timer(Scheduler::SingleShot, [this] { retry(); }))
+    , m_fillIn(m_rules.scheduler->timer(Scheduler::SingleShot, [this] { fillInParts(); }))
 {
     readSpill();
+    m_fillIn->start(m_rules.retryMs);
 }
 
 ResultRecorder::~ResultRecorder()
@@ -117,6 +162,13 @@ void ResultRecorder::record(const StationResult& result, const QString& picture)
     Row row{madeCarriable(result), m_rules.scheduler->now(), picture};
     if (!m_waiting.empty() || !insert(row))
         keep(std::move(row));
+}
+
+/// In pauses, so that a row of a part waits some milliseconds at most.
+void ResultRecorder::fillInParts()
+{
+    if (!m_database.isOpen() || m_database.fillInParts(rowsFilledIn))
+        m_fillIn->start(m_rules.retryMs);
 }
 
 bool ResultRecorder::insert(const Row& row)

@@ -62,6 +62,7 @@ private:
     void retry();
     bool insert(const Row& row);
     void enterPictures();
+    void fillInParts();
     void readSpill();
     void writeSpill();
     QString spillPath() const { return m_database.path() + QStringLiteral(".waiting.json"); }
@@ -77,4 +78,5 @@ private:
     int m_givenUp = 0;
     FaultNotice m_fault;
     std::unique_ptr<Scheduler::Timer> m_retry;
+    std::unique_ptr<Scheduler::Timer> m_fillIn;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/DataBaseSql.h"
+#include "db/PartRecord.h"
 
 #include <QDateTime>
 #include <QMetaType>
@@ -14,9 +15,10 @@ struct StationResult
     QString resultTip;
     QString threshBenchMark; ///< station and model
     QString stationName;
-    QString value1; ///< path of the saved result image below the home; empty when none was saved
-    QString value2; ///< as threshBenchMark
-    QString value3; ///< what the answer rests on, see TaskResult::evidence
+    QString value1;  ///< path of the saved result image below the home; empty when none was saved
+    QString value2;  ///< as threshBenchMark
+    QString value3;  ///< what the answer rests on, see TaskResult::evidence
+    PartRecord part; ///< goes into "PartTable"
 };
 
 /// A recorded result.
@@ -31,7 +33,7 @@ Q_DECLARE_TYPEINFO(StationResult, Q_MOVABLE_TYPE);
 Q_DECLARE_TYPEINFO(StationResultRow, Q_MOVABLE_TYPE);
 Q_DECLARE_METATYPE(StationResult)
 
-/// The results of the stations, one row each, in "RltTable".
+/// The results of the stations, one row each, in "RltTable", and beside it in "PartTable".
 class StationDB : public DataBaseSql
 {
     Q_OBJECT
@@ -55,12 +57,18 @@ public:
     /// Whether the table has this row already.
     bool contains(const StationResult& result, const QDateTime& time);
 
+    /// Takes some rows of earlier versions into "PartTable"; false when none is left, or none can be taken now.
+    bool fillInParts(int count);
+
     /// The form of every stored time; texts of it sort as the times do.
     static QString timeText(const QDateTime& time);
 
 protected:
     QVector<Table> tables() const override;
+    QStringList furtherTables(SqlConnection& connection) const override;
 
 private:
+    bool insertPart(SqlConnection& connection, const StationResult& result, const QDateTime& time);
+
     qint64 m_lastRow = 0;
 };

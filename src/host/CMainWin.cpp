@@ -270,6 +270,7 @@ void CMainWin::onLineseCheck(bool registered)
 void CMainWin::onLogInOut(const QString& name, int, int)
 {
     m_status->setUserName(name);
+    m_cell->setUser(name);
 }
 
 void CMainWin::onImageScale(qreal scale)

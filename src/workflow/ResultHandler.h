@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/TaskResult.h"
+#include "db/PartRecord.h"
 #include "workflow/PlcLink.h"
 #include "workflow/StationLog.h"
 #include "workflow/Trigger.h"
@@ -77,10 +78,12 @@ private:
         const Trigger& trigger;
         int station; ///< 0: the result names another solution than the trigger's
         TaskResult result;
+        qint64 resultNs; ///< when it came
     };
     struct Verdict
     {
         PlcLink::Sent sent;
+        QString calibration = {};              ///< its version
         CellError error = CellError::NoResult; ///< meaningful unless `good`
         QString tip;
         bool good = true; ///< what the engine says was sent
@@ -93,12 +96,15 @@ private:
     Verdict reply(const Part& part);
     PlcLink::Sent send(const Trigger& trigger, int station, double angle, const QPointF& machine);
     void store(const Part& part, const Verdict& verdict);
+    /// The trigger's, up to now.
+    PartRecord partOf(const Trigger& trigger) const;
     /// A row without a result.
     void storeEnd(const Trigger& trigger, double angle, CellError error, const QString& tip);
     void show(const Part& part, const Verdict& verdict);
 
     const ksGlobalConfig& m_config;
     PlcLink& m_link;
+    const Scheduler& m_scheduler;
     const StationLog m_log;
     IResultStore* m_store = nullptr;
 };
