@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/TaskResult.h"
+#include "db/CellError.h"
 #include "db/PartRecord.h"
 #include "workflow/PlcLink.h"
 #include "workflow/StationLog.h"
@@ -22,18 +23,6 @@ struct StationReading
     bool test = false;   ///< a test's, which was answered to nobody
 };
 Q_DECLARE_METATYPE(StationReading)
-
-/// What the cell itself has against an answer, as recorded in place of the engine's error code, whose are below 100.
-enum class CellError {
-    NoImage = 100,
-    Overdue = 101,
-    NoResult = 102,
-    NotSent = 103,     ///< the line of the part's trigger is gone
-    NoModel = 104,     ///< refused: the PLC's index has no model
-    Overrun = 105,     ///< refused: too many triggers wait
-    NotCarried = 106,  ///< found, and a frame cannot carry where
-    Calibration = 107, ///< found, and the station's calibration cannot be right
-};
 
 /// Turns the end of a trigger into everything that the cell does with it: the reply first, then archive, record,
 /// picture and log line. What was sent is what all of these get. GUI thread; nothing waits.
