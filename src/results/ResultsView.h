@@ -2,6 +2,7 @@
 
 #include <QTabWidget>
 
+class LogPage;
 class PartsPage;
 class Shifts;
 
@@ -26,4 +27,5 @@ private:
     void retranslate();
 
     PartsPage* m_parts;
+    LogPage* m_logs;
 };

@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr int pagesKept = 40;
-
 /// What the reader sorts a column by; those without one keep the order.
 std::optional<PartReader::Column> sortOf(int column)
 {
@@ -51,100 +49,38 @@ const LookColors::Sign& signOf(PartOutcome outcome)
 } // namespace
 
 PartTableModel::PartTableModel(QObject* parent)
-    : QAbstractTableModel(parent)
-    , m_pages(pagesKept)
-    , m_background(Background::AtEnd::Wait)
+    : PagedTable(parent)
 {
 }
 
 /// The first page and the number of all rows come together.
 void PartTableModel::refresh()
 {
-    const int number = ++m_number;
-    m_background.clear();
-    m_requested = {0};
-    const auto read = [home = m_home, filter = m_filter, by = m_by, order = m_order] {
+    restart([home = m_home, filter = m_filter, by = m_by, order = m_order](int number, qint64 upTo) {
         Page page;
-        PartFilter upToNow = filter;
         PartReader reader(home);
         if (!reader.open()) {
             page.error = reader.error();
             return page;
         }
-        page.upTo = upToNow.upTo = reader.lastRow();
-        page.rows = reader.rows(upToNow, by, order, rowsAPage, 0);
+        PartFilter upToNow = filter;
+        upToNow.upTo = page.upTo = upTo > 0 ? upTo : reader.lastRow();
+        page.rows = reader.rows(upToNow, by, order, rowsAPage, number * rowsAPage);
         page.error = reader.error();
-        page.count = page.rows.size() < rowsAPage ? page.rows.size() : reader.count(upToNow);
+        if (upTo == 0)
+            page.count = page.rows.size() < rowsAPage ? page.rows.size() : reader.count(upToNow);
         return page;
-    };
-    m_background.run(read, [this, number](const Page& page) { take(number, 0, page); });
-}
-
-void PartTableModel::request(int page) const
-{
-    if (m_requested.contains(page))
-        return;
-    m_requested.insert(page);
-    const auto read = [home = m_home, filter = m_filter, by = m_by, order = m_order, page] {
-        Page result;
-        PartReader reader(home);
-        if (reader.open())
-            result.rows = reader.rows(filter, by, order, rowsAPage, page * rowsAPage);
-        result.error = reader.error();
-        return result;
-    };
-    auto* self = const_cast<PartTableModel*>(this); // a view asks for what is const only until it is read
-    m_background.run(read, [self, page, number = m_number](const Page& result) { self->take(number, page, result); });
-}
-
-void PartTableModel::take(int number, int page, const Page& read)
-{
-    if (number != m_number)
-        return;
-    if (read.count >= 0 || !read.error.isEmpty()) {
-        beginResetModel();
-        m_pages.clear();
-        m_count = qMax(0, read.count);
-        m_filter.upTo = read.upTo;
-        m_pages.insert(page, new QVector<PartRow>(read.rows));
-        endResetModel();
-        emit refreshed(m_count, read.error);
-        return;
-    }
-    m_requested.remove(page);
-    m_pages.insert(page, new QVector<PartRow>(read.rows));
-    const int first = page * rowsAPage;
-    emit dataChanged(index(first, 0), index(qMin(m_count, first + rowsAPage) - 1, ColumnCount - 1));
-    emit loaded();
-}
-
-const PartRow* PartTableModel::part(int row) const
-{
-    if (row < 0 || row >= m_count)
-        return nullptr;
-    const QVector<PartRow>* page = m_pages.object(row / rowsAPage);
-    const int within = row % rowsAPage;
-    return page && within < page->size() ? &page->at(within) : nullptr;
+    });
 }
 
 void PartTableModel::setReview(qint64 uid, bool marked, const QString& comment)
 {
-    const QList<int> pages = m_pages.keys();
-    for (const int page : pages) {
-        for (PartRow& row : *m_pages.object(page)) {
-            if (row.uid == uid) {
-                row.marked = marked;
-                row.comment = comment;
-            }
+    changeRows([&](PartRow& row) {
+        if (row.uid == uid) {
+            row.marked = marked;
+            row.comment = comment;
         }
-    }
-    if (m_count > 0)
-        emit dataChanged(index(0, 0), index(m_count - 1, ColumnCount - 1));
-}
-
-int PartTableModel::rowCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : m_count;
+    });
 }
 
 int PartTableModel::columnCount(const QModelIndex& parent) const
@@ -154,11 +90,9 @@ int PartTableModel::columnCount(const QModelIndex& parent) const
 
 QVariant PartTableModel::data(const QModelIndex& index, int role) const
 {
-    const PartRow* row = part(index.row());
-    if (!row) {
-        request(index.row() / rowsAPage);
+    const PartRow* row = wanted(index.row());
+    if (!row)
         return role == Qt::DisplayRole && index.column() == Time ? QVariant(QStringLiteral("…")) : QVariant();
-    }
     const bool number = index.column() >= Angle && index.column() <= ReplyMs;
     switch (role) {
     case Qt::DisplayRole:

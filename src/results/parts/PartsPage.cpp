@@ -102,8 +102,8 @@ PartsPage::PartsPage(QWidget* parent)
     m_message->sayOrHide(Tone::Plain, {});
 
     connect(m_filter, &PartFilterBar::changed, this, &PartsPage::take);
-    connect(m_table, &PartTableModel::refreshed, this, &PartsPage::onRefreshed);
-    connect(m_table, &PartTableModel::loaded, this, &PartsPage::showChosen);
+    connect(m_table, &PagedTableBase::refreshed, this, &PartsPage::onRefreshed);
+    connect(m_table, &PagedTableBase::loaded, this, &PartsPage::showChosen);
     connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &PartsPage::showChosen);
     connect(m_detail, &PartDetail::designerWanted, this, &PartsPage::designerWanted);
     connect(m_detail, &PartDetail::reviewed, this, &PartsPage::store);
@@ -159,7 +159,7 @@ void PartsPage::onRefreshed(int parts, const QString& error)
 
 void PartsPage::showChosen()
 {
-    const PartRow* part = m_table->part(m_view->currentIndex().row());
+    const PartRow* part = m_table->rowAt(m_view->currentIndex().row());
     m_detail->show(part ? std::optional(*part) : std::nullopt);
 }
 

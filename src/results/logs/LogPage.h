@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QWidget>
+
+class InlineMessage;
+class LogTableModel;
+class QCheckBox;
+class QComboBox;
+class QDateEdit;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+class QTableView;
+class QTimer;
+
+/// The system log with its audit lines: days, kind, text and user; the chosen line in full, with old and new value of a
+/// change; on request the newest lines as they come.
+class LogPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit LogPage(QWidget* parent = nullptr);
+
+    void setHome(const QString& home);
+    void refresh();
+
+signals:
+    /// The parts around that moment, local.
+    void partsWanted(const QDateTime& from, const QDateTime& to);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    enum Kind { AllKinds, Faults, Changes, Informations };
+
+    void build();
+    void retranslate();
+    void showChosen();
+
+    LogTableModel* m_table;
+    InlineMessage* m_message;
+    QDateEdit* m_from;
+    QDateEdit* m_to;
+    QComboBox* m_kind;
+    QLineEdit* m_text;
+    QLineEdit* m_user;
+    QCheckBox* m_live;
+    QTableView* m_view;
+    QPlainTextEdit* m_line;
+    QPushButton* m_parts;
+    QLabel* m_count;
+    QTimer* m_settled;
+    QTimer* m_next; ///< while the newest lines are shown as they come
+    int m_lines = 0;
+};
