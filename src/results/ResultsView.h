@@ -5,6 +5,7 @@
 class LogPage;
 class PartsPage;
 class Shifts;
+class StatisticsPage;
 
 /// All pages over what a home recorded, in the cell's window or in a program of their own.
 class ResultsView : public QTabWidget
@@ -19,6 +20,7 @@ public:
     void setShifts(const Shifts& shifts);
 
     PartsPage& parts() { return *m_parts; }
+    StatisticsPage& statistics() { return *m_statistics; }
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -27,5 +29,6 @@ private:
     void retranslate();
 
     PartsPage* m_parts;
+    StatisticsPage* m_statistics;
     LogPage* m_logs;
 };
