@@ -3,6 +3,7 @@
 #include "modules/DllModules.h"
 #include "platform/AppHome.h"
 
+#include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
 #include <valvecell/IEngine.h>
 #include <valvecell/ISerialPort.h>
@@ -62,6 +63,8 @@ QString ModuleSet::startCoreCtrl(const CameraCallbacks& callbacks)
                           core->setRequestCallback([](const QString&, const QVariant&) { return QVariant(); });
                           core->setNotificationCallback(callbacks.notification);
                           core->setImageCallback(callbacks.image);
+                          if (auto* captures = extensionOf<ICameraCapture>(core))
+                              captures->setCaptureCallback(callbacks.capture);
                           cameras = core->cameraKeys();
                       });
     if (!kept)

@@ -80,6 +80,22 @@ void AlarmWatch::checkCameras()
     m_watched = wanted;
 }
 
+/// An image that came too late is no flood.
+void AlarmWatch::checkFlood(const QHash<QString, int>& unasked)
+{
+    constexpr int manyInASecond = 5;
+    for (const QString& key : std::exchange(m_flooding, {})) {
+        if (unasked.value(key) < manyInASecond)
+            m_book.clear(Alarm::CameraFloods, key);
+    }
+    for (auto it = unasked.begin(); it != unasked.end(); ++it) {
+        if (it.value() >= manyInASecond) {
+            m_flooding.append(it.key());
+            m_book.raise(Alarm::CameraFloods, it.key(), {});
+        }
+    }
+}
+
 /// A second station that is not in use has neither camera nor solution.
 void AlarmWatch::checkCameraKeys(const QStringList& present)
 {

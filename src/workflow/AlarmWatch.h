@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QHash>
 #include <QObject>
+#include <QStringList>
 
 class AlarmBook;
 class CellRecords;
@@ -41,6 +43,8 @@ public slots:
     void heard() { m_silent = 0; }
     /// To be called about once a second.
     void check();
+    /// Likewise; `unasked`: the images since then that no trigger waited for, by camera.
+    void checkFlood(const QHash<QString, int>& unasked);
 
 private:
     void checkPort();
@@ -59,6 +63,7 @@ private:
     const SystemLog::ksLogDB* m_log = nullptr;
     const CellRecords* m_records = nullptr;
     QStringList m_watched; ///< cameras that were checked the last time
-    QString m_lostPort;    ///< as configured, of the alarm that lasts
-    int m_silent = 0;      ///< seconds
+    QStringList m_flooding;
+    QString m_lostPort; ///< as configured, of the alarm that lasts
+    int m_silent = 0;   ///< seconds
 };

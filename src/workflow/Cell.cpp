@@ -108,7 +108,7 @@ void Cell::raiseAlarms()
 
 QString Cell::loadModules()
 {
-    const QString fatal = m_modules->start({m_road.imageCallback(), m_road.cameraCallback()});
+    const QString fatal = m_modules->start({m_road.imageCallback(), m_road.cameraCallback(), m_road.captureCallback()});
     if (!fatal.isEmpty())
         return fatal;
     m_road.setModules(m_modules->coreCtrl(), m_modules->engine(), m_modules->designer());
@@ -292,6 +292,7 @@ void Cell::tick()
 {
     m_counts.checkDay();
     m_watch.check();
+    m_watch.checkFlood(m_road.takeUnasked());
     if (m_countsFile)
         m_countsFile->tick();
 }

@@ -58,35 +58,35 @@ void TriggersInHand::captureNext(const QString& cameraKey)
     m_drains.remove(cameraKey);
     next->stage = Captures;
     emit captureStarted(next->trigger);
-    m_capture(cameraKey);
+    next->numbered = m_capture(Trigger(next->trigger));
 }
 
-void TriggersInHand::onImage(const QString& cameraKey, const QImage& image)
+TriggersInHand::Position TriggersInHand::ownerOf(const Outcome& outcome)
 {
-    if (m_drains.remove(cameraKey) > 0)
+    return std::find_if(m_triggers.begin(), m_triggers.end(), [&outcome](const InHand& each) {
+        return each.stage == Captures &&
+               (each.numbered ? each.trigger.number == outcome.number : each.trigger.camera == outcome.cameraKey);
+    });
+}
+
+void TriggersInHand::onCaptured(const Outcome& outcome)
+{
+    const QString& cameraKey = outcome.cameraKey;
+    if (outcome.number == 0 && m_drains.remove(cameraKey) > 0)
         return; // it belongs to a trigger that is answered already
-    const auto own = captureOf(cameraKey);
-    if (own == m_triggers.end()) {
-        qDebug("image of camera %s, of which no trigger waits", qUtf8Printable(cameraKey));
-        return;
+    const auto own = ownerOf(outcome);
+    if (own == m_triggers.end())
+        return emit unasked(cameraKey);
+    if (outcome.image.isNull()) {
+        const QString reason = outcome.problem.isEmpty() ? tr("相机%1的图像无效").arg(cameraKey) : outcome.problem;
+        return fail(own, Failure::NoImage, reason);
     }
-    if (image.isNull())
-        return fail(own, Failure::NoImage, tr("相机%1的图像无效").arg(cameraKey));
     own->stage = IsInspected;
     own->trigger.imageNs = m_scheduler.elapsedNs();
     const Trigger trigger = own->trigger;
     emit imageArrived(trigger); // before the engine has it: the engine's time counts from there
-    captureNext(cameraKey);
-    m_inspect(trigger, image);
-}
-
-void TriggersInHand::onNoImage(const QString& cameraKey, const QString& reason)
-{
-    if (m_drains.remove(cameraKey) > 0)
-        return;
-    const auto own = captureOf(cameraKey);
-    if (own != m_triggers.end())
-        fail(own, Failure::NoImage, reason);
+    captureNext(trigger.camera);
+    m_inspect(trigger, outcome.image);
 }
 
 void TriggersInHand::onResult(quint64 number, const QVariantMap& result)
@@ -122,7 +122,7 @@ void TriggersInHand::failOverdue()
         if (own == m_triggers.end())
             break;
         const QString& camera = own->trigger.camera;
-        if (own->stage == Captures)
+        if (own->stage == Captures && !own->numbered)
             m_drains[camera] = now + deadlinesToDrain * deadlineNs();
         if (own->stage == IsInspected)
             fail(own, Failure::NoResult, tr("检测超时"));

@@ -762,6 +762,22 @@ Close anyway?</translation>
         <translation>Set-up file with errors: %1</translation>
     </message>
     <message>
+        <source>相机%1不断送来未请求的图像，已丢弃</source>
+        <translation>Camera %1 keeps delivering images that nobody asked for; they are dropped</translation>
+    </message>
+    <message>
+        <source>模块%1：%2</source>
+        <translation>Module %1: %2</translation>
+    </message>
+    <message>
+        <source>关闭相机的连续采集或外部触发</source>
+        <translation>Switch off the camera's free run or external trigger</translation>
+    </message>
+    <message>
+        <source>请将系统日志交给该模块的提供者</source>
+        <translation>Give the system log to the module's vendor</translation>
+    </message>
+    <message>
         <source>工位%1没有设置相机</source>
         <translation>Station %1 has no camera set</translation>
     </message>
