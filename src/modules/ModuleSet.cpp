@@ -16,7 +16,7 @@ template <typename Object, typename Factory>
 Object* createFrom(const QString& base, const char* symbol, QVector<ModuleInfo>* report)
 {
     QLibrary library(platform::moduleLoadName(base));
-    const QString other = library.load() ? interfaceProblem(library) : QString();
+    const QString other = loadModule(library) ? interfaceProblem(library) : QString();
     const auto factory = other.isEmpty() ? reinterpret_cast<Factory>(library.resolve(symbol)) : nullptr;
     if (!other.isEmpty())
         qWarning("module %s: %s: %s", qUtf8Printable(base), qUtf8Printable(library.fileName()), qUtf8Printable(other));

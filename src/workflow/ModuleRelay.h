@@ -30,8 +30,8 @@ public:
     QHash<QString, int> takeDropped();
 
 signals:
-    /// In which session of the line, see ISerialSession.
-    void frameReceived(const SComFrame& frame, quint64 session);
+    /// In which session of the line, see ISerialSession, and when, by the scheduler.
+    void frameReceived(const SComFrame& frame, quint64 session, qint64 ns);
     void captured(const ModuleRelay::Outcome& outcome);
     void taskFinished(quint64 trigger, const QVariantMap& result);
 

@@ -91,6 +91,8 @@ PlcLink::Sent ResultHandler::send(const Trigger& trigger, int station, double an
 {
     if (trigger.source == Trigger::Test)
         return PlcLink::asSent(angle, machine.x(), machine.y());
+    if (trigger.answered)
+        return m_link.sentElsewhere(station);
     return m_link.sendResult(station, angle, machine.x(), machine.y(), trigger.session);
 }
 

@@ -30,8 +30,9 @@ const QStringList& noImageTopics()
 TriggerRoad::TriggerRoad(ksGlobalConfig& config, Scheduler& scheduler, TriggersInHand::Deadline deadline)
     : m_relay(std::make_shared<ModuleRelay>())
     , m_scheduler(scheduler)
+    , m_standIn(scheduler)
     , m_inHand(
-          scheduler, std::move(deadline), [this](const Trigger& trigger) { return capture(trigger); },
+          scheduler, m_standIn, std::move(deadline), [this](const Trigger& trigger) { return capture(trigger); },
           [this](const Trigger& trigger, const QImage& image) { inspect(trigger, image); })
     , m_dispatch(config, m_link, scheduler, [this](const Trigger& trigger) { return m_inHand.accept(trigger); })
     , m_results(config, m_link, scheduler)
@@ -87,8 +88,8 @@ ICoreCtrl::NotificationCallback TriggerRoad::cameraCallback() const
 ISerialPort::ReceiveCallback TriggerRoad::frameCallback(const ISerialPort* port) const
 {
     const auto* sessions = extensionOf<ISerialSession>(const_cast<ISerialPort*>(port));
-    return [relay = m_relay, sessions](SComFrame frame) {
-        emit relay->frameReceived(frame, sessions ? sessions->session() : 1);
+    return [relay = m_relay, sessions, &scheduler = m_scheduler](SComFrame frame) {
+        emit relay->frameReceived(frame, sessions ? sessions->session() : 1, scheduler.elapsedNs());
     };
 }
 

@@ -3,6 +3,7 @@
 #include "workflow/ModuleRelay.h"
 #include "workflow/PlcLink.h"
 #include "workflow/ResultHandler.h"
+#include "workflow/StandIn.h"
 #include "workflow/TriggerDispatch.h"
 #include "workflow/TriggersInHand.h"
 
@@ -33,6 +34,7 @@ public:
     void setModules(ICoreCtrl* cameras, IEngine* engine, IDesigner* designer);
     PlcLink& link() { return m_link; }
     TriggerDispatch& dispatch() { return m_dispatch; }
+    StandIn& standIn() { return m_standIn; }
     TriggersInHand& inHand() { return m_inHand; }
     ResultHandler& results() { return m_results; }
 
@@ -50,6 +52,7 @@ private:
     ICameraCapture* m_captures = nullptr; ///< the same module's; null when it captures without a number
     IEngine* m_engine = nullptr;
     PlcLink m_link;
+    StandIn m_standIn;
     TriggersInHand m_inHand;
     TriggerDispatch m_dispatch;
     ResultHandler m_results;

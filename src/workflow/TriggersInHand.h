@@ -10,6 +10,8 @@
 
 #include <deque>
 
+class StandIn;
+
 /// The triggers between their acceptance and their end, oldest first. A camera captures for one trigger at a time.
 /// Image and result are told by the trigger's number; what comes too late, or twice, belongs to nobody and is dropped.
 /// GUI thread; nothing waits.
@@ -35,11 +37,12 @@ public:
     /// From a trigger's acceptance to its answer at the latest, milliseconds.
     using Deadline = std::function<int()>;
 
-    /// `scheduler` outlives it.
-    TriggersInHand(Scheduler& scheduler, Deadline deadline, Capture capture, Inspect inspect,
+    /// `scheduler` and `standIn` outlive it.
+    TriggersInHand(Scheduler& scheduler, StandIn& standIn, Deadline deadline, Capture capture, Inspect inspect,
                    QObject* parent = nullptr);
 
-    /// Takes a trigger on, and numbers it; false, and nothing is done, when the station has too many in hand.
+    /// Takes a trigger on, and numbers it; one that does not know when it came, came now. False, and nothing is done,
+    /// when the station has too many in hand.
     bool accept(Trigger trigger);
 
     int count() const { return static_cast<int>(m_triggers.size()); }
@@ -70,17 +73,21 @@ private:
     };
     using Position = std::deque<InHand>::iterator;
 
+    Position withNumber(quint64 number);
     /// The trigger that a camera captures for.
     Position captureOf(const QString& cameraKey);
     /// The trigger that an outcome belongs to.
     Position ownerOf(const Outcome& outcome);
     void captureNext(const QString& cameraKey);
+    /// Ends a trigger.
+    Trigger take(Position position);
     void fail(Position position, Failure failure, const QString& reason);
     void failOverdue();
     void watch();
     qint64 deadlineNs() const;
 
     Scheduler& m_scheduler;
+    StandIn& m_standIn;
     const Deadline m_deadline;
     const Capture m_capture;
     const Inspect m_inspect;

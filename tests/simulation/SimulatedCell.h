@@ -19,7 +19,11 @@ struct FakeCameras : ICoreCtrl, ICameraCapture
     void setNotificationCallback(NotificationCallback) override {}
     void start() override {}
     void stop() override { deliver = nullptr; }
-    void trigger(const QStringList& cameras) override { asked << cameras; }
+    void trigger(const QStringList& cameras) override
+    {
+        asked << cameras;
+        within();
+    }
     void setCaptureCallback(Callback) override {}
     void capture(const QString& camera, quint64 number) override
     {
@@ -35,6 +39,7 @@ struct FakeCameras : ICoreCtrl, ICameraCapture
     QStringList asked;
     bool numbered = false; ///< captures with numbers; to be set before the start
     QVector<quint64> numbers;
+    std::function<void()> within = [] {}; ///< what trigger() does besides
     ImageCallback deliver;
     Callback end;
     NotificationCallback notify;

@@ -186,6 +186,39 @@ private slots:
         QVERIFY(plant.alarms().isEmpty());
     }
 
+    /// Station 1 waits for its image when station 2's camera does not return from the call.
+    void partIsAnsweredInTimeWhileTheProgramIsHeldUp()
+    {
+        Plant plant;
+        QSignalSpy seen(&plant.cell->link(), &PlcLink::frameSeen);
+        plant.send('P', 5);
+        plant.modules->cameras.within = [&plant] {
+            plant.scheduler.holdUp(2050);
+            plant.cell->lookAfterGuiThread();
+            QCOMPARE(plant.replies(), QByteArray()); // the word is the program's own
+            plant.scheduler.holdUp(50);
+            plant.cell->lookAfterGuiThread();
+            plant.cell->lookAfterGuiThread();
+            QCOMPARE(plant.replies(), QByteArray("FHGH"));
+            plant.modules->cameras.deliver("cam1", QImage(8, 8, QImage::Format_Grayscale8));
+            plant.modules->port->receive('P', 5); // waits for the program
+            plant.scheduler.holdUp(2000);
+        };
+        seen.clear();
+        plant.send('P', 6);
+        plant.modules->cameras.within = [] {};
+        plant.scheduler.advance(1);
+        QCOMPARE(plant.replies(), QByteArray("FHGHFH")); // each once
+        QCOMPARE(plant.rows(), QStringList({"1_五辐 361 101", "2_五辐 361 101", "1_五辐 361 101"}));
+        QCOMPARE(std::count_if(seen.begin(), seen.end(), [](const auto& each) { return !each.at(1).toBool(); }),
+                 7); // with one heartbeat
+        plant.scheduler.advance(TriggersInHand::deadlinesToDrain * 2000);
+        plant.send('P', 5);
+        plant.deliver(1);
+        plant.answer(10);
+        QCOMPARE(plant.replies(), QByteArray("FHGHFHF"));
+    }
+
     void partWithoutAResultIsAnsweredAndItsLateResultIsNot()
     {
         Plant plant;

@@ -113,6 +113,17 @@ Close anyway?</translation>
     </message>
 </context>
 <context>
+    <name>CallWatch</name>
+    <message>
+        <source>抛出异常 %1</source>
+        <translation>threw %1</translation>
+    </message>
+    <message>
+        <source>耗时 %1 毫秒，程序被占用</source>
+        <translation>took %1 ms and held up the program</translation>
+    </message>
+</context>
+<context>
     <name>CellStatusBar</name>
     <message>
         <source>系统时间</source>
