@@ -1,5 +1,6 @@
 #include "host/WindowActions.h"
 
+#include "common/Step.h"
 #include "config/AccessPolicy.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
@@ -168,6 +169,7 @@ bool WindowActions::allowsEngineering() const
 
 void WindowActions::trigger(const QString& name)
 {
+    const Step step("action of the window");
     const auto* row = std::find_if(std::begin(rows), std::end(rows),
                                    [&name](const Row& each) { return name == QLatin1String(each.action); });
     if (row == std::end(rows))

@@ -231,6 +231,7 @@ void Cell::openRoad()
 
 void Cell::receive(const SComFrame& frame)
 {
+    const Step step("frame of the PLC");
     m_road.link().receive(frame);
 }
 
@@ -303,6 +304,7 @@ void Cell::lookAfterGuiThread()
 
 void Cell::tick()
 {
+    const Step step("look at the cell's state");
     m_counts.checkDay();
     m_watch.check();
     m_watch.checkFlood(m_road.takeUnasked());

@@ -1,5 +1,7 @@
 #include "workflow/ModuleRelay.h"
 
+#include "common/Step.h"
+
 #include <algorithm>
 
 void ModuleRelay::deliver(const Outcome& outcome)
@@ -23,6 +25,7 @@ QHash<QString, int> ModuleRelay::takeDropped()
 
 void ModuleRelay::emitWaiting()
 {
+    const Step step("image of a camera");
     std::deque<Outcome> waiting;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);

@@ -627,6 +627,18 @@
         <translation>ms, then answered as not found</translation>
     </message>
     <message>
+        <source>模块调用时限(&amp;K)</source>
+        <translation>Module calls within (&amp;K)</translation>
+    </message>
+    <message>
+        <source>模块调用时限</source>
+        <translation>Limit of a module's call</translation>
+    </message>
+    <message>
+        <source>毫秒，超时报警</source>
+        <translation>ms, then an alarm</translation>
+    </message>
+    <message>
         <source>仍然切换标定方式</source>
         <translation>Switch all the same</translation>
     </message>

@@ -542,6 +542,10 @@ Close anyway?</translation>
         <translation>the file is damaged: %1</translation>
     </message>
     <message>
+        <source>没有权限写入文件%1，请恢复写权限</source>
+        <translation>no right to write the file %1; give it back</translation>
+    </message>
+    <message>
         <source>文件只读：%1</source>
         <translation>the file is read-only: %1</translation>
     </message>

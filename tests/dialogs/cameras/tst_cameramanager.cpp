@@ -116,6 +116,8 @@ private slots:
         Table::of<QByteArray, QString, QString>({{"no name", "keyEdit", " ", "不能为空"},
                                                  {"taken", "keyEdit", CameraCell::right(), "已有"},
                                                  {"taken by a new one", "keyEdit", "刚加的", "已有"},
+                                                 {"looks like one", "keyEdit", "刚加的 ", "看起来相同"},
+                                                 {"not seen", "keyEdit", QString("新") + QChar(0x200b), "看不见"},
                                                  {"letters", "exposure_ms", "1O", "曝光时间：“1O”不是数字"},
                                                  {"negative", "exposure_ms", "-1", "应在0到10000之间"},
                                                  {"no folder", "folder", "", "图像文件夹：不能为空"},
