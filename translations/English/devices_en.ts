@@ -302,10 +302,6 @@
         <translation>This core control’s cameras cannot be added or removed here</translation>
     </message>
     <message>
-        <source>名称中含有看不见的字符</source>
-        <translation>The name holds a character that is not seen</translation>
-    </message>
-    <message>
         <source>与相机“%1”看起来相同</source>
         <translation>Looks like camera “%1”</translation>
     </message>

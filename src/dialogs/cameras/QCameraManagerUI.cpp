@@ -124,8 +124,6 @@ QString QCameraManagerUI::keyProblem(const QString& key) const
     QString reason;
     if (!m_cameras.list->isNewKey(key, &reason))
         return reason;
-    if (LookAlike::hasInvisible(key))
-        return tr("名称中含有看不见的字符");
     const QString alike = LookAlike::find(m_draft->keys(), key);
     if (alike.isEmpty())
         return {};
