@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Background.h"
+
 #include <QHash>
 #include <QObject>
 #include <QStringList>
@@ -7,6 +9,7 @@
 class AlarmBook;
 class CellRecords;
 class ICoreCtrl;
+class Scheduler;
 class ISerialPort;
 class ksGlobalConfig;
 class ksSysConfig;
@@ -34,9 +37,10 @@ public:
     void setLog(const SystemLog::ksLogDB* log) { m_log = log; }
     void setRecords(const CellRecords* records) { m_records = records; }
 
-    /// To be called once, before anybody writes: raises an alarm for every file of the set-up that does not parse.
-    /// `home`: without a separator at its end.
-    void checkFiles(const QString& home);
+    /// To be called once, before anybody writes: raises an alarm for every file of the set-up that does not parse, the
+    /// engine's solutions and models included; later, where threads may read them. `home`: without a separator at its
+    /// end.
+    void checkFiles(const QString& home, const Scheduler& scheduler);
 
 public slots:
     /// The PLC sent something.
@@ -54,6 +58,7 @@ private:
     void checkLog();
     void checkRecords();
     void checkSetUp();
+    void checkPresence();
 
     const ksGlobalConfig& m_config;
     const ksSysConfig& m_settings;
@@ -65,5 +70,7 @@ private:
     QStringList m_watched; ///< cameras that were checked the last time
     QStringList m_flooding;
     QString m_lostPort; ///< as configured, of the alarm that lasts
-    int m_silent = 0;   ///< seconds
+    int m_checks = 0;
+    int m_silent = 0; ///< seconds
+    Background m_reading{Background::AtEnd::Wait};
 };

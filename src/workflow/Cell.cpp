@@ -33,7 +33,7 @@ Cell::Cell(Ground ground, std::unique_ptr<IModules> modules, QObject* parent)
     , m_watchdog(m_ground.scheduler, [this] { lookAfterGuiThread(); })
 {
     m_watch.setLog(m_ground.systemLog);
-    m_watch.checkFiles(m_ground.home);
+    m_watch.checkFiles(m_ground.home, m_ground.scheduler);
     connectRoad();
     raiseAlarms();
     m_road.link().hold();

@@ -99,6 +99,30 @@ private slots:
         QVERIFY(!QDir().exists(day));
     }
 
+    void clockThatIsWrongAtTheStartIsAnAlarm_data()
+    {
+        Table::of<QDateTime, bool>({{"battery empty", QDateTime({2009, 1, 1}, {0, 0}), true},
+                                    {"before the last row", QDateTime({2026, 3, 30}, {12, 0}), true},
+                                    {"right", QDateTime({2026, 3, 31}, {12, 0}), false}});
+    }
+    void clockThatIsWrongAtTheStartIsAnAlarm()
+    {
+        const auto [clock, wrong] = Table::row<QDateTime, bool>();
+        SimulatedCell plant;
+        QVERIFY(QDir().mkpath(plant.home.path("/DBFiles")));
+        {
+            StationDB earlier(plant.home.path("/DBFiles/Pellix.db"));
+            QVERIFY(earlier.initialise() && earlier.insertResult({}, plant.scheduler.now()));
+        }
+        plant.scheduler.setClock(clock);
+        plant.startUp();
+        plant.open();
+        plant.scheduler.advance(1000);
+        const QVector<Alarm>& alarms = plant.cell->alarms().alarms();
+        QCOMPARE(alarms.size(), wrong ? 1 : 0);
+        QVERIFY(!wrong || alarms.first().kind == Alarm::ClockJumped);
+    }
+
     void modelsThatTheStationsRunStandOutInTheList()
     {
         SimulatedCell plant;
