@@ -166,7 +166,7 @@ private slots:
     {
         Bench bench;
         const QString name(60, 'W');
-        const int width = bench.dialog->minimumSizeHint().width();
+        const int width = bench.dialog->width();
         bench.engine.solutions["工位1"][name] = {{"taught", false}};
         bench.driver().press("addButton");
         bench.editDriver().type("nameEdit", name);
