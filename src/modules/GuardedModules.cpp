@@ -16,16 +16,18 @@ template <typename Interface>
 class Guard : public Interface
 {
 protected:
-    Guard(Interface* module, CallWatch& watch)
+    /// `extensionName`: of that call, for the watch.
+    Guard(Interface* module, CallWatch& watch, const char* extensionName)
         : m_module(module)
         , m_watch(watch)
+        , m_extensionName(extensionName)
     {
     }
 
     /// The module's own interface.
     void* own(const char* id)
     {
-        return m_watch.run("extension()", [&] { return m_module->extension(id); });
+        return m_watch.run(m_extensionName, [&] { return m_module->extension(id); });
     }
     template <typename Optional>
     Optional* own()
@@ -40,6 +42,7 @@ protected:
 
     Interface* const m_module;
     CallWatch& m_watch;
+    const char* const m_extensionName;
 };
 
 } // namespace
@@ -48,7 +51,7 @@ class GuardedModules::CoreCtrl : public Guard<ICoreCtrl>, public ICameraCapture,
 {
 public:
     CoreCtrl(ICoreCtrl* module, CallWatch& watch)
-        : Guard(module, watch)
+        : Guard(module, watch, "ksCoreCtrl: extension()")
         , m_captures(own<ICameraCapture>())
         , m_settings(own<ICameraSettings>())
     {
@@ -126,7 +129,7 @@ class GuardedModules::Engine : public Guard<IEngine>, public ITaskList
 {
 public:
     Engine(IEngine* module, CallWatch& watch)
-        : Guard(module, watch)
+        : Guard(module, watch, "ksbengine: extension()")
     {
     }
 
@@ -155,7 +158,7 @@ class GuardedModules::Designer : public Guard<IDesigner>, public IImageWatch
 {
 public:
     Designer(IDesigner* module, CallWatch& watch)
-        : Guard(module, watch)
+        : Guard(module, watch, "ksdesigner: extension()")
         , m_images(own<IImageWatch>())
     {
     }
@@ -167,7 +170,8 @@ public:
     }
     void openDesigner(QWidget* parent) override
     {
-        m_watch.run("ksdesigner: openDesigner()", [&] { m_module->openDesigner(parent); });
+        m_watch.run(
+            "ksdesigner: openDesigner()", [&] { m_module->openDesigner(parent); }, CallWatch::Takes);
     }
     void* extension(const char* id) override
     {
@@ -187,7 +191,7 @@ class GuardedModules::Port : public Guard<ISerialPort>, public ISerialSession, p
 {
 public:
     Port(ISerialPort* module, CallWatch& watch)
-        : Guard(module, watch)
+        : Guard(module, watch, "SerialPortTool: extension()")
         , m_port(module)
         , m_sessions(own<ISerialSession>())
         , m_reopens(own<ISerialReopen>())

@@ -29,6 +29,7 @@ qint64 TriggersInHand::deadlineNs() const
 
 bool TriggersInHand::accept(Trigger trigger)
 {
+    failOverdue(); // after the program was held up, before what waited for it
     const auto isOfStation = [&trigger](const InHand& each) { return each.trigger.station == trigger.station; };
     if (std::count_if(m_triggers.begin(), m_triggers.end(), isOfStation) >= maxWaiting)
         return false;
