@@ -67,12 +67,14 @@ void LoopWatch::endStretch()
         report(stall);
 }
 
-/// A step that explains less than half of it does not explain it.
+/// A step that explains less than half of it does not explain it. One that lasts has sent an event itself.
 QString LoopWatch::holder(double stretchMs) const
 {
     const Step::Longest step = Step::takeLongest();
     if (step.name && msOf(step.ns) > stretchMs / 2)
         return QString::fromLatin1(step.name);
+    if (const char* const lasting = Step::current())
+        return QString::fromLatin1(lasting);
     const char* const event = QMetaEnum::fromType<QEvent::Type>().valueToKey(m_event);
     return QStringLiteral("%1 of %2 %3")
         .arg(event ? QString::fromLatin1(event) : QString::number(m_event), QLatin1String(m_receiver), m_receiverName)

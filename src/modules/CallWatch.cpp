@@ -15,12 +15,12 @@ CallWatch::CallWatch(const Scheduler& scheduler, Limit limit, QObject* parent)
 
 CallWatch::Running::Running(CallWatch& watch, const char* name, Promise promise)
     : m_watch(watch)
-    , m_step(name)
     , m_name(name)
     , m_startNs(watch.m_scheduler.elapsedNs())
     , m_outer(watch.m_name.exchange(name))
     , m_outerDueNs(watch.m_dueNs.exchange(promise == Takes ? never : m_startNs + watch.m_limit() * nsInMs))
 {
+    m_step.emplace(name);
 }
 
 CallWatch::Running::~Running()
@@ -28,6 +28,7 @@ CallWatch::Running::~Running()
     const qint64 now = m_watch.m_scheduler.elapsedNs();
     const qint64 due = m_watch.m_dueNs.exchange(m_outerDueNs);
     m_watch.m_name = m_outer;
+    m_step.reset(); // what a report sets off is no part of it
     const bool logged = due == never - 1;
     if (logged || (due != never && now > due))
         m_watch.reportLate(m_name, now - m_startNs);

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <exception>
 #include <functional>
+#include <optional>
 
 class Scheduler;
 
@@ -61,7 +62,7 @@ private:
 
     private:
         CallWatch& m_watch;
-        const Step m_step;
+        std::optional<Step> m_step;
         const char* const m_name;
         const qint64 m_startNs;
         const char* m_outer;
