@@ -181,7 +181,8 @@ private slots:
         std::thread([&] { // as while the program is held up
             for (const quint64 session : {first, second, third})
                 urgent->sendUrgent(reply(static_cast<qint16>(session)), session);
-        }).join();
+        })
+            .join();
         QTRY_COMPARE(m_plc->received.size(), 1);
         QCOMPARE(quint64(m_plc->received[0].data[2]), third);
     }
