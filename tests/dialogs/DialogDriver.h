@@ -36,7 +36,7 @@ public:
     /// The sentence of an open question; empty while nothing is asked.
     QString question() const
     {
-        return get<QuestionStrip>("question")->isVisible() ? text<QLabel>("question") : QString();
+        return get<QuestionStrip>("question")->isVisible() ? message("question") : QString();
     }
 
     QStringList clipped() const { return Look::clipped(m_dialog); }
