@@ -59,6 +59,8 @@ public:
 
     /// Takes some rows of earlier versions into "PartTable"; false when none is left, or none can be taken now.
     bool fillInParts(int count);
+    /// The time of the row that was inserted last, by whatever start of the program; not valid without one.
+    QDateTime lastTime();
 
     /// The form of every stored time; texts of it sort as the times do.
     static QString timeText(const QDateTime& time);
