@@ -18,8 +18,12 @@ public:
     {
     }
 
+    ~PlcEnd() { pull(); }
+    Q_DISABLE_COPY(PlcEnd)
+
     bool plug()
     {
+        pull();
         m_line = std::make_unique<platform::PseudoTerminal>();
         QObject::connect(m_line.get(), &QIODevice::readyRead, [this] {
             m_decoder.feed(m_line->readAll(), [this](const SComFrame& frame) { take(frame); });
@@ -27,7 +31,13 @@ public:
         QFile::remove(link);
         return m_line->open(QIODevice::ReadWrite) && QFile::link(m_line->farEnd(), link);
     }
-    void pull() { m_line.reset(); }
+    /// The name goes first, as the system takes it away: the device's number is soon another process's.
+    void pull()
+    {
+        if (m_line && QFile::symLinkTarget(link) == m_line->farEnd())
+            QFile::remove(link);
+        m_line.reset();
+    }
     QString device() const { return m_line->farEnd(); }
 
     void sendBytes(const QByteArray& bytes) { m_line->write(bytes); }
