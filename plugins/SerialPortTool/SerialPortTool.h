@@ -1,6 +1,7 @@
 #pragma once
 
 #include <valvecell/ISerialPort.h>
+#include <valvecell/ISerialPorts.h>
 #include <valvecell/ISerialReopen.h>
 #include <valvecell/ISerialSession.h>
 #include <valvecell/ISerialStatus.h>
@@ -14,7 +15,11 @@ class LineWorker;
 struct LineSettings;
 
 /// The module's object: hands everything over to the line's thread, which lives from open() to close().
-class SerialPortTool : public ISerialPort, public ISerialStatus, public ISerialReopen, public ISerialSession
+class SerialPortTool : public ISerialPort,
+                       public ISerialStatus,
+                       public ISerialReopen,
+                       public ISerialSession,
+                       public ISerialPorts
 {
 public:
     SerialPortTool();
@@ -27,6 +32,8 @@ public:
     void send(const SComFrame* frame) override;
     void send(const SComFrame& frame, quint64 session) override;
     quint64 session() const override;
+    std::function<QVector<FoundPort>()> finder() const override;
+    QString problemOf(const QString& name) const override;
     void* extension(const char* id) override;
 
     SerialStatus status() const override;
