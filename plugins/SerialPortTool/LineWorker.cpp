@@ -158,6 +158,8 @@ void LineWorker::stop()
 void LineWorker::noteFault(const LineFault& fault)
 {
     m_state->setLastFault(fault);
-    if (!std::exchange(m_reported, true))
+    if (std::exchange(m_reported, true))
+        qCDebug(lcSerial).noquote() << fault.logText();
+    else
         qCWarning(lcSerial).noquote() << fault.logText();
 }

@@ -103,7 +103,7 @@ private:
     void onFailed(const LineFault& fault);
     void closeAndRetry();
     void answerOpener(bool opened);
-    /// The last fault is always kept; the log gets the first of a row.
+    /// The last fault is always kept; the log gets the first of a row, and the others where it is asked for all.
     void noteFault(const LineFault& fault);
 
     LineSettings m_settings;

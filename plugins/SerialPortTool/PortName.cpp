@@ -8,7 +8,7 @@
 
 namespace {
 
-struct Tr
+struct NameTexts
 {
     Q_DECLARE_TR_FUNCTIONS(PortName)
 };
@@ -53,15 +53,15 @@ QString hostProblem(const TcpText& text)
     static const QRegularExpression name(QStringLiteral("^[\\w](?:[\\w.-]*[\\w.])?$"),
                                          QRegularExpression::UseUnicodePropertiesOption);
     if (text.host.isEmpty())
-        return Tr::tr("缺少主机名或IP地址");
+        return NameTexts::tr("缺少主机名或IP地址");
     if (text.bracketed)
         return QHostAddress(text.host).protocol() == QAbstractSocket::IPv6Protocol
                    ? QString()
-                   : Tr::tr("方括号中的“%1”不是IPv6地址").arg(text.host);
+                   : NameTexts::tr("方括号中的“%1”不是IPv6地址").arg(text.host);
     if (text.host.contains(QLatin1Char(':')))
-        return Tr::tr("IPv6地址要放在方括号中");
+        return NameTexts::tr("IPv6地址要放在方括号中");
     if (number.match(text.host).hasMatch() ? !address.match(text.host).hasMatch() : !name.match(text.host).hasMatch())
-        return Tr::tr("“%1”不是主机名或IP地址").arg(text.host);
+        return NameTexts::tr("“%1”不是主机名或IP地址").arg(text.host);
     return {};
 }
 
@@ -79,15 +79,15 @@ PortName PortName::from(const QString& text)
 QString PortName::problemOf(const QString& text)
 {
     if (text.trimmed().isEmpty())
-        return Tr::tr("没有端口名：例如 COM3、/dev/ttyUSB0 或 tcp:192.168.1.50:4001");
+        return NameTexts::tr("没有端口名：例如 COM3、/dev/ttyUSB0 或 tcp:192.168.1.50:4001");
     const QString tcp = tcpText(text);
     if (tcp.isEmpty())
         return {};
     const TcpText parts = split(tcp);
     QString problem = hostProblem(parts);
     if (problem.isEmpty() && parts.port.isEmpty())
-        problem = Tr::tr("缺少端口号");
+        problem = NameTexts::tr("缺少端口号");
     else if (problem.isEmpty() && portFrom(parts.port) == 0)
-        problem = Tr::tr("端口号“%1”不在1到65535之间").arg(parts.port);
-    return problem.isEmpty() ? QString() : Tr::tr("%1：%2，应写成 tcp:192.168.1.50:4001 这样").arg(tcp, problem);
+        problem = NameTexts::tr("端口号“%1”不在1到65535之间").arg(parts.port);
+    return problem.isEmpty() ? QString() : NameTexts::tr("%1：%2，应写成 tcp:192.168.1.50:4001 这样").arg(tcp, problem);
 }

@@ -782,6 +782,10 @@ Close anyway?</translation>
         <translation>Check cable and port settings; it reconnects by itself</translation>
     </message>
     <message>
+        <source>恢复后自动连接</source>
+        <translation>It reconnects by itself</translation>
+    </message>
+    <message>
         <source>检查PLC是否运行、波特率和接线</source>
         <translation>Check that the PLC runs, its baud rate and cable</translation>
     </message>
