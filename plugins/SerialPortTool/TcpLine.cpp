@@ -81,8 +81,11 @@ void TcpLine::tryNext(LineFault::Kind kind)
 /// Where nothing listens on this machine, a connection may find itself.
 void TcpLine::onConnected()
 {
-    if (m_socket.localPort() == m_socket.peerPort() && m_socket.localAddress() == m_socket.peerAddress())
-        return tryNext(LineFault::Refused);
+    if (m_socket.localPort() == m_socket.peerPort() && m_socket.localAddress() == m_socket.peerAddress()) {
+        const auto refuse = [this] { onError(QAbstractSocket::ConnectionRefusedError); };
+        QMetaObject::invokeMethod(this, refuse, Qt::QueuedConnection); // as every error
+        return;
+    }
     m_patience.stop();
     m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
     m_socket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);

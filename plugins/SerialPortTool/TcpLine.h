@@ -12,7 +12,7 @@
 
 class QHostInfo;
 
-/// A serial device server: a TCP connection that notices within about two seconds that its other end is gone. Names are
+/// A serial device server: a TCP connection that notices within three seconds that its other end is gone. Names are
 /// looked up in the background; of several addresses of a host the first that answers is taken.
 class TcpLine : public ByteLine
 {
