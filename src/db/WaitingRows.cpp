@@ -9,7 +9,6 @@ namespace {
 const auto rowsKey = QStringLiteral("rows");
 const auto timeKey = QStringLiteral("time");
 const auto angleKey = QStringLiteral("dAngle");
-const auto stationKey = QStringLiteral("stationName");
 
 QJsonObject entryOf(const WaitingRows::Row& row)
 {
@@ -20,7 +19,7 @@ QJsonObject entryOf(const WaitingRows::Row& row)
             {"matchScore", result.matchScore},
             {"resultTip", result.resultTip},
             {"threshBenchMark", result.threshBenchMark},
-            {stationKey, result.stationName},
+            {"stationName", result.stationName},
             {"value1", result.value1},
             {"value2", result.value2},
             {"value3", result.value3}};
@@ -34,7 +33,7 @@ StationResult resultOf(const QJsonObject& entry)
     result.matchScore = entry["matchScore"].toDouble();
     result.resultTip = entry["resultTip"].toString();
     result.threshBenchMark = entry["threshBenchMark"].toString();
-    result.stationName = entry[stationKey].toString();
+    result.stationName = entry["stationName"].toString();
     result.value1 = entry["value1"].toString();
     result.value2 = entry["value2"].toString();
     result.value3 = entry["value3"].toString();
@@ -60,7 +59,7 @@ QVector<Row> fromJson(const QJsonObject& file, int* leftOut)
     for (const QJsonValue& value : entries) {
         const QJsonObject entry = value.toObject();
         const QDateTime time = QDateTime::fromString(entry[timeKey].toString(), Qt::ISODateWithMs);
-        if (time.isValid() && entry[angleKey].isDouble() && !entry[stationKey].toString().isEmpty())
+        if (time.isValid() && entry[angleKey].isDouble())
             rows.append({resultOf(entry), time});
     }
     *leftOut = entries.size() - rows.size();

@@ -17,8 +17,8 @@ struct Row
 
 QJsonObject toJson(const QVector<Row>& rows);
 
-/// What the file holds. An entry without time, station or angle is no row: it would count as an answer that nobody
-/// gave; `leftOut` counts those.
+/// What the file holds. An entry without time or angle is no row: it would count as an answer that nobody gave;
+/// `leftOut` counts those.
 QVector<Row> fromJson(const QJsonObject& file, int* leftOut);
 
 /// With what a statement cannot carry replaced.

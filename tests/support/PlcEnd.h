@@ -27,7 +27,12 @@ public:
         QFile::remove(link);
         return m_line->open(QIODevice::ReadWrite) && QFile::link(m_line->farEnd(), link);
     }
-    void pull() { m_line.reset(); }
+    /// The name goes with the device: another program may get the number of a pseudo-terminal that is gone.
+    void pull()
+    {
+        QFile::remove(link);
+        m_line.reset();
+    }
     QString device() const { return m_line->farEnd(); }
 
     void sendBytes(const QByteArray& bytes) { m_line->write(bytes); }
