@@ -30,7 +30,8 @@ public:
     /// The name goes with the device: another program may get the number of a pseudo-terminal that is gone.
     void pull()
     {
-        QFile::remove(link);
+        if (QFile::symLinkTarget(link) == device())
+            QFile::remove(link);
         m_line.reset();
     }
     QString device() const { return m_line->farEnd(); }
