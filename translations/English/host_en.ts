@@ -508,9 +508,12 @@ Close anyway?</translation>
         <source>%1条结果暂存于%2，下次启动时写入数据库</source>
         <translation>%1 results are kept in %2 and go into the database at the next start</translation>
     </message>
+</context>
+<context>
+    <name>WaitingRowsFile</name>
     <message>
-        <source>未写入的结果不能读取：%1，原文件保留为%2</source>
-        <translation>Results that were not yet written cannot be read: %1; the file is kept as %2</translation>
+        <source>未写入的结果有%1条不能读取：%2，原文件保留为%3</source>
+        <translation>%1 of the waiting results cannot be read: %2; the file was kept as %3</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "db/StationDB.h"
+
+#include <QDateTime>
+#include <QVector>
+
+#include <deque>
+
+/// A row for which the database has no place yet.
+struct WaitingRow
+{
+    StationResult result;
+    QDateTime time;
+};
+
+/// The file beside a database that keeps the rows that wait for it: a JSON object a line, added at once, so that they
+/// outlive the process. GUI thread.
+class WaitingRowsFile
+{
+public:
+    explicit WaitingRowsFile(QString path);
+
+    const QString& path() const { return m_path; }
+    bool exists() const { return m_exists; }
+    /// What a process before has left. Lines that cannot be read are logged, and the file is copied aside first.
+    QVector<WaitingRow> read();
+
+    /// False when the disk does not take it; the file is incomplete then, until it is written anew.
+    bool add(const WaitingRow& row);
+    bool isComplete() const { return m_complete; }
+    int lines() const { return m_lines; }
+
+    /// Replaces the file's content in one step, and waits for the disk.
+    bool write(const std::deque<const WaitingRow*>& rows, QString* error);
+    void remove();
+
+private:
+    const QString m_path;
+    bool m_exists = false;
+    bool m_complete = true;
+    int m_lines = 0;
+};
