@@ -77,7 +77,7 @@ private:
         ++m_trigger;
         if (!trigger.answer)
             return;
-        if (trigger.lastBeforeKill) {
+        if (trigger.mayLackRow) {
             ++m_balance.lostByKill;
             return;
         }

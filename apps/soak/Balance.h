@@ -25,7 +25,7 @@ struct Balance
     int killed = 0;  ///< in a gap: the program was killed
     int rowsOfAnswers = 0;
     int rowsOfGaps = 0;
-    int lostByKill = 0; ///< answers whose rows were in the program's hand when it was killed
+    int lostByKill = 0; ///< answers whose rows a killed program had in hand, or had no disk for
 
     // What has to be zero.
     int unanswered = 0;

@@ -8,6 +8,9 @@ namespace {
 
 constexpr int shortestMs = 500;
 constexpr int longestMs = 5000;
+/// What a full disk did not take has been tried again by then.
+constexpr qint64 retriedMs = 5000;
+const QString fullDisk = QStringLiteral("disk");
 
 } // namespace
 
@@ -81,15 +84,28 @@ void FaultDriver::end(const QString& name)
     if (own == m_active.end())
         return;
     own->fault->end();
+    const FaultTime time{own->beginMs, QDateTime::currentMSecsSinceEpoch()};
     if (own->fault->losesPictures())
-        m_pictureFaults.append({own->beginMs, QDateTime::currentMSecsSinceEpoch()});
+        m_pictureFaults.append(time);
+    if (name == fullDisk)
+        m_lastFullDisk = time;
     m_active.erase(own);
 }
 
-bool FaultDriver::lasts(const QString& name) const
+const FaultDriver::Active* FaultDriver::active(const QString& name) const
 {
-    return std::any_of(m_active.begin(), m_active.end(),
-                       [&name](const Active& active) { return active.fault->name() == name; });
+    for (const Active& active : m_active)
+        if (active.fault->name() == name)
+            return &active;
+    return nullptr;
+}
+
+std::optional<qint64> FaultDriver::diskFullSinceMs() const
+{
+    if (const Active* full = active(fullDisk))
+        return full->beginMs;
+    const bool justOver = m_lastFullDisk.endMs + retriedMs > QDateTime::currentMSecsSinceEpoch();
+    return justOver ? std::optional(m_lastFullDisk.beginMs) : std::nullopt;
 }
 
 bool FaultDriver::movesPictures() const

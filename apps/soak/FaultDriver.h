@@ -26,6 +26,8 @@ public:
 
     /// Whether pictures must not be looked at.
     bool movesPictures() const;
+    /// Since when the disk has been full, if it is or was a moment ago.
+    std::optional<qint64> diskFullSinceMs() const;
     /// When pictures could be lost.
     const QVector<FaultTime>& pictureFaults() const { return m_pictureFaults; }
     /// How often each came.
@@ -49,8 +51,9 @@ private:
 
     void next();
     void begin(const QString& name);
+    const Active* active(const QString& name) const;
     void end(const QString& name);
-    bool lasts(const QString& name) const;
+    bool lasts(const QString& name) const { return active(name) != nullptr; }
 
     const QStringList m_names;
     const QString m_home;
@@ -60,5 +63,6 @@ private:
     QTimer m_next;
     std::vector<Active> m_active;
     QVector<FaultTime> m_pictureFaults;
+    FaultTime m_lastFullDisk;
     QMap<QString, int> m_counts;
 };

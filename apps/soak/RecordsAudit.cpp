@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QJsonDocument>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -157,16 +158,33 @@ void RecordsAudit::judgePictures(const QVector<qint64>& killsMs, const QVector<F
             if (m_shown[i].timeMs >= fault.beginMs && m_shown[i].timeMs <= fault.endMs + secondMs)
                 excused[i] = true;
     }
+    QStringList unnamed;
     for (int i = 0; i < m_shown.size(); ++i) {
         if (m_shown[i].named)
             continue;
-        ++(excused[i] ? m_pictures.lostByFault : m_pictures.unnamed);
-        if (!excused[i] && m_pictures.examples.size() < maxExamples)
-            m_pictures.examples
-                << QStringLiteral("the row of %1 names no picture")
-                       .arg(QDateTime::fromMSecsSinceEpoch(m_shown[i].timeMs).toString(Qt::ISODateWithMs));
+        if (excused[i])
+            ++m_pictures.lostByFault;
+        else
+            unnamed << QDateTime::fromMSecsSinceEpoch(m_shown[i].timeMs).toString(Qt::ISODateWithMs);
     }
+    m_pictures.givenUp = qMin(unnamed.size(), givenUpByLog());
+    m_pictures.unnamed = unnamed.size() - m_pictures.givenUp;
+    if (m_pictures.unnamed > 0)
+        m_pictures.examples << QStringLiteral("rows that name no picture: ") +
+                                   unnamed.mid(0, maxExamples).join(QStringLiteral(", "));
     m_pictures.withoutRow = removeImages(file("/DBFiles/Images"));
+}
+
+/// Of source images as well: a row cannot tell whose share is its own.
+int RecordsAudit::givenUpByLog() const
+{
+    static const QRegularExpression said(QStringLiteral("图像保存已跟上，期间放弃了(\\d+)幅图像"));
+    OpenFile log(file("/dbLog.db"));
+    int count = 0;
+    QSqlQuery query = log.exec(QStringLiteral("SELECT message FROM SystemInfo WHERE message LIKE '%期间放弃了%'"));
+    while (query.next())
+        count += said.match(query.value(0).toString()).captured(1).toInt();
+    return count;
 }
 
 QVector<RecordedRow> RecordsAudit::rows() const

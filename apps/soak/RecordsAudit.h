@@ -23,6 +23,7 @@ public:
         int withoutRow = 0;   ///< that no row names: the program was killed between the two
         int unnamed = 0;      ///< rows that should name one and do not, and no fault lost it
         int lostByFault = 0;  ///< such rows that a fault explains
+        int givenUp = 0;      ///< such rows, as many as the program's log says that it gave up under load
         int sourceImages = 0; ///< in the other archive
         QStringList examples;
     };
@@ -31,7 +32,8 @@ public:
 
     /// Looks at the pictures of the rows that were there at the last sweep; `all`: of all rows.
     void sweep(bool all);
-    /// After the program's end: what becomes of rows without picture. Pictures that waited at a kill are lost with it.
+    /// After the program's end, unless none was to be archived: what becomes of rows without picture. Pictures that
+    /// waited at a kill are lost with it.
     void judgePictures(const QVector<qint64>& killsMs, const QVector<FaultTime>& faults);
     const Pictures& pictures() const { return m_pictures; }
 
@@ -52,6 +54,7 @@ private:
     };
 
     void look(const RecordedRow& row);
+    int givenUpByLog() const;
     QString file(const char* name) const { return m_home + QLatin1String(name); }
 
     const QString m_home;

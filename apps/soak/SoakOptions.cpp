@@ -28,6 +28,7 @@ void describe(QCommandLineParser& parser)
          {"rate", "Parts a second, of both stations together.", "PARTS", "4"},
          {"cameras", "virtual; gige needs a simulated network camera, which this build lacks.", "KIND", "virtual"},
          {"faults", "Which may come, by commas; \"none\".", "LIST", Faults::names().join(',')},
+         {"pictures", "Archived are \"all\" or \"none\"; all, unless in a burst.", "WHICH"},
          {"home", "A home that is kept, instead of a temporary one.", "DIR"},
          {"json", "Writes the report there.", "FILE"},
          {"programs", "Where the programs are, if not here.", "DIR"},
@@ -101,6 +102,10 @@ bool SoakOptions::parse(const QStringList& arguments, QString* error)
     seed = static_cast<quint64>(read.number("seed", 0, 1e15));
     rate = read.number("rate", 0.01, 1000);
     faults = kills > 0 || burst ? QStringList() : read.faults();
+    const QString which = read.isSet("pictures") ? read.text("pictures") : QString::fromLatin1(burst ? "none" : "all");
+    read.require(which == QLatin1String("all") || which == QLatin1String("none"),
+                 QStringLiteral("--pictures %1: all or none").arg(which));
+    pictures = which == QLatin1String("all");
     home = read.text("home");
     json = read.text("json");
     programs = read.isSet("programs") ? read.text("programs") : QCoreApplication::applicationDirPath();

@@ -12,7 +12,8 @@ struct SoakOptions
     quint64 seed = 1;
     double rate = 4; ///< parts a second, of both stations together
     QStringList faults;
-    QString home; ///< empty: one of its own in a temporary folder
+    bool pictures = true; ///< are archived
+    QString home;         ///< empty: one of its own in a temporary folder
     QString json;
     QString programs; ///< folder of the programs
     bool spoil = false;

@@ -70,9 +70,10 @@ QStringList SoakReport::text() const
                          .arg(b.rowsOfAnswers)
                          .arg(b.rowsOfGaps)
                          .arg(b.lostByKill)),
-        line("pictures", QStringLiteral("%1 good, %2 lost to faults, %3 without a row; %4 source images")
+        line("pictures", QStringLiteral("%1 good, %2 lost to faults, %3 given up, %4 without a row; %5 source images")
                              .arg(pictures.good)
                              .arg(pictures.lostByFault)
+                             .arg(pictures.givenUp)
                              .arg(pictures.withoutRow)
                              .arg(pictures.sourceImages)),
         line("balance",
@@ -129,6 +130,7 @@ QJsonObject SoakReport::json() const
             {"rows_of_nobody", b.strangeRows},
             {"pictures", pictures.good},
             {"pictures_bad", pictures.bad},
+            {"pictures_given_up", pictures.givenUp},
             {"pictures_unnamed", pictures.unnamed},
             {"pictures_lost_to_faults", pictures.lostByFault},
             {"pictures_without_row", pictures.withoutRow},

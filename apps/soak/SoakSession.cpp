@@ -115,7 +115,7 @@ void SoakSession::cut(int ms)
     m_ready = false;
     m_feeder->stop();
     m_feeder->loseOrder();
-    m_ledger.gap(Gap::LineCut);
+    m_ledger.cut();
     m_line.pull(ms);
 }
 
@@ -131,7 +131,7 @@ void SoakSession::onEnded(int exitCode, QProcess::ExitStatus status)
         ++m_report.crashes;
         emit happened(QStringLiteral("THE PROGRAM ENDED BY ITSELF, code %1").arg(exitCode));
     }
-    m_ledger.gap(Gap::Killed);
+    m_ledger.killed(m_faults.diskFullSinceMs());
     m_report.damages += m_audit.damages(largestToCheck);
     m_killing = m_ready = m_started = false;
     if (m_memory.seconds >= m_report.memory.seconds)
@@ -211,7 +211,8 @@ void SoakSession::finish()
     if (m_memory.seconds >= m_report.memory.seconds)
         m_report.memory = m_memory;
     m_audit.sweep(true);
-    m_audit.judgePictures(m_killsMs, m_faults.pictureFaults());
+    if (m_options.pictures)
+        m_audit.judgePictures(m_killsMs, m_faults.pictureFaults());
     if (m_options.spoil)
         m_audit.spoil();
     const QVector<RecordedRow> rows = m_audit.rows();

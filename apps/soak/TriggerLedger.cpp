@@ -6,6 +6,8 @@ namespace {
 
 /// Triggers of a station that the program keeps in hand; it refuses what comes on top, before it answers these.
 constexpr std::size_t inHand = 2;
+/// From a trigger to its row.
+constexpr qint64 settledMs = 5000;
 
 } // namespace
 
@@ -61,10 +63,19 @@ void TriggerLedger::gap(Gap gap)
         m_open[i].clear();
         for (const int position : std::exchange(m_toBeNoticed[i], {}))
             m_ended[position].noticed = true;
-        const int last = std::exchange(m_lastAnswered[i], -1);
-        if (gap == Gap::Killed && last >= 0)
-            m_ended[last].lastBeforeKill = true;
     }
+}
+
+void TriggerLedger::killed(std::optional<qint64> diskFullSinceMs)
+{
+    gap(Gap::Killed);
+    for (int& last : m_lastAnswered)
+        if (const int position = std::exchange(last, -1); position >= 0)
+            m_ended[position].mayLackRow = true;
+    if (!diskFullSinceMs)
+        return;
+    for (auto it = m_ended.rbegin(); it != m_ended.rend() && it->sentMs + settledMs >= *diskFullSinceMs; ++it)
+        it->mayLackRow = true;
 }
 
 QVector<SentTrigger> TriggerLedger::all() const

@@ -25,8 +25,8 @@ struct SentTrigger
     double latencyMs = 0;
     std::optional<PlcFrames::Answer> answer;
     Gap gap = Gap::None;
-    bool noticed = false;        ///< the "H" frame came
-    bool lastBeforeKill = false; ///< its answer was the station's last before the program was killed
+    bool noticed = false;    ///< the "H" frame came
+    bool mayLackRow = false; ///< the program was killed with its row in hand, or with no disk to keep it on
     bool needsNotice() const { return answer && answer->angle >= PlcFrames::firstNoAngle; }
 };
 
@@ -41,7 +41,9 @@ public:
     bool answered(int station, const PlcFrames::Answer& answer, qint64 nowNs);
     void noticed(int station);
     /// All that is open lies in a gap from now on.
-    void gap(Gap gap);
+    void cut() { gap(Gap::LineCut); }
+    /// So does it; of each station, the last answer may have no row. Nor may those to triggers of a full disk's time.
+    void killed(std::optional<qint64> diskFullSinceMs);
 
     int open(int station) const { return static_cast<int>(m_open[station - 1].size()); }
     int open() const { return open(1) + open(2); }
@@ -53,6 +55,7 @@ public:
     QVector<SentTrigger> all() const;
 
 private:
+    void gap(Gap gap);
     using Open = std::deque<SentTrigger>;
 
     std::array<Open, 2> m_open;

@@ -27,7 +27,10 @@ int cannotBegin(const QString& error)
 /// A demo home in which every trigger counts and every picture is kept.
 bool prepareHome(const SoakOptions& options, const QString& home, QString* error)
 {
-    if (QProcess::execute(options.programs + QStringLiteral("/wheelgen"), {QStringLiteral("--demo"), home}) != 0) {
+    QProcess maker;
+    maker.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    maker.start(options.programs + QStringLiteral("/wheelgen"), {QStringLiteral("--demo"), home});
+    if (!maker.waitForFinished(-1) || maker.exitCode() != 0) {
         *error = QStringLiteral("%1: no home could be made there").arg(home);
         return false;
     }
@@ -37,7 +40,7 @@ bool prepareHome(const SoakOptions& options, const QString& home, QString* error
     QSettings settings(home + QStringLiteral("/user/systemConfig.ini"), QSettings::IniFormat);
     settings.setIniCodec("UTF-8");
     for (const char* key : {"SrcImgSave_st1", "RltImgSave_st1", "RltImgSave_st2"})
-        settings.setValue(QStringLiteral("Image/") + QLatin1String(key), true);
+        settings.setValue(QStringLiteral("Image/") + QLatin1String(key), options.pictures);
     settings.sync();
     QFile::remove(home + QStringLiteral("/run.log"));
     return HomeFiles::writeJson(config, object, error);
