@@ -78,6 +78,24 @@ bool StationDB::contains(const StationResult& result, const QDateTime& time)
     return query.next();
 }
 
+RowThinner& StationDB::thinner()
+{
+    if (!m_thinner)
+        m_thinner = std::make_unique<RowThinner>(
+            RowThinner::Table{resultTable, QStringLiteral("uid"), QStringLiteral("time")}, scheduler());
+    return *m_thinner;
+}
+
+int StationDB::thin()
+{
+    if (!isOpen())
+        return RowThinner::msWhenHeld;
+    const RowThinner::Step step = thinner().step(store().connection());
+    if (step.rows > 0)
+        committed();
+    return step.nextMs;
+}
+
 QString StationDB::timeText(const QDateTime& time)
 {
     return time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss zzz"));

@@ -528,6 +528,25 @@ Close anyway?</translation>
     </message>
 </context>
 <context>
+    <name>RowThinner</name>
+    <message>
+        <source>系统时间突变为%1，暂停按天数清理%2的记录</source>
+        <translation>The clock jumped to %1; no record of %2 is deleted by its age</translation>
+    </message>
+    <message>
+        <source>清理旧记录</source>
+        <translation>deleting old records</translation>
+    </message>
+    <message>
+        <source>旧记录又能清理，期间失败%1次</source>
+        <translation>Old records are deleted again, after %1 failures</translation>
+    </message>
+    <message>
+        <source>已删除%1的旧记录%2条（%3至%4），只保留%5天</source>
+        <translation>%2 old records of %1 were deleted (%3 to %4); %5 days are kept</translation>
+    </message>
+</context>
+<context>
     <name>SqliteFile</name>
     <message>
         <source>文件已损坏：%1</source>
