@@ -14,7 +14,7 @@
 namespace {
 
 constexpr const char* results = "/DBFiles/Pellix.db";
-constexpr int maxExamples = 10;
+constexpr int maxNamed = 10;
 /// Encoders of the archive: this many rows before a kill, and one more, may have their pictures in another order.
 constexpr int writers = 2;
 constexpr qint64 secondMs = 1000;
@@ -130,7 +130,7 @@ void RecordsAudit::look(const RecordedRow& row)
     const QString path = m_home + row.picture;
     const bool whole = isWhole(path);
     ++(whole ? m_pictures.good : m_pictures.bad);
-    if (!whole && m_pictures.examples.size() < maxExamples)
+    if (!whole && m_pictures.examples.size() < maxNamed)
         m_pictures.examples << path + QStringLiteral(": missing, or no whole picture");
     QFile::remove(path);
 }
@@ -171,7 +171,7 @@ void RecordsAudit::judgePictures(const QVector<qint64>& killsMs, const QVector<F
     m_pictures.unnamed = unnamed.size() - m_pictures.givenUp;
     if (m_pictures.unnamed > 0)
         m_pictures.examples << QStringLiteral("rows that name no picture: ") +
-                                   unnamed.mid(0, maxExamples).join(QStringLiteral(", "));
+                                   unnamed.mid(0, maxNamed).join(QStringLiteral(", "));
     m_pictures.withoutRow = removeImages(file("/DBFiles/Images"));
 }
 

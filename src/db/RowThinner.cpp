@@ -2,16 +2,12 @@
 
 #include "db/SqliteFile.h"
 
-#include <QCoreApplication>
 #include <QVariant>
 
 namespace {
 
-struct Texts
-{
-    Q_DECLARE_TR_FUNCTIONS(RowThinner)
-};
-
+/// SQLite's code for a file that another connection writes.
+constexpr int codeBusy = 5;
 constexpr qint64 longestStepNs = 3 * 1000 * 1000;
 constexpr int rowsALogLine = 1000000;
 
@@ -53,7 +49,7 @@ RowThinner::Step RowThinner::step(SqlConnection& connection)
 {
     const int days = m_days;
     if (m_clock.check(m_scheduler))
-        SystemLog::warning(Texts::tr("系统时间突变为%1，暂停按天数清理%2的记录")
+        SystemLog::warning(tr("系统时间突变为%1，暂停按天数清理%2的记录")
                                .arg(m_clock.jump().toString(Qt::ISODate), connection.database().databaseName()));
     if (days <= 0)
         return {0, msWhenIdle};
@@ -64,7 +60,7 @@ RowThinner::Step RowThinner::step(SqlConnection& connection)
     adapt(m_scheduler.elapsedNs() - begin);
     if (rows < 0)
         return {0, msWhenHeld};
-    m_fault.over(Texts::tr("旧记录又能清理，期间失败%1次"));
+    m_fault.over(tr("旧记录又能清理，期间失败%1次"));
     m_gone.rows += rows;
     m_gone.days = days;
     m_gone.file = connection.database().databaseName();
@@ -94,7 +90,8 @@ int RowThinner::deleteSome(SqlConnection& connection, const QString& before)
         connection.exec(QStringLiteral("DELETE FROM %1 WHERE %2 IN (%3)")
                             .arg(m_table.name, m_table.key, keys.join(QLatin1Char(','))));
     if (connection.failed()) {
-        m_fault.failed(SqliteFile::describe(connection, Texts::tr("清理旧记录")));
+        if (connection.lastCode() != codeBusy)
+            m_fault.failed(SqliteFile::describe(connection, tr("清理旧记录")));
         return -1;
     }
     if (m_gone.rows == 0)
@@ -114,7 +111,7 @@ void RowThinner::logGone()
     if (m_gone.rows == 0)
         return;
     SystemLog::information(
-        Texts::tr("已删除%1的旧记录%2条（%3至%4），只保留%5天")
+        tr("已删除%1的旧记录%2条（%3至%4），只保留%5天")
             .arg(m_gone.file, QString::number(m_gone.rows), m_gone.first, m_gone.last, QString::number(m_gone.days)));
     m_gone = {};
 }

@@ -3,6 +3,8 @@
 #include "db/ClockGuard.h"
 #include "db/log/LogLine.h"
 
+#include <QCoreApplication>
+
 #include <atomic>
 
 class SqlConnection;
@@ -16,6 +18,8 @@ class SqlConnection;
 /// transaction or in each short one.
 class RowThinner
 {
+    Q_DECLARE_TR_FUNCTIONS(RowThinner)
+
 public:
     /// `time` is a column of local times that begin with "yyyy-MM-dd", with an index.
     struct Table

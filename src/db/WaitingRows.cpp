@@ -5,15 +5,9 @@
 
 #include <valvecell/HomeFiles.h>
 
-#include <QCoreApplication>
 #include <QJsonArray>
 
 namespace {
-
-struct Texts
-{
-    Q_DECLARE_TR_FUNCTIONS(WaitingRowsFile)
-};
 
 /// Far more than rows are let wait.
 constexpr qint64 maxBytes = 256LL * 1024 * 1024;
@@ -92,7 +86,7 @@ QVector<WaitingRow> WaitingRowsFile::read()
     }
     m_lines = lines.size();
     if (spoiled > 0)
-        SystemLog::warning(Texts::tr("未写入的结果有%1条不能读取：%2，原文件保留为%3")
+        SystemLog::warning(tr("未写入的结果有%1条不能读取：%2，原文件保留为%3")
                                .arg(QString::number(spoiled), m_path, HomeFiles::copyAside(m_path)));
     return rows;
 }

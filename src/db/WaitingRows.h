@@ -2,6 +2,7 @@
 
 #include "db/StationDB.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QVector>
 
@@ -18,6 +19,8 @@ struct WaitingRow
 /// outlive the process. GUI thread.
 class WaitingRowsFile
 {
+    Q_DECLARE_TR_FUNCTIONS(WaitingRowsFile)
+
 public:
     explicit WaitingRowsFile(QString path);
 

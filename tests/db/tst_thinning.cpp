@@ -121,10 +121,9 @@ private slots:
         fill(other, insertResult, 3, 10);
         results.database.thinner().setDays(1);
         QVERIFY(other.run("BEGIN IMMEDIATE"));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Pellix\\.db.*清理旧记录失败"));
         results.clock.advance(10 * RowThinner::msWhenHeld);
         QVERIFY(other.run("COMMIT"));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("失败\\d+次"));
+        QVERIFY2(said.isEmpty(), "what passes by itself is no fault");
         results.clock.advance(2 * RowThinner::msWhenHeld);
         QCOMPARE(results.rows(), 20);
     }
