@@ -8,6 +8,7 @@ namespace {
 constexpr int patienceSeconds = 120;
 constexpr int sweepSeconds = 30;
 constexpr int warmAnswers = 20;
+constexpr int answersBeforeBurst = 60;
 constexpr int idleSeconds = 10;
 constexpr int burstFactor = 10;
 constexpr int refusalEvery = 25;
@@ -156,7 +157,7 @@ void SoakSession::onSecond()
     m_secondsToWait = m_ready && m_ledger.open() == 0 ? 0 : m_secondsToWait + 1;
     if (m_windingUp)
         return windUpFurther();
-    if (m_options.burst && !m_flooded && m_answers >= warmAnswers) {
+    if (m_options.burst && !m_flooded && m_answers >= answersBeforeBurst) {
         m_flooded = true;
         m_since.start();
         m_feeder->setPace(pace());
@@ -173,7 +174,9 @@ void SoakSession::readMemory()
     if (memory.now == 0)
         return;
     ++m_memory.seconds;
-    const bool warm = m_answers >= warmAnswers && m_memory.seconds >= qMin(60.0, m_options.seconds() / 4);
+    const bool warm = m_options.burst
+                          ? m_answers >= answersBeforeBurst
+                          : m_answers >= warmAnswers && m_memory.seconds >= qMin(60.0, m_options.seconds() / 4);
     if (m_memory.warmKiB == 0 && warm)
         m_memory.warmKiB = memory.now;
     m_memory.endKiB = memory.now;
