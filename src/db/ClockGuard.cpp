@@ -19,6 +19,12 @@ bool ClockGuard::check(const Scheduler& scheduler)
     return jumped;
 }
 
+void ClockGuard::distrust(const QDateTime& time)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_jump = time;
+}
+
 QDateTime ClockGuard::jump() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);

@@ -13,6 +13,8 @@ public:
     /// Compares the clock's way since the last call with that of the monotonic one, so that a clock that runs a little
     /// fast is none that jumps. True when it jumped just now.
     bool check(const Scheduler& scheduler);
+    /// It is known to be wrong: counts as a jump to that time.
+    void distrust(const QDateTime& time);
     /// The time to which it jumped; not valid unless it did since the last accept().
     QDateTime jump() const;
     void accept();

@@ -42,6 +42,7 @@ public:
     void setDays(int days) { m_days = days; }
     /// See ClockGuard. Any thread.
     QDateTime clockJump() const { return m_clock.jump(); }
+    void distrustClock(const QDateTime& time) { m_clock.distrust(time); }
     void acceptClock() { m_clock.accept(); }
 
     struct Step

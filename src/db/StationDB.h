@@ -61,6 +61,9 @@ public:
     /// Of the scheduler that setScheduler() gave.
     RowThinner& thinner();
 
+    /// The time of the row that was inserted last, by whatever start of the program; not valid without one.
+    QDateTime lastTime();
+
     /// The form of every stored time; texts of it sort as the times do.
     static QString timeText(const QDateTime& time);
 

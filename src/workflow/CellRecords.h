@@ -92,6 +92,8 @@ private:
     /// A step at a time, unless rows wait.
     void thin();
     void thinAsSet();
+    /// A clock that runs before the last row, or before this program was made, was wrong at the start already.
+    void checkClock();
     void openLibrary();
     void lookAfterLibrary();
 
