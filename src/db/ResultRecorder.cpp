@@ -1,14 +1,19 @@
 #include "db/ResultRecorder.h"
 
 #include "db/SqlText.h"
-#include "db/WaitingRows.h"
-
-#include <valvecell/HomeFiles.h>
 
 namespace {
 
 /// Waiting rows go in by portions, so that the thread is free between them.
 constexpr qint64 portionNs = 20 * 1000 * 1000;
+
+StationResult madeCarriable(StationResult result)
+{
+    for (QString* text : {&result.resultTip, &result.threshBenchMark, &result.stationName, &result.value1,
+                          &result.value2, &result.value3})
+        *text = SqlText::madeCarriable(*text);
+    return result;
+}
 
 } // namespace
 
@@ -21,9 +26,10 @@ ResultRecorder::ResultRecorder(StationDB& database, Rules rules, QObject* parent
     : QObject(parent)
     , m_database(database)
     , m_rules(std::move(rules))
+    , m_file(database.path() + QStringLiteral(".waiting.json"))
     , m_retry(m_rules.scheduler->timer(Scheduler::SingleShot, [this] { retry(); }))
 {
-    readSpill();
+    readFile();
 }
 
 ResultRecorder::~ResultRecorder()
@@ -32,52 +38,45 @@ ResultRecorder::~ResultRecorder()
         m_waiting.pop_front();
     if (m_waiting.empty())
         enterPictures();
-    writeSpill();
+    endWaiting();
 }
 
-void ResultRecorder::readSpill()
+void ResultRecorder::readFile()
 {
-    const HomeFiles::JsonRead spill = HomeFiles::readJson(spillPath());
-    m_spillExists = spill.state != HomeFiles::JsonRead::Missing;
-    if (spill.state == HomeFiles::JsonRead::Damaged)
-        SystemLog::warning(
-            tr("未写入的结果不能读取：%1，原文件保留为%2").arg(spill.error, HomeFiles::keepAside(spillPath())));
-    int leftOut = 0;
-    const auto rows = WaitingRows::fromJson(spill.object, &leftOut);
-    for (const WaitingRows::Row& row : rows)
-        m_waiting.push_back({row.result, row.time, {}, true});
-    if (leftOut > 0)
-        SystemLog::warning(tr("%1中有%2条记录不能读取，原文件保留为%3")
-                               .arg(spillPath(), QString::number(leftOut), HomeFiles::copyAside(spillPath())));
-    if (m_spillExists)
+    const QVector<WaitingRow> rows = m_file.read();
+    for (const WaitingRow& row : rows)
+        m_waiting.push_back({row, {}, true});
+    if (m_file.exists())
         m_retry->start(0);
 }
 
 /// The file goes only when all of its rows are in the database: after a crash in between none is lost, and insert()
 /// sees to it that none goes in twice.
-void ResultRecorder::writeSpill()
+bool ResultRecorder::writeFile(QString* error)
 {
-    if (m_waiting.empty()) {
-        if (m_spillExists)
-            QFile::remove(spillPath());
-        m_spillExists = false;
-        return;
-    }
-    QVector<WaitingRows::Row> rows;
+    std::deque<const WaitingRow*> rows;
     for (const Row& row : m_waiting)
-        rows.append({row.result, row.time});
+        rows.push_back(&row);
+    if (!rows.empty())
+        return m_file.write(rows, error);
+    m_file.remove();
+    return true;
+}
+
+void ResultRecorder::endWaiting()
+{
     QString error;
-    if (HomeFiles::writeJson(spillPath(), WaitingRows::toJson(rows), &error))
-        SystemLog::warning(tr("%1条结果暂存于%2，下次启动时写入数据库").arg(waiting()).arg(spillPath()));
-    else
+    if (!writeFile(&error))
         SystemLog::warning(tr("%1条结果未能写入数据库%2").arg(waiting()).arg(m_database.path()) + QStringLiteral(": ") +
                            error);
+    else if (!m_waiting.empty())
+        SystemLog::warning(tr("%1条结果暂存于%2，下次启动时写入数据库").arg(waiting()).arg(m_file.path()));
 }
 
 /// Behind rows that wait, so that all go in in their order.
 void ResultRecorder::record(const StationResult& result, const QString& picture)
 {
-    Row row{WaitingRows::madeCarriable(result), m_rules.scheduler->now(), picture};
+    Row row{{madeCarriable(result), m_rules.scheduler->now()}, picture};
     if (!m_waiting.empty() || !insert(row))
         keep(std::move(row));
 }
@@ -129,11 +128,14 @@ void ResultRecorder::enterPictures()
 void ResultRecorder::keep(Row row)
 {
     m_fault.failed(tr("结果暂不能写入数据库%1，稍后补写：%2").arg(m_database.path(), m_database.lastError()));
+    m_file.add(row);
     m_waiting.push_back(std::move(row));
     while (waiting() > m_rules.maxWaiting) {
         m_waiting.pop_front();
         ++m_givenUp;
     }
+    if (m_file.lines() > 2 * m_rules.maxWaiting)
+        writeFile();
     if (!m_retry->isActive())
         m_retry->start(m_rules.retryMs);
 }
@@ -148,12 +150,14 @@ void ResultRecorder::retry()
             m_waiting.pop_front();
     }
     if (m_waiting.empty()) {
-        writeSpill();
+        m_file.remove();
         enterPictures();
         m_fault.over(
             tr("结果已补写入数据库，期间%1条延迟，其中%2条丢弃").arg(QStringLiteral("%1"), QString::number(m_givenUp)));
         m_givenUp = 0;
     } else {
+        if (!m_file.isComplete())
+            writeFile();
         m_retry->start(good ? 0 : m_rules.retryMs);
     }
     emit retried(waiting());

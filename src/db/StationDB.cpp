@@ -79,6 +79,24 @@ bool StationDB::contains(const StationResult& result, const QDateTime& time)
     return query.next();
 }
 
+RowThinner& StationDB::thinner()
+{
+    if (!m_thinner)
+        m_thinner = std::make_unique<RowThinner>(
+            RowThinner::Table{resultTable, QStringLiteral("uid"), QStringLiteral("time")}, scheduler());
+    return *m_thinner;
+}
+
+int StationDB::thin()
+{
+    if (!isOpen())
+        return RowThinner::msWhenHeld;
+    const RowThinner::Step step = thinner().step(store().connection());
+    if (step.rows > 0)
+        committed();
+    return step.nextMs;
+}
+
 QDateTime StationDB::lastTime()
 {
     QSqlQuery query = store().exec(QStringLiteral("select time from %1 order by uid desc limit 1").arg(resultTable));

@@ -1,20 +1,22 @@
 #include "db/WaitingRows.h"
 
 #include "db/SqlText.h"
+#include "db/log/LogLine.h"
+
+#include <valvecell/HomeFiles.h>
 
 #include <QJsonArray>
 
 namespace {
 
-const auto rowsKey = QStringLiteral("rows");
-const auto timeKey = QStringLiteral("time");
-const auto angleKey = QStringLiteral("dAngle");
+/// Far more than rows are let wait.
+constexpr qint64 maxBytes = 256LL * 1024 * 1024;
 
-QJsonObject entryOf(const WaitingRows::Row& row)
+QJsonObject toJson(const WaitingRow& row)
 {
     const StationResult& result = row.result;
-    return {{timeKey, row.time.toString(Qt::ISODateWithMs)},
-            {angleKey, result.angle},
+    return {{"time", row.time.toString(Qt::ISODateWithMs)},
+            {"dAngle", result.angle},
             {"errorType", result.errorType},
             {"matchScore", result.matchScore},
             {"resultTip", result.resultTip},
@@ -25,53 +27,113 @@ QJsonObject entryOf(const WaitingRows::Row& row)
             {"value3", result.value3}};
 }
 
-StationResult resultOf(const QJsonObject& entry)
+bool isRow(const QJsonObject& json)
 {
+    return json["dAngle"].isDouble() && QDateTime::fromString(json["time"].toString(), Qt::ISODateWithMs).isValid();
+}
+
+WaitingRow rowOf(const QJsonObject& json)
+{
+    const auto text = [&json](const char* key) { return SqlText::madeCarriable(json[QLatin1String(key)].toString()); };
     StationResult result;
-    result.angle = entry[angleKey].toDouble();
-    result.errorType = entry["errorType"].toInt();
-    result.matchScore = entry["matchScore"].toDouble();
-    result.resultTip = entry["resultTip"].toString();
-    result.threshBenchMark = entry["threshBenchMark"].toString();
-    result.stationName = entry["stationName"].toString();
-    result.value1 = entry["value1"].toString();
-    result.value2 = entry["value2"].toString();
-    result.value3 = entry["value3"].toString();
-    return WaitingRows::madeCarriable(result);
+    result.angle = json["dAngle"].toDouble();
+    result.errorType = json["errorType"].toInt();
+    result.matchScore = json["matchScore"].toDouble();
+    result.resultTip = text("resultTip");
+    result.threshBenchMark = text("threshBenchMark");
+    result.stationName = text("stationName");
+    result.value1 = text("value1");
+    result.value2 = text("value2");
+    result.value3 = text("value3");
+    return {result, QDateTime::fromString(json["time"].toString(), Qt::ISODateWithMs)};
+}
+
+/// The entries of either form.
+QVector<QJsonObject> entriesOf(const QByteArray& content)
+{
+    QVector<QJsonObject> entries;
+    const QJsonObject whole = QJsonDocument::fromJson(content).object();
+    if (whole.contains(QLatin1String("rows"))) {
+        const QJsonArray list = whole["rows"].toArray();
+        for (const QJsonValue& entry : list)
+            entries.append(entry.toObject());
+        return entries;
+    }
+    QList<QByteArray> lines = content.split('\n');
+    lines.removeLast();
+    for (const QByteArray& line : qAsConst(lines))
+        entries.append(QJsonDocument::fromJson(line).object());
+    return entries;
 }
 
 } // namespace
 
-namespace WaitingRows {
-
-QJsonObject toJson(const QVector<Row>& rows)
+QByteArray WaitingRows::lineOf(const WaitingRow& row)
 {
-    QJsonArray entries;
-    for (const Row& row : rows)
-        entries.append(entryOf(row));
-    return {{rowsKey, entries}};
+    return QJsonDocument(toJson(row)).toJson(QJsonDocument::Compact) + '\n';
 }
 
-QVector<Row> fromJson(const QJsonObject& file, int* leftOut)
+QVector<WaitingRow> WaitingRows::parse(const QByteArray& content, int* leftOut)
 {
-    QVector<Row> rows;
-    const QJsonArray entries = file[rowsKey].toArray();
-    for (const QJsonValue& value : entries) {
-        const QJsonObject entry = value.toObject();
-        const QDateTime time = QDateTime::fromString(entry[timeKey].toString(), Qt::ISODateWithMs);
-        if (time.isValid() && entry[angleKey].isDouble())
-            rows.append({resultOf(entry), time});
+    QVector<WaitingRow> rows;
+    const QVector<QJsonObject> entries = entriesOf(content);
+    for (const QJsonObject& entry : entries) {
+        if (isRow(entry))
+            rows.append(rowOf(entry));
     }
     *leftOut = entries.size() - rows.size();
     return rows;
 }
 
-StationResult madeCarriable(StationResult result)
+WaitingRowsFile::WaitingRowsFile(QString path)
+    : m_path(std::move(path))
 {
-    for (QString* text : {&result.resultTip, &result.threshBenchMark, &result.stationName, &result.value1,
-                          &result.value2, &result.value3})
-        *text = SqlText::madeCarriable(*text);
-    return result;
 }
 
-} // namespace WaitingRows
+QVector<WaitingRow> WaitingRowsFile::read()
+{
+    QFile file(m_path);
+    m_exists = file.exists();
+    if (!m_exists || HomeFiles::isNoFile(m_path) || !file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray content = file.read(maxBytes);
+    int leftOut = 0;
+    const QVector<WaitingRow> rows = WaitingRows::parse(content, &leftOut);
+    m_complete = content.endsWith('\n');
+    m_lines = rows.size();
+    if (leftOut > 0)
+        SystemLog::warning(tr("未写入的结果有%1条不能读取：%2，原文件保留为%3")
+                               .arg(QString::number(leftOut), m_path, HomeFiles::copyAside(m_path)));
+    return rows;
+}
+
+bool WaitingRowsFile::add(const WaitingRow& row)
+{
+    const QByteArray line = WaitingRows::lineOf(row);
+    QFile file(m_path);
+    m_complete = m_complete && file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered) &&
+                 file.write(line) == line.size();
+    m_exists = m_exists || file.exists();
+    ++m_lines;
+    return m_complete;
+}
+
+bool WaitingRowsFile::write(const std::deque<const WaitingRow*>& rows, QString* error)
+{
+    QByteArray content;
+    for (const WaitingRow* row : rows)
+        content += WaitingRows::lineOf(*row);
+    m_complete = HomeFiles::writeFile(m_path, content, error);
+    m_exists = m_exists || m_complete;
+    m_lines = static_cast<int>(rows.size());
+    return m_complete;
+}
+
+void WaitingRowsFile::remove()
+{
+    if (m_exists)
+        QFile::remove(m_path);
+    m_exists = false;
+    m_complete = true;
+    m_lines = 0;
+}

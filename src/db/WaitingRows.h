@@ -2,26 +2,57 @@
 
 #include "db/StationDB.h"
 
-#include <QJsonObject>
+#include <QCoreApplication>
+#include <QDateTime>
 #include <QVector>
 
-/// Rows that wait for the database from one start of the program to the next, as the content of a file:
-/// {"rows": [{"time", "dAngle", ...}, ...]}. Pure functions.
-namespace WaitingRows {
+#include <deque>
 
-struct Row
+/// A row for which the database has no place yet.
+struct WaitingRow
 {
-    StationResult result; ///< texts as a statement can carry them
-    QDateTime time;       ///< of the answer
+    StationResult result;
+    QDateTime time;
 };
 
-QJsonObject toJson(const QVector<Row>& rows);
+/// Rows as the content of their file: a JSON object a line. Pure functions.
+namespace WaitingRows {
 
-/// What the file holds. An entry without time or angle is no row: it would count as an answer that nobody gave;
-/// `leftOut` counts those.
-QVector<Row> fromJson(const QJsonObject& file, int* leftOut);
+QByteArray lineOf(const WaitingRow& row);
 
-/// With what a statement cannot carry replaced.
-StationResult madeCarriable(StationResult result);
+/// What the file holds, also as earlier versions wrote it: one object that lists them. An entry without time or angle
+/// is no row: it would count as an answer that nobody gave; `leftOut` counts those. A last line without an end was
+/// being written when the process died, and counts as none.
+QVector<WaitingRow> parse(const QByteArray& content, int* leftOut);
 
 } // namespace WaitingRows
+
+/// The file beside a database that keeps the rows that wait for it: a JSON object a line, added at once, so that they
+/// outlive the process. GUI thread.
+class WaitingRowsFile
+{
+    Q_DECLARE_TR_FUNCTIONS(WaitingRowsFile)
+
+public:
+    explicit WaitingRowsFile(QString path);
+
+    const QString& path() const { return m_path; }
+    bool exists() const { return m_exists; }
+    /// What a process before has left. Lines that cannot be read are logged, and the file is copied aside first.
+    QVector<WaitingRow> read();
+
+    /// False when the disk does not take it; the file is incomplete then, until it is written anew.
+    bool add(const WaitingRow& row);
+    bool isComplete() const { return m_complete; }
+    int lines() const { return m_lines; }
+
+    /// Replaces the file's content in one step, and waits for the disk.
+    bool write(const std::deque<const WaitingRow*>& rows, QString* error);
+    void remove();
+
+private:
+    const QString m_path;
+    bool m_exists = false;
+    bool m_complete = true;
+    int m_lines = 0;
+};

@@ -584,6 +584,18 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
         <translation>Days to keep folders</translation>
     </message>
     <message>
+        <source>记录保留天数(&amp;K)</source>
+        <translation>&amp;Keep records for</translation>
+    </message>
+    <message>
+        <source>记录保留天数</source>
+        <translation>Days to keep records</translation>
+    </message>
+    <message>
+        <source>天（0：不删除）</source>
+        <translation>days (0: for ever)</translation>
+    </message>
+    <message>
         <source>最小剩余空间(&amp;G)</source>
         <translation>Minimum free space (&amp;G)</translation>
     </message>

@@ -186,6 +186,7 @@ private slots:
         bench.driver.type("baudEdit", "9600");
         bench.driver.type("daysEdit", "14");
         bench.driver.type("dirDaysEdit", "60");
+        bench.driver.type("recordDaysEdit", "0");
         bench.driver.type("spaceEdit", "25");
         QEvent language(QEvent::LanguageChange); // what was typed stays
         QCoreApplication::sendEvent(&bench.dialog, &language);
@@ -201,7 +202,8 @@ private slots:
         QCOMPARE(listed(bench.applied[0]),
                  "COM/Baute:115200>9600 COM/Port:COM3>/dev/ttyUSB0 CheckThread/Enable_RltImg:false>true "
                  "CheckThread/Enable_SrcImg:false>true CheckThread/days:7>14 CheckThread/days_dir:30>60 "
-                 "CheckThread/spacesize:10>25 Image/RltImgSave_st2:false>true Image/SrcImgSave_st1:false>true "
+                 "CheckThread/days_records:1095>0 CheckThread/spacesize:10>25 Image/RltImgSave_st2:false>true "
+                 "Image/SrcImgSave_st1:false>true "
                  "TrigDetector/FilterTime:10>3 engineer_only:false>true language/select:Chinese>English "
                  "onlineMode:false>true "
                  "station_camkey_1:相机A>相机C station_solution_2:工位2>工位3 trigerFilter:1000>250 "
