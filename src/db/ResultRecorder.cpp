@@ -19,9 +19,10 @@ StationResult madeCarriable(StationResult result)
     return result;
 }
 
-QJsonObject toJson(const StationResult& result, const QDateTime& time)
+QJsonObject toJson(const StationResult& result, const QDateTime& time, int alike)
 {
-    return {{"time", time.toString(Qt::ISODateWithMs)},
+    return {{"alike", alike},
+            {"time", time.toString(Qt::ISODateWithMs)},
             {"dAngle", result.angle},
             {"errorType", result.errorType},
             {"matchScore", result.matchScore},
@@ -84,7 +85,7 @@ void ResultRecorder::readSpill()
     for (const QJsonValue& row : rows) {
         const QJsonObject json = row.toObject();
         const QDateTime time = QDateTime::fromString(json["time"].toString(), Qt::ISODateWithMs);
-        m_waiting.push_back({resultOf(json), time, {}, true});
+        m_waiting.push_back({resultOf(json), time, json["alike"].toInt(), {}, true});
     }
     if (m_spillExists)
         m_retry->start(0);
@@ -102,7 +103,7 @@ void ResultRecorder::writeSpill()
     }
     QJsonArray rows;
     for (const Row& row : m_waiting)
-        rows.append(toJson(row.result, row.time));
+        rows.append(toJson(row.result, row.time, row.alike));
     QString error;
     if (HomeFiles::writeJson(spillPath(), {{"rows", rows}}, &error))
         SystemLog::warning(tr("%1条结果暂存于%2，下次启动时写入数据库").arg(waiting()).arg(spillPath()));
@@ -114,16 +115,27 @@ void ResultRecorder::writeSpill()
 /// Behind rows that wait, so that all go in in their order.
 void ResultRecorder::record(const StationResult& result, const QString& picture)
 {
-    Row row{madeCarriable(result), m_rules.scheduler->now(), picture};
+    Row row{madeCarriable(result), m_rules.scheduler->now(), 0, picture};
+    row.alike = countAlike(row);
     if (!m_waiting.empty() || !insert(row))
         keep(std::move(row));
+}
+
+int ResultRecorder::countAlike(const Row& row)
+{
+    if (row.time != m_moment)
+        m_ofMoment.clear();
+    m_moment = row.time;
+    const QStringList looks{row.result.stationName, row.result.value2, row.result.value3};
+    m_ofMoment.append(looks);
+    return m_ofMoment.count(looks) - 1;
 }
 
 bool ResultRecorder::insert(const Row& row)
 {
     if (!m_database.isOpen() && !m_database.open())
         return false;
-    if (row.spilled && m_database.contains(row.result, row.time))
+    if (row.spilled && m_database.countAlike(row.result, row.time) > row.alike)
         return true;
     if (!m_database.insertResult(row.result, row.time))
         return false;

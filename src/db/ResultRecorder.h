@@ -49,6 +49,7 @@ private:
     {
         StationResult result;
         QDateTime time;
+        int alike = 0;        ///< rows before it that look the same: refusals of one millisecond do
         QString picture = {}; ///< that is being written
         bool spilled = false; ///< from the file, and perhaps in the database already
     };
@@ -61,6 +62,7 @@ private:
     /// Writes what waits, as long as it goes in; takes at most some milliseconds of the thread at a time.
     void retry();
     bool insert(const Row& row);
+    int countAlike(const Row& row);
     void enterPictures();
     void readSpill();
     void writeSpill();
@@ -73,6 +75,8 @@ private:
     std::deque<Row> m_waiting;
     QHash<QString, Named> m_pictures;             ///< rows whose picture is being written
     QVector<QPair<QString, Named>> m_toBeEntered; ///< saved pictures, for the database
+    QDateTime m_moment;                           ///< of the last row
+    QVector<QStringList> m_ofMoment;              ///< what tells apart the rows of that moment
     bool m_spillExists = false;
     int m_givenUp = 0;
     FaultNotice m_fault;
