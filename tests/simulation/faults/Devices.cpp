@@ -83,7 +83,7 @@ void Cameras::play(Part& part, quint64 number)
             refuse(key, number, QStringLiteral("没有图像"));
         });
     case Picture::Throws:
-        m_ledger.captureEnded(picture, false);
+        part.excused = true; // at once, or at its deadline
         throw std::runtime_error("the driver has lost its device");
     case Picture::Doubled:
         m_later.at(ms, good);

@@ -100,6 +100,7 @@ private:
     int m_fault = -1; ///< of the disk
     qint64 m_troubleSince = 0;
     qint64 m_troubleUntil = 0;
+    std::size_t m_rowsAtReplacement = ~std::size_t(0);
     bool m_clockSet = false;
     int m_gone = 0;                ///< folders that went
     QSet<QByteArray> m_tableFiles; ///< every content that the index tables' file was given

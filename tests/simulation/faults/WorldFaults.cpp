@@ -12,11 +12,8 @@
 namespace Simulation {
 namespace {
 
-/// Frames of no meaning, and words that no PLC program would send.
-struct Noise
-{
-    int command, word0, word1;
-};
+/// Frames of no meaning, and words that no PLC program would send: command and two words.
+using Noise = std::array<int, 3>;
 constexpr Noise noises[] = {{plc::Trigger, 7, 0},
                             {plc::Trigger, 0, 5},
                             {plc::Trigger, -1, 0},
@@ -43,7 +40,7 @@ void World::sendModels(int choice)
 void World::sendNoise(int choice)
 {
     const Noise& noise = noises[choice % int(std::size(noises))];
-    post(noise.command, noise.word0, noise.word1);
+    post(noise[0], noise[1], noise[2]);
 }
 
 void World::cutLine(int ms)
@@ -87,14 +84,18 @@ void World::beginDiskFault(int fault, int choice)
     default:
         for (Row& row : m_ledger.rows)
             row.mayMiss = true;
+        m_rowsAtReplacement = m_ledger.rows.size();
         replaceDatabase(fault == FileDeleted ? 3 : choice % 3);
         break;
     }
     Records::forgetDeleted();
 }
 
+/// None that was replaced since the cell last wrote: another program would mix the new file with the old one's log.
 void World::lockDatabase(const QString& name)
 {
+    if (m_ledger.rows.size() == m_rowsAtReplacement)
+        return;
     m_locker = std::make_unique<SqlConnection>(QStringLiteral("QSQLITE"));
     m_locker->database().setDatabaseName(m_home + name);
     m_locker->database().setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=0"));
@@ -107,10 +108,8 @@ void World::replaceDatabase(int choice)
 {
     const QString path = home("/DBFiles/Pellix.db");
     const QString other = home("/DBFiles/other.db");
-    if (choice == 3) {
-        QFile::remove(path);
-        return;
-    }
+    if (choice == 3)
+        return void(QFile::remove(path));
     if (choice == 2) {
         SqlConnection foreign(QStringLiteral("QSQLITE"));
         foreign.database().setDatabaseName(other);
@@ -140,7 +139,7 @@ void World::setClock(int choice)
 {
     m_clockSet = true;
     const QDateTime now = m_scheduler.now();
-    const int count = int(std::size(clockSteps));
+    constexpr int count = int(std::size(clockSteps));
     m_scheduler.setClock(choice % (count + 1) == count ? QDateTime(now.date(), QTime(23, 59, 58))
                                                        : now.addSecs(clockSteps[choice % count]));
 }
