@@ -24,19 +24,6 @@ const QStringList& noImageTopics()
     return topics;
 }
 
-/// Modules promise not to throw. One that does costs its part, and not the cell.
-template <typename Call, typename Refused>
-void guarded(Call call, Refused refused)
-{
-    try {
-        call();
-    } catch (const std::exception& error) {
-        refused(QString::fromLocal8Bit(error.what()));
-    } catch (...) {
-        refused(QStringLiteral("exception"));
-    }
-}
-
 } // namespace
 
 /// What comes from the relay is queued, since modules call on threads of their own; all else is a plain call.
@@ -58,7 +45,6 @@ void TriggerRoad::connectStages()
     QObject::connect(relay, &ModuleRelay::imageReceived, &m_inHand, &TriggersInHand::onImage, Qt::QueuedConnection);
     QObject::connect(relay, &ModuleRelay::noImage, &m_inHand, &TriggersInHand::onNoImage, Qt::QueuedConnection);
     QObject::connect(relay, &ModuleRelay::taskFinished, &m_inHand, &TriggersInHand::onResult, Qt::QueuedConnection);
-    QObject::connect(relay, &ModuleRelay::taskFailed, &m_inHand, &TriggersInHand::onNoResult, Qt::QueuedConnection);
 
     QObject::connect(&m_link, &PlcLink::modelIndexReceived, &m_dispatch, &TriggerDispatch::onModelIndices);
     QObject::connect(&m_link, &PlcLink::triggerReceived, &m_dispatch, &TriggerDispatch::onTrigger);
@@ -109,9 +95,8 @@ void TriggerRoad::setModules(ICoreCtrl* cameras, IEngine* engine, IDesigner* des
 
 void TriggerRoad::capture(const QString& cameraKey)
 {
-    const auto refused = [&](const QString& why) { emit m_relay->noImage(cameraKey, why); };
     if (m_cameras)
-        guarded([&] { m_cameras->trigger({cameraKey}); }, refused);
+        m_cameras->trigger({cameraKey});
 }
 
 void TriggerRoad::inspect(const Trigger& trigger, const QImage& image)
@@ -119,8 +104,6 @@ void TriggerRoad::inspect(const Trigger& trigger, const QImage& image)
     const auto finished = [relay = m_relay, number = trigger.number](const QVariantMap& result) {
         emit relay->taskFinished(number, result);
     };
-    const QVariantMap input{{QLatin1String(ResultKeys::originImage), image}};
-    const auto refused = [&](const QString& why) { emit m_relay->taskFailed(trigger.number, why); };
     if (m_engine)
-        guarded([&] { m_engine->runTask(input, trigger.solution, trigger.model, finished); }, refused);
+        m_engine->runTask({{QLatin1String(ResultKeys::originImage), image}}, trigger.solution, trigger.model, finished);
 }

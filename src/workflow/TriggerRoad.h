@@ -26,7 +26,6 @@ signals:
     void imageReceived(const QString& cameraKey, const QImage& image);
     void noImage(const QString& cameraKey, const QString& reason);
     void taskFinished(quint64 trigger, const QVariantMap& result);
-    void taskFailed(quint64 trigger, const QString& reason);
 };
 
 /// The road of a trigger, from the PLC's frame over camera and engine to the reply: makes its stages and connects them.

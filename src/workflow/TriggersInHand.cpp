@@ -89,25 +89,13 @@ void TriggersInHand::onNoImage(const QString& cameraKey, const QString& reason)
         fail(own, Failure::NoImage, reason);
 }
 
-TriggersInHand::Position TriggersInHand::inspectionOf(quint64 number)
-{
-    return std::find_if(m_triggers.begin(), m_triggers.end(), [number](const InHand& each) {
-        return each.stage == IsInspected && each.trigger.number == number;
-    });
-}
-
-void TriggersInHand::onNoResult(quint64 number, const QString& reason)
-{
-    const auto own = inspectionOf(number);
-    if (own != m_triggers.end())
-        fail(own, Failure::NoResult, reason);
-}
-
 void TriggersInHand::onResult(quint64 number, const QVariantMap& result)
 {
     if (result.value(QLatin1String(ResultKeys::solutionName)).toString().isEmpty())
         return;
-    const auto own = inspectionOf(number);
+    const auto own = std::find_if(m_triggers.begin(), m_triggers.end(), [number](const InHand& each) {
+        return each.stage == IsInspected && each.trigger.number == number;
+    });
     if (own == m_triggers.end())
         return; // overdue, or answered once already
     const Trigger trigger = own->trigger;

@@ -47,8 +47,6 @@ public slots:
     void onNoImage(const QString& cameraKey, const QString& reason);
     /// A result without a solution is none: Nobody knows whose it is.
     void onResult(quint64 number, const QVariantMap& result);
-    /// The engine did not take the task.
-    void onNoResult(quint64 number, const QString& reason);
 
 signals:
     void captureStarted(const Trigger& trigger);
@@ -68,8 +66,6 @@ private:
     using Position = std::deque<InHand>::iterator;
 
     Position captureOf(const QString& cameraKey);
-    /// The trigger of that number whose image the engine has.
-    Position inspectionOf(quint64 number);
     void captureNext(const QString& cameraKey);
     void fail(Position position, Failure failure, const QString& reason);
     void failOverdue();
