@@ -55,6 +55,9 @@ public:
     /// How many rows like this one the table has: two parts of one moment may look alike.
     int countAlike(const StationResult& result, const QDateTime& time);
 
+    /// The time of the row that was inserted last, by whatever start of the program; not valid without one.
+    QDateTime lastTime();
+
     /// The form of every stored time; texts of it sort as the times do.
     static QString timeText(const QDateTime& time);
 
