@@ -221,6 +221,7 @@ QString Modules::start(const CameraCallbacks& callbacks)
 {
     m_cameras.setImageCallback(callbacks.image);
     m_cameras.setNotificationCallback(callbacks.notification);
+    m_cameras.setCaptureCallback(callbacks.capture);
     return {};
 }
 
