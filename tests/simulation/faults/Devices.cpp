@@ -83,7 +83,6 @@ void Cameras::play(Part& part, quint64 number)
             refuse(key, number, QStringLiteral("没有图像"));
         });
     case Picture::Throws:
-        part.excused = true; // at once, or at its deadline
         throw std::runtime_error("the driver has lost its device");
     case Picture::Doubled:
         m_later.at(ms, good);
@@ -183,7 +182,6 @@ void Engine::play(const Part& part, const QString& solution, const QString& mode
     case Answer::Lost:
         return;
     case Answer::Throws:
-        m_ledger.answered(part.number, answer);
         throw std::runtime_error("the engine has no licence");
     case Answer::Late:
         return m_later.at(part.deadlineMs - m_ledger.ms() + ms, give);

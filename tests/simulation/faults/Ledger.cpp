@@ -163,7 +163,7 @@ void Ledger::answered(int number, Answer answer)
         return;
     own->got = answer;
     own->excused |= answer == Answer::NothingFound || answer == Answer::OtherSolution || answer == Answer::FarAway ||
-                    answer == Answer::NotTaught || answer == Answer::NoTask || answer == Answer::Throws;
+                    answer == Answer::NotTaught || answer == Answer::NoTask;
     m_strangers += answer == Answer::OtherSolution ? 1 : 0;
 }
 
