@@ -43,17 +43,22 @@ bool Ledger::mayFail(const Part& part) const
     return part.excused || ms() >= part.deadlineMs || (owed && part.picture == 0);
 }
 
-/// By the picture that the answer names; what names none, by what may end so.
+/// By the picture that the answer names; what names none, by what failed, and else by what may.
 Part* Ledger::owner(int station, const StationReading& reading)
 {
     const bool named = reading.angle < plc::nothingFoundAngle || reading.angle == plc::noAngleAngle;
-    const auto isIt = [&](const Part& part) {
-        return part.station == station && part.test == reading.test &&
-               (named ? part.inspected && part.got && plc::cutText(xOf(part.picture)) == plc::cutText(reading.x)
-                      : mayFail(part));
+    const auto find = [&](auto isIt) {
+        const auto own = std::find_if(m_live.begin(), m_live.end(), [&](const Part& part) {
+            return part.station == station && part.test == reading.test && isIt(part);
+        });
+        return own == m_live.end() ? nullptr : &*own;
     };
-    const auto own = std::find_if(m_live.begin(), m_live.end(), isIt);
-    return own == m_live.end() ? nullptr : &*own;
+    if (named)
+        return find([&](const Part& part) {
+            return part.inspected && part.got && plc::cutText(xOf(part.picture)) == plc::cutText(reading.x);
+        });
+    Part* const told = find([](const Part& part) { return part.excused; });
+    return told ? told : find([this](const Part& part) { return mayFail(part); });
 }
 
 void Ledger::checkReply(const Part& part, const StationReading& reading)
