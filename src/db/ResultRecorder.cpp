@@ -1,53 +1,14 @@
 #include "db/ResultRecorder.h"
 
 #include "db/SqlText.h"
+#include "db/WaitingRows.h"
 
 #include <valvecell/HomeFiles.h>
-
-#include <QJsonArray>
 
 namespace {
 
 /// Waiting rows go in by portions, so that the thread is free between them.
 constexpr qint64 portionNs = 20 * 1000 * 1000;
-
-StationResult madeCarriable(StationResult result)
-{
-    for (QString* text : {&result.resultTip, &result.threshBenchMark, &result.stationName, &result.value1,
-                          &result.value2, &result.value3})
-        *text = SqlText::madeCarriable(*text);
-    return result;
-}
-
-QJsonObject toJson(const StationResult& result, const QDateTime& time, int alike)
-{
-    return {{"alike", alike},
-            {"time", time.toString(Qt::ISODateWithMs)},
-            {"dAngle", result.angle},
-            {"errorType", result.errorType},
-            {"matchScore", result.matchScore},
-            {"resultTip", result.resultTip},
-            {"threshBenchMark", result.threshBenchMark},
-            {"stationName", result.stationName},
-            {"value1", result.value1},
-            {"value2", result.value2},
-            {"value3", result.value3}};
-}
-
-StationResult resultOf(const QJsonObject& json)
-{
-    StationResult result;
-    result.angle = json["dAngle"].toDouble();
-    result.errorType = json["errorType"].toInt();
-    result.matchScore = json["matchScore"].toDouble();
-    result.resultTip = json["resultTip"].toString();
-    result.threshBenchMark = json["threshBenchMark"].toString();
-    result.stationName = json["stationName"].toString();
-    result.value1 = json["value1"].toString();
-    result.value2 = json["value2"].toString();
-    result.value3 = json["value3"].toString();
-    return madeCarriable(result);
-}
 
 } // namespace
 
@@ -81,12 +42,13 @@ void ResultRecorder::readSpill()
     if (spill.state == HomeFiles::JsonRead::Damaged)
         SystemLog::warning(
             tr("未写入的结果不能读取：%1，原文件保留为%2").arg(spill.error, HomeFiles::keepAside(spillPath())));
-    const QJsonArray rows = spill.object["rows"].toArray();
-    for (const QJsonValue& row : rows) {
-        const QJsonObject json = row.toObject();
-        const QDateTime time = QDateTime::fromString(json["time"].toString(), Qt::ISODateWithMs);
-        m_waiting.push_back({resultOf(json), time, json["alike"].toInt(), {}, true});
-    }
+    int leftOut = 0;
+    const auto rows = WaitingRows::fromJson(spill.object, &leftOut);
+    for (const WaitingRows::Row& row : rows)
+        m_waiting.push_back({row.result, row.time, row.alike, {}, true});
+    if (leftOut > 0)
+        SystemLog::warning(tr("%1中有%2条记录不能读取，原文件保留为%3")
+                               .arg(spillPath(), QString::number(leftOut), HomeFiles::copyAside(spillPath())));
     if (m_spillExists)
         m_retry->start(0);
 }
@@ -101,11 +63,11 @@ void ResultRecorder::writeSpill()
         m_spillExists = false;
         return;
     }
-    QJsonArray rows;
+    QVector<WaitingRows::Row> rows;
     for (const Row& row : m_waiting)
-        rows.append(toJson(row.result, row.time, row.alike));
+        rows.append({row.result, row.time, row.alike});
     QString error;
-    if (HomeFiles::writeJson(spillPath(), {{"rows", rows}}, &error))
+    if (HomeFiles::writeJson(spillPath(), WaitingRows::toJson(rows), &error))
         SystemLog::warning(tr("%1条结果暂存于%2，下次启动时写入数据库").arg(waiting()).arg(spillPath()));
     else
         SystemLog::warning(tr("%1条结果未能写入数据库%2").arg(waiting()).arg(m_database.path()) + QStringLiteral(": ") +
@@ -115,7 +77,7 @@ void ResultRecorder::writeSpill()
 /// Behind rows that wait, so that all go in in their order.
 void ResultRecorder::record(const StationResult& result, const QString& picture)
 {
-    Row row{madeCarriable(result), m_rules.scheduler->now(), 0, picture};
+    Row row{WaitingRows::madeCarriable(result), m_rules.scheduler->now(), 0, picture};
     row.alike = countAlike(row);
     if (!m_waiting.empty() || !insert(row))
         keep(std::move(row));

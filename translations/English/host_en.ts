@@ -523,6 +523,10 @@ Close anyway?</translation>
         <source>未写入的结果不能读取：%1，原文件保留为%2</source>
         <translation>Results that were not yet written cannot be read: %1; the file is kept as %2</translation>
     </message>
+    <message>
+        <source>%1中有%2条记录不能读取，原文件保留为%3</source>
+        <translation>%2 entries of %1 cannot be read; the file is kept as %3</translation>
+    </message>
 </context>
 <context>
     <name>SaveImgThread</name>
@@ -811,6 +815,10 @@ Close anyway?</translation>
     <message>
         <source>检查串口线和端口设置，恢复后自动连接</source>
         <translation>Check cable and port settings; it reconnects by itself</translation>
+    </message>
+    <message>
+        <source>恢复后自动连接</source>
+        <translation>It reconnects by itself</translation>
     </message>
     <message>
         <source>检查PLC是否运行、波特率和接线</source>

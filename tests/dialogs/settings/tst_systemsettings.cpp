@@ -8,12 +8,27 @@
 #include "support/Table.h"
 #include "support/TempHome.h"
 
+#include <valvecell/ISerialPorts.h>
+
+#include <QMenu>
 #include <QSettings>
+#include <QToolButton>
 
 namespace {
 
 const QByteArray iniFile = "/user/systemConfig.ini";
 const QByteArray jsonFile = "/user/globalConfig.json";
+
+struct FakePorts : ISerialPorts
+{
+    std::function<QVector<FoundPort>()> finder() const override
+    {
+        return [ports = ports] { return ports; };
+    }
+    QString problemOf(const QString& name) const override { return name == "tcp:plc" ? "缺少端口号" : QString(); }
+
+    QVector<FoundPort> ports;
+};
 
 /// A cell of two stations with its files, and a settings dialog on it.
 struct Bench
@@ -96,6 +111,38 @@ private slots:
         QTest::keyClick(bench.driver.get<QLineEdit>(field), Qt::Key_Return);
         QCOMPARE(bench.dialog.isVisible(), !problem.isEmpty());
         QCOMPARE(bench.files() == before, !problem.isEmpty());
+    }
+
+    void portIsChosenByTheNameThatFollowsItsConverter()
+    {
+        Bench bench;
+        auto* button = bench.driver.get<QToolButton>("portButton");
+        QVERIFY2(!button->isVisible(), "a module that knows no ports");
+        FakePorts ports;
+        ports.ports = {{"/dev/serial/by-id/usb-FTDI-if00", "/dev/ttyUSB3", "FT232R, FTDI & Co"},
+                       {"/dev/serial/by-id/usb-1a86", "/dev/ttyUSB0", {}},
+                       {"/dev/ttyS0", "/dev/ttyS0", {}}};
+        bench.dialog.setPorts(&ports);
+        const auto offered = [&] {
+            QStringList texts;
+            for (const QAction* action : button->menu()->actions())
+                texts << action->text() + (action->isEnabled() ? "" : " -");
+            return texts.join('|');
+        };
+        emit button->menu()->aboutToShow();
+        QTRY_COMPARE(offered(), "FT232R, FTDI && Co (ttyUSB3)|usb-1a86 (ttyUSB0)|ttyS0");
+        button->menu()->actions().first()->trigger();
+        QCOMPARE(bench.driver.text("portEdit"), ports.ports[0].name);
+        bench.driver.press("applyButton");
+        QCOMPARE(bench.system.comPort, ports.ports[0].name);
+        bench.driver.type("portEdit", "tcp:plc");
+        QVERIFY(bench.driver.message().contains("缺少端口号") && !bench.driver.canPress("okButton"));
+        bench.driver.type("portEdit", "tcp:plc:4001"); // the list is a suggestion
+        QVERIFY(bench.driver.message().isEmpty() && bench.driver.canPress("okButton"));
+        ports.ports.clear();
+        bench.dialog.setPorts(&ports);
+        emit button->menu()->aboutToShow();
+        QTRY_COMPARE(offered(), "没有找到串口 -");
     }
 
     void spaceThatShortensTheKeepingIsSaidAtItsField()
