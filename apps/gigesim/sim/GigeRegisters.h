@@ -26,6 +26,9 @@ public:
         Capability = 0x0934,
         HeartbeatTimeout = 0x0938, ///< ms
         TickFrequencyLow = 0x0940,
+        TimestampControl = 0x0944, ///< 2: puts the time into the next two
+        TimestampHigh = 0x0948,
+        TimestampLow = 0x094C,
         Control = 0x0A00,
         StreamPort = 0x0D00,
         PacketSize = 0x0D04, ///< flags above 16 bits

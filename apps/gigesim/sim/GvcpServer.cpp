@@ -122,6 +122,11 @@ bool GvcpServer::writeNumber(quint32 address, quint32 value, const Sender& sende
         effect->testPacket = true;
         value &= ~GigeRegisters::firePacket;
     }
+    if (address == GigeRegisters::TimestampControl && value & 2) {
+        const auto ns = std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now().time_since_epoch()).count();
+        m_registers.setNumber(GigeRegisters::TimestampHigh, quint32(quint64(ns) >> 32));
+        m_registers.setNumber(GigeRegisters::TimestampLow, quint32(ns));
+    }
     if (address == GigeRegisters::TriggerSoftware) {
         effect->triggered = value != 0;
         return true;

@@ -62,7 +62,8 @@ public:
     virtual QString apply(const QVariantMap& settings) = 0;
 
     virtual DeviceShot capture(const DeviceRequest& request) = 0;
-    /// Called every second or so while nothing is to do: whether the camera is still there. Never blocks for long.
+    /// Called every second or so, while nothing is to do or right after a capture: whether the camera is still there.
+    /// Never blocks for long.
     virtual QString check() = 0;
 
     // Of the open camera. These never ask it, and never block.

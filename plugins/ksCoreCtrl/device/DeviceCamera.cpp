@@ -324,6 +324,8 @@ void DeviceCamera::capture(Lock& lock, std::deque<Order>& orders)
     }
     if (m_link == Link::Lost && !m_stopping)
         lose(lock, m_status.message);
+    else if (!m_stopping && m_freeSince - m_checked > m_pace.check)
+        check(lock); // a busy camera is never idle for long enough
 }
 
 void DeviceCamera::note(const DeviceShot& shot)
@@ -380,6 +382,7 @@ void DeviceCamera::check(Lock& lock)
 {
     lock.unlock();
     const QString problem = m_device->check();
+    m_checked = Clock::now();
     lock.lock();
     if (!problem.isEmpty())
         lose(lock, problem);

@@ -121,6 +121,7 @@ private:
     const std::unique_ptr<CameraDevice> m_device; ///< the camera's thread alone
     bool m_deviceOpen = false;                    ///< likewise
     std::chrono::milliseconds m_pause{0};         ///< likewise; before the next try to open
+    Clock::time_point m_checked;                  ///< likewise; when the device was looked at last
     std::thread m_thread;
     std::thread m_watcher;
     std::atomic<bool> m_cancelled{false};

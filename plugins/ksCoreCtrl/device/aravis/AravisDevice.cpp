@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::chrono::milliseconds answerLimit(450);
 constexpr std::chrono::milliseconds closingLimit(300);
+constexpr std::chrono::seconds sameClock(2);
 
 using Trigger = AravisSettings::Trigger;
 using SharedFlag = std::shared_ptr<std::atomic<bool>>;
@@ -114,6 +115,8 @@ QString AravisDevice::connect()
         return AravisText::failed(failure, error.get());
     if (ARV_IS_GV_DEVICE(device.get()) && !arv_gv_device_is_controller(ARV_GV_DEVICE(device.get())))
         return AravisText::inUse();
+    m_clock.clear();
+    m_byArrival = false;
     m_controlLost = std::make_shared<std::atomic<bool>>(false);
     g_signal_connect_data(device.get(), "control-lost", G_CALLBACK(onControlLost), new SharedFlag(m_controlLost),
                           freeFlag, GConnectFlags(0));
@@ -149,6 +152,7 @@ QString AravisDevice::prepare()
 QString AravisDevice::startStream()
 {
     QString reason;
+    m_clock.compare(library());
     m_lastFrame = 0; // a camera counts anew with each acquisition
     m_stream = AravisStream::start(m_camera.get(), &reason);
     return m_stream ? QString() : tr("相机不能开始采集：%1").arg(reason);
@@ -240,7 +244,7 @@ DeviceShot AravisDevice::capture(const DeviceRequest& request)
         const AravisStream::Frame frame = m_stream->wait(asked, until, request.cancelled);
         if (!frame.buffer)
             return nothingCame(request, tooEarly);
-        const bool early = !m_sendsEarly && frame.begun - m_exposure < asked;
+        const bool early = exposed(frame) < asked;
         const quint64 number = arv_buffer_get_frame_id(frame.buffer);
         if (!early && (number != m_lastFrame || number == 0))
             return shotOf(frame);
@@ -249,15 +253,27 @@ DeviceShot AravisDevice::capture(const DeviceRequest& request)
     }
 }
 
+/// A clock that is far off counts another time.
+AravisDevice::Clock::time_point AravisDevice::exposed(const AravisStream::Frame& frame) const
+{
+    if (m_byArrival)
+        return frame.begun;
+    const auto latest = frame.begun - m_exposure;
+    const auto own = m_clock.latest(std::chrono::nanoseconds(arv_buffer_get_timestamp(frame.buffer)));
+    return own && std::chrono::abs(*own - latest) < sameClock ? std::min(*own, latest) : latest;
+}
+
 DeviceShot AravisDevice::nothingCame(const DeviceRequest& request, int tooEarly)
 {
     const auto limit = qlonglong(request.limit.count());
     if (m_trigger == Trigger::Software && tooEarly == 1) {
-        m_sendsEarly = true;
-        return {DeviceShot::End::Late, {}, 0, tr("相机在曝光结束之前就开始传送图像；已改为按到达时间判断，请重新触发")};
+        m_byArrival = true;
+        return {DeviceShot::End::Late, {}, 0, tr("相机的图像时间与触发不符；已改为按到达时间判断，请重新触发")};
     }
     if (m_trigger == Trigger::Software)
-        return {DeviceShot::End::Lost, {}, 0,
+        return {DeviceShot::End::Lost,
+                {},
+                0,
                 tr("相机在触发后 %1 毫秒内没有传来图像：请检查网线；图像大而网络慢时，请增大响应时限").arg(limit)};
     const QString problem = check();
     if (!problem.isEmpty())
@@ -330,7 +346,10 @@ QString AravisDevice::check()
     const auto control = GvcpProbe::readRegister(m_identity.address, GvcpProbe::controlPrivilege, answerLimit);
     if (!control)
         return tr("相机 %1 不再应答：请检查电源和网线").arg(m_identity.address);
-    return *control != 0 ? QString() : tr("相机重新启动过，正在重新打开");
+    if (*control == 0)
+        return tr("相机重新启动过，正在重新打开");
+    m_clock.compare(library());
+    return {};
 }
 
 quint64 AravisDevice::lostPackets() const

@@ -3,6 +3,7 @@
 #include "../CameraDevice.h"
 #include "AravisSettings.h"
 #include "AravisStream.h"
+#include "CameraClock.h"
 
 #include <valvecell/ICameraDiscovery.h>
 
@@ -16,9 +17,10 @@ class AravisFeatures;
 /// first where it was before. The library does not come back to a camera that it lost, so all is made anew by open().
 ///
 /// A frame counts when its exposure began after the software trigger was sent; with a line, or of a camera that cannot
-/// be triggered, after the capture was asked for. When an exposure began is taken from the arrival of the frame's first
-/// packet and the exposure time, since cameras differ in what their own clocks mean. A camera that sends the first packet
-/// before the exposure is over is known by its first triggered frame, and then judged by the arrival alone.
+/// be triggered, after the capture was asked for. The exposure began no later than the frame's first packet came less
+/// the exposure time, nor than the camera's own clock says. Cameras that send the first packet before the exposure is
+/// over, or whose clock means something else, are known by their first triggered frame, and then judged by the arrival
+/// alone.
 class AravisDevice final : public CameraDevice
 {
     Q_DECLARE_TR_FUNCTIONS(AravisDevice)
@@ -59,6 +61,7 @@ private:
     void stopStream();
     QString packetWarning();
     QString formatWarning();
+    Clock::time_point exposed(const AravisStream::Frame& frame) const;
     DeviceShot shotOf(const AravisStream::Frame& frame);
     DeviceShot nothingCame(const DeviceRequest& request, int tooEarly);
     QString incomplete(ArvBufferStatus status);
@@ -75,7 +78,8 @@ private:
     QStringList m_warnings;
     QMap<QString, QString> m_missing;
     std::chrono::microseconds m_exposure{0};
-    bool m_sendsEarly = false; ///< the first packet before the exposure is over
+    CameraClock m_clock;
+    bool m_byArrival = false; ///< exposure time and camera's clock say nothing about when a frame began
     quint64 m_lastFrame = 0;
     std::shared_ptr<std::atomic<bool>> m_controlLost;
 };

@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 
 #include <arv.h>
-
 #include <chrono>
 
 /// Writes the program's settings to a camera whose acquisition is stopped. The camera's thread.
