@@ -288,34 +288,44 @@ DeviceShot AravisDevice::nothingCame(const DeviceRequest& request, int tooEarly)
 
 DeviceShot AravisDevice::shotOf(const AravisStream::Frame& frame)
 {
-    using End = DeviceShot::End;
-    DeviceShot shot;
-    shot.frame = m_lastFrame = arv_buffer_get_frame_id(frame.buffer);
+    m_lastFrame = arv_buffer_get_frame_id(frame.buffer);
     const ArvBufferStatus status = arv_buffer_get_status(frame.buffer);
-    RawImage raw;
-    raw.format = arv_buffer_get_image_pixel_format(frame.buffer);
-    raw.width = arv_buffer_get_image_width(frame.buffer);
-    raw.height = arv_buffer_get_image_height(frame.buffer);
-    raw.data = static_cast<const uchar*>(arv_buffer_get_image_data(frame.buffer, &raw.size));
-    gint ignored = 0;
-    arv_buffer_get_image_padding(frame.buffer, &raw.linePadding, &ignored);
-    const bool whole = raw.data && raw.size >= PixelConversion::bytesNeeded(raw);
-    if (status != ARV_BUFFER_STATUS_SUCCESS || !whole) {
-        shot.end = status == ARV_BUFFER_STATUS_ABORTED ? End::Lost : End::Incomplete;
+    DeviceShot shot;
+    if (status == ARV_BUFFER_STATUS_SUCCESS) {
+        shot = imageOf(frame.buffer);
+    } else {
+        shot.end = status == ARV_BUFFER_STATUS_ABORTED ? DeviceShot::End::Lost : DeviceShot::End::Incomplete;
         shot.problem = incomplete(status);
-    } else if (PixelConversion::isPlainGray(raw.format)) {
-        shot.image = m_stream->lend(frame.buffer);
-    } else if (PixelConversion::isKnown(raw.format)) {
-        shot.image = PixelConversion::convert(raw);
-    }
-    if (!PixelConversion::isPlainGray(raw.format) || shot.image.isNull())
         m_stream->giveBack(frame.buffer);
-    if (!shot.image.isNull()) {
-        shot.end = End::Image;
-    } else if (shot.problem.isEmpty()) {
-        shot.end = End::Unusable;
-        shot.problem = formatWarning();
     }
+    shot.frame = m_lastFrame;
+    return shot;
+}
+
+/// Of a whole frame, which goes back, or into the image.
+DeviceShot AravisDevice::imageOf(ArvBuffer* buffer)
+{
+    using End = DeviceShot::End;
+    RawImage raw;
+    raw.format = arv_buffer_get_image_pixel_format(buffer);
+    raw.width = arv_buffer_get_image_width(buffer);
+    raw.height = arv_buffer_get_image_height(buffer);
+    raw.data = static_cast<const uchar*>(arv_buffer_get_image_data(buffer, &raw.size));
+    gint ignored = 0;
+    arv_buffer_get_image_padding(buffer, &raw.linePadding, &ignored);
+    const size_t needed = PixelConversion::bytesNeeded(raw);
+    const bool whole = raw.data && needed > 0 && raw.size >= needed;
+    if (whole && PixelConversion::isPlainGray(raw.format))
+        return {End::Image, m_stream->lend(buffer), 0, {}};
+    DeviceShot shot;
+    shot.image = PixelConversion::convert(raw);
+    m_stream->giveBack(buffer);
+    if (!shot.image.isNull())
+        shot.end = End::Image;
+    else if (PixelConversion::isKnown(raw.format))
+        shot = {End::Incomplete, {}, 0, incomplete(ARV_BUFFER_STATUS_SIZE_MISMATCH)};
+    else
+        shot = {End::Unusable, {}, 0, formatWarning()};
     return shot;
 }
 
@@ -327,7 +337,6 @@ QString AravisDevice::incomplete(ArvBufferStatus status)
     case ARV_BUFFER_STATUS_WRONG_PACKET_ID:
         return tr("图像不完整，丢失了数据包：请检查网线、网卡和交换机，减小数据包大小或增大数据包间隔");
     case ARV_BUFFER_STATUS_SIZE_MISMATCH:
-    case ARV_BUFFER_STATUS_SUCCESS:
         return tr("图像的大小与相机的设置不符");
     case ARV_BUFFER_STATUS_ABORTED:
         return tr("相机中断了采集");

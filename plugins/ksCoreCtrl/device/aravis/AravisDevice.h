@@ -63,6 +63,7 @@ private:
     QString formatWarning();
     Clock::time_point exposed(const AravisStream::Frame& frame) const;
     DeviceShot shotOf(const AravisStream::Frame& frame);
+    DeviceShot imageOf(ArvBuffer* buffer);
     DeviceShot nothingCame(const DeviceRequest& request, int tooEarly);
     QString incomplete(ArvBufferStatus status);
     ArvDevice* library() const { return arv_camera_get_device(m_camera.get()); }
