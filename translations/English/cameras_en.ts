@@ -177,8 +177,8 @@
         <translation>Region &amp;height</translation>
     </message>
     <message>
-        <source>数据包大小(&amp;P)</source>
-        <translation>&amp;Packet size</translation>
+        <source>数据包大小(&amp;Z)</source>
+        <translation>Packet si&amp;ze</translation>
     </message>
     <message>
         <source>字节</source>
@@ -189,8 +189,8 @@
         <translation>0 takes the largest that the network carries</translation>
     </message>
     <message>
-        <source>数据包间隔(&amp;I)</source>
-        <translation>Packet &amp;interval</translation>
+        <source>数据包间隔(&amp;V)</source>
+        <translation>Packet inter&amp;val</translation>
     </message>
     <message>
         <source>微秒</source>
@@ -287,8 +287,8 @@
 <context>
     <name>DeviceCamera</name>
     <message>
-        <source>响应时限(&amp;T)</source>
-        <translation>Response &amp;limit</translation>
+        <source>响应时限(&amp;M)</source>
+        <translation>Response li&amp;mit</translation>
     </message>
     <message>
         <source>毫秒</source>

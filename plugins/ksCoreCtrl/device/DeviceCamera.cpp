@@ -9,7 +9,7 @@
 CameraParameter DeviceCamera::timeLimit()
 {
     return {QStringLiteral("timeout_ms"),
-            tr("响应时限(&T)"),
+            tr("响应时限(&M)"),
             CameraParameter::Kind::Whole,
             800,
             50,

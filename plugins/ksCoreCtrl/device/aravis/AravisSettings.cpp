@@ -43,8 +43,8 @@ QVector<CameraParameter> AravisSettings::parameters()
             wholeNumber("region_y", tr("区域上边(&Y)"), 65535, pixels, {}),
             wholeNumber("region_width", tr("区域宽度(&W)"), 65535, pixels, wholeTip),
             wholeNumber("region_height", tr("区域高度(&H)"), 65535, pixels, wholeTip),
-            wholeNumber("packet_size", tr("数据包大小(&P)"), 16000, tr("字节"), tr("0 表示自动选择网络能传送的最大值")),
-            wholeNumber("packet_delay_us", tr("数据包间隔(&I)"), 100000, tr("微秒"), tr("多台相机共用一个网口时增大")),
+            wholeNumber("packet_size", tr("数据包大小(&Z)"), 16000, tr("字节"), tr("0 表示自动选择网络能传送的最大值")),
+            wholeNumber("packet_delay_us", tr("数据包间隔(&V)"), 100000, tr("微秒"), tr("多台相机共用一个网口时增大")),
             DeviceCamera::timeLimit()};
 }
 
