@@ -1,6 +1,8 @@
 #include "SerialPortTool.h"
 
 #include "LineWorker.h"
+#include "PortList.h"
+#include "PortName.h"
 
 #include <valvecell/Export.h>
 
@@ -8,8 +10,10 @@
 
 namespace {
 
-/// A device that takes longer to open counts as not open yet; the attempt goes on.
+/// A line that takes longer to open counts as not open yet; the attempt goes on. What a device does may take its time;
+/// a device server answers at once or is not there.
 constexpr std::chrono::milliseconds openWait{1000};
+constexpr std::chrono::milliseconds connectWait{250};
 
 qint32 baudFrom(const QString& text)
 {
@@ -40,19 +44,23 @@ LineSettings SerialPortTool::settingsFor(const QString& portName, const QString&
 {
     const qint32 baud = baudFrom(baudRate);
     const auto receive = m_receive ? m_receive : [](const SComFrame&) {};
-    if (!portName.isEmpty() && baud > 0)
+    const bool goodName = PortName::problemOf(portName).isEmpty();
+    if (goodName && (baud > 0 || PortName::from(portName).isTcp()))
         return {portName, baud, receive};
-    m_state->setLastError(QStringLiteral("port \"%1\", baud rate \"%2\": no such line").arg(portName, baudRate));
+    m_state->setLastFault(goodName ? LineFault{LineFault::BadBaudRate, baudRate, {}}
+                                   : LineFault{LineFault::BadName, portName, {}});
     return {};
 }
 
 void SerialPortTool::startThread(const LineSettings& settings)
 {
     m_state->stopping = false;
-    m_worker = new LineWorker(settings, m_state);
-    m_worker->moveToThread(&m_thread);
-    QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    auto* const worker = new LineWorker(settings, m_state);
+    worker->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, worker, &QObject::deleteLater);
     m_thread.start(QThread::TimeCriticalPriority);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_worker = worker;
 }
 
 bool SerialPortTool::open(const QString& portName, const QString& baudRate)
@@ -66,7 +74,8 @@ bool SerialPortTool::open(const QString& portName, const QString& baudRate)
     auto outcome = opened->get_future();
     QMetaObject::invokeMethod(
         m_worker, [worker = m_worker, opened] { worker->start(opened); }, Qt::QueuedConnection);
-    return outcome.wait_for(openWait) == std::future_status::ready && outcome.get();
+    const auto patience = PortName::from(portName).isTcp() ? connectWait : openWait;
+    return outcome.wait_for(patience) == std::future_status::ready && outcome.get();
 }
 
 bool SerialPortTool::reopen(const QString& portName, const QString& baudRate)
@@ -86,8 +95,11 @@ void SerialPortTool::close()
     if (!m_worker)
         return;
     m_state->stopping = true;
-    QMetaObject::invokeMethod(m_worker, &LineWorker::stop, Qt::QueuedConnection);
-    m_worker = nullptr;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        QMetaObject::invokeMethod(m_worker, &LineWorker::stop, Qt::QueuedConnection);
+        m_worker = nullptr;
+    }
     m_thread.wait();
 }
 
@@ -99,6 +111,7 @@ void SerialPortTool::send(const SComFrame* frame)
 
 void SerialPortTool::send(const SComFrame& frame, quint64 session)
 {
+    const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_worker || session == 0 || session != m_state->session) {
         ++m_state->framesDropped;
         return;
@@ -117,13 +130,27 @@ quint64 SerialPortTool::session() const
     return m_state->session;
 }
 
+std::function<QVector<FoundPort>()> SerialPortTool::finder() const
+{
+    return [] { return findPorts(); };
+}
+
+QString SerialPortTool::problemOf(const QString& name) const
+{
+    return PortName::problemOf(name);
+}
+
 void* SerialPortTool::extension(const char* id)
 {
     const auto asked = [id](const char* offered) { return id && std::strcmp(id, offered) == 0; };
     if (asked(ISerialStatus::id))
         return static_cast<ISerialStatus*>(this);
+    if (asked(ISerialUrgent::id))
+        return static_cast<ISerialUrgent*>(this);
     if (asked(ISerialSession::id))
         return static_cast<ISerialSession*>(this);
+    if (asked(ISerialPorts::id))
+        return static_cast<ISerialPorts*>(this);
     return asked(ISerialReopen::id) ? static_cast<ISerialReopen*>(this) : nullptr;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/DataBaseSql.h"
+#include "db/RowThinner.h"
 
 #include <QDateTime>
 #include <QMetaType>
@@ -55,6 +56,14 @@ public:
     /// Whether the table has this row already.
     bool contains(const StationResult& result, const QDateTime& time);
 
+    /// Deletes a few of the rows that are too old; see RowThinner. Returns when to call it again, milliseconds.
+    int thin();
+    /// Of the scheduler that setScheduler() gave.
+    RowThinner& thinner();
+
+    /// The time of the row that was inserted last, by whatever start of the program; not valid without one.
+    QDateTime lastTime();
+
     /// The form of every stored time; texts of it sort as the times do.
     static QString timeText(const QDateTime& time);
 
@@ -63,4 +72,5 @@ protected:
 
 private:
     qint64 m_lastRow = 0;
+    std::unique_ptr<RowThinner> m_thinner;
 };

@@ -40,7 +40,7 @@ QString what(const Alarm& alarm)
     case Alarm::FileGone:
         return Texts::tr("文件%1被删除，请恢复").arg(QFileInfo(alarm.subject).fileName());
     case Alarm::PortLost:
-        return Texts::tr("PLC串口断开：%1").arg(withReason(alarm));
+        return Texts::tr("PLC串口断开：%1").arg(alarm.detail.isEmpty() ? alarm.subject : alarm.detail);
     case Alarm::PlcSilent:
         return Texts::tr("PLC没有发送数据");
     case Alarm::ConfigDamaged:
@@ -52,6 +52,10 @@ QString what(const Alarm& alarm)
         return Texts::tr("型号库不能使用：%1").arg(alarm.detail);
     case Alarm::CameraLost:
         return Texts::tr("相机%1不可用：%2").arg(alarm.subject, alarm.detail);
+    case Alarm::CameraFloods:
+        return Texts::tr("相机%1不断送来未请求的图像，已丢弃").arg(alarm.subject);
+    case Alarm::ModuleFault:
+        return Texts::tr("模块%1：%2").arg(alarm.subject, alarm.detail);
     case Alarm::DiskLow:
         return Texts::tr("磁盘空间不足，剩余%1 GB").arg(alarm.detail);
     case Alarm::ImagesUnwritable:
@@ -80,12 +84,18 @@ Help helpOf(const Alarm& alarm)
     case Alarm::Starting:
         return {Texts::tr("请稍候"), "", {}};
     case Alarm::PortLost:
-        return {Texts::tr("检查串口线和端口设置，恢复后自动连接"), "actionSystem", Texts::tr("系统设置")};
+        return {alarm.detail.isEmpty() ? Texts::tr("检查串口线和端口设置，恢复后自动连接")
+                                       : Texts::tr("恢复后自动连接"),
+                "actionSystem", Texts::tr("系统设置")};
     case Alarm::PlcSilent:
         return {Texts::tr("检查PLC是否运行、波特率和接线"), "actionPlc", Texts::tr("PLC监视")};
     case Alarm::CameraLost:
     case Alarm::NoImage:
         return {Texts::tr("检查相机的供电、网线和触发"), "actionCamera", Texts::tr("相机管理")};
+    case Alarm::CameraFloods:
+        return {Texts::tr("关闭相机的连续采集或外部触发"), "actionCamera", Texts::tr("相机管理")};
+    case Alarm::ModuleFault:
+        return {Texts::tr("请将系统日志交给该模块的提供者"), "actionDevice", Texts::tr("设备管理")};
     case Alarm::CameraUnknown:
         return {Texts::tr("为该工位选择现有的相机"), "actionSystem", Texts::tr("系统设置")};
     case Alarm::NoResult:

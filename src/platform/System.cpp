@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QStorageInfo>
 
+#include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -53,6 +54,22 @@ qint64 residentMemoryKiB()
 {
     PROCESS_MEMORY_COUNTERS counters;
     return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) ? counters.WorkingSetSize / 1024 : 0;
+}
+
+std::optional<double> processorTimeMs(qint64 processId)
+{
+    const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(processId));
+    FILETIME born;
+    FILETIME ended;
+    FILETIME kernel;
+    FILETIME user;
+    const bool known = process && GetProcessTimes(process, &born, &ended, &kernel, &user);
+    if (process)
+        CloseHandle(process);
+    if (!known)
+        return {};
+    const auto ticks = [](FILETIME time) { return double(quint64(time.dwHighDateTime) << 32 | time.dwLowDateTime); };
+    return (ticks(kernel) + ticks(user)) / 1e4; // of 100 ns
 }
 
 void keepOthersOut() {}
@@ -103,6 +120,15 @@ qint64 residentMemoryKiB()
         return 0;
     const QList<QByteArray> fields = statm.readAll().split(' ');
     return fields.size() > 1 ? fields[1].toLongLong() * sysconf(_SC_PAGESIZE) / 1024 : 0;
+}
+
+std::optional<double> processorTimeMs(qint64 processId)
+{
+    clockid_t clock{};
+    timespec used{};
+    if (clock_getcpuclockid(static_cast<pid_t>(processId), &clock) != 0 || clock_gettime(clock, &used) != 0)
+        return {};
+    return double(used.tv_sec) * 1e3 + double(used.tv_nsec) / 1e6;
 }
 
 void keepOthersOut()

@@ -330,6 +330,32 @@ private slots:
         QCOMPARE(warnings.count, 4);
     }
 
+    void fileWhoseLogCannotBeWrittenIsWaitedFor_data() { Table::of<QString>({{"log", "-wal"}, {"index", "-shm"}}); }
+    void fileWhoseLogCannotBeWrittenIsWaitedFor()
+    {
+        const auto [tail] = Table::row<QString>();
+        const AsUser user(folder());
+        if (!user.isOne())
+            QSKIP("only an administrator can be another user");
+        {
+            Recording crashed(folder() + "/crashed.db");
+            crashed.record(1);
+            QTRY_COMPARE(crashed.recorder.waiting(), 0);
+            for (const char* part : {"", "-wal", "-shm"})
+                QVERIFY(QFile::copy(folder() + "/crashed.db" + part, file() + part));
+        }
+        QFile log(file() + tail);
+        QVERIFY(log.setPermissions(QFile::ReadOwner));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("没有权限写入文件.*Pellix\\.db" + tail));
+        Recording cell(file());
+        cell.record(2);
+        QCOMPARE(cell.recorder.waiting(), 1);
+        QVERIFY(cell.database.keptAside().isEmpty());
+        QVERIFY(log.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+        QTRY_COMPARE(cell.recorder.waiting(), 0);
+        QCOMPARE(recorded(), numbers(1, 2));
+    }
+
     void oldestRowsAreGivenUpBeyondTheLimit()
     {
         ResultRecorder::Rules rules = fastRules();
@@ -366,6 +392,36 @@ private slots:
             QVERIFY(!QFile::exists(spill));
             QFile::rename(file() + ".copy", spill); // as if the program had died before it removed the file
         }
+    }
+
+    void rowsThatWaitOutliveTheProcess_data()
+    {
+        Table::of<QByteArray, QByteArray, QStringList>({{"killed", "", "", numbers(1, 4)},
+                                                        {"while it wrote", "\"4\"}\n", "\"4", numbers(1, 3)},
+                                                        {"spoiled", "\"3\"}\n", "\"3\n", {"1", "2", "4"}}});
+    }
+    void rowsThatWaitOutliveTheProcess()
+    {
+        const auto [written, found, rows] = Table::row<QByteArray, QByteArray, QStringList>();
+        Recording cell(file());
+        cell.record(1);
+        OtherProgram other(file());
+        QVERIFY(other.run("BEGIN IMMEDIATE"));
+        for (int i = 2; i <= 4; ++i)
+            cell.record(i);
+        const QString name = "/Pellix.db", after = m_folder->filePath("after");
+        QDir().mkpath(after);
+        for (const char* tail : {"", "-wal", ".waiting.json"}) // as they lie there when the process is killed
+            QVERIFY(QFile::copy(file() + tail, after + name + tail));
+        QFile left(after + name + ".waiting.json");
+        QVERIFY(left.open(QIODevice::ReadWrite));
+        const QByteArray content = left.readAll().replace(written, found);
+        QVERIFY(left.resize(0) && left.seek(0) && left.write(content) == content.size());
+        left.close();
+        Recording next(after + name);
+        QTRY_COMPARE(next.recorder.waiting(), 0);
+        QCOMPARE(OtherProgram(after + name).column("select value3 from RltTable order by uid"), rows);
+        QCOMPARE(QDir(after).entryList({"*.damaged-*"}).size(), int(rows.last() == "4" && rows.size() == 3));
     }
 
     void clockIsSetBackAnHour()

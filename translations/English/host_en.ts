@@ -113,6 +113,17 @@ Close anyway?</translation>
     </message>
 </context>
 <context>
+    <name>CallWatch</name>
+    <message>
+        <source>抛出异常 %1</source>
+        <translation>threw %1</translation>
+    </message>
+    <message>
+        <source>耗时 %1 毫秒，程序被占用</source>
+        <translation>took %1 ms and held up the program</translation>
+    </message>
+</context>
+<context>
     <name>CellStatusBar</name>
     <message>
         <source>系统时间</source>
@@ -508,9 +519,16 @@ Close anyway?</translation>
         <source>%1条结果暂存于%2，下次启动时写入数据库</source>
         <translation>%1 results are kept in %2 and go into the database at the next start</translation>
     </message>
+</context>
+<context>
+    <name>WaitingRowsFile</name>
     <message>
-        <source>未写入的结果不能读取：%1，原文件保留为%2</source>
-        <translation>Results that were not yet written cannot be read: %1; the file is kept as %2</translation>
+        <source>未写入的结果有%1条不能读取：%2，原文件保留为%3</source>
+        <translation>%1 of the waiting results cannot be read: %2; the file was kept as %3</translation>
+    </message>
+    <message>
+        <source>%1中有%2条记录不能读取，原文件保留为%3</source>
+        <translation>%2 entries of %1 cannot be read; the file is kept as %3</translation>
     </message>
 </context>
 <context>
@@ -525,10 +543,33 @@ Close anyway?</translation>
     </message>
 </context>
 <context>
+    <name>RowThinner</name>
+    <message>
+        <source>系统时间突变为%1，暂停按天数清理%2的记录</source>
+        <translation>The clock jumped to %1; no record of %2 is deleted by its age</translation>
+    </message>
+    <message>
+        <source>清理旧记录</source>
+        <translation>deleting old records</translation>
+    </message>
+    <message>
+        <source>旧记录又能清理，期间失败%1次</source>
+        <translation>Old records are deleted again, after %1 failures</translation>
+    </message>
+    <message>
+        <source>已删除%1的旧记录%2条（%3至%4），只保留%5天</source>
+        <translation>%2 old records of %1 were deleted (%3 to %4); %5 days are kept</translation>
+    </message>
+</context>
+<context>
     <name>SqliteFile</name>
     <message>
         <source>文件已损坏：%1</source>
         <translation>the file is damaged: %1</translation>
+    </message>
+    <message>
+        <source>没有权限写入文件%1，请恢复写权限</source>
+        <translation>no right to write the file %1; give it back</translation>
     </message>
     <message>
         <source>文件只读：%1</source>
@@ -762,6 +803,22 @@ Close anyway?</translation>
         <translation>Set-up file with errors: %1</translation>
     </message>
     <message>
+        <source>相机%1不断送来未请求的图像，已丢弃</source>
+        <translation>Camera %1 keeps delivering images that nobody asked for; they are dropped</translation>
+    </message>
+    <message>
+        <source>模块%1：%2</source>
+        <translation>Module %1: %2</translation>
+    </message>
+    <message>
+        <source>关闭相机的连续采集或外部触发</source>
+        <translation>Switch off the camera's free run or external trigger</translation>
+    </message>
+    <message>
+        <source>请将系统日志交给该模块的提供者</source>
+        <translation>Give the system log to the module's vendor</translation>
+    </message>
+    <message>
         <source>工位%1没有设置相机</source>
         <translation>Station %1 has no camera set</translation>
     </message>
@@ -780,6 +837,10 @@ Close anyway?</translation>
     <message>
         <source>检查串口线和端口设置，恢复后自动连接</source>
         <translation>Check cable and port settings; it reconnects by itself</translation>
+    </message>
+    <message>
+        <source>恢复后自动连接</source>
+        <translation>It reconnects by itself</translation>
     </message>
     <message>
         <source>检查PLC是否运行、波特率和接线</source>
