@@ -7,6 +7,7 @@
 #include "GvcpProbe.h"
 
 #include <future>
+#include <mutex>
 #include <thread>
 
 namespace {
@@ -93,9 +94,12 @@ QString AravisDevice::locate(const QString& wanted)
     return tr("没有找到相机“%1”，现在能看到：%2。请检查电源和网线，或改用相机的网络地址").arg(wanted, found);
 }
 
-/// By address without the library's own search, which would hold up all cameras for a second.
+/// By address without the library's own search, which would hold up all cameras for a second. One camera at a time:
+/// the library reads the descriptions of two cameras at once with tables that it does not guard.
 QString AravisDevice::connect()
 {
+    static std::mutex oneAtATime;
+    const std::lock_guard<std::mutex> lock(oneAtATime);
     GErrorHolder error;
     GObjectPtr<ArvDevice> device;
     if (m_identity.address.isEmpty()) {
