@@ -77,15 +77,26 @@ void ResultRecorder::endWaiting()
 void ResultRecorder::record(const StationResult& result, const QString& picture)
 {
     Row row{{madeCarriable(result), m_rules.scheduler->now()}, picture};
+    row.alike = countAlike(row);
     if (!m_waiting.empty() || !insert(row))
         keep(std::move(row));
+}
+
+int ResultRecorder::countAlike(const Row& row)
+{
+    if (row.time != m_moment)
+        m_ofMoment.clear();
+    m_moment = row.time;
+    const QStringList looks{row.result.stationName, row.result.value2, row.result.value3};
+    m_ofMoment.append(looks);
+    return m_ofMoment.count(looks) - 1;
 }
 
 bool ResultRecorder::insert(const Row& row)
 {
     if (!m_database.isOpen() && !m_database.open())
         return false;
-    if (row.spilled && m_database.contains(row.result, row.time))
+    if (row.spilled && m_database.countAlike(row.result, row.time) > row.alike)
         return true;
     if (!m_database.insertResult(row.result, row.time))
         return false;

@@ -59,6 +59,7 @@ private:
     /// Writes what waits, as long as it goes in; takes at most some milliseconds of the thread at a time.
     void retry();
     bool insert(const Row& row);
+    int countAlike(const Row& row);
     void enterPictures();
     void readFile();
     /// All rows that wait; without any the file goes. `error` may be null.
@@ -73,6 +74,8 @@ private:
     WaitingRowsFile m_file;
     QHash<QString, Named> m_pictures;             ///< rows whose picture is being written
     QVector<QPair<QString, Named>> m_toBeEntered; ///< saved pictures, for the database
+    QDateTime m_moment;                           ///< of the last row
+    QVector<QStringList> m_ofMoment;              ///< what tells apart the rows of that moment
     int m_givenUp = 0;
     FaultNotice m_fault;
     std::unique_ptr<Scheduler::Timer> m_retry;

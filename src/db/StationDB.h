@@ -53,8 +53,8 @@ public:
     qint64 lastRow() const { return m_lastRow; }
     /// Enters a picture's path into the row of this number and time.
     bool setPicture(qint64 row, const QDateTime& time, const QString& path);
-    /// Whether the table has this row already.
-    bool contains(const StationResult& result, const QDateTime& time);
+    /// How many rows like this one the table has: two parts of one moment may look alike.
+    int countAlike(const StationResult& result, const QDateTime& time);
 
     /// Deletes a few of the rows that are too old; see RowThinner. Returns when to call it again, milliseconds.
     int thin();

@@ -16,6 +16,7 @@ QJsonObject toJson(const WaitingRow& row)
 {
     const StationResult& result = row.result;
     return {{"time", row.time.toString(Qt::ISODateWithMs)},
+            {"alike", row.alike},
             {"dAngle", result.angle},
             {"errorType", result.errorType},
             {"matchScore", result.matchScore},
@@ -45,7 +46,7 @@ WaitingRow rowOf(const QJsonObject& json)
     result.value1 = text("value1");
     result.value2 = text("value2");
     result.value3 = text("value3");
-    return {result, QDateTime::fromString(json["time"].toString(), Qt::ISODateWithMs)};
+    return {result, QDateTime::fromString(json["time"].toString(), Qt::ISODateWithMs), json["alike"].toInt()};
 }
 
 /// The entries of either form.

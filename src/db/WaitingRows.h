@@ -11,8 +11,9 @@
 /// A row for which the database has no place yet.
 struct WaitingRow
 {
-    StationResult result;
-    QDateTime time;
+    StationResult result; ///< texts as a statement can carry them
+    QDateTime time;       ///< of the answer
+    int alike = 0;        ///< rows of that time before it that look the same
 };
 
 /// Rows as the content of their file: a JSON object a line. Pure functions.

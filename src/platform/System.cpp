@@ -8,11 +8,11 @@
 #else
 #include <QFile>
 #include <QFileInfo>
-#include <QStorageInfo>
 
 #include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 #endif
 #ifdef __GLIBC__
@@ -48,6 +48,11 @@ bool flushFile(const QString& path)
     const bool flushed = FlushFileBuffers(file) != 0;
     CloseHandle(file);
     return flushed;
+}
+
+quint64 fileIdentity(const QString& path)
+{
+    return GetFileAttributesW(reinterpret_cast<LPCWSTR>(path.utf16())) != INVALID_FILE_ATTRIBUTES ? 1 : 0;
 }
 
 qint64 residentMemoryKiB()
@@ -98,9 +103,11 @@ qint64 freeSpaceMiB(const QString& folder)
     QString existing = folder;
     while (!existing.isEmpty() && !QFileInfo::exists(existing) && existing != QFileInfo(existing).path())
         existing = QFileInfo(existing).path();
-    const QStorageInfo storage(existing);
+    struct statvfs storage = {};
+    if (::statvfs(QFile::encodeName(existing).constData(), &storage) != 0)
+        return -1;
     // Blocks that are reserved for the administrator are of no use to the cell.
-    return storage.isValid() && storage.isReady() ? storage.bytesAvailable() / 1024 / 1024 : -1;
+    return static_cast<qint64>(storage.f_bavail) * static_cast<qint64>(storage.f_frsize) / 1024 / 1024;
 }
 
 bool flushFile(const QString& path)
@@ -111,6 +118,15 @@ bool flushFile(const QString& path)
     const bool flushed = ::fdatasync(file) == 0;
     ::close(file);
     return flushed;
+}
+
+/// The number of the file, and a part for the device: a folder may be mounted over.
+quint64 fileIdentity(const QString& path)
+{
+    struct stat file = {};
+    if (::stat(QFile::encodeName(path).constData(), &file) != 0)
+        return 0;
+    return static_cast<quint64>(file.st_ino) + (static_cast<quint64>(file.st_dev) << 48);
 }
 
 qint64 residentMemoryKiB()

@@ -14,6 +14,10 @@ qint64 freeSpaceMiB(const QString& folder);
 /// Waits until the disk holds everything written to the file so far, by whomever. False when it cannot.
 bool flushFile(const QString& path);
 
+/// Tells the file under a name from another that took its name while the first is open; 0 when there is none. On
+/// Windows nobody can replace an open file: a number that says no more than that there is one.
+quint64 fileIdentity(const QString& path);
+
 /// The process's resident memory in KiB; 0 when the platform does not say.
 qint64 residentMemoryKiB();
 

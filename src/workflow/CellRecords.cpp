@@ -180,6 +180,7 @@ void CellRecords::checkClock()
 void CellRecords::openModelLibrary(PlcIndexTable& indices, const QStringList& stations)
 {
     m_library = std::make_unique<QSqliteWheelHubZd>(m_home + QStringLiteral("/DBFiles/"));
+    m_library->setScheduler(m_scheduler);
     openLibrary();
     m_models = std::make_unique<ModelManager>(*m_library, indices, stations, m_scheduler);
     m_libraryOpenings = m_library->openings();

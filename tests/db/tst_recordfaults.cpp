@@ -222,6 +222,35 @@ private slots:
         QCOMPARE(recorded(), numbers(2, 3));
     }
 
+    void anotherFileTakesItsNameWhileTheCellRuns()
+    {
+        const QString earlier = folder() + "/earlier.db";
+        Recording(earlier).record(7);
+        Recording cell(file());
+        cell.record(1);
+        QVERIFY(QFile::remove(file()) && QFile::rename(earlier, file())); // and the log of the first lies beside it
+        cell.record(2);
+        QCOMPARE(recorded(), QStringList({"7", "2"}));
+    }
+
+    void rowsOfOneMomentThatLookAlikeAllOutliveARestart()
+    {
+        ResultRecorder::Rules rules = fastRules();
+        SetClock clock(noon);
+        rules.scheduler = &clock;
+        {
+            OtherProgram other(file());
+            Recording cell(file(), rules);
+            cell.record(1);
+            QVERIFY(other.run("BEGIN IMMEDIATE"));
+            cell.record(1);
+            cell.record(1);
+        }
+        Recording cell(file(), rules);
+        QTRY_COMPARE(cell.recorder.waiting(), 0);
+        QCOMPARE(recorded(), QStringList({"1", "1", "1"}));
+    }
+
     void anotherProgramWritesForAWhile()
     {
         ResultRecorder::Rules rules = fastRules();
