@@ -3,29 +3,13 @@
 #include "config/CellLimits.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
+#include "support/FakeCameras.h"
 #include "support/FakeEngine.h"
 #include "support/FakePort.h"
 #include "support/ManualScheduler.h"
 #include "support/TempHome.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/Cell.h"
-
-/// Cameras that a test drives: they note what they are asked for, and deliver what it says.
-struct FakeCameras : ICoreCtrl
-{
-    QStringList cameraKeys() override { return keys; }
-    void setRequestCallback(RequestCallback) override {}
-    void setImageCallback(ImageCallback) override {}
-    void setNotificationCallback(NotificationCallback) override {}
-    void start() override {}
-    void stop() override { deliver = nullptr; }
-    void trigger(const QStringList& cameras) override { asked << cameras; }
-
-    QStringList keys{QStringLiteral("cam1"), QStringLiteral("cam2")};
-    QStringList asked;
-    ImageCallback deliver;
-    NotificationCallback notify;
-};
 
 struct FakeModules : IModules
 {
