@@ -73,7 +73,7 @@ void CoreCtrl::trigger(const QStringList& cameraKeys)
 {
     for (const QString& key : cameraKeys) {
         if (Camera* named = camera(key))
-            named->trigger();
+            named->trigger(std::nullopt);
         else
             m_events.notify(Topics::unknownCamera, key, tr("没有名为“%1”的相机").arg(key));
     }
