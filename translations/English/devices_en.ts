@@ -60,6 +60,96 @@
     </message>
 </context>
 <context>
+    <name>CameraFeatureModel</name>
+    <message>
+        <source>不能修改：%1</source>
+        <translation>Cannot be changed: %1</translation>
+    </message>
+    <message>
+        <source>%1：%2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1，正在写入…</source>
+        <translation>%1, writing…</translation>
+    </message>
+    <message>
+        <source>执行…</source>
+        <translation>Execute…</translation>
+    </message>
+    <message>
+        <source>（读不到）</source>
+        <translation>(not readable)</translation>
+    </message>
+    <message>
+        <source>开</source>
+        <translation>on</translation>
+    </message>
+    <message>
+        <source>关</source>
+        <translation>off</translation>
+    </message>
+    <message>
+        <source>%1 种</source>
+        <translation>%1 choices</translation>
+    </message>
+    <message>
+        <source>其他</source>
+        <translation>Other</translation>
+    </message>
+    <message>
+        <source>“%1”不是整数</source>
+        <translation>“%1” is no whole number</translation>
+    </message>
+    <message>
+        <source>“%1”不是数字</source>
+        <translation>“%1” is no number</translation>
+    </message>
+    <message>
+        <source>%1不在%2到%3之间</source>
+        <translation>%1 is not between %2 and %3</translation>
+    </message>
+    <message>
+        <source>执行</source>
+        <translation>Execute</translation>
+    </message>
+    <message>
+        <source>名称</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>值</source>
+        <translation>Value</translation>
+    </message>
+    <message>
+        <source>范围</source>
+        <translation>Range</translation>
+    </message>
+</context>
+<context>
+    <name>CameraFeaturesPage</name>
+    <message>
+        <source>按名称或说明筛选</source>
+        <translation>Filter by name or description</translation>
+    </message>
+    <message>
+        <source>筛选</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>重新读取(&amp;U)</source>
+        <translation>Read again (&amp;U)</translation>
+    </message>
+    <message>
+        <source>相机功能</source>
+        <translation>Features of the camera</translation>
+    </message>
+    <message>
+        <source>读不到相机功能：%1</source>
+        <translation>The features of the camera cannot be read: %1</translation>
+    </message>
+</context>
+<context>
     <name>CameraFile</name>
     <message>
         <source>相机名称不能为空</source>
@@ -191,6 +281,73 @@
     </message>
 </context>
 <context>
+    <name>FoundCameras</name>
+    <message>
+        <source>正在搜索</source>
+        <translation>Searching</translation>
+    </message>
+    <message>
+        <source>重新搜索(&amp;S)</source>
+        <translation>&amp;Search again</translation>
+    </message>
+    <message>
+        <source>找到的相机</source>
+        <translation>Cameras found</translation>
+    </message>
+    <message>
+        <source>类型</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>厂商</source>
+        <translation>Vendor</translation>
+    </message>
+    <message>
+        <source>型号</source>
+        <translation>Model</translation>
+    </message>
+    <message>
+        <source>序列号</source>
+        <translation>Serial number</translation>
+    </message>
+    <message>
+        <source>用户名称</source>
+        <translation>User name</translation>
+    </message>
+    <message>
+        <source>地址</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <source>说明</source>
+        <translation>Note</translation>
+    </message>
+    <message>
+        <source>已配置为“%1”</source>
+        <translation>configured as “%1”</translation>
+    </message>
+    <message>
+        <source>%1；%2</source>
+        <translation>%1; %2</translation>
+    </message>
+    <message>
+        <source>正在搜索相机，也可以直接在下面填写</source>
+        <translation>Searching for cameras; the fields below can be filled in meanwhile</translation>
+    </message>
+    <message>
+        <source>找到 %1 个相机，选择一个即填入下面</source>
+        <translation>Cameras found: %1. Choose one to fill in the fields below</translation>
+    </message>
+    <message>
+        <source>没有找到相机：检查电源、网线和网段，或直接在下面填写</source>
+        <translation>No camera found: check power, cable and network, or fill in the fields below</translation>
+    </message>
+    <message>
+        <source>可以搜索网络和总线上的相机</source>
+        <translation>Cameras on network and bus can be searched for</translation>
+    </message>
+</context>
+<context>
     <name>LivePicture</name>
     <message>
         <source>相机现在不能取像</source>
@@ -210,6 +367,41 @@
     <message>
         <source>模块未能启动，原因见系统日志</source>
         <translation>The module did not start; the system log tells why</translation>
+    </message>
+</context>
+<context>
+    <name>PictureGauges</name>
+    <message>
+        <source>灰度直方图</source>
+        <translation>Histogram</translation>
+    </message>
+    <message>
+        <source>过曝</source>
+        <translation>Overexposed</translation>
+    </message>
+    <message>
+        <source>清晰度</source>
+        <translation>Focus</translation>
+    </message>
+    <message>
+        <source>清零(&amp;X)</source>
+        <translation>Reset (&amp;X)</translation>
+    </message>
+    <message>
+        <source>清晰度与最大值之比</source>
+        <translation>Focus as a share of its maximum</translation>
+    </message>
+    <message>
+        <source>无图像</source>
+        <translation>no picture</translation>
+    </message>
+    <message>
+        <source>%1，最大 %2</source>
+        <translation>%1, best %2</translation>
+    </message>
+    <message>
+        <source>每秒 %1 幅，丢失数据包 %2（重发 %3），不完整图像 %4，重新打开 %5 次</source>
+        <translation>%1 images per second, lost packets %2 (resent %3), incomplete images %4, reopened %5</translation>
     </message>
 </context>
 <context>
@@ -419,6 +611,10 @@
     <message>
         <source>未能保存，参数没有改变：%1</source>
         <translation>Not saved, the settings are as before: %1</translation>
+    </message>
+    <message>
+        <source>专家</source>
+        <translation>Expert</translation>
     </message>
 </context>
 <context>

@@ -235,7 +235,9 @@ Qt::ItemFlags CameraFeatureModel::flags(const QModelIndex& index) const
 /// What was typed as the feature takes it; `problem` says why it cannot.
 QVariant CameraFeatureModel::typed(const CameraFeature& feature, const QVariant& value, QString* problem)
 {
-    if (feature.kind == Kind::Switch || feature.kind == Kind::Command)
+    if (feature.kind == Kind::Command)
+        return {};
+    if (feature.kind == Kind::Switch)
         return value.toBool();
     const QString text = value.toString().trimmed();
     if (feature.kind == Kind::Text || feature.kind == Kind::Choice)

@@ -37,7 +37,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 signals:
-    /// `value` has the type and range of the feature.
+    /// `value` has the type and range of the feature; none for a command.
     void writeWanted(const CameraFeature& feature, const QVariant& value);
 
 private:

@@ -11,8 +11,8 @@
 #include <QSortFilterProxyModel>
 
 namespace {
-constexpr int nameWidth = 200;
-constexpr int valueWidth = 120;
+constexpr int nameWidth = 185;
+constexpr int valueWidth = 100;
 } // namespace
 
 CameraFeaturesPage::CameraFeaturesPage(QWidget* parent)

@@ -28,6 +28,12 @@ public:
     }
 
 protected:
+    void showEvent(QShowEvent* event) override
+    {
+        if (widget())
+            widget()->setAutoFillBackground(false); // the ground is that of the page
+        QScrollArea::showEvent(event);
+    }
     bool eventFilter(QObject* object, QEvent* event) override
     {
         if (event->type() == QEvent::LayoutRequest)

@@ -8,6 +8,7 @@
 
 namespace {
 constexpr int lookMs = 200;
+constexpr int widestColumn = 135; ///< so that the last is seen, too; the whole is in the tip
 } // namespace
 
 FoundCameras::FoundCameras(QWidget* parent)
@@ -18,6 +19,9 @@ FoundCameras::FoundCameras(QWidget* parent)
     m_ui->foundTable->setColumnCount(columns);
     m_ui->foundTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_ui->foundTable->horizontalHeader()->setStretchLastSection(true);
+    m_ui->foundTable->horizontalHeader()->setMaximumSectionSize(widestColumn);
+    fill();
+    showState();
     m_tick.setInterval(lookMs);
     connect(&m_tick, &QTimer::timeout, this, &FoundCameras::look);
     connect(m_ui->searchButton, &QPushButton::clicked, this, &FoundCameras::search);

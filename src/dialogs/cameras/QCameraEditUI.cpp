@@ -8,6 +8,10 @@
 #include <QEvent>
 #include <QSignalBlocker>
 
+namespace {
+constexpr QSize sizeWithFound(940, 640); ///< the list of found cameras has many columns
+} // namespace
+
 QCameraEditUI::QCameraEditUI(CameraAccess& cameras, QWidget* parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::QCameraEditUI>())
@@ -15,6 +19,8 @@ QCameraEditUI::QCameraEditUI(CameraAccess& cameras, QWidget* parent)
 {
     m_ui->setupUi(this);
     m_ui->found->setDiscovery(cameras.discovery);
+    if (cameras.discovery)
+        resize(sizeWithFound);
     DialogForm::prepare(this);
     connect(m_ui->found, &FoundCameras::chosen, this, &QCameraEditUI::take);
     connect(m_ui->keyEdit, &QLineEdit::textChanged, this, &QCameraEditUI::judge);

@@ -247,7 +247,7 @@ private slots:
         QVERIFY2(!model->setData(value(0), "30"), "one is on its way");
         QVERIFY(model->setData(value(1), "4000000000"));
         QVERIFY(model->setData(value(2, 1), true));
-        QCOMPARE(module.written.join(' '), "Rate=20 Width=4000000000 Reset=true");
+        QCOMPARE(module.written.join(' '), "Rate=20 Width=4000000000 Reset=");
         module.features[1].value = qlonglong(4000000000);
         module.writes[0]("busy");
         module.writes[1]({});
@@ -383,8 +383,9 @@ private slots:
             if (at->isVisible() && at->focusPolicy() & Qt::TabFocus && !at->objectName().isEmpty())
                 walk << at->objectName();
         }
-        QCOMPARE(walk.join(' '), "exposure_ms transfer_ms folder folderButton viewer liveButton singleButton forgetButton "
-                                 "okButton cancelButton");
+        QCOMPARE(walk.join(' '),
+                 "exposure_ms transfer_ms folder folderButton viewer liveButton singleButton forgetButton "
+                 "okButton cancelButton");
     }
 };
 
