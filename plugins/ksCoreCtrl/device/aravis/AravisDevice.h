@@ -1,0 +1,75 @@
+#pragma once
+
+#include "../CameraDevice.h"
+#include "AravisSettings.h"
+#include "AravisStream.h"
+
+#include <valvecell/ICameraDiscovery.h>
+
+#include <QCoreApplication>
+
+/// A GigE Vision or USB3 Vision camera.
+///
+/// The setting "device" names it: by its address it is opened at once; by serial number or user name it is looked for,
+/// first where it was before. The library does not come back to a camera that it lost, so all is made anew by open().
+///
+/// With the software trigger a frame counts that began after the trigger was sent; with a line, or of a camera that
+/// cannot be triggered, one whose exposure began after the capture was asked for. When an exposure began is taken from
+/// the arrival of the frame's first packet and the exposure time, since cameras differ in what their own clocks mean.
+class AravisDevice final : public CameraDevice
+{
+    Q_DECLARE_TR_FUNCTIONS(AravisDevice)
+
+public:
+    static constexpr CameraType type = CameraType::Gige;
+    static QVector<CameraParameter> parameters() { return AravisSettings::parameters(); }
+    static QVector<FoundCamera> find();
+
+    AravisDevice() = default;
+    ~AravisDevice() override;
+
+    QString open(const QVariantMap& settings, const QVariantMap& features) override;
+    void close() override;
+    QString apply(const QVariantMap& settings) override;
+    DeviceShot capture(const DeviceRequest& request) override;
+    QString check() override;
+
+    DeviceIdentity identity() const override { return m_identity; }
+    QString warning() const override { return m_warnings.join(QLatin1Char('\n')); }
+    QMap<QString, QString> missingSettings() const override { return m_missing; }
+    quint64 lostPackets() const override;
+    quint64 resentPackets() const override;
+
+    QStringList featureNames() override;
+    CameraFeature feature(const QString& name) override;
+    QString writeFeature(const QString& name, const QVariant& value) override;
+
+private:
+    using Clock = AravisStream::Clock;
+
+    /// Fills in m_identity and m_id.
+    QString locate(const QString& wanted);
+    QString connect();
+    /// Writes settings and features, and starts the stream.
+    QString prepare();
+    QString startStream();
+    void stopStream();
+    QString packetWarning();
+    QString formatWarning();
+    DeviceShot shotOf(const AravisStream::Frame& frame);
+    DeviceShot nothingCame(const DeviceRequest& request);
+    QString incomplete(ArvBufferStatus status);
+    ArvDevice* library() const { return arv_camera_get_device(m_camera.get()); }
+
+    GObjectPtr<ArvCamera> m_camera;
+    std::unique_ptr<AravisStream> m_stream;
+    QVariantMap m_settings;
+    QVariantMap m_features;
+    AravisSettings::Trigger m_trigger = AravisSettings::Trigger::Software;
+    DeviceIdentity m_identity;
+    QString m_id; ///< by which the library opens a camera without an address
+    QStringList m_warnings;
+    QMap<QString, QString> m_missing;
+    quint64 m_lastFrame = 0;
+    std::shared_ptr<std::atomic<bool>> m_controlLost;
+};
