@@ -53,7 +53,7 @@ QVector<CameraParameter> V4l2Format::parameters()
 {
     using Kind = CameraParameter::Kind;
     CameraParameter format{
-        QStringLiteral("pixel_format"), tr("像素格式(&P)"), Kind::Choice, QStringLiteral("auto"), 0, 0, {}, {}, {}};
+        QStringLiteral("pixel_format"), tr("像素格式(&M)"), Kind::Choice, QStringLiteral("auto"), 0, 0, {}, {}, {}};
     format.choices = {{QStringLiteral("auto"), tr("自动：优先灰度")}};
     for (const KnownFormat& one : knownFormats)
         format.choices.append({QLatin1String(one.name), QLatin1String(one.name)});
