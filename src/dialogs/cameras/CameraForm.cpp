@@ -18,6 +18,8 @@ namespace {
 
 using Kind = CameraParameter::Kind;
 
+constexpr int rowBelowAll = 500;
+
 QString fullPath(const QString& folder)
 {
     return QDir(HomeFiles::home()).absoluteFilePath(folder.trimmed());
@@ -84,6 +86,7 @@ CameraForm::CameraForm(QWidget* parent)
     m_grid->setVerticalSpacing(8);
     m_grid->setColumnMinimumWidth(0, 110);
     m_grid->setColumnStretch(1, 1);
+    m_grid->setRowStretch(rowBelowAll, 1); // what is left of the height
 }
 
 void CameraForm::setParameters(const QVector<CameraParameter>& parameters)
