@@ -7,7 +7,7 @@
 #include "ui_CameraFeaturesPage.h"
 
 #include <QHeaderView>
-#include <QShowEvent>
+#include <QKeyEvent>
 #include <QSortFilterProxyModel>
 
 namespace {
@@ -50,6 +50,13 @@ void CameraFeaturesPage::showEvent(QShowEvent* event)
     if (!event->spontaneous())
         read();
     QWidget::showEvent(event);
+}
+
+/// Enter ends a field here; beyond it would press the dialog's OK.
+void CameraFeaturesPage::keyPressEvent(QKeyEvent* event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    event->setAccepted(isEnter);
 }
 
 void CameraFeaturesPage::read()

@@ -73,7 +73,7 @@ QVector<FoundCamera> V4l2Bus::cameras() const
         camera.type = CameraType::Usb;
         camera.vendor = one.identity.vendor;
         camera.model = one.identity.model;
-        camera.serial = one.identity.serial;
+        camera.serial = unique ? one.identity.serial : QString();
         camera.address = one.identity.address;
         camera.problem = one.problem;
         const QString name = unique ? one.identity.serial : one.port.isEmpty() ? one.identity.address : one.port;

@@ -24,7 +24,8 @@ public:
 
     /// Those that deliver pictures: a camera has nodes for other things, too.
     QVector<Found> look() const;
-    /// The cameras to be configured. Where two say the same serial number, each is named by its port.
+    /// The cameras to be configured. Where two say the same serial number, it counts as none, and
+    /// each is named by its port.
     QVector<FoundCamera> cameras() const;
 
     /// The path of the one camera that `wanted` names: a path, serial number, port or model. Empty, with a problem, for
