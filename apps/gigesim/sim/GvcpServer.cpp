@@ -116,6 +116,8 @@ QByteArray GvcpServer::readRegisters(const QByteArray& payload) const
 bool GvcpServer::writeNumber(quint32 address, quint32 value, const Sender& sender, Clock::time_point now,
                              Effect* effect)
 {
+    if (m_controller.port == 0 && address != GigeRegisters::Control)
+        return false;
     if (address == GigeRegisters::PacketSize && value & GigeRegisters::firePacket) {
         effect->testPacket = true;
         value &= ~GigeRegisters::firePacket;
@@ -147,7 +149,7 @@ QByteArray GvcpServer::writeRegisters(const QByteArray& payload, const Sender& s
         if (writeNumber(word(payload, at), word(payload, at + 4), sender, now, effect))
             ++written;
         else
-            *status = InvalidAddress;
+            *status = AccessDenied;
     }
     QByteArray reply;
     append(&reply, written);
@@ -172,10 +174,10 @@ QByteArray GvcpServer::writeMemory(const QByteArray& payload, const Sender& send
     for (int at = 0; *status == Good && good && at < data.size(); at += 4) {
         const quint32 address = start + quint32(at);
         good = data.size() - at >= 4 ? writeNumber(address, word(data, at), sender, now, effect)
-                                     : m_registers.write(address, data.mid(at));
+                                     : m_controller == sender && m_registers.write(address, data.mid(at));
     }
     if (!good)
-        *status = InvalidAddress;
+        *status = AccessDenied;
     QByteArray reply;
     append(&reply, quint32(data.size()));
     return reply;

@@ -14,6 +14,7 @@ namespace {
 constexpr std::chrono::milliseconds answerLimit(450);
 constexpr std::chrono::milliseconds closingLimit(300);
 
+using Trigger = AravisSettings::Trigger;
 using SharedFlag = std::shared_ptr<std::atomic<bool>>;
 
 void onControlLost(ArvDevice*, SharedFlag* lost)
@@ -45,6 +46,8 @@ QVector<FoundCamera> AravisDevice::find()
 {
     return AravisBus::find();
 }
+
+AravisDevice::AravisDevice() = default;
 
 AravisDevice::~AravisDevice()
 {
@@ -115,7 +118,10 @@ QString AravisDevice::connect()
     g_signal_connect_data(device.get(), "control-lost", G_CALLBACK(onControlLost), new SharedFlag(m_controlLost),
                           freeFlag, GConnectFlags(0));
     m_camera.reset(arv_camera_new_with_device(device.get(), &error));
-    return m_camera ? QString() : AravisText::failed(failure, error.get());
+    if (!m_camera)
+        return AravisText::failed(failure, error.get());
+    m_reader = std::make_unique<AravisFeatures>(library());
+    return {};
 }
 
 QString AravisDevice::prepare()
@@ -126,10 +132,10 @@ QString AravisDevice::prepare()
         return writer.error();
     m_trigger = writer.trigger();
     m_missing = writer.missing();
+    m_exposure = writer.exposure();
     m_warnings = writer.adjusted();
-    AravisFeatures written(library());
     for (auto it = m_features.constBegin(); it != m_features.constEnd(); ++it) {
-        const QString problem = written.write(it.key(), it.value());
+        const QString problem = m_reader->write(it.key(), it.value());
         if (!problem.isEmpty())
             m_warnings.append(problem);
     }
@@ -143,6 +149,7 @@ QString AravisDevice::prepare()
 QString AravisDevice::startStream()
 {
     QString reason;
+    m_lastFrame = 0; // a camera counts anew with each acquisition
     m_stream = AravisStream::start(m_camera.get(), &reason);
     return m_stream ? QString() : tr("相机不能开始采集：%1").arg(reason);
 }
@@ -208,6 +215,7 @@ QString AravisDevice::apply(const QVariantMap& settings)
     AravisSettings writer(m_camera.get(), settings);
     if (!writer.writeExposure())
         return writer.error();
+    m_exposure = writer.exposure();
     m_warnings = writer.adjusted();
     m_warnings << formatWarning() << packetWarning();
     m_warnings.removeAll(QString());
@@ -217,35 +225,39 @@ QString AravisDevice::apply(const QVariantMap& settings)
 DeviceShot AravisDevice::capture(const DeviceRequest& request)
 {
     const auto until = Clock::now() + request.limit;
-    auto begun = request.asked;
-    if (m_trigger == AravisSettings::Trigger::Software) {
+    auto asked = request.asked;
+    if (m_trigger == Trigger::None)
+        return {DeviceShot::End::Unusable, {}, 0, warning()};
+    if (m_trigger == Trigger::Software) {
         m_stream->clear();
-        begun = Clock::now();
+        asked = Clock::now();
         GErrorHolder error;
         arv_camera_software_trigger(m_camera.get(), &error);
         if (error)
             return {DeviceShot::End::Lost, {}, 0, AravisText::failed(tr("相机没有接受触发"), error.get())};
-    } else {
-        const double exposure = m_settings.value(QStringLiteral("exposure_ms")).toDouble();
-        begun += std::chrono::microseconds(qint64(exposure * 1000));
     }
-    for (;;) {
-        const AravisStream::Frame frame = m_stream->wait(begun, until, request.cancelled);
+    for (int tooEarly = 0;;) {
+        const AravisStream::Frame frame = m_stream->wait(asked, until, request.cancelled);
         if (!frame.buffer)
-            return nothingCame(request);
-        if (arv_buffer_get_frame_id(frame.buffer) != m_lastFrame || m_lastFrame == 0)
+            return nothingCame(request, tooEarly);
+        const bool early = !m_sendsEarly && frame.begun - m_exposure < asked;
+        const quint64 number = arv_buffer_get_frame_id(frame.buffer);
+        if (!early && (number != m_lastFrame || number == 0))
             return shotOf(frame);
-        m_stream->giveBack(frame.buffer); // the same once more
+        tooEarly += early ? 1 : 0;
+        m_stream->giveBack(frame.buffer);
     }
 }
 
-DeviceShot AravisDevice::nothingCame(const DeviceRequest& request)
+DeviceShot AravisDevice::nothingCame(const DeviceRequest& request, int tooEarly)
 {
     const auto limit = qlonglong(request.limit.count());
-    if (m_trigger == AravisSettings::Trigger::Software)
-        return {DeviceShot::End::Lost,
-                {},
-                0,
+    if (m_trigger == Trigger::Software && tooEarly == 1) {
+        m_sendsEarly = true;
+        return {DeviceShot::End::Late, {}, 0, tr("相机在曝光结束之前就开始传送图像；已改为按到达时间判断，请重新触发")};
+    }
+    if (m_trigger == Trigger::Software)
+        return {DeviceShot::End::Lost, {}, 0,
                 tr("相机在触发后 %1 毫秒内没有传来图像：请检查网线；图像大而网络慢时，请增大响应时限").arg(limit)};
     const QString problem = check();
     if (!problem.isEmpty())
@@ -333,19 +345,19 @@ quint64 AravisDevice::resentPackets() const
 
 QStringList AravisDevice::featureNames()
 {
-    return AravisFeatures(library()).names();
+    return m_reader->names();
 }
 
 CameraFeature AravisDevice::feature(const QString& name)
 {
-    return AravisFeatures(library()).read(name);
+    return m_reader->read(name);
 }
 
 /// Some features can only be written while nothing is captured, and change the size of a frame.
 QString AravisDevice::writeFeature(const QString& name, const QVariant& value)
 {
     stopStream();
-    const QString problem = AravisFeatures(library()).write(name, value);
+    const QString problem = m_reader->write(name, value);
     if (problem.isEmpty() && value.isValid())
         m_features.insert(name, value);
     const QString notStarted = startStream();

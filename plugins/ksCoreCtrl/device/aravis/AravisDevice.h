@@ -8,14 +8,17 @@
 
 #include <QCoreApplication>
 
+class AravisFeatures;
+
 /// A GigE Vision or USB3 Vision camera.
 ///
 /// The setting "device" names it: by its address it is opened at once; by serial number or user name it is looked for,
 /// first where it was before. The library does not come back to a camera that it lost, so all is made anew by open().
 ///
-/// With the software trigger a frame counts that began after the trigger was sent; with a line, or of a camera that
-/// cannot be triggered, one whose exposure began after the capture was asked for. When an exposure began is taken from
-/// the arrival of the frame's first packet and the exposure time, since cameras differ in what their own clocks mean.
+/// A frame counts when its exposure began after the software trigger was sent; with a line, or of a camera that cannot
+/// be triggered, after the capture was asked for. When an exposure began is taken from the arrival of the frame's first
+/// packet and the exposure time, since cameras differ in what their own clocks mean. A camera that sends the first packet
+/// before the exposure is over is known by its first triggered frame, and then judged by the arrival alone.
 class AravisDevice final : public CameraDevice
 {
     Q_DECLARE_TR_FUNCTIONS(AravisDevice)
@@ -25,7 +28,7 @@ public:
     static QVector<CameraParameter> parameters() { return AravisSettings::parameters(); }
     static QVector<FoundCamera> find();
 
-    AravisDevice() = default;
+    AravisDevice();
     ~AravisDevice() override;
 
     QString open(const QVariantMap& settings, const QVariantMap& features) override;
@@ -57,12 +60,13 @@ private:
     QString packetWarning();
     QString formatWarning();
     DeviceShot shotOf(const AravisStream::Frame& frame);
-    DeviceShot nothingCame(const DeviceRequest& request);
+    DeviceShot nothingCame(const DeviceRequest& request, int tooEarly);
     QString incomplete(ArvBufferStatus status);
     ArvDevice* library() const { return arv_camera_get_device(m_camera.get()); }
 
     GObjectPtr<ArvCamera> m_camera;
     std::unique_ptr<AravisStream> m_stream;
+    std::unique_ptr<AravisFeatures> m_reader;
     QVariantMap m_settings;
     QVariantMap m_features;
     AravisSettings::Trigger m_trigger = AravisSettings::Trigger::Software;
@@ -70,6 +74,8 @@ private:
     QString m_id; ///< by which the library opens a camera without an address
     QStringList m_warnings;
     QMap<QString, QString> m_missing;
+    std::chrono::microseconds m_exposure{0};
+    bool m_sendsEarly = false; ///< the first packet before the exposure is over
     quint64 m_lastFrame = 0;
     std::shared_ptr<std::atomic<bool>> m_controlLost;
 };

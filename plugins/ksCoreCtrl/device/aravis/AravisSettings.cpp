@@ -10,7 +10,8 @@ namespace {
 
 const auto softwareSource = QStringLiteral("software");
 
-CameraParameter wholeNumber(const char* name, const QString& caption, int maximum, const QString& unit, const QString& tip)
+CameraParameter wholeNumber(const char* name, const QString& caption, int maximum, const QString& unit,
+                            const QString& tip)
 {
     return {QLatin1String(name), caption, CameraParameter::Kind::Whole, 0, 0, double(maximum), unit, {}, tip};
 }
@@ -116,7 +117,7 @@ bool AravisSettings::setTrigger(const char* source)
     g_free(sources);
     m_adjusted.last() =
         tr("这台相机没有触发源 %1，可选：%2").arg(QLatin1String(source), names.join(QStringLiteral(", ")));
-    m_trigger = Trigger::FreeRun;
+    m_trigger = Trigger::None;
     return true;
 }
 
@@ -168,6 +169,7 @@ bool AravisSettings::writeExposure()
     if (!error) {
         const double wanted = m_settings.value(QStringLiteral("exposure_ms")).toDouble();
         arv_camera_set_exposure_time(m_camera, within("exposure_ms", wanted, low / 1000, high / 1000) * 1000, &error);
+        m_exposure = std::chrono::microseconds(qint64(arv_camera_get_exposure_time(m_camera, nullptr)));
     }
     return check(tr("无法设置曝光时间"), error.get()) && writeGain();
 }

@@ -6,13 +6,20 @@
 
 #include <arv.h>
 
+#include <chrono>
+
 /// Writes the program's settings to a camera whose acquisition is stopped. The camera's thread.
 class AravisSettings
 {
     Q_DECLARE_TR_FUNCTIONS(AravisSettings)
 
 public:
-    enum class Trigger { Software, Line, FreeRun };
+    enum class Trigger {
+        Software,
+        Line,
+        FreeRun, ///< of a camera that cannot be triggered by software
+        None,    ///< the wanted source is not there; pictures of another moment would be of no use
+    };
 
     static QVector<CameraParameter> parameters();
     /// The setting that decides a feature of the camera; empty when none does.
@@ -26,6 +33,8 @@ public:
     bool writeExposure();
 
     Trigger trigger() const { return m_trigger; }
+    /// As the camera has it; 0 when it has none.
+    std::chrono::microseconds exposure() const { return m_exposure; }
     const QString& error() const { return m_error; }
     const QMap<QString, QString>& missing() const { return m_missing; }
     /// What was done otherwise than wanted, each a sentence.
@@ -47,6 +56,7 @@ private:
     ArvCamera* const m_camera;
     const QVariantMap m_settings;
     Trigger m_trigger = Trigger::Software;
+    std::chrono::microseconds m_exposure{0};
     QString m_error;
     QMap<QString, QString> m_missing;
     QStringList m_adjusted;

@@ -9,6 +9,15 @@ constexpr int buffersAtStart = 6;
 constexpr int maxBuffers = 24; ///< lent ones included
 constexpr std::chrono::milliseconds slice(50);
 
+/// The library notes the first packet by the clock of the day, which may be set at any time; so only the frame's age is
+/// taken from it.
+AravisStream::Clock::time_point begin(ArvBuffer* buffer)
+{
+    const auto age = std::chrono::microseconds(g_get_real_time()) -
+                     std::chrono::nanoseconds(arv_buffer_get_system_timestamp(buffer));
+    return AravisStream::Clock::now() - std::max(age, std::chrono::nanoseconds(0));
+}
+
 } // namespace
 
 /// The buffers of a stream, which images may still use when the stream is gone.
@@ -94,13 +103,8 @@ AravisStream::~AravisStream()
 
 void AravisStream::onFrame(void* self, ArvStreamCallbackType type, ArvBuffer* buffer)
 {
-    auto* stream = static_cast<AravisStream*>(self);
-    if (type == ARV_STREAM_CALLBACK_TYPE_START_BUFFER) {
-        const std::lock_guard<std::mutex> lock(stream->m_mutex);
-        stream->m_filling.push_back({buffer, Clock::now()});
-    } else if (type == ARV_STREAM_CALLBACK_TYPE_BUFFER_DONE) {
-        stream->take(buffer);
-    }
+    if (type == ARV_STREAM_CALLBACK_TYPE_BUFFER_DONE)
+        static_cast<AravisStream*>(self)->take(buffer);
 }
 
 /// On the library's thread. What the stream has ready is this very buffer.
@@ -116,11 +120,7 @@ void AravisStream::take(ArvBuffer* done)
     }
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        const auto begun = std::find_if(m_filling.begin(), m_filling.end(),
-                                        [done](const Frame& frame) { return frame.buffer == done; });
-        m_queue.push_back(begun == m_filling.end() ? Frame{done, Clock::time_point()} : *begun);
-        if (begun != m_filling.end())
-            m_filling.erase(begun);
+        m_queue.push_back({done, begin(done)});
         if (m_queue.size() > queueLength) {
             oldest = m_queue.front().buffer;
             m_queue.pop_front();

@@ -49,8 +49,7 @@ private:
     quint64 info(const char* name) const;
 
     const std::shared_ptr<Pool> m_pool;
-    std::mutex m_mutex; // protects the two below
+    std::mutex m_mutex; // protects the one below
     std::deque<Frame> m_queue;
-    std::vector<Frame> m_filling;
     std::condition_variable m_arrived;
 };
