@@ -20,7 +20,7 @@ const CameraDriver virtualDriver{VirtualCamera::type, VirtualCamera::parameters,
 /// A new type of camera needs its class and an entry here.
 QVector<const CameraDriver*> drivers()
 {
-    QVector<const CameraDriver*> all{&virtualDriver, aravisDriver()};
+    QVector<const CameraDriver*> all{&virtualDriver, aravisDriver(), v4l2Driver()};
     all.removeAll(nullptr);
     return all;
 }

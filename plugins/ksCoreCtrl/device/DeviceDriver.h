@@ -33,3 +33,5 @@ constexpr CameraDriver deviceDriver()
 
 /// Network and USB3 Vision cameras; null where the library for them is missing.
 const CameraDriver* aravisDriver();
+/// USB cameras through Video4Linux; null where there is no such thing.
+const CameraDriver* v4l2Driver();
