@@ -366,10 +366,6 @@
 <context>
     <name>QSystemSettingUI</name>
     <message>
-        <source>权限</source>
-        <translation>Rights</translation>
-    </message>
-    <message>
         <source>需要工程师权限</source>
         <translation>Engineer’s rights needed</translation>
     </message>
