@@ -7,8 +7,6 @@
 #include <QtTest>
 #include <qtestspontaneevent.h>
 
-#include <memory>
-
 namespace {
 
 using std::chrono::milliseconds;

@@ -9,14 +9,10 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QLayout>
-#include <QLibrary>
 #include <QMenu>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QSpinBox>
 #include <QTableWidget>
-#include <QTranslator>
-#include <QtTest>
 
 #include <memory>
 

@@ -2,13 +2,7 @@
 
 #include "support/PlcEnd.h"
 
-#include <QDir>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 /// A demo home, the real program in it, and the PLC's end of its line. Each answers false, with a warning, when it did
 /// not succeed within the deadline.
@@ -55,12 +49,6 @@ public:
         const bool ended = m_program.waitForFinished(deadlineMs);
         return ended && m_program.exitStatus() == QProcess::NormalExit && m_program.exitCode() == 0;
     }
-    void kill()
-    {
-        m_program.kill();
-        m_program.waitForFinished(deadlineMs);
-    }
-
     /// Waits until the program has beaten twice more: by then it has handled what was sent before.
     bool settle()
     {

@@ -14,10 +14,7 @@
 #include "host/CMainWin.h"
 
 #include <QFileDialog>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QMessageBox>
-#include <QProcess>
 #include <QTableView>
 #include <QToolBar>
 
@@ -98,9 +95,7 @@ private:
         }
         hand.press("copyButton");
         const DialogDriver fields(*manager.findChild<QModelEditUI*>());
-        fields.type("nameEdit", QStringLiteral("新轮毂"));
-        fields.type("indexEdit", QString::number(newIndex));
-        fields.press("okButton");
+        fields.act({"nameEdit=新轮毂", "indexEdit=" + QString::number(newIndex), "okButton"});
         QVERIFY2(hand.message().contains("已保存"), qPrintable(fields.message()));
         manager.close();
     }
@@ -119,10 +114,7 @@ private:
         Markers markers(dialog, 1);
         markers.drag(QStringLiteral("P1"), {100, 100});
         markers.drag(QStringLiteral("P2"), {400, 500});
-        hand.type("m_lineEdit_Length", QStringLiteral("100"));
-        hand.type("m_lineEdit_Xoffset", QStringLiteral("10"));
-        hand.type("m_lineEdit_Yoffset", QStringLiteral("20"));
-        hand.press("m_pbApply");
+        hand.act({"m_lineEdit_Length=100", "m_lineEdit_Xoffset=10", "m_lineEdit_Yoffset=20", "m_pbApply"});
         QVERIFY(hand.question().contains(QStringLiteral("比例将由")));
         hand.press("firstAnswer");
         QCOMPARE(hand.text("m_lineEdit_Scale"), QString::number(newScale));
@@ -136,9 +128,7 @@ private:
         const DialogDriver hand(manager);
         hand.press("addButton");
         const DialogDriver fields(*manager.findChild<QCameraEditUI*>());
-        fields.type("keyEdit", QStringLiteral("新相机"));
-        fields.type("folder", QStringLiteral("images/2"));
-        fields.press("okButton");
+        fields.act({"keyEdit=新相机", "folder=images/2", "okButton"});
         hand.press("okButton");
         QVERIFY2(!manager.isVisible(), qPrintable(hand.message()));
     }
@@ -150,8 +140,7 @@ private:
         auto* box = hand.get<ChoiceBox>("cameraBox1");
         QVERIFY(box->findData(QStringLiteral("新相机")) >= 0);
         box->setCurrentIndex(box->findData(QStringLiteral("新相机")));
-        hand.type("portEdit", m_home + QStringLiteral("/plc2"));
-        hand.press("okButton");
+        hand.act({"portEdit=" + m_home + QStringLiteral("/plc2"), "okButton"});
         QVERIFY2(!settings.isVisible(), qPrintable(hand.message()));
     }
 

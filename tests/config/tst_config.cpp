@@ -6,11 +6,6 @@
 
 #include <valvecell/HomeFiles.h>
 
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QLineF>
-#include <QSettings>
-
 #include <cmath>
 #include <limits>
 #include <thread>
@@ -81,9 +76,8 @@ private slots:
         QVERIFY(config.onlineMode);
         QCOMPARE(config.station(1).twoPoint.length, 1000.0);
         QCOMPARE(config.station(1).twoPoint.point2, QPoint(100, 100));
-        QCOMPARE(config.station(2).twoPoint.scale, 1.0);
-        QCOMPARE(config.trigerFilter, 1000);
-        QCOMPARE(config.station(1).fourPoint.xOffset, 3.0);
+        QCOMPARE(told(config.station(2).twoPoint.scale, config.trigerFilter, config.station(1).fourPoint.xOffset),
+                 "1|1000|3");
     }
 
     void wrongTypesAreNamedAndOthersAreRead()
@@ -98,9 +92,7 @@ private slots:
             QVERIFY2(problems.contains(QLatin1String("\"") + key + "\""), key);
         QVERIFY2(problems.contains("the calibration of station 1"), qPrintable(problems)); // a length without a scale
         QCOMPARE(problems.count('\n'), 6);
-        QCOMPARE(config.trigerFilter, 1000);
-        QCOMPARE(config.pointCircle, 20);
-        QCOMPARE(config.station(2).twoPoint.scale, 0.25);
+        QCOMPARE(told(config.trigerFilter, config.pointCircle, config.station(2).twoPoint.scale), "1000|20|0.25");
         QCOMPARE(config.station(2).fourPoint.map[2], 4.0);
         const QByteArray written = home.read(globalFile);
         QVERIFY(config.save() && config.save());
@@ -137,8 +129,7 @@ private slots:
         QVERIFY(std::isnan(again.station(2).fourPoint.map[4]));
         QCOMPARE(again.station(2).fourPoint.pixelPoints[3], QPoint(-7, 9));
         QCOMPARE(again.station(2).fourPoint.realPoints[0], QPointF(0.001, 5000.25));
-        QCOMPARE(again.stationOfSolution("工位2"), 2);
-        QCOMPARE(again.stationOfSolution(""), 0);
+        QCOMPARE(told(again.stationOfSolution("工位2"), again.stationOfSolution("")), "2|0");
         const QByteArray first = home.read(globalFile);
         QVERIFY(again.save());
         QCOMPARE(home.read(globalFile), first);
@@ -264,10 +255,8 @@ private slots:
         ksSysConfig config;
         config.cleanDays = 99;
         config.load();
-        QCOMPARE(config.baudRate, 115200);
-        QCOMPARE(config.comPort, QStringLiteral("/工厂/串口"));
-        QCOMPARE(config.cleanDays, 7);
-        QCOMPARE(config.minFreeSpace, 10);
+        QCOMPARE(told(config.baudRate, config.comPort, config.cleanDays, config.minFreeSpace),
+                 "115200|/工厂/串口|7|10");
         QVERIFY(!config.cleanSrcImages && config.cleanRltImages);
         QCOMPARE(config.filterTime, -4);
         QVERIFY(config.save());

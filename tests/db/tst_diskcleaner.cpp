@@ -4,8 +4,6 @@
 #include "support/ManualScheduler.h"
 #include "support/Table.h"
 
-#include <QtTest>
-
 namespace {
 
 QStringList hiddenToo(const QString& folder)

@@ -5,8 +5,6 @@
 #include "db/SqlText.h"
 #include "support/Table.h"
 
-#include <QtTest>
-
 namespace {
 
 /// The columns of a table with their types.
@@ -69,9 +67,7 @@ private slots:
         SqlValueMap record;
         QVERIFY(library.readRecord(name, &record));
         QCOMPARE(record.size(), 9);
-        QCOMPARE(record["md_index"].toInt(), 9);
-        QCOMPARE(record["md_cali"].toInt(), 0);
-        QCOMPARE(record["md_text"].toString(), QString("a\nb"));
+        QCOMPARE(told(record["md_index"].toInt(), record["md_cali"].toInt(), record["md_text"].toString()), "9|0|a\nb");
 
         QVERIFY(library.addModel("W19", {{"md_index", 1}}));
         QCOMPARE(library.modelNames(), (QStringList{"W19", name}));
@@ -165,10 +161,8 @@ private slots:
         QCOMPARE(model.rowCount(), 2);
         QCOMPARE(model.columnCount(), 3);
         const auto at = [&model](int row, int column, int role) { return model.data(model.index(row, column), role); };
-        QCOMPARE(at(1, 0, Qt::DisplayRole).toString(), QString("W1"));
-        QCOMPARE(at(1, 1, Qt::DisplayRole).toInt(), 10);
-        QCOMPARE(at(0, 2, Qt::DisplayRole).toString(), QStringLiteral("未标定"));
-        QCOMPARE(at(1, 2, Qt::DisplayRole).toString(), QStringLiteral("已标定"));
+        QCOMPARE(told(at(1, 0, Qt::DisplayRole).toString(), at(1, 1, Qt::DisplayRole).toInt()), "W1|10");
+        QCOMPARE(told(at(0, 2, Qt::DisplayRole).toString(), at(1, 2, Qt::DisplayRole).toString()), "未标定|已标定");
         QCOMPARE(at(0, 1, Qt::BackgroundRole).value<QBrush>().color(), QColor(255, 255, 255));
         QCOMPARE(at(1, 1, Qt::BackgroundRole).value<QBrush>().color(), QColor(50, 250, 0, 80));
         QCOMPARE(at(0, 2, Qt::ForegroundRole).value<QBrush>().color(), QColor(255, 0, 25));

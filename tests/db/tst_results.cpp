@@ -4,8 +4,6 @@
 #include "db/StationDB.h"
 #include "support/Table.h"
 
-#include <QtTest>
-
 namespace {
 
 StationResult sampleResult(const QString& tip = QStringLiteral("气门孔 OK"))
@@ -83,9 +81,7 @@ private slots:
         QCOMPARE(rows[0].uid, 1);
         QVERIFY(before <= rows[0].time && rows[0].time <= after);
         const StationResult& read = rows[0].result;
-        QCOMPARE(read.angle, 123.4567);
-        QCOMPARE(read.errorType, 3);
-        QCOMPARE(read.matchScore, 97.25);
+        QCOMPARE(told(read.angle, read.errorType, read.matchScore), "123.4567|3|97.25");
         QCOMPARE(QStringList({read.resultTip, read.stationName, read.threshBenchMark, read.value2, read.value3}),
                  QStringList({"气门孔 OK", "Station_1", "1_轮毂18", "1_轮毂18", ""}));
         QCOMPARE(read.value1, sampleResult().value1);
@@ -127,8 +123,7 @@ private slots:
         };
         QCOMPARE(tips(reader.resultsOfDay(day)), (QStringList{"0", "set back", "1", "2", "3", "4", "last"}));
         QCOMPARE(tips(reader.resultsOfDay(day, 2, 1)), (QStringList{"set back", "1"}));
-        QCOMPARE(reader.countOfDay(day), 7);
-        QCOMPARE(reader.count(day.addDays(-1), day.addDays(1)), 9);
+        QCOMPARE(told(reader.countOfDay(day), reader.count(day.addDays(-1), day.addDays(1))), "7|9");
         QVERIFY(!ResultReader(m_folder->filePath("none.db")).open(&error));
         QVERIFY(error.contains("none.db"));
     }

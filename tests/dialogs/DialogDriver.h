@@ -24,7 +24,7 @@ public:
     {
     }
 
-    void press(const char* name) const
+    void press(const char* name) const override
     {
         QVERIFY2(get<QAbstractButton>(name)->isVisible(), name);
         Hand::press(name);

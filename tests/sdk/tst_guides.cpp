@@ -9,8 +9,6 @@
 
 #include <valvecell/HomeFiles.h>
 
-#include <QSettings>
-
 namespace {
 
 QString textOf(const QString& below)

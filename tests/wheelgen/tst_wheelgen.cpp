@@ -4,12 +4,6 @@
 
 #include <valvecell/HomeFiles.h>
 
-#include <QJsonArray>
-#include <QProcess>
-#include <QSettings>
-#include <QTemporaryDir>
-#include <QtTest>
-
 #include <opencv2/imgcodecs.hpp>
 
 namespace {

@@ -8,9 +8,6 @@
 #include "workflow/PlcLink.h"
 #include "workflow/ResultHandler.h"
 
-#include <QSignalSpy>
-#include <QtTest>
-
 namespace {
 
 /// Writes what it is asked into one protocol with the frames sent before.
@@ -145,9 +142,7 @@ private slots:
         QCOMPARE(cell.store.protocol, QStringList({"result 2 五辐 9 after 1 frames", "source 2 五辐 7 after 1 frames",
                                                    "row after 1 frames"}));
         const StationResult& row = cell.store.last;
-        QCOMPARE(row.angle, 45.5);
-        QCOMPARE(row.errorType, 0);
-        QCOMPARE(row.matchScore, 87.5);
+        QCOMPARE(told(row.angle, row.errorType, row.matchScore), "45.5|0|87.5");
         QCOMPARE(QStringList({row.resultTip, row.threshBenchMark, row.stationName, row.value1, row.value2}),
                  QStringList({"成功", "2_五辐", "Station_2", "path/result", "2_五辐"}));
         QCOMPARE(cell.shown, (QList<QPair<int, int>>{{2, 9}}));
@@ -188,7 +183,7 @@ private slots:
         Cell cell;
         cell.finish(Cell::result("工位1", Cell::found(angle)));
         QCOMPARE(cell.port.commands(), commands);
-        QCOMPARE(int(cell.port.sent[0].data[2]), sent);
+        QCOMPARE(int(cell.port.sent.value(0).data[2]), sent);
         QCOMPARE(cell.panel, QStringList("1|五辐 " + line));
     }
 
@@ -196,9 +191,8 @@ private slots:
     {
         Cell cell;
         cell.finish(Cell::result("工位1", {}));
-        QCOMPARE(cell.port.words(0), QStringLiteral("0 0 365 0 10 0 20 0"));
-        QCOMPARE(cell.store.last.errorType, 16);
-        QCOMPARE(cell.store.last.matchScore, 0.0);
+        QCOMPARE(told(cell.port.words(0), cell.store.last.errorType, cell.store.last.matchScore),
+                 "0 0 365 0 10 0 20 0|16|0");
         cell.finish(Cell::result("工位1", {{"angle", 45.0}, {"error", "none"}}));
         QCOMPARE(cell.store.last.errorType, 16);
     }
@@ -219,8 +213,7 @@ private slots:
         answer[key] = value;
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("\"" + key + "\" is a "));
         cell.finish(Cell::result("工位1", answer));
-        QCOMPARE(cell.port.commands(), QByteArray("FH"));
-        QCOMPARE(int(cell.port.sent[0].data[2]), 365);
+        QCOMPARE(told(cell.port.commands(), int(cell.port.sent.value(0).data[2])), "FH|365");
     }
 
     void uncalibratedOrMissingTaskIsAnsweredWith361()
@@ -232,8 +225,7 @@ private slots:
         QVariantMap noTask = Cell::result("工位2", {});
         noTask.remove("AlgoResult");
         cell.finish(noTask);
-        QCOMPARE(cell.port.commands(), QByteArray("FHGH"));
-        QCOMPARE(cell.port.words(2), QStringLiteral("0 0 361 0 0 0 0 0"));
+        QCOMPARE(told(cell.port.commands(), cell.port.words(2)), "FHGH|0 0 361 0 0 0 0 0");
         QCOMPARE(cell.panel, QStringList({"1|五辐 No Cali!!!", "2|五辐 No Task!!!"}));
         QCOMPARE(cell.store.protocol,
                  QStringList({"source 1 五辐 7 after 2 frames", "source 2 五辐 7 after 4 frames"}));

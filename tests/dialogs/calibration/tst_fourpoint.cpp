@@ -162,14 +162,12 @@ private slots:
     // The machine's frame is turned by 3 degrees and stretched; the operator measures to a hundredth of a millimetre.
     void foundWheelAgreesWithTheMachine_data()
     {
-        QTest::addColumn<quint64>("seed");
-        for (const quint64 seed : {1, 2, 3, 4, 5})
-            QTest::newRow(QByteArray::number(seed)) << seed;
+        Table::of<quint64>({{"1", 1}, {"2", 2}, {"3", 3}, {"4", 4}, {"5", 5}});
     }
 
     void foundWheelAgreesWithTheMachine()
     {
-        QFETCH(quint64, seed);
+        const auto [seed] = Table::row<quint64>();
         const wheel::WheelSpec spec = Wheels::spec("five", seed, true, wheel::Difficulty::Easy, {2448, 2048});
         const wheel::WheelTruth truth = wheel::truthOf(spec);
         QTransform machine;

@@ -97,19 +97,16 @@ private slots:
         QCOMPARE(row("五辐"), QString("1 已示教"));
         QString error;
         QVERIFY(bench.models->setStationTable("工位2", {{"五辐", 7}}, &error));
-        QCOMPARE(row("五辐"), QString("1 / 7 已示教"));
-        QCOMPARE(row("钢圈"), QString("2 / — 已示教"));
+        QCOMPARE(told(row("五辐"), row("钢圈")), "1 / 7 已示教|2 / — 已示教");
         QVERIFY(bench.models->setStationTable("工位1", {}, &error));
-        QCOMPARE(row("五辐"), QString("— / 7 已示教"));
-        QCOMPARE(row("钢圈"), QString("— 已示教"));
+        QCOMPARE(told(row("五辐"), row("钢圈")), "— / 7 已示教|— 已示教");
         bench.choose("五辐");
         bench.models->setCurrentModels({"五辐"});
         QVERIFY2(bench.driver().canPress("removeButton"), "a model switch leaves the choice");
         bench.driver().press("addButton");
         bench.editDriver().type("nameEdit", "五辐．");
         QVERIFY(!bench.editDriver().canPress("okButton"));
-        bench.editDriver().type("nameEdit", "新轮");
-        bench.editDriver().press("okButton");
+        bench.editDriver().act({"nameEdit=新轮", "okButton"});
         QCOMPARE(row("新轮").section(' ', -1), QString("未示教"));
         QVERIFY(bench.driver().get<InlineMessage>("message")->text().contains("任务设计器"));
     }
@@ -136,8 +133,7 @@ private slots:
         const auto [name, index, problem] = Table::row<QString, QString, QString>();
         Bench bench;
         bench.driver().press("addButton");
-        bench.editDriver().type("nameEdit", name);
-        bench.editDriver().type("indexEdit", index);
+        bench.editDriver().act({"nameEdit=" + name, "indexEdit=" + index});
         const QString shown = bench.editDriver().message();
         QVERIFY2(problem.isEmpty() ? shown.isEmpty() : shown.contains(problem), qPrintable(shown));
         QCOMPARE(bench.editDriver().canPress("okButton"), problem.isEmpty());
@@ -150,14 +146,10 @@ private slots:
     {
         Bench bench;
         bench.driver().press("addButton");
-        QCOMPARE(bench.editDriver().text("nameEdit"), "新型号");
-        QCOMPARE(bench.editDriver().text("indexEdit"), "3");
-        bench.editDriver().type("nameEdit", "多辐");
-        bench.editDriver().press("calibratedBox");
-        bench.editDriver().press("okButton");
-        QCOMPARE(bench.listed(), "五辐=1 多辐=3* 钢圈=2");
-        QCOMPARE(bench.stored("工位2"), "五辐=1 多辐=3 钢圈=2");
-        QCOMPARE(listed(bench.audit), "model/多辐:>3");
+        QCOMPARE(told(bench.editDriver().text("nameEdit"), bench.editDriver().text("indexEdit")), "新型号|3");
+        bench.editDriver().act({"nameEdit=多辐", "calibratedBox", "okButton"});
+        QCOMPARE(told(bench.listed(), bench.stored("工位2"), listed(bench.audit)),
+                 "五辐=1 多辐=3* 钢圈=2|五辐=1 多辐=3 钢圈=2|model/多辐:>3");
         QVERIFY(bench.driver().message().startsWith("已保存型号“多辐”；任务设计器中还没有它"));
         QCOMPARE(bench.driver().text<QLabel>("parameters"), "引擎中没有此型号的参数");
     }
@@ -167,9 +159,7 @@ private slots:
         Bench bench;
         bench.choose("五辐");
         bench.driver().press("modifyButton");
-        bench.editDriver().type("nameEdit", "别的");
-        bench.editDriver().press("calibratedBox");
-        bench.editDriver().press("cancelButton");
+        bench.editDriver().act({"nameEdit=别的", "calibratedBox", "cancelButton"});
         QCOMPARE(bench.listed(), "五辐=1 钢圈=2");
         QCOMPARE(bench.rims("五辐"), "812.5|812.5");
         bench.driver().press("modifyButton");
@@ -184,10 +174,7 @@ private slots:
         bench.engine.shown["五辐"].holes = {{{}, "a.png"}};
         bench.choose("五辐");
         bench.driver().press("modifyButton");
-        bench.editDriver().type("nameEdit", "五辐17寸");
-        bench.editDriver().type("indexEdit", "9");
-        bench.editDriver().press("calibratedBox");
-        bench.editDriver().press("okButton");
+        bench.editDriver().act({"nameEdit=五辐17寸", "indexEdit=9", "calibratedBox", "okButton"});
         QCOMPARE(bench.listed(), "五辐17寸=9* 钢圈=2");
         QCOMPARE(bench.rims("五辐17寸"), "812.5|812.5");
         QCOMPARE(bench.rims("五辐"), "-|-");
@@ -254,17 +241,14 @@ private slots:
         QVERIFY(bench.driver().question().contains("“五辐”"));
         bench.driver().press("noAnswer");
         QCOMPARE(bench.listed(), "五辐=1 钢圈=2");
-        bench.driver().press("removeButton");
-        bench.driver().press("firstAnswer");
+        bench.driver().act({"removeButton", "firstAnswer"});
         QCOMPARE(bench.listed(), "钢圈=2");
         QCOMPARE(bench.rims("五辐"), "812.5|812.5");
         bench.choose("钢圈");
-        bench.driver().press("removeButton");
-        bench.driver().press("secondAnswer");
+        bench.driver().act({"removeButton", "secondAnswer"});
         QCOMPARE(bench.rims("钢圈"), "-|-");
-        QCOMPARE(bench.stored("工位1"), "");
-        QCOMPARE(bench.driver().text<QLabel>("parameters"), "还没有型号");
-        QCOMPARE(listed(bench.audit), "model/五辐:1> model/钢圈:2>");
+        QCOMPARE(told(bench.stored("工位1"), bench.driver().text<QLabel>("parameters"), listed(bench.audit)),
+                 "|还没有型号|model/五辐:1> model/钢圈:2>");
     }
 
     void exportedModelComesBackExactly()
@@ -345,8 +329,7 @@ private slots:
         other.show();
         DialogDriver second(other);
         second.get<QTableView>("table")->selectRow(0);
-        second.press("removeButton");
-        second.press("firstAnswer");
+        second.act({"removeButton", "firstAnswer"});
         QCOMPARE(bench.driver().get<QTableView>("table")->model()->rowCount(), 1);
         QCOMPARE(bench.editDriver().message(), "型号五辐已不存在");
         QVERIFY(!bench.editDriver().canPress("okButton"));

@@ -8,8 +8,6 @@
 #include "support/Table.h"
 #include "support/TempHome.h"
 
-#include <QSettings>
-
 namespace {
 
 const QByteArray iniFile = "/user/systemConfig.ini";
@@ -133,13 +131,8 @@ private slots:
         for (const char* box : {"saveSource1", "saveResult2", "onlineCheck", "protectCheck", "fourPointCheck",
                                 "cleanSource", "cleanResult", "engineerCheck"})
             bench.driver.press(box);
-        bench.driver.type("filterEdit", "２50");
-        bench.driver.type("burstEdit", "3");
-        bench.driver.type("portEdit", " /dev/ttyUSB0 ");
-        bench.driver.type("baudEdit", "9600");
-        bench.driver.type("daysEdit", "14");
-        bench.driver.type("dirDaysEdit", "60");
-        bench.driver.type("spaceEdit", "25");
+        bench.driver.act({"filterEdit=２50", "burstEdit=3", "portEdit= /dev/ttyUSB0 ", "baudEdit=9600", "daysEdit=14",
+                          "dirDaysEdit=60", "spaceEdit=25"});
         QEvent language(QEvent::LanguageChange); // what was typed stays
         QCoreApplication::sendEvent(&bench.dialog, &language);
         bench.driver.press("applyButton");
@@ -147,8 +140,7 @@ private slots:
         QVERIFY(bench.applied.isEmpty());
         bench.driver.press("firstAnswer");
         QVERIFY(bench.dialog.isVisible());
-        QCOMPARE(bench.driver.message(), "已保存");
-        QCOMPARE(bench.driver.text("filterEdit"), "250");
+        QCOMPARE(told(bench.driver.message(), bench.driver.text("filterEdit")), "已保存|250");
         QVERIFY(!bench.driver.canPress("applyButton"));
         QCOMPARE(bench.applied.size(), 1);
         QCOMPARE(listed(bench.applied[0]),
@@ -167,17 +159,14 @@ private slots:
         QCOMPARE(stored.station(1).camKey, "相机C");
         const QSettings ini(bench.home.path(iniFile), QSettings::IniFormat);
         QCOMPARE(ini.value("COM/Port").toString(), "/dev/ttyUSB0");
-        QCOMPARE(ini.value("Image/RltImgSave_st2").toString(), "true");
-        QCOMPARE(bench.system.cleanDays, 14);
+        QCOMPARE(told(ini.value("Image/RltImgSave_st2").toString(), bench.system.cleanDays), "true|14");
     }
 
     void cancelLeavesFilesAndFieldsAlone()
     {
         Bench bench;
         const QByteArray before = bench.files();
-        bench.driver.type("daysEdit", "1");
-        bench.driver.press("onlineCheck");
-        bench.driver.press("cancelButton");
+        bench.driver.act({"daysEdit=1", "onlineCheck", "cancelButton"});
         QVERIFY(!bench.dialog.isVisible());
         QCOMPARE(bench.files(), before);
         QVERIFY(!bench.global.onlineMode && bench.applied.isEmpty());
@@ -204,10 +193,8 @@ private slots:
         bench.dialog.setSolutions({});
         QCOMPARE(bench.driver.message(), "不存在：工位1相机“相机A”，工位1检测方案“工位1”，工位2检测方案“工位2”");
         QVERIFY2(bench.driver.canPress("okButton"), "what was stored before may stay");
-        bench.driver.type("daysEdit", "9");
-        bench.driver.press("okButton");
-        QCOMPARE(bench.global.station(1).camKey, "相机A");
-        QCOMPARE(bench.global.station(2).solution, "工位2");
+        bench.driver.act({"daysEdit=9", "okButton"});
+        QCOMPARE(told(bench.global.station(1).camKey, bench.global.station(2).solution), "相机A|工位2");
     }
 
     void oneCameraCannotServeBothStations()
@@ -231,10 +218,8 @@ private slots:
         bench.dialog.setOneStation(true);
         bench.dialog.show();
         QVERIFY(!bench.driver.get<QWidget>("cameraBox2")->isVisible());
-        bench.driver.press("onlineCheck");
-        bench.driver.press("okButton");
-        QCOMPARE(listed(bench.applied.value(0)), "onlineMode:false>true");
-        QCOMPARE(bench.global.station(2).camKey, "相机A");
+        bench.driver.act({"onlineCheck", "okButton"});
+        QCOMPARE(told(listed(bench.applied.value(0)), bench.global.station(2).camKey), "onlineMode:false>true|相机A");
     }
 
     void secondDialogDoesNotUndoTheFirst()
@@ -243,19 +228,15 @@ private slots:
         QSystemSettingUI other(bench.system, bench.global, bench.access, bench.limits);
         Bench::equip(other);
         other.show();
-        bench.driver.type("daysEdit", "14");
-        bench.driver.press("okButton");
+        bench.driver.act({"daysEdit=14", "okButton"});
         DialogDriver driver(other);
         QString applied;
         connect(&other, &QSystemSettingUI::settingsApplied,
                 [&](const AuditChanges& changes) { applied = listed(changes); });
-        driver.type("dirDaysEdit", "60");
-        driver.press("okButton");
+        driver.act({"dirDaysEdit=60", "okButton"});
         QCOMPARE(driver.question(), "");
         QVERIFY(!other.isVisible());
-        QCOMPARE(bench.system.cleanDays, 14);
-        QCOMPARE(bench.system.cleanDirDays, 60);
-        QCOMPARE(applied, "CheckThread/days_dir:30>60");
+        QCOMPARE(told(bench.system.cleanDays, bench.system.cleanDirDays, applied), "14|60|CheckThread/days_dir:30>60");
     }
 
     void unwritableFilesChangeNothing_data() { Table::of<bool>({{"neither file", true}, {"only the second", false}}); }
@@ -263,8 +244,7 @@ private slots:
     {
         const auto [bothFiles] = Table::row<bool>();
         Bench bench;
-        bench.driver.type("daysEdit", "14");
-        bench.driver.press("onlineCheck");
+        bench.driver.act({"daysEdit=14", "onlineCheck"});
         TempHome elsewhere; // the second file is looked for in the present home
         elsewhere.write("/blocked", "a file where a folder is needed");
         qputenv("VALVECELL_HOME", elsewhere.path("/blocked").toUtf8());
@@ -300,8 +280,7 @@ private slots:
         const QByteArray edited = bench.home.read(file).replace(from, to);
         QVERIFY(edited.contains(to));
         bench.home.write(file, edited);
-        bench.driver.type("daysEdit", "14");
-        bench.driver.press("okButton");
+        bench.driver.act({"daysEdit=14", "okButton"});
         QVERIFY2(question.isEmpty() == bench.driver.question().isEmpty() && bench.driver.question().contains(question),
                  qPrintable(bench.driver.question()));
         if (!question.isEmpty()) {
@@ -321,16 +300,11 @@ private slots:
         bench.home.write(jsonFile, bench.home.read(jsonFile)
                                        .replace("\"trigerFilter\": 1000", "\"trigerFilter\": 2000")
                                        .replace("\"StationScale_2\": 1", "\"StationScale_2\": 3"));
-        bench.driver.type("daysEdit", "14");
-        bench.driver.press("applyButton");
-        bench.driver.press("secondAnswer");
-        QCOMPARE(listed(bench.applied.value(0)), "trigerFilter:1000>2000");
-        QCOMPARE(bench.global.trigerFilter, 2000);
-        QCOMPARE(bench.global.station(2).twoPoint.scale, 3.0);
-        QCOMPARE(bench.global.station(1).runModel, "W18");
-        QCOMPARE(bench.driver.text("filterEdit"), "2000");
-        QCOMPARE(bench.driver.text("daysEdit"), "7");
-        QCOMPARE(bench.system.cleanDays, 7);
+        bench.driver.act({"daysEdit=14", "applyButton", "secondAnswer"});
+        QCOMPARE(told(listed(bench.applied.value(0)), bench.global.trigerFilter), "trigerFilter:1000>2000|2000");
+        QCOMPARE(told(bench.global.station(2).twoPoint.scale, bench.global.station(1).runModel), "3|W18");
+        QCOMPARE(told(bench.driver.text("filterEdit"), bench.driver.text("daysEdit"), bench.system.cleanDays),
+                 "2000|7|7");
     }
 };
 
