@@ -43,24 +43,18 @@ private slots:
                      (QStringList{"RltTable", "sqlite_sequence", "warningtable", "zdtable", "zdtimetable"}));
         }
         OtherProgram other(file());
-        const auto sqlOf = [&other](const char* name) {
-            return other.value(
-                QStringLiteral("select sql from sqlite_master where name='%1'").arg(QLatin1String(name)));
-        };
-        QCOMPARE(sqlOf("RltTable"),
-                 QString("CREATE TABLE RltTable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, dAngle INT(100), "
-                         "errorType INT(100), matchScore INT(100), resultTip VARCHAR(32), stationName VARCHAR(32), "
-                         "threshBenchMark VARCHAR(32), time DATETIME(32), value1 VARCHAR(32), value2 VARCHAR(32), "
-                         "value3 VARCHAR(32))"));
-        QCOMPARE(sqlOf("zdtable"),
-                 QString("CREATE TABLE zdtable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, channel INT(100), "
-                         "correlate INT(100), detecttime VARCHAR(32), diameter INT(100), hight INT(100), "
-                         "model VARCHAR(32), pic BLOB, time DATETIME(32))"));
-        QCOMPARE(sqlOf("zdtimetable"),
-                 QString("CREATE TABLE zdtimetable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, "
-                         "endtime VARCHAR(32), starttime VARCHAR(32), type VARCHAR(32))"));
-        QCOMPARE(sqlOf("warningtable"), QString("CREATE TABLE warningtable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT "
-                                                "NULL, class VARCHAR(32), message VARCHAR(256), time DATETIME(32))"));
+        const QMap<QString, QString> columns{
+            {"RltTable", "dAngle INT(100), errorType INT(100), matchScore INT(100), resultTip VARCHAR(32), "
+                         "stationName VARCHAR(32), threshBenchMark VARCHAR(32), time DATETIME(32), value1 VARCHAR(32), "
+                         "value2 VARCHAR(32), value3 VARCHAR(32)"},
+            {"zdtable", "channel INT(100), correlate INT(100), detecttime VARCHAR(32), diameter INT(100), "
+                        "hight INT(100), model VARCHAR(32), pic BLOB, time DATETIME(32)"},
+            {"zdtimetable", "endtime VARCHAR(32), starttime VARCHAR(32), type VARCHAR(32)"},
+            {"warningtable", "class VARCHAR(32), message VARCHAR(256), time DATETIME(32)"}};
+        for (const QString& table : columns.keys())
+            QCOMPARE(other.value("select sql from sqlite_master where name='" + table + "'"),
+                     "CREATE TABLE " + table + " (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, " + columns[table] +
+                         ")");
         QCOMPARE(other.column("select name from sqlite_master where type='index' order by name"),
                  (QStringList{"idx_RltTable", "idx_warningtable", "idx_zdtable"}));
         QCOMPARE(other.value("PRAGMA journal_mode"), QString("wal"));

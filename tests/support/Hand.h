@@ -57,3 +57,19 @@ public:
 protected:
     virtual QWidget& window() const = 0;
 };
+
+/// Of any window.
+class WindowHand : public Hand
+{
+public:
+    explicit WindowHand(QWidget* window)
+        : m_window(window)
+    {
+    }
+
+protected:
+    QWidget& window() const override { return *m_window; }
+
+private:
+    QWidget* m_window;
+};

@@ -135,7 +135,6 @@ private slots:
         QVERIFY(bench.isMarked("五辐", 1) && bench.isMarked("钢圈", 1));
         QVERIFY(!bench.isMarked("五辐", 2) && !bench.isMarked("钢圈", 2));
         QCOMPARE(bench.driver.message(), "工位1：索引1被五辐、钢圈共用，实际使用“五辐”");
-        bench.driver.shoot("plcindex-shared");
         bench.driver.press("okButton");
         QCOMPARE(bench.stored("工位1"), "五辐=1 钢圈=1");
     }
@@ -150,7 +149,6 @@ private slots:
         QVERIFY(bench.isMarked("旧型号", 0) && bench.isMarked("旧型号", 2));
         QVERIFY(bench.driver.message().contains("型号库中没有“旧型号”"));
         QVERIFY(!bench.driver.canPress("okButton"));
-        bench.driver.shoot("plcindex-missing");
         bench.table->setCurrentIndex(bench.cell("旧型号", 2));
         bench.driver.act({"clearButton", "okButton"});
         QCOMPARE(bench.stored("工位2"), "五辐=1");
@@ -233,15 +231,13 @@ private slots:
         QCOMPARE(bench.table->model()->columnCount(), 1);
     }
 
-    void everyTextFollowsTheLanguageAndFits()
+    void messageFollowsTheLanguage()
     {
         Bench bench;
-        bench.driver.fits("plcindex");
         bench.enter("五辐", 1, "7x");
         const English english;
         QTRY_COMPARE(bench.driver.message(), "工位1, 五辐: “7x” is no whole number");
         QCOMPARE(bench.text("五辐", 1), "7x");
-        bench.driver.readsInEnglish("PLC index table", "plcindex-en", {bench.driver.text<QLabel>("message")});
     }
 };
 
