@@ -176,20 +176,6 @@ private slots:
         QTRY_VERIFY(!dialog);
     }
 
-    void cancelledLogInLeavesNobodyIn()
-    {
-        Program program;
-        program.createAdministrator();
-        program.users->logOut();
-        program.users->showLogInDialog(&program.window);
-        QDialog* dialog = openDialog("LogInDialog");
-        on(dialog).type("passwordEdit", goodPassword);
-        dialog->reject();
-        program.users->showLogInDialog(&program.window);
-        QVERIFY(openDialog("LogInDialog") && openDialog("LogInDialog") != dialog);
-        QCOMPARE(program.users->state(), int(IUserCtrl::LoggedOut));
-    }
-
     void damagedUserFileIsNamedInTheDialog()
     {
         Program program;

@@ -8,7 +8,6 @@
 
 #include <cmath>
 #include <limits>
-#include <thread>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
@@ -24,17 +23,6 @@ class ConfigTest : public QObject
     Q_OBJECT
 
 private slots:
-    void singletonIsOneObjectForAllThreads()
-    {
-        std::array<ksGlobalConfig*, 8> seen{};
-        std::vector<std::thread> threads;
-        for (auto& slot : seen)
-            threads.emplace_back([&slot] { slot = ksGlobalConfig::instance(); });
-        for (auto& thread : threads)
-            thread.join();
-        QCOMPARE(std::count(seen.begin(), seen.end(), ksGlobalConfig::instance()), 8);
-    }
-
     void spoiledGlobalConfigIsNamedAndKept_data()
     {
         Table::of<QByteArray, QString>({{"truncated", "{\"onlineMode\": true,\n\"length_1\": 1", "line 2"},

@@ -139,21 +139,6 @@ private slots:
         QCOMPARE(QFileInfo(library.openReport().keptAside).size(), 8192);
     }
 
-    void libraryIsLockedAtTheStart()
-    {
-        OtherProgram other(file());
-        QVERIFY(other.run("BEGIN IMMEDIATE"));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("wheelhubzd\\.db"));
-        QSqliteWheelHubZd library(folder());
-        QVERIFY(!library.createTable());
-        QVERIFY(!library.addModel("W18", {{"md_index", 1}}));
-        QVERIFY(library.lastError().contains("wheelhubzd.db"));
-        QVERIFY(other.run("ROLLBACK"));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("wheelhubzd\\.db"));
-        QTRY_VERIFY(library.createTable());
-        QVERIFY(library.addModel("W18", {{"md_index", 1}}));
-    }
-
     void listOfModelsShowsTheCurrentOneInGreen()
     {
         const TwoModels source;

@@ -316,19 +316,6 @@ private slots:
         }
     }
 
-    void clockIsSetBackAnHour()
-    {
-        SetClock clock(noon);
-        ResultRecorder::Rules rules;
-        rules.scheduler = &clock;
-        Recording cell(file(), rules);
-        cell.record(1);
-        clock.set(noon.addSecs(-3600));
-        cell.record(2);
-        QCOMPARE(recorded(), numbers(1, 2));
-        QCOMPARE(OtherProgram(file()).column("select value3 from RltTable order by time"), (QStringList{"2", "1"}));
-    }
-
     void everyRowIsFlushedToTheDiskBesideTheCell()
     {
         std::atomic<int> flushes{0};
