@@ -80,14 +80,13 @@ private slots:
         QVERIFY(!lines.filter("系统启动").isEmpty() && !lines.filter("★工位1:切换型号为[").isEmpty());
     }
 
-    // Garbage is no frame, whose indices it would spoil; a frame may come in two pieces; offline, the stored model counts.
+    // Garbage is no frame, a frame may come in pieces, and offline the stored model counts.
     void lineAndModeOfARunningCell()
     {
         const QJsonObject wheel = m_cell.wheel(1);
         QVERIFY(m_cell.start({{"onlineMode", false}, {"station_runModel_1", wheel.value("model")}}));
         m_cell.plc().pull();
-        QVERIFY(m_cell.plc().plug());
-        QVERIFY(m_cell.settle());
+        QVERIFY(m_cell.plc().plug() && m_cell.settle());
         m_cell.plc().send('C', {98, 98});
         const QByteArray trigger = m_cell.plc().encoded('P', {5});
         m_cell.plc().sendBytes(QByteArray(1000, '\xaa') + QByteArray::fromHex("aa55") + trigger.left(9));
@@ -100,8 +99,7 @@ private slots:
 
     void startWithoutTheLineWaitsForNobodyAndEndsWithTasksInHand()
     {
-        QVERIFY(m_cell.startUnplugged());
-        QVERIFY(m_cell.plugAndBeat());
+        QVERIFY(m_cell.startUnplugged() && m_cell.plugAndBeat());
         sendIndices();
         m_cell.plc().send('P', {5});
         QVERIFY(repliesBecome("F"));

@@ -60,8 +60,7 @@ private slots:
         QVERIFY(config.load());
         QCOMPARE(config.station(1).twoPoint.length, 5.0);
         home.write(globalFile, R"({"onlineMode": true, "station1_4p": {}})");
-        QVERIFY(config.load());
-        QVERIFY(config.onlineMode);
+        QVERIFY(config.load() && config.onlineMode);
         QCOMPARE(config.station(1).twoPoint.length, 1000.0);
         QCOMPARE(config.station(1).twoPoint.point2, QPoint(100, 100));
         QCOMPARE(told(config.station(2).twoPoint.scale, config.trigerFilter, config.station(1).fourPoint.xOffset),

@@ -36,8 +36,7 @@ private slots:
     {
         QSqliteWheelHubZd library(folder());
         QVERIFY(!library.addModel("W18", {{"md_index", 1}})); // not open yet
-        QVERIFY(library.createTable());
-        QVERIFY(library.createTable());
+        QVERIFY(library.createTable() && library.createTable());
         QVERIFY(library.openReport().text.isEmpty());
         const QStringList expected{"md_unique VARCHAR(60)", "md_cali INT(1)",       "md_camKey VARCHAR(32)",
                                    "md_count INT(1)",       "md_id VARCHAR(2)",     "md_index INT(100)",
@@ -49,12 +48,10 @@ private slots:
     {
         const QString name = QStringLiteral("轮毂18");
         QSqliteWheelHubZd library(folder());
-        QVERIFY(library.createTable());
-        QVERIFY(!library.addModel("", {{"md_index", 1}}));
+        QVERIFY(library.createTable() && !library.addModel("", {{"md_index", 1}}));
         QVERIFY(!library.addModel(name, {}));
         QVERIFY(library.addModel(name, {{"md_index", 7}, {"md_text", "a\nb"}}));
-        QVERIFY(!library.addModel(name, {{"md_index", 8}}));
-        QVERIFY(!library.lastError().isEmpty());
+        QVERIFY(!library.addModel(name, {{"md_index", 8}}) && !library.lastError().isEmpty());
 
         QVariant value;
         QVERIFY(library.readValue(name, "md_index", &value));
@@ -62,8 +59,7 @@ private slots:
         QVERIFY(!library.readValue(name, "no_such_column", &value));
         QVERIFY(!library.readValue("W19", "md_index", &value));
 
-        QVERIFY(library.updateValue(name, "md_index", 9));
-        QVERIFY(!library.updateValue(name, "md_index", 10, 1));
+        QVERIFY(library.updateValue(name, "md_index", 9) && !library.updateValue(name, "md_index", 10, 1));
         SqlValueMap record;
         QVERIFY(library.readRecord(name, &record));
         QCOMPARE(record.size(), 9);
@@ -79,10 +75,8 @@ private slots:
     void nameWithAnApostropheFailsAndHarmsNothing()
     {
         QSqliteWheelHubZd library(folder());
-        QVERIFY(library.createTable());
-        QVERIFY(library.addModel("W18", {{"md_index", 1}}));
-        QVERIFY(!library.addModel("o'k", {{"md_index", 1}}));
-        QVERIFY(!library.updateValue("W18", "md_text", "o'k"));
+        QVERIFY(library.createTable() && library.addModel("W18", {{"md_index", 1}}));
+        QVERIFY(!library.addModel("o'k", {{"md_index", 1}}) && !library.updateValue("W18", "md_text", "o'k"));
         QVERIFY(!library.readRecord("o'k", nullptr));
         QCOMPARE(library.modelNames(), QStringList{"W18"});
     }
@@ -90,17 +84,13 @@ private slots:
     void columnIsAddedOnlyOnceThereIsAModel()
     {
         QSqliteWheelHubZd library(folder());
-        QVERIFY(!library.ensureColumn("md_extra", "TEXT"));
-        QVERIFY(library.createTable());
+        QVERIFY(!library.ensureColumn("md_extra", "TEXT") && library.createTable());
         QVERIFY(library.ensureColumn("md_extra", "TEXT"));
         QVERIFY(!columns(file(), "e_wh_models").contains("md_extra TEXT"));
-        QVERIFY(library.addModel("W18", {{"md_index", 1}}));
+        QVERIFY(library.addModel("W18", {{"md_index", 1}}) && library.ensureColumn("md_extra", "TEXT"));
         QVERIFY(library.ensureColumn("md_extra", "TEXT"));
-        QVERIFY(library.ensureColumn("md_extra", "TEXT"));
-        QVERIFY(columns(file(), "e_wh_models").contains("md_extra TEXT"));
-        QVERIFY(library.dropColumn("md_extra"));
-        QVERIFY(!library.dropColumn("md_extra"));
-        QVERIFY(!columns(file(), "e_wh_models").contains("md_extra TEXT"));
+        QVERIFY(columns(file(), "e_wh_models").contains("md_extra TEXT") && library.dropColumn("md_extra"));
+        QVERIFY(!library.dropColumn("md_extra") && !columns(file(), "e_wh_models").contains("md_extra TEXT"));
     }
 
     void modelInformationIsKeptInATableOfItsOwn()
@@ -117,8 +107,7 @@ private slots:
     void relationThatOthersWriteIsRead()
     {
         QSqliteWheelHubZd library(folder());
-        QVERIFY(library.createTable());
-        QVERIFY(library.modelsOfCamera("cam1").isEmpty());
+        QVERIFY(library.createTable() && library.modelsOfCamera("cam1").isEmpty());
         OtherProgram other(file());
         other.run("create table r_wh_model_camera(model_id, camera_id, camera_key)");
         other.run("insert into r_wh_model_camera values('m1', 1, 'cam1'), ('m1', 'x', 'cam2'), ('m2', 2, 'cam1')");
@@ -134,8 +123,7 @@ private slots:
         damaged.close();
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("wheelhubzd\\.db.*damaged-"));
         QSqliteWheelHubZd library(folder());
-        QVERIFY(library.createTable());
-        QVERIFY(library.addModel("W18", {{"md_index", 1}}));
+        QVERIFY(library.createTable() && library.addModel("W18", {{"md_index", 1}}));
         QCOMPARE(QFileInfo(library.openReport().keptAside).size(), 8192);
     }
 
@@ -219,8 +207,7 @@ private slots:
     void operatorTypesATipOrARemark()
     {
         QVERIFY(SqlText::carries(QStringLiteral("气门孔 / OK"), nullptr));
-        QVERIFY(!SqlText::carries("a\nb", nullptr));
-        QVERIFY(SqlText::carriesFreeText("a\n\tb", nullptr));
+        QVERIFY(!SqlText::carries("a\nb", nullptr) && SqlText::carriesFreeText("a\n\tb", nullptr));
         QVERIFY(!SqlText::carriesFreeText("it's", nullptr));
         QVERIFY(!SqlText::carriesFreeText(QString(5000, 'a'), nullptr));
     }

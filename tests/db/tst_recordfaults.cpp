@@ -133,8 +133,7 @@ private slots:
         const qint64 size = QFileInfo(file()).size();
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Pellix\\.db.*damaged-"));
         StationDB database(file());
-        QVERIFY(database.initialise());
-        QVERIFY(database.insertResult(numbered(1)));
+        QVERIFY(database.initialise() && database.insertResult(numbered(1)));
         QCOMPARE(recorded(), numbers(1, 1));
         QCOMPARE(QFileInfo(database.openReport().keptAside).size(), size);
     }

@@ -36,8 +36,7 @@ private slots:
         for (int start = 0; start < 2; ++start) {
             StationDB results(file());
             DetectDataDB detections(file());
-            QVERIFY(results.initialise());
-            QVERIFY(detections.initialise());
+            QVERIFY(results.initialise() && detections.initialise());
             QVERIFY(results.openReport().text.isEmpty());
             QCOMPARE(results.tableList(),
                      (QStringList{"RltTable", "sqlite_sequence", "warningtable", "zdtable", "zdtimetable"}));
@@ -85,10 +84,8 @@ private slots:
     {
         StationDB results(file());
         QVERIFY(!results.insertResult(sampleResult())); // not open
-        QVERIFY(results.initialise());
-        QVERIFY(!results.insertResult(sampleResult("can't")));
-        QVERIFY(!results.lastError().isEmpty());
-        QVERIFY(results.insertResult(sampleResult("%1 \"%2\" ; --")));
+        QVERIFY(results.initialise() && !results.insertResult(sampleResult("can't")));
+        QVERIFY(!results.lastError().isEmpty() && results.insertResult(sampleResult("%1 \"%2\" ; --")));
         QCOMPARE(OtherProgram(file()).column("select resultTip from RltTable"), QStringList{"%1 \"%2\" ; --"});
     }
 
@@ -118,8 +115,7 @@ private slots:
         QCOMPARE(tips(reader.resultsOfDay(day)), (QStringList{"0", "set back", "1", "2", "3", "4", "last"}));
         QCOMPARE(tips(reader.resultsOfDay(day, 2, 1)), (QStringList{"set back", "1"}));
         QCOMPARE(told(reader.countOfDay(day), reader.count(day.addDays(-1), day.addDays(1))), "7|9");
-        QVERIFY(!ResultReader(m_folder->filePath("none.db")).open(&error));
-        QVERIFY(error.contains("none.db"));
+        QVERIFY(!ResultReader(m_folder->filePath("none.db")).open(&error) && error.contains("none.db"));
     }
 
     void readerHoldsARowWhileTheCellRecords()
@@ -195,8 +191,7 @@ private slots:
         QVERIFY(detections.deleteBefore("2024-05-02"));
         QCOMPARE(other.column("select model from zdtable"), QStringList{"W19"});
         QVERIFY(detections.saveTimeRange("day", "08:00:00", "20:00:00"));
-        QVERIFY(detections.insertWarning("m", "1", "t"));
-        QVERIFY(detections.clearAll());
+        QVERIFY(detections.insertWarning("m", "1", "t") && detections.clearAll());
         QCOMPARE(other.value("select (select count(*) from zdtable) || (select count(*) from warningtable) || "
                              "(select count(*) from zdtimetable)"),
                  QString("001"));
@@ -222,12 +217,10 @@ private slots:
     {
         DetectDataDB detections(file());
         QMap<QString, DetectDataDB::TimeRange> ranges;
-        QVERIFY(!detections.readTimeRanges(&ranges));
-        QVERIFY(detections.initialise());
+        QVERIFY(!detections.readTimeRanges(&ranges) && detections.initialise());
         QVERIFY(detections.saveTimeRange("day", "08:00:00", "20:00:00"));
         QVERIFY(detections.saveTimeRange("night", "20:00:00", "08:00:00"));
-        QVERIFY(detections.deleteTimeRange("night"));
-        QVERIFY(!detections.deleteTimeRange("it's"));
+        QVERIFY(detections.deleteTimeRange("night") && !detections.deleteTimeRange("it's"));
         QVERIFY(detections.readTimeRanges(&ranges));
         QCOMPARE(ranges.keys(), QStringList{"day"});
         QCOMPARE(ranges["day"].uid, 1);
@@ -238,20 +231,15 @@ private slots:
     void generalStatementsKeepTheirOddities()
     {
         DataBaseSql general(file(), "QSQLITE");
-        QVERIFY(general.open());
-        QVERIFY(general.createTable("t", "uid", {{"b", "TEXT"}, {"a", "TEXT"}}));
-        QVERIFY(!general.createTable("t t", "uid", {}));
-        QVERIFY(!general.insert("", {{"a", 1}}));
-        QVERIFY(!general.insert("t", {}));
-        QVERIFY(general.insert("t", {{"a", 1}}));
+        QVERIFY(general.open() && general.createTable("t", "uid", {{"b", "TEXT"}, {"a", "TEXT"}}));
+        QVERIFY(!general.createTable("t t", "uid", {}) && !general.insert("", {{"a", 1}}));
+        QVERIFY(!general.insert("t", {}) && general.insert("t", {{"a", 1}}));
         QVERIFY(!general.update("t", {{"a", 2}})); // there is no e_report_forms
         OtherProgram other(file());
         QVERIFY(other.run("create table e_report_forms(md_unique)"));
-        QVERIFY(other.run("insert into t(uid, a) values(0, 'x')"));
-        QVERIFY(general.update("t", {{"a", 2}}));
+        QVERIFY(other.run("insert into t(uid, a) values(0, 'x')") && general.update("t", {{"a", 2}}));
         QCOMPARE(other.column("select a from t order by uid"), (QStringList{"2", "1"}));
-        QVERIFY(!general.clear("t", ""));
-        QVERIFY(general.clear("t", "all"));
+        QVERIFY(!general.clear("t", "") && general.clear("t", "all"));
         QVERIFY(other.column("select a from t").isEmpty());
     }
 

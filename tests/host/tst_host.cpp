@@ -53,7 +53,7 @@ private slots:
         writeSolutions(home, QStringList{"工位1", "工位2"}.mid(0, cameras));
         home.write("/user/systemConfig.ini", "[COM]\nPort=/nowhere/tty\n");
         ksSysConfig::instance()->filePath = home.path("/user/systemConfig.ini"); // of the row before otherwise
-        CMainWin window; // whose start waits for nobody
+        CMainWin window;                                                         // whose start waits for nobody
         QPointer<QMessageBox> box = window.findChild<QMessageBox*>();
         QVERIFY(box && box->isVisible());
         QCOMPARE(told(box->windowTitle(), box->text()), "提示|Com /nowhere/tty 115200 open failed");

@@ -77,8 +77,7 @@ private slots:
         QCOMPARE(found.value("error"), QVariant(0));
         QVERIFY(Wheels::turnBetween(found.value("angle").toDouble(), plant.truth.angle) < 0.1);
         QVERIFY(apart(found.value("centerPoint").toPointF(), plant.truth.holeCenter) < 1);
-        QVERIFY(found.value("score").toDouble() > 0.5);
-        QVERIFY(!found.value("resultTip").toString().isEmpty());
+        QVERIFY(found.value("score").toDouble() > 0.5 && !found.value("resultTip").toString().isEmpty());
         const QImage picture = found.value("image").value<QImage>();
         QCOMPARE(picture.size(), plant.image.size());
         const QColor atHub = picture.pixelColor(qRound(plant.truth.hub.x), qRound(plant.truth.hub.y));
@@ -251,8 +250,7 @@ private slots:
         const QVariantMap answer = algo(outcome.result);
         QCOMPARE(answer.value("error").toInt(), int(finder::FindError::BadModel));
         QCOMPARE(answer.value("angle").toDouble(), 361.0);
-        QVERIFY(answer.value("resultTip").toString().contains("score_limit"));
-        QVERIFY(outcome.stages.isEmpty());
+        QVERIFY(answer.value("resultTip").toString().contains("score_limit") && outcome.stages.isEmpty());
     }
 
     void missingParametersAreThoseOfAnyWheel()

@@ -315,8 +315,7 @@ private slots:
             const double taught = parameters.value(QLatin1String(name)).toDouble();
             return std::abs(taught - value) < share * value;
         };
-        QVERIFY(near("rim_radius", truth.rimRadius, 0.01));
-        QVERIFY(near("ring_radius", truth.ringRadius, 0.01));
+        QVERIFY(near("rim_radius", truth.rimRadius, 0.01) && near("ring_radius", truth.ringRadius, 0.01));
         QVERIFY(near("hole_radius", truth.holeRadius, 0.15));
         finder::HoleModel model;
         QVERIFY2(finder::applyParameters(parameters, &model, &error), qPrintable(error));
@@ -361,8 +360,7 @@ private slots:
         black.fill(Qt::black);
         for (const QImage& image : {QImage(), QImage(20, 20, QImage::Format_Mono), black}) {
             QString error;
-            QVERIFY(teacher.propose(image, {700, 300}, {600, 300}, &error).isEmpty());
-            QVERIFY(!error.isEmpty());
+            QVERIFY(teacher.propose(image, {700, 300}, {600, 300}, &error).isEmpty() && !error.isEmpty());
         }
     }
 };

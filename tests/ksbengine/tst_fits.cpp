@@ -216,8 +216,7 @@ private slots:
         const auto radius = [&](bool steepCountsMore) {
             return finder::fitOutline({}, points, {true, 0.02, 3, steepCountsMore}).outline.radius;
         };
-        QVERIFY(std::abs(radius(true) - 200) < 0.01);
-        QVERIFY(radius(false) > 200.1);
+        QVERIFY(std::abs(radius(true) - 200) < 0.01 && radius(false) > 200.1);
     }
 
     void concentricCirclesShareACenter_data()
@@ -250,8 +249,7 @@ private slots:
         QVERIFY(fit.valid);
         QVERIFY2(cv::norm(fit.center - guess - shift) < 0.1,
                  qPrintable(QString::number(cv::norm(fit.center - guess - shift))));
-        QVERIFY(std::abs(fit.c2 - tilt) < 0.1);
-        QVERIFY(std::abs(fit.lead - 100) < 0.15);
+        QVERIFY(std::abs(fit.c2 - tilt) < 0.1 && std::abs(fit.lead - 100) < 0.15);
         for (int k = 0; k < 3; ++k) {
             const bool found =
                 std::any_of(fit.circles.begin(), fit.circles.end(), [&](const finder::ConcentricCircle& circle) {

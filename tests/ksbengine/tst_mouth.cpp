@@ -199,8 +199,7 @@ private slots:
         hole.ring = 8;
         hole.ringGray = 110;
         const Mouth mouth = fitted(hole, hole.image(), {0.1, 0}, 0.9, 1.1 * (hole.radius + hole.ring));
-        QVERIFY(cv::norm(mouth.center - hole.center) < 0.2);
-        QVERIFY(std::abs(mouth.outerRadius - 23) < 0.5);
+        QVERIFY(cv::norm(mouth.center - hole.center) < 0.2 && std::abs(mouth.outerRadius - 23) < 0.5);
     }
 
     /// Today's figures and a tenth.

@@ -274,8 +274,7 @@ private slots:
         QVERIFY(cv::norm(all.front().seen.center - hole({30, 5}).seen.center) < 1);
         // And a round without it is nothing to answer.
         all.erase(all.begin());
-        QVERIFY(finder::chooseHole(model, hub, &all).error != FindError::None);
-        QVERIFY(all.front().company < 0);
+        QVERIFY(finder::chooseHole(model, hub, &all).error != FindError::None && all.front().company < 0);
     }
 
     void limitDecidesByProbability()

@@ -52,8 +52,7 @@ private slots:
         const QVariantMap saved = bench.engine.solutions["工位1"]["轮毂17寸"];
         QCOMPARE(told(saved["rim_radius"].toDouble(), saved["ring_radius"].toDouble()), "820.25|604.123456789");
         QCOMPARE(saved["taught"], QVariant(false));
-        QVERIFY(!bench.canPress("saveButton"));
-        QVERIFY(bench.text("status").contains("已保存"));
+        QVERIFY(!bench.canPress("saveButton") && bench.text("status").contains("已保存"));
     }
 
     void calibratedStationTakesMillimetres_data()

@@ -114,8 +114,7 @@ private slots:
         // 0.9^43 = 0.01078, 0.9^44 = 0.00970
         QCOMPARE(station.viewer.imageScale(), std::pow(0.9, 43));
         QCOMPARE(spy.size(), 43);
-        QVERIFY(!station.viewer.setImageScale(qQNaN()));
-        QVERIFY(!station.viewer.setImageScale(1e9));
+        QVERIFY(!station.viewer.setImageScale(qQNaN()) && !station.viewer.setImageScale(1e9));
         QCOMPARE(station.viewer.imageScale(), std::pow(0.9, 43));
     }
 

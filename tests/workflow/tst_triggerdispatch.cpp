@@ -211,8 +211,7 @@ private slots:
         home.write("/user/plcIndex.json", "{\"工位1\": [\n{\"Name\": ");
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("plcIndex.json, line 2"));
         again.load();
-        QVERIFY(again.table("工位1").isEmpty());
-        QVERIFY(again.save());
+        QVERIFY(again.table("工位1").isEmpty() && again.save());
         QCOMPARE(home.keptAside("/user/plcIndex.json").size(), 1);
     }
 
@@ -237,8 +236,7 @@ private slots:
     {
         Cell cell;
         const QSignalSpy label(cell.controller->stationObject("工位1"), &Station::sgShowModeName);
-        QVERIFY(!cell.controller->selectModel("工位1", ""));
-        QVERIFY(cell.controller->selectModel("没有", "五辐"));
+        QVERIFY(!cell.controller->selectModel("工位1", "") && cell.controller->selectModel("没有", "五辐"));
         QCOMPARE(label.size(), 0);
         QVERIFY(cell.controller->selectModel("工位1", "五辐"));
         QCOMPARE(label.first().at(0).toString(), QStringLiteral("工位1"));

@@ -103,8 +103,7 @@ private slots:
         bench.driver.type("spaceEdit", "20");
         QCOMPARE(bench.driver.message(), QString());
         bench.driver.type("spaceEdit", "21");
-        QVERIFY(bench.driver.message().contains("现在只剩20.0 GB"));
-        QVERIFY(bench.driver.canPress("okButton"));
+        QVERIFY(bench.driver.message().contains("现在只剩20.0 GB") && bench.driver.canPress("okButton"));
         bench.dialog.setImageDisk(20 * 1024, true);
         bench.driver.type("spaceEdit", "1");
         QVERIFY(bench.driver.message().contains("只保留1天"));
@@ -184,8 +183,7 @@ private slots:
         Bench bench;
         bench.choose("cameraBox1", "相机C");
         bench.dialog.setCameras({"相机A", "相机B"});
-        QVERIFY(bench.driver.message().contains("“相机C”已不存在"));
-        QVERIFY(!bench.driver.canPress("okButton"));
+        QVERIFY(bench.driver.message().contains("“相机C”已不存在") && !bench.driver.canPress("okButton"));
         bench.dialog.setCameras({"相机A", "相机B", "相机C"});
         QVERIFY2(bench.driver.canPress("okButton"), "plugged in again");
         bench.choose("cameraBox1", "相机A");
@@ -201,8 +199,7 @@ private slots:
     {
         Bench bench;
         bench.choose("cameraBox2", "相机A");
-        QVERIFY(bench.driver.message().contains("同一个相机"));
-        QVERIFY(!bench.driver.canPress("okButton"));
+        QVERIFY(bench.driver.message().contains("同一个相机") && !bench.driver.canPress("okButton"));
         bench.choose("cameraBox2", "");
         QVERIFY(bench.driver.canPress("okButton"));
         bench.choose("solutionBox2", "工位1");
@@ -254,8 +251,7 @@ private slots:
         QVERIFY(bench.dialog.isVisible());
         QVERIFY2(bench.driver.message().contains(bothFiles ? "systemConfig.ini" : "globalConfig.json"),
                  qPrintable(bench.driver.message()));
-        QVERIFY(bench.driver.message().startsWith("未能保存，设置没有改变"));
-        QVERIFY(bench.applied.isEmpty());
+        QVERIFY(bench.driver.message().startsWith("未能保存，设置没有改变") && bench.applied.isEmpty());
         QVERIFY(!bench.global.onlineMode);
         QCOMPARE(bench.system.cleanDays, 7);
         QVERIFY2(bench.home.read(iniFile).contains("days=7"), "the file that could be written is put back");
