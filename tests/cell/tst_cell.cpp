@@ -95,16 +95,8 @@ private slots:
         QVERIFY(repliesBecome("F"));
         const double angle = wheel.value("angle").toDouble();
         QVERIFY(std::abs(std::remainder(joined(m_cell.plc().reply(0), 2) - angle, 360)) < 0.1);
-    }
-
-    void startWithoutTheLineWaitsForNobodyAndEndsWithTasksInHand()
-    {
-        QVERIFY(m_cell.startUnplugged() && m_cell.plugAndBeat());
-        sendIndices();
-        m_cell.plc().send('P', {5});
-        QVERIFY(repliesBecome("F"));
-        m_cell.plc().send('P', {5});
-        m_cell.plc().send('P', {6});
+        for (const int station : {5, 6}) // the program ends with tasks in hand
+            m_cell.plc().send('P', {station});
     }
 
     void programThatWasAskedToShutDownStillEndsCleanly()
