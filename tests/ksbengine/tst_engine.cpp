@@ -243,22 +243,17 @@ private slots:
         }
     }
 
-    void parametersThatCannotBeUsedAreAnsweredWithTheReason()
+    void parametersAreThoseOfAnyWheelOrRefusedWithTheReason()
     {
         TrialBench bench;
-        const IModelTrial::Outcome outcome = bench.outcome(bench.image, {{"score_limit", 7.0}});
-        const QVariantMap answer = algo(outcome.result);
+        const IModelTrial::Outcome missing = bench.outcome(bench.image, {}, false);
+        QCOMPARE(algo(missing.result).value("error"), QVariant(0));
+        const IModelTrial::Outcome wrong = bench.outcome(bench.image, {{"score_limit", 7.0}});
+        const QVariantMap answer = algo(wrong.result);
         QCOMPARE(answer.value("error").toInt(), int(finder::FindError::BadModel));
         QCOMPARE(answer.value("angle").toDouble(), 361.0);
-        QVERIFY(answer.value("resultTip").toString().contains("score_limit") && outcome.stages.isEmpty());
-    }
-
-    void missingParametersAreThoseOfAnyWheel()
-    {
-        TrialBench bench;
-        const IModelTrial::Outcome outcome = bench.outcome(bench.image, {}, false);
-        QCOMPARE(algo(outcome.result).value("error"), QVariant(0));
-        QVERIFY(outcome.stages.isEmpty());
+        QVERIFY(answer.value("resultTip").toString().contains("score_limit"));
+        QVERIFY(missing.stages.isEmpty() && wrong.stages.isEmpty());
         const QVariantMap nowhere = bench.outcome(bench.image, {}, false, QStringLiteral("工位九")).result;
         QVERIFY2(!nowhere.isEmpty() && !nowhere.contains("AlgoResult"), "there is no such solution");
     }
