@@ -1,7 +1,6 @@
 #include "Bench.h"
 #include "batch/BatchTable.h"
 #include "panels/BatchPanel.h"
-#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <QCheckBox>

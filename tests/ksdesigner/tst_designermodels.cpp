@@ -1,5 +1,4 @@
 #include "Bench.h"
-#include "support/Table.h"
 #include "support/TempHome.h"
 
 class DesignerModelsTest : public QObject

@@ -1,6 +1,4 @@
 #include "Bench.h"
-#include "panels/TryPanel.h"
-#include "support/Table.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
