@@ -163,6 +163,9 @@ private slots:
         bar.tick(true);
         QCOMPARE(bar.findChild<QLabel*>("modeLabel")->text(), QStringLiteral("检测模式：在线模式"));
         QVERIFY(bar.findChild<QLabel*>("timeLabel")->text().endsWith("运行时长: 00:00:07"));
+        QEvent language(QEvent::LanguageChange);
+        QCoreApplication::sendEvent(&bar, &language);
+        QCOMPARE(link->text(), QStringLiteral("连接状态：连接异常"));
         bar.setUserName("王工");
         QCOMPARE(bar.findChild<QLabel*>("userLabel")->text(), QStringLiteral("用户: 王工"));
     }

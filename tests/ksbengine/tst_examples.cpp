@@ -239,6 +239,8 @@ private slots:
         QVERIFY(!shown.examples.removeExample(solution, copy, Kind::Hole, 1, &shown.error));
         QVERIFY(shown.examples.removeExample(solution, copy, Kind::Hole, 0, &shown.error));
         QCOMPARE(shown.examples.examples(solution, copy).holes.size(), 0);
+        while (!shown.examples.examples(solution, copy).rejected.isEmpty())
+            QVERIFY(shown.examples.removeExample(solution, copy, Kind::Rejected, 0, &shown.error)); // the file goes
         QCOMPARE(shown.holes(), 1);
         QVERIFY(shown.store.removeModel(solution, model, &shown.error));
         QVERIFY2(!QFile::exists(shown.home.path(file)), "nothing waits for the next model of this name");
