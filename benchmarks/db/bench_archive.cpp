@@ -1,6 +1,7 @@
 #include "../Bench.h"
 #include "db/archive/ImageArchive.h"
 #include "db/archive/SaveImgThread.h"
+#include "platform/System.h"
 
 #include <QCoreApplication>
 #include <QImageWriter>
@@ -49,6 +50,25 @@ void handOver(benchmark::State& state)
     }
 }
 
+/// A queue as full as it may get, of pictures that each have their own memory.
+void memoryOfABurst(benchmark::State& state)
+{
+    const QTemporaryDir home;
+    const QImage image = samplePicture(QImage::Format_RGB32);
+    const auto resident = [] { return static_cast<double>(platform::residentMemoryKiB()) / 1024; };
+    for (auto _ : state) {
+        ImageArchive archive(home.path());
+        archive.prepare();
+        state.counters["before_MiB"] = resident();
+        while (archive.givenUp() == 0)
+            archive.save(1, "W18", image.copy(), ImageArchive::Source);
+        state.counters["full_MiB"] = resident();
+        while (archive.waiting() > 0)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        state.counters["after_MiB"] = resident();
+    }
+}
+
 void encodeAsSaved(benchmark::State& state, QImage::Format format)
 {
     const QTemporaryDir folder;
@@ -79,6 +99,7 @@ void encodeByTheLibraryAlone(benchmark::State& state, QImage::Format format, TJP
 } // namespace
 
 BENCHMARK(handOver)->Iterations(200)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(memoryOfABurst)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(encodeAsSaved, gray, QImage::Format_Grayscale8)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(encodeByTheLibraryAlone, gray, QImage::Format_Grayscale8, TJPF_GRAY)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(encodeAsSaved, rgb888, QImage::Format_RGB888)->Unit(benchmark::kMillisecond);

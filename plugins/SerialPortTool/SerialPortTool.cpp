@@ -49,10 +49,12 @@ LineSettings SerialPortTool::settingsFor(const QString& portName, const QString&
 void SerialPortTool::startThread(const LineSettings& settings)
 {
     m_state->stopping = false;
-    m_worker = new LineWorker(settings, m_state);
-    m_worker->moveToThread(&m_thread);
-    QObject::connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    auto* const worker = new LineWorker(settings, m_state);
+    worker->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, worker, &QObject::deleteLater);
     m_thread.start(QThread::TimeCriticalPriority);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_worker = worker;
 }
 
 bool SerialPortTool::open(const QString& portName, const QString& baudRate)
@@ -86,8 +88,11 @@ void SerialPortTool::close()
     if (!m_worker)
         return;
     m_state->stopping = true;
-    QMetaObject::invokeMethod(m_worker, &LineWorker::stop, Qt::QueuedConnection);
-    m_worker = nullptr;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        QMetaObject::invokeMethod(m_worker, &LineWorker::stop, Qt::QueuedConnection);
+        m_worker = nullptr;
+    }
     m_thread.wait();
 }
 
@@ -99,6 +104,7 @@ void SerialPortTool::send(const SComFrame* frame)
 
 void SerialPortTool::send(const SComFrame& frame, quint64 session)
 {
+    const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_worker || session == 0 || session != m_state->session) {
         ++m_state->framesDropped;
         return;
@@ -122,6 +128,8 @@ void* SerialPortTool::extension(const char* id)
     const auto asked = [id](const char* offered) { return id && std::strcmp(id, offered) == 0; };
     if (asked(ISerialStatus::id))
         return static_cast<ISerialStatus*>(this);
+    if (asked(ISerialUrgent::id))
+        return static_cast<ISerialUrgent*>(this);
     if (asked(ISerialSession::id))
         return static_cast<ISerialSession*>(this);
     return asked(ISerialReopen::id) ? static_cast<ISerialReopen*>(this) : nullptr;

@@ -4,17 +4,23 @@
 #include <valvecell/ISerialReopen.h>
 #include <valvecell/ISerialSession.h>
 #include <valvecell/ISerialStatus.h>
+#include <valvecell/ISerialUrgent.h>
 
 #include <QThread>
 
 #include <memory>
+#include <mutex>
 
 class LineState;
 class LineWorker;
 struct LineSettings;
 
 /// The module's object: hands everything over to the line's thread, which lives from open() to close().
-class SerialPortTool : public ISerialPort, public ISerialStatus, public ISerialReopen, public ISerialSession
+class SerialPortTool : public ISerialPort,
+                       public ISerialStatus,
+                       public ISerialReopen,
+                       public ISerialSession,
+                       public ISerialUrgent
 {
 public:
     SerialPortTool();
@@ -27,6 +33,7 @@ public:
     void send(const SComFrame* frame) override;
     void send(const SComFrame& frame, quint64 session) override;
     quint64 session() const override;
+    void sendUrgent(const SComFrame& frame, quint64 session) override { send(frame, session); }
     void* extension(const char* id) override;
 
     SerialStatus status() const override;
@@ -39,5 +46,6 @@ private:
     const std::shared_ptr<LineState> m_state;
     ReceiveCallback m_receive;
     QThread m_thread;
+    mutable std::mutex m_mutex;     // protects m_worker where it changes, and where any thread reads it
     LineWorker* m_worker = nullptr; ///< lives in m_thread and is deleted as it ends; null while closed
 };

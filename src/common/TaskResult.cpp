@@ -1,5 +1,7 @@
 #include "common/TaskResult.h"
 
+#include "common/Number.h"
+
 #include <valvecell/ResultKeys.h>
 
 #include <QPoint>
@@ -10,23 +12,8 @@
 
 namespace {
 
-bool isNumber(const QVariant& value)
-{
-    switch (static_cast<QMetaType::Type>(value.type())) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Float:
-    case QMetaType::Double:
-        return true;
-    default:
-        return false;
-    }
-}
-
 /// The value under a key, or `fallback` when it is missing or of another type. Numbers convert to each other, and
-/// nothing else does: a variant would take the text "forty-two" as 0, and true as 1.
+/// nothing else does.
 template <typename T>
 T valueOf(const QVariantMap& map, const char* key, T fallback)
 {

@@ -1,10 +1,5 @@
 #include "config/AccessPolicy.h"
 
-#include "config/ConfigVisitors.h"
-#include "platform/AppHome.h"
-
-#include <valvecell/HomeFiles.h>
-
 namespace {
 
 /// Reads a file that is there: what it does not plainly allow is restricted.
@@ -30,36 +25,22 @@ private:
 
 } // namespace
 
-AccessPolicy::AccessPolicy()
-{
-    DefaultsVisitor defaults;
-    visit(defaults);
-}
-
-QString AccessPolicy::path()
-{
-    return platform::inHome(QStringLiteral("/user/access.json"));
-}
-
 void AccessPolicy::load()
 {
     const HomeFiles::JsonRead file = HomeFiles::readJson(path());
-    DefaultsVisitor defaults;
     RestrictingVisitor reader(file.object);
     if (file.state != HomeFiles::JsonRead::Missing)
         HomeFiles::markPresent(path());
     if (file.state == HomeFiles::JsonRead::Missing && !HomeFiles::isGone(path()))
-        visit(defaults);
+        setDefaults();
     else
         visit(reader);
 }
 
 bool AccessPolicy::save(QString* error)
 {
-    JsonWriteVisitor writer;
-    visit(writer);
-    if (!HomeFiles::writeJsonText(path(), writer.text() + '\n', error))
-        return false;
-    HomeFiles::markPresent(path());
-    return true;
+    const bool saved = SmallConfig::save(error);
+    if (saved)
+        HomeFiles::markPresent(path());
+    return saved;
 }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "config/ks_singleton_base.h"
-
-#include <QString>
+#include "config/SmallConfig.h"
 
 /// Who may open what, kept in "/user/access.json" below the home:
 ///
@@ -10,18 +8,18 @@
 ///
 /// A missing file restricts nothing, unless there was one (see HomeFiles::markPresent()). One that is damaged or gone,
 /// or says anything but true or false, restricts: whoever spoils it gains nothing. GUI thread.
-class AccessPolicy : public ks_singleton_base<AccessPolicy>
+class AccessPolicy : public SmallConfig<AccessPolicy>
 {
 public:
-    /// Gives every field its default.
-    AccessPolicy();
+    static constexpr const char* fileName = "/user/access.json";
+
+    AccessPolicy() { setDefaults(); }
 
     bool engineerOnly{}; ///< calibration, settings, models and designer are for engineers and administrators
 
     void load();
-    /// Replaces the file in one step; false with the reason when it cannot be written, and the old one is unchanged.
+    /// And from then on, its loss restricts.
     bool save(QString* error);
-    static QString path();
 
     /// Every key of the file; see ConfigVisitors.h.
     template <typename Visitor>

@@ -1,10 +1,5 @@
 #include "config/CellLimits.h"
 
-#include "config/ConfigVisitors.h"
-#include "platform/AppHome.h"
-
-#include <valvecell/HomeFiles.h>
-
 namespace {
 
 /// A limit that is out of its range would stop the cell, or protect nothing.
@@ -33,27 +28,9 @@ private:
 
 } // namespace
 
-CellLimits::CellLimits()
-{
-    DefaultsVisitor defaults;
-    visit(defaults);
-}
-
-QString CellLimits::path()
-{
-    return platform::inHome(QStringLiteral("/user/limits.json"));
-}
-
 void CellLimits::load()
 {
     const HomeFiles::JsonRead file = HomeFiles::readJson(path());
     LimitsReader reader(file.object);
     visit(reader);
-}
-
-bool CellLimits::save(QString* error)
-{
-    JsonWriteVisitor writer;
-    visit(writer);
-    return HomeFiles::writeJsonText(path(), writer.text() + '\n', error);
 }

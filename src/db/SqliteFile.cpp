@@ -13,6 +13,7 @@ namespace {
 constexpr int codeError = 1; // the statement does not fit the file
 constexpr int codeReadOnly = 8;
 constexpr int codeCorrupt = 11;
+constexpr int codeCannotOpen = 14;
 constexpr int codeNotADatabase = 26;
 
 /// Marks a file as ours ("VCel"), so that another program's file is known even when its tables have our names.
@@ -35,20 +36,33 @@ struct Verdict
     bool isUnfit() const { return state == Damaged || state == ReadOnly; }
 };
 
+/// The part of a file's log that this user may not write; empty when there is none. SQLite calls the file itself
+/// read-only then.
+QString lockedLog(const QString& path)
+{
+    for (const char* tail : logTails) {
+        const QFileInfo log(path + QLatin1String(tail));
+        if (log.exists() && !log.isWritable())
+            return log.filePath();
+    }
+    return {};
+}
+
 /// Damaged or read-only is only what a fresh file mends; whatever else it is (locked, no rights, no space) may pass by
 /// itself.
 Verdict verdictOf(const SqlConnection& connection)
 {
     const QString reason = connection.lastError().text().simplified();
-    switch (connection.lastCode()) {
-    case codeCorrupt:
-    case codeNotADatabase:
+    const int code = connection.lastCode();
+    if (code == codeCorrupt || code == codeNotADatabase)
         return {Verdict::Damaged, Texts::tr("文件已损坏：%1").arg(reason)};
-    case codeReadOnly:
-        return {Verdict::ReadOnly, Texts::tr("文件只读：%1").arg(reason)};
-    default:
+    if (code != codeReadOnly && code != codeCannotOpen)
         return {Verdict::CannotOpen, reason};
-    }
+    if (const QString log = lockedLog(connection.database().databaseName()); !log.isEmpty())
+        return {Verdict::CannotOpen, Texts::tr("没有权限写入文件%1，请恢复写权限").arg(log)};
+    if (code == codeReadOnly)
+        return {Verdict::ReadOnly, Texts::tr("文件只读：%1").arg(reason)};
+    return {Verdict::CannotOpen, reason};
 }
 
 bool isUnfit(const SqlConnection& connection)

@@ -5,6 +5,7 @@
 namespace {
 
 const QString resultTable = QStringLiteral("RltTable");
+const QString timeFormat = QStringLiteral("yyyy-MM-dd hh:mm:ss zzz");
 
 /// Names and types are those that the plants' reports ask for.
 const SqlValueMap& resultColumns()
@@ -78,7 +79,13 @@ bool StationDB::contains(const StationResult& result, const QDateTime& time)
     return query.next();
 }
 
+QDateTime StationDB::lastTime()
+{
+    QSqlQuery query = store().exec(QStringLiteral("select time from %1 order by uid desc limit 1").arg(resultTable));
+    return query.next() ? QDateTime::fromString(query.value(0).toString(), timeFormat) : QDateTime();
+}
+
 QString StationDB::timeText(const QDateTime& time)
 {
-    return time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss zzz"));
+    return time.toString(timeFormat);
 }

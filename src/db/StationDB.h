@@ -55,6 +55,9 @@ public:
     /// Whether the table has this row already.
     bool contains(const StationResult& result, const QDateTime& time);
 
+    /// The time of the row that was inserted last, by whatever start of the program; not valid without one.
+    QDateTime lastTime();
+
     /// The form of every stored time; texts of it sort as the times do.
     static QString timeText(const QDateTime& time);
 

@@ -1,5 +1,6 @@
 #include "host/WindowActions.h"
 
+#include "common/Step.h"
 #include "config/AccessPolicy.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
@@ -97,8 +98,9 @@ const WindowActions::Row WindowActions::rows[] = {
     {"main_Login_action", Anybody, [](WindowActions& own) { own.logInOut(); }},
     {"main_action_userManager", Anybody,
      [](WindowActions& own) {
-         if (own.m_parts.userCtrl)
-             own.m_parts.userCtrl->showUserManager(&own.m_parts.window);
+         if (IUserCtrl* const user = own.m_parts.userCtrl)
+             own.m_parts.cell.calls().run(
+                 "QUserInfo: showUserManager()", [&] { user->showUserManager(&own.m_parts.window); }, CallWatch::Takes);
          else
              messages::notEnabled();
      }},
@@ -167,6 +169,7 @@ bool WindowActions::allowsEngineering() const
 
 void WindowActions::trigger(const QString& name)
 {
+    const Step step("action of the window");
     const auto* row = std::find_if(std::begin(rows), std::end(rows),
                                    [&name](const Row& each) { return name == QLatin1String(each.action); });
     if (row == std::end(rows))
@@ -180,7 +183,7 @@ void WindowActions::askForRights()
 {
     emit message(tr("需要工程师权限，请先登录"));
     if (m_parts.userCtrl)
-        m_parts.userCtrl->showLogInDialog(&m_parts.window);
+        showLogIn();
     else
         messages::notEnabled();
 }
@@ -221,11 +224,19 @@ void WindowActions::logInOut()
 {
     IUserCtrl* const user = m_parts.userCtrl;
     if (!user)
-        messages::notEnabled();
-    else if (user->state() != IUserCtrl::LoggedIn)
-        user->showLogInDialog(&m_parts.window);
-    else if (messages::confirmLogOut(&m_parts.window, user->currentUserName()))
-        user->logOut();
+        return messages::notEnabled();
+    CallWatch& calls = m_parts.cell.calls();
+    if (calls.run("QUserInfo: state()", [user] { return user->state(); }) != IUserCtrl::LoggedIn)
+        showLogIn();
+    else if (messages::confirmLogOut(&m_parts.window, currentUser()))
+        calls.run("QUserInfo: logOut()", [user] { user->logOut(); });
+}
+
+void WindowActions::showLogIn()
+{
+    m_parts.cell.calls().run(
+        "QUserInfo: showLogInDialog()", [this] { m_parts.userCtrl->showLogInDialog(&m_parts.window); },
+        CallWatch::Takes);
 }
 
 void WindowActions::openCalibration()
@@ -314,5 +325,7 @@ void WindowActions::logChanges(const AuditChanges& changes) const
 
 QString WindowActions::currentUser() const
 {
-    return m_parts.userCtrl ? m_parts.userCtrl->currentUserName() : QString();
+    IUserCtrl* const user = m_parts.userCtrl;
+    return user ? m_parts.cell.calls().run("QUserInfo: currentUserName()", [user] { return user->currentUserName(); })
+                : QString();
 }

@@ -79,6 +79,7 @@ private:
     static const Row rows[];
 
     void logInOut();
+    void showLogIn();
     void openCalibration();
     void openSettings();
     void openModels();

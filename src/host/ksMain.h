@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/CMainWin.h"
+#include "host/LoopWatch.h"
 
 #include <valvecell/IMainWidget.h>
 
@@ -15,5 +16,6 @@ public:
     void showMaximized() override;
 
 private:
+    const LoopWatch m_loop;
     CMainWin m_window;
 };

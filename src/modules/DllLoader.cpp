@@ -25,7 +25,7 @@ DllLoader::DllLoader(const QString& baseName, const char* initSymbol, const char
                      const QStringList& searchDirs)
 {
     setFileName(platform::moduleLoadName(findModule(baseName, searchDirs)));
-    if (!load())
+    if (!loadModule(*this))
         qDebug("DllLoader Error: %s", qUtf8Printable(errorString()));
     m_info = describeModule(baseName, *this, initSymbol);
     if (!m_info.problem.isEmpty()) {

@@ -5,24 +5,6 @@
 #include <QLibrary>
 #include <QStringList>
 
-#include <exception>
-
-/// Calls into a module that may not keep its promise never to throw. Returns whether it came back as it should; a
-/// warning that names the module says what it threw.
-template <typename Call>
-bool callModule(const QString& module, Call call)
-{
-    try {
-        call();
-        return true;
-    } catch (const std::exception& thrown) {
-        qWarning("module %s threw: %s", qUtf8Printable(module), thrown.what());
-    } catch (...) {
-        qWarning("module %s threw", qUtf8Printable(module));
-    }
-    return false;
-}
-
 /// A module's library with its initialise and free functions. GUI thread.
 class DllLoader : public QLibrary
 {

@@ -2,6 +2,7 @@
 
 #include "modules/ModuleReport.h"
 
+#include <valvecell/ICameraCapture.h>
 #include <valvecell/ICoreCtrl.h>
 
 #include <QVector>
@@ -22,6 +23,7 @@ public:
     {
         ICoreCtrl::ImageCallback image;
         ICoreCtrl::NotificationCallback notification;
+        ICameraCapture::Callback capture; ///< for a core control that captures with numbers
     };
 
     /// Starts core control, engine and designer, in this order; what runs already is left alone. Returns the text of

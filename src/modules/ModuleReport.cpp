@@ -22,11 +22,19 @@ QString majorOf(const QString& version)
 
 } // namespace
 
+bool loadModule(QLibrary& library)
+{
+    library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
+    return library.load();
+}
+
 QString interfaceProblem(QLibrary& library)
 {
     const auto function = reinterpret_cast<VersionFunction>(library.resolve("Lib_InterfaceVersion"));
     const QString own = QStringLiteral(VALVECELL_INTERFACE_VERSION);
-    const char* const text = function ? function() : VALVECELL_INTERFACE_VERSION;
+    const char* text = VALVECELL_INTERFACE_VERSION;
+    if (function && !callModule(library.fileName(), [&] { text = function(); }))
+        text = nullptr;
     const QString built = text ? QString::fromUtf8(text) : QString();
     return majorOf(built) == majorOf(own) ? QString()
                                           : Tr::tr("模块按接口版本 %1 编译，本程序的接口版本为 %2").arg(built, own);
@@ -45,7 +53,7 @@ ModuleInfo describeModule(const QString& name, QLibrary& library, const char* sy
     if (!info.problem.isEmpty())
         return info;
     if (const auto version = reinterpret_cast<VersionFunction>(library.resolve("Lib_Version")))
-        info.version = QString::fromUtf8(version());
+        callModule(info.file, [&] { info.version = QString::fromUtf8(version()); });
     return info;
 }
 

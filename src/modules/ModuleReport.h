@@ -2,7 +2,26 @@
 
 #include <QString>
 
+#include <exception>
+
 class QLibrary;
+
+/// Calls into a module that may not keep its promise never to throw, while it is brought up or taken down; CallWatch is
+/// for the calls between. Returns whether it came back as it should; a warning that names the module says what it
+/// threw.
+template <typename Call>
+bool callModule(const QString& module, Call call)
+{
+    try {
+        call();
+        return true;
+    } catch (const std::exception& thrown) {
+        qWarning("module %s threw: %s", qUtf8Printable(module), thrown.what());
+    } catch (...) {
+        qWarning("module %s threw", qUtf8Printable(module));
+    }
+    return false;
+}
 
 /// What there is to report about a module of the program.
 struct ModuleInfo
@@ -13,6 +32,10 @@ struct ModuleInfo
     QString version;      ///< empty when the module does not say
     QString problem;      ///< why it does not work; empty when it does
 };
+
+/// Loads a module's library, with all that it needs of others: a function that is nowhere is found now and not when it
+/// is first called. GUI thread.
+bool loadModule(QLibrary& library);
 
 /// Why a loaded library cannot be used: it was built for interfaces of another major version. Empty when it can, and
 /// for one that names no version. GUI thread.

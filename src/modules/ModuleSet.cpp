@@ -3,6 +3,7 @@
 #include "modules/DllModules.h"
 #include "platform/AppHome.h"
 
+#include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
 #include <valvecell/IEngine.h>
 #include <valvecell/ISerialPort.h>
@@ -15,7 +16,7 @@ template <typename Object, typename Factory>
 Object* createFrom(const QString& base, const char* symbol, QVector<ModuleInfo>* report)
 {
     QLibrary library(platform::moduleLoadName(base));
-    const QString other = library.load() ? interfaceProblem(library) : QString();
+    const QString other = loadModule(library) ? interfaceProblem(library) : QString();
     const auto factory = other.isEmpty() ? reinterpret_cast<Factory>(library.resolve(symbol)) : nullptr;
     if (!other.isEmpty())
         qWarning("module %s: %s: %s", qUtf8Printable(base), qUtf8Printable(library.fileName()), qUtf8Printable(other));
@@ -62,6 +63,8 @@ QString ModuleSet::startCoreCtrl(const CameraCallbacks& callbacks)
                           core->setRequestCallback([](const QString&, const QVariant&) { return QVariant(); });
                           core->setNotificationCallback(callbacks.notification);
                           core->setImageCallback(callbacks.image);
+                          if (auto* captures = extensionOf<ICameraCapture>(core))
+                              captures->setCaptureCallback(callbacks.capture);
                           cameras = core->cameraKeys();
                       });
     if (!kept)

@@ -52,6 +52,10 @@ QString what(const Alarm& alarm)
         return Texts::tr("型号库不能使用：%1").arg(alarm.detail);
     case Alarm::CameraLost:
         return Texts::tr("相机%1不可用：%2").arg(alarm.subject, alarm.detail);
+    case Alarm::CameraFloods:
+        return Texts::tr("相机%1不断送来未请求的图像，已丢弃").arg(alarm.subject);
+    case Alarm::ModuleFault:
+        return Texts::tr("模块%1：%2").arg(alarm.subject, alarm.detail);
     case Alarm::DiskLow:
         return Texts::tr("磁盘空间不足，剩余%1 GB").arg(alarm.detail);
     case Alarm::ImagesUnwritable:
@@ -86,6 +90,10 @@ Help helpOf(const Alarm& alarm)
     case Alarm::CameraLost:
     case Alarm::NoImage:
         return {Texts::tr("检查相机的供电、网线和触发"), "actionCamera", Texts::tr("相机管理")};
+    case Alarm::CameraFloods:
+        return {Texts::tr("关闭相机的连续采集或外部触发"), "actionCamera", Texts::tr("相机管理")};
+    case Alarm::ModuleFault:
+        return {Texts::tr("请将系统日志交给该模块的提供者"), "actionDevice", Texts::tr("设备管理")};
     case Alarm::CameraUnknown:
         return {Texts::tr("为该工位选择现有的相机"), "actionSystem", Texts::tr("系统设置")};
     case Alarm::NoResult:

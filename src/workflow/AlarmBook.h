@@ -28,6 +28,8 @@ struct Alarm
         ClockJumped,         ///< no image goes by its age until this is acknowledged
         ProtectionOff,       ///< online, and a trigger without a valid model captures all the same
         FileGone,            ///< a file that keeps people out was deleted
+        CameraFloods,        ///< a camera delivers images that nobody asked for
+        ModuleFault,         ///< a module threw, or held the program up; see ModuleCall
     };
 
     Kind kind = PortLost;
@@ -43,7 +45,8 @@ struct Alarm
     /// Whether the alarm asks for somebody, and stays until it is acknowledged. The others go when their cause goes.
     bool isLatched() const
     {
-        return kind == ImagesGivenUp || kind == DatabaseMovedAside || kind == ConfigDamaged || kind == ClockJumped;
+        return kind == ImagesGivenUp || kind == DatabaseMovedAside || kind == ConfigDamaged || kind == ClockJumped ||
+               kind == ModuleFault;
     }
 };
 

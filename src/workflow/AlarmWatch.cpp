@@ -1,5 +1,6 @@
 #include "workflow/AlarmWatch.h"
 
+#include "common/Scheduler.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/ksLogDB.h"
@@ -14,6 +15,26 @@
 #include <valvecell/ISerialStatus.h>
 
 #include <QDir>
+#include <QDirIterator>
+
+namespace {
+
+using DamagedFiles = QVector<QPair<QString, QString>>; ///< name below the folder, and what is wrong
+
+DamagedFiles damagedFiles(const QString& folder)
+{
+    DamagedFiles damaged;
+    QDirIterator files(folder, {QStringLiteral("*.json")}, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString path = files.next();
+        const HomeFiles::JsonRead read = HomeFiles::readJson(path);
+        if (read.state == HomeFiles::JsonRead::Damaged)
+            damaged.append({QDir(folder).relativeFilePath(path), read.error});
+    }
+    return damaged;
+}
+
+} // namespace
 
 AlarmWatch::AlarmWatch(const ksGlobalConfig& config, const ksSysConfig& settings, AlarmBook& book, QObject* parent)
     : QObject(parent)
@@ -80,6 +101,22 @@ void AlarmWatch::checkCameras()
     m_watched = wanted;
 }
 
+/// An image that came too late is no flood.
+void AlarmWatch::checkFlood(const QHash<QString, int>& unasked)
+{
+    constexpr int manyInASecond = 5;
+    for (const QString& key : std::exchange(m_flooding, {})) {
+        if (unasked.value(key) < manyInASecond)
+            m_book.clear(Alarm::CameraFloods, key);
+    }
+    for (auto it = unasked.begin(); it != unasked.end(); ++it) {
+        if (it.value() >= manyInASecond) {
+            m_flooding.append(it.key());
+            m_book.raise(Alarm::CameraFloods, it.key(), {});
+        }
+    }
+}
+
 /// A second station that is not in use has neither camera nor solution.
 void AlarmWatch::checkCameraKeys(const QStringList& present)
 {
@@ -91,15 +128,17 @@ void AlarmWatch::checkCameraKeys(const QStringList& present)
     }
 }
 
-void AlarmWatch::checkFiles(const QString& home)
+void AlarmWatch::checkFiles(const QString& home, const Scheduler& scheduler)
 {
-    const QDir folder(home + QStringLiteral("/user"));
-    const QStringList files = folder.entryList({QStringLiteral("*.json")}, QDir::Files);
-    for (const QString& file : files) {
-        const HomeFiles::JsonRead read = HomeFiles::readJson(folder.filePath(file));
-        if (read.state == HomeFiles::JsonRead::Damaged)
-            m_book.raise(Alarm::ConfigDamaged, file, read.error);
-    }
+    const QString folder = home + QStringLiteral("/user");
+    const auto raise = [this](const DamagedFiles& files) {
+        for (const auto& [file, problem] : files)
+            m_book.raise(Alarm::ConfigDamaged, file, problem);
+    };
+    if (scheduler.usesThreads())
+        m_reading.run([folder] { return damagedFiles(folder); }, raise);
+    else
+        raise(damagedFiles(folder));
 }
 
 void AlarmWatch::checkLog()
@@ -133,6 +172,13 @@ void AlarmWatch::checkRecords()
 void AlarmWatch::checkSetUp()
 {
     m_book.set(m_config.onlineMode && !m_config.useClearProtect, Alarm::ProtectionOff, {}, {});
+    constexpr int checksBetween = 10; // the disk is looked at, and may be a slow one
+    if (m_checks++ % checksBetween == 0)
+        checkPresence();
+}
+
+void AlarmWatch::checkPresence()
+{
     for (const char* name : {"/user/users.json", "/user/access.json"}) {
         const QString path = HomeFiles::home() + QLatin1String(name);
         m_book.set(HomeFiles::isGone(path), Alarm::FileGone, path, {});

@@ -1,10 +1,15 @@
 #pragma once
 
+#include "common/Background.h"
+
+#include <QHash>
 #include <QObject>
+#include <QStringList>
 
 class AlarmBook;
 class CellRecords;
 class ICoreCtrl;
+class Scheduler;
 class ISerialPort;
 class ksGlobalConfig;
 class ksSysConfig;
@@ -32,15 +37,18 @@ public:
     void setLog(const SystemLog::ksLogDB* log) { m_log = log; }
     void setRecords(const CellRecords* records) { m_records = records; }
 
-    /// To be called once, before anybody writes: raises an alarm for every file of the set-up that does not parse.
-    /// `home`: without a separator at its end.
-    void checkFiles(const QString& home);
+    /// To be called once, before anybody writes: raises an alarm for every file of the set-up that does not parse, the
+    /// engine's solutions and models included; later, where threads may read them. `home`: without a separator at its
+    /// end.
+    void checkFiles(const QString& home, const Scheduler& scheduler);
 
 public slots:
     /// The PLC sent something.
     void heard() { m_silent = 0; }
     /// To be called about once a second.
     void check();
+    /// Likewise; `unasked`: the images since then that no trigger waited for, by camera.
+    void checkFlood(const QHash<QString, int>& unasked);
 
 private:
     void checkPort();
@@ -50,6 +58,7 @@ private:
     void checkLog();
     void checkRecords();
     void checkSetUp();
+    void checkPresence();
 
     const ksGlobalConfig& m_config;
     const ksSysConfig& m_settings;
@@ -59,6 +68,9 @@ private:
     const SystemLog::ksLogDB* m_log = nullptr;
     const CellRecords* m_records = nullptr;
     QStringList m_watched; ///< cameras that were checked the last time
-    QString m_lostPort;    ///< as configured, of the alarm that lasts
-    int m_silent = 0;      ///< seconds
+    QStringList m_flooding;
+    QString m_lostPort; ///< as configured, of the alarm that lasts
+    int m_checks = 0;
+    int m_silent = 0; ///< seconds
+    Background m_reading{Background::AtEnd::Wait};
 };

@@ -10,6 +10,7 @@
 
 #include <valvecell/Extension.h>
 #include <valvecell/ISerialReopen.h>
+#include <valvecell/ISerialUrgent.h>
 
 namespace {
 
@@ -21,16 +22,18 @@ constexpr int tickMs = 1000;
 Cell::Cell(Ground ground, std::unique_ptr<IModules> modules, QObject* parent)
     : QObject(parent)
     , m_ground(std::move(ground))
-    , m_modules(std::move(modules))
+    , m_calls(m_ground.scheduler, [&limits = m_ground.limits] { return limits.moduleCallLimitMs; })
+    , m_modules(std::move(modules), m_calls)
     , m_alarms(m_ground.scheduler)
     , m_counts(m_ground.scheduler)
     , m_road(m_ground.config, m_ground.scheduler, [&limits = m_ground.limits] { return limits.answerDeadlineMs; })
     , m_watch(m_ground.config, m_ground.settings, m_alarms)
     , m_heartbeat(m_ground.scheduler.timer(Scheduler::Repeating, [this] { sendHeartbeat(); }))
     , m_tick(m_ground.scheduler.timer(Scheduler::Repeating, [this] { tick(); }))
+    , m_watchdog(m_ground.scheduler, [this] { lookAfterGuiThread(); })
 {
     m_watch.setLog(m_ground.systemLog);
-    m_watch.checkFiles(m_ground.home);
+    m_watch.checkFiles(m_ground.home, m_ground.scheduler);
     connectRoad();
     raiseAlarms();
     m_road.link().hold();
@@ -45,10 +48,11 @@ Cell::Cell(Ground ground, std::unique_ptr<IModules> modules, QObject* parent)
 Cell::~Cell()
 {
     m_heartbeat.reset();
+    m_road.standIn().setPort(nullptr);
     if (m_port)
         m_port->close();
     m_port.reset();
-    m_modules->stop();
+    m_modules.stop();
 }
 
 void Cell::connectRoad()
@@ -100,6 +104,8 @@ void Cell::raiseAlarms()
     connect(&m_road.results(), &ResultHandler::calibrationJudged, this, [this](int number, const QString& problem) {
         m_alarms.set(!problem.isEmpty(), Alarm::CalibrationUnusable, QString::number(number), problem);
     });
+    connect(&m_calls, &CallWatch::broken, this,
+            [this](const QString& call, const QString& problem) { m_alarms.raise(Alarm::ModuleFault, call, problem); });
     connect(&m_alarms, &AlarmBook::acknowledged, this, [this](const Alarm& alarm) {
         if (alarm.kind == Alarm::ClockJumped)
             m_records->acceptClock();
@@ -108,26 +114,27 @@ void Cell::raiseAlarms()
 
 QString Cell::loadModules()
 {
-    const QString fatal = m_modules->start({m_road.imageCallback(), m_road.cameraCallback()});
+    const QString fatal = m_modules.start({m_road.imageCallback(), m_road.cameraCallback(), m_road.captureCallback()});
     if (!fatal.isEmpty())
         return fatal;
-    m_road.setModules(m_modules->coreCtrl(), m_modules->engine(), m_modules->designer());
-    m_watch.setCameras(m_modules->coreCtrl());
+    m_road.setModules(m_modules.coreCtrl(), m_modules.engine(), m_modules.designer());
+    m_watch.setCameras(m_modules.coreCtrl());
     return {};
 }
 
 bool Cell::openSerialPort(std::function<void(const SComFrame&)> receiver)
 {
-    m_port.reset(m_modules->createSerialPort());
+    m_port.reset(m_modules.createSerialPort());
     if (!m_port)
         return true;
-    const auto handOver = [this, receiver = std::move(receiver)](const SComFrame& frame, quint64 session) {
-        m_road.link().setIncomingSession(session);
+    const auto handOver = [this, receiver = std::move(receiver)](const SComFrame& frame, quint64 session, qint64 ns) {
+        m_road.link().setIncoming(session, ns);
         receiver(frame);
     };
     connect(m_road.relay(), &ModuleRelay::frameReceived, this, handOver, Qt::QueuedConnection);
     m_port->setReceiveCallback(this, m_road.frameCallback(m_port.get()));
     m_road.link().setPort(m_port.get());
+    m_road.standIn().setPort(extensionOf<ISerialUrgent>(m_port.get()));
     m_watch.setPort(m_port.get());
     const bool open = m_port->open(m_ground.settings.comPort, QString::number(m_ground.settings.baudRate));
     m_heartbeat->start(heartbeatMs);
@@ -162,7 +169,7 @@ void Cell::createController()
 {
     const ksSysConfig& settings = m_ground.settings;
     m_controller =
-        std::make_unique<CZdCtrl>(m_modules->engine(), m_ground.home,
+        std::make_unique<CZdCtrl>(m_modules.engine(), m_ground.home,
                                   CZdCtrl::Accounting{m_ground.scheduler, [&settings] { return settings.filterTime; }});
     m_controller->initialise();
     m_road.dispatch().setController(m_controller.get());
@@ -224,6 +231,7 @@ void Cell::openRoad()
 
 void Cell::receive(const SComFrame& frame)
 {
+    const Step step("frame of the PLC");
     m_road.link().receive(frame);
 }
 
@@ -288,10 +296,18 @@ void Cell::reopenPort()
     }
 }
 
+void Cell::lookAfterGuiThread()
+{
+    m_calls.look();
+    m_road.standIn().look();
+}
+
 void Cell::tick()
 {
+    const Step step("look at the cell's state");
     m_counts.checkDay();
     m_watch.check();
+    m_watch.checkFlood(m_road.takeUnasked());
     if (m_countsFile)
         m_countsFile->tick();
 }

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "common/AuditChange.h"
-#include "modules/IModules.h"
+#include "modules/GuardedModules.h"
 #include "workflow/AlarmBook.h"
 #include "workflow/AlarmWatch.h"
 #include "workflow/CTrigDetector.h"
 #include "workflow/CellRecords.h"
 #include "workflow/DayCounts.h"
 #include "workflow/TriggerRoad.h"
+#include "workflow/Watchdog.h"
 
 class CZdCtrl;
 class CellLimits;
@@ -55,7 +56,9 @@ public:
     void enableStations();
     void openRoad();
 
-    IModules& modules() { return *m_modules; }
+    IModules& modules() { return m_modules; }
+    /// For calls into the log-in module.
+    CallWatch& calls() { return m_calls; }
     /// Null when there is no serial module.
     ISerialPort* port() const { return m_port.get(); }
     const PlcLink& link() { return m_road.link(); }
@@ -66,6 +69,10 @@ public:
     /// Null before prepareImageFolders().
     const CellRecords* records() const { return m_records.get(); }
     ModelManager* models() const { return m_records ? m_records->models() : nullptr; }
+
+    /// Logs what holds up the GUI thread, and answers for it what is overdue. Called by a thread that watches; any
+    /// thread.
+    void lookAfterGuiThread();
 
 public slots:
     /// A frame of the PLC.
@@ -115,7 +122,8 @@ private:
 
     const Ground m_ground;
     // Destroyed from the last to the first: who uses something goes before it.
-    std::unique_ptr<IModules> m_modules;
+    CallWatch m_calls;
+    GuardedModules m_modules;
     std::unique_ptr<ISerialPort> m_port;
     AlarmBook m_alarms;
     DayCounts m_counts;
@@ -127,6 +135,7 @@ private:
     std::unique_ptr<DayCountsFile> m_countsFile;
     std::unique_ptr<Scheduler::Timer> m_heartbeat;
     std::unique_ptr<Scheduler::Timer> m_tick;
+    Watchdog m_watchdog;
     int m_testIntervalMs = 1000;
     bool m_stationEnabled[2] = {false, false};
 };

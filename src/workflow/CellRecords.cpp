@@ -12,6 +12,8 @@
 namespace {
 
 constexpr int msBetweenLooks = 1000;
+/// This program is no older, so a clock that shows an earlier date has lost its battery.
+constexpr QDate madeOn = QDate::fromJulianDay(2461042); // 2026-01-01
 
 ImageArchive::Rules archiveRules(Scheduler& scheduler)
 {
@@ -131,8 +133,23 @@ void CellRecords::openResultDatabase()
     ResultRecorder::Rules rules;
     rules.scheduler = &m_scheduler;
     m_recorder = std::make_unique<ResultRecorder>(*m_results, rules);
+    checkClock();
     connect(m_archive.get(), &ImageArchive::ended, m_recorder.get(), &ResultRecorder::onPictureEnded);
     m_store = std::make_unique<CellResultStore>(m_settings, *m_archive, *m_recorder);
+}
+
+/// Stored times are local: when summer ends, an hour comes twice.
+void CellRecords::checkClock()
+{
+    constexpr int tolerance = 2 * 60 * 60;
+    const QDateTime now = m_scheduler.now();
+    const QDateTime last = m_results->lastTime();
+    if (now.date() >= madeOn && !(last.isValid() && now.secsTo(last) > tolerance))
+        return;
+    for (QDiskCleanThread* cleaner : {m_sourceCleaner.get(), m_resultCleaner.get()}) {
+        if (cleaner)
+            cleaner->distrustClock(now);
+    }
 }
 
 void CellRecords::openModelLibrary(PlcIndexTable& indices, const QStringList& stations)

@@ -83,6 +83,8 @@ private:
     std::unique_ptr<QDiskCleanThread> startCleaner(const QString& root, bool byAge) const;
     /// Without threads: a pass of both cleaners.
     void clean();
+    /// A clock that runs before the last row, or before this program was made, was wrong at the start already.
+    void checkClock();
     void openLibrary();
     void lookAfterLibrary();
 

@@ -16,6 +16,12 @@ void PlcLink::setPort(ISerialPort* port)
     m_sessions = extensionOf<ISerialSession>(port);
 }
 
+void PlcLink::setIncoming(quint64 session, qint64 ns)
+{
+    m_incoming = session;
+    m_incomingNs = ns;
+}
+
 quint64 PlcLink::session() const
 {
     return m_sessions ? m_sessions->session() : 1;
@@ -91,6 +97,13 @@ PlcLink::Sent PlcLink::sendResult(int station, double angle, double x, double y,
     if (sent.angle >= plc::noticeAngle)
         sendIn(session, plc::notFound(station));
     return sent;
+}
+
+PlcLink::Sent PlcLink::sentElsewhere(int station)
+{
+    emit frameSeen(plc::result(station, plc::nothingFoundAngle, 0, 0), false);
+    emit frameSeen(plc::notFound(station), false);
+    return asSent(plc::nothingFoundAngle, 0, 0);
 }
 
 void PlcLink::send(const SComFrame& frame)

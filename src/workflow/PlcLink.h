@@ -44,9 +44,10 @@ public:
 
     /// The session of the line, see ISerialSession; 0 while it is closed, 1 for a module that does not count them.
     quint64 session() const;
-    /// The session in which the frame came that receive() gets next; by default the present one.
-    void setIncomingSession(quint64 session) { m_incoming = session; }
+    /// In which session the frame came that receive() gets next, and when; by default in the present one, and now: 0.
+    void setIncoming(quint64 session, qint64 ns);
     quint64 incomingSession() const { return m_incoming.value_or(session()); }
+    qint64 incomingNs() const { return m_incomingNs; }
 
     /// Sends the result of a station (1 or 2; any other is sent as station 2's command), and the not-found notice
     /// after it when the angle is 360 or more. `angle` in degrees, `x` and `y` in machine units.
@@ -54,6 +55,8 @@ public:
     Sent sendResult(int station, double angle, double x, double y);
     /// The same for the answer to a trigger of `session`, on that line or not at all.
     Sent sendResult(int station, double angle, double x, double y, quint64 session);
+    /// The station was answered as not found by another way: those who watch the line see it here.
+    Sent sentElsewhere(int station);
     /// What sendResult() would send; nothing is.
     static Sent asSent(double angle, double x, double y);
 
@@ -74,6 +77,7 @@ private:
     ISerialPort* m_port;
     ISerialSession* m_sessions = nullptr; ///< the same port's; null when it counts none
     std::optional<quint64> m_incoming;
+    qint64 m_incomingNs = 0;
     bool m_held = false;
     std::optional<SComFrame> m_heldIndices;
     std::optional<SComFrame> m_heldShutdown;

@@ -1,5 +1,6 @@
 #include "workflow/ResultHandler.h"
 
+#include "common/Step.h"
 #include "config/ksGlobalConfig.h"
 #include "db/StationDB.h"
 #include "workflow/IResultStore.h"
@@ -51,6 +52,7 @@ ResultHandler::ResultHandler(const ksGlobalConfig& config, PlcLink& link, const 
 /// A result of another solution than the trigger's is shown and recorded as such, and the trigger has none.
 void ResultHandler::onResult(const Trigger& trigger, const QVariantMap& map)
 {
+    const Step step("result of the engine");
     const TaskResult result = TaskResult::fromMap(map);
     const Part part{trigger, result.solution == trigger.solution ? trigger.station : 0, result};
     if (!result.calibrated) {
@@ -91,6 +93,8 @@ PlcLink::Sent ResultHandler::send(const Trigger& trigger, int station, double an
 {
     if (trigger.source == Trigger::Test)
         return PlcLink::asSent(angle, machine.x(), machine.y());
+    if (trigger.answered)
+        return m_link.sentElsewhere(station);
     return m_link.sendResult(station, angle, machine.x(), machine.y(), trigger.session);
 }
 
@@ -152,6 +156,7 @@ void ResultHandler::store(const Part& part, const Verdict& verdict)
 {
     if (!m_store)
         return;
+    const Step step("record of a result");
     const TaskResult& result = part.result;
     StationResult record = emptyRecord(part.station, result.taskName);
     record.angle = verdict.good ? result.angle : plc::nothingFoundAngle;
@@ -178,6 +183,7 @@ void ResultHandler::storeEnd(const Trigger& trigger, double angle, CellError err
 
 void ResultHandler::show(const Part& part, const Verdict& verdict)
 {
+    const Step step("picture of a result");
     const TaskResult& result = part.result;
     const PlcLink::Sent& sent = verdict.sent;
     emit sgShowImg(part.station, result.image);

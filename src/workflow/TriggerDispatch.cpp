@@ -81,6 +81,7 @@ Trigger TriggerDispatch::triggerOf(int station, Trigger::Source source)
     trigger.model = config.runModel;
     trigger.plcIndex = state(station).plcIndex;
     trigger.session = m_link.incomingSession();
+    trigger.acceptedNs = source == Trigger::Plc ? m_link.incomingNs() : 0;
     return trigger;
 }
 
@@ -104,7 +105,8 @@ void TriggerDispatch::onTestTrigger(int station)
 bool TriggerDispatch::isFiltered(int station)
 {
     constexpr qint64 nsInMs = 1000 * 1000;
-    const qint64 now = m_scheduler.elapsedNs();
+    // By when their frames came: a program that was held up gets several at once.
+    const qint64 now = m_link.incomingNs() > 0 ? m_link.incomingNs() : m_scheduler.elapsedNs();
     if (now < state(station).filteredUntil)
         return true;
     state(station).filteredUntil = now + qMax(0, m_config.trigerFilter) * nsInMs;

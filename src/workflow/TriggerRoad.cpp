@@ -30,8 +30,9 @@ const QStringList& noImageTopics()
 TriggerRoad::TriggerRoad(ksGlobalConfig& config, Scheduler& scheduler, TriggersInHand::Deadline deadline)
     : m_relay(std::make_shared<ModuleRelay>())
     , m_scheduler(scheduler)
+    , m_standIn(scheduler)
     , m_inHand(
-          scheduler, std::move(deadline), [this](const QString& key) { capture(key); },
+          scheduler, m_standIn, std::move(deadline), [this](const Trigger& trigger) { return capture(trigger); },
           [this](const Trigger& trigger, const QImage& image) { inspect(trigger, image); })
     , m_dispatch(config, m_link, scheduler, [this](const Trigger& trigger) { return m_inHand.accept(trigger); })
     , m_results(config, m_link, scheduler)
@@ -42,9 +43,10 @@ TriggerRoad::TriggerRoad(ksGlobalConfig& config, Scheduler& scheduler, TriggersI
 void TriggerRoad::connectStages()
 {
     const ModuleRelay* const relay = m_relay.get();
-    QObject::connect(relay, &ModuleRelay::imageReceived, &m_inHand, &TriggersInHand::onImage, Qt::QueuedConnection);
-    QObject::connect(relay, &ModuleRelay::noImage, &m_inHand, &TriggersInHand::onNoImage, Qt::QueuedConnection);
+    QObject::connect(relay, &ModuleRelay::captured, &m_inHand, &TriggersInHand::onCaptured);
     QObject::connect(relay, &ModuleRelay::taskFinished, &m_inHand, &TriggersInHand::onResult, Qt::QueuedConnection);
+
+    QObject::connect(&m_inHand, &TriggersInHand::unasked, [this](const QString& key) { ++m_unasked[key]; });
 
     QObject::connect(&m_link, &PlcLink::modelIndexReceived, &m_dispatch, &TriggerDispatch::onModelIndices);
     QObject::connect(&m_link, &PlcLink::triggerReceived, &m_dispatch, &TriggerDispatch::onTrigger);
@@ -60,7 +62,15 @@ void TriggerRoad::connectStages()
 
 ICoreCtrl::ImageCallback TriggerRoad::imageCallback() const
 {
-    return [relay = m_relay](const QString& key, const QImage& image) { emit relay->imageReceived(key, image); };
+    return [relay = m_relay](const QString& key, const QImage& image) { relay->deliver({key, 0, image, {}}); };
+}
+
+ICameraCapture::Callback TriggerRoad::captureCallback() const
+{
+    return [relay = m_relay](const ICameraCapture::Outcome& outcome) {
+        if (outcome.number > 0)
+            relay->deliver(outcome);
+    };
 }
 
 /// The value is the camera's key alone, or a map of "camera" and "message".
@@ -71,32 +81,49 @@ ICoreCtrl::NotificationCallback TriggerRoad::cameraCallback() const
             return;
         const QVariantMap map = value.toMap();
         const QString key = map.isEmpty() ? value.toString() : map.value(QStringLiteral("camera")).toString();
-        emit relay->noImage(key, map.value(QStringLiteral("message")).toString());
+        relay->deliver({key, 0, {}, map.value(QStringLiteral("message")).toString()});
     };
 }
 
 ISerialPort::ReceiveCallback TriggerRoad::frameCallback(const ISerialPort* port) const
 {
     const auto* sessions = extensionOf<ISerialSession>(const_cast<ISerialPort*>(port));
-    return [relay = m_relay, sessions](SComFrame frame) {
-        emit relay->frameReceived(frame, sessions ? sessions->session() : 1);
+    return [relay = m_relay, sessions, &scheduler = m_scheduler](SComFrame frame) {
+        emit relay->frameReceived(frame, sessions ? sessions->session() : 1, scheduler.elapsedNs());
     };
 }
 
 void TriggerRoad::setModules(ICoreCtrl* cameras, IEngine* engine, IDesigner* designer)
 {
     m_cameras = cameras;
+    m_captures = extensionOf<ICameraCapture>(cameras);
     m_engine = engine;
     if (auto* watch = extensionOf<IImageWatch>(designer)) {
-        const auto show = [watch](const QString& key, const QImage& image) { watch->imageCaptured(key, image); };
-        QObject::connect(m_relay.get(), &ModuleRelay::imageReceived, &m_inHand, show, Qt::QueuedConnection);
+        const auto show = [watch](const ModuleRelay::Outcome& outcome) {
+            if (!outcome.image.isNull())
+                watch->imageCaptured(outcome.cameraKey, outcome.image);
+        };
+        QObject::connect(m_relay.get(), &ModuleRelay::captured, &m_inHand, show);
     }
 }
 
-void TriggerRoad::capture(const QString& cameraKey)
+QHash<QString, int> TriggerRoad::takeUnasked()
 {
-    if (m_cameras)
-        m_cameras->trigger({cameraKey});
+    QHash<QString, int> all = std::exchange(m_unasked, {});
+    const QHash<QString, int> dropped = m_relay->takeDropped();
+    for (auto it = dropped.begin(); it != dropped.end(); ++it)
+        all[it.key()] += it.value();
+    return all;
+}
+
+/// Whether the capture has the trigger's number.
+bool TriggerRoad::capture(const Trigger& trigger)
+{
+    if (m_captures)
+        m_captures->capture(trigger.camera, trigger.number);
+    else if (m_cameras)
+        m_cameras->trigger({trigger.camera});
+    return m_captures != nullptr;
 }
 
 void TriggerRoad::inspect(const Trigger& trigger, const QImage& image)

@@ -1,32 +1,17 @@
 #pragma once
 
+#include "workflow/ModuleRelay.h"
 #include "workflow/PlcLink.h"
 #include "workflow/ResultHandler.h"
+#include "workflow/StandIn.h"
 #include "workflow/TriggerDispatch.h"
 #include "workflow/TriggersInHand.h"
 
 #include <valvecell/ICoreCtrl.h>
 #include <valvecell/ISerialPort.h>
 
-#include <QVariantMap>
-
 class IDesigner;
 class IEngine;
-
-/// Carries what modules deliver on their threads to the GUI thread: each module holds a share of it, so a module may
-/// outlive the road. A callback that comes while the cell goes down finds the relay alive and nobody connected, so its
-/// value is dropped. Make it on the GUI thread.
-class ModuleRelay : public QObject
-{
-    Q_OBJECT
-
-signals:
-    /// In which session of the line, see ISerialSession.
-    void frameReceived(const SComFrame& frame, quint64 session);
-    void imageReceived(const QString& cameraKey, const QImage& image);
-    void noImage(const QString& cameraKey, const QString& reason);
-    void taskFinished(quint64 trigger, const QVariantMap& result);
-};
 
 /// The road of a trigger, from the PLC's frame over camera and engine to the reply: makes its stages and connects them.
 /// GUI thread.
@@ -39,6 +24,7 @@ public:
     // What the modules call, on any thread; both may outlive the road.
     ICoreCtrl::ImageCallback imageCallback() const;
     ICoreCtrl::NotificationCallback cameraCallback() const;
+    ICameraCapture::Callback captureCallback() const;
     ISerialPort::ReceiveCallback frameCallback(const ISerialPort* port) const;
     /// Emits the frames that come, on the GUI thread.
     const ModuleRelay* relay() const { return m_relay.get(); }
@@ -48,20 +34,27 @@ public:
     void setModules(ICoreCtrl* cameras, IEngine* engine, IDesigner* designer);
     PlcLink& link() { return m_link; }
     TriggerDispatch& dispatch() { return m_dispatch; }
+    StandIn& standIn() { return m_standIn; }
     TriggersInHand& inHand() { return m_inHand; }
     ResultHandler& results() { return m_results; }
 
+    /// How many images came since the last call that no trigger waited for, by camera.
+    QHash<QString, int> takeUnasked();
+
 private:
     void connectStages();
-    void capture(const QString& cameraKey);
+    bool capture(const Trigger& trigger);
     void inspect(const Trigger& trigger, const QImage& image);
 
     const std::shared_ptr<ModuleRelay> m_relay;
     const Scheduler& m_scheduler;
     ICoreCtrl* m_cameras = nullptr;
+    ICameraCapture* m_captures = nullptr; ///< the same module's; null when it captures without a number
     IEngine* m_engine = nullptr;
     PlcLink m_link;
+    StandIn m_standIn;
     TriggersInHand m_inHand;
     TriggerDispatch m_dispatch;
     ResultHandler m_results;
+    QHash<QString, int> m_unasked;
 };

@@ -1,5 +1,7 @@
 #include "workflow/TriggersInHand.h"
 
+#include "workflow/StandIn.h"
+
 #include <valvecell/ResultKeys.h>
 
 #include <algorithm>
@@ -8,10 +10,11 @@ namespace {
 constexpr qint64 nsInMs = 1000 * 1000;
 }
 
-TriggersInHand::TriggersInHand(Scheduler& scheduler, Deadline deadline, Capture capture, Inspect inspect,
-                               QObject* parent)
+TriggersInHand::TriggersInHand(Scheduler& scheduler, StandIn& standIn, Deadline deadline, Capture capture,
+                               Inspect inspect, QObject* parent)
     : QObject(parent)
     , m_scheduler(scheduler)
+    , m_standIn(standIn)
     , m_deadline(std::move(deadline))
     , m_capture(std::move(capture))
     , m_inspect(std::move(inspect))
@@ -26,13 +29,17 @@ qint64 TriggersInHand::deadlineNs() const
 
 bool TriggersInHand::accept(Trigger trigger)
 {
+    failOverdue(); // after the program was held up, before what waited for it
     const auto isOfStation = [&trigger](const InHand& each) { return each.trigger.station == trigger.station; };
     if (std::count_if(m_triggers.begin(), m_triggers.end(), isOfStation) >= maxWaiting)
         return false;
     trigger.number = ++m_numbers;
-    trigger.acceptedNs = m_scheduler.elapsedNs();
-    m_triggers.push_back({trigger, WaitsForCamera, trigger.acceptedNs + deadlineNs()});
-    watch();
+    if (trigger.acceptedNs == 0)
+        trigger.acceptedNs = m_scheduler.elapsedNs();
+    const qint64 deadline = trigger.acceptedNs + deadlineNs();
+    m_triggers.push_back({trigger, WaitsForCamera, deadline});
+    m_standIn.keep(trigger, deadline);
+    failOverdue();
     captureNext(trigger.camera);
     return true;
 }
@@ -57,58 +64,75 @@ void TriggersInHand::captureNext(const QString& cameraKey)
         return fail(next, Failure::Overdue, tr("相机%1上一幅图像未到").arg(cameraKey));
     m_drains.remove(cameraKey);
     next->stage = Captures;
-    emit captureStarted(next->trigger);
-    m_capture(cameraKey);
+    const Trigger trigger = next->trigger;
+    emit captureStarted(trigger);
+    const bool numbered = m_capture(trigger);
+    if (const auto own = withNumber(trigger.number); own != m_triggers.end())
+        own->numbered = numbered;
 }
 
-void TriggersInHand::onImage(const QString& cameraKey, const QImage& image)
+TriggersInHand::Position TriggersInHand::withNumber(quint64 number)
 {
-    if (m_drains.remove(cameraKey) > 0)
+    return std::find_if(m_triggers.begin(), m_triggers.end(),
+                        [number](const InHand& each) { return each.trigger.number == number; });
+}
+
+TriggersInHand::Position TriggersInHand::ownerOf(const Outcome& outcome)
+{
+    return std::find_if(m_triggers.begin(), m_triggers.end(), [&outcome](const InHand& each) {
+        return each.stage == Captures &&
+               (each.numbered ? each.trigger.number == outcome.number : each.trigger.camera == outcome.cameraKey);
+    });
+}
+
+void TriggersInHand::onCaptured(const Outcome& outcome)
+{
+    const QString& cameraKey = outcome.cameraKey;
+    failOverdue();
+    if (outcome.number == 0 && m_drains.remove(cameraKey) > 0)
         return; // it belongs to a trigger that is answered already
-    const auto own = captureOf(cameraKey);
-    if (own == m_triggers.end()) {
-        qDebug("image of camera %s, of which no trigger waits", qUtf8Printable(cameraKey));
-        return;
+    const auto own = ownerOf(outcome);
+    if (own == m_triggers.end())
+        return emit unasked(cameraKey);
+    if (outcome.image.isNull()) {
+        const QString reason = outcome.problem.isEmpty() ? tr("相机%1的图像无效").arg(cameraKey) : outcome.problem;
+        return fail(own, Failure::NoImage, reason);
     }
-    if (image.isNull())
-        return fail(own, Failure::NoImage, tr("相机%1的图像无效").arg(cameraKey));
     own->stage = IsInspected;
     own->trigger.imageNs = m_scheduler.elapsedNs();
     const Trigger trigger = own->trigger;
     emit imageArrived(trigger); // before the engine has it: the engine's time counts from there
-    captureNext(cameraKey);
-    m_inspect(trigger, image);
-}
-
-void TriggersInHand::onNoImage(const QString& cameraKey, const QString& reason)
-{
-    if (m_drains.remove(cameraKey) > 0)
-        return;
-    const auto own = captureOf(cameraKey);
-    if (own != m_triggers.end())
-        fail(own, Failure::NoImage, reason);
+    captureNext(trigger.camera);
+    m_inspect(trigger, outcome.image);
 }
 
 void TriggersInHand::onResult(quint64 number, const QVariantMap& result)
 {
     if (result.value(QLatin1String(ResultKeys::solutionName)).toString().isEmpty())
         return;
-    const auto own = std::find_if(m_triggers.begin(), m_triggers.end(), [number](const InHand& each) {
-        return each.stage == IsInspected && each.trigger.number == number;
-    });
-    if (own == m_triggers.end())
+    failOverdue();
+    const auto own = withNumber(number);
+    if (own == m_triggers.end() || own->stage != IsInspected)
         return; // overdue, or answered once already
-    const Trigger trigger = own->trigger;
-    m_triggers.erase(own);
+    const Trigger trigger = take(own);
+    if (trigger.answered)
+        emit failed(trigger, Failure::NoResult, tr("检测超时"));
+    else
+        emit finished(trigger, result);
+}
+
+Trigger TriggersInHand::take(Position position)
+{
+    Trigger trigger = position->trigger;
+    trigger.answered = m_standIn.release(trigger.number);
+    m_triggers.erase(position);
     watch();
-    emit finished(trigger, result);
+    return trigger;
 }
 
 void TriggersInHand::fail(Position position, Failure failure, const QString& reason)
 {
-    const Trigger trigger = position->trigger;
-    m_triggers.erase(position);
-    watch();
+    const Trigger trigger = take(position);
     emit failed(trigger, failure, reason);
     captureNext(trigger.camera);
 }
@@ -122,7 +146,7 @@ void TriggersInHand::failOverdue()
         if (own == m_triggers.end())
             break;
         const QString& camera = own->trigger.camera;
-        if (own->stage == Captures)
+        if (own->stage == Captures && !own->numbered)
             m_drains[camera] = now + deadlinesToDrain * deadlineNs();
         if (own->stage == IsInspected)
             fail(own, Failure::NoResult, tr("检测超时"));

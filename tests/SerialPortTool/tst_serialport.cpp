@@ -6,6 +6,7 @@
 #include <valvecell/ISerialReopen.h>
 #include <valvecell/ISerialSession.h>
 #include <valvecell/ISerialStatus.h>
+#include <valvecell/ISerialUrgent.h>
 
 #include <QElapsedTimer>
 #include <QLibrary>
@@ -18,6 +19,7 @@
 #include <atomic>
 #include <ctime>
 #include <memory>
+#include <thread>
 
 namespace {
 
@@ -175,8 +177,12 @@ private slots:
         QVERIFY(openPort()); // anew, as for another setting
         const quint64 third = sessions->session();
         QVERIFY(first != 0 && first != second && second != third && first != third);
-        for (const quint64 session : {first, second, third})
-            sessions->send(reply(static_cast<qint16>(session)), session);
+        auto* urgent = extensionOf<ISerialUrgent>(m_port.get());
+        std::thread([&] { // as while the program is held up
+            for (const quint64 session : {first, second, third})
+                urgent->sendUrgent(reply(static_cast<qint16>(session)), session);
+        })
+            .join();
         QTRY_COMPARE(m_plc->received.size(), 1);
         QCOMPARE(quint64(m_plc->received[0].data[2]), third);
     }

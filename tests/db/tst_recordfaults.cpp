@@ -277,6 +277,32 @@ private slots:
         QCOMPARE(OtherProgram(file()).value("select resultTip from RltTable"), QStringLiteral("can\u2019t see"));
     }
 
+    void fileWhoseLogCannotBeWrittenIsWaitedFor_data() { Table::of<QString>({{"log", "-wal"}, {"index", "-shm"}}); }
+    void fileWhoseLogCannotBeWrittenIsWaitedFor()
+    {
+        const auto [tail] = Table::row<QString>();
+        const AsUser user(folder());
+        if (!user.isOne())
+            QSKIP("only an administrator can be another user");
+        {
+            Recording crashed(folder() + "/crashed.db");
+            crashed.record(1);
+            QTRY_COMPARE(crashed.recorder.waiting(), 0);
+            for (const char* part : {"", "-wal", "-shm"})
+                QVERIFY(QFile::copy(folder() + "/crashed.db" + part, file() + part));
+        }
+        QFile log(file() + tail);
+        QVERIFY(log.setPermissions(QFile::ReadOwner));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("没有权限写入文件.*Pellix\\.db" + tail));
+        Recording cell(file());
+        cell.record(2);
+        QCOMPARE(cell.recorder.waiting(), 1);
+        QVERIFY(cell.database.keptAside().isEmpty());
+        QVERIFY(log.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+        QTRY_COMPARE(cell.recorder.waiting(), 0);
+        QCOMPARE(recorded(), numbers(1, 2));
+    }
+
     void oldestRowsAreGivenUpBeyondTheLimit()
     {
         ResultRecorder::Rules rules = fastRules();

@@ -34,10 +34,7 @@ public:
     QString message(const char* label = "message") const { return text<QLabel>(label).remove(QChar(0x200b)); }
 
     /// The sentence of an open question; empty while nothing is asked.
-    QString question() const
-    {
-        return get<QuestionStrip>("question")->isVisible() ? text<QLabel>("question") : QString();
-    }
+    QString question() const { return get<QuestionStrip>("question")->isVisible() ? message("question") : QString(); }
 
     QStringList clipped() const { return Look::clipped(m_dialog); }
     QStringList chinese() const { return Look::chinese(m_dialog); }

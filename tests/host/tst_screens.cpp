@@ -94,8 +94,12 @@ class ScreensTest : public QObject
             const QString picture = name + QLatin1Char('-') + QLatin1String(opened->metaObject()->className());
             for (const QString& fault : right ? QStringList() : faultsOf(*opened, english))
                 *faults << picture + QStringLiteral(": ") + fault;
-            if (opened->minimumSizeHint().width() > 1240 || opened->minimumSizeHint().height() > 740)
-                *faults << picture + QStringLiteral(": does not fit a screen of 1280 x 800");
+            const QSize least = opened->minimumSizeHint();
+            if (least.width() > 1240 || least.height() > 740)
+                *faults << QStringLiteral("%1: %2 x %3 is too large for a screen of 1280 x 800")
+                               .arg(picture)
+                               .arg(least.width())
+                               .arg(least.height());
             Look::shoot(*opened, picture);
         }
     }

@@ -82,9 +82,11 @@ private slots:
         program.act("actionSystem");
         program.act("actionManage");
         QVERIFY(program.open("QSystemSettingUI") && program.open("QModelMangerUI"));
+        DialogDriver(*program.open("QModelMangerUI")).press("importButton");
+        QVERIFY(program.open("QFileDialog"));
         const BoxPresser yes(QMessageBox::Yes);
         program.act("main_Login_action"); // logs out
-        QVERIFY(!program.open("QSystemSettingUI") && !program.open("QModelMangerUI"));
+        QVERIFY(!program.open("QSystemSettingUI") && !program.open("QModelMangerUI") && !program.open("QFileDialog"));
         QVERIFY(!program.open("QTestWidget") && program.open("QPlcMonitorUI"));
     }
 

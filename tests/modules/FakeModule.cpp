@@ -9,6 +9,8 @@
 
 #include <stdexcept>
 
+void functionOfNobody(const QStringList& keys);
+
 namespace {
 
 void note(const char* what)
@@ -59,7 +61,14 @@ public:
     {
         note("core stopped");
     }
+#ifdef FAKE_IS_UNDEFINED
+    void trigger(const QStringList& keys) override
+    {
+        functionOfNobody(keys);
+    }
+#else
     void trigger(const QStringList&) override {}
+#endif
 };
 #elif defined(FAKE_ksbengine)
 #define INIT Lib_Engine_Init
@@ -93,6 +102,13 @@ VALVECELL_MODULE_VERSION("1.2 测试")
 VALVECELL_MODULE_EXPORT const char* Lib_InterfaceVersion()
 {
     return "2.1";
+}
+#endif
+
+#ifdef FAKE_IS_VERSIONTHROWS
+VALVECELL_MODULE_EXPORT const char* Lib_Version()
+{
+    throw std::runtime_error("no version");
 }
 #endif
 

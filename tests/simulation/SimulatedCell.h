@@ -11,7 +11,7 @@
 #include "workflow/Cell.h"
 
 /// Cameras that a test drives: they note what they are asked for, and deliver what it says.
-struct FakeCameras : ICoreCtrl
+struct FakeCameras : ICoreCtrl, ICameraCapture
 {
     QStringList cameraKeys() override { return keys; }
     void setRequestCallback(RequestCallback) override {}
@@ -19,11 +19,29 @@ struct FakeCameras : ICoreCtrl
     void setNotificationCallback(NotificationCallback) override {}
     void start() override {}
     void stop() override { deliver = nullptr; }
-    void trigger(const QStringList& cameras) override { asked << cameras; }
+    void trigger(const QStringList& cameras) override
+    {
+        asked << cameras;
+        within();
+    }
+    void setCaptureCallback(Callback) override {}
+    void capture(const QString& camera, quint64 number) override
+    {
+        asked << camera;
+        numbers << number;
+    }
+    void* extension(const char* id) override
+    {
+        return numbered && qstrcmp(id, ICameraCapture::id) == 0 ? static_cast<ICameraCapture*>(this) : nullptr;
+    }
 
     QStringList keys{QStringLiteral("cam1"), QStringLiteral("cam2")};
     QStringList asked;
+    bool numbered = false; ///< captures with numbers; to be set before the start
+    QVector<quint64> numbers;
+    std::function<void()> within = [] {}; ///< what trigger() does besides
     ImageCallback deliver;
+    Callback end;
     NotificationCallback notify;
 };
 
@@ -32,6 +50,7 @@ struct FakeModules : IModules
     QString start(const CameraCallbacks& callbacks) override
     {
         cameras.deliver = callbacks.image;
+        cameras.end = callbacks.capture;
         cameras.notify = callbacks.notification;
         return {};
     }
@@ -102,7 +121,10 @@ public:
     /// An image of a station's camera, as the camera's thread delivers it.
     void deliver(int station, const QImage& image = QImage(8, 8, QImage::Format_Grayscale8))
     {
-        std::thread([&] { modules->cameras.deliver(QStringLiteral("cam%1").arg(station), image); }).join();
+        FakeCameras& cameras = modules->cameras;
+        const QString key = QStringLiteral("cam%1").arg(station);
+        const quint64 number = cameras.numbered ? cameras.numbers.value(cameras.asked.lastIndexOf(key)) : 0;
+        std::thread([&] { number > 0 ? cameras.end({key, number, image, {}}) : cameras.deliver(key, image); }).join();
         scheduler.settle();
     }
     /// The engine's answer to its oldest task.

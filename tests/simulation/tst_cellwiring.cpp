@@ -1,9 +1,12 @@
 #include "SimulatedCell.h"
 #include "db/ResultReader.h"
 #include "db/StationDB.h"
+#include "support/Table.h"
 #include "workflow/ModelManager.h"
 
 #include <QSignalSpy>
+
+#include <stdexcept>
 
 namespace {
 
@@ -94,6 +97,30 @@ private slots:
         plant.cell->alarms().acknowledge();
         plant.scheduler.advance(4000);
         QVERIFY(!QDir().exists(day));
+    }
+
+    void clockThatIsWrongAtTheStartIsAnAlarm_data()
+    {
+        Table::of<QDateTime, bool>({{"battery empty", QDateTime({2009, 1, 1}, {0, 0}), true},
+                                    {"before the last row", QDateTime({2026, 3, 30}, {12, 0}), true},
+                                    {"right", QDateTime({2026, 3, 31}, {12, 0}), false}});
+    }
+    void clockThatIsWrongAtTheStartIsAnAlarm()
+    {
+        const auto [clock, wrong] = Table::row<QDateTime, bool>();
+        SimulatedCell plant;
+        QVERIFY(QDir().mkpath(plant.home.path("/DBFiles")));
+        {
+            StationDB earlier(plant.home.path("/DBFiles/Pellix.db"));
+            QVERIFY(earlier.initialise() && earlier.insertResult({}, plant.scheduler.now()));
+        }
+        plant.scheduler.setClock(clock);
+        plant.startUp();
+        plant.open();
+        plant.scheduler.advance(1000);
+        const QVector<Alarm>& alarms = plant.cell->alarms().alarms();
+        QCOMPARE(alarms.size(), wrong ? 1 : 0);
+        QVERIFY(!wrong || alarms.first().kind == Alarm::ClockJumped);
     }
 
     void modelsThatTheStationsRunStandOutInTheList()
@@ -193,6 +220,34 @@ private slots:
         plant.scheduler.setClock(QDateTime(plant.scheduler.now().date(), QTime(23, 59, 30)));
         plant.scheduler.advance(31 * 1000);
         QCOMPARE(plant.cell->counts().of(1).refused, 0);
+    }
+
+    void moduleThatThrowsOrDoesNotReturnIsNamed_data()
+    {
+        Table::of<bool, QString>({{"throws", false, "no licence dongle"}, {"holds the program up", true, "1001"}});
+    }
+    void moduleThatThrowsOrDoesNotReturnIsNamed()
+    {
+        const auto [late, problem] = Table::row<bool, QString>();
+        SimulatedCell plant;
+        plant.startUp();
+        plant.open();
+        plant.send('C', 1, 1);
+        plant.modules->cameras.within = [&plant, late = late] {
+            if (!late)
+                throw std::runtime_error("no licence dongle");
+            plant.scheduler.holdUp(1001);
+        };
+        plant.send('P', 5);
+        const Alarm fault = plant.cell->alarms().alarms().value(0);
+        QCOMPARE(fault.kind, Alarm::ModuleFault);
+        QCOMPARE(fault.subject, QString("ksCoreCtrl: trigger()"));
+        QVERIFY2(fault.detail.contains(problem), qPrintable(fault.detail));
+        plant.modules->cameras.within = [] {};
+        plant.send('P', 6);
+        plant.deliver(2);
+        plant.answer(10);
+        QVERIFY(plant.replies().contains('G')); // the other station goes on
     }
 
     void resultThatComesWhileTheCellGoesDownIsDropped()

@@ -10,8 +10,9 @@ namespace {
 /// A plant at work, models switched to index 1.
 struct Plant : SimulatedCell
 {
-    Plant()
+    explicit Plant(bool numbered = false)
     {
+        modules->cameras.numbered = numbered;
         startUp();
         open();
         send('C', 1, 1);
@@ -132,6 +133,90 @@ private slots:
         plant.deliver(1);
         plant.answer(12);
         QCOMPARE(plant.replies(), QByteArray("FHF"));
+    }
+
+    void numberedOutcomeEndsItsOwnTriggerAndNoOther()
+    {
+        Plant plant(true);
+        const auto end = [&plant](quint64 number, const QImage& image, const QString& problem = {}) {
+            plant.modules->cameras.end({"cam1", number, image, problem});
+            plant.scheduler.settle();
+        };
+        const QImage image(8, 8, QImage::Format_Grayscale8);
+        plant.send('P', 5);
+        plant.scheduler.advance(2000);
+        QCOMPARE(plant.replies(), QByteArray("FH")); // lost for good, and nothing has to be waited for
+        plant.send('P', 5);
+        const QVector<quint64> numbers = plant.modules->cameras.numbers;
+        end(numbers[0], image); // late
+        plant.modules->cameras.deliver("cam1", image);
+        plant.scheduler.settle();
+        QVERIFY(plant.modules->inspection.tasks.empty());
+        end(numbers[1], image);
+        end(numbers[1], image); // twice
+        QCOMPARE(plant.modules->inspection.tasks.size(), size_t(1));
+        plant.answer(33);
+        QCOMPARE(plant.replies(), QByteArray("FHF"));
+        plant.send('P', 5);
+        end(plant.modules->cameras.numbers.last(), {}, "相机断线");
+        QCOMPARE(plant.replies(), QByteArray("FHFFH"));
+        QCOMPARE(plant.panel.last(), QString("1|五辐 No Image!!! 相机断线"));
+        QCOMPARE(plant.rows(), QStringList({"1_五辐 361 101", "1_五辐 33 0", "1_五辐 361 100"}));
+    }
+
+    void floodOfImagesIsBoundedAndReportedOnce_data() { Table::of<bool>({{"plain", false}, {"numbered", true}}); }
+    void floodOfImagesIsBoundedAndReportedOnce()
+    {
+        const auto [numbered] = Table::row<bool>();
+        Plant plant(numbered);
+        plant.send('P', 6);
+        static const uchar pixels[64] = {};
+        auto kept = std::make_shared<int>(0); // a share for each image that is kept
+        for (int i = 0; i < 1000; ++i) {      // while the program is held up
+            const auto drop = [](void* share) { delete static_cast<std::shared_ptr<int>*>(share); };
+            plant.modules->cameras.deliver(
+                "cam1", QImage(pixels, 8, 8, QImage::Format_Grayscale8, drop, new std::shared_ptr<int>(kept)));
+        }
+        QCOMPARE(kept.use_count(), 1L + ModuleRelay::maxWaiting);
+        plant.deliver(2);
+        plant.answer(10); // the other camera's image came through
+        plant.scheduler.advance(1000);
+        QCOMPARE(plant.alarms(), QStringLiteral("%1/cam1").arg(Alarm::CameraFloods));
+        plant.scheduler.advance(3000);
+        QVERIFY(plant.alarms().isEmpty());
+    }
+
+    /// Station 1 waits for its image when station 2's camera does not return from the call.
+    void partIsAnsweredInTimeWhileTheProgramIsHeldUp()
+    {
+        Plant plant;
+        QSignalSpy seen(&plant.cell->link(), &PlcLink::frameSeen);
+        plant.send('P', 5);
+        plant.modules->cameras.within = [&plant] {
+            plant.scheduler.holdUp(2050);
+            plant.cell->lookAfterGuiThread();
+            QCOMPARE(plant.replies(), QByteArray()); // the word is the program's own
+            plant.scheduler.holdUp(50);
+            plant.cell->lookAfterGuiThread();
+            plant.cell->lookAfterGuiThread();
+            QCOMPARE(plant.replies(), QByteArray("FHGH"));
+            plant.modules->cameras.deliver("cam1", QImage(8, 8, QImage::Format_Grayscale8));
+            plant.modules->port->receive('P', 5); // waits for the program
+            plant.scheduler.holdUp(2000);
+        };
+        seen.clear();
+        plant.send('P', 6);
+        plant.modules->cameras.within = [] {};
+        plant.scheduler.advance(1);
+        QCOMPARE(plant.replies(), QByteArray("FHGHFH")); // each once
+        QCOMPARE(plant.rows(), QStringList({"1_五辐 361 101", "2_五辐 361 101", "1_五辐 361 101"}));
+        QCOMPARE(std::count_if(seen.begin(), seen.end(), [](const auto& each) { return !each.at(1).toBool(); }),
+                 7); // with one heartbeat
+        plant.scheduler.advance(TriggersInHand::deadlinesToDrain * 2000);
+        plant.send('P', 5);
+        plant.deliver(1);
+        plant.answer(10);
+        QCOMPARE(plant.replies(), QByteArray("FHGHFHF"));
     }
 
     void partWithoutAResultIsAnsweredAndItsLateResultIsNot()

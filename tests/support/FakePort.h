@@ -2,12 +2,13 @@
 
 #include <valvecell/ISerialPort.h>
 #include <valvecell/ISerialSession.h>
+#include <valvecell/ISerialUrgent.h>
 
 #include <QStringList>
 #include <QVector>
 
 /// A serial port whose sent frames a test reads, and that receives what the test says.
-struct FakePort : ISerialPort, ISerialSession
+struct FakePort : ISerialPort, ISerialSession, ISerialUrgent
 {
     QVector<SComFrame> sent;
 
@@ -29,9 +30,12 @@ struct FakePort : ISerialPort, ISerialSession
         if (of == line)
             sent.append(frame);
     }
+    void sendUrgent(const SComFrame& frame, quint64 of) override { send(frame, of); }
     quint64 session() const override { return line; }
     void* extension(const char* id) override
     {
+        if (qstrcmp(id, ISerialUrgent::id) == 0)
+            return static_cast<ISerialUrgent*>(this);
         return qstrcmp(id, ISerialSession::id) == 0 ? static_cast<ISerialSession*>(this) : nullptr;
     }
 

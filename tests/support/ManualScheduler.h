@@ -37,6 +37,8 @@ public:
         }
         m_elapsed = end;
     }
+    /// Lets so much time go by in which the GUI thread is held up: nothing comes due.
+    void holdUp(qint64 ms) { m_elapsed += ms; }
     /// Sets the clock, as an operator does; timers do not see it.
     void setClock(const QDateTime& time) { m_jump += now().msecsTo(time); }
 

@@ -183,6 +183,8 @@ private slots:
         Table::of<QString, QVariant>({{"angle as words", "angle", "forty-two"},
                                       {"angle as text", "angle", "42,5"},
                                       {"angle as nothing", "angle", ""},
+                                      {"angle as digits", "angle", "42.5"},
+                                      {"angle as bytes", "angle", QByteArray("42.5")},
                                       {"angle as yes", "angle", true},
                                       {"place as text", "centerPoint", "(0, 0)"}});
     }

@@ -302,6 +302,10 @@
         <translation>This core control’s cameras cannot be added or removed here</translation>
     </message>
     <message>
+        <source>与相机“%1”看起来相同</source>
+        <translation>Looks like camera “%1”</translation>
+    </message>
+    <message>
         <source>已有名为“%1”的相机</source>
         <translation>There is a camera “%1” already</translation>
     </message>

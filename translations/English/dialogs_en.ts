@@ -301,6 +301,10 @@
         <translation>Engine</translation>
     </message>
     <message>
+        <source>已保存型号“%1”；它还没有示教，只会应答361，请在任务设计器中示教</source>
+        <translation>Model “%1” saved; it is not taught and answers only 361: teach it in the designer</translation>
+    </message>
+    <message>
         <source>已保存型号“%1”；任务设计器中还没有它，请在其中新建同名型号并示教</source>
         <translation>Model “%1” saved; the designer has none of that name yet: make and teach it there</translation>
     </message>
@@ -625,6 +629,18 @@
     <message>
         <source>毫秒，超时按未找到应答</source>
         <translation>ms, then answered as not found</translation>
+    </message>
+    <message>
+        <source>模块调用时限(&amp;K)</source>
+        <translation>Module calls within (&amp;K)</translation>
+    </message>
+    <message>
+        <source>模块调用时限</source>
+        <translation>Limit of a module's call</translation>
+    </message>
+    <message>
+        <source>毫秒，超时报警</source>
+        <translation>ms, then an alarm</translation>
     </message>
     <message>
         <source>仍然切换标定方式</source>

@@ -113,6 +113,17 @@ Close anyway?</translation>
     </message>
 </context>
 <context>
+    <name>CallWatch</name>
+    <message>
+        <source>抛出异常 %1</source>
+        <translation>threw %1</translation>
+    </message>
+    <message>
+        <source>耗时 %1 毫秒，程序被占用</source>
+        <translation>took %1 ms and held up the program</translation>
+    </message>
+</context>
+<context>
     <name>CellStatusBar</name>
     <message>
         <source>系统时间</source>
@@ -531,6 +542,10 @@ Close anyway?</translation>
         <translation>the file is damaged: %1</translation>
     </message>
     <message>
+        <source>没有权限写入文件%1，请恢复写权限</source>
+        <translation>no right to write the file %1; give it back</translation>
+    </message>
+    <message>
         <source>文件只读：%1</source>
         <translation>the file is read-only: %1</translation>
     </message>
@@ -760,6 +775,22 @@ Close anyway?</translation>
     <message>
         <source>配置文件有误：%1</source>
         <translation>Set-up file with errors: %1</translation>
+    </message>
+    <message>
+        <source>相机%1不断送来未请求的图像，已丢弃</source>
+        <translation>Camera %1 keeps delivering images that nobody asked for; they are dropped</translation>
+    </message>
+    <message>
+        <source>模块%1：%2</source>
+        <translation>Module %1: %2</translation>
+    </message>
+    <message>
+        <source>关闭相机的连续采集或外部触发</source>
+        <translation>Switch off the camera's free run or external trigger</translation>
+    </message>
+    <message>
+        <source>请将系统日志交给该模块的提供者</source>
+        <translation>Give the system log to the module's vendor</translation>
     </message>
     <message>
         <source>工位%1没有设置相机</source>

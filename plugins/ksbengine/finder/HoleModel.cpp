@@ -1,5 +1,7 @@
 #include "HoleModel.h"
 
+#include "common/Number.h"
+
 #include <QCoreApplication>
 
 #include <array>
@@ -39,21 +41,6 @@ constexpr Range autoRingOfRim{0.70, 0.97};
 // Valve holes are 8 to 20 mm wide, rims 330 to 560 mm.
 constexpr Range autoHoleOfRim{0.0118, 0.060};
 constexpr double autoScoreLimit = 0.7; // where place and size are not known, the rest has to be right
-
-bool isNumber(const QVariant& value)
-{
-    switch (static_cast<QMetaType::Type>(value.type())) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Float:
-    case QMetaType::Double:
-        return std::isfinite(value.toDouble());
-    default:
-        return false;
-    }
-}
 
 Range around(double value, double percent)
 {

@@ -1,5 +1,7 @@
 #include "ParameterRules.h"
 
+#include "common/Number.h"
+
 #include <QCoreApplication>
 
 #include <array>
@@ -47,13 +49,6 @@ const Known* find(const QString& name)
 bool isTolerance(const QString& name)
 {
     return name.endsWith(ParameterRules::toleranceSuffix);
-}
-
-bool isNumber(const QVariant& value)
-{
-    bool number = false;
-    const double parsed = value.toDouble(&number);
-    return number && std::isfinite(parsed) && value.type() != QVariant::Bool;
 }
 
 QString problem(const QString& name, const QVariant& value)

@@ -57,6 +57,22 @@ void setTone(QWidget* widget, Tone tone)
     widget->style()->polish(widget);
 }
 
+QString breakable(const QString& text)
+{
+    constexpr int longestWord = 24;
+    QString broken;
+    int inWord = 0;
+    for (const QChar c : text) {
+        inWord = c.isSpace() ? 0 : inWord + 1;
+        broken += c;
+        if (c != QLatin1Char('/') && (inWord < longestWord || c.isHighSurrogate()))
+            continue;
+        broken += QChar(0x200b);
+        inWord = 0;
+    }
+    return broken;
+}
+
 InlineMessage::InlineMessage(QWidget* parent)
     : QLabel(parent)
 {
@@ -71,8 +87,7 @@ void InlineMessage::say(Tone tone, const QString& text)
 {
     m_tone = tone;
     setTone(this, tone);
-    QString breakable = text; // a long path may be broken after a separator
-    setText(breakable.replace(QLatin1Char('/'), QStringLiteral("/\u200b")));
+    setText(breakable(text));
 }
 
 void InlineMessage::sayOrHide(Tone tone, const QString& text)

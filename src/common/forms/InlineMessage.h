@@ -17,6 +17,10 @@ void setGround(QWidget* widget, const LookColors::Sign& sign);
 /// Colours a label's text or a field's ground.
 void setTone(QWidget* widget, Tone tone);
 
+/// The same text for a label that wraps: it may be broken after a separator of a path and within a word that nobody's
+/// name ought to be long enough for, so that it never widens a window.
+QString breakable(const QString& text);
+
 /// The line of a dialog that says what is missing, what went wrong or what was done; it takes the place of message
 /// boxes. Its room stays when it is empty, so that nothing jumps while somebody types.
 class InlineMessage : public QLabel

@@ -44,7 +44,7 @@ void QuestionStrip::present(const QString& question, const Answer& first, const 
     m_second = second;
     setGround(this, {lookColors().text, lookColors().caution.ground});
     setTone(m_ui->answerProblem, Tone::Error);
-    m_ui->question->setText(question);
+    m_ui->question->setText(breakable(question));
     m_ui->firstAnswer->setText(first.text);
     m_ui->firstAnswer->setEnabled(true);
     m_ui->secondAnswer->setText(second.text);

@@ -85,11 +85,15 @@ void QDiskCleanThread::checkClock(const QDateTime& now)
     const qint64 offset = now.toMSecsSinceEpoch() - m_scheduler->elapsedNs() / 1000000;
     const bool jumped = m_clockOffset && qAbs(offset - *m_clockOffset) > maxClockStepMs;
     m_clockOffset = offset;
-    if (!jumped)
-        return;
-    SystemLog::warning(tr("系统时间突变为%1，暂停按天数清理%2").arg(now.toString(Qt::ISODate), m_root));
+    if (jumped)
+        distrustClock(now);
+}
+
+void QDiskCleanThread::distrustClock(const QDateTime& time)
+{
+    SystemLog::warning(tr("系统时间突变为%1，暂停按天数清理%2").arg(time.toString(Qt::ISODate), m_root));
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_clockJump = now;
+    m_clockJump = time;
 }
 
 /// Low space asks for one sweep of the oldest images, whatever that frees; the next pass looks again.

@@ -51,6 +51,8 @@ public:
     /// The time to which the clock jumped; not valid unless it did since the start and the last acceptClock(). Any
     /// thread.
     QDateTime clockJump() const;
+    /// The clock is known to be wrong: counts as a jump to that time. Any thread.
+    void distrustClock(const QDateTime& time);
     /// Somebody has looked at the clock: cleaning by age goes on. Any thread.
     void acceptClock();
 

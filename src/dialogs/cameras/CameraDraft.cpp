@@ -45,6 +45,14 @@ int CameraDraft::find(const QString& key) const
     return found == m_rows.end() ? -1 : int(found - m_rows.begin());
 }
 
+QStringList CameraDraft::keys() const
+{
+    QStringList keys;
+    for (const Row& row : m_rows)
+        keys << row.entry.key;
+    return keys;
+}
+
 void CameraDraft::refresh()
 {
     const QStringList keys = m_cameras.core.cameraKeys();

@@ -34,6 +34,7 @@ public:
     const Row& row(int index) const { return m_rows[index]; }
     /// The row of a key; -1 when there is none.
     int find(const QString& key) const;
+    QStringList keys() const;
     void add(const CameraEntry& entry);
     void change(int index, const CameraEntry& entry);
     /// An added camera goes at once; another is marked, or no longer.

@@ -1,5 +1,6 @@
 #include "dialogs/cameras/QCameraManagerUI.h"
 
+#include "common/LookAlike.h"
 #include "common/forms/DialogForm.h"
 #include "dialogs/cameras/CameraDraft.h"
 #include "dialogs/cameras/QCameraEditUI.h"
@@ -123,7 +124,10 @@ QString QCameraManagerUI::keyProblem(const QString& key) const
     QString reason;
     if (!m_cameras.list->isNewKey(key, &reason))
         return reason;
-    return m_draft->find(key) >= 0 ? tr("已有名为“%1”的相机").arg(key) : QString();
+    const QString alike = LookAlike::find(m_draft->keys(), key);
+    if (alike.isEmpty())
+        return {};
+    return alike == key ? tr("已有名为“%1”的相机").arg(key) : tr("与相机“%1”看起来相同").arg(alike);
 }
 
 /// What was asked and what failed was about another list.

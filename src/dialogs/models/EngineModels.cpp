@@ -5,6 +5,8 @@
 #include <valvecell/IModelExamples.h>
 #include <valvecell/ISolutionStore.h>
 
+#include <algorithm>
+
 EngineModels::EngineModels(IEngine* engine)
     : m_engine(engine)
     , m_store(extensionOf<ISolutionStore>(engine))
@@ -26,6 +28,13 @@ SolutionParameters EngineModels::parameters(const QString& model) const
             found.insert(solution, m_store->parameters(solution, model));
     }
     return found;
+}
+
+bool EngineModels::isTaught(const QString& model) const
+{
+    const SolutionParameters found = parameters(model);
+    return std::any_of(found.begin(), found.end(),
+                       [](const QVariantMap& own) { return own.value(QStringLiteral("taught")).toBool(); });
 }
 
 bool EngineModels::save(const QString& model, const SolutionParameters& parameters, QString* error)

@@ -28,6 +28,9 @@ public:
     /// Of every solution that has the model; built-in models have none.
     SolutionParameters parameters(const QString& model) const;
 
+    /// Whether a solution at least has been taught the model.
+    bool isTaught(const QString& model) const;
+
     /// Stores the model in these solutions, over what it was there. On failure all are as before, and `error` says
     /// why.
     bool save(const QString& model, const SolutionParameters& parameters, QString* error);

@@ -35,6 +35,10 @@ public:
     }
     QVariant data(const QModelIndex& index, int role) const override
     {
+        // Of a model that is not taught either, the mark would say the same twice.
+        if (index.column() == calibratedColumn && role == Qt::DisplayRole && !m_source.isCalibrated(index.row()) &&
+            m_engine.hasStore() && !isTaught(index.row()))
+            return {};
         if (index.column() != taughtColumn)
             return ModelModel::data(index, role);
         if (role == Qt::DisplayRole)
@@ -50,16 +54,10 @@ public:
     }
 
 private:
+    static constexpr int calibratedColumn = 2;
     static constexpr int taughtColumn = 3;
 
-    /// In a solution at least.
-    bool isTaught(int row) const
-    {
-        const SolutionParameters found = m_engine.parameters(m_source.modelName(row));
-        return std::any_of(found.begin(), found.end(), [](const QVariantMap& parameters) {
-            return parameters.value(QStringLiteral("taught")).toBool();
-        });
-    }
+    bool isTaught(int row) const { return m_engine.isTaught(m_source.modelName(row)); }
 
     const IModelSource& m_source;
     const EngineModels& m_engine;
@@ -153,15 +151,22 @@ void QModelMangerUI::begin(QModelEditUI::Task task)
     task.submit = [this, submit](const ModelEntry& entry, QString* error) {
         if (!submit(entry, error))
             return false;
-        const EngineModels& engine = m_actions.engine();
-        const bool untaught = engine.hasStore() && engine.parameters(entry.name).isEmpty();
         m_view->model()->refresh();
-        done(entry.name, untaught
-                             ? tr("已保存型号“%1”；任务设计器中还没有它，请在其中新建同名型号并示教").arg(entry.name)
-                             : tr("已保存型号“%1”").arg(entry.name));
+        done(entry.name, saved(entry.name));
         return true;
     };
     m_edit->begin(task);
+}
+
+/// What was done, and what is left to do before a station can run the model.
+QString QModelMangerUI::saved(const QString& name) const
+{
+    const EngineModels& engine = m_actions.engine();
+    if (!engine.hasStore() || engine.isTaught(name))
+        return tr("已保存型号“%1”").arg(name);
+    if (engine.parameters(name).isEmpty())
+        return tr("已保存型号“%1”；任务设计器中还没有它，请在其中新建同名型号并示教").arg(name);
+    return tr("已保存型号“%1”；它还没有示教，只会应答361，请在任务设计器中示教").arg(name);
 }
 
 void QModelMangerUI::done(const QString& name, const QString& text)

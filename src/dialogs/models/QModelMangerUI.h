@@ -54,6 +54,7 @@ private:
     void exportTo(const QString& path, const QString& name);
 
     void begin(QModelEditUI::Task task);
+    QString saved(const QString& name) const;
     void done(const QString& name, const QString& text);
     void fail(const QString& text);
     QString overwritten(const QString& name, const QStringList& solutions) const;

@@ -115,7 +115,8 @@ private slots:
     {
         Table::of<QByteArray, QString, QString>({{"no name", "keyEdit", " ", "不能为空"},
                                                  {"taken", "keyEdit", CameraCell::right(), "已有"},
-                                                 {"taken by a new one", "keyEdit", "刚加的", "已有"},
+                                                 {"taken by a new one", "keyEdit", "刚加的A", "已有"},
+                                                 {"looks like one", "keyEdit", "刚加的ａ", "看起来相同"},
                                                  {"letters", "exposure_ms", "1O", "曝光时间：“1O”不是数字"},
                                                  {"negative", "exposure_ms", "-1", "应在0到10000之间"},
                                                  {"no folder", "folder", "", "图像文件夹：不能为空"},
@@ -125,7 +126,7 @@ private slots:
     {
         const auto [field, typed, problem] = Table::row<QByteArray, QString, QString>();
         Bench bench;
-        bench.add("刚加的", "images/3");
+        bench.add("刚加的A", "images/3");
         bench.hand.press("addButton");
         bench.fields.type("keyEdit", "cam 3-左.1");
         bench.fields.type("folder", "images/3");

@@ -149,6 +149,26 @@ private slots:
         QCOMPARE(bench.driver().text<QLabel>("parameters"), "引擎中没有此型号的参数");
     }
 
+    void longNameOfAnUntaughtModelIsShownWithoutWideningTheDialog()
+    {
+        Bench bench;
+        const QString name(60, 'W');
+        const int width = bench.dialog->width();
+        bench.engine.solutions["工位1"][name] = {{"taught", false}};
+        bench.driver().press("addButton");
+        bench.editDriver().type("nameEdit", name);
+        bench.editDriver().press("okButton");
+        QVERIFY(bench.driver().message().remove(QChar(0x200b)).contains(name + "”；它还没有示教"));
+        QVERIFY(bench.dialog->minimumSizeHint().width() <= width);
+        const QAbstractItemModel* rows = bench.driver().get<QTableView>("table")->model();
+        int row = 0;
+        while (rows->index(row, 0).data() != name)
+            ++row;
+        QCOMPARE(rows->index(row, 2).data().toString() + rows->index(row, 3).data().toString(), "未示教");
+        bench.driver().press("removeButton");
+        QVERIFY(bench.dialog->minimumSizeHint().width() <= width);
+    }
+
     void cancelledEditChangesNothing()
     {
         Bench bench;
