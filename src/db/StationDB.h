@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/DataBaseSql.h"
+#include "db/RowThinner.h"
 
 #include <QDateTime>
 #include <QMetaType>
@@ -52,8 +53,13 @@ public:
     qint64 lastRow() const { return m_lastRow; }
     /// Enters a picture's path into the row of this number and time.
     bool setPicture(qint64 row, const QDateTime& time, const QString& path);
-    /// Whether the table has this row already.
-    bool contains(const StationResult& result, const QDateTime& time);
+    /// How many rows like this one the table has: two parts of one moment may look alike.
+    int countAlike(const StationResult& result, const QDateTime& time);
+
+    /// Deletes a few of the rows that are too old; see RowThinner. Returns when to call it again, milliseconds.
+    int thin();
+    /// Of the scheduler that setScheduler() gave.
+    RowThinner& thinner();
 
     /// The time of the row that was inserted last, by whatever start of the program; not valid without one.
     QDateTime lastTime();
@@ -66,4 +72,5 @@ protected:
 
 private:
     qint64 m_lastRow = 0;
+    std::unique_ptr<RowThinner> m_thinner;
 };

@@ -248,6 +248,35 @@ private slots:
         QCOMPARE(recorded(), numbers(2, 3));
     }
 
+    void anotherFileTakesItsNameWhileTheCellRuns()
+    {
+        const QString earlier = folder() + "/earlier.db";
+        Recording(earlier).record(7);
+        Recording cell(file());
+        cell.record(1);
+        QVERIFY(QFile::remove(file()) && QFile::rename(earlier, file())); // and the log of the first lies beside it
+        cell.record(2);
+        QCOMPARE(recorded(), QStringList({"7", "2"}));
+    }
+
+    void rowsOfOneMomentThatLookAlikeAllOutliveARestart()
+    {
+        ResultRecorder::Rules rules = fastRules();
+        SetClock clock(noon);
+        rules.scheduler = &clock;
+        {
+            OtherProgram other(file());
+            Recording cell(file(), rules);
+            cell.record(1);
+            QVERIFY(other.run("BEGIN IMMEDIATE"));
+            cell.record(1);
+            cell.record(1);
+        }
+        Recording cell(file(), rules);
+        QTRY_COMPARE(cell.recorder.waiting(), 0);
+        QCOMPARE(recorded(), QStringList({"1", "1", "1"}));
+    }
+
     void anotherProgramWritesForAWhile()
     {
         ResultRecorder::Rules rules = fastRules();
@@ -339,6 +368,36 @@ private slots:
             QVERIFY(!QFile::exists(spill));
             QFile::rename(file() + ".copy", spill); // as if the program had died before it removed the file
         }
+    }
+
+    void rowsThatWaitOutliveTheProcess_data()
+    {
+        Table::of<QByteArray, QByteArray, QStringList>({{"killed", "", "", numbers(1, 4)},
+                                                        {"while it wrote", "\"4\"}\n", "\"4", numbers(1, 3)},
+                                                        {"spoiled", "\"3\"}\n", "\"3\n", {"1", "2", "4"}}});
+    }
+    void rowsThatWaitOutliveTheProcess()
+    {
+        const auto [written, found, rows] = Table::row<QByteArray, QByteArray, QStringList>();
+        Recording cell(file());
+        cell.record(1);
+        OtherProgram other(file());
+        QVERIFY(other.run("BEGIN IMMEDIATE"));
+        for (int i = 2; i <= 4; ++i)
+            cell.record(i);
+        const QString name = "/Pellix.db", after = m_folder->filePath("after");
+        QDir().mkpath(after);
+        for (const char* tail : {"", "-wal", ".waiting.json"}) // as they lie there when the process is killed
+            QVERIFY(QFile::copy(file() + tail, after + name + tail));
+        QFile left(after + name + ".waiting.json");
+        QVERIFY(left.open(QIODevice::ReadWrite));
+        const QByteArray content = left.readAll().replace(written, found);
+        QVERIFY(left.resize(0) && left.seek(0) && left.write(content) == content.size());
+        left.close();
+        Recording next(after + name);
+        QTRY_COMPARE(next.recorder.waiting(), 0);
+        QCOMPARE(OtherProgram(after + name).column("select value3 from RltTable order by uid"), rows);
+        QCOMPARE(QDir(after).entryList({"*.damaged-*"}).size(), int(rows.last() == "4" && rows.size() == 3));
     }
 
     void everyRowIsFlushedToTheDiskBesideTheCell()

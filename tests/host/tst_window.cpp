@@ -255,7 +255,12 @@ private slots:
         strip.setBook(&book);
         const auto text = [&strip](const char* name) { return strip.findChild<QLabel*>(name)->text(); };
         QVERIFY(strip.isHidden());
-        book.raise(Alarm::PortLost, "COM3", "gone");
+        book.raise(Alarm::PortLost, "COM3", {});
+        QCOMPARE(text("textLabel"), "PLC串口断开：COM3");
+        QVERIFY(text("remedyLabel").contains("检查串口线"));
+        book.raise(Alarm::PortLost, "COM3", "COM3正被另一个程序使用：关闭那个程序");
+        QCOMPARE(text("textLabel"), "PLC串口断开：COM3正被另一个程序使用：关闭那个程序");
+        QCOMPARE(text("remedyLabel"), "恢复后自动连接"); // the module said what helps
         book.raiseCounted(Alarm::ImagesGivenUp, {}, 12);
         QVERIFY(!strip.isHidden());
         QCOMPARE(text("textLabel").section('\n', 0, 0), QStringLiteral("图像保存过慢，已放弃图像  ×12"));

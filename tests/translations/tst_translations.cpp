@@ -101,8 +101,8 @@ private slots:
         for (const QString& language : folders.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
             for (const auto& [part, fewest] :
                  {std::pair("src", 300), std::pair("include", 10), std::pair("plugins/ksCoreCtrl", 15),
-                  std::pair("plugins/QUserInfo", 50), std::pair("plugins/ksbengine", 30),
-                  std::pair("plugins/ksdesigner", 150)})
+                  std::pair("plugins/SerialPortTool", 15), std::pair("plugins/QUserInfo", 50),
+                  std::pair("plugins/ksbengine", 30), std::pair("plugins/ksdesigner", 150)})
                 QTest::addRow("%s of %s", qPrintable(language), part) << language << part << fewest;
         }
     }

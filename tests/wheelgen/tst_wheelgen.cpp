@@ -136,6 +136,7 @@ private slots:
              {"size too large", QStringList{"--out", "x", "--size", "20000x20000"}, "--size"},
              {"format", QStringList{"--out", "x", "--format", "gif"}, "--format"},
              {"seed of the demo", QStringList{"--demo", "x", "--seed", "1"}, "--seed"},
+             {"port of a set", QStringList{"--out", "x", "--port", "COM3"}, "--port"},
              {"no such folder", QStringList{"--demo", "x", "--cameras-from", "/no/such/folder"}, "/no/such/folder"},
              {"stray word", QStringList{"--out", "x", "y"}, "\"y\""}});
     }
@@ -221,6 +222,12 @@ private slots:
         QCOMPARE(settings.value("COM/Baute").toInt(), 115200);
         QVERIFY(content(plan.home + "/user/systemConfig.ini").contains((plan.home + "/plc").toUtf8()));
         QVERIFY(truthOf(plan.home + "/images/1") != truthOf(plan.home + "/images/2"));
+        for (const QString& port : {QStringLiteral("tcp:[::1]:4001"), plan.home + "/线,1"}) {
+            QCOMPARE(wheelgen({"--demo", plan.home, "--size", "240x200", "--port", port}).code, 0);
+            QSettings changed(plan.home + "/user/systemConfig.ini", QSettings::IniFormat);
+            changed.setIniCodec("UTF-8");
+            QCOMPARE(changed.value("COM/Port").toString(), port);
+        }
     }
 
     void camerasDeliverAnotherFolderAndComeBack()

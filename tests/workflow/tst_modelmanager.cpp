@@ -1,3 +1,4 @@
+#include "db/OtherProgram.h"
 #include "dialogs/models/ModelCell.h"
 #include "support/Table.h"
 
@@ -52,6 +53,17 @@ private slots:
         QVERIFY(!cell.models->renameModel("五辐", "六辐", &error));
         QVERIFY(!cell.models->removeModel("五辐", &error));
         QCOMPARE(told(cell.listed(), cell.indices.modelOf("工位1", 1)), "五辐=1 钢圈=2|五辐");
+    }
+
+    void libraryThatCannotBeWrittenLeavesTheTablesAsTheyWere()
+    {
+        ModelCell cell;
+        QString error;
+        OtherProgram other(cell.home.path("/DBFiles/wheelhubzd.db"));
+        QVERIFY(other.run("BEGIN IMMEDIATE"));
+        QVERIFY(!cell.models->removeModel("五辐", &error));
+        QVERIFY2(error.contains("locked"), qPrintable(error));
+        QCOMPARE(cell.listed() + cell.stored("工位1"), "五辐=1 钢圈=2五辐=1 钢圈=2");
     }
 
     void tableWrittenByHandIsAdopted()

@@ -78,6 +78,35 @@ private slots:
         QVERIFY(QDir().exists(result));
     }
 
+    void oldResultsGoAsTheSettingSays()
+    {
+        const TempHome home;
+        ksSysConfig settings;
+        ManualScheduler scheduler;
+        CellRecords records(home.path(), settings, scheduler);
+        records.openResultDatabase();
+        OtherProgram results(home.path("/DBFiles/Pellix.db"));
+        const auto count = [&results] { return results.value("SELECT count(*) FROM RltTable").toInt(); };
+        for (const int ago : {1096, 1095, 30, 0})
+            results.run(QStringLiteral("INSERT INTO RltTable(time) VALUES('%1')")
+                            .arg(StationDB::timeText(scheduler.now().addDays(-ago))));
+        scheduler.advance(60000);
+        QCOMPARE(count(), 3);
+        settings.recordDays = 7;
+        records.applySettings();
+        scheduler.setClock(scheduler.now().addDays(1));
+        scheduler.advance(60000);
+        QCOMPARE(count(), 3);
+        QVERIFY(records.health().clockJump.isValid());
+        records.acceptClock();
+        scheduler.advance(60000);
+        QCOMPARE(count(), 1);
+        settings.recordDays = 0;
+        records.applySettings();
+        scheduler.advance(qint64(30) * 24 * 3600 * 1000);
+        QCOMPARE(count(), 1);
+    }
+
     void eachStationsImagesAreArchivedAsItsOwnSwitchesSay()
     {
         const TempHome home;

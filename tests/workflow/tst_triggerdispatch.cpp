@@ -93,6 +93,9 @@ private slots:
         cell.dispatch.onModelIndices(8, 3);
         QCOMPARE(cell.config.station(1).runModel, QStringLiteral("新型号"));
         QVERIFY(cell.systemLog.last().contains("切换型号为[新型号]"));
+        cell.dispatch.forgetLastIndices();
+        cell.dispatch.onModelIndices(-1, -1); // what the first pair ever is compared with
+        QVERIFY(cell.systemLog.last().contains("型号清零"));
     }
 
     void indexThatWasUnknownSwitchesToItsNewModel()

@@ -191,6 +191,49 @@
     </message>
 </context>
 <context>
+    <name>LineFault</name>
+    <message>
+        <source>波特率“%1”不对：应为大于0的整数，例如115200</source>
+        <translation>The baud rate cannot be “%1”: right is a whole number above 0, such as 115200</translation>
+    </message>
+    <message>
+        <source>没有设备%1：检查转换器是否插好，或在系统设置中另选端口</source>
+        <translation>There is no device %1: check that the converter is plugged in, or choose another port in the settings</translation>
+    </message>
+    <message>
+        <source>没有权限打开%1：把运行程序的用户加入dialout组，然后重新登录</source>
+        <translation>%1 may not be opened: add the user who runs the program to the group dialout, then log in anew</translation>
+    </message>
+    <message>
+        <source>%1正被另一个程序使用：关闭那个程序</source>
+        <translation>%1 is in use by another program: close that program</translation>
+    </message>
+    <message>
+        <source>%1打不开（%2）：检查它是不是串口</source>
+        <translation>%1 does not open (%2): check that it is a serial port</translation>
+    </message>
+    <message>
+        <source>%1的线路断了：检查电缆和转换器的供电</source>
+        <translation>The line at %1 is lost: check the cable and the converter’s power</translation>
+    </message>
+    <message>
+        <source>找不到主机%1：检查名称和DNS，或改用IP地址</source>
+        <translation>There is no host %1: check its name and the DNS, or give its IP address</translation>
+    </message>
+    <message>
+        <source>%1拒绝连接：检查端口号，串口服务器应为TCP服务器模式且没有被占用</source>
+        <translation>%1 refuses the connection: check the port; the device server should be in TCP server mode and not in use</translation>
+    </message>
+    <message>
+        <source>网络到不了%1：检查网线、IP地址和子网掩码</source>
+        <translation>The network does not reach %1: check network cable, IP address and mask</translation>
+    </message>
+    <message>
+        <source>%1没有应答：检查它的供电、网线和IP地址</source>
+        <translation>%1 does not answer: check its power, network cable and IP address</translation>
+    </message>
+</context>
+<context>
     <name>LivePicture</name>
     <message>
         <source>相机现在不能取像</source>
@@ -210,6 +253,41 @@
     <message>
         <source>模块未能启动，原因见系统日志</source>
         <translation>The module did not start; the system log tells why</translation>
+    </message>
+</context>
+<context>
+    <name>PortName</name>
+    <message>
+        <source>缺少主机名或IP地址</source>
+        <translation>there is no host or IP address</translation>
+    </message>
+    <message>
+        <source>方括号中的“%1”不是IPv6地址</source>
+        <translation>“%1” in the brackets is no IPv6 address</translation>
+    </message>
+    <message>
+        <source>IPv6地址要放在方括号中</source>
+        <translation>an IPv6 address belongs into brackets</translation>
+    </message>
+    <message>
+        <source>“%1”不是主机名或IP地址</source>
+        <translation>“%1” is no host name or IP address</translation>
+    </message>
+    <message>
+        <source>没有端口名：例如 COM3、/dev/ttyUSB0 或 tcp:192.168.1.50:4001</source>
+        <translation>The port has no name: COM3, /dev/ttyUSB0 or tcp:192.168.1.50:4001, for example</translation>
+    </message>
+    <message>
+        <source>缺少端口号</source>
+        <translation>there is no port number</translation>
+    </message>
+    <message>
+        <source>端口号“%1”不在1到65535之间</source>
+        <translation>the port number “%1” is not between 1 and 65535</translation>
+    </message>
+    <message>
+        <source>%1：%2，应写成 tcp:192.168.1.50:4001 这样</source>
+        <translation>%1: %2; right would be tcp:192.168.1.50:4001, for example</translation>
     </message>
 </context>
 <context>

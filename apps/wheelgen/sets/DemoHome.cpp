@@ -138,12 +138,14 @@ public:
     bool settings()
     {
         const QString file = QStringLiteral("user/systemConfig.ini");
-        if (exists(file))
-            return true;
+        const QString port = QStringLiteral("COM/Port"), baud = QStringLiteral("COM/Baute");
+        const bool isThere = exists(file);
         QSettings ini(path(file), QSettings::IniFormat);
         ini.setIniCodec("UTF-8");
-        ini.setValue(QStringLiteral("COM/Port"), path(QStringLiteral("plc")));
-        ini.setValue(QStringLiteral("COM/Baute"), 115200);
+        if (isThere && (m_plan.port.isEmpty() || ini.value(port) == m_plan.port))
+            return true;
+        ini.setValue(port, m_plan.port.isEmpty() ? path(QStringLiteral("plc")) : m_plan.port);
+        ini.setValue(baud, ini.value(baud, 115200));
         ini.sync();
         if (ini.status() != QSettings::NoError)
             *m_error = QStringLiteral("%1: cannot be written").arg(path(file));

@@ -10,6 +10,7 @@ struct DemoPlan
 {
     QString home;
     bool fresh = false;  ///< make it anew, with everything that the program has stored in it since
+    QString port;        ///< that the program is set to, also if it has another; empty: what it has, or the link "plc"
     QString camerasFrom; ///< folder whose images both cameras deliver; empty: the demo's own wheels
     cv::Size size{2448, 2048};
     int jobs = 1;
@@ -22,9 +23,9 @@ namespace DemoHome {
 
 constexpr int imagesPerStation = 16;
 
-/// Makes what is missing; files that are there stay. A home that was not made by this program only gets what it lacks,
-/// `fresh` and `camerasFrom` are refused for it. `made` names what was made, relative to the home. On failure false,
-/// and `error` says what and where.
+/// Makes what is missing; files that are there stay, but for the port. A home that was not made by this program only
+/// gets what it lacks, `fresh` and `camerasFrom` are refused for it. `made` names what was made, relative to the home.
+/// On failure false, and `error` says what and where.
 ///
 /// images/N/truth.json always describes what the camera of station N delivers; it is absent when nothing is known of
 /// the images of `camerasFrom`.

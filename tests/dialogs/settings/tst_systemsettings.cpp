@@ -8,10 +8,26 @@
 #include "support/Table.h"
 #include "support/TempHome.h"
 
+#include <valvecell/ISerialPorts.h>
+
+#include <QMenu>
+#include <QToolButton>
+
 namespace {
 
 const QByteArray iniFile = "/user/systemConfig.ini";
 const QByteArray jsonFile = "/user/globalConfig.json";
+
+struct FakePorts : ISerialPorts
+{
+    std::function<QVector<FoundPort>()> finder() const override
+    {
+        return [ports = ports] { return ports; };
+    }
+    QString problemOf(const QString& name) const override { return name == "tcp:plc" ? "缺少端口号" : QString(); }
+
+    QVector<FoundPort> ports;
+};
 
 /// A cell of two stations with its files, and a settings dialog on it.
 struct Bench
@@ -96,6 +112,38 @@ private slots:
         QCOMPARE(bench.files() == before, !problem.isEmpty());
     }
 
+    void portIsChosenByTheNameThatFollowsItsConverter()
+    {
+        Bench bench;
+        auto* button = bench.driver.get<QToolButton>("portButton");
+        QVERIFY2(!button->isVisible(), "a module that knows no ports");
+        FakePorts ports;
+        ports.ports = {{"/dev/serial/by-id/usb-FTDI-if00", "/dev/ttyUSB3", "FT232R, FTDI & Co"},
+                       {"/dev/serial/by-id/usb-1a86", "/dev/ttyUSB0", {}},
+                       {"/dev/ttyS0", "/dev/ttyS0", {}}};
+        bench.dialog.setPorts(&ports);
+        const auto offered = [&] {
+            QStringList texts;
+            for (const QAction* action : button->menu()->actions())
+                texts << action->text() + (action->isEnabled() ? "" : " -");
+            return texts.join('|');
+        };
+        emit button->menu()->aboutToShow();
+        QTRY_COMPARE(offered(), "FT232R, FTDI && Co (ttyUSB3)|usb-1a86 (ttyUSB0)|ttyS0");
+        button->menu()->actions().first()->trigger();
+        QCOMPARE(bench.driver.text("portEdit"), ports.ports[0].name);
+        bench.driver.press("applyButton");
+        QCOMPARE(bench.system.comPort, ports.ports[0].name);
+        bench.driver.type("portEdit", "tcp:plc");
+        QVERIFY(bench.driver.message().contains("缺少端口号") && !bench.driver.canPress("okButton"));
+        bench.driver.type("portEdit", "tcp:plc:4001"); // the list is a suggestion
+        QVERIFY(bench.driver.message().isEmpty() && bench.driver.canPress("okButton"));
+        ports.ports.clear();
+        bench.dialog.setPorts(&ports);
+        emit button->menu()->aboutToShow();
+        QTRY_COMPARE(offered(), "没有找到串口 -");
+    }
+
     void spaceThatShortensTheKeepingIsSaidAtItsField()
     {
         Bench bench;
@@ -131,7 +179,7 @@ private slots:
                                 "cleanSource", "cleanResult", "engineerCheck"})
             bench.driver.press(box);
         bench.driver.act({"filterEdit=２50", "burstEdit=3", "portEdit= /dev/ttyUSB0 ", "baudEdit=9600", "daysEdit=14",
-                          "dirDaysEdit=60", "spaceEdit=25"});
+                          "dirDaysEdit=60", "recordDaysEdit=0", "spaceEdit=25"});
         QEvent language(QEvent::LanguageChange); // what was typed stays
         QCoreApplication::sendEvent(&bench.dialog, &language);
         bench.driver.press("applyButton");
@@ -145,7 +193,8 @@ private slots:
         QCOMPARE(listed(bench.applied[0]),
                  "COM/Baute:115200>9600 COM/Port:COM3>/dev/ttyUSB0 CheckThread/Enable_RltImg:false>true "
                  "CheckThread/Enable_SrcImg:false>true CheckThread/days:7>14 CheckThread/days_dir:30>60 "
-                 "CheckThread/spacesize:10>25 Image/RltImgSave_st2:false>true Image/SrcImgSave_st1:false>true "
+                 "CheckThread/days_records:1095>0 CheckThread/spacesize:10>25 Image/RltImgSave_st2:false>true "
+                 "Image/SrcImgSave_st1:false>true "
                  "TrigDetector/FilterTime:10>3 engineer_only:false>true language/select:Chinese>English "
                  "onlineMode:false>true "
                  "station_camkey_1:相机A>相机C station_solution_2:工位2>工位3 trigerFilter:1000>250 "
