@@ -63,7 +63,13 @@ bool isMessage(const QByteArray& bytes)
         case Obsolete:
             reader.take(4);
             break;
-        case Translation:
+        case Translation: {
+            const quint32 length = reader.number<quint32>();
+            if (length % 2 != 0) // of an empty one; Qt reads no further
+                return reader.isGood();
+            reader.take(length);
+            break;
+        }
         case SourceText:
         case Context:
         case Comment:
