@@ -12,7 +12,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds answerLimit(300);
+constexpr std::chrono::milliseconds registerLimit(300);
 constexpr std::chrono::seconds freshness(1);
 
 AravisBus::Seen seenAt(unsigned i)
@@ -45,7 +45,7 @@ QVector<AravisBus::Seen> lookNow()
     for (AravisBus::Seen& seen : all) {
         if (seen.identity.address.isEmpty())
             continue;
-        if (const auto answer = GvcpProbe::identify(seen.identity.address, answerLimit))
+        if (const auto answer = GvcpProbe::identify(seen.identity.address, registerLimit))
             seen.identity.userName = answer->userName;
     }
     return all;
@@ -82,7 +82,7 @@ QString AravisBus::problem(const Seen& seen)
     const QString& address = seen.identity.address;
     if (address.isEmpty())
         return {};
-    const auto control = GvcpProbe::readRegister(address, GvcpProbe::controlPrivilege, answerLimit);
+    const auto control = GvcpProbe::readRegister(address, GvcpProbe::controlPrivilege, registerLimit);
     if (!control)
         return tr("相机地址 %1 从本机无法到达：请把相机和网卡设为同一网段的地址").arg(address);
     return *control == 0 ? QString() : tr("相机正被另一个程序使用：请先关闭那个程序");
