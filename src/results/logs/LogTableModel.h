@@ -18,9 +18,6 @@ public:
     void setFilter(const LogFilter& filter) { m_filter = filter; }
     void refresh();
 
-    /// In the operator's language.
-    static QString levelName(int level);
-
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
