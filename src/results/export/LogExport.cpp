@@ -16,8 +16,7 @@ ExportOutcome LogExport::toCsv(const QString& path, ExportProgress& progress) co
         return ExportOutcome::failed(reader.error());
     CsvTable table(path);
     QVector<ExportColumn> columns;
-    for (const QString& title :
-         {tr("时间"), tr("类型"), tr("用户"), tr("设置"), tr("原值"), tr("新值"), tr("内容")})
+    for (const QString& title : {tr("时间"), tr("类型"), tr("用户"), tr("设置"), tr("原值"), tr("新值"), tr("内容")})
         columns.append({title});
     if (!table.begin(columns))
         return ExportOutcome::failed(table.error());

@@ -16,37 +16,36 @@ QString timeText(const QDateTime& time)
     return time.isValid() ? time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")) : QStringLiteral("–");
 }
 
+TableWriter::Row lineOf(const QString& station, const QString& model, const Statistics::Tally& tally)
+{
+    return {station, model, tally.found, tally.notFound, tally.refused, tally.parts(), tally.yield()};
+}
+
 } // namespace
 
 /// By station and model.
-class PartExport::Tallies
+struct PartExport::Tallies
 {
-public:
     void add(const PartRow& row)
     {
-        m_total.add(row.part.outcome);
-        m_each[{row.part.station, row.part.model}].add(row.part.outcome);
-    }
-    QVector<TableWriter::Row> lines() const
-    {
-        QVector<TableWriter::Row> lines{{tr("工位"), tr("型号"), PartTexts::outcome(PartOutcome::Found),
-                                         PartTexts::outcome(PartOutcome::NotFound),
-                                         PartTexts::outcome(PartOutcome::Refused), tr("合计"), tr("找到率 %")}};
-        for (auto it = m_each.begin(); it != m_each.end(); ++it)
-            lines.append(line(PartTexts::station(it.key().first), it.key().second, it.value()));
-        lines.append(line(tr("全部"), {}, m_total));
-        return lines;
+        total.add(row.part.outcome);
+        each[{row.part.station, row.part.model}].add(row.part.outcome);
     }
 
-private:
-    static TableWriter::Row line(const QString& station, const QString& model, const Statistics::Tally& tally)
-    {
-        return {station, model, tally.found, tally.notFound, tally.refused, tally.parts(), tally.yield()};
-    }
-
-    Statistics::Tally m_total;
-    QMap<QPair<int, QString>, Statistics::Tally> m_each;
+    Statistics::Tally total;
+    QMap<QPair<int, QString>, Statistics::Tally> each;
 };
+
+QVector<TableWriter::Row> PartExport::yields(const Tallies& tallies)
+{
+    QVector<TableWriter::Row> lines{{tr("工位"), tr("型号"), PartTexts::outcome(PartOutcome::Found),
+                                     PartTexts::outcome(PartOutcome::NotFound),
+                                     PartTexts::outcome(PartOutcome::Refused), tr("合计"), tr("找到率 %")}};
+    for (auto it = tallies.each.begin(); it != tallies.each.end(); ++it)
+        lines.append(lineOf(PartTexts::station(it.key().first), it.key().second, it.value()));
+    lines.append(lineOf(tr("全部"), {}, tallies.total));
+    return lines;
+}
 
 QVector<TableWriter::Row> PartExport::describe(const PartFilter& filter)
 {
@@ -116,6 +115,6 @@ ExportOutcome PartExport::toXlsx(const QString& path, ExportProgress& progress) 
     const ExportOutcome outcome = write(table, path, progress, tallies);
     if (!outcome.isGood())
         return outcome;
-    const bool whole = table.addSheet(tr("汇总"), describe(filter) + QVector<TableWriter::Row>{{}} + tallies.lines());
+    const bool whole = table.addSheet(tr("汇总"), describe(filter) + QVector<TableWriter::Row>{{}} + yields(tallies));
     return whole && table.finish() ? outcome : ExportOutcome::failed(table.error());
 }

@@ -28,6 +28,7 @@ public:
     static QVector<TableWriter::Row> describe(const PartFilter& filter);
 
 private:
-    class Tallies;
+    struct Tallies;
+    static QVector<TableWriter::Row> yields(const Tallies& tallies);
     ExportOutcome write(TableWriter& table, const QString& path, ExportProgress& progress, Tallies& tallies) const;
 };

@@ -87,7 +87,8 @@ void below(QPainter& painter, const Plane& plane, const QVector<QPair<double, QS
         if (x - wide / 2 < used)
             continue;
         used = x + wide / 2;
-        painter.drawText(QRectF(x - wide / 2, plane.place.bottom() + 8, wide, textHeight(painter)), Qt::AlignCenter, text);
+        painter.drawText(QRectF(x - wide / 2, plane.place.bottom() + 8, wide, textHeight(painter)), Qt::AlignCenter,
+                         text);
     }
 }
 
@@ -99,20 +100,20 @@ void legend(QPainter& painter, const QRectF& place, const QStringList& names, co
         const double wide = textWidth(painter, names.at(i));
         painter.fillRect(QRectF(x, place.center().y() - mark / 2, mark, mark), colors.value(i));
         painter.setPen(ink().text);
-        painter.drawText(QRectF(x + mark + 10, place.top(), wide + 10, place.height()), Qt::AlignLeft | Qt::AlignVCenter,
-                         names.at(i));
+        painter.drawText(QRectF(x + mark + 10, place.top(), wide + 10, place.height()),
+                         Qt::AlignLeft | Qt::AlignVCenter, names.at(i));
         x += mark + wide + 60;
     }
 }
 
 } // namespace
 
-void yield(QPainter& painter, const QRectF& place, const QVector<Statistics::Bucket>& buckets, const QString& timeFormat,
-           const QStringList& names)
+void yield(QPainter& painter, const QRectF& place, const QVector<Statistics::Bucket>& buckets,
+           const QString& timeFormat, const QStringList& names)
 {
     const double line = textHeight(painter);
-    const QVector<QColor> colors{ink().good.ink.lighter(180), ink().bad.ink.lighter(130), ink().caution.ink.lighter(170),
-                                 ink().text};
+    const QVector<QColor> colors{ink().good.ink.lighter(180), ink().bad.ink.lighter(130),
+                                 ink().caution.ink.lighter(170), ink().text};
     legend(painter, QRectF(place.left(), place.top(), place.width(), line), names, colors);
     int most = 1;
     for (const Statistics::Bucket& bucket : buckets)
@@ -161,13 +162,14 @@ void bars(QPainter& painter, const QRectF& place, const QVector<QPair<QString, i
     const double longest = place.width() - names - 200;
     for (int i = 0; i < bars.size(); ++i) {
         const QRectF line(place.left(), place.top() + i * row, place.width(), row);
-        const QString name = QFontMetricsF(painter.font(), painter.device()).elidedText(bars.at(i).first, Qt::ElideRight, names);
+        const QString name =
+            QFontMetricsF(painter.font(), painter.device()).elidedText(bars.at(i).first, Qt::ElideRight, names);
         painter.setPen(ink().text);
         painter.drawText(QRectF(line.left(), line.top(), names, row), Qt::AlignLeft | Qt::AlignVCenter, name);
         const double length = longest * bars.at(i).second / most;
         painter.fillRect(QRectF(line.left() + names + 20, line.top() + 0.2 * row, length, 0.6 * row), ink().bad.ink);
-        painter.drawText(QRectF(line.left() + names + 35 + length, line.top(), 160, row), Qt::AlignLeft | Qt::AlignVCenter,
-                         QString::number(bars.at(i).second));
+        painter.drawText(QRectF(line.left() + names + 35 + length, line.top(), 160, row),
+                         Qt::AlignLeft | Qt::AlignVCenter, QString::number(bars.at(i).second));
     }
 }
 

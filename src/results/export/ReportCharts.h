@@ -10,8 +10,8 @@ class QPainter;
 namespace ReportCharts {
 
 /// Parts by their outcome upon each other, and the yield as a line.
-void yield(QPainter& painter, const QRectF& place, const QVector<Statistics::Bucket>& buckets, const QString& timeFormat,
-           const QStringList& legend);
+void yield(QPainter& painter, const QRectF& place, const QVector<Statistics::Bucket>& buckets,
+           const QString& timeFormat, const QStringList& legend);
 /// A bar for each name, the number behind it.
 void bars(QPainter& painter, const QRectF& place, const QVector<QPair<QString, int>>& bars);
 /// A dot for each value by its time between `begin` and `end`; no more dots than paper tells apart.

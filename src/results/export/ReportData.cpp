@@ -164,7 +164,8 @@ ReportData ReportData::read(const QString& home, const Span& span, const QString
     data.span = span;
     data.cell = cell.isEmpty() ? QDir(home).dirName() : cell;
     data.logo = logoOf(home);
-    data.bucketSpan = (span.end - span.begin) / (msADay / 24) > mostHours ? Statistics::Span::Day : Statistics::Span::Hour;
+    data.bucketSpan =
+        (span.end - span.begin) / (msADay / 24) > mostHours ? Statistics::Span::Day : Statistics::Span::Hour;
     PartReader reader(home);
     if (!reader.open()) {
         data.error = reader.error();

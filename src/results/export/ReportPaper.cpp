@@ -61,7 +61,8 @@ void ReportPaper::edges()
     m_painter->setPen(ink().faint);
     const double line = QFontMetricsF(font(Faint), m_device).height() * 1.3;
     if (m_page > 1) {
-        m_painter->drawText(QRectF(left, headAt, width, line), Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, m_head);
+        m_painter->drawText(QRectF(left, headAt, width, line), Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine,
+                            m_head);
         m_painter->drawLine(QPointF(left, headAt + line), QPointF(left + width, headAt + line));
     } else {
         m_y = headAt;
@@ -90,7 +91,8 @@ bool ReportPaper::need(double height)
 double ReportPaper::heightOf(const QString& text, double width, Style style) const
 {
     const QFontMetricsF metrics(font(style), m_device);
-    return std::ceil(qMax(metrics.height(), metrics.boundingRect(QRectF(0, 0, width, endless), wrapping, text).height()));
+    return std::ceil(
+        qMax(metrics.height(), metrics.boundingRect(QRectF(0, 0, width, endless), wrapping, text).height()));
 }
 
 void ReportPaper::text(const QString& text, Style style)

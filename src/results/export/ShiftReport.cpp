@@ -33,8 +33,13 @@ QString percent(double yield)
 
 QStringList cellsOf(const QString& station, const QString& model, const Statistics::Tally& tally)
 {
-    return {station, model, QString::number(tally.parts()), QString::number(tally.found),
-            QString::number(tally.notFound), QString::number(tally.refused), percent(tally.yield())};
+    return {station,
+            model,
+            QString::number(tally.parts()),
+            QString::number(tally.found),
+            QString::number(tally.notFound),
+            QString::number(tally.refused),
+            percent(tally.yield())};
 }
 
 /// A logo that cannot be read is none.
@@ -62,8 +67,7 @@ void prepare(QPdfWriter& writer, const QString& title)
 /// Once for the number of pages, and once with it.
 ExportOutcome ShiftReport::toPdf(const QString& path, ExportProgress& progress) const
 {
-    const ReportData data =
-        ReportData::read(home, span, cell, [&progress] { return !progress.isCancelled(); });
+    const ReportData data = ReportData::read(home, span, cell, [&progress] { return !progress.isCancelled(); });
     if (!data.error.isEmpty())
         return ExportOutcome::failed(data.error);
     progress.set(1, 3);
@@ -194,10 +198,8 @@ void ShiftReport::values(const ReportData& data, ReportPaper& paper)
         const Statistics::Summary& summary = histogram.summary;
         if (summary.count == 0)
             continue;
-        const QString note = tr("n %1   均值 %2   σ %3")
-                                 .arg(summary.count)
-                                 .arg(summary.mean, 0, 'f', 3)
-                                 .arg(summary.sigma, 0, 'f', 3);
+        const QString note =
+            tr("n %1   均值 %2   σ %3").arg(summary.count).arg(summary.mean, 0, 'f', 3).arg(summary.sigma, 0, 'f', 3);
         paper.figure(height, [&, name = title, column = values](QPainter& painter, const QRectF& place) {
             const double wide = place.width() * split;
             ReportCharts::trend(painter, QRectF(place.topLeft(), QSizeF(wide, place.height())), name, data.span.begin,
@@ -215,8 +217,8 @@ void ShiftReport::failures(const ReportData& data, ReportPaper& paper)
     QVector<QStringList> rows;
     for (const PartRow& row : data.failures)
         rows.append({PartTexts::time(row.wall).mid(5, 14), PartTexts::station(row.part.station), row.part.model,
-                     PartTexts::outcome(row.part.outcome), PartTexts::reason(row),
-                     row.marked ? tr("是") : QString(), row.comment});
+                     PartTexts::outcome(row.part.outcome), PartTexts::reason(row), row.marked ? tr("是") : QString(),
+                     row.comment});
     paper.table({{tr("时间"), 0.15},
                  {tr("工位"), 0.1},
                  {tr("型号"), 0.15},

@@ -36,6 +36,6 @@ QString WholeFile::commit()
 {
     platform::flushFile(m_aside);
     std::error_code error;
-    std::filesystem::rename(m_aside.toStdWString(), m_path.toStdWString(), error);
+    std::filesystem::rename(QFile::encodeName(m_aside).constData(), QFile::encodeName(m_path).constData(), error);
     return error ? QString::fromLocal8Bit(error.message().c_str()) : QString();
 }

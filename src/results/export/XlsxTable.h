@@ -6,8 +6,8 @@
 
 #include <memory>
 
-/// A table as a workbook: numbers as numbers, times as dates, the head stays in sight, each column can be filtered. More
-/// rows than a sheet takes go on on a further one. Rows are kept in temporary files, not in memory.
+/// A table as a workbook: numbers as numbers, times as dates, the head stays in sight, each column can be filtered.
+/// More rows than a sheet takes go on on a further one. Rows are kept in temporary files, not in memory.
 class XlsxTable : public TableWriter
 {
     Q_DECLARE_TR_FUNCTIONS(XlsxTable)

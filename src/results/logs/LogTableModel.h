@@ -16,6 +16,7 @@ public:
     /// Both take effect with the next refresh().
     void setHome(const QString& home) { m_home = home; }
     void setFilter(const LogFilter& filter) { m_filter = filter; }
+    const LogFilter& filter() const { return m_filter; }
     void refresh();
 
     int columnCount(const QModelIndex& parent = {}) const override;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "results/export/TableWriter.h"
 #include "results/data/PartFilter.h"
+#include "results/export/TableWriter.h"
 
 #include <QCoreApplication>
 

@@ -97,7 +97,8 @@ QVariant PartTableModel::data(const QModelIndex& index, int role) const
     case Qt::DisplayRole:
         return PartColumns::text(*row, index.column());
     case Qt::ToolTipRole:
-        return index.column() == Reason || index.column() == Comment ? PartColumns::text(*row, index.column()) : QVariant();
+        return index.column() == Reason || index.column() == Comment ? PartColumns::text(*row, index.column())
+                                                                     : QVariant();
     case Qt::TextAlignmentRole:
         return int((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     case Qt::ForegroundRole:
