@@ -1,5 +1,6 @@
 #include "../Bench.h"
 #include "db/PartTable.h"
+#include "db/SqlConnection.h"
 #include "db/StationDB.h"
 #include "platform/System.h"
 #include "results/export/ExportProgress.h"
@@ -15,36 +16,30 @@ namespace {
 constexpr int parts = 100000;
 const QDateTime start(QDate(2026, 3, 1), QTime(6, 0));
 
-StationResult numbered(int i)
-{
-    StationResult result;
-    PartRecord& part = result.part;
-    part.station = 1 + i % 2;
-    part.model = QStringLiteral("五辐-%1").arg(i % 12);
-    part.outcome = i % 50 ? PartOutcome::Found : i % 100 ? PartOutcome::NotFound : PartOutcome::Refused;
-    part.angle = (i * 37 % 3600) / 10.0;
-    part.x = 100 + (i * 7919 % 1000) / 997.0;
-    part.y = -20 + (i * 104729 % 1000) / 991.0;
-    part.score = 80 + i % 20;
-    part.imageMs = 20 + i % 7;
-    part.resultMs = 60 + i % 31;
-    part.replyMs = 70 + i % 37;
-    part.user = QStringLiteral("李工");
-    part.calibration = QStringLiteral("0a1b2c3d");
-    result.value3 = QStringLiteral("score=0.9;plc=7;x=%1;y=%2").arg(part.x).arg(part.y);
-    return result;
-}
-
-/// Two a second, a shift and a half.
+/// Two parts a second, a shift and a half.
 const QString& home()
 {
     static const QTemporaryDir folder;
     static const QString path = [] {
         QDir(folder.path()).mkpath(QStringLiteral("DBFiles"));
-        StationDB database(folder.filePath(QStringLiteral("DBFiles/Pellix.db")));
-        database.open();
-        for (int i = 0; i < parts; ++i)
-            database.insertResult(numbered(i), start.addMSecs(i * 500LL));
+        const QString file = folder.filePath(QStringLiteral("DBFiles/Pellix.db"));
+        StationDB(file).open();
+        SqlConnection connection(QStringLiteral("QSQLITE"));
+        connection.database().setDatabaseName(file);
+        connection.database().open();
+        const QString numbers =
+            QStringLiteral("WITH RECURSIVE n(i) AS (VALUES(1) UNION ALL SELECT i + 1 FROM n WHERE i < %1) ").arg(parts);
+        connection.exec(numbers +
+                        QStringLiteral("INSERT INTO RltTable(uid, time, dAngle, errorType, matchScore, resultTip, "
+                                       "stationName, value1, value2, value3) SELECT i, '', i * 37 % 3600 / 10.0, 0, "
+                                       "80 + i % 20, '', 'Station_1', '', '1_a', 'score=0.9' FROM n"));
+        connection.exec(numbers +
+                        QStringLiteral("INSERT INTO PartTable SELECT %1 + i * 500, i, 1 + i % 2, 'A-' || (i % "
+                                       "12), 7, CASE WHEN i % 50 THEN 0 ELSE 1 END, 0, i * 37 % 3600 / "
+                                       "10.0, 100 + i * 7919 % 1000 / 997.0, -20 + i * 104729 % 1000 / "
+                                       "991.0, 80 + i % 20, 20 + i % 7, 60 + i % 31, 70 + i % 37, 'Li', "
+                                       "'0a1b2c3d', '' FROM n")
+                            .arg(PartTable::wallOf(start)));
         return folder.path();
     }();
     return path;
