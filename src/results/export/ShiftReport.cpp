@@ -20,6 +20,8 @@ namespace {
 constexpr int dotsAnInch = 600;
 constexpr int logoPixels = 600; // of a drawing's height
 constexpr int mostReasons = 12;
+constexpr int longestCell = 400; // characters: a row stays far below a page
+constexpr int longestLine = 1500;
 
 QString minute(qint64 wall)
 {
@@ -40,6 +42,11 @@ QStringList cellsOf(const QString& station, const QString& model, const Statisti
             QString::number(tally.notFound),
             QString::number(tally.refused),
             percent(tally.yield())};
+}
+
+QString cut(const QString& text, int longest)
+{
+    return text.size() > longest ? text.left(longest) + QChar(0x2026) : text;
 }
 
 /// A logo that cannot be read is none.
@@ -216,9 +223,10 @@ void ShiftReport::failures(const ReportData& data, ReportPaper& paper)
     paper.heading(tr("未找到和拒绝的工件"), 250);
     QVector<QStringList> rows;
     for (const PartRow& row : data.failures)
-        rows.append({PartTexts::time(row.wall).mid(5, 14), PartTexts::station(row.part.station), row.part.model,
-                     PartTexts::outcome(row.part.outcome), PartTexts::reason(row), row.marked ? tr("是") : QString(),
-                     row.comment});
+        rows.append({PartTexts::time(row.wall).mid(5, 14), PartTexts::station(row.part.station),
+                     cut(row.part.model, longestCell), PartTexts::outcome(row.part.outcome),
+                     cut(PartTexts::reason(row), longestCell), row.marked ? tr("是") : QString(),
+                     cut(row.comment, longestCell)});
     paper.table({{tr("时间"), 0.15},
                  {tr("工位"), 0.1},
                  {tr("型号"), 0.15},
@@ -239,8 +247,9 @@ void ShiftReport::events(const ReportData& data, ReportPaper& paper)
     QVector<QStringList> rows;
     for (const ReportData::Event& event : data.events) {
         const LogRow& row = event.row;
-        const QString text =
+        const QString whole =
             row.isChange ? QStringLiteral("%1: %2 → %3").arg(row.name, row.before, row.after) : row.message.trimmed();
+        const QString text = cut(whole, longestLine);
         rows.append({row.time.mid(5), LogExport::kindOf(row),
                      event.times > 1 ? tr("%1（共 %2 次）").arg(text).arg(event.times) : text, row.user});
     }

@@ -27,13 +27,17 @@ void render(ResultPlot* plot, QPainter& painter, const QRectF& place)
 
 } // namespace
 
-QByteArray ChartPicture::png(ResultPlot* plot)
+QImage ChartPicture::image(ResultPlot* plot)
 {
     QImage image(pictureWidth, pictureHeight, QImage::Format_RGB32);
-    {
-        QPainter painter(&image);
-        render(plot, painter, QRectF(image.rect()));
-    }
+    QPainter painter(&image);
+    render(plot, painter, QRectF(image.rect()));
+    painter.end();
+    return image;
+}
+
+QByteArray ChartPicture::png(const QImage& image)
+{
     QByteArray bytes;
     QBuffer buffer(&bytes);
     image.save(&buffer, "PNG");

@@ -4,14 +4,18 @@
 
 #include <QByteArray>
 
+class QImage;
 class ResultPlot;
 
-/// A chart as it is shown, zoomed and coloured, as a picture for a letter. The first two on the GUI thread.
-class ChartPicture
-{
-public:
-    static QByteArray png(ResultPlot* plot);
-    /// A4, lying.
-    static QByteArray pdf(ResultPlot* plot);
-    static ExportOutcome write(const QByteArray& bytes, const QString& path);
-};
+/// A chart as it is shown, zoomed and coloured, as a picture for a letter.
+namespace ChartPicture {
+
+/// These two on the GUI thread.
+QImage image(ResultPlot* plot);
+/// A4, lying.
+QByteArray pdf(ResultPlot* plot);
+/// A thread's.
+QByteArray png(const QImage& image);
+ExportOutcome write(const QByteArray& bytes, const QString& path);
+
+} // namespace ChartPicture

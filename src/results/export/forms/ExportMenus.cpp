@@ -10,6 +10,8 @@
 #include "results/export/forms/ChartPicture.h"
 #include "results/export/forms/ExportBar.h"
 
+#include <QImage>
+
 namespace {
 
 ExportBar::Choice choice(std::function<QString()> text, const char* suffix, std::function<QString()> name,
@@ -99,8 +101,8 @@ void ExportMenus::addChart(ExportBar* bar, ResultPlot* plot, const std::function
                           }));
     bar->addChoice(choice([] { return tr("图表 (PNG)…"); }, "png", name,
                           [plot]() -> ExportBar::Work {
-                              return [bytes = ChartPicture::png(plot)](const QString& path, ExportProgress&) {
-                                  return ChartPicture::write(bytes, path);
+                              return [image = ChartPicture::image(plot)](const QString& path, ExportProgress&) {
+                                  return ChartPicture::write(ChartPicture::png(image), path);
                               };
                           }));
     bar->addChoice(choice([] { return tr("图表 (PDF)…"); }, "pdf", name,
