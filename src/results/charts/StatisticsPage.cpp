@@ -6,6 +6,8 @@
 #include "results/charts/ResultPlot.h"
 #include "results/charts/ToleranceStore.h"
 #include "results/data/PartReader.h"
+#include "results/export/forms/ExportBar.h"
+#include "results/export/forms/ExportMenus.h"
 #include "results/parts/PartFilterBar.h"
 
 #include <QComboBox>
@@ -80,6 +82,7 @@ StatisticsPage::StatisticsPage(QWidget* parent)
     , m_message(new InlineMessage(this))
     , m_plot(new ResultPlot(this))
     , m_summary(new QLabel(this))
+    , m_exports(new ExportBar(this))
     , m_background(Background::AtEnd::Wait)
 {
     auto* fields = new QHBoxLayout;
@@ -94,6 +97,8 @@ StatisticsPage::StatisticsPage(QWidget* parent)
     column->addLayout(fields);
     column->addWidget(m_message);
     column->addWidget(m_plot, 1);
+    column->addWidget(m_exports);
+    ExportMenus::addChart(m_exports, m_plot, [this] { return m_answer; });
     m_message->sayOrHide(Tone::Plain, {});
     DialogForm::prepareFields(this);
     retranslate();

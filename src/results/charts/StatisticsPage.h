@@ -7,6 +7,7 @@
 
 #include <atomic>
 
+class ExportBar;
 class InlineMessage;
 class PartFilterBar;
 class QComboBox;
@@ -28,6 +29,7 @@ public:
     void refresh();
     void choose(Charts::Kind kind);
     ResultPlot& plot() { return *m_plot; }
+    ExportBar& exports() { return *m_exports; }
 
 signals:
     void partsWanted(const QDateTime& from, const QDateTime& to);
@@ -59,6 +61,7 @@ private:
     InlineMessage* m_message;
     ResultPlot* m_plot;
     QLabel* m_summary;
+    ExportBar* m_exports;
     Charts::Answer m_answer;
     QVector<LogRow> m_marks;
     int m_number = 0;

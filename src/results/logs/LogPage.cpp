@@ -3,6 +3,8 @@
 #include "common/forms/DialogForm.h"
 #include "common/forms/InlineMessage.h"
 #include "db/log/LogLine.h"
+#include "results/export/forms/ExportBar.h"
+#include "results/export/forms/ExportMenus.h"
 #include "results/logs/LogTableModel.h"
 
 #include <QCheckBox>
@@ -50,11 +52,13 @@ LogPage::LogPage(QWidget* parent)
     , m_line(new QPlainTextEdit(this))
     , m_parts(new QPushButton(this))
     , m_count(new QLabel(this))
+    , m_exports(new ExportBar(this))
     , m_settled(new QTimer(this))
     , m_next(new QTimer(this))
 {
     build();
     retranslate();
+    ExportMenus::addLog(m_exports, [this] { return ExportMenus::Log{m_home, m_table->filter()}; });
     m_settled->setSingleShot(true);
     m_settled->setInterval(settleMs);
     m_next->setInterval(liveMs);
@@ -111,7 +115,7 @@ void LogPage::build()
     fields->addWidget(m_live);
     auto* foot = new QHBoxLayout;
     foot->addWidget(m_count);
-    foot->addStretch();
+    foot->addWidget(m_exports, 1);
     foot->addWidget(m_parts);
     auto* column = new QVBoxLayout(this);
     column->addLayout(fields);
@@ -125,6 +129,7 @@ void LogPage::build()
 
 void LogPage::setHome(const QString& home)
 {
+    m_home = home;
     m_table->setHome(home);
     refresh();
 }

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class ExportBar;
 class InlineMessage;
 class LogTableModel;
 class QCheckBox;
@@ -25,6 +26,7 @@ public:
 
     void setHome(const QString& home);
     void refresh();
+    ExportBar& exports() { return *m_exports; }
 
 signals:
     /// The parts around that moment, local.
@@ -52,6 +54,8 @@ private:
     QPlainTextEdit* m_line;
     QPushButton* m_parts;
     QLabel* m_count;
+    ExportBar* m_exports;
+    QString m_home;
     QTimer* m_settled;
     QTimer* m_next; ///< while the newest lines are shown as they come
     int m_lines = 0;

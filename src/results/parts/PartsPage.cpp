@@ -2,6 +2,8 @@
 
 #include "common/forms/InlineMessage.h"
 #include "results/data/ReviewStore.h"
+#include "results/export/forms/ExportBar.h"
+#include "results/export/forms/ExportMenus.h"
 #include "results/parts/PartDetail.h"
 #include "results/parts/PartFilterBar.h"
 #include "results/parts/PartTableModel.h"
@@ -78,6 +80,7 @@ PartsPage::PartsPage(QWidget* parent)
     , m_table(new PartTableModel(this))
     , m_view(new QTableView(this))
     , m_count(new QLabel(this))
+    , m_exports(new ExportBar(this))
     , m_detail(new PartDetail(this))
     , m_models(Background::AtEnd::Wait)
     , m_reviews(Background::AtEnd::Finish)
@@ -89,6 +92,7 @@ PartsPage::PartsPage(QWidget* parent)
     table->setContentsMargins(0, 0, 0, 0);
     table->addWidget(m_view, 1);
     table->addWidget(m_count);
+    table->addWidget(m_exports);
     auto* sides = new QSplitter(this);
     sides->addWidget(left);
     sides->addWidget(m_detail);
@@ -101,6 +105,7 @@ PartsPage::PartsPage(QWidget* parent)
     column->addWidget(sides, 1);
     m_message->sayOrHide(Tone::Plain, {});
 
+    offerExports();
     connect(m_filter, &PartFilterBar::changed, this, &PartsPage::take);
     connect(m_table, &PagedTableBase::refreshed, this, &PartsPage::onRefreshed);
     connect(m_table, &PagedTableBase::loaded, this, &PartsPage::showChosen);
@@ -119,7 +124,27 @@ void PartsPage::setHome(const QString& home)
 
 void PartsPage::setShifts(const Shifts& shifts)
 {
+    m_shifts = shifts;
     m_filter->setShifts(shifts);
+}
+
+/// The columns as they are ordered and shown.
+void PartsPage::offerExports()
+{
+    ExportMenus::addParts(m_exports, [this] {
+        ExportMenus::Parts shown;
+        shown.table.home = m_home;
+        shown.table.filter = m_table->filter();
+        shown.table.by = m_table->sortColumn();
+        shown.table.order = m_table->sortOrder();
+        shown.shifts = m_shifts;
+        const QHeaderView* header = m_view->horizontalHeader();
+        for (int i = 0; i < header->count(); ++i) {
+            if (!header->isSectionHidden(header->logicalIndex(i)))
+                shown.table.columns.append(header->logicalIndex(i));
+        }
+        return shown;
+    });
 }
 
 void PartsPage::setDesigner(bool there)

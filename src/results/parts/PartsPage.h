@@ -7,6 +7,7 @@
 
 #include <functional>
 
+class ExportBar;
 class InlineMessage;
 class PartDetail;
 class PartFilterBar;
@@ -37,6 +38,7 @@ public:
     void showPart(qint64 uid);
     PartFilter filter() const;
     PartTableModel& table() { return *m_table; }
+    ExportBar& exports() { return *m_exports; }
 
 signals:
     void designerWanted(const QString& picture, const QString& model, int station);
@@ -46,6 +48,7 @@ protected:
 
 private:
     void take();
+    void offerExports();
     void showChosen();
     void onRefreshed(int parts, const QString& error);
     void store(qint64 uid, qint64 wall, bool marked, const QString& comment);
@@ -57,6 +60,8 @@ private:
     PartTableModel* m_table;
     QTableView* m_view;
     QLabel* m_count;
+    ExportBar* m_exports;
+    Shifts m_shifts;
     PartDetail* m_detail;
     int m_parts = 0;
     Background m_models;
