@@ -9,7 +9,7 @@
 #include <valvecell/ISerialReopen.h>
 #include <valvecell/ISerialSession.h>
 
-namespace {
+namespace guarding { // named: a class of the header derives from what is in it
 
 /// What all guards have: the module's object, and its optional interfaces, of which a guard may stand for some.
 template <typename Interface>
@@ -45,9 +45,9 @@ protected:
     const char* const m_extensionName;
 };
 
-} // namespace
+} // namespace guarding
 
-class GuardedModules::CoreCtrl : public Guard<ICoreCtrl>, public ICameraCapture, public ICameraSettings
+class GuardedModules::CoreCtrl : public guarding::Guard<ICoreCtrl>, public ICameraCapture, public ICameraSettings
 {
 public:
     CoreCtrl(ICoreCtrl* module, CallWatch& watch)
@@ -125,7 +125,7 @@ private:
     ICameraSettings* const m_settings;
 };
 
-class GuardedModules::Engine : public Guard<IEngine>, public ITaskList
+class GuardedModules::Engine : public guarding::Guard<IEngine>, public ITaskList
 {
 public:
     Engine(IEngine* module, CallWatch& watch)
@@ -154,7 +154,7 @@ public:
     void* extension(const char* id) override { return own(id); }
 };
 
-class GuardedModules::Designer : public Guard<IDesigner>, public IImageWatch
+class GuardedModules::Designer : public guarding::Guard<IDesigner>, public IImageWatch
 {
 public:
     Designer(IDesigner* module, CallWatch& watch)
@@ -187,7 +187,7 @@ private:
 };
 
 /// Owns the module's port.
-class GuardedModules::Port : public Guard<ISerialPort>, public ISerialSession, public ISerialReopen
+class GuardedModules::Port : public guarding::Guard<ISerialPort>, public ISerialSession, public ISerialReopen
 {
 public:
     Port(ISerialPort* module, CallWatch& watch)

@@ -12,7 +12,7 @@
 
 namespace {
 
-using Kind = CameraFeature::Kind;
+using FeatureKind = CameraFeature::Kind;
 
 constexpr int rowHeight = 30;
 
@@ -23,7 +23,8 @@ QString number(double value)
 
 bool hasRange(const CameraFeature& feature)
 {
-    return (feature.kind == Kind::Number || feature.kind == Kind::Whole) && feature.maximum > feature.minimum;
+    return (feature.kind == FeatureKind::Number || feature.kind == FeatureKind::Whole) &&
+           feature.maximum > feature.minimum;
 }
 
 } // namespace
@@ -156,19 +157,20 @@ QString CameraFeatureModel::valueText(const Row& row)
     const CameraFeature& feature = row.feature;
     if (!row.writing.isEmpty())
         return tr("%1，正在写入…").arg(row.writing);
-    if (feature.kind == Kind::Command)
+    if (feature.kind == FeatureKind::Command)
         return tr("执行…");
     if (!feature.value.isValid())
         return tr("（读不到）");
-    if (feature.kind == Kind::Switch)
+    if (feature.kind == FeatureKind::Switch)
         return feature.value.toBool() ? tr("开") : tr("关");
-    const QString text = feature.kind == Kind::Number ? number(feature.value.toDouble()) : feature.value.toString();
+    const QString text =
+        feature.kind == FeatureKind::Number ? number(feature.value.toDouble()) : feature.value.toString();
     return feature.unit.isEmpty() ? text : text + QLatin1Char(' ') + feature.unit;
 }
 
 QString CameraFeatureModel::rangeText(const CameraFeature& feature)
 {
-    if (feature.kind == Kind::Choice)
+    if (feature.kind == FeatureKind::Choice)
         return tr("%1 种").arg(feature.choices.size());
     if (!hasRange(feature))
         return {};
@@ -212,7 +214,7 @@ QVariant CameraFeatureModel::data(const QModelIndex& index, int role) const
     case Qt::ToolTipRole:
         return note(index);
     case Qt::EditRole:
-        return feature.kind == Kind::Number ? QVariant(number(feature.value.toDouble())) : feature.value;
+        return feature.kind == FeatureKind::Number ? QVariant(number(feature.value.toDouble())) : feature.value;
     case Qt::ForegroundRole:
         return feature.locked.isEmpty() ? QVariant() : QVariant(lookColors().faint);
     case Qt::BackgroundRole:
@@ -235,23 +237,23 @@ Qt::ItemFlags CameraFeatureModel::flags(const QModelIndex& index) const
 /// What was typed as the feature takes it; `problem` says why it cannot.
 QVariant CameraFeatureModel::typed(const CameraFeature& feature, const QVariant& value, QString* problem)
 {
-    if (feature.kind == Kind::Command)
+    if (feature.kind == FeatureKind::Command)
         return {};
-    if (feature.kind == Kind::Switch)
+    if (feature.kind == FeatureKind::Switch)
         return value.toBool();
     const QString text = value.toString().trimmed();
-    if (feature.kind == Kind::Text || feature.kind == Kind::Choice)
+    if (feature.kind == FeatureKind::Text || feature.kind == FeatureKind::Choice)
         return text;
     bool isNumber = false;
     const double real = WholeNumber::halfWidth(text).toDouble(&isNumber);
     const auto whole = WholeNumber::parse(text);
-    if (feature.kind == Kind::Whole && !whole)
+    if (feature.kind == FeatureKind::Whole && !whole)
         *problem = tr("“%1”不是整数").arg(text);
     else if (!isNumber || !std::isfinite(real))
         *problem = tr("“%1”不是数字").arg(text);
     else if (hasRange(feature) && (real < feature.minimum || real > feature.maximum))
         *problem = tr("%1不在%2到%3之间").arg(text, number(feature.minimum), number(feature.maximum));
-    return feature.kind == Kind::Whole ? QVariant(qlonglong(whole.value_or(0))) : QVariant(real);
+    return feature.kind == FeatureKind::Whole ? QVariant(qlonglong(whole.value_or(0))) : QVariant(real);
 }
 
 bool CameraFeatureModel::setData(const QModelIndex& index, const QVariant& value, int role)
@@ -261,10 +263,10 @@ bool CameraFeatureModel::setData(const QModelIndex& index, const QVariant& value
     Row& found = m_groups[int(index.internalId()) - 1].rows[index.row()];
     QString problem;
     const QVariant wanted = typed(found.feature, value, &problem);
-    const bool same = problem.isEmpty() && found.feature.kind != Kind::Command && wanted == found.feature.value;
+    const bool same = problem.isEmpty() && found.feature.kind != FeatureKind::Command && wanted == found.feature.value;
     found.error = problem;
     if (problem.isEmpty() && !same)
-        found.writing = found.feature.kind == Kind::Command ? tr("执行") : wanted.toString();
+        found.writing = found.feature.kind == FeatureKind::Command ? tr("执行") : wanted.toString();
     const CameraFeature feature = found.feature;
     touch(int(index.internalId()) - 1, index.row());
     if (problem.isEmpty() && !same)

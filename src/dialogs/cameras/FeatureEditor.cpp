@@ -11,7 +11,7 @@
 
 namespace {
 
-using Kind = CameraFeature::Kind;
+using FeatureKind = CameraFeature::Kind;
 
 const CameraFeature& featureOf(const QModelIndex& index)
 {
@@ -25,11 +25,11 @@ QWidget* FeatureEditor::createEditor(QWidget* parent, const QStyleOptionViewItem
 {
     const CameraFeature& feature = featureOf(index);
     QWidget* editor = nullptr;
-    if (feature.kind == Kind::Command) {
+    if (feature.kind == FeatureKind::Command) {
         editor = makeButton(parent);
-    } else if (feature.kind == Kind::Choice || feature.kind == Kind::Switch) {
+    } else if (feature.kind == FeatureKind::Choice || feature.kind == FeatureKind::Switch) {
         editor = makeChoice(parent, index);
-    } else if (feature.kind == Kind::Text) {
+    } else if (feature.kind == FeatureKind::Text) {
         editor = new QLineEdit(parent);
     } else {
         auto* number = new DecimalField(parent);
@@ -54,7 +54,7 @@ QWidget* FeatureEditor::makeChoice(QWidget* parent, const QModelIndex& index) co
 {
     const CameraFeature& feature = featureOf(index);
     auto* box = new QComboBox(parent);
-    if (feature.kind == Kind::Switch) {
+    if (feature.kind == FeatureKind::Switch) {
         box->addItem(CameraFeatureModel::tr("关"), false);
         box->addItem(CameraFeatureModel::tr("开"), true);
     }
