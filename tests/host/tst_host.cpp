@@ -1,6 +1,6 @@
 #include "WindowDriver.h"
 #include "host/CMainWin.h"
-#include "host/LanguageSwitch.h"
+#include "look/LanguageSwitch.h"
 #include "panels/CellStatusBar.h"
 
 #include <valvecell/IMainWidget.h>

@@ -5,9 +5,9 @@
 #include "dialogs/registration/QCryptokeyUI.h"
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "host/CMainWin.h"
-#include "host/LanguageSwitch.h"
 #include "licence/Licence.h"
 #include "licence/RsaKey.h"
+#include "look/LanguageSwitch.h"
 #include "platform/PseudoTerminal.h"
 
 #include <QAction>

@@ -1,5 +1,5 @@
-#include "host/LanguageSwitch.h"
 #include "host/ViewMenu.h"
+#include "look/LanguageSwitch.h"
 #include "support/Table.h"
 #include "support/TempHome.h"
 

@@ -122,7 +122,11 @@ StatisticsPage::~StatisticsPage()
 void StatisticsPage::setHome(const QString& home)
 {
     m_home = home;
-    refresh();
+}
+
+void StatisticsPage::find()
+{
+    m_filter->find();
 }
 
 void StatisticsPage::setShifts(const Shifts& shifts)

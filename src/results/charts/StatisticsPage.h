@@ -26,6 +26,8 @@ public:
     void setHome(const QString& home);
     void setShifts(const Shifts& shifts);
     void refresh();
+    /// Goes to the text filter.
+    void find();
     void choose(Charts::Kind kind);
     ResultPlot& plot() { return *m_plot; }
 

@@ -51,7 +51,7 @@ bool LogReader::open()
         m_error = tr("这里还没有系统日志：%1 不存在").arg(path);
         return false;
     }
-    if (!SqliteFile::openForReading(m_connection, &m_error))
+    if (!SqliteFile::openForReading(m_connection, &m_error, &m_frozen))
         return false;
     if (m_connection.exec(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'SystemInfo'")).next())
         return true;

@@ -47,6 +47,9 @@ public:
     bool open();
     const QString& error() const { return m_error; }
 
+    /// As PartReader's.
+    bool isFrozen() const { return m_frozen; }
+
     qint64 lastLine();
     int count(const LogFilter& filter);
     /// Newest first.
@@ -61,5 +64,6 @@ private:
 
     const QString m_home;
     SqlConnection m_connection;
+    bool m_frozen = false;
     QString m_error;
 };

@@ -71,11 +71,14 @@ LogPage::LogPage(QWidget* parent)
         if (on)
             m_to->setDate(QDate::currentDate());
     });
-    connect(m_table, &PagedTableBase::refreshed, this, [this](int lines, const QString& error) {
-        m_lines = lines;
-        m_message->sayOrHide(Tone::Error, error);
-        m_count->setText(tr("%1 行").arg(QLocale().toString(lines)));
+    connect(m_table, &PagedTableBase::refreshed, this, [this](int, const QString& error, bool frozen) {
+        const bool note = error.isEmpty() && frozen;
+        m_message->sayOrHide(note ? Tone::Plain : Tone::Error, note ? tr("该文件夹不能写入，只能查看") : error);
         showChosen();
+    });
+    connect(m_table, &PagedTableBase::counted, this, [this](int lines) {
+        m_lines = lines;
+        m_count->setText(tr("%1 行").arg(QLocale().toString(lines)));
     });
     connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] { showChosen(); });
     connect(m_parts, &QPushButton::clicked, this, [this] {
@@ -126,7 +129,12 @@ void LogPage::build()
 void LogPage::setHome(const QString& home)
 {
     m_table->setHome(home);
-    refresh();
+}
+
+void LogPage::find()
+{
+    m_text->setFocus();
+    m_text->selectAll();
 }
 
 void LogPage::refresh()

@@ -25,6 +25,8 @@ public:
 
     void setHome(const QString& home);
     void refresh();
+    /// Goes to the text filter.
+    void find();
 
 signals:
     /// The parts around that moment, local.

@@ -10,7 +10,7 @@ LogTableModel::LogTableModel(QObject* parent)
 
 void LogTableModel::refresh()
 {
-    restart([home = m_home, filter = m_filter](int number, qint64 upTo) {
+    const auto read = [home = m_home, filter = m_filter](int number, qint64 upTo) {
         Page page;
         LogReader reader(home);
         if (!reader.open()) {
@@ -21,10 +21,16 @@ void LogTableModel::refresh()
         upToNow.upTo = page.upTo = upTo > 0 ? upTo : reader.lastLine();
         page.rows = reader.lines(upToNow, rowsAPage, number * rowsAPage);
         page.error = reader.error();
-        if (upTo == 0)
-            page.count = page.rows.size() < rowsAPage ? page.rows.size() : reader.count(upToNow);
+        page.frozen = reader.isFrozen();
         return page;
-    });
+    };
+    const auto count = [home = m_home, filter = m_filter](qint64 upTo) {
+        LogReader reader(home);
+        LogFilter upToNow = filter;
+        upToNow.upTo = upTo;
+        return reader.open() ? reader.count(upToNow) : 0;
+    };
+    restart(read, count);
 }
 
 QString LogTableModel::levelName(int level)

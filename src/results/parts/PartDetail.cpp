@@ -93,6 +93,17 @@ PartDetail::~PartDetail()
     note();
 }
 
+void PartDetail::comment()
+{
+    m_comment->setFocus();
+}
+
+void PartDetail::setHome(const QString& home)
+{
+    show(std::nullopt);
+    m_home = home;
+}
+
 void PartDetail::setDesigner(bool there)
 {
     m_designer->setVisible(there);
@@ -104,8 +115,12 @@ QString PartDetail::picture(bool source) const
     return below.isEmpty() ? QString() : m_home + below;
 }
 
+/// Reading the table anew takes nothing away from under a hand that writes.
 void PartDetail::show(const std::optional<PartRow>& part)
 {
+    if (part && m_part && part->uid == m_part->uid && part->wall == m_part->wall &&
+        (m_changed || (part->marked == m_part->marked && part->comment == m_part->comment)))
+        return;
     note();
     m_part = part;
     for (QWidget* each : {static_cast<QWidget*>(m_source), static_cast<QWidget*>(m_mark),

@@ -153,6 +153,21 @@ void PartFilterBar::setTimes(const QDateTime& from, const QDateTime& to)
     m_settled->start();
 }
 
+void PartFilterBar::setShifts(const Shifts& shifts)
+{
+    if (shifts.toText() == m_shifts.toText())
+        return;
+    m_shifts = shifts;
+    if (m_period->currentIndex() == ThisShift || m_period->currentIndex() == LastShift)
+        m_settled->start();
+}
+
+void PartFilterBar::find()
+{
+    m_text->setFocus();
+    m_text->selectAll();
+}
+
 void PartFilterBar::setModels(const QStringList& models)
 {
     const QString chosen = m_model->currentIndex() > 0 ? m_model->currentText() : QString();

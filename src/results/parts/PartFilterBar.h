@@ -25,7 +25,10 @@ public:
     PartFilter filter() const;
     void setFilter(Period period, int station, bool found, bool notFound, bool refused);
     void setTimes(const QDateTime& from, const QDateTime& to);
-    void setShifts(const Shifts& shifts) { m_shifts = shifts; }
+    /// They may change what is in sight.
+    void setShifts(const Shifts& shifts);
+    /// Goes to the text.
+    void find();
     /// Keeps the one that is chosen.
     void setModels(const QStringList& models);
     /// What is wrong with it, as a sentence; empty when nothing is.

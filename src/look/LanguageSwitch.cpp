@@ -1,4 +1,4 @@
-#include "host/LanguageSwitch.h"
+#include "look/LanguageSwitch.h"
 
 #include "config/ksSysConfig.h"
 #include "platform/AppHome.h"
