@@ -276,11 +276,17 @@ bool canRead(SqlConnection& connection, const QString& name, const QString& opti
     return !connection.failed();
 }
 
+bool hasLog(const QString& path)
+{
+    const QFileInfo log(path + QStringLiteral("-wal"));
+    return log.isFile() && log.size() > 0;
+}
+
 /// A log needs a file beside it that all who read it share; without that, nothing may be in the log.
 bool canReadFrozen(SqlConnection& connection, const QString& path)
 {
     const int code = connection.lastCode();
-    if ((code != codeReadOnly && code != codeCannotOpen) || QFileInfo(path + QStringLiteral("-wal")).size() > 0)
+    if ((code != codeReadOnly && code != codeCannotOpen) || hasLog(path))
         return false;
     QUrl uri = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
     uri.setQuery(QStringLiteral("immutable=1"));
@@ -295,7 +301,7 @@ QString whyUnreadable(const SqlConnection& connection, const QString& path)
     const int code = connection.lastCode();
     if (open && (code == codeCorrupt || code == codeNotADatabase))
         return Texts::tr("数据库%1已损坏，请打开备份：%2").arg(path, reason);
-    if (QFileInfo(path + QStringLiteral("-wal")).size() > 0 && (code == codeReadOnly || code == codeCannotOpen))
+    if (hasLog(path) && (code == codeReadOnly || code == codeCannotOpen))
         return Texts::tr("数据库%1所在的文件夹不能写入，而其日志%1-wal中还有记录，请把整个文件夹复制到可写的位置再打开")
             .arg(path);
     return Texts::tr("数据库%1不能打开：%2").arg(path, reason);

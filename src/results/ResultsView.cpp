@@ -51,7 +51,7 @@ void ResultsView::buildCorner()
     row->addWidget(m_refresh);
     setCornerWidget(corner);
     m_next->setInterval(autoRefreshMs);
-    connect(m_next, &QTimer::timeout, this, &ResultsView::refresh);
+    connect(m_next, &QTimer::timeout, this, &ResultsView::follow);
     connect(m_auto, &QCheckBox::toggled, this, [this](bool on) {
         if (!on)
             return m_next->stop();
@@ -127,6 +127,16 @@ void ResultsView::readShown()
         m_statistics->refresh();
     else
         m_logs->refresh();
+}
+
+void ResultsView::follow()
+{
+    if (!isVisible())
+        return;
+    if (currentWidget() != m_parts)
+        return refresh();
+    m_stale = {m_statistics, m_logs};
+    m_parts->follow();
 }
 
 void ResultsView::showDay(int station, bool failuresOnly)

@@ -53,6 +53,7 @@ private:
     void connectPages();
     void retranslate();
     void readShown();
+    void follow();
 
     QString m_home;
     PartsPage* m_parts;

@@ -4,7 +4,7 @@
 #include "results/charts/CellPoints.h"
 
 #include <QEvent>
-#include <QPen>
+#include <QPainter>
 #include <qwt_column_symbol.h>
 #include <qwt_date_scale_draw.h>
 #include <qwt_date_scale_engine.h>
@@ -26,6 +26,7 @@
 namespace {
 
 constexpr double pickPixels = 8;
+constexpr int leastAxis = 56; // charts below each other begin at the same place
 
 /// Names at whole numbers.
 class NameScale : public QwtScaleDraw
@@ -45,6 +46,26 @@ public:
 
 private:
     const QStringList m_names;
+};
+
+/// Points whose sign in the legend is a point.
+class DotCurve : public QwtPlotCurve
+{
+public:
+    using QwtPlotCurve::QwtPlotCurve;
+
+    QwtGraphic legendIcon(int, const QSizeF& size) const override
+    {
+        QwtGraphic icon;
+        icon.setDefaultSize(size);
+        QPainter painter(&icon);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(pen().color());
+        const double dot = qMin(size.width(), size.height());
+        painter.drawEllipse(QRectF((size.width() - dot) / 2, (size.height() - dot) / 2, dot, dot));
+        return icon;
+    }
 };
 
 QwtText titleOf(const QString& text)
@@ -107,6 +128,7 @@ ResultPlot::ResultPlot(QWidget* parent)
     auto* control = new QwtPlotPanner(canvas());
     control->setMouseButton(Qt::LeftButton, Qt::ControlModifier);
     setAutoReplot(false);
+    axisScaleDraw(yLeft)->setMinimumExtent(leastAxis);
     insertLegend(new QwtLegend, QwtPlot::TopLegend);
     wear();
 }
@@ -177,11 +199,10 @@ void ResultPlot::finish()
 void ResultPlot::addDots(const QString& title, const QVector<QPointF>& points, const QColor& color,
                          const QVector<qint64>& ids)
 {
-    auto* curve = new QwtPlotCurve(title);
+    auto* curve = new DotCurve(title);
     curve->setStyle(QwtPlotCurve::Dots);
     curve->setPen(color, 3);
     curve->setItemInterest(QwtPlotItem::ScaleInterest, true);
-    curve->setLegendAttribute(QwtPlotCurve::LegendShowBrush);
     curve->setData(new CellPoints(points, ids));
     curve->attach(this);
 }

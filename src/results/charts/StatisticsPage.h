@@ -44,6 +44,7 @@ private:
     void retranslate();
     void ask();
     void show(const Read& read);
+    void draw();
     void onPlacePicked(const QPointF& place);
     void loadTolerance();
     void storeTolerance();
@@ -56,13 +57,15 @@ private:
     QComboBox* m_value;
     QComboBox* m_span;
     QLabel* m_limits;
-    QLineEdit* m_lower;
-    QLineEdit* m_upper;
+    QLineEdit* m_least;
+    QLineEdit* m_most;
     InlineMessage* m_message;
     ResultPlot* m_plot;
+    ResultPlot* m_lower; ///< below it, of kinds with two charts
     QLabel* m_summary;
     Charts::Answer m_answer;
     QVector<LogRow> m_marks;
+    Statistics::Tally m_tally;
     int m_number = 0;
     std::shared_ptr<std::atomic<bool>> m_goOn; ///< of the reading in hand
     Background m_background;

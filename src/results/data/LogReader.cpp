@@ -109,7 +109,10 @@ QVector<LogRow> LogReader::lines(const LogFilter& filter, int limit, int offset)
 {
     QVector<LogRow> rows;
     QSqlQuery query = run(QStringLiteral("id, datetime, type, message"), filter,
-                          QStringLiteral(" ORDER BY datetime DESC, id DESC LIMIT %1 OFFSET %2").arg(limit).arg(offset));
+                          QStringLiteral(" ORDER BY %1id DESC LIMIT %2 OFFSET %3")
+                              .arg(filter.byArrival ? QString() : QStringLiteral("datetime DESC, "))
+                              .arg(limit)
+                              .arg(offset));
     while (query.next())
         rows.append(LogRow::of(query.value(0).toLongLong(), query.value(1).toString(), query.value(2).toInt(),
                                query.value(3).toString()));

@@ -16,6 +16,7 @@ struct LogFilter
     bool changesOnly = false; ///< the audit lines
     QString text;             ///< in the message, in whatever case; empty for all
     QString user;             ///< who changed it; empty for all
+    bool byArrival = false;   ///< the last that was written first, also when the clock was put back
     qint64 upTo = 0;          ///< as PartFilter's
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Background.h"
+
 #include <QWidget>
 
 class InlineMessage;
@@ -22,6 +24,7 @@ class LogPage : public QWidget
 
 public:
     explicit LogPage(QWidget* parent = nullptr);
+    ~LogPage() override;
 
     void setHome(const QString& home);
     void refresh();
@@ -34,6 +37,7 @@ signals:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     enum Kind { AllKinds, Faults, Changes, Informations };
@@ -41,6 +45,10 @@ private:
     void build();
     void retranslate();
     void showChosen();
+    void onRefreshed(int lines, const QString& error, bool frozen);
+    void setLive(bool on);
+    void lookForNew();
+    void keepColumns() const;
 
     LogTableModel* m_table;
     InlineMessage* m_message;
@@ -56,5 +64,9 @@ private:
     QLabel* m_count;
     QTimer* m_settled;
     QTimer* m_next; ///< while the newest lines are shown as they come
+    QString m_home;
     int m_lines = 0;
+    qint64 m_newest = -1; ///< line, when the last refresh of a live page began
+    qint64 m_chosen = -1; ///< the line that stays chosen when the table is read anew
+    Background m_looking;
 };

@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QStackedLayout>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -20,6 +21,7 @@ namespace {
 
 constexpr int settleMs = 800;
 constexpr int commentLines = 3;
+constexpr int valueLines = 8;
 
 QString rowOf(const QString& caption, const QString& value)
 {
@@ -52,6 +54,13 @@ PartDetail::PartDetail(QWidget* parent)
     m_values->setTextFormat(Qt::RichText);
     m_values->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_values->setWordWrap(true);
+    auto* values = new QScrollArea(this);
+    values->setWidget(m_values);
+    values->setWidgetResizable(true);
+    values->setFrameShape(QFrame::NoFrame);
+    values->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    values->setFixedHeight(m_values->fontMetrics().lineSpacing() * valueLines);
+    m_values->setAlignment(Qt::AlignTop);
     m_comment->setFixedHeight(m_comment->fontMetrics().lineSpacing() * commentLines + 14);
     m_comment->setTabChangesFocus(true);
     auto* buttons = new QHBoxLayout;
@@ -63,7 +72,7 @@ PartDetail::PartDetail(QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(picture, 1);
     column->addLayout(buttons);
-    column->addWidget(m_values);
+    column->addWidget(values);
     column->addWidget(m_comment);
     m_designer->hide();
     m_settled->setSingleShot(true);

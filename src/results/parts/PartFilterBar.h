@@ -6,6 +6,7 @@
 #include <QWidget>
 
 class QAbstractButton;
+class QBoxLayout;
 class QComboBox;
 class QDateTimeEdit;
 class QLineEdit;
@@ -34,18 +35,26 @@ public:
     /// What is wrong with it, as a sentence; empty when nothing is.
     QString problem() const;
 
+    /// As narrow as its wider half.
+    QSize minimumSizeHint() const override;
+
 signals:
     /// Some time after the last of several changes.
     void changed();
 
 protected:
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void retranslate();
     void showPeriod();
+    void arrange();
 
     Shifts m_shifts;
+    QBoxLayout* m_rows;
+    QWidget* m_where; ///< time, station, model
+    QWidget* m_what;  ///< outcome, mark, text
     QComboBox* m_period;
     QDateTimeEdit* m_from;
     QDateTimeEdit* m_to;

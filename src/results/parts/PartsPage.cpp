@@ -15,6 +15,7 @@
 #include <QLocale>
 #include <QMenu>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTableView>
@@ -113,6 +114,8 @@ PartsPage::PartsPage(QWidget* parent)
     , m_reviews(Background::AtEnd::Finish)
 {
     m_view->setModel(m_table);
+    m_view->setObjectName(QStringLiteral("partTable"));
+    m_strip->setObjectName(QStringLiteral("partPictures"));
     setUpTable(m_view);
     setUpStrip(m_strip, m_pictures);
     build();
@@ -137,7 +140,11 @@ PartsPage::PartsPage(QWidget* parent)
     connect(m_detail, &PartDetail::reviewed, this, &PartsPage::store);
 }
 
-PartsPage::~PartsPage() = default;
+/// What is being noted is stored while the page can still do it.
+PartsPage::~PartsPage()
+{
+    delete m_detail;
+}
 
 void PartsPage::build()
 {
@@ -225,6 +232,12 @@ void PartsPage::refresh()
     };
     m_models.clear();
     m_models.run(read, [this](const QStringList& models) { m_filter->setModels(models); });
+}
+
+void PartsPage::follow()
+{
+    if (m_view->verticalScrollBar()->value() == 0 && m_strip->verticalScrollBar()->value() == 0)
+        take();
 }
 
 void PartsPage::take()

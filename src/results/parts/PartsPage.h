@@ -36,6 +36,8 @@ public:
     void setUser(std::function<QString()> user) { m_user = std::move(user); }
     void setDesigner(bool there);
     void refresh();
+    /// The same from time to time, unless somebody has scrolled back to read.
+    void follow();
     /// Goes to the text filter.
     void find();
 
