@@ -26,6 +26,7 @@
 namespace {
 
 constexpr double pickPixels = 8;
+constexpr int finePoints = 200;
 constexpr int leastAxis = 56; // charts below each other begin at the same place
 
 /// Names at whole numbers.
@@ -210,8 +211,10 @@ void ResultPlot::addDots(const QString& title, const QVector<QPointF>& points, c
 void ResultPlot::addLine(const QString& title, const QVector<QPointF>& points, const QColor& color, Axis axis)
 {
     auto* curve = new QwtPlotCurve(title);
-    curve->setPen(color, 2);
-    curve->setRenderHint(QwtPlotItem::RenderAntialiased);
+    // A wide line of many points takes the painter a tenth of a second.
+    const bool fine = points.size() > finePoints;
+    curve->setPen(color, fine ? 1 : 2);
+    curve->setRenderHint(QwtPlotItem::RenderAntialiased, !fine);
     curve->setSamples(points);
     curve->setYAxis(axis);
     enableAxis(axis);

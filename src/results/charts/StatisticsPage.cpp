@@ -222,7 +222,7 @@ void StatisticsPage::ask()
     };
     m_background.run(work, [this, number = ++m_number](const Read& read) {
         if (number == m_number)
-            show(read);
+            take(read);
     });
 }
 
@@ -239,7 +239,7 @@ void StatisticsPage::draw()
     Charts::show(m_answer, m_marks, m_plot, m_lower);
 }
 
-void StatisticsPage::show(const Read& read)
+void StatisticsPage::take(const Read& read)
 {
     const bool empty = read.error.isEmpty() && read.tally.parts() == 0;
     m_message->sayOrHide(empty ? Tone::Plain : Tone::Error,

@@ -43,7 +43,7 @@ private:
     struct Read;
     void retranslate();
     void ask();
-    void show(const Read& read);
+    void take(const Read& read);
     void draw();
     void onPlacePicked(const QPointF& place);
     void loadTolerance();
