@@ -17,7 +17,6 @@
 #include <qwt_plot_magnifier.h>
 #include <qwt_plot_marker.h>
 #include <qwt_plot_panner.h>
-#include <qwt_plot_textlabel.h>
 #include <qwt_plot_zoomer.h>
 #include <qwt_scale_draw.h>
 
@@ -153,6 +152,7 @@ void ResultPlot::reset(const QString& title, const QString& xTitle, const QStrin
     font.setBold(true);
     heading.setFont(font);
     setTitle(heading);
+    setFooter(QwtText());
     setAxisTitle(xBottom, titleOf(xTitle));
     setAxisTitle(yLeft, titleOf(yTitle));
     enableAxis(yRight, false);
@@ -274,19 +274,14 @@ void ResultPlot::addMark(const QString& text, double x, const QColor& color)
     marker->setXValue(x);
     marker->setLabel(titleOf(text));
     marker->setLabelOrientation(Qt::Vertical);
-    marker->setLabelAlignment(Qt::AlignRight | Qt::AlignBottom);
+    marker->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
     marker->attach(this);
 }
 
+/// Below the chart, where it covers none of its points.
 void ResultPlot::addNote(const QString& text)
 {
-    auto* note = new QwtPlotTextLabel;
-    QwtText words(text);
-    words.setRenderFlags(Qt::AlignTop | Qt::AlignRight);
-    words.setColor(lookColors().text);
-    words.setBackgroundBrush(lookColors().card);
-    note->setText(words);
-    note->attach(this);
+    setFooter(titleOf(QString(text).replace(QLatin1Char('\n'), QStringLiteral("    "))));
 }
 
 void ResultPlot::pick(const QPointF& place)

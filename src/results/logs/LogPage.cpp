@@ -104,6 +104,8 @@ void LogPage::build()
     m_view->horizontalHeader()->setStretchLastSection(true);
     m_view->setColumnWidth(LogTableModel::Time,
                            m_view->fontMetrics().horizontalAdvance(QStringLiteral("2026-00-00 00:00:00")) + 24);
+    m_view->setColumnWidth(LogTableModel::Level,
+                           m_view->fontMetrics().horizontalAdvance(QStringLiteral("Information")) + 24);
     m_line->setReadOnly(true);
     m_line->setFixedHeight(m_line->fontMetrics().lineSpacing() * 4 + 14);
     m_text->setClearButtonEnabled(true);
