@@ -1,6 +1,7 @@
 #include "../Bench.h"
 #include "BigHome.h"
 #include "db/StationDB.h"
+#include "platform/System.h"
 #include "results/ResultsView.h"
 #include "results/charts/StatisticsPage.h"
 #include "results/data/LogReader.h"
@@ -179,6 +180,7 @@ void insertResult(benchmark::State& state)
     std::atomic<bool> goOn{true};
     std::atomic<bool> reads{false};
     std::thread reader([&, home = BigHome::path()] {
+        platform::lowerThreadPriority(); // as the pages
         while (goOn) {
             PartReader parts(home);
             PartFilter nowhere;

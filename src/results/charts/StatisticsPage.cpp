@@ -3,6 +3,7 @@
 #include "common/forms/DialogForm.h"
 #include "common/forms/InlineMessage.h"
 #include "db/PartTable.h"
+#include "platform/System.h"
 #include "results/charts/ResultPlot.h"
 #include "results/charts/ToleranceStore.h"
 #include "results/data/PartReader.h"
@@ -202,6 +203,7 @@ void StatisticsPage::ask()
     Charts::Question question{Charts::Kind(m_kind->currentIndex()), Charts::Value(m_value->currentIndex()),
                               Statistics::Span(m_span->currentIndex()), tolerance(), m_shifts};
     const auto work = [home = m_home, filter = m_filter->filter(), question, goOn = m_goOn] {
+        platform::lowerThreadPriority(); // the production goes first
         Read read;
         PartReader reader(home);
         if (!reader.open()) {

@@ -2,6 +2,7 @@
 
 #include "common/LookColors.h"
 #include "db/log/LogLine.h"
+#include "platform/System.h"
 
 LogTableModel::LogTableModel(QObject* parent)
     : PagedTable(parent)
@@ -11,6 +12,7 @@ LogTableModel::LogTableModel(QObject* parent)
 void LogTableModel::refresh()
 {
     const auto read = [home = m_home, filter = m_filter](int number, qint64 upTo) {
+        platform::lowerThreadPriority(); // the production goes first
         Page page;
         LogReader reader(home);
         if (!reader.open()) {

@@ -1,6 +1,7 @@
 #include "results/parts/PartTableModel.h"
 
 #include "common/LookColors.h"
+#include "platform/System.h"
 #include "results/parts/PartTexts.h"
 
 namespace {
@@ -56,6 +57,7 @@ PartTableModel::PartTableModel(QObject* parent)
 void PartTableModel::refresh()
 {
     const auto read = [home = m_home, filter = m_filter, by = m_by, order = m_order](int number, qint64 upTo) {
+        platform::lowerThreadPriority(); // the production goes first
         Page page;
         PartReader reader(home);
         if (!reader.open()) {
