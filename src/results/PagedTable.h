@@ -18,8 +18,10 @@ public:
     using QAbstractTableModel::QAbstractTableModel;
 
 signals:
-    /// A refresh has ended: so many rows, or why there are none.
-    void refreshed(int rows, const QString& error);
+    /// The first page of a refresh is there: so many rows for now, or why there are none; `frozen` as PartReader's.
+    void refreshed(int rows, const QString& error, bool frozen);
+    /// All rows are counted; follows refreshed() at once or some time later.
+    void counted(int rows);
     /// A page came.
     void loaded();
 };
@@ -35,17 +37,19 @@ public:
     struct Page
     {
         QVector<Row> rows;
-        int count = 0;   ///< of all rows; of the first page of a refresh
-        qint64 upTo = 0; ///< the last row's number; likewise
+        qint64 upTo = 0; ///< the last row's number; of the first page of a refresh
+        bool frozen = false;
         QString error;
     };
     /// Reads one page, on a thread. `upTo` is that of the refresh; 0 begins one, with page 0.
     using Read = std::function<Page(int page, qint64 upTo)>;
+    /// Counts all rows up to that one, likewise.
+    using Count = std::function<int(qint64 upTo)>;
 
     explicit PagedTable(QObject* parent)
         : PagedTableBase(parent)
         , m_pages(pagesKept)
-        , m_background(Background::AtEnd::Wait)
+        , m_background(Background::AtEnd::Wait, 2) // a long search does not keep the next one waiting
     {
     }
 
@@ -63,10 +67,11 @@ public:
 
 protected:
     /// Begins anew with what `read` gives; what was asked for before is dropped.
-    void restart(Read read)
+    void restart(Read read, Count count)
     {
         const int number = ++m_number;
         m_read = std::move(read);
+        m_counting = std::move(count);
         m_background.clear();
         m_requested.clear();
         m_background.run([read = m_read] { return read(0, 0); },
@@ -110,11 +115,27 @@ private:
             return;
         beginResetModel();
         m_pages.clear();
-        m_count = page.error.isEmpty() ? page.count : 0;
+        m_count = page.error.isEmpty() ? page.rows.size() : 0;
         m_upTo = page.upTo;
         m_pages.insert(0, new QVector<Row>(page.rows));
         endResetModel();
-        emit refreshed(m_count, page.error);
+        emit refreshed(m_count, page.error, page.frozen);
+        if (m_count < rowsAPage)
+            return emit counted(m_count);
+        m_background.run([count = m_counting, upTo = m_upTo] { return count(upTo); },
+                         [this, number](int rows) { grow(number, rows); });
+    }
+
+    void grow(int number, int rows)
+    {
+        if (number != m_number)
+            return;
+        if (rows > m_count) {
+            beginInsertRows({}, m_count, rows - 1);
+            m_count = rows;
+            endInsertRows();
+        }
+        emit counted(m_count);
     }
 
     void take(int number, int page, const Page& read)
@@ -129,6 +150,7 @@ private:
     }
 
     Read m_read;
+    Count m_counting;
     int m_count = 0;
     qint64 m_upTo = 0;
     int m_number = 0; ///< of the refresh: what an older one asked for is dropped

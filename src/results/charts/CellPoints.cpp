@@ -34,7 +34,6 @@ CellPoints::CellPoints(const QVector<QPointF>& points, const QVector<qint64>& id
             m_ids.append(ids.at(i));
     }
     m_bounds = boundsOf(m_points);
-    choose(m_bounds);
 }
 
 void CellPoints::setRectOfInterest(const QRectF& rect)

@@ -76,7 +76,7 @@ QString Charts::nameOf(Value value)
     return names[value];
 }
 
-void Charts::show(const Answer& answer, const QVector<LogRow>& marks, ResultPlot* plot)
+void Charts::show(const Answer& answer, const QVector<LogRow>& marks, ResultPlot* plot, ResultPlot* lower)
 {
     using Show = void (*)(const Answer&, ResultPlot*);
     const Show shows[] = {showYield,   showCycle,        showModels,  showTrend,
@@ -86,6 +86,10 @@ void Charts::show(const Answer& answer, const QVector<LogRow>& marks, ResultPlot
     if (kind == Yield || kind == Cycle || kind == Trend)
         showMarks(marks, plot);
     plot->finish();
+    lower->reset({}, {}, {});
+    if (hasLower(kind))
+        showRanges(answer, lower);
+    lower->finish();
 }
 
 void Charts::showYield(const Answer& answer, ResultPlot* plot)
@@ -218,7 +222,7 @@ QString Charts::ruleNames(ControlChart::Rules rules)
     return names.join(QStringLiteral("，"));
 }
 
-/// The values above, each by its number; the moving ranges on the axis on the right.
+/// Each value by its number.
 void Charts::showControl(const Answer& answer, ResultPlot* plot)
 {
     const ControlChart& chart = answer.control;
@@ -235,9 +239,6 @@ void Charts::showControl(const Answer& answer, ResultPlot* plot)
     }
     plot->addDots(nameOf(answer.question.value), points, lookColors().accent, answer.uids);
     plot->addDots(tr("违反判异准则"), broken, lookColors().bad.ink, brokenIds);
-    QVector<QPointF> ranges;
-    for (int i = 0; i < chart.ranges.size(); ++i)
-        ranges.append({double(i + 2), chart.ranges.at(i)});
     plot->addLevel(QStringLiteral("UCL %1").arg(number(chart.upper())), chart.upper(), lookColors().bad.ink);
     plot->addLevel(tr("均值 %1").arg(number(chart.mean)), chart.mean, lookColors().text);
     plot->addLevel(QStringLiteral("LCL %1").arg(number(chart.lower())), chart.lower(), lookColors().bad.ink);
@@ -254,6 +255,31 @@ void Charts::showControl(const Answer& answer, ResultPlot* plot)
             return QString();
         const QString rules = ruleNames(chart.broken.at(at));
         return QStringLiteral("%1: %2 %3").arg(at + 1).arg(number(chart.values.at(at)), rules);
+    });
+}
+
+void Charts::showRanges(const Answer& answer, ResultPlot* plot)
+{
+    const ControlChart& chart = answer.control;
+    plot->reset({}, tr("工件序号"), tr("移动极差"));
+    QVector<QPointF> within;
+    QVector<QPointF> beyond;
+    QVector<qint64> withinIds;
+    QVector<qint64> beyondIds;
+    for (int i = 0; i < chart.ranges.size(); ++i) {
+        const bool out = chart.ranges.at(i) > chart.upperRange();
+        (out ? beyond : within).append({double(i + 2), chart.ranges.at(i)});
+        (out ? beyondIds : withinIds).append(answer.uids.value(i + 1));
+    }
+    plot->addDots(tr("移动极差"), within, lookColors().accent, withinIds);
+    plot->addDots(tr("超出控制限"), beyond, lookColors().bad.ink, beyondIds);
+    plot->addLevel(QStringLiteral("UCL %1").arg(number(chart.upperRange())), chart.upperRange(), lookColors().bad.ink);
+    plot->addLevel(tr("均值 %1").arg(number(chart.meanRange)), chart.meanRange, lookColors().text);
+    plot->setTelling([chart](const QPointF& place) {
+        const int at = qRound(place.x()) - 2;
+        return at < 0 || at >= chart.ranges.size()
+                   ? QString()
+                   : QStringLiteral("%1: %2").arg(at + 2).arg(number(chart.ranges.at(at)));
     });
 }
 

@@ -43,12 +43,13 @@ public:
     };
     static Answer answer(const PartSeries& series, const Question& question);
 
-    /// `marks`: changes of calibrations and models, for charts along time.
-    static void show(const Answer& answer, const QVector<LogRow>& marks, ResultPlot* plot);
+    /// `marks`: changes of calibrations and models, for charts along time. `lower` is for the kinds with two charts.
+    static void show(const Answer& answer, const QVector<LogRow>& marks, ResultPlot* plot, ResultPlot* lower);
 
     static QString nameOf(Kind kind);
     static QString nameOf(Value value);
     static bool needsValue(Kind kind) { return kind == Trend || kind == Distribution || kind == Control; }
+    static bool hasLower(Kind kind) { return kind == Control; }
     static bool needsSpan(Kind kind) { return kind == Yield || kind == Cycle; }
 
 private:
@@ -59,6 +60,7 @@ private:
     static void showScatter(const Answer& answer, ResultPlot* plot);
     static void showDistribution(const Answer& answer, ResultPlot* plot);
     static void showControl(const Answer& answer, ResultPlot* plot);
+    static void showRanges(const Answer& answer, ResultPlot* plot);
     static void showFailures(const Answer& answer, ResultPlot* plot);
     static void showMarks(const QVector<LogRow>& marks, ResultPlot* plot);
     static QString ruleNames(ControlChart::Rules rules);

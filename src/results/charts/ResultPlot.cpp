@@ -4,7 +4,7 @@
 #include "results/charts/CellPoints.h"
 
 #include <QEvent>
-#include <QPen>
+#include <QPainter>
 #include <qwt_column_symbol.h>
 #include <qwt_date_scale_draw.h>
 #include <qwt_date_scale_engine.h>
@@ -17,7 +17,6 @@
 #include <qwt_plot_magnifier.h>
 #include <qwt_plot_marker.h>
 #include <qwt_plot_panner.h>
-#include <qwt_plot_textlabel.h>
 #include <qwt_plot_zoomer.h>
 #include <qwt_scale_draw.h>
 
@@ -26,6 +25,8 @@
 namespace {
 
 constexpr double pickPixels = 8;
+constexpr int finePoints = 200;
+constexpr int leastAxis = 56; // charts below each other begin at the same place
 
 /// Names at whole numbers.
 class NameScale : public QwtScaleDraw
@@ -45,6 +46,26 @@ public:
 
 private:
     const QStringList m_names;
+};
+
+/// Points whose sign in the legend is a point.
+class DotCurve : public QwtPlotCurve
+{
+public:
+    using QwtPlotCurve::QwtPlotCurve;
+
+    QwtGraphic legendIcon(int, const QSizeF& size) const override
+    {
+        QwtGraphic icon;
+        icon.setDefaultSize(size);
+        QPainter painter(&icon);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(pen().color());
+        const double dot = qMin(size.width(), size.height());
+        painter.drawEllipse(QRectF((size.width() - dot) / 2, (size.height() - dot) / 2, dot, dot));
+        return icon;
+    }
 };
 
 QwtText titleOf(const QString& text)
@@ -107,6 +128,7 @@ ResultPlot::ResultPlot(QWidget* parent)
     auto* control = new QwtPlotPanner(canvas());
     control->setMouseButton(Qt::LeftButton, Qt::ControlModifier);
     setAutoReplot(false);
+    axisScaleDraw(yLeft)->setMinimumExtent(leastAxis);
     insertLegend(new QwtLegend, QwtPlot::TopLegend);
     wear();
 }
@@ -130,6 +152,7 @@ void ResultPlot::reset(const QString& title, const QString& xTitle, const QStrin
     font.setBold(true);
     heading.setFont(font);
     setTitle(heading);
+    setFooter(QwtText());
     setAxisTitle(xBottom, titleOf(xTitle));
     setAxisTitle(yLeft, titleOf(yTitle));
     enableAxis(yRight, false);
@@ -178,11 +201,10 @@ void ResultPlot::finish()
 void ResultPlot::addDots(const QString& title, const QVector<QPointF>& points, const QColor& color,
                          const QVector<qint64>& ids)
 {
-    auto* curve = new QwtPlotCurve(title);
+    auto* curve = new DotCurve(title);
     curve->setStyle(QwtPlotCurve::Dots);
     curve->setPen(color, 3);
     curve->setItemInterest(QwtPlotItem::ScaleInterest, true);
-    curve->setLegendAttribute(QwtPlotCurve::LegendShowBrush);
     curve->setData(new CellPoints(points, ids));
     curve->attach(this);
 }
@@ -190,8 +212,10 @@ void ResultPlot::addDots(const QString& title, const QVector<QPointF>& points, c
 void ResultPlot::addLine(const QString& title, const QVector<QPointF>& points, const QColor& color, Axis axis)
 {
     auto* curve = new QwtPlotCurve(title);
-    curve->setPen(color, 2);
-    curve->setRenderHint(QwtPlotItem::RenderAntialiased);
+    // A wide line of many points takes the painter a tenth of a second.
+    const bool fine = points.size() > finePoints;
+    curve->setPen(color, fine ? 1 : 2);
+    curve->setRenderHint(QwtPlotItem::RenderAntialiased, !fine);
     curve->setSamples(points);
     curve->setYAxis(axis);
     enableAxis(axis);
@@ -253,19 +277,14 @@ void ResultPlot::addMark(const QString& text, double x, const QColor& color)
     marker->setXValue(x);
     marker->setLabel(titleOf(text));
     marker->setLabelOrientation(Qt::Vertical);
-    marker->setLabelAlignment(Qt::AlignRight | Qt::AlignBottom);
+    marker->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
     marker->attach(this);
 }
 
+/// Below the chart, where it covers none of its points.
 void ResultPlot::addNote(const QString& text)
 {
-    auto* note = new QwtPlotTextLabel;
-    QwtText words(text);
-    words.setRenderFlags(Qt::AlignTop | Qt::AlignRight);
-    words.setColor(lookColors().text);
-    words.setBackgroundBrush(lookColors().card);
-    note->setText(words);
-    note->attach(this);
+    setFooter(titleOf(QString(text).replace(QLatin1Char('\n'), QStringLiteral("    "))));
 }
 
 void ResultPlot::pick(const QPointF& place)

@@ -3,6 +3,7 @@
 #include "common/forms/DialogForm.h"
 #include "common/forms/InlineMessage.h"
 #include "db/PartTable.h"
+#include "platform/System.h"
 #include "results/charts/ResultPlot.h"
 #include "results/charts/ToleranceStore.h"
 #include "results/data/PartReader.h"
@@ -77,10 +78,11 @@ StatisticsPage::StatisticsPage(QWidget* parent)
     , m_value(new QComboBox(this))
     , m_span(new QComboBox(this))
     , m_limits(new QLabel(this))
-    , m_lower(limitField(this))
-    , m_upper(limitField(this))
+    , m_least(limitField(this))
+    , m_most(limitField(this))
     , m_message(new InlineMessage(this))
     , m_plot(new ResultPlot(this))
+    , m_lower(new ResultPlot(this))
     , m_summary(new QLabel(this))
     , m_exports(new ExportBar(this))
     , m_background(Background::AtEnd::Wait)
@@ -88,15 +90,17 @@ StatisticsPage::StatisticsPage(QWidget* parent)
     auto* fields = new QHBoxLayout;
     for (QWidget* field :
          {static_cast<QWidget*>(m_kind), static_cast<QWidget*>(m_value), static_cast<QWidget*>(m_span),
-          static_cast<QWidget*>(m_limits), static_cast<QWidget*>(m_lower), static_cast<QWidget*>(m_upper)})
+          static_cast<QWidget*>(m_limits), static_cast<QWidget*>(m_least), static_cast<QWidget*>(m_most)})
         fields->addWidget(field);
     fields->addStretch();
-    fields->addWidget(m_summary);
     auto* column = new QVBoxLayout(this);
     column->addWidget(m_filter);
     column->addLayout(fields);
     column->addWidget(m_message);
-    column->addWidget(m_plot, 1);
+    column->addWidget(m_plot, 3);
+    column->addWidget(m_lower, 2);
+    column->addWidget(m_summary);
+    m_summary->setWordWrap(true);
     column->addWidget(m_exports);
     ExportMenus::addChart(m_exports, m_plot, [this] { return m_answer; });
     m_message->sayOrHide(Tone::Plain, {});
@@ -112,9 +116,10 @@ StatisticsPage::StatisticsPage(QWidget* parent)
             loadTolerance();
             ask();
         });
-    for (QLineEdit* field : {m_lower, m_upper})
+    for (QLineEdit* field : {m_least, m_most})
         connect(field, &QLineEdit::editingFinished, this, &StatisticsPage::storeTolerance);
-    connect(m_plot, &ResultPlot::partPicked, this, &StatisticsPage::partWanted);
+    for (ResultPlot* plot : {m_plot, m_lower})
+        connect(plot, &ResultPlot::partPicked, this, &StatisticsPage::partWanted);
     connect(m_plot, &ResultPlot::placePicked, this, &StatisticsPage::onPlacePicked);
 }
 
@@ -127,7 +132,11 @@ StatisticsPage::~StatisticsPage()
 void StatisticsPage::setHome(const QString& home)
 {
     m_home = home;
-    refresh();
+}
+
+void StatisticsPage::find()
+{
+    m_filter->find();
 }
 
 void StatisticsPage::setShifts(const Shifts& shifts)
@@ -149,7 +158,7 @@ void StatisticsPage::refresh()
 
 Statistics::Tolerance StatisticsPage::tolerance() const
 {
-    return {limitOf(m_lower), limitOf(m_upper)};
+    return {limitOf(m_least), limitOf(m_most)};
 }
 
 /// Limits are a model's: without one chosen there are none to be set.
@@ -161,14 +170,17 @@ void StatisticsPage::loadTolerance()
     m_span->setVisible(Charts::needsSpan(kind));
     const QString model = m_filter->filter().model;
     for (QWidget* each :
-         {static_cast<QWidget*>(m_limits), static_cast<QWidget*>(m_lower), static_cast<QWidget*>(m_upper)})
-        each->setVisible(limited && !model.isEmpty());
+         {static_cast<QWidget*>(m_limits), static_cast<QWidget*>(m_least), static_cast<QWidget*>(m_most)})
+        each->setVisible(limited);
+    for (QLineEdit* field : {m_least, m_most})
+        field->setEnabled(!model.isEmpty());
+    m_limits->setText(model.isEmpty() ? tr("公差（请先选择型号）") : tr("公差"));
     const Statistics::Tolerance known =
         model.isEmpty() ? Statistics::Tolerance()
                         : ToleranceStore::load(m_home, model, Charts::Value(m_value->currentIndex()));
     const auto text = [](double limit) { return std::isfinite(limit) ? QString::number(limit, 'g', 10) : QString(); };
-    m_lower->setText(text(known.lower));
-    m_upper->setText(text(known.upper));
+    m_least->setText(text(known.lower));
+    m_most->setText(text(known.upper));
 }
 
 void StatisticsPage::storeTolerance()
@@ -177,9 +189,10 @@ void StatisticsPage::storeTolerance()
     if (wanted.lower >= wanted.upper)
         return m_message->sayOrHide(Tone::Warning, tr("下限必须小于上限"));
     const QString model = m_filter->filter().model;
-    m_message->sayOrHide(Tone::Error,
-                         ToleranceStore::store(m_home, model, Charts::Value(m_value->currentIndex()), wanted));
-    ask();
+    const QString error = ToleranceStore::store(m_home, model, Charts::Value(m_value->currentIndex()), wanted);
+    if (error.isEmpty())
+        return ask();
+    m_message->sayOrHide(Tone::Error, tr("不能保存公差：%1").arg(error));
 }
 
 void StatisticsPage::ask()
@@ -195,6 +208,7 @@ void StatisticsPage::ask()
     Charts::Question question{Charts::Kind(m_kind->currentIndex()), Charts::Value(m_value->currentIndex()),
                               Statistics::Span(m_span->currentIndex()), tolerance(), m_shifts};
     const auto work = [home = m_home, filter = m_filter->filter(), question, goOn = m_goOn] {
+        platform::lowerThreadPriority(); // the production goes first
         Read read;
         PartReader reader(home);
         if (!reader.open()) {
@@ -215,24 +229,33 @@ void StatisticsPage::ask()
     };
     m_background.run(work, [this, number = ++m_number](const Read& read) {
         if (number == m_number)
-            show(read);
+            take(read);
     });
 }
 
-void StatisticsPage::show(const Read& read)
+void StatisticsPage::draw()
 {
-    m_message->sayOrHide(Tone::Error, read.error);
+    const double yield = m_tally.yield();
+    m_summary->setText(tr("%1 个工件，找到 %2，未找到 %3，拒绝 %4，找到率 %5 %")
+                           .arg(m_tally.parts())
+                           .arg(m_tally.found)
+                           .arg(m_tally.notFound)
+                           .arg(m_tally.refused)
+                           .arg(qIsNaN(yield) ? QStringLiteral("–") : QString::number(yield, 'f', 2)));
+    m_lower->setVisible(Charts::hasLower(m_answer.question.kind));
+    Charts::show(m_answer, m_marks, m_plot, m_lower);
+}
+
+void StatisticsPage::take(const Read& read)
+{
+    const bool empty = read.error.isEmpty() && read.tally.parts() == 0;
+    m_message->sayOrHide(empty ? Tone::Plain : Tone::Error,
+                         empty ? tr("没有符合条件的工件，请选择更长的时间或放宽条件") : read.error);
     m_filter->setModels(read.models);
     m_answer = read.answer;
     m_marks = read.marks;
-    const double yield = read.tally.yield();
-    m_summary->setText(tr("%1 个工件，找到 %2，未找到 %3，拒绝 %4，找到率 %5 %")
-                           .arg(read.tally.parts())
-                           .arg(read.tally.found)
-                           .arg(read.tally.notFound)
-                           .arg(read.tally.refused)
-                           .arg(qIsNaN(yield) ? QStringLiteral("–") : QString::number(yield, 'f', 2)));
-    Charts::show(m_answer, m_marks, m_plot);
+    m_tally = read.tally;
+    draw();
     emit shown();
 }
 
@@ -256,9 +279,9 @@ void StatisticsPage::retranslate()
         names << Charts::nameOf(Charts::Value(value));
     fill(m_value, names);
     fill(m_span, {tr("按小时"), tr("按班次"), tr("按天")});
-    m_limits->setText(tr("公差"));
-    m_lower->setPlaceholderText(tr("下限"));
-    m_upper->setPlaceholderText(tr("上限"));
+    m_limits->setText(m_most->isEnabled() ? tr("公差") : tr("公差（请先选择型号）"));
+    m_least->setPlaceholderText(tr("下限"));
+    m_most->setPlaceholderText(tr("上限"));
 }
 
 void StatisticsPage::changeEvent(QEvent* event)
@@ -267,5 +290,5 @@ void StatisticsPage::changeEvent(QEvent* event)
     if (event->type() == QEvent::LanguageChange)
         retranslate();
     if ((event->type() == QEvent::LanguageChange || event->type() == QEvent::PaletteChange) && m_number > 0)
-        Charts::show(m_answer, m_marks, m_plot);
+        draw();
 }

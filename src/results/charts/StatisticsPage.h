@@ -27,6 +27,8 @@ public:
     void setHome(const QString& home);
     void setShifts(const Shifts& shifts);
     void refresh();
+    /// Goes to the text filter.
+    void find();
     void choose(Charts::Kind kind);
     ResultPlot& plot() { return *m_plot; }
     ExportBar& exports() { return *m_exports; }
@@ -43,7 +45,8 @@ private:
     struct Read;
     void retranslate();
     void ask();
-    void show(const Read& read);
+    void take(const Read& read);
+    void draw();
     void onPlacePicked(const QPointF& place);
     void loadTolerance();
     void storeTolerance();
@@ -56,14 +59,16 @@ private:
     QComboBox* m_value;
     QComboBox* m_span;
     QLabel* m_limits;
-    QLineEdit* m_lower;
-    QLineEdit* m_upper;
+    QLineEdit* m_least;
+    QLineEdit* m_most;
     InlineMessage* m_message;
     ResultPlot* m_plot;
+    ResultPlot* m_lower; ///< below it, of kinds with two charts
     QLabel* m_summary;
     ExportBar* m_exports;
     Charts::Answer m_answer;
     QVector<LogRow> m_marks;
+    Statistics::Tally m_tally;
     int m_number = 0;
     std::shared_ptr<std::atomic<bool>> m_goOn; ///< of the reading in hand
     Background m_background;

@@ -17,7 +17,7 @@ QString keyOf(Charts::Value value)
     return QLatin1String(keys[value]);
 }
 
-double limitOf(const QJsonObject& limits, const char* key)
+double storedLimit(const QJsonObject& limits, const char* key)
 {
     const QJsonValue value = limits.value(QLatin1String(key));
     return value.isDouble() ? value.toDouble() : qQNaN();
@@ -29,7 +29,7 @@ Statistics::Tolerance ToleranceStore::load(const QString& home, const QString& m
 {
     const QJsonObject models = HomeFiles::readJson(pathOf(home)).object;
     const QJsonObject limits = models.value(model).toObject().value(keyOf(value)).toObject();
-    return {limitOf(limits, "lower"), limitOf(limits, "upper")};
+    return {storedLimit(limits, "lower"), storedLimit(limits, "upper")};
 }
 
 /// What is there but cannot be read is kept beside before it is replaced.

@@ -1,5 +1,7 @@
 #include "results/data/ControlChart.h"
 
+#include <QtAlgorithms>
+
 #include <cmath>
 #include <numeric>
 
@@ -12,41 +14,41 @@ double meanOf(const QVector<double>& values)
     return values.isEmpty() ? 0 : std::accumulate(values.begin(), values.end(), 0.0) / values.size();
 }
 
-/// How many of the last `of` values up to `end` lie beyond `limit` on the side of `sign`.
-int beyond(const QVector<double>& deviations, int end, int of, double limit, int sign)
+/// What the values so far say of the rules on one side of the mean: one look a value, however many there are.
+class Side
 {
-    int count = 0;
-    for (int i = qMax(0, end - of + 1); i <= end; ++i)
-        count += sign * deviations.at(i) > limit ? 1 : 0;
-    return count;
-}
-
-/// The longest run that ends at `end`, in which each step goes the way of `sign`.
-int run(const QVector<double>& values, int end, int sign)
-{
-    int length = 1;
-    for (int i = end; i > 0 && sign * (values.at(i) - values.at(i - 1)) > 0; --i)
-        ++length;
-    return length;
-}
-
-ControlChart::Rules rulesAt(const QVector<double>& deviations, int i, double sigma)
-{
-    ControlChart::Rules rules;
-    for (const int sign : {1, -1}) {
-        const double own = sign * deviations.at(i);
-        rules.setFlag(ControlChart::BeyondLimits, rules.testFlag(ControlChart::BeyondLimits) || own > 3 * sigma);
-        rules.setFlag(ControlChart::OneSide,
-                      rules.testFlag(ControlChart::OneSide) || beyond(deviations, i, 9, 0, sign) == 9);
-        rules.setFlag(ControlChart::Trend, rules.testFlag(ControlChart::Trend) || run(deviations, i, sign) >= 6);
-        rules.setFlag(ControlChart::TwoOfThree,
-                      rules.testFlag(ControlChart::TwoOfThree) ||
-                          (own > 2 * sigma && beyond(deviations, i, 3, 2 * sigma, sign) >= 2));
-        rules.setFlag(ControlChart::FourOfFive, rules.testFlag(ControlChart::FourOfFive) ||
-                                                    (own > sigma && beyond(deviations, i, 5, sigma, sign) >= 4));
+public:
+    Side(int sign, double sigma)
+        : m_sign(sign)
+        , m_sigma(sigma)
+    {
     }
-    return rules;
-}
+
+    /// `step`: from the value before; 0 for the first.
+    ControlChart::Rules take(double deviation, double step)
+    {
+        const double own = m_sign * deviation;
+        m_run = own > 0 ? m_run + 1 : 0;
+        m_trend = m_sign * step > 0 ? m_trend + 1 : 1;
+        m_beyondTwo = (m_beyondTwo << 1 | unsigned(own > 2 * m_sigma)) & 0b111;
+        m_beyondOne = (m_beyondOne << 1 | unsigned(own > m_sigma)) & 0b11111;
+        ControlChart::Rules rules;
+        rules.setFlag(ControlChart::BeyondLimits, own > 3 * m_sigma);
+        rules.setFlag(ControlChart::OneSide, m_run >= 9);
+        rules.setFlag(ControlChart::Trend, m_trend >= 6);
+        rules.setFlag(ControlChart::TwoOfThree, (m_beyondTwo & 1) && qPopulationCount(m_beyondTwo) >= 2);
+        rules.setFlag(ControlChart::FourOfFive, (m_beyondOne & 1) && qPopulationCount(m_beyondOne) >= 4);
+        return rules;
+    }
+
+private:
+    const int m_sign;
+    const double m_sigma;
+    int m_run = 0;
+    int m_trend = 1;
+    unsigned m_beyondTwo = 0; ///< the last three, a bit each
+    unsigned m_beyondOne = 0; ///< the last five
+};
 
 } // namespace
 
@@ -63,11 +65,13 @@ ControlChart ControlChart::of(const QVector<double>& values)
     chart.mean = meanOf(chart.values);
     chart.meanRange = meanOf(chart.ranges);
     chart.sigma = chart.meanRange / d2OfPairs;
-    QVector<double> deviations = chart.values;
-    for (double& deviation : deviations)
-        deviation -= chart.mean;
     chart.broken.resize(chart.values.size());
-    for (int i = 0; chart.sigma > 0 && i < deviations.size(); ++i)
-        chart.broken[i] = rulesAt(deviations, i, chart.sigma);
+    Side above(1, chart.sigma);
+    Side below(-1, chart.sigma);
+    for (int i = 0; chart.sigma > 0 && i < chart.values.size(); ++i) {
+        const double deviation = chart.values.at(i) - chart.mean;
+        const double step = i > 0 ? chart.values.at(i) - chart.values.at(i - 1) : 0;
+        chart.broken[i] = above.take(deviation, step) | below.take(deviation, step);
+    }
     return chart;
 }

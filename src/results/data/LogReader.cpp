@@ -52,7 +52,7 @@ bool LogReader::open()
         m_error = tr("这里还没有系统日志：%1 不存在").arg(path);
         return false;
     }
-    if (!SqliteFile::openForReading(m_connection, &m_error))
+    if (!SqliteFile::openForReading(m_connection, &m_error, &m_frozen))
         return false;
     if (m_connection.exec(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'SystemInfo'")).next())
         return true;
@@ -110,7 +110,10 @@ QVector<LogRow> LogReader::lines(const LogFilter& filter, int limit, int offset)
 {
     QVector<LogRow> rows;
     QSqlQuery query = run(QStringLiteral("id, datetime, type, message"), filter,
-                          QStringLiteral(" ORDER BY datetime DESC, id DESC LIMIT %1 OFFSET %2").arg(limit).arg(offset));
+                          QStringLiteral(" ORDER BY %1id DESC LIMIT %2 OFFSET %3")
+                              .arg(filter.byArrival ? QString() : QStringLiteral("datetime DESC, "))
+                              .arg(limit)
+                              .arg(offset));
     while (query.next())
         rows.append(LogRow::of(query.value(0).toLongLong(), query.value(1).toString(), query.value(2).toInt(),
                                query.value(3).toString()));

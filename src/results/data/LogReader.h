@@ -18,6 +18,7 @@ struct LogFilter
     bool changesOnly = false; ///< the audit lines
     QString text;             ///< in the message, in whatever case; empty for all
     QString user;             ///< who changed it; empty for all
+    bool byArrival = false;   ///< the last that was written first, also when the clock was put back
     qint64 upTo = 0;          ///< as PartFilter's
 };
 
@@ -49,6 +50,9 @@ public:
     bool open();
     const QString& error() const { return m_error; }
 
+    /// As PartReader's.
+    bool isFrozen() const { return m_frozen; }
+
     qint64 lastLine();
     int count(const LogFilter& filter);
     /// Newest first.
@@ -65,5 +69,6 @@ private:
 
     const QString m_home;
     SqlConnection m_connection;
+    bool m_frozen = false;
     QString m_error;
 };

@@ -94,7 +94,7 @@ bool PartReader::open()
         m_error = tr("这里还没有检测结果：%1 不存在").arg(path);
         return false;
     }
-    if (!SqliteFile::openForReading(m_connection, &m_error))
+    if (!SqliteFile::openForReading(m_connection, &m_error, &m_frozen))
         return false;
     if (!m_connection.exec(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'RltTable'")).next()) {
         m_error = tr("%1 中没有检测结果表，请选择本程序的工作目录").arg(path);

@@ -27,6 +27,9 @@ public:
     /// Of the last call; a sentence for the user. Empty when it succeeded.
     const QString& error() const { return m_error; }
 
+    /// Whether nothing can be written where it lies, so that it is read as it stood when it was opened.
+    bool isFrozen() const { return m_frozen; }
+
     /// The number of the last row.
     qint64 lastRow();
     int count(const PartFilter& filter);
@@ -61,5 +64,6 @@ private:
     SqlConnection m_connection;
     QString m_source;
     bool m_reviews = false;
+    bool m_frozen = false;
     QString m_error;
 };

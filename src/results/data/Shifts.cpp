@@ -8,13 +8,13 @@
 
 namespace {
 
-constexpr qint64 msADay = 86400000;
+constexpr qint64 msOfDay = 86400000;
 
 /// Toward minus infinity.
 qint64 midnightOf(qint64 wall)
 {
-    const qint64 rest = wall % msADay;
-    return wall - (rest < 0 ? rest + msADay : rest);
+    const qint64 rest = wall % msOfDay;
+    return wall - (rest < 0 ? rest + msOfDay : rest);
 }
 
 } // namespace
@@ -54,14 +54,14 @@ Shifts::Shift Shifts::at(qint64 wall) const
     qint64 midnight = midnightOf(wall);
     auto after = std::upper_bound(m_begins.begin(), m_begins.end(), wall - midnight);
     if (after == m_begins.begin()) { // the last one of the day before
-        midnight -= msADay;
+        midnight -= msOfDay;
         after = m_begins.end();
     }
     Shift shift;
     shift.number = int(after - m_begins.begin());
     shift.day = PartTable::timeOf(midnight).date();
     shift.begin = midnight + *(after - 1);
-    shift.end = after == m_begins.end() ? midnight + msADay + m_begins.first() : midnight + *after;
+    shift.end = after == m_begins.end() ? midnight + msOfDay + m_begins.first() : midnight + *after;
     return shift;
 }
 

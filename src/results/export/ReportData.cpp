@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr qint64 msADay = 86400000;
+constexpr qint64 msOfDay = 86400000;
 constexpr int mostHours = 72; // above, a bar is a day
 
 QString logoOf(const QString& home)
@@ -41,7 +41,7 @@ void tally(const PartSeries& series, ReportData& data)
 /// Every hour of the span, also before the first part and after the last.
 void divide(const PartSeries& series, ReportData& data)
 {
-    const qint64 step = data.bucketSpan == Statistics::Span::Hour ? msADay / 24 : msADay;
+    const qint64 step = data.bucketSpan == Statistics::Span::Hour ? msOfDay / 24 : msOfDay;
     const QVector<Statistics::Bucket> known = Statistics::buckets(series, data.bucketSpan, {});
     for (qint64 begin = data.span.begin - data.span.begin % step; begin < data.span.end; begin += step) {
         const auto same = std::find_if(known.begin(), known.end(),
@@ -154,7 +154,7 @@ ReportData::Span ReportData::Span::day(const Shifts& shifts, const Shifts::Shift
     Shifts::Shift first = oneOfIt;
     while (first.number > 1)
         first = shifts.previous(first);
-    return {first.day.toString(QStringLiteral("yyyy-MM-dd")), first.begin, first.begin + msADay};
+    return {first.day.toString(QStringLiteral("yyyy-MM-dd")), first.begin, first.begin + msOfDay};
 }
 
 ReportData ReportData::read(const QString& home, const Span& span, const QString& cell,
@@ -165,7 +165,7 @@ ReportData ReportData::read(const QString& home, const Span& span, const QString
     data.cell = cell.isEmpty() ? QDir(home).dirName() : cell;
     data.logo = logoOf(home);
     data.bucketSpan =
-        (span.end - span.begin) / (msADay / 24) > mostHours ? Statistics::Span::Day : Statistics::Span::Hour;
+        (span.end - span.begin) / (msOfDay / 24) > mostHours ? Statistics::Span::Day : Statistics::Span::Hour;
     PartReader reader(home);
     if (!reader.open()) {
         data.error = reader.error();

@@ -17,14 +17,14 @@ constexpr double padding = 14;
 constexpr int wrapping = Qt::TextWordWrap | Qt::TextWrapAnywhere;
 constexpr double endless = 100000;
 
-const LookColors& ink()
+const LookColors& paperInk()
 {
     return lookColors(false);
 }
 
 QColor colorOf(ReportPaper::Style style)
 {
-    return style == ReportPaper::Faint ? ink().faint : ink().text;
+    return style == ReportPaper::Faint ? paperInk().faint : paperInk().text;
 }
 
 } // namespace
@@ -58,7 +58,7 @@ ReportPaper::~ReportPaper() = default;
 void ReportPaper::edges()
 {
     m_painter->setFont(font(Faint));
-    m_painter->setPen(ink().faint);
+    m_painter->setPen(paperInk().faint);
     const double line = QFontMetricsF(font(Faint), m_device).height() * 1.3;
     if (m_page > 1) {
         m_painter->drawText(QRectF(left, headAt, width, line), Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine,
@@ -114,7 +114,7 @@ void ReportPaper::heading(const QString& text, double follows)
     QFont bold = font(Strong);
     bold.setPixelSize(36);
     m_painter->setFont(bold);
-    m_painter->setPen(ink().accent);
+    m_painter->setPen(paperInk().accent);
     m_painter->drawText(QRectF(left, m_y, width, height), Qt::AlignLeft | Qt::AlignVCenter, text);
     m_y += height + padding;
 }
@@ -126,7 +126,7 @@ double ReportPaper::row(const QVector<Column>& columns, const QStringList& cells
         height = qMax(height, heightOf(cells.value(i), columns.at(i).share * width - 2 * padding, style));
     height += padding;
     if (shaded)
-        m_painter->fillRect(QRectF(left, m_y, width, height), ink().window);
+        m_painter->fillRect(QRectF(left, m_y, width, height), paperInk().window);
     m_painter->setFont(font(style));
     double x = left;
     for (int i = 0; i < columns.size(); ++i) {
@@ -138,7 +138,7 @@ double ReportPaper::row(const QVector<Column>& columns, const QStringList& cells
         x += wide;
     }
     m_y += height;
-    m_painter->setPen(QPen(ink().border, 2));
+    m_painter->setPen(QPen(paperInk().border, 2));
     m_painter->drawLine(QPointF(left, m_y), QPointF(left + width, m_y));
     return height;
 }
@@ -184,7 +184,7 @@ void ReportPaper::signatures(const QStringList& captions)
     need(room + height + padding);
     m_y += room;
     m_painter->setFont(font(Small));
-    m_painter->setPen(QPen(ink().text, 2));
+    m_painter->setPen(QPen(paperInk().text, 2));
     for (int i = 0; i < captions.size(); ++i) {
         const double x = left + i * (wide + gap);
         m_painter->drawLine(QPointF(x, m_y), QPointF(x + wide, m_y));
@@ -216,7 +216,7 @@ void ReportPaper::title(const QImage& logo, const QString& title, const QStringL
         m_y += height + padding / 2;
     }
     m_y = qMax(m_y, logo.isNull() ? 0 : begin + logoHeight) + padding;
-    m_painter->setPen(QPen(ink().accent, 5));
+    m_painter->setPen(QPen(paperInk().accent, 5));
     m_painter->drawLine(QPointF(left, m_y), QPointF(left + width, m_y));
     m_y += padding;
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr qint64 msADay = 86400000;
+constexpr qint64 msOfOneDay = 86400000;
 const QString untilKey = QStringLiteral("until");
 
 QString statePath(const QString& home)
@@ -67,7 +67,7 @@ ReportRound::Result ReportRound::run(const QString& home, const Shifts& shifts, 
         result.error = storeUntil(home, present.begin);
         return result;
     }
-    until = qMax(until, spanAt(settings, shifts, now - daysBack * msADay).end);
+    until = qMax(until, spanAt(settings, shifts, now - daysBack * msOfOneDay).end);
     for (ReportData::Span span = spanAt(settings, shifts, until); span.end <= present.begin;
          span = spanAt(settings, shifts, span.end)) {
         result.error = write(home, settings, span, result.written, progress);

@@ -3,6 +3,7 @@
 #include "common/forms/DialogForm.h"
 #include "common/forms/InlineMessage.h"
 #include "db/log/LogLine.h"
+#include "results/ViewState.h"
 #include "results/export/forms/ExportBar.h"
 #include "results/export/forms/ExportMenus.h"
 #include "results/logs/LogTableModel.h"
@@ -18,8 +19,11 @@
 #include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableView>
 #include <QTimer>
+
+#include <utility>
 
 namespace {
 
@@ -27,6 +31,9 @@ constexpr int settleMs = 250;
 constexpr int liveMs = 1000;
 constexpr int daysAtFirst = 7;
 constexpr int secondsAround = 60;
+
+/// A later version with other columns does not take them for its own.
+const QString columnsName = QStringLiteral("Logs/Columns%1").arg(LogTableModel::ColumnCount);
 
 QDateEdit* dayField(QWidget* parent, QDate day)
 {
@@ -55,6 +62,7 @@ LogPage::LogPage(QWidget* parent)
     , m_exports(new ExportBar(this))
     , m_settled(new QTimer(this))
     , m_next(new QTimer(this))
+    , m_looking(Background::AtEnd::Wait)
 {
     build();
     retranslate();
@@ -64,22 +72,17 @@ LogPage::LogPage(QWidget* parent)
     m_next->setInterval(liveMs);
     const auto settle = [this] { m_settled->start(); };
     connect(m_settled, &QTimer::timeout, this, &LogPage::refresh);
-    connect(m_next, &QTimer::timeout, this, &LogPage::refresh);
+    connect(m_next, &QTimer::timeout, this, &LogPage::lookForNew);
     for (QDateEdit* field : {m_from, m_to})
         connect(field, &QDateEdit::dateChanged, this, settle);
     connect(m_kind, qOverload<int>(&QComboBox::currentIndexChanged), this, settle);
     for (QLineEdit* field : {m_text, m_user})
         connect(field, &QLineEdit::textChanged, this, settle);
-    connect(m_live, &QCheckBox::toggled, this, [this](bool on) {
-        on ? m_next->start() : m_next->stop();
-        if (on)
-            m_to->setDate(QDate::currentDate());
-    });
-    connect(m_table, &PagedTableBase::refreshed, this, [this](int lines, const QString& error) {
+    connect(m_live, &QCheckBox::toggled, this, &LogPage::setLive);
+    connect(m_table, &PagedTableBase::refreshed, this, &LogPage::onRefreshed);
+    connect(m_table, &PagedTableBase::counted, this, [this](int lines) {
         m_lines = lines;
-        m_message->sayOrHide(Tone::Error, error);
         m_count->setText(tr("%1 行").arg(QLocale().toString(lines)));
-        showChosen();
     });
     connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] { showChosen(); });
     connect(m_parts, &QPushButton::clicked, this, [this] {
@@ -90,6 +93,8 @@ LogPage::LogPage(QWidget* parent)
             emit partsWanted(time.addSecs(-secondsAround), time.addSecs(secondsAround));
     });
 }
+
+LogPage::~LogPage() = default;
 
 void LogPage::build()
 {
@@ -103,6 +108,8 @@ void LogPage::build()
     m_view->horizontalHeader()->setStretchLastSection(true);
     m_view->setColumnWidth(LogTableModel::Time,
                            m_view->fontMetrics().horizontalAdvance(QStringLiteral("2026-00-00 00:00:00")) + 24);
+    m_view->setColumnWidth(LogTableModel::Level,
+                           m_view->fontMetrics().horizontalAdvance(QStringLiteral("Information")) + 24);
     m_line->setReadOnly(true);
     m_line->setFixedHeight(m_line->fontMetrics().lineSpacing() * 4 + 14);
     m_text->setClearButtonEnabled(true);
@@ -129,13 +136,73 @@ void LogPage::build()
 
 void LogPage::setHome(const QString& home)
 {
+    keepColumns();
     m_home = home;
+    m_newest = m_chosen = -1;
     m_table->setHome(home);
+    m_view->horizontalHeader()->restoreState(ViewState::load(home, columnsName));
+}
+
+void LogPage::keepColumns() const
+{
+    ViewState::keep(m_home, columnsName, m_view->horizontalHeader()->saveState());
+}
+
+void LogPage::hideEvent(QHideEvent* event)
+{
+    keepColumns();
+    QWidget::hideEvent(event);
+}
+
+void LogPage::setLive(bool on)
+{
+    on ? m_next->start() : m_next->stop();
+    m_newest = m_chosen = -1;
     refresh();
+}
+
+/// Who scrolled back reads: nothing moves under his eyes.
+void LogPage::lookForNew()
+{
+    if (!isVisible() || m_view->verticalScrollBar()->value() > 0)
+        return;
+    const auto newest = [home = m_home] {
+        LogReader reader(home);
+        return reader.open() ? reader.lastLine() : -1;
+    };
+    m_looking.clear();
+    m_looking.run(newest, [this](qint64 line) {
+        if (line != std::exchange(m_newest, line))
+            refresh();
+    });
+}
+
+void LogPage::onRefreshed(int lines, const QString& error, bool frozen)
+{
+    if (!error.isEmpty())
+        m_message->sayOrHide(Tone::Error, error);
+    else if (lines == 0)
+        m_message->sayOrHide(Tone::Plain, tr("没有符合条件的日志。请选择更多的日期，或放宽类型、内容和用户条件。"));
+    else
+        m_message->sayOrHide(Tone::Plain, frozen ? tr("该文件夹不能写入，只能查看") : QString());
+    for (int row = 0; m_chosen >= 0 && m_table->rowAt(row); ++row) {
+        if (m_table->rowAt(row)->id == m_chosen)
+            return m_view->selectRow(row);
+    }
+    if (lines == 0)
+        showChosen();
+}
+
+void LogPage::find()
+{
+    m_text->setFocus();
+    m_text->selectAll();
 }
 
 void LogPage::refresh()
 {
+    if (m_live->isChecked() && m_to->date() < QDate::currentDate())
+        m_to->setDate(QDate::currentDate());
     if (m_from->date() > m_to->date())
         return m_message->sayOrHide(Tone::Warning, tr("起始日期晚于结束日期"));
     LogFilter filter;
@@ -146,6 +213,7 @@ void LogPage::refresh()
     filter.worst = m_kind->currentIndex() == Informations ? SystemLog::Information : SystemLog::Error;
     filter.text = m_text->text().trimmed();
     filter.user = m_user->text().trimmed();
+    filter.byArrival = m_live->isChecked();
     m_table->setFilter(filter);
     m_table->refresh();
 }
@@ -155,7 +223,8 @@ void LogPage::showChosen()
     const LogRow* row = m_table->rowAt(m_view->currentIndex().row());
     m_parts->setEnabled(row != nullptr);
     if (!row)
-        return m_line->clear();
+        return m_table->rowCount() == 0 ? m_line->clear() : void();
+    m_chosen = row->id;
     m_line->setPlainText(row->isChange
                              ? tr("%1\n原值：%2\n新值：%3\n用户：%4").arg(row->name, row->before, row->after, row->user)
                              : row->message);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/Background.h"
+
 #include <QWidget>
 
 class ExportBar;
@@ -23,10 +25,13 @@ class LogPage : public QWidget
 
 public:
     explicit LogPage(QWidget* parent = nullptr);
+    ~LogPage() override;
 
     void setHome(const QString& home);
     void refresh();
     ExportBar& exports() { return *m_exports; }
+    /// Goes to the text filter.
+    void find();
 
 signals:
     /// The parts around that moment, local.
@@ -34,6 +39,7 @@ signals:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     enum Kind { AllKinds, Faults, Changes, Informations };
@@ -41,6 +47,10 @@ private:
     void build();
     void retranslate();
     void showChosen();
+    void onRefreshed(int lines, const QString& error, bool frozen);
+    void setLive(bool on);
+    void lookForNew();
+    void keepColumns() const;
 
     LogTableModel* m_table;
     InlineMessage* m_message;
@@ -55,8 +65,11 @@ private:
     QPushButton* m_parts;
     QLabel* m_count;
     ExportBar* m_exports;
-    QString m_home;
     QTimer* m_settled;
     QTimer* m_next; ///< while the newest lines are shown as they come
+    QString m_home;
     int m_lines = 0;
+    qint64 m_newest = -1; ///< line, when the last refresh of a live page began
+    qint64 m_chosen = -1; ///< the line that stays chosen when the table is read anew
+    Background m_looking;
 };

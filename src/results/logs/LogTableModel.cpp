@@ -2,6 +2,7 @@
 
 #include "common/LookColors.h"
 #include "db/log/LogLine.h"
+#include "platform/System.h"
 #include "results/export/LogExport.h"
 
 LogTableModel::LogTableModel(QObject* parent)
@@ -11,7 +12,8 @@ LogTableModel::LogTableModel(QObject* parent)
 
 void LogTableModel::refresh()
 {
-    restart([home = m_home, filter = m_filter](int number, qint64 upTo) {
+    const auto read = [home = m_home, filter = m_filter](int number, qint64 upTo) {
+        platform::lowerThreadPriority(); // the production goes first
         Page page;
         LogReader reader(home);
         if (!reader.open()) {
@@ -22,10 +24,16 @@ void LogTableModel::refresh()
         upToNow.upTo = page.upTo = upTo > 0 ? upTo : reader.lastLine();
         page.rows = reader.lines(upToNow, rowsAPage, number * rowsAPage);
         page.error = reader.error();
-        if (upTo == 0)
-            page.count = page.rows.size() < rowsAPage ? page.rows.size() : reader.count(upToNow);
+        page.frozen = reader.isFrozen();
         return page;
-    });
+    };
+    const auto count = [home = m_home, filter = m_filter](qint64 upTo) {
+        LogReader reader(home);
+        LogFilter upToNow = filter;
+        upToNow.upTo = upTo;
+        return reader.open() ? reader.count(upToNow) : 0;
+    };
+    restart(read, count);
 }
 
 int LogTableModel::columnCount(const QModelIndex& parent) const

@@ -12,14 +12,16 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QStackedLayout>
 #include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
 
-constexpr int settleMs = 800;
+constexpr int noteMs = 800;
 constexpr int commentLines = 3;
+constexpr int valueLines = 8;
 
 QString rowOf(const QString& caption, const QString& value)
 {
@@ -52,6 +54,13 @@ PartDetail::PartDetail(QWidget* parent)
     m_values->setTextFormat(Qt::RichText);
     m_values->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_values->setWordWrap(true);
+    auto* values = new QScrollArea(this);
+    values->setWidget(m_values);
+    values->setWidgetResizable(true);
+    values->setFrameShape(QFrame::NoFrame);
+    values->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    values->setFixedHeight(m_values->fontMetrics().lineSpacing() * valueLines);
+    m_values->setAlignment(Qt::AlignTop);
     m_comment->setFixedHeight(m_comment->fontMetrics().lineSpacing() * commentLines + 14);
     m_comment->setTabChangesFocus(true);
     auto* buttons = new QHBoxLayout;
@@ -63,11 +72,11 @@ PartDetail::PartDetail(QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(picture, 1);
     column->addLayout(buttons);
-    column->addWidget(m_values);
+    column->addWidget(values);
     column->addWidget(m_comment);
     m_designer->hide();
     m_settled->setSingleShot(true);
-    m_settled->setInterval(settleMs);
+    m_settled->setInterval(noteMs);
     DialogForm::prepareFields(this);
     retranslate();
     show(std::nullopt);
@@ -93,6 +102,17 @@ PartDetail::~PartDetail()
     note();
 }
 
+void PartDetail::comment()
+{
+    m_comment->setFocus();
+}
+
+void PartDetail::setHome(const QString& home)
+{
+    show(std::nullopt);
+    m_home = home;
+}
+
 void PartDetail::setDesigner(bool there)
 {
     m_designer->setVisible(there);
@@ -104,8 +124,12 @@ QString PartDetail::picture(bool source) const
     return below.isEmpty() ? QString() : m_home + below;
 }
 
+/// Reading the table anew takes nothing away from under a hand that writes.
 void PartDetail::show(const std::optional<PartRow>& part)
 {
+    if (part && m_part && part->uid == m_part->uid && part->wall == m_part->wall &&
+        (m_changed || (part->marked == m_part->marked && part->comment == m_part->comment)))
+        return;
     note();
     m_part = part;
     for (QWidget* each : {static_cast<QWidget*>(m_source), static_cast<QWidget*>(m_mark),

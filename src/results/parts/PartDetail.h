@@ -23,9 +23,12 @@ public:
     explicit PartDetail(QWidget* parent = nullptr);
     ~PartDetail() override;
 
-    void setHome(const QString& home) { m_home = home; }
+    /// What was typed of a part of the one before is noted.
+    void setHome(const QString& home);
     /// Nothing: no part. What was typed of the one before is noted.
     void show(const std::optional<PartRow>& part);
+    /// Goes to the comment.
+    void comment();
     /// Whether "open in the designer" is there to be clicked.
     void setDesigner(bool there);
 

@@ -33,6 +33,9 @@ QDateTime midnight(int daysAgo)
 
 PartFilterBar::PartFilterBar(QWidget* parent)
     : QWidget(parent)
+    , m_rows(new QBoxLayout(QBoxLayout::LeftToRight, this))
+    , m_where(new QWidget(this))
+    , m_what(new QWidget(this))
     , m_period(new QComboBox(this))
     , m_from(timeField(this))
     , m_to(timeField(this))
@@ -42,8 +45,13 @@ PartFilterBar::PartFilterBar(QWidget* parent)
     , m_text(new QLineEdit(this))
     , m_settled(new QTimer(this))
 {
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
+    m_rows->setContentsMargins(0, 0, 0, 0);
+    m_rows->addWidget(m_where);
+    m_rows->addWidget(m_what, 1);
+    auto* where = new QHBoxLayout(m_where);
+    auto* what = new QHBoxLayout(m_what);
+    for (QHBoxLayout* row : {where, what})
+        row->setContentsMargins(0, 0, 0, 0);
     for (int i = 0; i < 3; ++i) {
         m_outcomes[i] = new QCheckBox(this);
         m_outcomes[i]->setChecked(true);
@@ -52,12 +60,13 @@ PartFilterBar::PartFilterBar(QWidget* parent)
     m_model->setMinimumContentsLength(10);
     m_text->setClearButtonEnabled(true);
     m_text->setMinimumWidth(90);
-    for (QWidget* each :
-         {static_cast<QWidget*>(m_period), static_cast<QWidget*>(m_from), static_cast<QWidget*>(m_to),
-          static_cast<QWidget*>(m_station), static_cast<QWidget*>(m_model), static_cast<QWidget*>(m_outcomes[0]),
-          static_cast<QWidget*>(m_outcomes[1]), static_cast<QWidget*>(m_outcomes[2]), static_cast<QWidget*>(m_marked)})
-        row->addWidget(each);
-    row->addWidget(m_text, 1);
+    for (QWidget* each : {static_cast<QWidget*>(m_period), static_cast<QWidget*>(m_from), static_cast<QWidget*>(m_to),
+                          static_cast<QWidget*>(m_station), static_cast<QWidget*>(m_model)})
+        where->addWidget(each);
+    where->addStretch();
+    for (QAbstractButton* each : {m_outcomes[0], m_outcomes[1], m_outcomes[2], m_marked})
+        what->addWidget(each);
+    what->addWidget(m_text, 1);
     m_settled->setSingleShot(true);
     m_settled->setInterval(settleMs);
     retranslate();
@@ -153,6 +162,21 @@ void PartFilterBar::setTimes(const QDateTime& from, const QDateTime& to)
     m_settled->start();
 }
 
+void PartFilterBar::setShifts(const Shifts& shifts)
+{
+    if (shifts.toText() == m_shifts.toText())
+        return;
+    m_shifts = shifts;
+    if (m_period->currentIndex() == ThisShift || m_period->currentIndex() == LastShift)
+        m_settled->start();
+}
+
+void PartFilterBar::find()
+{
+    m_text->setFocus();
+    m_text->selectAll();
+}
+
 void PartFilterBar::setModels(const QStringList& models)
 {
     const QString chosen = m_model->currentIndex() > 0 ? m_model->currentText() : QString();
@@ -169,10 +193,34 @@ void PartFilterBar::showPeriod()
     const bool own = m_period->currentIndex() == Own;
     for (QDateTimeEdit* field : {m_from, m_to})
         field->setVisible(own);
+    arrange();
     if (own && m_from->dateTime() >= m_to->dateTime()) {
         m_from->setDateTime(midnight(0));
         m_to->setDateTime(midnight(-1));
     }
+}
+
+QSize PartFilterBar::minimumSizeHint() const
+{
+    const QSize where = m_where->minimumSizeHint();
+    const QSize what = m_what->minimumSizeHint();
+    const bool two = m_rows->direction() == QBoxLayout::TopToBottom;
+    const int height = two ? where.height() + m_rows->spacing() + what.height() : qMax(where.height(), what.height());
+    return {qMax(where.width(), what.width()), height};
+}
+
+/// In one row where there is room, otherwise in two.
+void PartFilterBar::arrange()
+{
+    const int wanted = m_where->sizeHint().width() + m_rows->spacing() + m_what->sizeHint().width();
+    m_rows->setDirection(wanted <= width() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    updateGeometry();
+}
+
+void PartFilterBar::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    arrange();
 }
 
 void PartFilterBar::retranslate()
@@ -192,6 +240,7 @@ void PartFilterBar::retranslate()
         m_outcomes[i]->setText(PartTexts::outcome(PartOutcome(i)));
     m_marked->setText(tr("已标记"));
     m_text->setPlaceholderText(tr("型号、原因或用户"));
+    arrange();
 }
 
 void PartFilterBar::changeEvent(QEvent* event)

@@ -6,6 +6,7 @@
 #include <QWidget>
 
 class QAbstractButton;
+class QBoxLayout;
 class QComboBox;
 class QDateTimeEdit;
 class QLineEdit;
@@ -25,11 +26,17 @@ public:
     PartFilter filter() const;
     void setFilter(Period period, int station, bool found, bool notFound, bool refused);
     void setTimes(const QDateTime& from, const QDateTime& to);
-    void setShifts(const Shifts& shifts) { m_shifts = shifts; }
+    /// They may change what is in sight.
+    void setShifts(const Shifts& shifts);
+    /// Goes to the text.
+    void find();
     /// Keeps the one that is chosen.
     void setModels(const QStringList& models);
     /// What is wrong with it, as a sentence; empty when nothing is.
     QString problem() const;
+
+    /// As narrow as its wider half.
+    QSize minimumSizeHint() const override;
 
 signals:
     /// Some time after the last of several changes.
@@ -37,12 +44,17 @@ signals:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void retranslate();
     void showPeriod();
+    void arrange();
 
     Shifts m_shifts;
+    QBoxLayout* m_rows;
+    QWidget* m_where; ///< time, station, model
+    QWidget* m_what;  ///< outcome, mark, text
     QComboBox* m_period;
     QDateTimeEdit* m_from;
     QDateTimeEdit* m_to;

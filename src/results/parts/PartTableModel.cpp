@@ -1,6 +1,8 @@
 #include "results/parts/PartTableModel.h"
 
 #include "common/LookColors.h"
+#include "platform/System.h"
+#include "results/parts/PartTexts.h"
 
 namespace {
 
@@ -52,10 +54,10 @@ PartTableModel::PartTableModel(QObject* parent)
 {
 }
 
-/// The first page and the number of all rows come together.
 void PartTableModel::refresh()
 {
-    restart([home = m_home, filter = m_filter, by = m_by, order = m_order](int number, qint64 upTo) {
+    const auto read = [home = m_home, filter = m_filter, by = m_by, order = m_order](int number, qint64 upTo) {
+        platform::lowerThreadPriority(); // the production goes first
         Page page;
         PartReader reader(home);
         if (!reader.open()) {
@@ -66,10 +68,16 @@ void PartTableModel::refresh()
         upToNow.upTo = page.upTo = upTo > 0 ? upTo : reader.lastRow();
         page.rows = reader.rows(upToNow, by, order, rowsAPage, number * rowsAPage);
         page.error = reader.error();
-        if (upTo == 0)
-            page.count = page.rows.size() < rowsAPage ? page.rows.size() : reader.count(upToNow);
+        page.frozen = reader.isFrozen();
         return page;
-    });
+    };
+    const auto count = [home = m_home, filter = m_filter](qint64 upTo) {
+        PartReader reader(home);
+        PartFilter upToNow = filter;
+        upToNow.upTo = upTo;
+        return reader.open() ? reader.count(upToNow) : 0;
+    };
+    restart(read, count);
 }
 
 void PartTableModel::setReview(qint64 uid, bool marked, const QString& comment)

@@ -42,6 +42,9 @@ public:
     /// After a review changed.
     void setReview(qint64 uid, bool marked, const QString& comment);
 
+    /// As rowAt(), and has it read when it has not been.
+    const PartRow* wantedAt(int row) const { return wanted(row); }
+
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
