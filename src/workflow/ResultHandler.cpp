@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr double nsInMs = 1e6;
+constexpr double nanosecondsInMs = 1e6;
 
 StationResult emptyRecord(int station, const QString& model)
 {
@@ -179,7 +179,7 @@ void ResultHandler::store(const Part& part, const Verdict& verdict)
     record.part.x = verdict.sent.x;
     record.part.y = verdict.sent.y;
     record.part.score = record.matchScore;
-    record.part.resultMs = (part.resultNs - part.trigger.acceptedNs) / nsInMs;
+    record.part.resultMs = (part.resultNs - part.trigger.acceptedNs) / nanosecondsInMs;
     record.part.calibration = verdict.calibration;
     record.part.sourceImage = m_store->saveSourceImage(part.station, result.taskName, result.originImage);
     m_store->insertResult(record);
@@ -192,9 +192,9 @@ PartRecord ResultHandler::partOf(const Trigger& trigger) const
     part.model = trigger.model;
     part.plcIndex = trigger.plcIndex;
     if (trigger.imageNs > 0)
-        part.imageMs = (trigger.imageNs - trigger.acceptedNs) / nsInMs;
+        part.imageMs = (trigger.imageNs - trigger.acceptedNs) / nanosecondsInMs;
     if (trigger.acceptedNs > 0)
-        part.replyMs = (m_scheduler.elapsedNs() - trigger.acceptedNs) / nsInMs;
+        part.replyMs = (m_scheduler.elapsedNs() - trigger.acceptedNs) / nanosecondsInMs;
     return part;
 }
 
