@@ -3,7 +3,10 @@
 #include "platform/PseudoTerminal.h"
 
 #include <QFileInfo>
+#include <QHostAddress>
 #include <QSerialPort>
+#include <QTcpServer>
+#include <QTcpSocket>
 
 #include <chrono>
 
@@ -67,56 +70,111 @@ PlcLine::PlcLine()
     connect(&m_back, &QTimer::timeout, this, &PlcLine::putBack);
 }
 
+PlcLine::~PlcLine() = default;
+
 bool PlcLine::openLink(const QString& link, QString* error)
 {
     m_link = std::make_unique<PortLink>(link);
-    m_make = [this](QString* problem) -> Device {
+    m_make = [this](QString* problem) {
         auto terminal = std::make_unique<platform::PseudoTerminal>();
         if (!terminal->open(QIODevice::ReadWrite)) {
             *problem = terminal->errorString();
-            return nullptr;
+            return false;
         }
-        return m_link->point(terminal->farEnd(), problem) ? std::move(terminal) : nullptr;
+        const QString device = terminal->farEnd();
+        adopt(std::move(terminal));
+        return m_link->point(device, problem);
     };
     return plugIn(error);
 }
 
 bool PlcLine::openPort(const QString& name, qint32 baudRate, QString* error)
 {
-    m_make = [this, name, baudRate](QString* problem) -> Device {
+    m_make = [this, name, baudRate](QString* problem) {
         auto port = std::make_unique<QSerialPort>(name);
         if (!port->open(QIODevice::ReadWrite) || !port->setBaudRate(baudRate)) {
             *problem = QStringLiteral("%1: %2").arg(name, port->errorString());
-            return nullptr;
+            return false;
         }
         connect(
             port.get(), &QSerialPort::errorOccurred, this, [this] { pull(retryMs); }, Qt::QueuedConnection);
-        return port;
+        adopt(std::move(port));
+        return true;
     };
     return plugIn(error);
 }
 
+bool PlcLine::listen(const QString& place, QString* error)
+{
+    QString host = place.section(QLatin1Char(':'), 0, -2);
+    if (host.startsWith(QLatin1Char('[')) && host.endsWith(QLatin1Char(']')))
+        host = host.mid(1, host.size() - 2);
+    bool good = false;
+    const quint16 port = place.section(QLatin1Char(':'), -1).toUShort(&good);
+    if (!good || QHostAddress(host).isNull()) {
+        *error = QStringLiteral("%1 is no place to listen at: 127.0.0.1:0 would be").arg(place);
+        return false;
+    }
+    m_server = std::make_unique<QTcpServer>();
+    connect(m_server.get(), &QTcpServer::newConnection, this, &PlcLine::onConnection);
+    m_make = [this, host, port](QString* problem) {
+        const quint16 again = m_serverName.section(QLatin1Char(':'), -1).toUShort();
+        const bool listens = m_server->listen(QHostAddress(host), port ? port : again);
+        *problem = listens ? QString() : QStringLiteral("%1: %2").arg(host, m_server->errorString());
+        const QString shown = host.contains(QLatin1Char(':')) ? QStringLiteral("[%1]").arg(host) : host;
+        if (listens)
+            m_serverName = QStringLiteral("tcp:%1:%2").arg(shown).arg(m_server->serverPort());
+        return listens;
+    };
+    return plugIn(error);
+}
+
+QString PlcLine::name() const
+{
+    return m_link ? m_link->path() : m_serverName;
+}
+
+void PlcLine::onConnection()
+{
+    std::unique_ptr<QTcpSocket> socket(m_server->nextPendingConnection());
+    socket->setParent(nullptr);
+    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    adopt(std::move(socket));
+}
+
 bool PlcLine::plugIn(QString* error)
 {
-    m_decoder.reset();
-    m_device = m_make(error);
-    if (!m_device)
+    if (!m_make(error)) {
+        m_device.reset();
         return false;
-    connect(m_device.get(), &QIODevice::readyRead, this, &PlcLine::onReadyRead);
+    }
     emit pluggedIn();
     return true;
 }
 
+void PlcLine::adopt(Device device)
+{
+    m_decoder.reset();
+    m_device = std::move(device);
+    connect(m_device.get(), &QIODevice::readyRead, this, &PlcLine::onReadyRead);
+}
+
 void PlcLine::pull(int ms)
 {
+    const bool wasIn = m_device || (m_server && m_server->isListening());
     if (m_link)
         m_link->remove();
+    if (m_server)
+        m_server->close();
     if (m_device) {
         m_device->disconnect(this);
+        if (auto* socket = qobject_cast<QTcpSocket*>(m_device.get()))
+            socket->abort(); // what did not go out is lost, as on a wire
         m_device->close();
         m_device.release()->deleteLater(); // the cable may be pulled by a signal of the device itself
-        emit pulled();
     }
+    if (wasIn)
+        emit pulled();
     m_back.start(ms);
 }
 
@@ -157,6 +215,8 @@ void PlcLine::write(const QByteArray& bytes)
     m_device->write(bytes);
     if (auto* port = qobject_cast<QSerialPort*>(m_device.get()))
         port->flush();
+    else if (auto* socket = qobject_cast<QTcpSocket*>(m_device.get()))
+        socket->flush();
 }
 
 qint64 PlcLine::nowNs()

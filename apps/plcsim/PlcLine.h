@@ -21,6 +21,7 @@ public:
     bool point(const QString& device, QString* error);
     /// Takes the link away, unless another has turned it to its own device meanwhile.
     void remove();
+    QString path() const { return m_path; }
 
 private:
     /// Whether the link still leads to the device that it was turned to.
@@ -32,18 +33,27 @@ private:
     QString m_device;
 };
 
-/// The PLC's end of the serial line: a pseudo-terminal behind a link, or a real port.
+class QTcpServer;
+
+/// The PLC's end of the serial line: a pseudo-terminal behind a link, a real port, or a serial device server.
 class PlcLine : public QObject
 {
     Q_OBJECT
 
 public:
     PlcLine();
+    ~PlcLine() override;
 
     /// Makes a pseudo-terminal and turns `link` to its far end, for the program to open as its port.
     bool openLink(const QString& link, QString* error);
     /// Opens a port by its name. One that fails later is tried again every half second.
     bool openPort(const QString& name, qint32 baudRate, QString* error);
+    /// Listens at "ADDRESS:PORT", an IPv6 address in brackets and 0 for any free port, as a serial device server does:
+    /// one program at a time, the newest.
+    bool listen(const QString& place, QString* error);
+
+    /// The port that the program has to be set to; empty when that is the business of a real line.
+    QString name() const;
 
     /// Sends a frame. Returns the time just before its last byte went out; see nowNs().
     qint64 send(const SComFrame& frame);
@@ -66,15 +76,19 @@ signals:
 private:
     using Device = std::unique_ptr<QIODevice>;
 
-    /// Makes the device anew; frames begin afresh.
     bool plugIn(QString* error);
     void putBack();
+    /// Frames begin afresh with the device.
+    void adopt(Device device);
+    void onConnection();
     void onReadyRead();
     /// At once; what is written while the cable is pulled is lost.
     void write(const QByteArray& bytes);
 
-    std::function<Device(QString* error)> m_make; ///< null when it cannot be had
+    std::function<bool(QString* error)> m_make; ///< what plugging in is on this kind of line
     std::unique_ptr<PortLink> m_link;
+    std::unique_ptr<QTcpServer> m_server;
+    QString m_serverName;
     Device m_device;
     QTimer m_back;
     wire::FrameEncoder m_encoder;

@@ -8,13 +8,19 @@
 /// What the simulated PLC was asked to do.
 struct SimOptions
 {
-    QString link; ///< either this or `port`
+    QString link; ///< either this, `port` or `listen`
     QString port;
+    QString listen;
+    QString nameFile; ///< gets the name of the line's other end
     int baudRate = 115200;
     bool verbose = false;
 
     QString script;           ///< a script's file; empty for none
     std::optional<int> parts; ///< parts to feed, 0 for endless; nothing for a script or a person's commands
+    std::optional<int> cuts;  ///< times that the line is cut
+    int awayMs = 1500;        ///< for so long, at most
+    int seed = 0;             ///< of the moments of the cuts
+    QString pidFile;          ///< holds the program's process id; empty when not given
     QString truth[2];         ///< folders of the stations' images
     QString home;             ///< the program's home; empty when not given
     QString road;             ///< file with the program's timing lines

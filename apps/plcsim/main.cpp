@@ -1,12 +1,15 @@
 // The PLC of a cell, simulated: see --help.
 
 #include "Console.h"
+#include "CutSession.h"
 #include "PartSession.h"
 #include "PlcFrames.h"
 #include "PlcLine.h"
 #include "ScriptRunner.h"
 #include "SimOptions.h"
 #include "platform/StandardInput.h"
+
+#include <valvecell/HomeFiles.h>
 
 #include <QCoreApplication>
 #include <QTime>
@@ -77,6 +80,31 @@ int feedParts(PlcLine& line, const SimOptions& options)
     return session.start(&error) ? QCoreApplication::exec() : cannotBegin(error);
 }
 
+int cutLine(PlcLine& line, const SimOptions& options)
+{
+    CutSession session(line, options);
+    QObject::connect(&session, &CutSession::finished, &QCoreApplication::exit);
+    QTimer poll;
+    stopOnSignal(poll, [&session] { session.stop(); });
+    QString error;
+    return session.start(&error) ? QCoreApplication::exec() : cannotBegin(error);
+}
+
+bool openLine(PlcLine& line, const SimOptions& options, QString* error)
+{
+    if (!options.link.isEmpty())
+        return line.openLink(options.link, error);
+    return options.listen.isEmpty() ? line.openPort(options.port, options.baudRate, error)
+                                    : line.listen(options.listen, error);
+}
+
+bool announce(const PlcLine& line, const SimOptions& options, QString* error)
+{
+    if (!options.listen.isEmpty())
+        Console::say(QStringLiteral("listening as ") + line.name());
+    return options.nameFile.isEmpty() || HomeFiles::writeFile(options.nameFile, line.name().toUtf8(), error);
+}
+
 int runCommands(PlcLine& line, const SimOptions& options)
 {
     ScriptSession session(line);
@@ -106,12 +134,12 @@ int main(int argc, char** argv)
     if (!options.parse(arguments, &error))
         return cannotBegin(error);
     PlcLine line;
-    const bool interactive = !options.parts && options.script.isEmpty();
+    const bool interactive = !options.parts && !options.cuts && options.script.isEmpty();
     if (options.verbose || interactive)
         printFrames(line, options.verbose);
-    const bool open = options.link.isEmpty() ? line.openPort(options.port, options.baudRate, &error)
-                                             : line.openLink(options.link, &error);
-    if (!open)
+    if (!openLine(line, options, &error) || !announce(line, options, &error))
         return cannotBegin(error);
+    if (options.cuts)
+        return cutLine(line, options);
     return options.parts ? feedParts(line, options) : runCommands(line, options);
 }

@@ -51,7 +51,9 @@ QList<QCommandLineOption> commandLine()
             {text("jobs"), text("Wheels rendered at the same time (all processors)."), text("N")},
             {text("demo"), text("Make a complete demo home with two stations; what is there stays."), text("HOME")},
             {text("fresh"), text("With --demo: make it anew, without what the cell has stored in it.")},
-            {text("cameras-from"), text("With --demo: both cameras deliver this folder's images."), text("DIR")}};
+            {text("port"), text("With --demo: the program's port."), text("NAME")},
+            {text("cameras-from"), text("With --demo: both cameras deliver this folder's images."), text("DIR")},
+            {text("network-cameras"), text("With --demo: the cameras are network cameras at 127.0.0.2 and .3.")}};
 }
 
 /// Reads option values one after the other and keeps the first complaint.
@@ -154,6 +156,8 @@ void readDemo(Reader& read, const QCommandLineParser& parser, Options* options)
     DemoPlan& demo = options->demo;
     demo.home = read.folder("demo");
     demo.fresh = parser.isSet(QStringLiteral("fresh"));
+    demo.port = parser.value(QStringLiteral("port"));
+    demo.network = parser.isSet(QStringLiteral("network-cameras"));
     demo.size = read.size();
     if (!parser.isSet(QStringLiteral("cameras-from")))
         return;
@@ -167,7 +171,9 @@ QString idleOption(const QCommandLineParser& parser, bool demo)
 {
     const QStringList ofSet{QStringLiteral("count"),  QStringLiteral("seed"),       QStringLiteral("without-hole"),
                             QStringLiteral("design"), QStringLiteral("difficulty"), QStringLiteral("format")};
-    for (const QString& name : demo ? ofSet : QStringList{QStringLiteral("fresh"), QStringLiteral("cameras-from")})
+    for (const QString& name : demo ? ofSet
+                                    : QStringList{QStringLiteral("fresh"), QStringLiteral("port"),
+                                                  QStringLiteral("cameras-from"), QStringLiteral("network-cameras")})
         if (parser.isSet(name))
             return name;
     return {};

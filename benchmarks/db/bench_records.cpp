@@ -77,6 +77,32 @@ void insertResult(benchmark::State& state, SqliteFile::Durability durability)
         state.SkipWithError("a row was not inserted");
 }
 
+/// A row of a part while rows of earlier years go, as the cell does both: one step of the thinning to `range(0)` rows,
+/// 0 for none. The file is its own: what goes would be missed by others.
+void insertWhileThinning(benchmark::State& state)
+{
+    const auto rowsAStep = static_cast<int>(state.range(0));
+    StationDB database(databaseWith(million + 1));
+    if (!database.initialise())
+        return state.SkipWithError("cannot open the database");
+    database.thinner().setDays(rowsAStep > 0 ? 1 : 0);
+    const StationResult result = sampleResult();
+    std::chrono::duration<double, std::milli> longest(0);
+    int inserted = 0;
+    Laps laps(state);
+    for (auto _ : state) {
+        if (rowsAStep > 0 && ++inserted % rowsAStep == 0) {
+            const auto begin = std::chrono::steady_clock::now();
+            database.thin();
+            longest = std::max<decltype(longest)>(longest, std::chrono::steady_clock::now() - begin);
+        }
+        laps.time([&] { database.insertResult(result); });
+    }
+    state.counters["longest_step_ms"] = longest.count();
+    state.counters["inserts_per_s"] =
+        benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+}
+
 /// As the cell runs: it outlives the process at once, and the disk has it within a tenth of a second.
 void insertFlushedSoon(benchmark::State& state)
 {
@@ -121,6 +147,13 @@ void countOfADay(benchmark::State& state)
 } // namespace
 
 BENCHMARK(insertFlushedSoon)->Arg(0)->Arg(million)->Iterations(5000)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(insertWhileThinning)
+    ->Arg(0)
+    ->Arg(1)
+    ->Arg(10)
+    ->Iterations(5000)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(insertFlushedBeforeReturn)
     ->Arg(0)
     ->Arg(million)

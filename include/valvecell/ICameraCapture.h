@@ -29,7 +29,8 @@ public:
     virtual void setCaptureCallback(Callback callback) = 0;
 
     /// Captures one image. GUI thread; returns at once. The callback comes exactly once for each call, also for a key
-    /// that no camera has, a camera that is lost, or one that is removed meanwhile. Numbers rise.
+    /// that no camera has, a camera that is lost, or one that is removed meanwhile. Numbers rise. The
+    /// callback may come before this returned.
     virtual void capture(const QString& cameraKey, quint64 number) = 0;
 
 protected:

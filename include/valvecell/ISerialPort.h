@@ -25,7 +25,8 @@ public:
     /// and outlives the port; the module may use it as a parent for messages and must not delete it.
     virtual void setReceiveCallback(QObject* owner, ReceiveCallback callback) = 0;
 
-    /// Opens the port. `portName` is a device path or a Windows port name, `baudRate` a decimal number as text.
+    /// Opens the port. `portName` is what the operator set: a device path, a Windows port name, or whatever else the
+    /// module takes for a line, such as the address of a device server; `baudRate` is a decimal number as text.
     /// Returns whether the port is open now; a port that is not may be opened by the module later on its own.
     virtual bool open(const QString& portName, const QString& baudRate) = 0;
 

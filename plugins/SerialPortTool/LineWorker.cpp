@@ -1,6 +1,7 @@
 #include "LineWorker.h"
 
-#include <QFileInfo>
+#include "ByteLine.h"
+
 #include <QLoggingCategory>
 #include <QMutexLocker>
 #include <QThread>
@@ -12,16 +13,6 @@ Q_LOGGING_CATEGORY(lcSerial, "valvecell.serial", QtInfoMsg)
 /// Bytes that may wait for a jammed line; past them frames are given up rather than sent late.
 constexpr qint64 maxWaitingBytes = 8 * wire::frameBytes;
 
-/// The device behind a name, links followed; empty when it is a path to nothing. A name that is no path stays as it is
-/// unless it is one of /dev.
-QString deviceOf(const QString& name)
-{
-    if (name.contains(QLatin1Char('/')))
-        return QFileInfo(name).canonicalFilePath();
-    const QString inDev = QFileInfo(QStringLiteral("/dev/") + name).canonicalFilePath();
-    return inDev.isEmpty() ? name : inDev;
-}
-
 } // namespace
 
 void LineState::setDevice(const QString& device)
@@ -30,10 +21,10 @@ void LineState::setDevice(const QString& device)
     m_device = device;
 }
 
-void LineState::setLastError(const QString& error)
+void LineState::setLastFault(const LineFault& fault)
 {
     const QMutexLocker lock(&m_mutex);
-    m_lastError = error;
+    m_lastFault = fault;
 }
 
 SerialStatus LineState::snapshot() const
@@ -48,7 +39,7 @@ SerialStatus LineState::snapshot() const
     status.badBytes = badBytes;
     status.crcErrors = crcErrors;
     status.openAttempts = openAttempts;
-    status.lastError = m_lastError;
+    status.lastError = m_lastFault.sentence();
     return status;
 }
 
@@ -57,15 +48,15 @@ LineWorker::LineWorker(LineSettings settings, std::shared_ptr<LineState> state)
     , m_state(std::move(state))
 {
     m_retry.setSingleShot(true);
-    connect(&m_retry, &QTimer::timeout, this, &LineWorker::openOrRetry);
-    connect(&m_port, &QSerialPort::readyRead, this, &LineWorker::onReadyRead);
-    connect(&m_port, &QSerialPort::errorOccurred, this, &LineWorker::onError);
+    connect(&m_retry, &QTimer::timeout, this, &LineWorker::attempt);
 }
 
-void LineWorker::start(const std::shared_ptr<std::promise<bool>>& opened)
+LineWorker::~LineWorker() = default;
+
+void LineWorker::start(std::shared_ptr<std::promise<bool>> opened)
 {
-    openOrRetry();
-    opened->set_value(m_port.isOpen());
+    m_opener = std::move(opened);
+    begin();
 }
 
 /// Neither the pause nor the message of the former line holds for the new one.
@@ -73,48 +64,37 @@ void LineWorker::change(const LineSettings& settings)
 {
     m_state->session = 0;
     m_retry.stop();
-    if (m_port.isOpen())
-        m_port.close();
     m_settings = settings;
     m_reported = false;
     m_pause.reset();
-    openOrRetry();
+    begin();
 }
 
-void LineWorker::openOrRetry()
+void LineWorker::begin()
+{
+    m_line = byteLineFor(m_settings.portName, m_settings.baudRate);
+    connect(m_line.get(), &ByteLine::opened, this, &LineWorker::onOpened);
+    connect(m_line.get(), &ByteLine::readyRead, this, &LineWorker::onReadyRead);
+    connect(m_line.get(), &ByteLine::failed, this, &LineWorker::onFailed);
+    attempt();
+}
+
+void LineWorker::attempt()
 {
     ++m_state->openAttempts;
-    const QString problem = tryOpen();
-    if (problem.isEmpty()) {
-        onOpened();
-        return;
-    }
-    noteFailure(problem);
-    closeAndRetry();
-}
-
-/// Looks up the name at each attempt: after the cable was pulled it may lead to another device.
-QString LineWorker::tryOpen()
-{
-    m_device = deviceOf(m_settings.portName);
-    m_state->setDevice(m_device);
-    if (m_device.isEmpty())
-        return QStringLiteral("%1: no such device").arg(m_settings.portName);
-    m_port.setPortName(m_device);
-    const bool opened = m_port.open(QIODevice::ReadWrite) && m_port.setBaudRate(m_settings.baudRate) &&
-                        m_port.setDataBits(QSerialPort::Data8) && m_port.setParity(QSerialPort::NoParity) &&
-                        m_port.setStopBits(QSerialPort::OneStop) && m_port.setFlowControl(QSerialPort::NoFlowControl);
-    return opened ? QString() : QStringLiteral("%1: %2").arg(m_device, m_port.errorString());
+    m_line->open();
+    m_state->setDevice(m_line->place());
 }
 
 void LineWorker::onOpened()
 {
-    m_port.clear(QSerialPort::Input); // a trigger from before belongs to a part that is gone
     m_decoder.reset();
     m_openSince.start();
+    m_state->setDevice(m_line->place());
     if (std::exchange(m_reported, false))
-        qCInfo(lcSerial).noquote() << m_device + QStringLiteral(": open again");
+        qCInfo(lcSerial).noquote() << m_line->place() + QStringLiteral(": open again");
     m_state->session = ++m_state->sessions;
+    answerOpener(true);
 }
 
 /// A good frame proves the line; rubbish does not.
@@ -122,7 +102,7 @@ void LineWorker::onReadyRead()
 {
     const quint64 badBytes = m_decoder.badBytes();
     const quint64 crcErrors = m_decoder.crcErrors();
-    m_decoder.feed(m_port.readAll(), [this](const SComFrame& frame) {
+    m_decoder.feed(m_line->readAll(), [this](const SComFrame& frame) {
         if (m_state->stopping)
             return;
         m_pause.reset();
@@ -136,45 +116,50 @@ void LineWorker::onReadyRead()
 /// A frame of a former session, or behind a jam, would come late, and is dropped and counted instead.
 void LineWorker::write(const SComFrame& frame, quint64 session)
 {
-    if (session != m_state->session || m_port.bytesToWrite() > maxWaitingBytes) {
+    if (session != m_state->session || m_line->waiting() > maxWaitingBytes) {
         ++m_state->framesDropped;
         return;
     }
-    const bool written = m_port.write(m_encoder.next(frame)) == wire::frameBytes && m_port.flush();
-    ++(written ? m_state->framesOut : m_state->framesDropped);
+    ++(m_line->write(m_encoder.next(frame)) ? m_state->framesOut : m_state->framesDropped);
 }
 
-void LineWorker::onError(QSerialPort::SerialPortError error)
+void LineWorker::onFailed(const LineFault& fault)
 {
-    const bool failed = error != QSerialPort::NoError && error != QSerialPort::TimeoutError;
-    if (!failed || m_state->session == 0) // closed: openOrRetry() deals with what open() says
-        return;
-    m_state->session = 0;
-    noteFailure(m_device + QStringLiteral(": the line is lost")); // the system's reasons for it vary and mislead
-    if (m_openSince.hasExpired(ReopenPause::longest.count()))
+    const bool wasOpen = m_state->session.exchange(0) != 0;
+    noteFault(fault);
+    if (wasOpen && m_openSince.hasExpired(ReopenPause::longest.count()))
         m_pause.reset();
-    // Not from inside the port's own notification, which goes on to use the port.
-    QMetaObject::invokeMethod(this, &LineWorker::closeAndRetry, Qt::QueuedConnection);
+    // Not from inside the line's own signal, and not for a line that was changed meanwhile.
+    QMetaObject::invokeMethod(
+        m_line.get(), [this] { closeAndRetry(); }, Qt::QueuedConnection);
+    answerOpener(false);
 }
 
 void LineWorker::closeAndRetry()
 {
-    if (m_port.isOpen())
-        m_port.close();
+    m_line->close();
     m_retry.start(m_pause.next());
+}
+
+void LineWorker::answerOpener(bool opened)
+{
+    if (const auto opener = std::exchange(m_opener, nullptr))
+        opener->set_value(opened);
 }
 
 void LineWorker::stop()
 {
     m_state->session = 0;
     m_retry.stop();
-    m_port.close();
+    m_line->close();
     thread()->quit();
 }
 
-void LineWorker::noteFailure(const QString& problem)
+void LineWorker::noteFault(const LineFault& fault)
 {
-    m_state->setLastError(problem);
-    if (!std::exchange(m_reported, true))
-        qCWarning(lcSerial).noquote() << problem;
+    m_state->setLastFault(fault);
+    if (std::exchange(m_reported, true))
+        qCDebug(lcSerial).noquote() << fault.logText();
+    else
+        qCWarning(lcSerial).noquote() << fault.logText();
 }

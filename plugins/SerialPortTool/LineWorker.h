@@ -1,5 +1,6 @@
 #pragma once
 
+#include "LineFault.h"
 #include "wire/FrameCodec.h"
 
 #include <valvecell/ISerialPort.h>
@@ -7,7 +8,6 @@
 
 #include <QElapsedTimer>
 #include <QMutex>
-#include <QSerialPort>
 #include <QTimer>
 
 #include <algorithm>
@@ -15,12 +15,15 @@
 #include <chrono>
 #include <future>
 
-/// How long to wait before a line is tried again: short at first, then twice as long each time, 2 s at most.
+class ByteLine;
+
+/// How long to wait before a line is tried again: short at first, then twice as long each time, a second at most, so
+/// that a line is back within two.
 class ReopenPause
 {
 public:
     static constexpr std::chrono::milliseconds first{50};
-    static constexpr std::chrono::milliseconds longest{2000};
+    static constexpr std::chrono::milliseconds longest{1000};
 
     /// The pause to wait now; the following one is longer.
     std::chrono::milliseconds next()
@@ -54,18 +57,18 @@ public:
     std::atomic<quint64> openAttempts{0};
 
     void setDevice(const QString& device);
-    void setLastError(const QString& error);
+    void setLastFault(const LineFault& fault);
     SerialStatus snapshot() const;
 
 private:
-    mutable QMutex m_mutex; ///< guards the two texts
+    mutable QMutex m_mutex; ///< guards the two below
     QString m_device;
-    QString m_lastError;
+    LineFault m_lastFault;
 };
 
 struct LineSettings
 {
-    QString portName; ///< as configured: a device path, a link to one, or a plain port name
+    QString portName; ///< as configured, see PortName; empty for no line
     qint32 baudRate = 0;
     ISerialPort::ReceiveCallback receive;
 };
@@ -78,9 +81,10 @@ class LineWorker : public QObject
 
 public:
     LineWorker(LineSettings settings, std::shared_ptr<LineState> state);
+    ~LineWorker() override;
 
     /// Tries to open the line; `opened` learns whether the first attempt did it.
-    void start(const std::shared_ptr<std::promise<bool>>& opened);
+    void start(std::shared_ptr<std::promise<bool>> opened);
     /// Takes another line, in place of the one that is open or tried.
     void change(const LineSettings& settings);
     /// Writes a frame that was handed over in `session`.
@@ -89,23 +93,24 @@ public:
     void stop();
 
 private:
-    QString tryOpen(); ///< what went wrong; empty when the line is open
+    /// Makes the line of the settings and tries it for the first time.
+    void begin();
     /// One attempt; when it fails, the next after the pause.
-    void openOrRetry();
+    void attempt();
     /// Begins a session: what the line holds from before belongs to parts that are gone, and is dropped.
     void onOpened();
     void onReadyRead();
-    void onError(QSerialPort::SerialPortError error);
-    /// Needs the event loop between it and whatever signal of the port leads here.
+    void onFailed(const LineFault& fault);
     void closeAndRetry();
-    /// The last error is always kept; the log gets the first of a row.
-    void noteFailure(const QString& problem);
+    void answerOpener(bool opened);
+    /// The last fault is always kept; the log gets the first of a row, and the others where it is asked for all.
+    void noteFault(const LineFault& fault);
 
     LineSettings m_settings;
     const std::shared_ptr<LineState> m_state;
-    QSerialPort m_port{this};
+    std::unique_ptr<ByteLine> m_line;
+    std::shared_ptr<std::promise<bool>> m_opener; ///< until the first attempt is over
     QTimer m_retry{this};
-    QString m_device; ///< behind the configured name, as of the last attempt
     ReopenPause m_pause;
     QElapsedTimer m_openSince;
     bool m_reported = false; ///< that the line is down; it is logged once, not at every attempt

@@ -1,6 +1,8 @@
 #include "SerialPortTool.h"
 
 #include "LineWorker.h"
+#include "PortList.h"
+#include "PortName.h"
 
 #include <valvecell/Export.h>
 
@@ -8,8 +10,10 @@
 
 namespace {
 
-/// A device that takes longer to open counts as not open yet; the attempt goes on.
+/// A line that takes longer to open counts as not open yet; the attempt goes on. What a device does may take its time;
+/// a device server answers at once or is not there.
 constexpr std::chrono::milliseconds openWait{1000};
+constexpr std::chrono::milliseconds connectWait{250};
 
 qint32 baudFrom(const QString& text)
 {
@@ -40,9 +44,11 @@ LineSettings SerialPortTool::settingsFor(const QString& portName, const QString&
 {
     const qint32 baud = baudFrom(baudRate);
     const auto receive = m_receive ? m_receive : [](const SComFrame&) {};
-    if (!portName.isEmpty() && baud > 0)
+    const bool goodName = PortName::problemOf(portName).isEmpty();
+    if (goodName && (baud > 0 || PortName::from(portName).isTcp()))
         return {portName, baud, receive};
-    m_state->setLastError(QStringLiteral("port \"%1\", baud rate \"%2\": no such line").arg(portName, baudRate));
+    m_state->setLastFault(goodName ? LineFault{LineFault::BadBaudRate, baudRate, {}}
+                                   : LineFault{LineFault::BadName, portName, {}});
     return {};
 }
 
@@ -68,7 +74,8 @@ bool SerialPortTool::open(const QString& portName, const QString& baudRate)
     auto outcome = opened->get_future();
     QMetaObject::invokeMethod(
         m_worker, [worker = m_worker, opened] { worker->start(opened); }, Qt::QueuedConnection);
-    return outcome.wait_for(openWait) == std::future_status::ready && outcome.get();
+    const auto patience = PortName::from(portName).isTcp() ? connectWait : openWait;
+    return outcome.wait_for(patience) == std::future_status::ready && outcome.get();
 }
 
 bool SerialPortTool::reopen(const QString& portName, const QString& baudRate)
@@ -123,6 +130,16 @@ quint64 SerialPortTool::session() const
     return m_state->session;
 }
 
+std::function<QVector<FoundPort>()> SerialPortTool::finder() const
+{
+    return [] { return findPorts(); };
+}
+
+QString SerialPortTool::problemOf(const QString& name) const
+{
+    return PortName::problemOf(name);
+}
+
 void* SerialPortTool::extension(const char* id)
 {
     const auto asked = [id](const char* offered) { return id && std::strcmp(id, offered) == 0; };
@@ -132,6 +149,8 @@ void* SerialPortTool::extension(const char* id)
         return static_cast<ISerialUrgent*>(this);
     if (asked(ISerialSession::id))
         return static_cast<ISerialSession*>(this);
+    if (asked(ISerialPorts::id))
+        return static_cast<ISerialPorts*>(this);
     return asked(ISerialReopen::id) ? static_cast<ISerialReopen*>(this) : nullptr;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <valvecell/ISerialPort.h>
+#include <valvecell/ISerialPorts.h>
 #include <valvecell/ISerialReopen.h>
 #include <valvecell/ISerialSession.h>
 #include <valvecell/ISerialStatus.h>
@@ -20,6 +21,7 @@ class SerialPortTool : public ISerialPort,
                        public ISerialStatus,
                        public ISerialReopen,
                        public ISerialSession,
+                       public ISerialPorts,
                        public ISerialUrgent
 {
 public:
@@ -33,6 +35,8 @@ public:
     void send(const SComFrame* frame) override;
     void send(const SComFrame& frame, quint64 session) override;
     quint64 session() const override;
+    std::function<QVector<FoundPort>()> finder() const override;
+    QString problemOf(const QString& name) const override;
     void sendUrgent(const SComFrame& frame, quint64 session) override { send(frame, session); }
     void* extension(const char* id) override;
 

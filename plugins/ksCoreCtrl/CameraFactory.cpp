@@ -3,6 +3,7 @@
 #include "CameraEvents.h"
 #include "CameraFile.h"
 #include "VirtualCamera.h"
+#include "device/DeviceDriver.h"
 
 #include <QCoreApplication>
 
@@ -10,29 +11,26 @@
 
 namespace {
 
-struct Driver
-{
-    CameraType type;
-    QVector<CameraParameter> (*parameters)();
-    std::unique_ptr<Camera> (*make)(const CameraConfig& config, CameraEvents& events);
-};
-
-template <typename Type>
-constexpr Driver driver()
-{
-    return {Type::type, Type::parameters, [](const CameraConfig& config, CameraEvents& events) {
-                return std::unique_ptr<Camera>(std::make_unique<Type>(config, events));
-            }};
-}
+const CameraDriver virtualDriver{VirtualCamera::type, VirtualCamera::parameters,
+                                 [](const CameraConfig& config, CameraEvents& events) -> std::unique_ptr<Camera> {
+                                     return std::make_unique<VirtualCamera>(config, events);
+                                 },
+                                 nullptr};
 
 /// A new type of camera needs its class and an entry here.
-const Driver drivers[] = {driver<VirtualCamera>()};
-
-const Driver* driverOf(CameraType type)
+QVector<const CameraDriver*> drivers()
 {
+    QVector<const CameraDriver*> all{&virtualDriver, aravisDriver(), v4l2Driver()};
+    all.removeAll(nullptr);
+    return all;
+}
+
+const CameraDriver* driverOf(CameraType type)
+{
+    const auto all = drivers();
     const auto found =
-        std::find_if(std::begin(drivers), std::end(drivers), [type](const Driver& one) { return one.type == type; });
-    return found == std::end(drivers) ? nullptr : found;
+        std::find_if(all.begin(), all.end(), [type](const CameraDriver* one) { return one->type == type; });
+    return found == all.end() ? nullptr : *found;
 }
 
 /// Stands for a configured camera of a type that this module cannot drive.
@@ -49,9 +47,13 @@ public:
 
     void open() override {}
     void close() override {}
-    void trigger() override { m_events.notify(Topics::cameraUnusable, m_config.key, status().message); }
+    void trigger(std::optional<quint64> number) override
+    {
+        m_events.refuse(m_config.key, number, Topics::cameraUnusable, status().message);
+    }
     bool preview(ICameraPreview::Callback) override { return false; }
     CameraStatus status() const override;
+    CameraStatistics statistics() const override { return {}; }
     QVariantMap settings() const override { return {}; }
     bool accepts(const QVariantMap& settings, QString* error) const override;
     void apply(const QVariantMap&) override {}
@@ -84,7 +86,7 @@ bool DriverlessCamera::accepts(const QVariantMap&, QString* error) const
 
 std::unique_ptr<Camera> makeCamera(const CameraConfig& config, CameraEvents& events)
 {
-    if (const Driver* known = driverOf(CameraType(config.type)))
+    if (const CameraDriver* known = driverOf(CameraType(config.type)))
         return known->make(config, events);
     return std::make_unique<DriverlessCamera>(config, events);
 }
@@ -92,13 +94,23 @@ std::unique_ptr<Camera> makeCamera(const CameraConfig& config, CameraEvents& eve
 QVector<CameraType> drivenTypes()
 {
     QVector<CameraType> types;
-    for (const Driver& one : drivers)
-        types.append(one.type);
+    for (const CameraDriver* one : drivers())
+        types.append(one->type);
     return types;
 }
 
 QVector<CameraParameter> parametersOf(CameraType type)
 {
-    const Driver* known = driverOf(type);
+    const CameraDriver* known = driverOf(type);
     return known ? known->parameters() : QVector<CameraParameter>();
+}
+
+QVector<FoundCamera> findCameras()
+{
+    QVector<FoundCamera> found;
+    for (const CameraDriver* one : drivers()) {
+        if (one->find)
+            found += one->find();
+    }
+    return found;
 }

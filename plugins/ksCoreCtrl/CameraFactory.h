@@ -2,6 +2,7 @@
 
 #include "Camera.h"
 
+#include <valvecell/ICameraDiscovery.h>
 #include <valvecell/ICameraParameters.h>
 
 #include <memory>
@@ -18,3 +19,6 @@ QVector<CameraType> drivenTypes();
 
 /// The parameters of a camera of that type; empty for a type without a driver.
 QVector<CameraParameter> parametersOf(CameraType type);
+
+/// Looks for cameras of all types, in a steady order. Takes seconds; any thread.
+QVector<FoundCamera> findCameras();

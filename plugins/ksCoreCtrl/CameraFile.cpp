@@ -76,6 +76,7 @@ QString CameraFile::keyProblem(const QString& key)
 
 QVector<CameraConfig> CameraFile::read()
 {
+    const std::lock_guard<std::mutex> lock(m_mutex);
     const auto file = HomeFiles::readJson(m_path);
     if (file.state != HomeFiles::JsonRead::Good) {
         qWarning("camera configuration %s", qUtf8Printable(file.error));
@@ -121,6 +122,7 @@ bool CameraFile::fail(QString* error, const QString& reason)
 
 bool CameraFile::store(const QString& key, const QVariantMap& settings, QString* error)
 {
+    const std::lock_guard<std::mutex> lock(m_mutex);
     QJsonObject file = present();
     QJsonArray entries = file[camerasKey].toArray();
     const int at = indexOf(entries, key);
@@ -134,6 +136,7 @@ bool CameraFile::store(const QString& key, const QVariantMap& settings, QString*
 bool CameraFile::change(QVector<CameraConfig>* known, const QVector<CameraConfig>& added, const QStringList& removed,
                         QString* error)
 {
+    const std::lock_guard<std::mutex> lock(m_mutex);
     QJsonObject file = present();
     QJsonArray entries = file[camerasKey].toArray();
     for (const QString& key : removed) {

@@ -6,6 +6,8 @@
 #include <QVariantMap>
 #include <QVector>
 
+#include <mutex>
+
 /// One entry of camera.json.
 struct CameraConfig
 {
@@ -20,7 +22,7 @@ struct CameraConfig
 ///
 /// A file that is missing or cannot be read gives no camera. An entry without a key of its own is left out; one whose
 /// other values are wrong stays in, for the camera made from it to say what is wrong. Each loss is reported by a
-/// warning that names file and place. One thread.
+/// warning that names file and place. Any thread.
 class CameraFile
 {
     Q_DECLARE_TR_FUNCTIONS(CameraFile)
@@ -51,5 +53,6 @@ private:
     void warn(const QString& place, const char* what) const;
 
     const QString m_path;
+    std::mutex m_mutex; // protects the file, and what was read of it
     QJsonObject m_lastRead;
 };

@@ -18,6 +18,9 @@ public:
     /// Takes over all of the settings, or none and `error` says which is wrong.
     bool change(const QVariantMap& settings, QString* error);
 
+    /// Why the values as they are cannot be used: one that has to be given by somebody is not. Empty when they can.
+    QString problem() const { return CameraParameters::problem(m_camera, m_parameters(), m_values); }
+
     const QVariantMap& values() const { return m_values; }
     double number(const char* name) const { return m_values.value(QLatin1String(name)).toDouble(); }
     QString text(const char* name) const { return m_values.value(QLatin1String(name)).toString(); }

@@ -7,6 +7,11 @@
 
 CoreCtrl::CoreCtrl()
     : m_file(HomeFiles::home() + QStringLiteral("/user/camera.json"))
+    , m_features([this](const QString& key) { return camera(key); }, m_file)
+    , m_search([this](const auto& visit) {
+        for (int i = 0; i < m_keys.size(); ++i)
+            visit(m_keys[i], *m_cameras[size_t(i)]);
+    })
 {
 }
 
@@ -59,24 +64,40 @@ void CoreCtrl::retire(std::unique_ptr<Camera> camera)
     m_retired.push_back(std::async(std::launch::async, [gone = std::move(camera)] { gone->close(); }));
 }
 
-/// The callbacks go last, since a camera delivers its capture in hand while it closes.
+/// All cameras close at the same time, since each may take a while. The callbacks go last, since a camera delivers its
+/// capture in hand while it closes.
 void CoreCtrl::stop()
 {
     for (const auto& camera : m_cameras)
-        camera->close();
+        m_retired.push_back(std::async(std::launch::async, [closing = camera.get()] { closing->close(); }));
     m_retired.clear(); // waits for each
     m_events.setImageCallback({});
     m_events.setNotificationCallback({});
+    m_events.setCaptureCallback({});
 }
 
 void CoreCtrl::trigger(const QStringList& cameraKeys)
 {
-    for (const QString& key : cameraKeys) {
-        if (Camera* named = camera(key))
-            named->trigger();
-        else
-            m_events.notify(Topics::unknownCamera, key, tr("没有名为“%1”的相机").arg(key));
-    }
+    for (const QString& key : cameraKeys)
+        triggerOne(key, std::nullopt);
+}
+
+void CoreCtrl::setCaptureCallback(ICameraCapture::Callback callback)
+{
+    m_events.setCaptureCallback(std::move(callback));
+}
+
+void CoreCtrl::capture(const QString& cameraKey, quint64 number)
+{
+    triggerOne(cameraKey, number);
+}
+
+void CoreCtrl::triggerOne(const QString& key, std::optional<quint64> number)
+{
+    if (Camera* named = camera(key))
+        named->trigger(number);
+    else
+        m_events.refuse(key, number, Topics::unknownCamera, tr("没有名为“%1”的相机").arg(key));
 }
 
 void* CoreCtrl::extension(const char* id)
@@ -87,6 +108,12 @@ void* CoreCtrl::extension(const char* id)
         return static_cast<ICameraParameters*>(this);
     if (qstrcmp(id, ICameraList::id) == 0)
         return static_cast<ICameraList*>(this);
+    if (qstrcmp(id, ICameraCapture::id) == 0)
+        return static_cast<ICameraCapture*>(this);
+    if (qstrcmp(id, ICameraFeatures::id) == 0)
+        return static_cast<ICameraFeatures*>(&m_features);
+    if (qstrcmp(id, ICameraDiscovery::id) == 0)
+        return static_cast<ICameraDiscovery*>(&m_search);
     return qstrcmp(id, ICameraPreview::id) == 0 ? static_cast<ICameraPreview*>(this) : nullptr;
 }
 

@@ -3,7 +3,10 @@
 #include "Camera.h"
 #include "CameraEvents.h"
 #include "CameraFile.h"
+#include "CameraSearch.h"
+#include "FeatureDesk.h"
 
+#include <valvecell/ICameraCapture.h>
 #include <valvecell/ICameraList.h>
 #include <valvecell/ICameraParameters.h>
 #include <valvecell/ICameraPreview.h>
@@ -21,6 +24,7 @@ class CoreCtrl final : public ICoreCtrl,
                        public ICameraSettings,
                        public ICameraParameters,
                        public ICameraList,
+                       public ICameraCapture,
                        public ICameraPreview
 {
     Q_DECLARE_TR_FUNCTIONS(CoreCtrl)
@@ -49,6 +53,9 @@ public:
     bool isNewKey(const QString& key, QString* error) override;
     bool changeCameras(const QVector<CameraEntry>& put, const QStringList& removed, QString* error) override;
 
+    void setCaptureCallback(ICameraCapture::Callback callback) override;
+    void capture(const QString& cameraKey, quint64 number) override;
+
     bool preview(const QString& cameraKey, ICameraPreview::Callback callback) override;
 
 private:
@@ -56,6 +63,7 @@ private:
     Camera* camera(const QString& key) const;
     bool accepts(const CameraEntry& entry, QString* error);
     void bringIn(const CameraConfig& config);
+    void triggerOne(const QString& key, std::optional<quint64> number);
     /// The camera goes on a thread of its own, which stop() waits for.
     void retire(std::unique_ptr<Camera> camera);
 
@@ -64,4 +72,6 @@ private:
     QStringList m_keys; ///< parallel to m_cameras
     std::vector<std::unique_ptr<Camera>> m_cameras;
     std::vector<std::future<void>> m_retired; ///< cameras that close on threads of their own
+    FeatureDesk m_features;
+    CameraSearch m_search;
 };

@@ -2,6 +2,7 @@
 
 #include "CameraEvents.h"
 #include "CameraFile.h"
+#include "ImageFormat.h"
 
 #include <valvecell/HomeFiles.h>
 
@@ -13,25 +14,6 @@ namespace {
 
 /// What was delivered is being judged; decoding the next image meanwhile would share the processor with that.
 constexpr std::chrono::milliseconds restAfterImage(40);
-
-PixelFormat pixelFormat(const QImage& image)
-{
-    switch (image.format()) {
-    case QImage::Format_Grayscale8:
-        return PixelFormat::Gray8;
-    case QImage::Format_Grayscale16:
-        return PixelFormat::Gray16;
-    case QImage::Format_RGB888:
-        return PixelFormat::Rgb24;
-    case QImage::Format_BGR888:
-        return PixelFormat::Bgr24;
-    case QImage::Format_RGBX64:
-    case QImage::Format_RGBA64:
-        return PixelFormat::Rgb48;
-    default:
-        return image.isNull() ? PixelFormat::None : PixelFormat::Rgb32;
-    }
-}
 
 } // namespace
 
@@ -71,31 +53,39 @@ void VirtualCamera::close()
 {
     if (!m_thread.joinable())
         return;
+    std::deque<Trigger> dropped;
     {
         Lock lock(m_mutex);
         m_stopping = true;
-        m_triggers.resize(std::min<size_t>(m_triggers.size(), m_capturing ? 0 : 1));
+        const auto kept = m_triggers.begin() + (m_capturing || m_triggers.empty() ? 0 : 1);
+        dropped.assign(kept, m_triggers.end());
+        m_triggers.erase(kept, m_triggers.end());
     }
     m_wake.notify_all();
     m_thread.join();
     m_status.state = CameraState::Closed;
+    for (const Trigger& trigger : dropped)
+        m_events.refuse(m_key, trigger.number, Topics::noImage, tr("相机已关闭"));
     for (const auto& callback : m_previews)
         callback({}, tr("相机已关闭"));
     m_previews.clear();
 }
 
-void VirtualCamera::trigger()
+void VirtualCamera::trigger(std::optional<quint64> number)
 {
     const auto now = Clock::now();
     Lock lock(m_mutex);
-    const bool taken = m_triggers.size() < maxWaiting;
+    const bool closed = m_stopping;
+    const bool taken = !closed && m_triggers.size() < maxWaiting;
     if (taken)
-        m_triggers.push_back(now);
+        m_triggers.push_back({now, number});
     lock.unlock();
     if (taken)
         m_wake.notify_all();
+    else if (closed)
+        m_events.refuse(m_key, number, Topics::cameraUnusable, tr("相机已关闭"));
     else
-        m_events.notify(Topics::triggerDropped, m_key, tr("等待的触发过多，已丢弃一次触发"));
+        m_events.refuse(m_key, number, Topics::triggerDropped, tr("等待的触发过多，已丢弃一次触发"));
 }
 
 bool VirtualCamera::preview(ICameraPreview::Callback callback)
@@ -114,6 +104,12 @@ CameraStatus VirtualCamera::status() const
 {
     Lock lock(m_mutex);
     return m_status;
+}
+
+CameraStatistics VirtualCamera::statistics() const
+{
+    Lock lock(m_mutex);
+    return m_tally.statistics(Clock::now());
 }
 
 QVariantMap VirtualCamera::settings() const
@@ -183,7 +179,8 @@ VirtualCamera::Clock::duration VirtualCamera::delay() const
 /// Exposures follow each other: one begins with its trigger, or when the one before is through.
 void VirtualCamera::capture(Lock& lock)
 {
-    m_freeAt = std::max(m_triggers.front(), m_freeAt) + delay();
+    m_freeAt = std::max(m_triggers.front().at, m_freeAt) + delay();
+    const auto number = m_triggers.front().number;
     m_triggers.pop_front();
     m_capturing = true;
     if (m_ahead.image.isNull())
@@ -191,7 +188,7 @@ void VirtualCamera::capture(Lock& lock)
     m_wake.wait_until(lock, m_freeAt, [this] { return m_stopping; });
     noteImage(m_ahead.image);
     lock.unlock();
-    deliver();
+    deliver(number);
     lock.lock();
     m_capturing = false;
     m_readAheadDue = true;
@@ -203,17 +200,18 @@ void VirtualCamera::noteImage(const QImage& image)
         return;
     m_status.format = pixelFormat(image);
     m_status.size = image.size();
+    m_tally.image(Clock::now());
 }
 
-void VirtualCamera::deliver()
+void VirtualCamera::deliver(std::optional<quint64> number)
 {
     const ImageFolder::Shot shot = std::exchange(m_ahead, {});
     for (const QString& reason : shot.skipped)
         m_events.notify(Topics::imageSkipped, m_key, tr("已跳过无法读取的图像 %1").arg(reason));
     if (shot.image.isNull())
-        m_events.notify(Topics::noImage, m_key, status().message);
+        m_events.refuse(m_key, number, Topics::noImage, status().message);
     else
-        m_events.image(m_key, shot.image);
+        m_events.deliver(m_key, number, shot.image);
 }
 
 void VirtualCamera::readAhead(Lock& lock)

@@ -3,6 +3,7 @@
 #include "Camera.h"
 #include "CameraSettings.h"
 #include "ImageFolder.h"
+#include "device/CaptureTally.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -42,9 +43,10 @@ public:
 
     void open() override;
     void close() override;
-    void trigger() override;
+    void trigger(std::optional<quint64> number) override;
     bool preview(ICameraPreview::Callback callback) override;
     CameraStatus status() const override;
+    CameraStatistics statistics() const override;
     QVariantMap settings() const override;
     bool accepts(const QVariantMap& settings, QString* error) const override;
     void apply(const QVariantMap& settings) override;
@@ -52,6 +54,11 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
     using Lock = std::unique_lock<std::mutex>;
+    struct Trigger
+    {
+        Clock::time_point at;
+        std::optional<quint64> number;
+    };
 
     /// The thread. Each of the steps below is entered and left under the lock, and sets it free while it waits, reads
     /// or calls back.
@@ -60,7 +67,7 @@ private:
     /// What the status says of the last image.
     void noteImage(const QImage& image);
     /// Without the lock: the program may ask for the status from within its callback.
-    void deliver();
+    void deliver(std::optional<quint64> number);
     void readAhead(Lock& lock);
     void capturePreview(Lock& lock);
     /// Exposure and transfer, under the lock.
@@ -84,8 +91,9 @@ private:
     bool m_capturing = false;
     CameraSettings m_settings;
     QString m_folder; ///< full path; empty while a setting is wrong
-    std::deque<Clock::time_point> m_triggers;
+    std::deque<Trigger> m_triggers;
     std::deque<ICameraPreview::Callback> m_previews;
     Clock::time_point m_freeAt; ///< when the capture before is through
+    CaptureTally m_tally;
     CameraStatus m_status;
 };

@@ -117,31 +117,41 @@ void JsonWriteVisitor::append(const ConfigKey& key, const QByteArray& json)
 {
     if (!m_lines.isEmpty())
         m_lines += ",\n";
+    m_lines += m_indent + quoted(key) + ": " + json;
+}
+
+void JsonWriteVisitor::appendField(const ConfigKey& key, const QByteArray& json)
+{
+    append(key, m_kept.contains(key) ? jsonText(m_kept.value(key)) : json);
+}
+
+void JsonWriteVisitor::appendObject(const ConfigKey& key, const QByteArray& json)
+{
     const QJsonValue kept = m_kept.value(key);
-    m_lines += m_indent + quoted(key) + ": " + (kept.isUndefined() || kept.isObject() ? json : jsonText(kept));
+    append(key, kept.isUndefined() || kept.isObject() ? json : jsonText(kept));
 }
 
 void JsonWriteVisitor::field(const ConfigKey& key, const QString& value, const QString&)
 {
-    append(key, quoted(value));
+    appendField(key, quoted(value));
 }
 
 void JsonWriteVisitor::field(const ConfigKey& key, bool value, bool)
 {
-    append(key, value ? "true" : "false");
+    appendField(key, value ? "true" : "false");
 }
 
 void JsonWriteVisitor::field(const ConfigKey& key, int value, int)
 {
-    append(key, QByteArray::number(value));
+    appendField(key, QByteArray::number(value));
 }
 
 void JsonWriteVisitor::field(const ConfigKey& key, double value, double)
 {
     if (std::isfinite(value))
-        append(key, QLocale::c().toString(value, 'g', QLocale::FloatingPointShortest).toLatin1());
+        appendField(key, QLocale::c().toString(value, 'g', QLocale::FloatingPointShortest).toLatin1());
     else
-        append(key, quoted(nonFiniteText(value)));
+        appendField(key, quoted(nonFiniteText(value)));
 }
 
 QByteArray JsonWriteVisitor::text() const

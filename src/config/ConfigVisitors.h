@@ -150,7 +150,7 @@ public:
     {
         JsonWriteVisitor inner(m_kept.value(key).toObject(), m_indent.size() / 4 + 1);
         visit(inner);
-        append(key, inner.text());
+        appendObject(key, inner.text());
     }
 
     /// The whole object, braces included.
@@ -158,6 +158,8 @@ public:
 
 private:
     void append(const ConfigKey& key, const QByteArray& json);
+    void appendField(const ConfigKey& key, const QByteArray& json);
+    void appendObject(const ConfigKey& key, const QByteArray& json);
 
     QJsonObject m_kept;
     QByteArray m_indent;

@@ -21,6 +21,7 @@ public:
     QString appDir;            ///< the home; not stored
     qint32 cleanDays{};        ///< days that images are kept
     qint32 cleanDirDays{};     ///< days that folders are kept
+    qint32 recordDays{};       ///< days that results and the system log are kept; 0: for ever
     qint32 minFreeSpace{};     ///< GiB that are to stay free
     bool cleanSrcImages{};     ///< delete source images by age
     bool cleanRltImages{};     ///< delete result images by age
@@ -54,6 +55,7 @@ public:
         visitor.setting({lineGroup, "Baute"}, baudRate, 115200, {1, 10000000}); // spelled so in every plant's file
         visitor.setting({cleanerGroup, "days"}, cleanDays, 7, {1, 36500});
         visitor.setting({cleanerGroup, "days_dir"}, cleanDirDays, 30, {1, 36500});
+        visitor.setting({cleanerGroup, "days_records"}, recordDays, 1095, {0, 36500});
         visitor.setting({cleanerGroup, "spacesize"}, minFreeSpace, 10, {0, 1000000});
         visitor.setting({cleanerGroup, "Enable_RltImg"}, cleanRltImages, false);
         visitor.setting({cleanerGroup, "Enable_SrcImg"}, cleanSrcImages, false);

@@ -24,6 +24,9 @@ public:
     static QString createTableSql(const QString& table, const QString& keyColumn, const QString& keyType,
                                   const SqlValueMap& columns);
 
+    /// Before it is opened: whose time the pauses between two attempts go by; the system's by default.
+    void setScheduler(Scheduler& scheduler) { m_store.setScheduler(scheduler); }
+
     /// What happened when the file was opened last; its text has been logged.
     const SqliteFile::OpenReport& openReport() const { return m_store.openReport(); }
     const QStringList& keptAside() const { return m_store.keptAside(); }

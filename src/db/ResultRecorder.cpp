@@ -2,10 +2,6 @@
 
 #include "db/SqlText.h"
 
-#include <valvecell/HomeFiles.h>
-
-#include <QJsonArray>
-
 namespace {
 
 /// Waiting rows go in by portions, so that the thread is free between them.
@@ -22,75 +18,6 @@ StationResult madeCarriable(StationResult result)
     return result;
 }
 
-QJsonObject toJson(const PartRecord& part)
-{
-    return {{"station", part.station},
-            {"model", part.model},
-            {"plcIndex", part.plcIndex},
-            {"outcome", int(part.outcome)},
-            {"angle", part.angle},
-            {"x", part.x},
-            {"y", part.y},
-            {"score", part.score},
-            {"imageMs", part.imageMs},
-            {"resultMs", part.resultMs},
-            {"replyMs", part.replyMs},
-            {"user", part.user},
-            {"calibration", part.calibration},
-            {"sourceImage", part.sourceImage}};
-}
-
-PartRecord partOf(const QJsonObject& json)
-{
-    PartRecord part;
-    part.station = json["station"].toInt();
-    part.model = json["model"].toString();
-    part.plcIndex = json["plcIndex"].toInt();
-    part.outcome = PartOutcome(json["outcome"].toInt(int(PartOutcome::NotFound)));
-    part.angle = json["angle"].toDouble();
-    part.x = json["x"].toDouble();
-    part.y = json["y"].toDouble();
-    part.score = json["score"].toDouble();
-    part.imageMs = json["imageMs"].toDouble(-1);
-    part.resultMs = json["resultMs"].toDouble(-1);
-    part.replyMs = json["replyMs"].toDouble(-1);
-    part.user = json["user"].toString();
-    part.calibration = json["calibration"].toString();
-    part.sourceImage = json["sourceImage"].toString();
-    return part;
-}
-
-QJsonObject toJson(const StationResult& result, const QDateTime& time)
-{
-    return {{"part", toJson(result.part)},
-            {"time", time.toString(Qt::ISODateWithMs)},
-            {"dAngle", result.angle},
-            {"errorType", result.errorType},
-            {"matchScore", result.matchScore},
-            {"resultTip", result.resultTip},
-            {"threshBenchMark", result.threshBenchMark},
-            {"stationName", result.stationName},
-            {"value1", result.value1},
-            {"value2", result.value2},
-            {"value3", result.value3}};
-}
-
-StationResult resultOf(const QJsonObject& json)
-{
-    StationResult result;
-    result.angle = json["dAngle"].toDouble();
-    result.errorType = json["errorType"].toInt();
-    result.matchScore = json["matchScore"].toDouble();
-    result.resultTip = json["resultTip"].toString();
-    result.threshBenchMark = json["threshBenchMark"].toString();
-    result.stationName = json["stationName"].toString();
-    result.value1 = json["value1"].toString();
-    result.value2 = json["value2"].toString();
-    result.value3 = json["value3"].toString();
-    result.part = partOf(json["part"].toObject());
-    return madeCarriable(result);
-}
-
 } // namespace
 
 ResultRecorder::ResultRecorder(StationDB& database, QObject* parent)
@@ -102,10 +29,11 @@ ResultRecorder::ResultRecorder(StationDB& database, Rules rules, QObject* parent
     : QObject(parent)
     , m_database(database)
     , m_rules(std::move(rules))
+    , m_file(database.path() + QStringLiteral(".waiting.json"))
     , m_retry(m_rules.scheduler->timer(Scheduler::SingleShot, [this] { retry(); }))
     , m_fillIn(m_rules.scheduler->timer(Scheduler::SingleShot, [this] { fillInParts(); }))
 {
-    readSpill();
+    readFile();
     m_fillIn->start(m_rules.retryMs);
 }
 
@@ -115,51 +43,46 @@ ResultRecorder::~ResultRecorder()
         m_waiting.pop_front();
     if (m_waiting.empty())
         enterPictures();
-    writeSpill();
+    endWaiting();
 }
 
-void ResultRecorder::readSpill()
+void ResultRecorder::readFile()
 {
-    const HomeFiles::JsonRead spill = HomeFiles::readJson(spillPath());
-    m_spillExists = spill.state != HomeFiles::JsonRead::Missing;
-    if (spill.state == HomeFiles::JsonRead::Damaged)
-        SystemLog::warning(
-            tr("未写入的结果不能读取：%1，原文件保留为%2").arg(spill.error, HomeFiles::keepAside(spillPath())));
-    const QJsonArray rows = spill.object["rows"].toArray();
-    for (const QJsonValue& row : rows) {
-        const QJsonObject json = row.toObject();
-        const QDateTime time = QDateTime::fromString(json["time"].toString(), Qt::ISODateWithMs);
-        m_waiting.push_back({resultOf(json), time, {}, true});
-    }
-    if (m_spillExists)
+    const QVector<WaitingRow> rows = m_file.read();
+    for (const WaitingRow& row : rows)
+        m_waiting.push_back({row, {}, true});
+    if (m_file.exists())
         m_retry->start(0);
 }
 
 /// The file goes only when all of its rows are in the database: after a crash in between none is lost, and insert()
 /// sees to it that none goes in twice.
-void ResultRecorder::writeSpill()
+bool ResultRecorder::writeFile(QString* error)
 {
-    if (m_waiting.empty()) {
-        if (m_spillExists)
-            QFile::remove(spillPath());
-        m_spillExists = false;
-        return;
-    }
-    QJsonArray rows;
+    std::deque<const WaitingRow*> rows;
     for (const Row& row : m_waiting)
-        rows.append(toJson(row.result, row.time));
+        rows.push_back(&row);
+    if (!rows.empty())
+        return m_file.write(rows, error);
+    m_file.remove();
+    return true;
+}
+
+void ResultRecorder::endWaiting()
+{
     QString error;
-    if (HomeFiles::writeJson(spillPath(), {{"rows", rows}}, &error))
-        SystemLog::warning(tr("%1条结果暂存于%2，下次启动时写入数据库").arg(waiting()).arg(spillPath()));
-    else
+    if (!writeFile(&error))
         SystemLog::warning(tr("%1条结果未能写入数据库%2").arg(waiting()).arg(m_database.path()) + QStringLiteral(": ") +
                            error);
+    else if (!m_waiting.empty())
+        SystemLog::warning(tr("%1条结果暂存于%2，下次启动时写入数据库").arg(waiting()).arg(m_file.path()));
 }
 
 /// Behind rows that wait, so that all go in in their order.
 void ResultRecorder::record(const StationResult& result, const QString& picture)
 {
-    Row row{madeCarriable(result), m_rules.scheduler->now(), picture};
+    Row row{{madeCarriable(result), m_rules.scheduler->now()}, picture};
+    row.alike = countAlike(row);
     if (!m_waiting.empty() || !insert(row))
         keep(std::move(row));
 }
@@ -171,11 +94,21 @@ void ResultRecorder::fillInParts()
         m_fillIn->start(m_rules.retryMs);
 }
 
+int ResultRecorder::countAlike(const Row& row)
+{
+    if (row.time != m_moment)
+        m_ofMoment.clear();
+    m_moment = row.time;
+    const QStringList looks{row.result.stationName, row.result.value2, row.result.value3};
+    m_ofMoment.append(looks);
+    return m_ofMoment.count(looks) - 1;
+}
+
 bool ResultRecorder::insert(const Row& row)
 {
     if (!m_database.isOpen() && !m_database.open())
         return false;
-    if (row.spilled && m_database.contains(row.result, row.time))
+    if (row.spilled && m_database.countAlike(row.result, row.time) > row.alike)
         return true;
     if (!m_database.insertResult(row.result, row.time))
         return false;
@@ -218,11 +151,14 @@ void ResultRecorder::enterPictures()
 void ResultRecorder::keep(Row row)
 {
     m_fault.failed(tr("结果暂不能写入数据库%1，稍后补写：%2").arg(m_database.path(), m_database.lastError()));
+    m_file.add(row);
     m_waiting.push_back(std::move(row));
     while (waiting() > m_rules.maxWaiting) {
         m_waiting.pop_front();
         ++m_givenUp;
     }
+    if (m_file.lines() > 2 * m_rules.maxWaiting)
+        writeFile();
     if (!m_retry->isActive())
         m_retry->start(m_rules.retryMs);
 }
@@ -237,12 +173,14 @@ void ResultRecorder::retry()
             m_waiting.pop_front();
     }
     if (m_waiting.empty()) {
-        writeSpill();
+        m_file.remove();
         enterPictures();
         m_fault.over(
             tr("结果已补写入数据库，期间%1条延迟，其中%2条丢弃").arg(QStringLiteral("%1"), QString::number(m_givenUp)));
         m_givenUp = 0;
     } else {
+        if (!m_file.isComplete())
+            writeFile();
         m_retry->start(good ? 0 : m_rules.retryMs);
     }
     emit retried(waiting());

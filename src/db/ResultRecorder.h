@@ -1,7 +1,7 @@
 #pragma once
 
 #include "common/Scheduler.h"
-#include "db/StationDB.h"
+#include "db/WaitingRows.h"
 #include "db/log/LogLine.h"
 
 #include <QHash>
@@ -10,9 +10,9 @@
 #include <deque>
 
 /// Sees to it that the row of every answered part gets into the database: a row that it refuses for the moment (disk
-/// full, folder gone or read-only, another program writing) waits in memory and goes in, in its order and with its own
-/// time, when it can. Rows that still wait at the end of the program go to a file beside the database, and from it into
-/// the database at the next start. A fault is logged when it begins and when it is over. GUI thread.
+/// full, folder gone or read-only, another program writing) waits and goes in, in its order and with its own time, when
+/// it can. Meanwhile it stands in a file beside the database, from which it goes into the database at the next start if
+/// the program ends or dies before. A fault is logged when it begins and when it is over. GUI thread.
 class ResultRecorder : public QObject
 {
     Q_OBJECT
@@ -45,11 +45,9 @@ signals:
     void retried(int waiting);
 
 private:
-    struct Row
+    struct Row : WaitingRow
     {
-        StationResult result;
-        QDateTime time;
-        QString picture = {}; ///< that is being written
+        QString picture;      ///< that is being written
         bool spilled = false; ///< from the file, and perhaps in the database already
     };
     struct Named
@@ -61,20 +59,24 @@ private:
     /// Writes what waits, as long as it goes in; takes at most some milliseconds of the thread at a time.
     void retry();
     bool insert(const Row& row);
+    int countAlike(const Row& row);
     void enterPictures();
     void fillInParts();
-    void readSpill();
-    void writeSpill();
-    QString spillPath() const { return m_database.path() + QStringLiteral(".waiting.json"); }
+    void readFile();
+    /// All rows that wait; without any the file goes. `error` may be null.
+    bool writeFile(QString* error = nullptr);
+    void endWaiting();
     /// For retry(); gives up the oldest beyond the limit.
     void keep(Row row);
 
     StationDB& m_database;
     const Rules m_rules;
     std::deque<Row> m_waiting;
+    WaitingRowsFile m_file;
     QHash<QString, Named> m_pictures;             ///< rows whose picture is being written
     QVector<QPair<QString, Named>> m_toBeEntered; ///< saved pictures, for the database
-    bool m_spillExists = false;
+    QDateTime m_moment;                           ///< of the last row
+    QVector<QStringList> m_ofMoment;              ///< what tells apart the rows of that moment
     int m_givenUp = 0;
     FaultNotice m_fault;
     std::unique_ptr<Scheduler::Timer> m_retry;

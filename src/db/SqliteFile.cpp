@@ -219,6 +219,17 @@ QString keepAside(const QString& path, bool readOnly)
 
 } // namespace
 
+QString logPath(const QString& path)
+{
+    return path + QLatin1String(logTails[0]);
+}
+
+void keepLogAside(const QString& path)
+{
+    for (const char* tail : logTails)
+        HomeFiles::keepAside(path + QLatin1String(tail), QStringLiteral("replaced"));
+}
+
 /// A file that cannot be renamed stays, and nothing is recorded: data is never overwritten.
 OpenReport beginFresh(SqlConnection& connection, const OpenRules& rules, const Unfit& unfit)
 {
@@ -328,7 +339,7 @@ bool openForReading(SqlConnection& connection, QString* error, bool* frozen)
 
 bool needsReopening(const SqlConnection& connection)
 {
-    return !connection.isOpen() || isUnfit(connection) || !QFileInfo::exists(connection.database().databaseName());
+    return !connection.isOpen() || isUnfit(connection);
 }
 
 QString describe(const SqlConnection& connection, const QString& what)

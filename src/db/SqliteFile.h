@@ -67,9 +67,15 @@ Unfit whyUnfit(const SqlConnection& connection, const OpenRules& rules);
 /// as a read-only copy, is opened as it stands when no log beside it holds more; `frozen` says so.
 bool openForReading(SqlConnection& connection, QString* error, bool* frozen = nullptr);
 
-/// True for errors after which only openForWriting() anew helps: the file is damaged, is not a database (any more), has
-/// become read-only or was moved away.
+/// True for errors after which only openForWriting() anew helps: the file is damaged, is not a database (any more), or
+/// has become read-only.
 bool needsReopening(const SqlConnection& connection);
+
+/// Where a file's write-ahead log lies.
+QString logPath(const QString& path);
+
+/// Renames a log whose file is another now, which must not be taken for that one's.
+void keepLogAside(const QString& path);
 
 /// One line: file, what was tried, reason.
 QString describe(const SqlConnection& connection, const QString& what);

@@ -1,5 +1,7 @@
 #include "db/SqliteStore.h"
 
+#include "platform/System.h"
+
 #include <QCoreApplication>
 
 namespace {
@@ -23,20 +25,41 @@ SqliteStore::SqliteStore(const QString& path, SqliteFile::OpenRules rules, const
         m_connection.database().setDatabaseName(path);
 }
 
+SqliteStore::~SqliteStore()
+{
+    disconnect();
+}
+
 bool SqliteStore::open()
 {
     if (!m_isFile)
         return m_connection.isOpen() || m_connection.database().open();
     m_wanted = true;
-    if (m_connection.isOpen() && !SqliteFile::needsReopening(m_connection))
+    if (!needsReopening())
         return true;
     const bool due = m_pauseMs == 0 || m_scheduler->elapsedNs() >= m_nextAttemptNs;
     return due && reopen();
 }
 
+/// A file that was moved away, or whose name another has now, would take what nobody ever reads.
+bool SqliteStore::needsReopening() const
+{
+    return SqliteFile::needsReopening(m_connection) || platform::fileIdentity(path()) != m_identity;
+}
+
+/// SQLite leaves the log of a file that lost its name, and would take it for that of the file which has the name now.
+void SqliteStore::disconnect()
+{
+    const bool replaced = m_connection.isOpen() && platform::fileIdentity(path()) != m_identity;
+    const bool logIsOwn = replaced && platform::fileIdentity(SqliteFile::logPath(path())) == m_logIdentity;
+    m_connection.database().close();
+    if (logIsOwn)
+        SqliteFile::keepLogAside(path());
+}
+
 void SqliteStore::close()
 {
-    m_connection.database().close();
+    disconnect();
     m_wanted = false;
     m_pauseMs = 0;
 }
@@ -44,6 +67,7 @@ void SqliteStore::close()
 /// \param unfit why the file is to be put aside for a fresh one, if it is
 bool SqliteStore::reopen(const SqliteFile::Unfit& unfit)
 {
+    disconnect();
     // A thread that writes waits for another program once, not again and again.
     SqliteFile::OpenRules rules = m_rules;
     rules.waitWhileOpening = m_pauseMs == 0;
@@ -53,6 +77,8 @@ bool SqliteStore::reopen(const SqliteFile::Unfit& unfit)
     m_pauseMs = m_report.open ? 0 : qBound(firstPauseMs, 2 * m_pauseMs, longestPauseMs);
     m_nextAttemptNs = m_scheduler->elapsedNs() + qint64(m_pauseMs) * 1000000;
     m_openings += m_report.open ? 1 : 0;
+    m_identity = platform::fileIdentity(path());
+    m_logIdentity = platform::fileIdentity(SqliteFile::logPath(path()));
     return m_report.open;
 }
 
@@ -66,8 +92,7 @@ void SqliteStore::logReport()
     if (!m_report.open)
         m_fault.failed(m_report.text);
     else if (m_fault.lasts())
-        m_fault.over(Texts::tr("数据库%1已能使用，此前%2次打开失败")
-                         .arg(m_connection.database().databaseName(), QStringLiteral("%1")));
+        m_fault.over(Texts::tr("数据库%1已能使用，此前%2次打开失败").arg(path(), QStringLiteral("%1")));
 }
 
 bool SqliteStore::run(const std::function<bool(SqlConnection&)>& statements)
@@ -78,7 +103,7 @@ bool SqliteStore::run(const std::function<bool(SqlConnection&)>& statements)
     }
     if (statements(m_connection))
         return true;
-    if (!m_wanted || !SqliteFile::needsReopening(m_connection) || !reopen())
+    if (!m_wanted || !needsReopening() || !reopen())
         return false;
     if (statements(m_connection))
         return true;

@@ -20,6 +20,8 @@ public:
     SqliteStore(const QString& path, SqliteFile::OpenRules rules,
                 const QString& driverType = QStringLiteral("QSQLITE"));
 
+    ~SqliteStore();
+
     /// True when the file is open with all its tables. Otherwise tries to open it, when the pause is over.
     bool open();
     /// Until the next open() every statement fails.
@@ -54,6 +56,9 @@ public:
     int openings() const { return m_openings; }
 
 private:
+    QString path() const { return m_connection.database().databaseName(); }
+    bool needsReopening() const;
+    void disconnect();
     bool reopen(const SqliteFile::Unfit& unfit = {});
     void logReport();
 
@@ -64,6 +69,8 @@ private:
     SqliteFile::OpenReport m_report;
     FaultNotice m_fault;
     QStringList m_keptAside;
+    quint64 m_identity = 0; ///< of the file that is open
+    quint64 m_logIdentity = 0;
     qint64 m_nextAttemptNs = 0;
     int m_pauseMs = 0; ///< 0: the next attempt is due at once
     int m_openings = 0;

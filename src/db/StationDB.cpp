@@ -109,13 +109,31 @@ bool StationDB::setPicture(qint64 row, const QDateTime& time, const QString& pat
     return succeeded();
 }
 
-bool StationDB::contains(const StationResult& result, const QDateTime& time)
+int StationDB::countAlike(const StationResult& result, const QDateTime& time)
 {
     const QString where = QStringLiteral("time = '%1' AND stationName = '%2' AND value2 = '%3' AND value3 = '%4'");
     QSqlQuery query = store().exec(SqlBuilder::selectSql(
-        resultTable, {QStringLiteral("uid")},
+        resultTable, {QStringLiteral("count(*)")},
         SqlBuilder::filled(where, {timeText(time), result.stationName, result.value2, result.value3})));
-    return query.next();
+    return query.next() ? query.value(0).toInt() : 0;
+}
+
+RowThinner& StationDB::thinner()
+{
+    if (!m_thinner)
+        m_thinner = std::make_unique<RowThinner>(
+            RowThinner::Table{resultTable, QStringLiteral("uid"), QStringLiteral("time")}, scheduler());
+    return *m_thinner;
+}
+
+int StationDB::thin()
+{
+    if (!isOpen())
+        return RowThinner::msWhenHeld;
+    const RowThinner::Step step = thinner().step(store().connection());
+    if (step.rows > 0)
+        committed();
+    return step.nextMs;
 }
 
 QDateTime StationDB::lastTime()

@@ -2,6 +2,7 @@
 
 #include "db/DataBaseSql.h"
 #include "db/PartRecord.h"
+#include "db/RowThinner.h"
 
 #include <QDateTime>
 #include <QMetaType>
@@ -54,8 +55,13 @@ public:
     qint64 lastRow() const { return m_lastRow; }
     /// Enters a picture's path into the row of this number and time.
     bool setPicture(qint64 row, const QDateTime& time, const QString& path);
-    /// Whether the table has this row already.
-    bool contains(const StationResult& result, const QDateTime& time);
+    /// How many rows like this one the table has: two parts of one moment may look alike.
+    int countAlike(const StationResult& result, const QDateTime& time);
+
+    /// Deletes a few of the rows that are too old; see RowThinner. Returns when to call it again, milliseconds.
+    int thin();
+    /// Of the scheduler that setScheduler() gave.
+    RowThinner& thinner();
 
     /// Takes some rows of earlier versions into "PartTable"; false when none is left, or none can be taken now.
     bool fillInParts(int count);
@@ -73,4 +79,5 @@ private:
     bool insertPart(SqlConnection& connection, const StationResult& result, const QDateTime& time);
 
     qint64 m_lastRow = 0;
+    std::unique_ptr<RowThinner> m_thinner;
 };

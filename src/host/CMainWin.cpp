@@ -119,7 +119,7 @@ void CMainWin::dress()
 
 void CMainWin::createWorkflow()
 {
-    const SystemLog::ksLogDB* const log = &SystemLog::ksSysLog::instance()->database();
+    SystemLog::ksLogDB* const log = &SystemLog::ksSysLog::instance()->database();
     m_cell =
         std::make_unique<Cell>(Cell::Ground{platform::home(), *ksSysConfig::instance(), *ksGlobalConfig::instance(),
                                             *CellLimits::instance(), log, Scheduler::system()},

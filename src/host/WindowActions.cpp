@@ -27,6 +27,7 @@
 #include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
 #include <valvecell/IDesignerEdits.h>
+#include <valvecell/ISerialPorts.h>
 #include <valvecell/IUserAudit.h>
 #include <valvecell/IUserCtrl.h>
 
@@ -269,6 +270,7 @@ void WindowActions::openSettings()
     settings->setCameras(core ? core->cameraKeys() : QStringList());
     settings->setSolutions(m_engineList);
     settings->setLanguages(LanguageSwitch::available());
+    settings->setPorts(extensionOf<ISerialPorts>(m_parts.cell.port()));
     settings->setOneStation(hasOneStation());
     if (const CellRecords* records = m_parts.cell.records())
         settings->setImageDisk(records->health().freeMiB, records->isKeepingShortened());

@@ -1,6 +1,7 @@
 #include "look/LanguageSwitch.h"
 
 #include "config/ksSysConfig.h"
+#include "look/Catalogue.h"
 #include "platform/AppHome.h"
 
 #include <QCoreApplication>
@@ -29,8 +30,8 @@ QStringList places()
 /// What the files of a language gave.
 struct Catalogues
 {
-    std::vector<std::unique_ptr<QTranslator>> loaded; ///< later ones win
-    QStringList refused;                              ///< paths of files that are no translation
+    std::vector<std::unique_ptr<Catalogue>> loaded; ///< later ones win
+    QStringList refused;                            ///< paths of files that are no translation
 
     explicit Catalogues(const QString& language)
     {
@@ -71,9 +72,9 @@ private:
                 continue;
             }
             // Kept: every file is tried, whatever its suffix; what is no translation does not load.
-            auto translator = std::make_unique<QTranslator>();
-            if (translator->load(entry.filePath()))
-                loaded.push_back(std::move(translator));
+            auto catalogue = std::make_unique<Catalogue>();
+            if (catalogue->read(entry.filePath()))
+                loaded.push_back(std::move(catalogue));
             else
                 refused.append(QDir::toNativeSeparators(entry.filePath()));
         }

@@ -40,7 +40,7 @@ QString what(const Alarm& alarm)
     case Alarm::FileGone:
         return Texts::tr("文件%1被删除，请恢复").arg(QFileInfo(alarm.subject).fileName());
     case Alarm::PortLost:
-        return Texts::tr("PLC串口断开：%1").arg(withReason(alarm));
+        return Texts::tr("PLC串口断开：%1").arg(alarm.detail.isEmpty() ? alarm.subject : alarm.detail);
     case Alarm::PlcSilent:
         return Texts::tr("PLC没有发送数据");
     case Alarm::ConfigDamaged:
@@ -84,7 +84,9 @@ Help helpOf(const Alarm& alarm)
     case Alarm::Starting:
         return {Texts::tr("请稍候"), "", {}};
     case Alarm::PortLost:
-        return {Texts::tr("检查串口线和端口设置，恢复后自动连接"), "actionSystem", Texts::tr("系统设置")};
+        return {alarm.detail.isEmpty() ? Texts::tr("检查串口线和端口设置，恢复后自动连接")
+                                       : Texts::tr("恢复后自动连接"),
+                "actionSystem", Texts::tr("系统设置")};
     case Alarm::PlcSilent:
         return {Texts::tr("检查PLC是否运行、波特率和接线"), "actionPlc", Texts::tr("PLC监视")};
     case Alarm::CameraLost:

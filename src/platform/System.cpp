@@ -8,10 +8,11 @@
 #else
 #include <QFile>
 #include <QFileInfo>
-#include <QStorageInfo>
 
+#include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 #endif
 #ifdef __GLIBC__
@@ -49,10 +50,31 @@ bool flushFile(const QString& path)
     return flushed;
 }
 
+quint64 fileIdentity(const QString& path)
+{
+    return GetFileAttributesW(reinterpret_cast<LPCWSTR>(path.utf16())) != INVALID_FILE_ATTRIBUTES ? 1 : 0;
+}
+
 qint64 residentMemoryKiB()
 {
     PROCESS_MEMORY_COUNTERS counters;
     return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) ? counters.WorkingSetSize / 1024 : 0;
+}
+
+std::optional<double> processorTimeMs(qint64 processId)
+{
+    const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(processId));
+    FILETIME born;
+    FILETIME ended;
+    FILETIME kernel;
+    FILETIME user;
+    const bool known = process && GetProcessTimes(process, &born, &ended, &kernel, &user);
+    if (process)
+        CloseHandle(process);
+    if (!known)
+        return {};
+    const auto ticks = [](FILETIME time) { return double(quint64(time.dwHighDateTime) << 32 | time.dwLowDateTime); };
+    return (ticks(kernel) + ticks(user)) / 1e4; // of 100 ns
 }
 
 void keepOthersOut() {}
@@ -81,9 +103,11 @@ qint64 freeSpaceMiB(const QString& folder)
     QString existing = folder;
     while (!existing.isEmpty() && !QFileInfo::exists(existing) && existing != QFileInfo(existing).path())
         existing = QFileInfo(existing).path();
-    const QStorageInfo storage(existing);
+    struct statvfs storage = {};
+    if (::statvfs(QFile::encodeName(existing).constData(), &storage) != 0)
+        return -1;
     // Blocks that are reserved for the administrator are of no use to the cell.
-    return storage.isValid() && storage.isReady() ? storage.bytesAvailable() / 1024 / 1024 : -1;
+    return static_cast<qint64>(storage.f_bavail) * static_cast<qint64>(storage.f_frsize) / 1024 / 1024;
 }
 
 bool flushFile(const QString& path)
@@ -96,6 +120,15 @@ bool flushFile(const QString& path)
     return flushed;
 }
 
+/// The number of the file, and a part for the device: a folder may be mounted over.
+quint64 fileIdentity(const QString& path)
+{
+    struct stat file = {};
+    if (::stat(QFile::encodeName(path).constData(), &file) != 0)
+        return 0;
+    return static_cast<quint64>(file.st_ino) + (static_cast<quint64>(file.st_dev) << 48);
+}
+
 qint64 residentMemoryKiB()
 {
     QFile statm(QStringLiteral("/proc/self/statm"));
@@ -103,6 +136,15 @@ qint64 residentMemoryKiB()
         return 0;
     const QList<QByteArray> fields = statm.readAll().split(' ');
     return fields.size() > 1 ? fields[1].toLongLong() * sysconf(_SC_PAGESIZE) / 1024 : 0;
+}
+
+std::optional<double> processorTimeMs(qint64 processId)
+{
+    clockid_t clock{};
+    timespec used{};
+    if (clock_getcpuclockid(static_cast<pid_t>(processId), &clock) != 0 || clock_gettime(clock, &used) != 0)
+        return {};
+    return double(used.tv_sec) * 1e3 + double(used.tv_nsec) / 1e6;
 }
 
 void keepOthersOut()

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <optional>
+
 /// What the program asks of the operating system beyond what its libraries do. Any thread.
 namespace platform {
 
@@ -12,8 +14,16 @@ qint64 freeSpaceMiB(const QString& folder);
 /// Waits until the disk holds everything written to the file so far, by whomever. False when it cannot.
 bool flushFile(const QString& path);
 
+/// Tells the file under a name from another that took its name while the first is open; 0 when there is none. On
+/// Windows nobody can replace an open file: a number that says no more than that there is one.
+quint64 fileIdentity(const QString& path);
+
 /// The process's resident memory in KiB; 0 when the platform does not say.
 qint64 residentMemoryKiB();
+
+/// The processor time in milliseconds that a process has used on all cores; nothing when there is no such process or it
+/// is not ours to see.
+std::optional<double> processorTimeMs(qint64 processId);
 
 /// From now on files and folders are made without rights for those who are neither owner nor of the group, whatever the
 /// user's habit is; on Windows the folder above decides. At the start.

@@ -149,6 +149,7 @@ void Cell::prepareImageFolders()
 
 void Cell::openResultDatabase()
 {
+    m_records->setLog(m_ground.systemLog);
     m_records->openResultDatabase();
     m_road.results().setStore(m_records->store());
     m_watch.setRecords(m_records.get());

@@ -31,7 +31,8 @@ public:
         const ksSysConfig& settings;
         ksGlobalConfig& config;
         const CellLimits& limits;
-        const SystemLog::ksLogDB* systemLog; ///< whose faults are alarms; may be null
+        SystemLog::ksLogDB*
+            systemLog; ///< whose faults are alarms, and whose lines are kept as the records; may be null
         Scheduler& scheduler;
     };
 

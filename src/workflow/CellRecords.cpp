@@ -5,6 +5,7 @@
 #include "db/ResultRecorder.h"
 #include "db/archive/ImageArchive.h"
 #include "db/archive/QDiskCleanThread.h"
+#include "db/log/ksLogDB.h"
 #include "workflow/ModelManager.h"
 
 #include <QDir>
@@ -109,6 +110,21 @@ void CellRecords::applySettings()
         m_sourceCleaner->change(m_settings.cleanSrcImages, m_settings.cleanDays, m_settings.minFreeSpace);
     if (m_resultCleaner)
         m_resultCleaner->change(m_settings.cleanRltImages, m_settings.cleanDays, m_settings.minFreeSpace);
+    if (m_results)
+        thinAsSet();
+}
+
+void CellRecords::thinAsSet()
+{
+    m_results->thinner().setDays(m_settings.recordDays);
+    if (m_log)
+        m_log->thinner().setDays(m_settings.recordDays);
+    m_thinning->start(RowThinner::msBetweenSteps);
+}
+
+void CellRecords::thin()
+{
+    m_thinning->start(m_recorder->waiting() > 0 ? RowThinner::msWhenHeld : m_results->thin());
 }
 
 void CellRecords::acceptClock()
@@ -117,6 +133,10 @@ void CellRecords::acceptClock()
         if (cleaner)
             cleaner->acceptClock();
     }
+    if (m_results)
+        m_results->thinner().acceptClock();
+    if (m_log)
+        m_log->thinner().acceptClock();
 }
 
 bool CellRecords::isKeepingShortened() const
@@ -137,6 +157,8 @@ void CellRecords::openResultDatabase()
     checkClock();
     connect(m_archive.get(), &ImageArchive::ended, m_recorder.get(), &ResultRecorder::onPictureEnded);
     m_store = std::make_unique<CellResultStore>(m_settings, *m_archive, *m_recorder);
+    m_thinning = m_scheduler.timer(Scheduler::SingleShot, [this] { thin(); });
+    thinAsSet();
 }
 
 /// Stored times are local: when summer ends, an hour comes twice.
@@ -151,11 +173,15 @@ void CellRecords::checkClock()
         if (cleaner)
             cleaner->distrustClock(now);
     }
+    m_results->thinner().distrustClock(now);
+    if (m_log)
+        m_log->thinner().distrustClock(now);
 }
 
 void CellRecords::openModelLibrary(PlcIndexTable& indices, const QStringList& stations)
 {
     m_library = std::make_unique<QSqliteWheelHubZd>(m_home + QStringLiteral("/DBFiles/"));
+    m_library->setScheduler(m_scheduler);
     openLibrary();
     m_models = std::make_unique<ModelManager>(*m_library, indices, stations, m_scheduler);
     m_libraryOpenings = m_library->openings();
@@ -190,7 +216,7 @@ void CellRecords::setUser(const QString& name)
     m_store->setUser(name);
 }
 
-/// Both cleaners look at the same drive, so one speaks for both; a jump of the clock may meet either first.
+/// Both cleaners look at the same drive, so one speaks for both; a jump of the clock may meet any first.
 CellRecords::Health CellRecords::health() const
 {
     Health health;
@@ -204,6 +230,10 @@ CellRecords::Health CellRecords::health() const
     }
     if (m_resultCleaner && !health.clockJump.isValid())
         health.clockJump = m_resultCleaner->clockJump();
+    if (m_results && !health.clockJump.isValid())
+        health.clockJump = m_results->thinner().clockJump();
+    if (m_log && !health.clockJump.isValid())
+        health.clockJump = m_log->thinner().clockJump();
     if (m_recorder)
         health.resultsWaiting = m_recorder->waiting();
     if (m_results)

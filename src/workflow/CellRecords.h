@@ -16,6 +16,9 @@ class QSqliteWheelHubZd;
 class ResultRecorder;
 class StationDB;
 class ksSysConfig;
+namespace SystemLog {
+class ksLogDB;
+}
 
 /// Results to the archive and the result database, as the settings say. GUI thread.
 class CellResultStore : public IResultStore
@@ -47,7 +50,7 @@ public:
     {
         qint64 freeMiB = -1;   ///< of the archive's drive, as its cleaner last saw it; -1: not known
         qint64 wantedMiB = 0;  ///< that are to stay free
-        QDateTime clockJump;   ///< to which time the clock jumped, so that no image goes by its age; not valid: did not
+        QDateTime clockJump;   ///< to which time the clock jumped, so that nothing goes by its age; not valid: did not
         int imagesGivenUp = 0; ///< since the start
         bool imagesUnwritable = false;
         int resultsWaiting = 0; ///< rows that the database does not take at present
@@ -62,12 +65,15 @@ public:
 
     /// Makes the archive's folders, and starts a cleaner for each.
     void prepareImageFolders();
-    /// Gives the cleaners what the settings hold now; the archive's switches act by themselves.
+    /// Gives the cleaners and the thinning of the records what the settings hold now; the archive's switches act by
+    /// themselves.
     void applySettings();
     /// Somebody has looked at a clock that jumped: the cleaners go on.
     void acceptClock();
     /// Whether images are kept for a day only, since space was low once.
     bool isKeepingShortened() const;
+    /// Whose lines are kept as long as the results; outlives the records. Before openResultDatabase().
+    void setLog(SystemLog::ksLogDB* log) { m_log = log; }
     /// Opens "\\DBFiles\\Pellix.db" below the home; a file that cannot be used is kept aside and a fresh one begun.
     void openResultDatabase();
     /// Opens the model library, and brings it and the index tables into agreement.
@@ -87,6 +93,9 @@ private:
     std::unique_ptr<QDiskCleanThread> startCleaner(const QString& root, bool byAge) const;
     /// Without threads: a pass of both cleaners.
     void clean();
+    /// A step at a time, unless rows wait.
+    void thin();
+    void thinAsSet();
     /// A clock that runs before the last row, or before this program was made, was wrong at the start already.
     void checkClock();
     void openLibrary();
@@ -105,6 +114,8 @@ private:
     std::unique_ptr<QDiskCleanThread> m_sourceCleaner;
     std::unique_ptr<QDiskCleanThread> m_resultCleaner;
     std::unique_ptr<Scheduler::Timer> m_cleaning;
+    std::unique_ptr<Scheduler::Timer> m_thinning;
+    SystemLog::ksLogDB* m_log = nullptr;
     std::unique_ptr<Scheduler::Timer> m_lookAfterLibrary;
     int m_libraryOpenings = 0; ///< at the last look
 };

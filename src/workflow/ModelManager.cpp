@@ -209,11 +209,17 @@ bool ModelManager::removeModel(const QString& name, QString* error)
     if (!m_library.readRecord(name, &record))
         return fail(error, tr("型号%1不存在").arg(name));
     // The tables first: a model that is only in the library is never run, one that is only in a table would be.
+    const PlcIndexTable before = m_indices;
     if (!changeTables([&](auto& table) { table.remove(name); }, error))
         return false;
-    const bool deleted = m_library.deleteModel(name);
+    m_library.deleteModel(name); // true as well when it failed
+    const bool deleted = m_library.lastError().isEmpty() || libraryFailed(error);
+    if (!deleted) {
+        m_indices = before;
+        m_indices.save();
+    }
     refresh();
-    return (deleted && !contains(name)) || libraryFailed(error);
+    return deleted;
 }
 
 bool ModelManager::setCalibrated(const QString& name, bool calibrated, QString* error)

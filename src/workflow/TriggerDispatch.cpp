@@ -19,9 +19,10 @@ TriggerDispatch::TriggerDispatch(ksGlobalConfig& config, PlcLink& link, const Sc
 /// The PLC repeats its frame; the same pair again changes nothing and is not looked up.
 void TriggerDispatch::onModelIndices(int index1, int index2)
 {
-    const bool repeated = index1 == m_lastIndices[0] && index2 == m_lastIndices[1];
+    const bool repeated = !m_looksAgain && index1 == m_lastIndices[0] && index2 == m_lastIndices[1];
     if (!m_config.onlineMode || repeated || !m_controller)
         return;
+    m_looksAgain = false;
     m_lastIndices[0] = index1;
     m_lastIndices[1] = index2;
     for (int station = 1; station <= 2; ++station) {
@@ -29,11 +30,6 @@ void TriggerDispatch::onModelIndices(int index1, int index2)
         if (!solution.isEmpty())
             switchModel(station, m_controller->station(solution), m_lastIndices[station - 1]);
     }
-}
-
-void TriggerDispatch::forgetLastIndices()
-{
-    m_lastIndices[0] = m_lastIndices[1] = -1;
 }
 
 /// The model follows the index, and what the table says of it: a name that was added, or is another now, is a switch.

@@ -33,7 +33,7 @@ public:
 
     /// A table of PLC indices, or a station's solution, is another now: the next model frame is looked up even when it
     /// repeats the last one.
-    void forgetLastIndices();
+    void forgetLastIndices() { m_looksAgain = true; }
 
 public slots:
     void onModelIndices(int index1, int index2);
@@ -86,4 +86,5 @@ private:
     IZdCtrl* m_controller = nullptr;
     StationState m_states[2];
     int m_lastIndices[2] = {-1, -1};
+    bool m_looksAgain = false;
 };

@@ -2,13 +2,7 @@
 
 #include "support/PlcEnd.h"
 
-#include <QDir>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 /// A demo home, the real program in it, and the PLC's end of its line. Each answers false, with a warning, when it did
 /// not succeed within the deadline.
@@ -31,19 +25,8 @@ public:
     /// waits for its heartbeat.
     bool start(const QJsonObject& stationChanges = {}, const QByteArray& settings = {})
     {
-        return launch(stationChanges, settings, true) && plugAndBeat(false);
-    }
-    /// Starts the program before there is a line, with nobody at its window; waits for its databases.
-    bool startUnplugged()
-    {
-        QDir(m_home + "/DBFiles").removeRecursively();
-        return launch({}, {}, false) &&
-               QTest::qWaitFor([this] { return QFile::exists(m_home + "/DBFiles/Pellix.db"); }, deadlineMs);
-    }
-    /// Waits for a heartbeat, on a new line if there is none yet.
-    bool plugAndBeat(bool plug = true)
-    {
-        return (!plug || m_plc->plug()) && QTest::qWaitFor([this] { return m_plc->heartbeats > 0; }, deadlineMs);
+        return launch(stationChanges, settings) &&
+               QTest::qWaitFor([this] { return m_plc->heartbeats > 0; }, deadlineMs);
     }
 
     /// Asks the program to end, as a service manager does; true when it did so cleanly.
@@ -55,12 +38,6 @@ public:
         const bool ended = m_program.waitForFinished(deadlineMs);
         return ended && m_program.exitStatus() == QProcess::NormalExit && m_program.exitCode() == 0;
     }
-    void kill()
-    {
-        m_program.kill();
-        m_program.waitForFinished(deadlineMs);
-    }
-
     /// Waits until the program has beaten twice more: by then it has handled what was sent before.
     bool settle()
     {
@@ -83,7 +60,7 @@ public:
     int index(int station, int n = 0) const { return wheel(station, n).value("index").toInt(); }
 
 private:
-    bool launch(const QJsonObject& stationChanges, const QByteArray& settings, bool plugged)
+    bool launch(const QJsonObject& stationChanges, const QByteArray& settings)
     {
         QJsonObject config = stationConfig();
         for (auto it = stationChanges.begin(); it != stationChanges.end(); ++it)
@@ -95,7 +72,7 @@ private:
             return false;
         m_plc = std::make_unique<PlcEnd>(m_home + "/plc");
         QFile::remove(m_plc->link);
-        if (plugged && !m_plc->plug())
+        if (!m_plc->plug())
             return false;
         m_program.start(bin() + "valvecell", {"--home", m_home});
         return true;

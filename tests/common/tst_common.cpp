@@ -9,9 +9,7 @@
 
 #include <valvecell/ResultKeys.h>
 
-#include <QSemaphore>
 #include <QStandardItemModel>
-#include <QThreadPool>
 
 #include <array>
 #include <atomic>

@@ -6,8 +6,6 @@
 #include "support/Table.h"
 
 #include <QImage>
-#include <QtEndian>
-#include <QtTest>
 
 #include <atomic>
 
@@ -135,29 +133,15 @@ private slots:
         const qint64 size = QFileInfo(file()).size();
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Pellix\\.db.*damaged-"));
         StationDB database(file());
-        QVERIFY(database.initialise());
-        QVERIFY(database.insertResult(numbered(1)));
+        QVERIFY(database.initialise() && database.insertResult(numbered(1)));
         QCOMPARE(recorded(), numbers(1, 1));
         QCOMPARE(QFileInfo(database.openReport().keptAside).size(), size);
     }
 
-    void fileIsDamagedWhileTheCellRuns()
-    {
-        Recording cell(file());
-        cell.record(1);
-        cell.database.close(); // so that the next row meets the damage
-        QFile damaged(file());
-        QVERIFY(damaged.open(QIODevice::ReadWrite));
-        damaged.write(QByteArray(4096, 'x'));
-        damaged.close();
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("damaged-"));
-        cell.record(2);
-        QCOMPARE(recorded(), numbers(2, 2));
-    }
-
     void aPageIsDamaged_data()
     {
-        Table::of<QString, bool, bool>({{"index root", "idx_RltTable", false, false},
+        Table::of<QString, bool, bool>({{"first page", "", false, false},
+                                        {"index root", "idx_RltTable", false, false},
                                         {"index leaf", "idx_RltTable", true, false},
                                         {"index leaf, before the start", "idx_RltTable", true, true},
                                         {"key counter", "sqlite_sequence", false, false},
@@ -180,36 +164,78 @@ private slots:
         const QFileInfoList aside = QDir(folder()).entryInfoList({"*.damaged-*"}, QDir::Files);
         QCOMPARE(aside.size(), 1);
         const QString recovered = m_folder->filePath("recovered.db");
+        if (name.isEmpty())
+            return; // nothing is left to be recovered
         if (QStandardPaths::findExecutable("python3").isEmpty())
             QSKIP("no Python, which recovers what a damaged file holds");
         QProcess::execute("python3", {QFINDTESTDATA("../../scripts/recover"), aside[0].filePath(), recovered});
         QCOMPARE(OtherProgram(recovered).column("select value3 from RltTable order by uid"), numbers(1, 400));
     }
 
-    void tableCannotBeMadeAtTheStart_data() { Table::of<bool>({{"locked", false}, {"disk full", true}}); }
-    void tableCannotBeMadeAtTheStart()
+    void databaseCannotBeWrittenForAWhile_data()
     {
-        const auto [full] = Table::row<bool>();
-        SmallDisk disk(2);
-        if (full && !disk.isMounted())
+        Table::of<QByteArray, bool, int>({{"locked at the start", "lock", false, 4},
+                                          {"folder is a file at the start", "file", false, 4},
+                                          {"rights are taken away", "rights", false, 4},
+                                          {"disk is full at the start", "full", false, 4},
+                                          {"disk is read-only at the start", "read-only", false, 4},
+                                          {"disk is full", "full", true, 2}});
+    }
+    void databaseCannotBeWrittenForAWhile()
+    {
+        const auto [fault, running, warned] = Table::row<QByteArray, bool, int>();
+        const bool onDisk = fault == "full" || fault == "read-only";
+        SmallDisk disk(4);
+        if (onDisk && !disk.isMounted())
             QSKIP("a small disk cannot be mounted here");
-        const QString path = full ? disk.path() + "/Pellix.db" : file();
-        auto other = std::make_unique<OtherProgram>(path);
-        full ? disk.fill() : void(other->run("BEGIN IMMEDIATE"));
+        std::optional<AsUser> user;
+        if (fault == "rights" && !user.emplace(folder()).isOne()) // an administrator may write everything
+            QSKIP("only an administrator can be another user");
+        const QString path = onDisk ? disk.path() + "/Pellix.db" : file();
+        std::unique_ptr<Recording> cell;
+        if (running || fault == "rights" || fault == "read-only")
+            Recording(path).record(0);
+        if (running)
+            cell = std::make_unique<Recording>(path);
+        std::optional<OtherProgram> other;
+        QFile inTheWay(folder());
+        if (fault == "lock")
+            QVERIFY(other.emplace(path).run("BEGIN IMMEDIATE"));
+        else if (fault == "file")
+            QVERIFY(QDir().rmdir(folder()) && inTheWay.open(QIODevice::WriteOnly));
+        else if (fault == "rights")
+            QVERIFY(QFile::setPermissions(file(), QFile::ReadOwner) &&
+                    QFile::setPermissions(folder(), QFile::ReadOwner | QFile::ExeOwner));
+        else
+            fault == "full" ? disk.fill() : void(disk.setReadOnly(true));
+
         const Warnings warnings;
-        Recording cell(path);
-        QVERIFY(!cell.opened);
-        for (int i = 1; i <= 3; ++i)
-            cell.record(i);
-        const QSignalSpy retried(&cell.recorder, &ResultRecorder::retried);
+        if (!running)
+            cell = std::make_unique<Recording>(path);
+        QCOMPARE(cell->opened, running);
+        const QSignalSpy retried(&cell->recorder, &ResultRecorder::retried);
+        int last = 0;
+        while (cell->recorder.waiting() < (running ? 50 : 3))
+            cell->record(++last);
         QTRY_VERIFY(retried.count() > 20);
-        QCOMPARE(warnings.count, 2); // the file, and that rows wait
-        full ? disk.empty() : void(other->run("ROLLBACK"));
-        QTRY_COMPARE(cell.recorder.waiting(), 0);
-        QCOMPARE(warnings.count, 4);
-        QCOMPARE(other->column("select value3 from RltTable order by uid"), numbers(1, 3));
-        QCOMPARE(other->value("select count(*) from sqlite_master where name = 'idx_RltTable'"), QString("1"));
-        QCOMPARE(other->value("PRAGMA journal_mode"), QString("wal"));
+        QCOMPARE(warnings.count, warned / 2); // the file, and that rows wait
+
+        if (fault == "lock")
+            QVERIFY(other->run("ROLLBACK"));
+        else if (fault == "file")
+            QVERIFY(inTheWay.remove());
+        else if (fault == "rights")
+            QVERIFY(QFile::setPermissions(folder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner) &&
+                    QFile::setPermissions(file(), QFile::ReadOwner | QFile::WriteOwner));
+        else
+            fault == "full" ? disk.empty() : void(disk.setReadOnly(false));
+        QTRY_COMPARE(cell->recorder.waiting(), 0);
+        QCOMPARE(warnings.count, warned);
+        OtherProgram reader(path);
+        const int first = reader.value("select min(uid) from RltTable where value3 = '0'").isEmpty() ? 1 : 0;
+        QCOMPARE(reader.column("select value3 from RltTable order by uid"), numbers(first, last));
+        QCOMPARE(reader.value("select count(*) from sqlite_master where name = 'idx_RltTable'"), QString("1"));
+        QCOMPARE(told(reader.value("PRAGMA journal_mode"), reader.value("PRAGMA integrity_check")), "wal|ok");
     }
 
     void folderIsRemovedWhileTheCellRuns()
@@ -220,6 +246,35 @@ private slots:
         cell.record(2);
         cell.record(3);
         QCOMPARE(recorded(), numbers(2, 3));
+    }
+
+    void anotherFileTakesItsNameWhileTheCellRuns()
+    {
+        const QString earlier = folder() + "/earlier.db";
+        Recording(earlier).record(7);
+        Recording cell(file());
+        cell.record(1);
+        QVERIFY(QFile::remove(file()) && QFile::rename(earlier, file())); // and the log of the first lies beside it
+        cell.record(2);
+        QCOMPARE(recorded(), QStringList({"7", "2"}));
+    }
+
+    void rowsOfOneMomentThatLookAlikeAllOutliveARestart()
+    {
+        ResultRecorder::Rules rules = fastRules();
+        SetClock clock(noon);
+        rules.scheduler = &clock;
+        {
+            OtherProgram other(file());
+            Recording cell(file(), rules);
+            cell.record(1);
+            QVERIFY(other.run("BEGIN IMMEDIATE"));
+            cell.record(1);
+            cell.record(1);
+        }
+        Recording cell(file(), rules);
+        QTRY_COMPARE(cell.recorder.waiting(), 0);
+        QCOMPARE(recorded(), QStringList({"1", "1", "1"}));
     }
 
     void anotherProgramWritesForAWhile()
@@ -249,85 +304,6 @@ private slots:
         result.resultTip = "can't\nsee";
         cell.recorder.record(result);
         QCOMPARE(OtherProgram(file()).value("select resultTip from RltTable"), QStringLiteral("can\u2019t see"));
-    }
-
-    void databaseCannotBeOpenedForAWhile()
-    {
-        QVERIFY(QDir().rmdir(folder()));
-        QFile inTheWay(folder());
-        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
-        const Warnings warnings;
-        Recording cell(file());
-        QVERIFY(!cell.opened);
-        for (int i = 1; i <= 3; ++i)
-            cell.record(i);
-        const QSignalSpy retried(&cell.recorder, &ResultRecorder::retried);
-        QTRY_VERIFY(retried.count() > 5);
-        QCOMPARE(warnings.count, 2); // the file, and that rows wait
-        QVERIFY(inTheWay.remove());
-        QTRY_COMPARE(cell.recorder.waiting(), 0);
-        QCOMPARE(recorded(), numbers(1, 3));
-    }
-
-    void diskFillsUpAndIsEmptied()
-    {
-        SmallDisk disk(4);
-        if (!disk.isMounted())
-            QSKIP("a small disk cannot be mounted here");
-        const QString path = disk.path() + "/Pellix.db";
-        Recording cell(path);
-        cell.record(1);
-        disk.fill();
-        const Warnings warnings;
-        int number = 1;
-        while (cell.recorder.waiting() < 50)
-            cell.record(++number);
-        QCOMPARE(warnings.count, 1);
-        disk.empty();
-        QTRY_COMPARE(cell.recorder.waiting(), 0);
-        QCOMPARE(warnings.count, 2); // that all is written
-        OtherProgram other(path);
-        QCOMPARE(other.column("select value3 from RltTable order by uid"), numbers(1, number));
-        QCOMPARE(other.value("PRAGMA integrity_check"), QString("ok"));
-    }
-
-    void diskBecomesReadOnlyAndBack()
-    {
-        SmallDisk disk(4);
-        if (!disk.isMounted())
-            QSKIP("a small disk cannot be mounted here");
-        const QString path = disk.path() + "/Pellix.db";
-        Recording(path).record(1);
-        QVERIFY(disk.setReadOnly(true));
-        const Warnings warnings;
-        Recording cell(path);
-        QVERIFY(!cell.opened);
-        cell.record(2);
-        const QSignalSpy retried(&cell.recorder, &ResultRecorder::retried);
-        QTRY_VERIFY(retried.count() > 5);
-        QVERIFY2(warnings.count <= 3, qPrintable(QString::number(warnings.count)));
-        QVERIFY(disk.setReadOnly(false));
-        QTRY_COMPARE(cell.recorder.waiting(), 0);
-        QCOMPARE(OtherProgram(path).column("select value3 from RltTable order by uid"), numbers(1, 2));
-    }
-
-    void rightsAreTakenAwayAndGivenBack()
-    {
-        const AsUser user(folder()); // an administrator may write everything
-        if (!user.isOne())
-            QSKIP("only an administrator can be another user");
-        Recording(file()).record(1);
-        QVERIFY(QFile::setPermissions(file(), QFile::ReadOwner));
-        QVERIFY(QFile::setPermissions(folder(), QFile::ReadOwner | QFile::ExeOwner));
-        const Warnings warnings;
-        Recording cell(file());
-        QVERIFY(!cell.opened);
-        cell.record(2);
-        QVERIFY(QFile::setPermissions(folder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-        QVERIFY(QFile::setPermissions(file(), QFile::ReadOwner | QFile::WriteOwner));
-        QTRY_COMPARE(cell.recorder.waiting(), 0);
-        QCOMPARE(recorded(), numbers(1, 2));
-        QCOMPARE(warnings.count, 4);
     }
 
     void fileWhoseLogCannotBeWrittenIsWaitedFor_data() { Table::of<QString>({{"log", "-wal"}, {"index", "-shm"}}); }
@@ -394,17 +370,34 @@ private slots:
         }
     }
 
-    void clockIsSetBackAnHour()
+    void rowsThatWaitOutliveTheProcess_data()
     {
-        SetClock clock(noon);
-        ResultRecorder::Rules rules;
-        rules.scheduler = &clock;
-        Recording cell(file(), rules);
+        Table::of<QByteArray, QByteArray, QStringList>({{"killed", "", "", numbers(1, 4)},
+                                                        {"while it wrote", "\"4\"}\n", "\"4", numbers(1, 3)},
+                                                        {"spoiled", "\"3\"}\n", "\"3\n", {"1", "2", "4"}}});
+    }
+    void rowsThatWaitOutliveTheProcess()
+    {
+        const auto [written, found, rows] = Table::row<QByteArray, QByteArray, QStringList>();
+        Recording cell(file());
         cell.record(1);
-        clock.set(noon.addSecs(-3600));
-        cell.record(2);
-        QCOMPARE(recorded(), numbers(1, 2));
-        QCOMPARE(OtherProgram(file()).column("select value3 from RltTable order by time"), (QStringList{"2", "1"}));
+        OtherProgram other(file());
+        QVERIFY(other.run("BEGIN IMMEDIATE"));
+        for (int i = 2; i <= 4; ++i)
+            cell.record(i);
+        const QString name = "/Pellix.db", after = m_folder->filePath("after");
+        QDir().mkpath(after);
+        for (const char* tail : {"", "-wal", ".waiting.json"}) // as they lie there when the process is killed
+            QVERIFY(QFile::copy(file() + tail, after + name + tail));
+        QFile left(after + name + ".waiting.json");
+        QVERIFY(left.open(QIODevice::ReadWrite));
+        const QByteArray content = left.readAll().replace(written, found);
+        QVERIFY(left.resize(0) && left.seek(0) && left.write(content) == content.size());
+        left.close();
+        Recording next(after + name);
+        QTRY_COMPARE(next.recorder.waiting(), 0);
+        QCOMPARE(OtherProgram(after + name).column("select value3 from RltTable order by uid"), rows);
+        QCOMPARE(QDir(after).entryList({"*.damaged-*"}).size(), int(rows.last() == "4" && rows.size() == 3));
     }
 
     void everyRowIsFlushedToTheDiskBesideTheCell()
@@ -461,14 +454,15 @@ private:
     QScopedPointer<QTemporaryDir> m_folder;
     QString folder() const { return m_folder->filePath("DBFiles"); }
     QString file() const { return folder() + "/Pellix.db"; }
-    /// Overwrites the root page of a table or an index, or the page to which its next entry goes.
+    /// Overwrites the root page of a table or an index, or the page to which its next entry goes; the file's first
+    /// page.
     void spoilPage(const QString& name, bool leaf) const
     {
         const auto number = [this, &name](const char* sql) {
             return OtherProgram(file()).value(QString(sql).arg(name)).toLongLong();
         };
         const qint64 pageSize = number("PRAGMA page_size /* %1 */");
-        qint64 page = number("select rootpage from sqlite_master where name = '%1'");
+        qint64 page = name.isEmpty() ? 1 : number("select rootpage from sqlite_master where name = '%1'");
         QFile damaged(file());
         QVERIFY(page > 0 && damaged.open(QIODevice::ReadWrite));
         if (leaf) {

@@ -4,8 +4,6 @@
 #include "db/StationDB.h"
 #include "support/Table.h"
 
-#include <QtTest>
-
 namespace {
 
 StationResult sampleResult(const QString& tip = QStringLiteral("气门孔 OK"))
@@ -38,31 +36,24 @@ private slots:
         for (int start = 0; start < 2; ++start) {
             StationDB results(file());
             DetectDataDB detections(file());
-            QVERIFY(results.initialise());
-            QVERIFY(detections.initialise());
+            QVERIFY(results.initialise() && detections.initialise());
             QVERIFY(results.openReport().text.isEmpty());
             QCOMPARE(results.tableList(), (QStringList{"PartTable", "RltTable", "sqlite_sequence", "warningtable",
                                                        "zdtable", "zdtimetable"}));
         }
         OtherProgram other(file());
-        const auto sqlOf = [&other](const char* name) {
-            return other.value(
-                QStringLiteral("select sql from sqlite_master where name='%1'").arg(QLatin1String(name)));
-        };
-        QCOMPARE(sqlOf("RltTable"),
-                 QString("CREATE TABLE RltTable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, dAngle INT(100), "
-                         "errorType INT(100), matchScore INT(100), resultTip VARCHAR(32), stationName VARCHAR(32), "
-                         "threshBenchMark VARCHAR(32), time DATETIME(32), value1 VARCHAR(32), value2 VARCHAR(32), "
-                         "value3 VARCHAR(32))"));
-        QCOMPARE(sqlOf("zdtable"),
-                 QString("CREATE TABLE zdtable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, channel INT(100), "
-                         "correlate INT(100), detecttime VARCHAR(32), diameter INT(100), hight INT(100), "
-                         "model VARCHAR(32), pic BLOB, time DATETIME(32))"));
-        QCOMPARE(sqlOf("zdtimetable"),
-                 QString("CREATE TABLE zdtimetable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, "
-                         "endtime VARCHAR(32), starttime VARCHAR(32), type VARCHAR(32))"));
-        QCOMPARE(sqlOf("warningtable"), QString("CREATE TABLE warningtable (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT "
-                                                "NULL, class VARCHAR(32), message VARCHAR(256), time DATETIME(32))"));
+        const QMap<QString, QString> columns{
+            {"RltTable", "dAngle INT(100), errorType INT(100), matchScore INT(100), resultTip VARCHAR(32), "
+                         "stationName VARCHAR(32), threshBenchMark VARCHAR(32), time DATETIME(32), value1 VARCHAR(32), "
+                         "value2 VARCHAR(32), value3 VARCHAR(32)"},
+            {"zdtable", "channel INT(100), correlate INT(100), detecttime VARCHAR(32), diameter INT(100), "
+                        "hight INT(100), model VARCHAR(32), pic BLOB, time DATETIME(32)"},
+            {"zdtimetable", "endtime VARCHAR(32), starttime VARCHAR(32), type VARCHAR(32)"},
+            {"warningtable", "class VARCHAR(32), message VARCHAR(256), time DATETIME(32)"}};
+        for (const QString& table : columns.keys())
+            QCOMPARE(other.value("select sql from sqlite_master where name='" + table + "'"),
+                     "CREATE TABLE " + table + " (uid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, " + columns[table] +
+                         ")");
         QCOMPARE(
             other.column("select name from sqlite_master where type='index' and tbl_name <> 'PartTable' order by name"),
             (QStringList{"idx_RltTable", "idx_warningtable", "idx_zdtable"}));
@@ -84,9 +75,7 @@ private slots:
         QCOMPARE(rows[0].uid, 1);
         QVERIFY(before <= rows[0].time && rows[0].time <= after);
         const StationResult& read = rows[0].result;
-        QCOMPARE(read.angle, 123.4567);
-        QCOMPARE(read.errorType, 3);
-        QCOMPARE(read.matchScore, 97.25);
+        QCOMPARE(told(read.angle, read.errorType, read.matchScore), "123.4567|3|97.25");
         QCOMPARE(QStringList({read.resultTip, read.stationName, read.threshBenchMark, read.value2, read.value3}),
                  QStringList({"气门孔 OK", "Station_1", "1_轮毂18", "1_轮毂18", ""}));
         QCOMPARE(read.value1, sampleResult().value1);
@@ -96,10 +85,8 @@ private slots:
     {
         StationDB results(file());
         QVERIFY(!results.insertResult(sampleResult())); // not open
-        QVERIFY(results.initialise());
-        QVERIFY(!results.insertResult(sampleResult("can't")));
-        QVERIFY(!results.lastError().isEmpty());
-        QVERIFY(results.insertResult(sampleResult("%1 \"%2\" ; --")));
+        QVERIFY(results.initialise() && !results.insertResult(sampleResult("can't")));
+        QVERIFY(!results.lastError().isEmpty() && results.insertResult(sampleResult("%1 \"%2\" ; --")));
         QCOMPARE(OtherProgram(file()).column("select resultTip from RltTable"), QStringList{"%1 \"%2\" ; --"});
     }
 
@@ -128,10 +115,8 @@ private slots:
         };
         QCOMPARE(tips(reader.resultsOfDay(day)), (QStringList{"0", "set back", "1", "2", "3", "4", "last"}));
         QCOMPARE(tips(reader.resultsOfDay(day, 2, 1)), (QStringList{"set back", "1"}));
-        QCOMPARE(reader.countOfDay(day), 7);
-        QCOMPARE(reader.count(day.addDays(-1), day.addDays(1)), 9);
-        QVERIFY(!ResultReader(m_folder->filePath("none.db")).open(&error));
-        QVERIFY(error.contains("none.db"));
+        QCOMPARE(told(reader.countOfDay(day), reader.count(day.addDays(-1), day.addDays(1))), "7|9");
+        QVERIFY(!ResultReader(m_folder->filePath("none.db")).open(&error) && error.contains("none.db"));
     }
 
     void readerHoldsARowWhileTheCellRecords()
@@ -207,8 +192,7 @@ private slots:
         QVERIFY(detections.deleteBefore("2024-05-02"));
         QCOMPARE(other.column("select model from zdtable"), QStringList{"W19"});
         QVERIFY(detections.saveTimeRange("day", "08:00:00", "20:00:00"));
-        QVERIFY(detections.insertWarning("m", "1", "t"));
-        QVERIFY(detections.clearAll());
+        QVERIFY(detections.insertWarning("m", "1", "t") && detections.clearAll());
         QCOMPARE(other.value("select (select count(*) from zdtable) || (select count(*) from warningtable) || "
                              "(select count(*) from zdtimetable)"),
                  QString("001"));
@@ -234,12 +218,10 @@ private slots:
     {
         DetectDataDB detections(file());
         QMap<QString, DetectDataDB::TimeRange> ranges;
-        QVERIFY(!detections.readTimeRanges(&ranges));
-        QVERIFY(detections.initialise());
+        QVERIFY(!detections.readTimeRanges(&ranges) && detections.initialise());
         QVERIFY(detections.saveTimeRange("day", "08:00:00", "20:00:00"));
         QVERIFY(detections.saveTimeRange("night", "20:00:00", "08:00:00"));
-        QVERIFY(detections.deleteTimeRange("night"));
-        QVERIFY(!detections.deleteTimeRange("it's"));
+        QVERIFY(detections.deleteTimeRange("night") && !detections.deleteTimeRange("it's"));
         QVERIFY(detections.readTimeRanges(&ranges));
         QCOMPARE(ranges.keys(), QStringList{"day"});
         QCOMPARE(ranges["day"].uid, 1);
@@ -250,20 +232,15 @@ private slots:
     void generalStatementsKeepTheirOddities()
     {
         DataBaseSql general(file(), "QSQLITE");
-        QVERIFY(general.open());
-        QVERIFY(general.createTable("t", "uid", {{"b", "TEXT"}, {"a", "TEXT"}}));
-        QVERIFY(!general.createTable("t t", "uid", {}));
-        QVERIFY(!general.insert("", {{"a", 1}}));
-        QVERIFY(!general.insert("t", {}));
-        QVERIFY(general.insert("t", {{"a", 1}}));
+        QVERIFY(general.open() && general.createTable("t", "uid", {{"b", "TEXT"}, {"a", "TEXT"}}));
+        QVERIFY(!general.createTable("t t", "uid", {}) && !general.insert("", {{"a", 1}}));
+        QVERIFY(!general.insert("t", {}) && general.insert("t", {{"a", 1}}));
         QVERIFY(!general.update("t", {{"a", 2}})); // there is no e_report_forms
         OtherProgram other(file());
         QVERIFY(other.run("create table e_report_forms(md_unique)"));
-        QVERIFY(other.run("insert into t(uid, a) values(0, 'x')"));
-        QVERIFY(general.update("t", {{"a", 2}}));
+        QVERIFY(other.run("insert into t(uid, a) values(0, 'x')") && general.update("t", {{"a", 2}}));
         QCOMPARE(other.column("select a from t order by uid"), (QStringList{"2", "1"}));
-        QVERIFY(!general.clear("t", ""));
-        QVERIFY(general.clear("t", "all"));
+        QVERIFY(!general.clear("t", "") && general.clear("t", "all"));
         QVERIFY(other.column("select a from t").isEmpty());
     }
 

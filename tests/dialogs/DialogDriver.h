@@ -24,7 +24,7 @@ public:
     {
     }
 
-    void press(const char* name) const
+    void press(const char* name) const override
     {
         QVERIFY2(get<QAbstractButton>(name)->isVisible(), name);
         Hand::press(name);
@@ -39,26 +39,6 @@ public:
     QStringList clipped() const { return Look::clipped(m_dialog); }
     QStringList chinese() const { return Look::chinese(m_dialog); }
     void shoot(const QString& name) const { Look::shoot(m_dialog, name); }
-
-    /// Keeps a picture in which no text is cut off.
-    void fits(const QString& picture) const
-    {
-        QTRY_COMPARE(clipped(), QStringList());
-        shoot(picture);
-    }
-
-    /// As fits(), in English: but for the texts in `kept`, nothing is left in Chinese, and the dialog fits the
-    /// smallest screen, of 1280 pixels.
-    void readsInEnglish(const QString& title, const QString& picture, const QStringList& kept = {}) const
-    {
-        QTRY_COMPARE(m_dialog.windowTitle(), title);
-        QStringList left = chinese();
-        for (const QString& text : kept)
-            left.removeAll(text);
-        QVERIFY2(left.isEmpty(), qPrintable(left.join('|')));
-        fits(picture);
-        QVERIFY(m_dialog.minimumSizeHint().width() <= 1240);
-    }
 
 protected:
     QWidget& window() const override { return m_dialog; }

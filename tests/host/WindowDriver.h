@@ -1,7 +1,9 @@
 #pragma once
 
+#include "config/ksSysConfig.h"
 #include "dialogs/DialogDriver.h"
 #include "host/CMainWin.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <QAction>
@@ -106,9 +108,7 @@ struct Program
         const QPointer<QDialog> first = open("NewUserDialog");
         QVERIFY(first);
         const DialogDriver driver(*first);
-        driver.type("nameEdit", "boss");
-        driver.type("passwordEdit", "correct horse");
-        driver.type("againEdit", "correct horse");
+        driver.act({"nameEdit=boss", "passwordEdit=correct horse", "againEdit=correct horse"});
         first->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
         QTRY_VERIFY(!first || !first->isVisible());
     }

@@ -1,11 +1,7 @@
 #include "WindowDriver.h"
-#include "config/ksSysConfig.h"
-#include "host/CMainWin.h"
 #include "render/SpecDraw.h"
 #include "render/WheelRenderer.h"
-#include "support/Look.h"
 
-#include <QAction>
 #include <QTabWidget>
 #include <QToolBar>
 
@@ -148,14 +144,12 @@ class ScreensTest : public QObject
 private slots:
     void everyScreenIsPicturedAndItsTextsFit_data()
     {
-        QTest::addColumn<QByteArray>("language");
-        QTest::newRow("Chinese") << QByteArray("Chinese");
-        QTest::newRow("English") << QByteArray("English");
+        Table::of<QByteArray>({{"Chinese", "Chinese"}, {"English", "English"}});
     }
 
     void everyScreenIsPicturedAndItsTextsFit()
     {
-        QFETCH(QByteArray, language);
+        const auto [language] = Table::row<QByteArray>();
         const TempHome home;
         writePlant(home, language);
         home.write("/user/look.ini", language == "English" ? "[Look]\nDark=true\n" : "[Look]\nDark=false\n");
@@ -180,9 +174,7 @@ private slots:
             *window, QStringLiteral("results"), [&] { clickFailures(*window); }, QString::fromLatin1(language),
             &faults);
         QVERIFY(looked >= 10);
-        for (const QString& fault : faults)
-            qWarning("%s", qUtf8Printable(fault));
-        QVERIFY(faults.isEmpty());
+        QCOMPARE(faults.join('\n'), QString());
     }
 
     void everyWindowFollowsTheLanguageAndLeavesInTime()
@@ -205,6 +197,8 @@ private slots:
         dialogs.removeOne(window.get()); // it still shows what it said before
         look(dialogs, "switched", true, &faults);
         QCOMPARE(faults.join('\n'), QString());
+        QCOMPARE(window->windowTitle(), QStringLiteral("Valve Hole Locating System"));
+        QVERIFY(home.read("/user/systemConfig.ini").contains("English"));
         const LateWindows leaving;
         for (const char* dialog : {"QCameraSettingsUI", "QCameraManagerUI"}) // as when their user logs out
             delete window->findChild<QDialog*>(QLatin1String(dialog));

@@ -1,75 +1,13 @@
-#include "support/Delivered.h"
+#include "CameraCell.h"
 #include "support/Table.h"
-#include "support/TempHome.h"
-
-#include <valvecell/Extension.h>
-#include <valvecell/ICameraList.h>
-#include <valvecell/ICameraPreview.h>
-#include <valvecell/ICameraSettings.h>
 
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-
-#include <memory>
 
 Q_DECLARE_METATYPE(CameraEntry)
 Q_DECLARE_METATYPE(PixelFormat)
 Q_DECLARE_METATYPE(QImage::Format)
 
 namespace {
-
-/// The real module in a home of its own.
-class Cell : public Delivered
-{
-public:
-    TempHome home;
-    std::unique_ptr<ICoreCtrl> core;
-
-    ~Cell() { stop(); }
-
-    /// Images tell themselves apart by their width.
-    void saveImage(const QString& below, int width) const
-    {
-        QImage image(width, 3, QImage::Format_Grayscale8);
-        image.fill(Qt::gray);
-        saveImage(below, image);
-    }
-    void saveImage(const QString& below, const QImage& image) const
-    {
-        QDir().mkpath(QFileInfo(home.path(below)).path());
-        QVERIFY2(image.save(home.path(below)), qPrintable(below));
-    }
-
-    ICoreCtrl* start(const QByteArray& cameraJson)
-    {
-        if (!cameraJson.isNull())
-            home.write(QStringLiteral("/user/camera.json"), cameraJson);
-        core.reset(init(QStringLiteral(VALVECELL_BIN_DIR "/ksCoreCtrl"))(nullptr));
-        core->start();
-        connectTo(*core);
-        return core.get();
-    }
-    void stop()
-    {
-        if (core)
-            core->stop();
-        core.reset();
-    }
-
-    ICameraSettings* settings() const { return extensionOf<ICameraSettings>(core.get()); }
-    ICameraList* list() const { return extensionOf<ICameraList>(core.get()); }
-
-    /// Asks for an image to look at; its width, or why there is none, is noted.
-    bool preview(const QString& key)
-    {
-        return extensionOf<ICameraPreview>(core.get())->preview(key, [this](const QImage& image, const QString& error) {
-            note("preview: " + (image.isNull() ? error : QString::number(image.width())));
-        });
-    }
-
-    QJsonObject stored() const { return QJsonDocument::fromJson(home.read("/user/camera.json")).object(); }
-};
 
 QByteArray oneCamera(const char* settings = R"("exposure_ms":1,"transfer_ms":1)")
 {
@@ -87,7 +25,7 @@ class CoreCtrlTest : public QObject
 private slots:
     void twoStationsGetTheirImagesInNameOrderAndAroundAgain()
     {
-        Cell cell;
+        CameraCell cell;
         cell.saveImage("/images/1/2.png", 12);
         cell.saveImage("/images/1/10.bmp", 10);
         cell.saveImage(QStringLiteral("/images/1/车轮.png"), 14);
@@ -108,7 +46,7 @@ private slots:
 
     void imageNeverComesBeforeItsExposureIsOver()
     {
-        Cell cell;
+        CameraCell cell;
         cell.saveImage("/images/1/a.png", 5);
         ICoreCtrl* core = cell.start(oneCamera(R"("exposure_ms":60,"transfer_ms":40.5)"));
         QElapsedTimer clock;
@@ -133,7 +71,7 @@ private slots:
     void spoiledConfigurationGivesNoCameraAndSaysWhere()
     {
         const auto [json, said] = Table::row<QByteArray, QString>();
-        Cell cell;
+        CameraCell cell;
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QRegularExpression::escape(said)));
         QCOMPARE(cell.start(json)->cameraKeys(), QStringList());
         QCOMPARE(cell.home.read("/user/camera.json"), json);
@@ -141,18 +79,18 @@ private slots:
 
     void badEntryNeverTakesTheGoodOnesDown()
     {
-        Cell cell;
+        CameraCell cell;
         cell.saveImage("/images/1/a.png", 5);
         for (const char* place : {"\\[0\\]", "\\[1\\]", "\\[3\\].*taken"})
             QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("camera.json, cameras") + place));
         cell.start(R"({"cameras":[ 7, {"key":" ","type":100},
             {"key":"good","type":100,"folder":"images/1"},
             {"key":"good","type":100,"folder":"images/2"},
-            {"key":"gige","type":120}, {"key":"odd","type":210}, {"key":"text","type":"100"},
+            {"key":"hik","type":140}, {"key":"odd","type":210}, {"key":"text","type":"100"},
             {"key":"nofolder","type":100}, {"key":"gone","type":100,"folder":"gone"},
             {"key":"slow","type":100,"folder":"images/1","exposure_ms":1e9},
             {"key":"typed","type":100,"folder":"images/1","transfer_ms":"10"}]})");
-        const QStringList keys{"good", "gige", "odd", "text", "nofolder", "gone", "slow", "typed"};
+        const QStringList keys{"good", "hik", "odd", "text", "nofolder", "gone", "slow", "typed"};
         QCOMPARE(cell.core->cameraKeys(), keys);
         const auto status = [&cell](const QString& key) { return cell.settings()->status(key); };
         QTRY_COMPARE(status("good").state, CameraState::Running);
@@ -161,7 +99,7 @@ private slots:
             QCOMPARE(status(key).state, CameraState::Uninitialized);
             QVERIFY2(!status(key).message.isEmpty(), qPrintable(key));
         }
-        QVERIFY(status("gige").type == CameraType::Gige && status("gige").message.contains("120"));
+        QVERIFY(status("hik").type == CameraType::Hik && status("hik").message.contains("140"));
         QCOMPARE(status("odd").type, CameraType::Unknown);
         QCOMPARE(status("slow").message,
                  QStringLiteral("相机“slow”：曝光时间 (exposure_ms) 的值“1000000000”不对，应为：0 到 10000 毫秒"));
@@ -176,7 +114,7 @@ private slots:
 
     void emptyFolderAndSpoiledImagesAreReported()
     {
-        Cell cell;
+        CameraCell cell;
         QDir().mkpath(cell.home.path("/images/1"));
         cell.start(oneCamera())->trigger(cam1);
         QTRY_COMPARE(cell.notes("noImage").size(), 1);
@@ -218,7 +156,7 @@ private slots:
     void grayImagesComeWithoutPalette()
     {
         const auto [file, saved, delivered, reported] = Table::row<QString, QImage, QImage::Format, PixelFormat>();
-        Cell cell;
+        CameraCell cell;
         cell.saveImage("/images/1/" + file, saved);
         cell.start(oneCamera())->trigger(cam1);
         QTRY_COMPARE(cell.images("cam1").value(0).format(), delivered);
@@ -228,7 +166,7 @@ private slots:
 
     void burstIsQueuedUpToALimitAndStopDeliversTheCaptureInHandAtOnce()
     {
-        Cell cell;
+        CameraCell cell;
         cell.saveImage("/images/1/a.png", 5);
         ICoreCtrl* core = cell.start(oneCamera(R"("exposure_ms":10000,"transfer_ms":10000)"));
         for (int i = 0; i < 40; ++i)
@@ -246,8 +184,8 @@ private slots:
 
     void wrongSettingIsRefusedAndNothingChanges()
     {
-        Cell cell;
-        const QByteArray json = R"({"cameras":[{"key":"cam1","type":100,"folder":"f"},{"key":"gige","type":120}]})";
+        CameraCell cell;
+        const QByteArray json = R"({"cameras":[{"key":"cam1","type":100,"folder":"f"},{"key":"hik","type":140}]})";
         cell.start(json);
         const QVariantMap before = cell.settings()->settings("cam1");
         const std::tuple<QString, QVariantMap, QString> wrongs[] = {
@@ -255,7 +193,7 @@ private slots:
              {{"exposure_ms", -1}, {"folder", "x"}},
              "“cam1”：曝光时间 (exposure_ms) 的值“-1”不对，应为：0 到 10000 毫秒"},
             {"cam1", {{"gain_db", 3}}, "gain_db"},
-            {"gige", {{"exposure_ms", 3}}, "120"},
+            {"hik", {{"exposure_ms", 3}}, "140"},
             {"camX", {{"exposure_ms", 3}}, "camX"}};
         for (const auto& [key, settings, said] : wrongs) {
             QString error;
@@ -268,7 +206,7 @@ private slots:
 
     void settingsAreAppliedAndKept()
     {
-        Cell cell;
+        CameraCell cell;
         cell.saveImage("/images/1/a.png", 5);
         cell.saveImage("/images/2/a.png", 6);
         cell.start(R"({"note":"夜班","cameras":[{"key":"cam0","type":120,"ip":"10.0.0.1"},
@@ -294,7 +232,7 @@ private slots:
 
     void livePictureIsNeverTakenForAPart()
     {
-        Cell cell;
+        CameraCell cell;
         for (int width = 1; width <= 3; ++width)
             cell.saveImage(QStringLiteral("/images/1/%1.png").arg(width), width);
         ICoreCtrl* core = cell.start(oneCamera());
@@ -320,7 +258,7 @@ private slots:
 
     void camerasComeChangeAndGoWhileTheOthersWork()
     {
-        Cell cell;
+        CameraCell cell;
         cell.saveImage("/images/1/a.png", 5);
         cell.saveImage("/images/2/a.png", 6);
         cell.start(R"({"note":"夜班","cameras":[{"key":"gige","type":120,"ip":"10.0.0.1"}, {"key":" ","type":100},
@@ -355,7 +293,7 @@ private slots:
                                                   {"path", camera("../cam"), "", "点"},
                                                   {"separator", camera("a\\b"), "", "“\\”"},
                                                   {"endless", camera(QByteArray(65, 'x')), "", "64"},
-                                                  {"no driver", CameraEntry{"cam2", CameraType::Gige, {}}, "", "120"},
+                                                  {"no driver", CameraEntry{"cam2", CameraType::Hik, {}}, "", "140"},
                                                   {"no folder", camera("cam2", "folder", ""), "", "folder"},
                                                   {"one is wrong", camera("cam2", "gain_db", 1), "cam1", "gain_db"},
                                                   {"added by hand meanwhile", camera("hand"), "", "hand"}});
@@ -363,7 +301,7 @@ private slots:
     void wrongCameraListIsRefusedAndNothingChanges()
     {
         const auto [entry, removed, said] = Table::row<CameraEntry, QString, QString>();
-        Cell cell;
+        CameraCell cell;
         cell.start(oneCamera());
         if (entry.key == "hand")
             cell.home.write("/user/camera.json", R"({"cameras":[{"key":"cam1"},{"key":"hand"}]})");

@@ -78,6 +78,40 @@ struct Shown
     QString error;
 };
 
+constexpr double clumsiness = 5; // pixels by which a click is off
+
+/// A person's click near a point.
+QPointF clickNear(const cv::Point2d& point, quint32 seed)
+{
+    QRandomGenerator random(seed);
+    const double angle = random.generateDouble() * 2 * CV_PI;
+    return {point.x + clumsiness * std::cos(angle), point.y + clumsiness * std::sin(angle)};
+}
+
+/// Anywhere on the outer edge of the rim.
+cv::Point2d onRim(const wheel::WheelTruth& truth, double angle)
+{
+    return truth.hub + truth.rimRadius * cv::Point2d(std::cos(angle), std::sin(angle));
+}
+
+QVariantMap teach(const wheel::WheelSpec& spec, quint32 seed, QString* error)
+{
+    const wheel::WheelTruth truth = wheel::truthOf(spec);
+    ModelTeacher teacher;
+    return teacher.propose(finder::toImage(Wheels::image(spec)), clickNear(onRim(truth, 0.7 * seed), seed),
+                           clickNear(truth.holeCenter, seed + 100), error);
+}
+
+/// Another wheel of the kind, in worse light and focus than the one that was taught.
+wheel::WheelSpec worseWheel(const QString& design, quint64 seed, bool hole)
+{
+    wheel::WheelSpec spec = Wheels::spec(design.toStdString(), seed, hole);
+    spec.optics.blur = 1.6;
+    spec.optics.noise = 8;
+    spec.light.gradient = 0.3;
+    return spec;
+}
+
 } // namespace
 
 class ExamplesTest : public QObject
@@ -205,6 +239,8 @@ private slots:
         QVERIFY(!shown.examples.removeExample(solution, copy, Kind::Hole, 1, &shown.error));
         QVERIFY(shown.examples.removeExample(solution, copy, Kind::Hole, 0, &shown.error));
         QCOMPARE(shown.examples.examples(solution, copy).holes.size(), 0);
+        while (!shown.examples.examples(solution, copy).rejected.isEmpty())
+            QVERIFY(shown.examples.removeExample(solution, copy, Kind::Rejected, 0, &shown.error)); // the file goes
         QCOMPARE(shown.holes(), 1);
         QVERIFY(shown.store.removeModel(solution, model, &shown.error));
         QVERIFY2(!QFile::exists(shown.home.path(file)), "nothing waits for the next model of this name");
@@ -261,6 +297,66 @@ private slots:
         for (const QPointF& off : {QPointF(4000, 0), QPointF(qQNaN(), 0), 0.7 * across + QPointF(0, 9e9)})
             QVERIFY(shown.make(spec, off).isEmpty() && !shown.error.isEmpty());
         QVERIFY(shown.examples.makeExample(QImage(), {}, {5, 5}, {}, &shown.error).isEmpty());
+    }
+
+    void twoRoughClicksTeachEveryDesign_data()
+    {
+        QTest::addColumn<QString>("design");
+        for (const wheel::Design& design : wheel::designs())
+            QTest::newRow(design.key.c_str()) << QString::fromStdString(design.key);
+    }
+    void twoRoughClicksTeachEveryDesign()
+    {
+        QFETCH(QString, design);
+        QString error;
+        const wheel::WheelSpec good = Wheels::spec(design.toStdString(), 501);
+        const QVariantMap parameters = teach(good, 3, &error);
+        QVERIFY2(error.isEmpty(), qPrintable(error));
+        const wheel::WheelTruth truth = wheel::truthOf(good);
+        const auto near = [&](const char* name, double value, double share) {
+            const double taught = parameters.value(QLatin1String(name)).toDouble();
+            return std::abs(taught - value) < share * value;
+        };
+        QVERIFY(near("rim_radius", truth.rimRadius, 0.01) && near("ring_radius", truth.ringRadius, 0.01));
+        QVERIFY(near("hole_radius", truth.holeRadius, 0.15));
+        finder::HoleModel model;
+        QVERIFY2(finder::applyParameters(parameters, &model, &error), qPrintable(error));
+        QVERIFY(model.taught);
+        for (quint64 seed = 1; seed <= 2; ++seed) {
+            const wheel::WheelSpec other = worseWheel(design, 900 + seed, true);
+            const finder::FindResult found = Wheels::locate(Wheels::image(other), model);
+            QVERIFY2(found.found(), qPrintable(finder::resultTip(found.error)));
+            QVERIFY(Wheels::turnBetween(found.angle, wheel::truthOf(other).angle) < 0.2);
+            QVERIFY(!Wheels::locate(Wheels::image(worseWheel(design, 950 + seed, false)), model).found());
+        }
+    }
+
+    void clicksThatShowNoHoleAreRefusedWithTheReason_data()
+    {
+        const wheel::WheelTruth truth = wheel::truthOf(Wheels::spec());
+        const QImage image = finder::toImage(Wheels::image(Wheels::spec()));
+        const QPointF rim = clickNear(onRim(truth, 2), 1), hole = clickNear(truth.holeCenter, 2);
+        const QPointF hub(truth.hub.x, truth.hub.y);
+        const auto at = [&](double share, const QPointF& point) { return hub + share * (point - hub); };
+        QImage black(800, 600, QImage::Format_RGB32);
+        black.fill(Qt::black);
+        Table::of<QImage, QPointF, QPointF, QString>(
+            {{"rim clicked on a spoke", image, at(0.6, rim), hole, "轮缘"},
+             {"rim clicked beside the wheel", image, at(1.15, rim), hole, "轮缘"},
+             {"hole clicked on bare metal", image, rim, 2 * hub - hole, "清晰的孔"},
+             {"hole clicked outside of the rim", image, rim, at(1.3, hole), "轮缘以内"},
+             {"beside the image", image, QPointF(-40, 5), hole, "不在图像内"},
+             {"no number", image, rim, QPointF(qQNaN(), 7), "不在图像内"},
+             {"no image", QImage(), rim, hole, ""},
+             {"too small", QImage(20, 20, QImage::Format_Mono), rim, hole, ""},
+             {"black", black, QPointF(700, 300), QPointF(600, 300), ""}});
+    }
+    void clicksThatShowNoHoleAreRefusedWithTheReason()
+    {
+        const auto [image, rim, hole, reason] = Table::row<QImage, QPointF, QPointF, QString>();
+        QString error;
+        QVERIFY(ModelTeacher().propose(image, rim, hole, &error).isEmpty());
+        QVERIFY2(!error.isEmpty() && error.contains(reason), qPrintable(error));
     }
 };
 

@@ -31,8 +31,7 @@ private slots:
         const FindResult found = locate(Wheels::image(spec), Wheels::model(spec));
         QCOMPARE(found.error, FindError::None);
         QVERIFY2(Wheels::turnBetween(found.angle, truth.angle) < 0.1, qPrintable(QString::number(found.angle)));
-        QVERIFY(cv::norm(found.hole - truth.holeCenter) < 1);
-        QVERIFY(cv::norm(found.hub.center - truth.hub) < 1);
+        QVERIFY(cv::norm(found.hole - truth.holeCenter) < 1 && cv::norm(found.hub.center - truth.hub) < 1);
         QVERIFY(std::abs(found.hub.radius - truth.rimRadius) < 0.02 * truth.rimRadius);
     }
 

@@ -2,10 +2,6 @@
 #include "support/Table.h"
 #include "support/TempHome.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-
 #include <opencv2/imgproc.hpp>
 
 namespace {
@@ -134,8 +130,7 @@ private slots:
             const wheel::WheelTruth truth = wheel::truthOf(Wheels::spec("five", seed));
             return QStringLiteral("%1,%2").arg(truth.holeCenter.x + 3).arg(truth.holeCenter.y - 4);
         };
-        QCOMPARE(show("--reject", 11, holeOf(11)).code, 1);
-        QCOMPARE(show("--teach", 11, QStringLiteral("3,4")).code, 1);
+        QCOMPARE(told(show("--reject", 11, holeOf(11)).code, show("--teach", 11, QStringLiteral("3,4")).code), "1|1");
         const Answer first = show("--teach", 11, holeOf(11));
         QVERIFY2(first.code == 0, first.messages);
         QCOMPARE(first.lines[0].value("created"), QJsonValue(true));

@@ -3,8 +3,6 @@
 #include "finder/mouth/MouthModel.h"
 #include "support/Table.h"
 
-#include <QtTest>
-
 #include <random>
 
 namespace {
@@ -67,13 +65,13 @@ class MouthTest : public QObject
 private slots:
     void derivativesAreThoseOfThePicture_data()
     {
-        QTest::addColumn<int>("parameter");
+        Table::columns<int>();
         for (int i = 0; i < finder::mouthParameters; ++i)
             QTest::addRow("parameter %d", i) << i;
     }
     void derivativesAreThoseOfThePicture()
     {
-        QFETCH(int, parameter);
+        const auto [parameter] = Table::row<int>();
         const finder::MouthVector p = wholeHole();
         const double step = parameter >= finder::mouthShapes ? 1 : parameter == finder::Far ? 1e-3 : 1e-2;
         // Of a flattened ellipse, distances are right at its edge and to first order beside it; and where the far end
@@ -104,62 +102,53 @@ private slots:
 
     void bothEdgesAreFoundAndToldApart_data()
     {
-        QTest::addColumn<DrawnHole>("hole");
-        QTest::addColumn<MouthEdge>("edge");
-        const auto row = [](const char* name, MouthEdge edge, const auto& change) {
+        const auto drawn = [](const std::function<void(DrawnHole*)>& change) {
             DrawnHole hole;
             hole.noise = 2;
             hole.center = {80.3, 79.6};
             change(&hole);
-            QTest::newRow(name) << hole << edge;
+            return hole;
         };
-        const auto ring = [](double width, double gray) {
-            return [=](DrawnHole* hole) {
+        const auto ring = [&](double width, double gray, const std::function<void(DrawnHole*)>& more = {}) {
+            return drawn([&](DrawnHole* hole) {
+                hole->radius = width == 6 ? 27 : hole->radius;
                 hole->ring = width;
                 hole->ringGray = gray;
                 hole->ringShift = {0.02 * hole->radius, 0};
-            };
+                if (more)
+                    more(hole);
+            });
         };
-        row("plain", MouthEdge::Plain, [](DrawnHole*) {});
-        row("plain, bright inside", MouthEdge::Plain, [](DrawnHole* hole) { hole->deep = 240; });
-        row("plain, wall seen", MouthEdge::Plain, [](DrawnHole* hole) { hole->wall = {-3, 0.5}; });
-        row("ring as bright as the surface", MouthEdge::Plain, ring(4, 150));
-        row("darker chamfer", MouthEdge::Chamfer, ring(3, 95));
-        row("brighter chamfer", MouthEdge::Chamfer, ring(3, 215));
-        row("darker counterbore", MouthEdge::Counterbore, ring(7, 100));
-        row("brighter counterbore", MouthEdge::Counterbore, ring(7, 205));
-        row("shadow in a counterbore", MouthEdge::Counterbore, [&](DrawnHole* hole) {
-            ring(7, 175)(hole);
-            hole->shadow = 2;
-            hole->ringShift = {1, 0};
-        });
-        row("chamfer lit from one side", MouthEdge::Chamfer, [&](DrawnHole* hole) {
-            ring(4, 150)(hole);
-            hole->ringShading = 60;
-        });
-        row("stem in a chamfered hole", MouthEdge::Chamfer, [&](DrawnHole* hole) {
-            ring(3, 215)(hole);
-            hole->stem = 8;
-        });
-        row("large hole", MouthEdge::Chamfer, [&](DrawnHole* hole) {
-            hole->radius = 27;
-            ring(6, 205)(hole);
-        });
+        const auto shadow = [](DrawnHole* hole) { hole->shadow = 2, hole->ringShift = {1, 0}; };
+        using Edge = MouthEdge;
+        Table::of<DrawnHole, Edge>(
+            {{"plain", drawn([](DrawnHole*) {}), Edge::Plain},
+             {"plain, bright inside", drawn([](DrawnHole* hole) { hole->deep = 240; }), Edge::Plain},
+             {"plain, wall seen", drawn([](DrawnHole* hole) {
+                  hole->wall = {-3, 0.5};
+              }),
+              Edge::Plain},
+             {"ring as bright as the surface", ring(4, 150), Edge::Plain},
+             {"darker chamfer", ring(3, 95), Edge::Chamfer},
+             {"brighter chamfer", ring(3, 215), Edge::Chamfer},
+             {"darker counterbore", ring(7, 100), Edge::Counterbore},
+             {"brighter counterbore", ring(7, 205), Edge::Counterbore},
+             {"shadow in a counterbore", ring(7, 175, shadow), Edge::Counterbore},
+             {"chamfer lit from one side", ring(4, 150, [](DrawnHole* h) { h->ringShading = 60; }), Edge::Chamfer},
+             {"stem in a chamfered hole", ring(3, 215, [](DrawnHole* h) { h->stem = 8; }), Edge::Chamfer},
+             {"large hole", ring(6, 205), Edge::Chamfer}});
     }
     void bothEdgesAreFoundAndToldApart()
     {
-        QFETCH(DrawnHole, hole);
-        QFETCH(MouthEdge, edge);
+        const auto [hole, edge] = Table::row<DrawnHole, MouthEdge>();
         const cv::Mat image = hole.image();
         for (const auto& off : {cv::Point2d(0.08, 0.06), cv::Point2d(-0.1, 0.04), cv::Point2d(0.03, -0.12)}) {
             for (const double size : {0.9, 1.1}) {
                 const Mouth mouth = fitted(hole, image, off, size);
                 QVERIFY(mouth.valid);
-                const QString found = QString("centre off by %1, radius %2, outer %3, edge %4")
-                                          .arg(cv::norm(mouth.center - hole.center))
-                                          .arg(mouth.radius)
-                                          .arg(mouth.outerRadius)
-                                          .arg(int(mouth.edge));
+                const QString found =
+                    "centre off by, radius, outer, edge: " +
+                    told(cv::norm(mouth.center - hole.center), mouth.radius, mouth.outerRadius, int(mouth.edge));
                 QVERIFY2(cv::norm(mouth.center - hole.center) < 0.25, qPrintable(found));
                 QVERIFY2(std::abs(mouth.radius - hole.radius) < 0.45, qPrintable(found));
                 QVERIFY2(mouth.edge == edge, qPrintable(found));
@@ -192,9 +181,8 @@ private slots:
             start.radius = radius;
             const Mouth mouth = finder::fitMouth(hole.image(161), start, {-600, 80}, {});
             QVERIFY(mouth.valid);
-            QVERIFY2(
-                cv::norm(mouth.center - hole.center) < 0.1,
-                qPrintable(QString("%1 %2").arg(mouth.center.x - hole.center.x).arg(mouth.center.y - hole.center.y)));
+            const cv::Point2d off = mouth.center - hole.center;
+            QVERIFY2(cv::norm(off) < 0.1, qPrintable(told(off.x, off.y)));
         }
     }
 
@@ -211,8 +199,7 @@ private slots:
         hole.ring = 8;
         hole.ringGray = 110;
         const Mouth mouth = fitted(hole, hole.image(), {0.1, 0}, 0.9, 1.1 * (hole.radius + hole.ring));
-        QVERIFY(cv::norm(mouth.center - hole.center) < 0.2);
-        QVERIFY(std::abs(mouth.outerRadius - 23) < 0.5);
+        QVERIFY(cv::norm(mouth.center - hole.center) < 0.2 && std::abs(mouth.outerRadius - 23) < 0.5);
     }
 
     /// Today's figures and a tenth.
@@ -242,9 +229,7 @@ private slots:
             errors.push_back(cv::norm(mouth.center - hole.center));
             bias += mouth.center - hole.center;
         }
-        const QString found =
-            QString("median %1, bias %2 %3").arg(median(errors)).arg(bias.x / seeds).arg(bias.y / seeds);
-        qInfo("%s", qPrintable(found));
+        const QString found = "median, bias: " + told(median(errors), bias.x / seeds, bias.y / seeds);
         QVERIFY2(median(errors) < 0.07, qPrintable(found));
         QVERIFY2(cv::norm(bias) / seeds < 0.07, qPrintable(found));
     }

@@ -4,13 +4,13 @@
 #include "panels/TryPanel.h"
 #include "support/FakeEngine.h"
 #include "support/Hand.h"
+#include "support/Table.h"
 #include "widgets/ImageView.h"
 
 #include <QComboBox>
 #include <QListWidget>
 #include <QPainter>
 #include <QPushButton>
-#include <QtTest>
 
 /// The designer opened on a fake engine and operated by the names of its controls.
 struct Bench : Hand

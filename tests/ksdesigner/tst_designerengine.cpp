@@ -2,7 +2,6 @@
 #include "Engine.h"
 #include "ksbengine/Wheels.h"
 #include "panels/BatchPanel.h"
-#include "panels/TryPanel.h"
 #include "support/English.h"
 #include "support/Look.h"
 #include "support/TempHome.h"

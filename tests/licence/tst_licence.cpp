@@ -2,6 +2,7 @@
 #include "licence/Registration.h"
 #include "licence/Vendor.h"
 #include "platform/MachineIdentity.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 Q_DECLARE_METATYPE(LicenceRefusal)
@@ -72,37 +73,30 @@ private slots:
 
     void licenceThatDoesNotFitIsRefused_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<LicenceRefusal>("refusal");
+        using Refusal = LicenceRefusal;
         const auto with = [this](const std::function<void(Licence&)>& change) {
             Licence licence = Vendor::licence();
             change(licence);
             return m_vendor.issue(licence);
         };
         const QDate today = Vendor::today();
-        QTest::newRow("nothing") << QByteArray() << LicenceRefusal::Missing;
-        QTest::newRow("an invoice") << QByteArray("%PDF-1.7\n") << LicenceRefusal::NotALicence;
-        QTest::newRow("a whole disk image")
-            << m_vendor.issue() + QByteArray(20000, '\0') << LicenceRefusal::NotALicence;
-        QTest::newRow("another vendor's") << Vendor().issue() << LicenceRefusal::Altered;
-        QTest::newRow("of another machine")
-            << with([](Licence& l) { l.machine = MachineCode::of("another"); }) << LicenceRefusal::OtherMachine;
-        QTest::newRow("clock set back") << with([&](Licence& l) { l.issued = today.addDays(2); })
-                                        << LicenceRefusal::NotYet;
-        QTest::newRow("issued east of here")
-            << with([&](Licence& l) { l.issued = today.addDays(1); }) << LicenceRefusal::None;
-        QTest::newRow("last day") << with([&](Licence& l) { l.expires = today; }) << LicenceRefusal::None;
-        QTest::newRow("day after") << with([&](Licence& l) {
-            l.issued = today.addDays(-9);
-            l.expires = today.addDays(-1);
-        }) << LicenceRefusal::Expired;
-        QTest::newRow("without end") << with([](Licence& l) { l.expires = QDate(); }) << LicenceRefusal::None;
-        QTest::newRow("one station") << with([](Licence& l) { l.stations = 1; }) << LicenceRefusal::TooFewStations;
+        Table::of<QByteArray, Refusal>(
+            {{"nothing", "", Refusal::Missing},
+             {"an invoice", "%PDF-1.7\n", Refusal::NotALicence},
+             {"a whole disk image", m_vendor.issue() + QByteArray(20000, '\0'), Refusal::NotALicence},
+             {"another vendor's", Vendor().issue(), Refusal::Altered},
+             {"another machine's", with([](Licence& l) { l.machine = MachineCode::of("x"); }), Refusal::OtherMachine},
+             {"clock set back", with([&](Licence& l) { l.issued = today.addDays(2); }), Refusal::NotYet},
+             {"issued east of here", with([&](Licence& l) { l.issued = today.addDays(1); }), Refusal::None},
+             {"last day", with([&](Licence& l) { l.expires = today; }), Refusal::None},
+             {"day after", with([&](Licence& l) { l.issued = l.expires = today.addDays(-1); }), Refusal::Expired},
+             {"without end", with([](Licence& l) { l.expires = QDate(); }), Refusal::None},
+             {"one station", with([](Licence& l) { l.stations = 1; }), Refusal::TooFewStations}});
     }
     void licenceThatDoesNotFitIsRefused()
     {
-        QFETCH(QByteArray, text);
-        QTEST(refusal(text), "refusal");
+        const auto [text, expected] = Table::row<QByteArray, LicenceRefusal>();
+        QCOMPARE(refusal(text), expected);
     }
 
     void nothingCountsWithoutKeyOrMachine()
@@ -128,8 +122,7 @@ private slots:
         QCOMPARE(registration.present().licence.customer, Vendor::licence().customer);
 
         home.write(licenceFile, good + "\r\n"); // an editor's
-        QVERIFY(registration.present().isGood());
-        QVERIFY(registration.submit(good, &error).isGood());
+        QVERIFY(registration.present().isGood() && registration.submit(good, &error).isGood());
 
         Licence expired = Vendor::licence();
         expired.issued = expired.expires = Vendor::today().addDays(-1);

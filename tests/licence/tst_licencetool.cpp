@@ -1,8 +1,7 @@
 #include "licence/MachineCode.h"
 #include "licence/RsaKey.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
-
-#include <QProcess>
 
 namespace {
 
@@ -72,31 +71,28 @@ private slots:
 
     void wrongArgumentsAreReported_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("code");
-        QTest::addColumn<QString>("error");
         const QStringList issue{"issue", "--key", m_secret, "--machine", m_machine, "--customer", "C"};
-        QTest::newRow("no command") << QStringList() << 2 << "which command";
-        QTest::newRow("unknown command") << QStringList{"revoke"} << 2 << "\"revoke\"";
-        QTest::newRow("unknown option") << QStringList{"keygen", "--bits", "512"} << 2 << "bits";
-        QTest::newRow("mistyped machine")
-            << issue + QStringList{"--machine", m_machine.chopped(1) + "U"} << 2 << "no machine code";
-        QTest::newRow("customer of two lines")
-            << issue + QStringList{"--customer", "C\nstations: 9"} << 2 << "printable";
-        QTest::newRow("stations in letters") << issue + QStringList{"--stations", "two"} << 2 << "stations";
-        QTest::newRow("day that is none") << issue + QStringList{"--expires", "2027-02-30"} << 2 << "2027-02-30";
-        QTest::newRow("over before it begins") << issue + QStringList{"--expires", "2001-01-01"} << 2 << "expires";
-        QTest::newRow("public key to sign with") << issue + QStringList{"--key", m_open} << 1 << "no private key";
-        QTest::newRow("missing key") << issue + QStringList{"--key", "/nowhere"} << 1 << "/nowhere";
-        QTest::newRow("no licence file") << QStringList{"verify", "--key", m_open, "/nowhere.lic"} << 1
-                                         << "nowhere.lic";
+        const auto issuing = [&](const QString& option, const QString& value) {
+            return issue + QStringList{option, value};
+        };
+        Table::of<QStringList, int, QString>(
+            {{"no command", {}, 2, "which command"},
+             {"unknown command", {"revoke"}, 2, "\"revoke\""},
+             {"unknown option", {"keygen", "--bits", "512"}, 2, "bits"},
+             {"mistyped machine", issuing("--machine", m_machine.chopped(1) + "U"), 2, "no machine code"},
+             {"customer of two lines", issuing("--customer", "C\nstations: 9"), 2, "printable"},
+             {"stations in letters", issuing("--stations", "two"), 2, "stations"},
+             {"day that is none", issuing("--expires", "2027-02-30"), 2, "2027-02-30"},
+             {"over before it begins", issuing("--expires", "2001-01-01"), 2, "expires"},
+             {"public key to sign with", issuing("--key", m_open), 1, "no private key"},
+             {"missing key", issuing("--key", "/nowhere"), 1, "/nowhere"},
+             {"no licence file", {"verify", "--key", m_open, "/nowhere.lic"}, 1, "nowhere.lic"}});
     }
     void wrongArgumentsAreReported()
     {
-        QFETCH(QStringList, arguments);
-        QFETCH(QString, error);
+        const auto [arguments, code, error] = Table::row<QStringList, int, QString>();
         const Answer answer = run(arguments);
-        QTEST(answer.code, "code");
+        QCOMPARE(answer.code, code);
         QVERIFY2(answer.error.contains(error) && answer.out.isEmpty(), qPrintable(answer.error));
     }
 };

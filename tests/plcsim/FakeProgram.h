@@ -1,6 +1,8 @@
 #pragma once
 
+#include <valvecell/Extension.h>
 #include <valvecell/ISerialPort.h>
+#include <valvecell/ISerialSession.h>
 
 #include <QFile>
 #include <QLibrary>
@@ -33,11 +35,20 @@ public:
         const auto create = reinterpret_cast<SerialPortCreateFunction>(m_library.resolve("SerialPortCreate"));
         QVERIFY2(create, qPrintable(m_library.errorString()));
         m_port.reset(create());
+        m_sessions = extensionOf<ISerialSession>(m_port.get());
         m_port->setReceiveCallback(this, [this](const SComFrame& frame) {
-            QMetaObject::invokeMethod(this, [this, frame] { onFrame(frame); });
+            QMetaObject::invokeMethod(this, [this, frame, session = m_sessions->session()] {
+                m_session = session;
+                onFrame(frame);
+            });
         });
         m_port->open(port, QStringLiteral("115200"));
-        connect(&heartbeat, &QTimer::timeout, this, [this] { send('C', {0, 0, 0, 0, 0, 0, 200, 80}); });
+        connect(&heartbeat, &QTimer::timeout, this, [this] {
+            m_session = 0;
+            send('C', {0, 0, 0, 0, 0, 0, 200, 80});
+            if (m_held && m_sessions->session() != m_heldSince && m_sessions->session() != 0)
+                std::exchange(m_held, nullptr)();
+        });
         heartbeat.start(50);
     }
 
@@ -45,6 +56,7 @@ public:
     QStringList seen;                      ///< "C 1 3", "P 5" and so on
     QString roadFile;
     QTimer heartbeat;
+    bool forgetful = false; ///< answers on the next connection
 
 private:
     void send(char command, std::array<double, 8> words)
@@ -52,7 +64,7 @@ private:
         SComFrame frame;
         frame.command = static_cast<quint8>(command);
         std::copy(words.begin(), words.end(), frame.data);
-        m_port->send(&frame);
+        m_sessions->send(frame, m_session ? m_session : m_sessions->session());
     }
 
     void onFrame(const SComFrame& frame)
@@ -82,6 +94,15 @@ private:
         const ScriptedAnswer answer = refused ? ScriptedAnswer{999} : nextAnswer(answers[station - 1]);
         if (answer.silent)
             return;
+        m_heldSince = m_session;
+        if (forgetful)
+            m_held = [this, station, answer, refused] { send(station, answer, refused); };
+        else
+            send(station, answer, refused);
+    }
+
+    void send(int station, const ScriptedAnswer& answer, bool refused)
+    {
         const auto thousandths = [](double value) { return std::round((value - std::trunc(value)) * 1000); };
         send(station == 1 ? 'F' : 'G', {0, 0, answer.angle, thousandths(answer.angle), answer.x, thousandths(answer.x),
                                         answer.y, thousandths(answer.y)});
@@ -106,6 +127,10 @@ private:
 
     QLibrary m_library;
     std::unique_ptr<ISerialPort> m_port;
+    ISerialSession* m_sessions = nullptr;
+    std::function<void()> m_held; ///< an answer
+    quint64 m_heldSince = 0;
+    quint64 m_session = 0; ///< that is answered; 0 for the present one
     std::array<int, 2> m_index{};
     int m_timings = 0;
 };

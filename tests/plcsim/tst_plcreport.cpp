@@ -212,6 +212,8 @@ private slots:
         Table::of<QStringList, QString>(
             {{"no line", QStringList{}, "--link"},
              {"two lines", QStringList{"--link", "a", "--port", "b"}, "--port"},
+             {"line and server", QStringList{"--link", "a", "--listen", "b"}, "--listen"},
+             {"cuts below zero", QStringList{"--link", "a", "--cuts", "-1"}, "--cuts -1"},
              {"unknown", QStringList{"--link", "a", "--colour"}, "colour"},
              {"text for a number", QStringList{"--link", "a", "--parts", "many"}, "--parts many"},
              {"below zero", QStringList{"--link", "a", "--filter", "-1"}, "--filter -1"},

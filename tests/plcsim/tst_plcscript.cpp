@@ -103,6 +103,13 @@ private slots:
         QVERIFY(file.remove());
     }
 
+    void placeToListenAtHasToBeOne()
+    {
+        QString error;
+        for (const char* place : {"", "4001", "plc:4001", "127.0.0.1", "127.0.0.1:70000", "[::1"})
+            QVERIFY2(!PlcLine().listen(place, &error) && error.contains(place), place);
+    }
+
     void namedPortThatFailsIsOpenedAgain()
     {
         PlcLine line;

@@ -22,6 +22,16 @@ class PlcsimTest : public QObject
     std::unique_ptr<FakeProgram> m_program;
 
     QString link() const { return m_home->path("/plc"); }
+    /// For tests of what holds for every line.
+    static void bothLines() { Table::of<int>({{"pseudo-terminal", 0}, {"device server", 0}}); }
+    QStringList lineOptions() const
+    {
+        if (QTest::currentDataTag() != QByteArray("device server"))
+            return {"--link", link(), "--name-file", m_home->path("/name")};
+        const qint64 id = QCoreApplication::applicationPid(); // an address of its own: nobody else gets its ports
+        const QString place = QStringLiteral("127.2.%1.%2:0").arg(id / 256 % 256).arg(id % 254 + 1);
+        return {"--listen", place, "--name-file", m_home->path("/name")};
+    }
     QString output() const { return QString::fromUtf8(m_plc->property("output").toByteArray()); }
     QString errors()
     {
@@ -36,14 +46,14 @@ class PlcsimTest : public QObject
         connect(m_plc.get(), &QProcess::readyReadStandardOutput, this, [this] {
             m_plc->setProperty("output", m_plc->property("output").toByteArray() + m_plc->readAllStandardOutput());
         });
-        m_plc->start(QStringLiteral(VALVECELL_BIN_DIR "/plcsim"), QStringList{"--link", link()} + arguments);
+        m_plc->start(QStringLiteral(VALVECELL_BIN_DIR "/plcsim"), lineOptions() + arguments);
         QVERIFY2(m_plc->waitForStarted(), qPrintable(m_plc->errorString()));
     }
     void startBoth(const QStringList& arguments)
     {
         startPlc(arguments);
-        QTRY_VERIFY(QFileInfo::exists(link()));
-        m_program = std::make_unique<FakeProgram>(link());
+        QTRY_VERIFY(QFileInfo::exists(m_home->path("/name")));
+        m_program = std::make_unique<FakeProgram>(QString::fromUtf8(m_home->read("/name")));
     }
     void endsWith(int exitCode)
     {
@@ -78,6 +88,7 @@ private slots:
         m_home.reset();
     }
 
+    void partsAreFedTimedAndReported_data() { bothLines(); }
     void partsAreFedTimedAndReported()
     {
         m_home->write("/road.txt", "valvecell.road: station=1 engine_ms=9 capture_ms=9 total_ms=9 rss_kib=9\n");
@@ -163,6 +174,7 @@ private slots:
         QVERIFY(!QFileInfo(link()).isSymLink());
     }
 
+    void cableIsPulledInTheMiddleOfAScript_data() { bothLines(); }
     void cableIsPulledInTheMiddleOfAScript()
     {
         m_home->write("/script", "wait C 20000\nC 1 3\nP 1\nwait F 20000\npull 100\nwait C 20000\ngarbage 50\nP 2\n"
@@ -171,6 +183,27 @@ private slots:
         endsWith(0);
         QTRY_COMPARE(m_program->seen.size(), 4);
         QVERIFY(m_program->seen.last().startsWith(QChar(0xF1)));
+    }
+
+    void programComesBackFromEveryCut_data() { bothLines(); }
+    void programComesBackFromEveryCut()
+    {
+        for (const bool forgetful : {false, true}) {
+            m_home->write("/pid", QByteArray::number(QCoreApplication::applicationPid()));
+            startBoth(QStringList{"--cuts", "3", "--away", "600", "--json", m_home->path("/cuts.json"), "--pid-file",
+                                  m_home->path("/pid"), "--seed", "5"} +
+                      truthOptions());
+            m_program->forgetful = forgetful;
+            endsWith(forgetful ? 1 : 0);
+            const QJsonObject report = QJsonDocument::fromJson(m_home->read("/cuts.json")).object();
+            QCOMPARE(report["cuts"].toInt(), 3);
+            QVERIFY(report["triggers"].toInt() >= 3 && report["back_ms"].toObject()["p99"].toDouble() > 0);
+            QVERIFY(report["cpu_away_percent"].toDouble() > 0);
+            QCOMPARE(report["stray"].toInt() > 0, forgetful);
+            QCOMPARE(report["answers"].toInt() > 0, !forgetful);
+            m_program.reset();
+            QFile::remove(m_home->path("/name"));
+        }
     }
 
     void failureOfAScriptTellsItsLine_data()

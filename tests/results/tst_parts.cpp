@@ -98,6 +98,8 @@ private slots:
         QCOMPARE(rounds, 3);
         QCOMPARE(now(), whole);
         QCOMPARE(other.value("SELECT count(*) FROM PartTable"), QString("13"));
+        QVERIFY(other.run("DELETE FROM RltTable WHERE uid < 4"));
+        QCOMPARE(other.value("SELECT min(uid) FROM PartTable"), QString("4"));
     }
 
     void filtersAndOrdersPickTheirRows_data()

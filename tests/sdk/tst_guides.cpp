@@ -9,8 +9,6 @@
 
 #include <valvecell/HomeFiles.h>
 
-#include <QSettings>
-
 namespace {
 
 QString textOf(const QString& below)
@@ -100,8 +98,7 @@ private slots:
     {
         QFETCH(QString, text);
         const TempHome home;
-        QVERIFY(ksGlobalConfig().save());
-        QVERIFY(ksSysConfig().save());
+        QVERIFY(ksGlobalConfig().save() && ksSysConfig().save());
         QVector<QPair<QStringList, QVariant>> keys;
         const auto written = HomeFiles::readJson(home.path("/user/globalConfig.json")).object;
         for (const QJsonObject& object : {written, written["station2_4p"].toObject()})

@@ -7,8 +7,6 @@
 #include <valvecell/ICameraParameters.h>
 #include <valvecell/ICameraSettings.h>
 
-#include <QProcess>
-
 #include <memory>
 
 namespace {

@@ -3,47 +3,13 @@
 #include "config/CellLimits.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
+#include "support/FakeCameras.h"
 #include "support/FakeEngine.h"
 #include "support/FakePort.h"
 #include "support/ManualScheduler.h"
 #include "support/TempHome.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/Cell.h"
-
-/// Cameras that a test drives: they note what they are asked for, and deliver what it says.
-struct FakeCameras : ICoreCtrl, ICameraCapture
-{
-    QStringList cameraKeys() override { return keys; }
-    void setRequestCallback(RequestCallback) override {}
-    void setImageCallback(ImageCallback) override {}
-    void setNotificationCallback(NotificationCallback) override {}
-    void start() override {}
-    void stop() override { deliver = nullptr; }
-    void trigger(const QStringList& cameras) override
-    {
-        asked << cameras;
-        within();
-    }
-    void setCaptureCallback(Callback) override {}
-    void capture(const QString& camera, quint64 number) override
-    {
-        asked << camera;
-        numbers << number;
-    }
-    void* extension(const char* id) override
-    {
-        return numbered && qstrcmp(id, ICameraCapture::id) == 0 ? static_cast<ICameraCapture*>(this) : nullptr;
-    }
-
-    QStringList keys{QStringLiteral("cam1"), QStringLiteral("cam2")};
-    QStringList asked;
-    bool numbered = false; ///< captures with numbers; to be set before the start
-    QVector<quint64> numbers;
-    std::function<void()> within = [] {}; ///< what trigger() does besides
-    ImageCallback deliver;
-    Callback end;
-    NotificationCallback notify;
-};
 
 struct FakeModules : IModules
 {

@@ -37,8 +37,9 @@ public:
     /// By their widths, images tell themselves apart.
     QVector<int> widths(const QString& camera) const
     {
+        const std::lock_guard<std::mutex> lock(m_mutex);
         QVector<int> widths;
-        for (const QImage& image : images(camera))
+        for (const QImage& image : m_images.value(camera))
             widths.append(image.width());
         return widths;
     }

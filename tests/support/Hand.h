@@ -21,7 +21,7 @@ public:
         return found;
     }
 
-    void press(const char* name) const
+    virtual void press(const char* name) const
     {
         auto* button = get<QAbstractButton>(name);
         // Near the left end: a check box may be wider than what can be clicked.
@@ -40,6 +40,14 @@ public:
         typed.setCommitString(text);
         QCoreApplication::sendEvent(edit, &typed);
     }
+    /// Presses and types in this order: {"addButton", "nameEdit=W18", "okButton"}.
+    void act(std::initializer_list<QString> steps) const
+    {
+        for (const QString& step : steps) {
+            const QByteArray name = step.section('=', 0, 0).toLatin1();
+            step.contains('=') ? type(name, step.section('=', 1)) : press(name);
+        }
+    }
     template <typename Widget = QLineEdit>
     QString text(const char* name) const
     {
@@ -48,4 +56,20 @@ public:
 
 protected:
     virtual QWidget& window() const = 0;
+};
+
+/// Of any window.
+class WindowHand : public Hand
+{
+public:
+    explicit WindowHand(QWidget* window)
+        : m_window(window)
+    {
+    }
+
+protected:
+    QWidget& window() const override { return *m_window; }
+
+private:
+    QWidget* m_window;
 };

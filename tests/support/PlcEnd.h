@@ -8,8 +8,8 @@
 
 #include <memory>
 
-/// The PLC's end of the line, for a test to drive: a pseudo-terminal behind a link that stays, as a plant's port name
-/// does, when the cable is pulled.
+/// The PLC's end of the line, for a test to drive: a pseudo-terminal behind a link that comes and goes with the cable,
+/// as a plant's port name does.
 class PlcEnd
 {
 public:
@@ -17,18 +17,24 @@ public:
         : link(std::move(linkPath))
     {
     }
+    virtual ~PlcEnd() { unplug(); }
+    Q_DISABLE_COPY(PlcEnd)
 
-    bool plug()
+    virtual bool plug()
     {
-        m_line = std::make_unique<platform::PseudoTerminal>();
-        QObject::connect(m_line.get(), &QIODevice::readyRead, [this] {
-            m_decoder.feed(m_line->readAll(), [this](const SComFrame& frame) { take(frame); });
-        });
+        unplug();
+        auto line = std::make_unique<platform::PseudoTerminal>();
         QFile::remove(link);
-        return m_line->open(QIODevice::ReadWrite) && QFile::link(m_line->farEnd(), link);
+        if (!line->open(QIODevice::ReadWrite) || !QFile::link(line->farEnd(), link))
+            return false;
+        m_device = line->farEnd();
+        carry(std::move(line));
+        return true;
     }
-    void pull() { m_line.reset(); }
-    QString device() const { return m_line->farEnd(); }
+    virtual void pull() { unplug(); }
+    /// As the program's setting names it.
+    virtual QString name() const { return link; }
+    virtual QString device() const { return m_device; }
 
     void sendBytes(const QByteArray& bytes) { m_line->write(bytes); }
     void send(int command, std::initializer_list<int> words) { sendBytes(encoded(command, words)); }
@@ -39,6 +45,7 @@ public:
         std::copy(words.begin(), words.end(), frame.data);
         return m_encoder.next(frame);
     }
+    bool isUp() const { return m_line != nullptr; }
 
     /// The commands of what was received, as letters.
     QByteArray replies() const
@@ -54,6 +61,22 @@ public:
     QVector<SComFrame> received; ///< all but the heartbeats
     int heartbeats = 0;
 
+protected:
+    void carry(std::unique_ptr<QIODevice> line)
+    {
+        m_line = std::move(line);
+        QObject::connect(m_line.get(), &QIODevice::readyRead, [this] {
+            m_decoder.feed(m_line->readAll(), [this](const SComFrame& frame) { take(frame); });
+        });
+    }
+    /// The name goes first, as the system takes it away: the device's number is soon another process's.
+    void unplug()
+    {
+        if (m_line && !link.isEmpty() && QFile::symLinkTarget(link) == m_device)
+            QFile::remove(link);
+        m_line.reset();
+    }
+
 private:
     void take(const SComFrame& frame)
     {
@@ -63,7 +86,8 @@ private:
             received.append(frame);
     }
 
-    std::unique_ptr<platform::PseudoTerminal> m_line;
+    std::unique_ptr<QIODevice> m_line;
+    QString m_device;
     wire::FrameEncoder m_encoder;
     wire::FrameDecoder m_decoder;
 };

@@ -56,3 +56,13 @@ std::tuple<Types...> row()
 }
 
 } // namespace Table
+
+/// Values as one text, "3|0.5|true": one comparison shows them all.
+template <typename... Values>
+QString told(const Values&... values)
+{
+    static_assert(((std::is_arithmetic_v<Values> || std::is_convertible_v<Values, QString>)&&...));
+    QStringList texts;
+    (texts << QVariant(values).toString(), ...);
+    return texts.join('|');
+}

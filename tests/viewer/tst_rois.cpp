@@ -4,8 +4,6 @@
 #include "viewer/RectRoi.h"
 #include "viewer/RoiImgViewer.h"
 
-#include <QtTest>
-
 namespace {
 
 /// A viewer of 400 x 400 pixels, 1:1, on an image of that size.

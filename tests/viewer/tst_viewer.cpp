@@ -8,8 +8,6 @@
 #include "viewer/ksImgViewer.h"
 
 #include <QLabel>
-#include <QTemporaryDir>
-#include <QtTest>
 
 Q_DECLARE_METATYPE(QImage::Format)
 
@@ -116,8 +114,7 @@ private slots:
         // 0.9^43 = 0.01078, 0.9^44 = 0.00970
         QCOMPARE(station.viewer.imageScale(), std::pow(0.9, 43));
         QCOMPARE(spy.size(), 43);
-        QVERIFY(!station.viewer.setImageScale(qQNaN()));
-        QVERIFY(!station.viewer.setImageScale(1e9));
+        QVERIFY(!station.viewer.setImageScale(qQNaN()) && !station.viewer.setImageScale(1e9));
         QCOMPARE(station.viewer.imageScale(), std::pow(0.9, 43));
     }
 
@@ -145,9 +142,7 @@ private slots:
         QCOMPARE(station.viewer.secondModeFactor(), 0.64);
         QCOMPARE(station.viewer.pixelAt(station.seenAt({700, 250})), QPoint(700, 250));
         station.mouse.wheel(-1200);
-        QCOMPARE(station.viewer.secondModeFactor(), 0.3);
-        QCOMPARE(station.viewer.imageScale(), 1.0);
-        QCOMPARE(spy.size(), 0);
+        QCOMPARE(told(station.viewer.secondModeFactor(), station.viewer.imageScale(), spy.size()), "0.3|1|0");
     }
 
     void readoutShowsPixelAndColor_data()
@@ -308,8 +303,7 @@ private slots:
         viewer.setImage(filled(1000, 600, Qt::red));
         QCOMPARE(viewer.imageScale(), 0.4);
         viewer.resize(800, 600);
-        QCOMPARE(viewer.imageScale(), 0.8);
-        QCOMPARE(scales.size(), 0);
+        QCOMPARE(told(viewer.imageScale(), scales.size()), "0.8|0");
         Mouse(viewer).wheel(120);
         viewer.resize(400, 300);
         viewer.setImage(filled(500, 300, Qt::blue));

@@ -4,9 +4,6 @@
 
 #include <valvecell/HomeFiles.h>
 
-#include <QTemporaryDir>
-#include <QtTest>
-
 namespace {
 
 const QByteArray foreign = R"([
@@ -86,9 +83,7 @@ private slots:
         const auto& pictures = truth.pictures();
         QCOMPARE(pictures.size(), 3);
         QVERIFY(!pictures[0].wheel && !pictures[0].hole && pictures[1].hole && !pictures[2].hole);
-        QCOMPARE(pictures[1].x, 700.0);
-        QCOMPARE(pictures[1].y, 380.25);
-        QCOMPARE(pictures[1].angle, 5.65);
+        QCOMPARE(told(pictures[1].x, pictures[1].y, pictures[1].angle), "700|380.25|5.65");
         QCOMPARE(pictures[1].causes, (QStringList{"noise", "stem", "edge: ring", "design: mesh"}));
         for (const auto& [name, length, most] :
              {std::tuple("rim_radius", 240.0, 0.02), std::tuple("ring_radius", 200.5, 0.01),
@@ -99,10 +94,7 @@ private slots:
         QCOMPARE(pictures[0].parameters, pictures[1].parameters);
         QVERIFY(!pictures[1].parameters.contains("rim_radius_tol"));
         const KnownDepth& depth = truth.pictures()[1].depth;
-        QCOMPARE(depth.hole, 31.5);
-        QCOMPARE(depth.distance, 1500.0);
-        QCOMPARE(depth.principalX, 512.5);
-        QCOMPARE(depth.pixelSize, 0.5);
+        QCOMPARE(told(depth.hole, depth.distance, depth.principalX, depth.pixelSize), "31.5|1500|512.5|0.5");
         QCOMPARE(truth.pictures()[2].depth.distance, 0.0);
     }
 

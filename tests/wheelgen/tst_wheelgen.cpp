@@ -4,12 +4,6 @@
 
 #include <valvecell/HomeFiles.h>
 
-#include <QJsonArray>
-#include <QProcess>
-#include <QSettings>
-#include <QTemporaryDir>
-#include <QtTest>
-
 #include <opencv2/imgcodecs.hpp>
 
 namespace {
@@ -142,6 +136,7 @@ private slots:
              {"size too large", QStringList{"--out", "x", "--size", "20000x20000"}, "--size"},
              {"format", QStringList{"--out", "x", "--format", "gif"}, "--format"},
              {"seed of the demo", QStringList{"--demo", "x", "--seed", "1"}, "--seed"},
+             {"port of a set", QStringList{"--out", "x", "--port", "COM3"}, "--port"},
              {"no such folder", QStringList{"--demo", "x", "--cameras-from", "/no/such/folder"}, "/no/such/folder"},
              {"stray word", QStringList{"--out", "x", "y"}, "\"y\""}});
     }
@@ -186,9 +181,18 @@ private slots:
         QVERIFY(QFile::link(archive, plan.home + "/DBFiles"));
         QVERIFY(HomeFiles::writeFile(plan.home + "/user/globalConfig.json", "{\"length_1\": 5}", nullptr));
         plan.fresh = true;
-        QVERIFY(make(plan));
-        QVERIFY(json(plan.home + "/user/globalConfig.json").contains("station_camkey_1"));
+        QVERIFY(make(plan) && json(plan.home + "/user/globalConfig.json").contains("station_camkey_1"));
         QVERIFY(QFile::exists(archive + "/kept.jpg") && !QFile::exists(plan.home + "/DBFiles"));
+        plan.fresh = false;
+        const QString picture = plan.home + "/images/1/0003.bmp", stamp = plan.home + "/demo.json";
+        const QByteArray whole = content(picture);
+        for (const auto& [key, value] : {std::pair("complete", QJsonValue(false)), {"version", QJsonValue(0)}}) {
+            QVERIFY(HomeFiles::writeFile(picture, whole.left(100), nullptr)); // as when the making was cut short
+            QJsonObject changed = json(stamp);
+            changed[QLatin1String(key)] = value;
+            QVERIFY(HomeFiles::writeJson(stamp, changed, nullptr) && make(plan));
+            QVERIFY2(content(picture) == whole && json(stamp)["complete"].toBool(), key);
+        }
     }
 
     void demoHomeFitsTogether()
@@ -209,8 +213,7 @@ private slots:
             QCOMPARE(json(solution + "/solution.json")["name"], key("station_solution"));
             QCOMPARE(key("StationScale"), json(folder + "/truth.json")["mm_per_px"]);
             QStringList models = modelNames(index[key("station_solution").toString()].toArray());
-            QVERIFY(models.contains(key("station_runModel").toString()));
-            QVERIFY(models.removeOne("auto"));
+            QVERIFY(models.contains(key("station_runModel").toString()) && models.removeOne("auto"));
             for (const QString& model : models)
                 QCOMPARE(json(solution + '/' + model + ".model.json")["name"].toString(), model);
             checkWheels(folder, solution, index[key("station_solution").toString()].toArray());
@@ -219,21 +222,11 @@ private slots:
         QCOMPARE(settings.value("COM/Baute").toInt(), 115200);
         QVERIFY(content(plan.home + "/user/systemConfig.ini").contains((plan.home + "/plc").toUtf8()));
         QVERIFY(truthOf(plan.home + "/images/1") != truthOf(plan.home + "/images/2"));
-    }
-
-    void makingThatWasCutShortIsRepeated()
-    {
-        const QTemporaryDir dir;
-        const DemoPlan plan = smallDemo(dir);
-        QVERIFY(make(plan));
-        const QString picture = plan.home + "/images/1/0003.bmp", stamp = plan.home + "/demo.json";
-        const QByteArray whole = content(picture);
-        for (const auto& [key, value] : {std::pair("complete", QJsonValue(false)), {"version", QJsonValue(0)}}) {
-            QVERIFY(HomeFiles::writeFile(picture, whole.left(100), nullptr));
-            QJsonObject changed = json(stamp);
-            changed[QLatin1String(key)] = value;
-            QVERIFY(HomeFiles::writeJson(stamp, changed, nullptr) && make(plan));
-            QVERIFY2(content(picture) == whole && json(stamp)["complete"].toBool(), key);
+        for (const QString& port : {QStringLiteral("tcp:[::1]:4001"), plan.home + "/线,1"}) {
+            QCOMPARE(wheelgen({"--demo", plan.home, "--size", "240x200", "--port", port}).code, 0);
+            QSettings changed(plan.home + "/user/systemConfig.ini", QSettings::IniFormat);
+            changed.setIniCodec("UTF-8");
+            QCOMPARE(changed.value("COM/Port").toString(), port);
         }
     }
 
@@ -254,8 +247,7 @@ private slots:
         QCOMPARE(folderOf(1), own);
         QCOMPARE(truthOf(plan.home + "/images/2"), truthOf(own));
         plan.camerasFrom = bare;
-        QVERIFY(make(plan));
-        QVERIFY(!QFile::exists(plan.home + "/images/1/truth.json"));
+        QVERIFY(make(plan) && !QFile::exists(plan.home + "/images/1/truth.json"));
         plan.camerasFrom.clear();
         QVERIFY(make(plan));
         QCOMPARE(folderOf(0), QStringLiteral("images/1"));

@@ -2,8 +2,6 @@
 #include "render/WheelRenderer.h"
 #include "support/Table.h"
 
-#include <QtTest>
-
 #include <opencv2/imgproc.hpp>
 
 #include <map>

@@ -2,6 +2,7 @@
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/ksLogDB.h"
+#include "support/FakeCameras.h"
 #include "support/FakePort.h"
 #include "support/Table.h"
 #include "support/TempHome.h"
@@ -10,8 +11,6 @@
 #include "workflow/CellRecords.h"
 #include "workflow/PlcIndexTable.h"
 
-#include <valvecell/ICameraSettings.h>
-#include <valvecell/ICoreCtrl.h>
 #include <valvecell/ISerialStatus.h>
 
 namespace {
@@ -25,31 +24,6 @@ struct LinePort : FakePort, ISerialStatus
     }
 
     SerialStatus line;
-};
-
-struct Cameras : ICoreCtrl, ICameraSettings
-{
-    QStringList cameraKeys() override { return {"cam1", "cam2", "spare"}; }
-    void setRequestCallback(RequestCallback) override {}
-    void setImageCallback(ImageCallback) override {}
-    void setNotificationCallback(NotificationCallback) override {}
-    void start() override {}
-    void stop() override {}
-    void trigger(const QStringList&) override {}
-    void* extension(const char* id) override
-    {
-        return qstrcmp(id, ICameraSettings::id) == 0 ? static_cast<ICameraSettings*>(this) : nullptr;
-    }
-    CameraStatus status(const QString& key) override
-    {
-        CameraStatus status;
-        status.message = messages.value(key);
-        return status;
-    }
-    QVariantMap settings(const QString&) override { return {}; }
-    bool applySettings(const QString&, const QVariantMap&, QString*) override { return false; }
-
-    QMap<QString, QString> messages;
 };
 
 /// For as long as any of its looks takes to come round.
@@ -237,7 +211,8 @@ private slots:
         config.station(2).camKey = "cam2";
         AlarmBook book(Scheduler::system());
         AlarmWatch watch(config, settings, book);
-        Cameras cameras;
+        FakeCameras cameras({ICameraSettings::id});
+        cameras.keys << "spare";
         cameras.messages = {{"cam2", "no power"}, {"spare", "unplugged"}};
         watch.setCameras(&cameras);
         watch.check();

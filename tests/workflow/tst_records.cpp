@@ -3,8 +3,52 @@
 #include "db/StationDB.h"
 #include "db/archive/ImageArchive.h"
 #include "support/ManualScheduler.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 #include "workflow/CellRecords.h"
+#include "workflow/DayCounts.h"
+#include "workflow/DayCountsFile.h"
+#include "workflow/ResultHandler.h"
+
+namespace {
+
+StationReading reading(bool found)
+{
+    StationReading reading;
+    reading.found = found;
+    return reading;
+}
+
+void record(StationDB& database, int station, double angle, const QDateTime& time)
+{
+    StationResult result;
+    result.stationName = QStringLiteral("Station_%1").arg(station);
+    result.angle = angle;
+    QVERIFY(database.insertResult(result, time));
+}
+
+/// One run of the program, as far as it counts.
+struct Run
+{
+    DayCounts counts{Scheduler::system()};
+    DayCountsFile file;
+
+    explicit Run(const TempHome& home)
+        : file(counts, {home.path("/Pellix.db"), home.path("/dayCounts.json")}, Scheduler::system())
+    {
+        QSignalSpy started(&file, &DayCountsFile::started);
+        file.start();
+        if (started.isEmpty() && !started.wait(patienceMs))
+            qFatal("nothing read");
+    }
+    QString told(int station) const
+    {
+        const DayCount& count = counts.of(station);
+        return QStringLiteral("%1 %2 %3").arg(count.found).arg(count.notFound).arg(count.refused);
+    }
+};
+
+} // namespace
 
 /// What the settings say of the archive reaches the right one of its two folders.
 class RecordsTest : public QObject
@@ -32,6 +76,35 @@ private slots:
         records.applySettings();
         QTRY_VERIFY(!(QDir().exists(source) && QDir().exists(result)));
         QVERIFY(QDir().exists(result));
+    }
+
+    void oldResultsGoAsTheSettingSays()
+    {
+        const TempHome home;
+        ksSysConfig settings;
+        ManualScheduler scheduler;
+        CellRecords records(home.path(), settings, scheduler);
+        records.openResultDatabase();
+        OtherProgram results(home.path("/DBFiles/Pellix.db"));
+        const auto count = [&results] { return results.value("SELECT count(*) FROM RltTable").toInt(); };
+        for (const int ago : {1096, 1095, 30, 0})
+            results.run(QStringLiteral("INSERT INTO RltTable(time) VALUES('%1')")
+                            .arg(StationDB::timeText(scheduler.now().addDays(-ago))));
+        scheduler.advance(60000);
+        QCOMPARE(count(), 3);
+        settings.recordDays = 7;
+        records.applySettings();
+        scheduler.setClock(scheduler.now().addDays(1));
+        scheduler.advance(60000);
+        QCOMPARE(count(), 3);
+        QVERIFY(records.health().clockJump.isValid());
+        records.acceptClock();
+        scheduler.advance(60000);
+        QCOMPARE(count(), 1);
+        settings.recordDays = 0;
+        records.applySettings();
+        scheduler.advance(qint64(30) * 24 * 3600 * 1000);
+        QCOMPARE(count(), 1);
     }
 
     void eachStationsImagesAreArchivedAsItsOwnSwitchesSay()
@@ -89,6 +162,84 @@ private slots:
         record("W18", image);
         records.reset(); // the picture is still on its way
         QCOMPARE(named(), (QStringList{paths[0], "", "", paths[3]}));
+    }
+
+    void nightShiftBeginsItsOwnDay()
+    {
+        ManualScheduler scheduler(QDateTime(QDate(2026, 3, 31), QTime(23, 59)));
+        DayCounts counts(scheduler);
+        QCOMPARE(counts.of(1).yield(), -1.0);
+        for (const bool found : {true, true, false, true})
+            counts.onReading(1, reading(found));
+        counts.onRefused(1);
+        counts.onReading(2, reading(false));
+        counts.onReading(0, reading(true)); // a result of no station
+        QCOMPARE(told(counts.of(1).found, counts.of(1).refused, counts.of(1).yield(), counts.of(2).yield()),
+                 "3|1|75|0");
+
+        const QDate yesterday = scheduler.now().date();
+        scheduler.advance(60 * 1000);
+        QSignalSpy changed(&counts, &DayCounts::changed);
+        counts.checkDay();
+        counts.checkDay();
+        QCOMPARE(changed.count(), 2);
+        QCOMPARE(counts.of(1).found + counts.of(1).notFound + counts.of(1).refused, 0);
+        counts.addEarlier(yesterday, 1, {5, 5, 0}); // read before midnight, told after it
+        QCOMPARE(counts.of(1).found, 0);
+    }
+
+    void programRestartedAtNoonCountsOn()
+    {
+        const TempHome home;
+        const QDateTime now = QDateTime::currentDateTime();
+        const QDateTime today(now.date(), QTime(0, 0));
+        {
+            StationDB database(home.path("/Pellix.db"));
+            QVERIFY(database.initialise());
+            for (const double angle : {0.0, 359.9, 361.0, 365.0})
+                record(database, 1, angle, today);
+            record(database, 2, 17.5, today);
+            record(database, 2, 18.5, today.addMSecs(-1)); // yesterday's last
+            record(database, 2, 19.5, now.addDays(1));     // counted by its own signal
+        }
+        Run run(home);
+        QCOMPARE(told(run.told(2), run.told(1)), "1 0 0|2 2 0");
+    }
+
+    void refusedAndUntaughtSurviveTheDayAndNoLonger()
+    {
+        const TempHome home;
+        const QDate today = QDate::currentDate();
+        const auto kept = [&] { return home.read("/dayCounts.json"); };
+        {
+            Run run(home);
+            run.counts.onRefused(2);
+            run.counts.onReading(2, reading(false)); // " No Cali!!!": answered, and no row
+            for (int i = 1; i < DayCountsFile::secondsBetweenWrites; ++i)
+                run.file.tick();
+            QVERIFY(!QFile::exists(home.path("/dayCounts.json")));
+            run.file.tick();
+            QTRY_VERIFY(kept().contains("\"refused\": 1"));
+            run.counts.onRefused(2);
+        }
+        {
+            Run run(home);
+            QCOMPARE(run.told(2), QStringLiteral("0 1 2"));
+            StationDB database(home.path("/Pellix.db"));
+            QVERIFY(database.initialise());
+            for (const double angle : {361.0, 361.0, 17.5}) // then the program dies: the file knows nothing of them
+                record(database, 2, angle, QDateTime(today, QTime(0, 0)));
+        }
+        QCOMPARE(Run(home).told(2), QStringLiteral("1 2 2"));
+        home.write("/dayCounts.json", kept().replace(today.toString(Qt::ISODate).toLatin1(), "2026-03-31"));
+        QCOMPARE(Run(home).told(2), QStringLiteral("1 2 0"));
+        const QByteArray before = kept();
+        {
+            DayCounts counts(Scheduler::system());
+            const DayCountsFile file(counts, {{}, home.path("/dayCounts.json")}, Scheduler::system());
+            counts.onRefused(1);
+        }
+        QVERIFY2(kept() == before, "written before the day so far was read");
     }
 };
 

@@ -8,9 +8,6 @@
 #include "workflow/PlcLink.h"
 #include "workflow/ResultHandler.h"
 
-#include <QSignalSpy>
-#include <QtTest>
-
 namespace {
 
 /// Writes what it is asked into one protocol with the frames sent before.
@@ -145,9 +142,7 @@ private slots:
         QCOMPARE(cell.store.protocol, QStringList({"result 2 五辐 9 after 1 frames", "source 2 五辐 7 after 1 frames",
                                                    "row after 1 frames"}));
         const StationResult& row = cell.store.last;
-        QCOMPARE(row.angle, 45.5);
-        QCOMPARE(row.errorType, 0);
-        QCOMPARE(row.matchScore, 87.5);
+        QCOMPARE(told(row.angle, row.errorType, row.matchScore), "45.5|0|87.5");
         QCOMPARE(QStringList({row.resultTip, row.threshBenchMark, row.stationName, row.value1, row.value2}),
                  QStringList({"成功", "2_五辐", "Station_2", "path/result", "2_五辐"}));
         QCOMPARE(cell.shown, (QList<QPair<int, int>>{{2, 9}}));
@@ -173,32 +168,12 @@ private slots:
         QCOMPARE(cell.store.last.value3, outline + ";mouth=812;gray=3.2;outer=18.20;" + sent);
     }
 
-    void anglesThatTellWhyThereIsNone_data()
-    {
-        Table::of<double, QByteArray, int, QString>(
-            {{"negative", -10.0, "F", 350, "angle :-10.000 center:(60.250,120.125)"},
-             {"a turn and more", 370.0, "FH", 370, "angle :361.000 no found Value"},
-             {"nothing found", 361.0, "FH", 361, "angle :361.000 no found Value"},
-             {"a turn", 360.0, "FH", 360, "angle :360.000 center:(60.250,120.125)"},
-             {"no number", qQNaN(), "FH", 365, "angle :361.000 no found Value"}});
-    }
-    void anglesThatTellWhyThereIsNone()
-    {
-        const auto [angle, commands, sent, line] = Table::row<double, QByteArray, int, QString>();
-        Cell cell;
-        cell.finish(Cell::result("工位1", Cell::found(angle)));
-        QCOMPARE(cell.port.commands(), commands);
-        QCOMPARE(int(cell.port.sent[0].data[2]), sent);
-        QCOMPARE(cell.panel, QStringList("1|五辐 " + line));
-    }
-
     void missingValuesHaveTheirDefaults()
     {
         Cell cell;
         cell.finish(Cell::result("工位1", {}));
-        QCOMPARE(cell.port.words(0), QStringLiteral("0 0 365 0 10 0 20 0"));
-        QCOMPARE(cell.store.last.errorType, 16);
-        QCOMPARE(cell.store.last.matchScore, 0.0);
+        QCOMPARE(told(cell.port.words(0), cell.store.last.errorType, cell.store.last.matchScore),
+                 "0 0 365 0 10 0 20 0|16|0");
         cell.finish(Cell::result("工位1", {{"angle", 45.0}, {"error", "none"}}));
         QCOMPARE(cell.store.last.errorType, 16);
     }
@@ -221,8 +196,7 @@ private slots:
         answer[key] = value;
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("\"" + key + "\" is a "));
         cell.finish(Cell::result("工位1", answer));
-        QCOMPARE(cell.port.commands(), QByteArray("FH"));
-        QCOMPARE(int(cell.port.sent[0].data[2]), 365);
+        QCOMPARE(told(cell.port.commands(), int(cell.port.sent.value(0).data[2])), "FH|365");
     }
 
     void uncalibratedOrMissingTaskIsAnsweredWith361()
@@ -234,8 +208,7 @@ private slots:
         QVariantMap noTask = Cell::result("工位2", {});
         noTask.remove("AlgoResult");
         cell.finish(noTask);
-        QCOMPARE(cell.port.commands(), QByteArray("FHGH"));
-        QCOMPARE(cell.port.words(2), QStringLiteral("0 0 361 0 0 0 0 0"));
+        QCOMPARE(told(cell.port.commands(), cell.port.words(2)), "FHGH|0 0 361 0 0 0 0 0");
         QCOMPARE(cell.panel, QStringList({"1|五辐 No Cali!!!", "2|五辐 No Task!!!"}));
         QCOMPARE(cell.store.protocol,
                  QStringList({"source 1 五辐 7 after 2 frames", "source 2 五辐 7 after 4 frames"}));
@@ -258,29 +231,29 @@ private slots:
 
     void whatWasSentIsWhatEverybodyGets_data()
     {
+        const QString none = "angle :361.000 no found Value", place = " center:(100.500,200.250)";
+        const QString at = " 100 500 200 250", nowhere = " 0 0 0 0";
         Table::of<double, double, QString, QString, QString>(
-            {{"a frame cannot carry X", 45.0, 1e9, "0 0 361 0 0 0 0 0", "angle :361.000 no found Value", "361 106 0"},
-             {"cut, not rounded", 359.9996, 1.0, "0 0 359 999 100 500 200 250",
-              "angle :359.999 center:(100.500,200.250)", "359.9996 0 1"},
-             {"a turn is no place", 360.0, 1.0, "0 0 360 0 100 500 200 250", "angle :360.000 center:(100.500,200.250)",
-              "360 0 0"}});
+            {{"a frame cannot carry X", 45.0, 1e9, "GH|0 0 361 0" + nowhere, none, "361|106|false"},
+             {"cut, not rounded", 359.9996, 1.0, "G|0 0 359 999" + at, "angle :359.999" + place, "359.9996|0|true"},
+             {"a turn is no place", 360.0, 1.0, "GH|0 0 360 0" + at, "angle :360.000" + place, "360|0|false"},
+             {"negative", -10.0, 1.0, "G|0 0 350 0" + at, "angle :-10.000" + place, "-10|0|true"},
+             {"a turn and more", 370.0, 1.0, "GH|0 0 370 0" + at, none, "370|0|false"},
+             {"nothing found", 361.0, 1.0, "GH|0 0 361 0" + at, none, "361|0|false"},
+             {"no number", qQNaN(), 1.0, "GH|0 0 365 0" + at, none, "365|0|false"}});
     }
     void whatWasSentIsWhatEverybodyGets()
     {
-        const auto [angle, scale, words, line, stored] = Table::row<double, double, QString, QString, QString>();
+        const auto [angle, scale, sent, line, stored] = Table::row<double, double, QString, QString, QString>();
         Cell cell;
         cell.config.station(2).twoPoint.scale = scale;
         StationReading reading;
         QObject::connect(&cell.handler, &ResultHandler::readingChanged,
                          [&](int, const StationReading& told) { reading = told; });
         cell.finish(Cell::result("工位2", Cell::found(angle)));
-        QCOMPARE(cell.port.words(0), words);
+        QCOMPARE(told(cell.port.commands(), cell.port.words(0)), sent);
         QCOMPARE(cell.panel, QStringList("2|五辐 " + line));
-        QCOMPARE(QStringLiteral("%1 %2 %3")
-                     .arg(cell.store.last.angle, 0, 'g', 8)
-                     .arg(cell.store.last.errorType)
-                     .arg(int(reading.found)),
-                 stored);
+        QCOMPARE(told(cell.store.last.angle, cell.store.last.errorType, reading.found), stored);
     }
 };
 

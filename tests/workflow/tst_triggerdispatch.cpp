@@ -2,12 +2,11 @@
 #include "support/FakeEngine.h"
 #include "support/FakePort.h"
 #include "support/ManualScheduler.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/PlcLink.h"
 #include "workflow/TriggerDispatch.h"
-
-#include <QSignalSpy>
 
 namespace {
 
@@ -69,8 +68,7 @@ private slots:
         Cell cell;
         const QSignalSpy selected(&cell.dispatch, &TriggerDispatch::sgSelModel);
         cell.dispatch.onModelIndices(2, 3);
-        QCOMPARE(cell.config.station(1).runModel, QStringLiteral("钢圈"));
-        QCOMPARE(cell.config.station(2).runModel, QStringLiteral("%3网状"));
+        QCOMPARE(told(cell.config.station(1).runModel, cell.config.station(2).runModel), "钢圈|%3网状");
         QCOMPARE(cell.systemLog, QStringList({"★工位1:切换型号为[钢圈],型号索引ID为[2],时间:T",
                                               "★工位2:切换型号为[%3网状],型号索引ID为[3],时间:T"}));
         QCOMPARE(cell.panel.size(), 2);
@@ -80,8 +78,7 @@ private slots:
         QCOMPARE(cell.captured, QStringList({"cam1", "cam2"}));
         // Only station 1 changes; station 2 is looked at again and stays as it is.
         cell.dispatch.onModelIndices(3, 3);
-        QCOMPARE(cell.config.station(1).runModel, QStringLiteral("五辐"));
-        QCOMPARE(cell.systemLog.size(), 3);
+        QCOMPARE(told(cell.config.station(1).runModel, cell.systemLog.size()), "五辐|3");
         QVERIFY(cell.port.sent.isEmpty());
     }
 
@@ -96,6 +93,9 @@ private slots:
         cell.dispatch.onModelIndices(8, 3);
         QCOMPARE(cell.config.station(1).runModel, QStringLiteral("新型号"));
         QVERIFY(cell.systemLog.last().contains("切换型号为[新型号]"));
+        cell.dispatch.forgetLastIndices();
+        cell.dispatch.onModelIndices(-1, -1); // what the first pair ever is compared with
+        QVERIFY(cell.systemLog.last().contains("型号清零"));
     }
 
     void indexThatWasUnknownSwitchesToItsNewModel()
@@ -105,8 +105,7 @@ private slots:
         cell.dispatch.onModelIndices(7, 1);
         cell.controller->plcIndices().setTable("工位1", {{"五辐", 1}, {"新型号", 7}});
         cell.dispatch.onModelIndices(7, 2);
-        QCOMPARE(cell.config.station(1).runModel, QStringLiteral("新型号"));
-        QCOMPARE(cell.panel.filter("切换型号为[新型号]").size(), 1);
+        QCOMPARE(told(cell.config.station(1).runModel, cell.panel.filter("切换型号为[新型号]").size()), "新型号|1");
     }
 
     void stationWhoseSolutionTheEngineDoesNotListIsNoSilence()
@@ -138,9 +137,8 @@ private slots:
                  QStringList({"1|T::型号设置失败,模型库中不存在索引9", "2|T::型号设置失败，模型库中不存在索引8"}));
         cell.dispatch.onTrigger(2);
         QVERIFY(cell.captured.isEmpty());
-        QCOMPARE(cell.port.commands(), QByteArray("GH"));
-        QCOMPARE(cell.port.words(0), QStringLiteral("0 0 999 0 0 0 0 0"));
-        QCOMPARE(cell.port.words(1), QStringLiteral("7 50 0 0 0 0 0 0"));
+        QCOMPARE(told(cell.port.commands(), cell.port.words(0), cell.port.words(1)),
+                 "GH|0 0 999 0 0 0 0 0|7 50 0 0 0 0 0 0");
         QCOMPARE(cell.panel.last(), QStringLiteral("2|T::该型号ID:8在模型库中不存在，不能拍照！！！"));
         QCOMPARE(cell.systemLog.last(),
                  QStringLiteral("●工位2:收到触发信号,因索引不合法所以没触发相机拍照,发送了999角度数据,"
@@ -188,8 +186,7 @@ private slots:
         QCOMPARE(cell.captured.size(), 2);
         cell.scheduler.advance(1);
         cell.dispatch.onTrigger(1);
-        QCOMPARE(cell.captured.last(), QString("cam1"));
-        QCOMPARE(cell.captured.size(), 3);
+        QCOMPARE(told(cell.captured.last(), cell.captured.size()), "cam1|3");
     }
 
     void framesBeforeTheControllerExistsAreNotForgotten()
@@ -213,14 +210,11 @@ private slots:
         PlcIndexTable again(home.path());
         again.load();
         QCOMPARE(again.table("工位1").size(), 3);
-        QCOMPARE(again.modelOf("工位1", 2), QStringLiteral("乙"));
-        QCOMPARE(again.modelOf("工位1", 0), QString());
-        QCOMPARE(again.modelOf("工位2", 2), QString());
+        QCOMPARE(told(again.modelOf("工位1", 2), again.modelOf("工位1", 0), again.modelOf("工位2", 2)), "乙||");
         home.write("/user/plcIndex.json", "{\"工位1\": [\n{\"Name\": ");
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("plcIndex.json, line 2"));
         again.load();
-        QVERIFY(again.table("工位1").isEmpty());
-        QVERIFY(again.save());
+        QVERIFY(again.table("工位1").isEmpty() && again.save());
         QCOMPARE(home.keptAside("/user/plcIndex.json").size(), 1);
     }
 
@@ -234,8 +228,7 @@ private slots:
             QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QString("plcIndex\\.json.*") + place));
         PlcIndexTable table(home.path());
         table.load();
-        QCOMPARE(table.table("工位1").value("甲"), 0);
-        QCOMPARE(table.modelOf("工位1", 2), QStringLiteral("乙"));
+        QCOMPARE(told(table.table("工位1").value("甲"), table.modelOf("工位1", 2)), "0|乙");
         QVERIFY(table.save() && table.save());
         const QStringList kept = home.keptAside("/user/plcIndex.json");
         QCOMPARE(kept.size(), 1);
@@ -246,8 +239,7 @@ private slots:
     {
         Cell cell;
         const QSignalSpy label(cell.controller->stationObject("工位1"), &Station::sgShowModeName);
-        QVERIFY(!cell.controller->selectModel("工位1", ""));
-        QVERIFY(cell.controller->selectModel("没有", "五辐"));
+        QVERIFY(!cell.controller->selectModel("工位1", "") && cell.controller->selectModel("没有", "五辐"));
         QCOMPARE(label.size(), 0);
         QVERIFY(cell.controller->selectModel("工位1", "五辐"));
         QCOMPARE(label.first().at(0).toString(), QStringLiteral("工位1"));

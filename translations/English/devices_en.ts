@@ -60,6 +60,96 @@
     </message>
 </context>
 <context>
+    <name>CameraFeatureModel</name>
+    <message>
+        <source>不能修改：%1</source>
+        <translation>Cannot be changed: %1</translation>
+    </message>
+    <message>
+        <source>%1：%2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1，正在写入…</source>
+        <translation>%1, writing…</translation>
+    </message>
+    <message>
+        <source>执行…</source>
+        <translation>Execute…</translation>
+    </message>
+    <message>
+        <source>（读不到）</source>
+        <translation>(not readable)</translation>
+    </message>
+    <message>
+        <source>开</source>
+        <translation>on</translation>
+    </message>
+    <message>
+        <source>关</source>
+        <translation>off</translation>
+    </message>
+    <message>
+        <source>%1 种</source>
+        <translation>%1 choices</translation>
+    </message>
+    <message>
+        <source>其他</source>
+        <translation>Other</translation>
+    </message>
+    <message>
+        <source>“%1”不是整数</source>
+        <translation>“%1” is no whole number</translation>
+    </message>
+    <message>
+        <source>“%1”不是数字</source>
+        <translation>“%1” is no number</translation>
+    </message>
+    <message>
+        <source>%1不在%2到%3之间</source>
+        <translation>%1 is not between %2 and %3</translation>
+    </message>
+    <message>
+        <source>执行</source>
+        <translation>Execute</translation>
+    </message>
+    <message>
+        <source>名称</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>值</source>
+        <translation>Value</translation>
+    </message>
+    <message>
+        <source>范围</source>
+        <translation>Range</translation>
+    </message>
+</context>
+<context>
+    <name>CameraFeaturesPage</name>
+    <message>
+        <source>按名称或说明筛选</source>
+        <translation>Filter by name or description</translation>
+    </message>
+    <message>
+        <source>筛选</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>重新读取(&amp;U)</source>
+        <translation>Read again (&amp;U)</translation>
+    </message>
+    <message>
+        <source>相机功能</source>
+        <translation>Features of the camera</translation>
+    </message>
+    <message>
+        <source>读不到相机功能：%1</source>
+        <translation>The features of the camera cannot be read: %1</translation>
+    </message>
+</context>
+<context>
     <name>CameraFile</name>
     <message>
         <source>相机名称不能为空</source>
@@ -191,6 +281,116 @@
     </message>
 </context>
 <context>
+    <name>FoundCameras</name>
+    <message>
+        <source>正在搜索</source>
+        <translation>Searching</translation>
+    </message>
+    <message>
+        <source>重新搜索(&amp;A)</source>
+        <translation>Search &amp;again</translation>
+    </message>
+    <message>
+        <source>找到的相机</source>
+        <translation>Cameras found</translation>
+    </message>
+    <message>
+        <source>类型</source>
+        <translation>Type</translation>
+    </message>
+    <message>
+        <source>厂商</source>
+        <translation>Vendor</translation>
+    </message>
+    <message>
+        <source>型号</source>
+        <translation>Model</translation>
+    </message>
+    <message>
+        <source>序列号</source>
+        <translation>Serial number</translation>
+    </message>
+    <message>
+        <source>用户名称</source>
+        <translation>User name</translation>
+    </message>
+    <message>
+        <source>地址</source>
+        <translation>Address</translation>
+    </message>
+    <message>
+        <source>说明</source>
+        <translation>Note</translation>
+    </message>
+    <message>
+        <source>已配置为“%1”</source>
+        <translation>configured as “%1”</translation>
+    </message>
+    <message>
+        <source>%1；%2</source>
+        <translation>%1; %2</translation>
+    </message>
+    <message>
+        <source>正在搜索相机，也可以直接在下面填写</source>
+        <translation>Searching for cameras; the fields below can be filled in meanwhile</translation>
+    </message>
+    <message>
+        <source>找到 %1 个相机，选择一个即填入下面</source>
+        <translation>Cameras found: %1. Choose one to fill in the fields below</translation>
+    </message>
+    <message>
+        <source>没有找到相机：检查电源、网线和网段，或直接在下面填写</source>
+        <translation>No camera found: check power, cable and network, or fill in the fields below</translation>
+    </message>
+    <message>
+        <source>可以搜索网络和总线上的相机</source>
+        <translation>Cameras on network and bus can be searched for</translation>
+    </message>
+</context>
+<context>
+    <name>LineFault</name>
+    <message>
+        <source>波特率“%1”不对：应为大于0的整数，例如115200</source>
+        <translation>The baud rate cannot be “%1”: right is a whole number above 0, such as 115200</translation>
+    </message>
+    <message>
+        <source>没有设备%1：检查转换器是否插好，或在系统设置中另选端口</source>
+        <translation>There is no device %1: check that the converter is plugged in, or choose another port in the settings</translation>
+    </message>
+    <message>
+        <source>没有权限打开%1：把运行程序的用户加入dialout组，然后重新登录</source>
+        <translation>%1 may not be opened: add the user who runs the program to the group dialout, then log in anew</translation>
+    </message>
+    <message>
+        <source>%1正被另一个程序使用：关闭那个程序</source>
+        <translation>%1 is in use by another program: close that program</translation>
+    </message>
+    <message>
+        <source>%1打不开（%2）：检查它是不是串口</source>
+        <translation>%1 does not open (%2): check that it is a serial port</translation>
+    </message>
+    <message>
+        <source>%1的线路断了：检查电缆和转换器的供电</source>
+        <translation>The line at %1 is lost: check the cable and the converter’s power</translation>
+    </message>
+    <message>
+        <source>找不到主机%1：检查名称和DNS，或改用IP地址</source>
+        <translation>There is no host %1: check its name and the DNS, or give its IP address</translation>
+    </message>
+    <message>
+        <source>%1拒绝连接：检查端口号，串口服务器应为TCP服务器模式且没有被占用</source>
+        <translation>%1 refuses the connection: check the port; the device server should be in TCP server mode and not in use</translation>
+    </message>
+    <message>
+        <source>网络到不了%1：检查网线、IP地址和子网掩码</source>
+        <translation>The network does not reach %1: check network cable, IP address and mask</translation>
+    </message>
+    <message>
+        <source>%1没有应答：检查它的供电、网线和IP地址</source>
+        <translation>%1 does not answer: check its power, network cable and IP address</translation>
+    </message>
+</context>
+<context>
     <name>LivePicture</name>
     <message>
         <source>相机现在不能取像</source>
@@ -210,6 +410,76 @@
     <message>
         <source>模块未能启动，原因见系统日志</source>
         <translation>The module did not start; the system log tells why</translation>
+    </message>
+</context>
+<context>
+    <name>PictureGauges</name>
+    <message>
+        <source>灰度直方图</source>
+        <translation>Histogram</translation>
+    </message>
+    <message>
+        <source>过曝</source>
+        <translation>Overexposed</translation>
+    </message>
+    <message>
+        <source>清晰度</source>
+        <translation>Focus</translation>
+    </message>
+    <message>
+        <source>清零(&amp;Z)</source>
+        <translation>Reset (&amp;Z)</translation>
+    </message>
+    <message>
+        <source>清晰度与最大值之比</source>
+        <translation>Focus as a share of its maximum</translation>
+    </message>
+    <message>
+        <source>无图像</source>
+        <translation>no picture</translation>
+    </message>
+    <message>
+        <source>%1，最大 %2</source>
+        <translation>%1, best %2</translation>
+    </message>
+    <message>
+        <source>每秒 %1 幅，丢失数据包 %2（重发 %3），不完整图像 %4，重新打开 %5 次</source>
+        <translation>%1 images per second, lost packets %2 (resent %3), incomplete images %4, reopened %5</translation>
+    </message>
+</context>
+<context>
+    <name>PortName</name>
+    <message>
+        <source>缺少主机名或IP地址</source>
+        <translation>there is no host or IP address</translation>
+    </message>
+    <message>
+        <source>方括号中的“%1”不是IPv6地址</source>
+        <translation>“%1” in the brackets is no IPv6 address</translation>
+    </message>
+    <message>
+        <source>IPv6地址要放在方括号中</source>
+        <translation>an IPv6 address belongs into brackets</translation>
+    </message>
+    <message>
+        <source>“%1”不是主机名或IP地址</source>
+        <translation>“%1” is no host name or IP address</translation>
+    </message>
+    <message>
+        <source>没有端口名：例如 COM3、/dev/ttyUSB0 或 tcp:192.168.1.50:4001</source>
+        <translation>The port has no name: COM3, /dev/ttyUSB0 or tcp:192.168.1.50:4001, for example</translation>
+    </message>
+    <message>
+        <source>缺少端口号</source>
+        <translation>there is no port number</translation>
+    </message>
+    <message>
+        <source>端口号“%1”不在1到65535之间</source>
+        <translation>the port number “%1” is not between 1 and 65535</translation>
+    </message>
+    <message>
+        <source>%1：%2，应写成 tcp:192.168.1.50:4001 这样</source>
+        <translation>%1: %2; right would be tcp:192.168.1.50:4001, for example</translation>
     </message>
 </context>
 <context>
@@ -424,6 +694,10 @@
         <source>未能保存，参数没有改变：%1</source>
         <translation>Not saved, the settings are as before: %1</translation>
     </message>
+    <message>
+        <source>专家</source>
+        <translation>Expert</translation>
+    </message>
 </context>
 <context>
     <name>QDeviceManagerUI</name>
@@ -542,6 +816,169 @@
     <message>
         <source>已复制到剪贴板</source>
         <translation>Copied to the clipboard</translation>
+    </message>
+</context>
+<context>
+    <name>V4l2</name>
+    <message>
+        <source>USB 相机不在：检查插头和电源</source>
+        <translation>The USB camera is not there: check plug and power</translation>
+    </message>
+    <message>
+        <source>USB 相机正被其他程序使用：请先关闭该程序</source>
+        <translation>The USB camera is used by another program: close that program first</translation>
+    </message>
+    <message>
+        <source>没有使用 USB 相机的权限：把运行程序的用户加入 video 组，然后重新登录</source>
+        <translation>No right to use the USB camera: add the user who runs the program to the group “video”, then log in anew</translation>
+    </message>
+    <message>
+        <source>USB 带宽不够：把相机接到另一个 USB 控制器，或减小图像，或选 MJPG 格式</source>
+        <translation>Not enough bandwidth on USB: plug the camera into another USB controller, or choose a smaller image or the format MJPG</translation>
+    </message>
+    <message>
+        <source>USB 传输出错：检查线缆和集线器，线缆不要过长</source>
+        <translation>USB transfer failed: check cable and hub, the cable must not be too long</translation>
+    </message>
+    <message>
+        <source>内存不够，不能接收图像</source>
+        <translation>Not enough memory to receive images</translation>
+    </message>
+    <message>
+        <source>设备不是可用的 USB 相机（%1）</source>
+        <translation>The device is no USB camera that can be used (%1)</translation>
+    </message>
+    <message>
+        <source>USB 相机出错：%1，%2</source>
+        <translation>USB camera failed: %1, %2</translation>
+    </message>
+</context>
+<context>
+    <name>V4l2Bus</name>
+    <message>
+        <source>有 %1 台 USB 相机都叫“%2”：请改用序列号或接口：%3</source>
+        <translation>%1 USB cameras are called “%2”: use a serial number or a port instead: %3</translation>
+    </message>
+    <message>
+        <source>找不到 USB 相机“%1”，也没有其他 USB 相机：检查插头和电源</source>
+        <translation>USB camera “%1” not found, nor any other USB camera: check plug and power</translation>
+    </message>
+    <message>
+        <source>找不到 USB 相机“%1”，有：%2</source>
+        <translation>USB camera “%1” not found; there are: %2</translation>
+    </message>
+</context>
+<context>
+    <name>V4l2Controls</name>
+    <message>
+        <source>相机增益范围的百分比</source>
+        <translation>Percent of the range of the gain of the camera</translation>
+    </message>
+    <message>
+        <source>这台相机不能设置曝光时间</source>
+        <translation>The exposure time of this camera cannot be set</translation>
+    </message>
+    <message>
+        <source>曝光时间 %1 毫秒不在相机的范围 %2 到 %3 内，使用 %4 毫秒</source>
+        <translation>Exposure time %1 ms is outside of the range of the camera, %2 to %3 ms; %4 ms is used</translation>
+    </message>
+    <message>
+        <source>这台相机不能设置增益</source>
+        <translation>The gain of this camera cannot be set</translation>
+    </message>
+    <message>
+        <source>只读</source>
+        <translation>read only</translation>
+    </message>
+    <message>
+        <source>取像时不能修改</source>
+        <translation>cannot be changed while images are captured</translation>
+    </message>
+    <message>
+        <source>现在不起作用：先关闭相应的自动功能</source>
+        <translation>without effect now: switch off the automatic that rules it first</translation>
+    </message>
+    <message>
+        <source>%1 到 %2</source>
+        <translation>%1 to %2</translation>
+    </message>
+    <message>
+        <source>相机没有“%1”</source>
+        <translation>The camera has no “%1”</translation>
+    </message>
+    <message>
+        <source>“%1”没有“%2”可选</source>
+        <translation>“%1” has no choice “%2”</translation>
+    </message>
+    <message>
+        <source>相机不接受 %1，应在 %2 之间</source>
+        <translation>The camera does not accept %1; right is %2</translation>
+    </message>
+    <message>
+        <source>只读，或现在不起作用</source>
+        <translation>read only, or without effect now</translation>
+    </message>
+</context>
+<context>
+    <name>V4l2Device</name>
+    <message>
+        <source>序列号、USB 接口（例如 usb-0000:00:14.0-1）、型号，或 /dev/video0 这样的路径</source>
+        <translation>Serial number, USB port (such as usb-0000:00:14.0-1), model, or a path such as /dev/video0</translation>
+    </message>
+    <message>
+        <source>相机(&amp;D)</source>
+        <translation>Camera (&amp;D)</translation>
+    </message>
+    <message>
+        <source>%1：%2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>USB 相机的图像不完整：检查线缆和集线器，线缆不要过长</source>
+        <translation>The image of the USB camera is incomplete: check cable and hub, the cable must not be too long</translation>
+    </message>
+    <message>
+        <source>USB 相机在 %1 毫秒内没有给出图像：加大响应时限，或减小图像</source>
+        <translation>The USB camera gave no image within %1 ms: raise the time limit, or choose a smaller image</translation>
+    </message>
+</context>
+<context>
+    <name>V4l2Format</name>
+    <message>
+        <source>像素格式(&amp;M)</source>
+        <translation>Pixel for&amp;mat</translation>
+    </message>
+    <message>
+        <source>自动：优先灰度</source>
+        <translation>automatic: gray if there is</translation>
+    </message>
+    <message>
+        <source>0 表示相机能给出的最大值</source>
+        <translation>0 stands for the largest that the camera has</translation>
+    </message>
+    <message>
+        <source>宽度(&amp;W)</source>
+        <translation>&amp;Width</translation>
+    </message>
+    <message>
+        <source>像素</source>
+        <translation>pixels</translation>
+    </message>
+    <message>
+        <source>高度(&amp;H)</source>
+        <translation>&amp;Height</translation>
+    </message>
+    <message>
+        <source>相机的像素格式 %1 不能使用：请选择能给出 GREY、YUYV 或 MJPG 的相机</source>
+        <translation>Pixel format %1 of the camera cannot be used: choose a camera with GREY, YUYV or MJPG</translation>
+    </message>
+    <message>
+        <source>相机没有像素格式 %1，使用 %2</source>
+        <translation>The camera has no pixel format %1; %2 is used</translation>
+    </message>
+    <message>
+        <source>相机没有 %1 × %2 的图像，使用 %3 × %4</source>
+        <translation>The camera has no images of %1 × %2; %3 × %4 is used</translation>
     </message>
 </context>
 <context>

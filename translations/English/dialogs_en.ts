@@ -116,6 +116,13 @@
     </message>
 </context>
 <context>
+    <name>PortChooser</name>
+    <message>
+        <source>没有找到串口</source>
+        <translation>No serial port was found</translation>
+    </message>
+</context>
+<context>
     <name>QModelEditUI</name>
     <message>
         <source>型号名(&amp;N)</source>
@@ -359,10 +366,6 @@
 <context>
     <name>QSystemSettingUI</name>
     <message>
-        <source>权限</source>
-        <translation>Rights</translation>
-    </message>
-    <message>
         <source>需要工程师权限</source>
         <translation>Engineer’s rights needed</translation>
     </message>
@@ -503,6 +506,28 @@
         <translation>Serial port</translation>
     </message>
     <message>
+        <source>串口：COM3、/dev/ttyUSB0，最好是 /dev/serial/by-id/ 中的名称，它跟着转换器走。
+串口服务器：tcp:主机:端口，例如 tcp:192.168.1.50:4001、tcp:[fd00::5]:4001</source>
+        <translation>Serial port: COM3, /dev/ttyUSB0, best a name of /dev/serial/by-id/, which goes with the converter.
+Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:4001</translation>
+    </message>
+    <message>
+        <source>选择</source>
+        <translation>Choose</translation>
+    </message>
+    <message>
+        <source>本机的串口</source>
+        <translation>Serial ports of this machine</translation>
+    </message>
+    <message>
+        <source>串口，或串口服务器 tcp:192.168.1.50:4001</source>
+        <translation>A port, or a device server as tcp:192.168.1.50:4001</translation>
+    </message>
+    <message>
+        <source>与PLC的相同；对串口服务器（tcp:）不起作用，在它自己的设置中填写</source>
+        <translation>As the PLC has it; means nothing to a device server (tcp:), which has a setting of its own</translation>
+    </message>
+    <message>
         <source>波特率(&amp;D)</source>
         <translation>Bau&amp;d rate</translation>
     </message>
@@ -553,6 +578,18 @@
     <message>
         <source>文件夹保留天数</source>
         <translation>Days to keep folders</translation>
+    </message>
+    <message>
+        <source>记录保留天数(&amp;K)</source>
+        <translation>&amp;Keep records for</translation>
+    </message>
+    <message>
+        <source>记录保留天数</source>
+        <translation>Days to keep records</translation>
+    </message>
+    <message>
+        <source>天（0：不删除）</source>
+        <translation>days (0: for ever)</translation>
     </message>
     <message>
         <source>最小剩余空间(&amp;G)</source>

@@ -519,9 +519,16 @@ Close anyway?</translation>
         <source>%1条结果暂存于%2，下次启动时写入数据库</source>
         <translation>%1 results are kept in %2 and go into the database at the next start</translation>
     </message>
+</context>
+<context>
+    <name>WaitingRowsFile</name>
     <message>
-        <source>未写入的结果不能读取：%1，原文件保留为%2</source>
-        <translation>Results that were not yet written cannot be read: %1; the file is kept as %2</translation>
+        <source>未写入的结果有%1条不能读取：%2，原文件保留为%3</source>
+        <translation>%1 of the waiting results cannot be read: %2; the file was kept as %3</translation>
+    </message>
+    <message>
+        <source>%1中有%2条记录不能读取，原文件保留为%3</source>
+        <translation>%2 entries of %1 cannot be read; the file is kept as %3</translation>
     </message>
 </context>
 <context>
@@ -533,6 +540,25 @@ Close anyway?</translation>
     <message>
         <source>磁盘已满</source>
         <translation>the disk is full</translation>
+    </message>
+</context>
+<context>
+    <name>RowThinner</name>
+    <message>
+        <source>系统时间突变为%1，暂停按天数清理%2的记录</source>
+        <translation>The clock jumped to %1; no record of %2 is deleted by its age</translation>
+    </message>
+    <message>
+        <source>清理旧记录</source>
+        <translation>deleting old records</translation>
+    </message>
+    <message>
+        <source>旧记录又能清理，期间失败%1次</source>
+        <translation>Old records are deleted again, after %1 failures</translation>
+    </message>
+    <message>
+        <source>已删除%1的旧记录%2条（%3至%4），只保留%5天</source>
+        <translation>%2 old records of %1 were deleted (%3 to %4); %5 days are kept</translation>
     </message>
 </context>
 <context>
@@ -827,6 +853,10 @@ Close anyway?</translation>
     <message>
         <source>检查串口线和端口设置，恢复后自动连接</source>
         <translation>Check cable and port settings; it reconnects by itself</translation>
+    </message>
+    <message>
+        <source>恢复后自动连接</source>
+        <translation>It reconnects by itself</translation>
     </message>
     <message>
         <source>检查PLC是否运行、波特率和接线</source>

@@ -81,17 +81,23 @@ QJsonObject plcIndex()
     return {{solutionOf(1), table}, {solutionOf(2), table}};
 }
 
+QJsonObject camera(int station, const DemoPlan& plan)
+{
+    QJsonObject entry{{QStringLiteral("key"), cameraKey(station)}, {QStringLiteral("exposure_ms"), 5}};
+    if (plan.network) {
+        entry[QStringLiteral("type")] = static_cast<int>(CameraType::Gige);
+        entry[QStringLiteral("device")] = DemoHome::cameraAddress(station);
+        return entry;
+    }
+    entry[QStringLiteral("type")] = static_cast<int>(CameraType::Virtual);
+    entry[QStringLiteral("folder")] = plan.camerasFrom.isEmpty() ? imageFolder(station) : plan.camerasFrom;
+    entry[QStringLiteral("transfer_ms")] = 10;
+    return entry;
+}
+
 QJsonObject cameras(const DemoPlan& plan)
 {
-    QJsonArray list;
-    for (int station : {1, 2})
-        list.append(QJsonObject{
-            {QStringLiteral("key"), cameraKey(station)},
-            {QStringLiteral("type"), static_cast<int>(CameraType::Virtual)},
-            {QStringLiteral("folder"), plan.camerasFrom.isEmpty() ? imageFolder(station) : plan.camerasFrom},
-            {QStringLiteral("exposure_ms"), 5},
-            {QStringLiteral("transfer_ms"), 10}});
-    return {{QStringLiteral("cameras"), list}};
+    return {{QStringLiteral("cameras"), QJsonArray{camera(1, plan), camera(2, plan)}}};
 }
 
 /// Taught by the design's nominal lengths; the demo's wheels differ from them by up to 3 percent.
@@ -138,12 +144,14 @@ public:
     bool settings()
     {
         const QString file = QStringLiteral("user/systemConfig.ini");
-        if (exists(file))
-            return true;
+        const QString port = QStringLiteral("COM/Port"), baud = QStringLiteral("COM/Baute");
+        const bool isThere = exists(file);
         QSettings ini(path(file), QSettings::IniFormat);
         ini.setIniCodec("UTF-8");
-        ini.setValue(QStringLiteral("COM/Port"), path(QStringLiteral("plc")));
-        ini.setValue(QStringLiteral("COM/Baute"), 115200);
+        if (isThere && (m_plan.port.isEmpty() || ini.value(port) == m_plan.port))
+            return true;
+        ini.setValue(port, m_plan.port.isEmpty() ? path(QStringLiteral("plc")) : m_plan.port);
+        ini.setValue(baud, ini.value(baud, 115200));
         ini.sync();
         if (ini.status() != QSettings::NoError)
             *m_error = QStringLiteral("%1: cannot be written").arg(path(file));
@@ -199,6 +207,7 @@ struct Stamp
     bool current = false; ///< complete, and made by this version
     bool ours = false;    ///< nothing in the home was there before
     QString camerasFrom;
+    bool network = false;
 };
 
 QString stampPath(const QString& home)
@@ -211,11 +220,12 @@ Stamp readStamp(const QString& home)
 {
     const HomeFiles::JsonRead read = HomeFiles::readJson(stampPath(home));
     if (read.state != HomeFiles::JsonRead::Good)
-        return {false, false, !QFile::exists(home + QStringLiteral("/user")), {}};
+        return {false, false, !QFile::exists(home + QStringLiteral("/user")), {}, false};
     const QJsonObject& stamp = read.object;
     return {true,
             stamp[QStringLiteral("complete")].toBool() && stamp[QStringLiteral("version")].toInt() == currentVersion,
-            stamp[QStringLiteral("ours")].toBool(), stamp[QStringLiteral("cameras_from")].toString()};
+            stamp[QStringLiteral("ours")].toBool(), stamp[QStringLiteral("cameras_from")].toString(),
+            stamp[QStringLiteral("network")].toBool()};
 }
 
 bool writeStamp(const DemoPlan& plan, bool ours, bool complete, QString* error)
@@ -224,7 +234,8 @@ bool writeStamp(const DemoPlan& plan, bool ours, bool complete, QString* error)
                                 {{QStringLiteral("version"), currentVersion},
                                  {QStringLiteral("complete"), complete},
                                  {QStringLiteral("ours"), ours},
-                                 {QStringLiteral("cameras_from"), plan.camerasFrom}},
+                                 {QStringLiteral("cameras_from"), plan.camerasFrom},
+                                 {QStringLiteral("network"), plan.network}},
                                 error);
 }
 
@@ -251,10 +262,10 @@ bool clear(const QString& home, QString* error)
     return true;
 }
 
-/// Takes away what belongs to the images of an earlier choice of folder, so that it is made for the present one.
-bool forgetCameras(const QString& home, QString* error)
+/// Takes away what belongs to an earlier choice of cameras or of their images, so that it is made for the present one.
+bool forget(const QString& home, std::initializer_list<const char*> files, QString* error)
 {
-    for (const char* file : {"user/camera.json", "images/1/truth.json", "images/2/truth.json"})
+    for (const char* file : files)
         if (!removeEntry(home + QLatin1Char('/') + QLatin1String(file))) {
             *error = QStringLiteral("%1/%2: cannot be replaced").arg(home, QLatin1String(file));
             return false;
@@ -264,11 +275,17 @@ bool forgetCameras(const QString& home, QString* error)
 
 } // namespace
 
+QString DemoHome::cameraAddress(int station)
+{
+    return QStringLiteral("127.0.0.%1").arg(station + 1);
+}
+
 /// The stamp says incomplete before the first file changes, and complete after the last.
 bool DemoHome::make(const DemoPlan& plan, QStringList* made, QString* error)
 {
     const Stamp stamp = readStamp(plan.home);
-    if (!stamp.ours && (plan.fresh || !plan.camerasFrom.isEmpty())) {
+    const bool otherKind = stamp.present && stamp.network != plan.network;
+    if (!stamp.ours && (plan.fresh || otherKind || !plan.camerasFrom.isEmpty())) {
         *error = QStringLiteral("%1: holds a home that is no demo; nothing in it is replaced").arg(plan.home);
         return false;
     }
@@ -278,7 +295,10 @@ bool DemoHome::make(const DemoPlan& plan, QStringList* made, QString* error)
     if (!writeStamp(plan, stamp.ours, false, error))
         return false;
     const bool otherImages = stamp.present && stamp.camerasFrom != plan.camerasFrom;
-    if ((otherImages || !plan.camerasFrom.isEmpty()) && !forgetCameras(plan.home, error))
+    if ((otherImages || !plan.camerasFrom.isEmpty()) &&
+        !forget(plan.home, {"user/camera.json", "images/1/truth.json", "images/2/truth.json"}, error))
+        return false;
+    if (otherKind && !forget(plan.home, {"user/camera.json"}, error))
         return false;
     return writeMissing(plan, made, error) && writeStamp(plan, stamp.ours, true, error);
 }

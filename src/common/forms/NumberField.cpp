@@ -78,20 +78,8 @@ void JudgedField::judge()
 }
 
 NumberField::NumberField(QWidget* parent)
-    : JudgedField(parent)
+    : RangedField(parent)
 {
-}
-
-void NumberField::setMinimum(int minimum)
-{
-    m_minimum = minimum;
-    judge();
-}
-
-void NumberField::setMaximum(int maximum)
-{
-    m_maximum = maximum;
-    judge();
 }
 
 void NumberField::setOptional(bool optional)
@@ -104,7 +92,7 @@ QString NumberField::problem() const
 {
     if (m_optional && text().trimmed().isEmpty())
         return {};
-    return WholeNumber::problem(text(), m_minimum, m_maximum);
+    return WholeNumber::problem(text(), minimum(), maximum());
 }
 
 int NumberField::value() const
@@ -135,20 +123,8 @@ QString shown(double value)
 } // namespace
 
 DecimalField::DecimalField(QWidget* parent)
-    : JudgedField(parent)
+    : RangedField(parent)
 {
-}
-
-void DecimalField::setMinimum(double minimum)
-{
-    m_minimum = minimum;
-    judge();
-}
-
-void DecimalField::setMaximum(double maximum)
-{
-    m_maximum = maximum;
-    judge();
 }
 
 QString DecimalField::problem() const
@@ -158,8 +134,8 @@ QString DecimalField::problem() const
     const std::optional<double> value = parseDecimal(text());
     if (!value)
         return tr("“%1”不是数字").arg(text().trimmed());
-    if (*value < m_minimum || *value > m_maximum)
-        return tr("应在%1到%2之间").arg(shown(m_minimum), shown(m_maximum));
+    if (*value < minimum() || *value > maximum())
+        return tr("应在%1到%2之间").arg(shown(minimum()), shown(maximum()));
     return {};
 }
 

@@ -38,8 +38,36 @@ protected:
     virtual void tidy() = 0;
 };
 
+/// A field for a number between two others.
+template <typename Number>
+class RangedField : public JudgedField
+{
+public:
+    /// The smallest and the largest number that are right.
+    Number minimum() const { return m_minimum; }
+    Number maximum() const { return m_maximum; }
+    void setMinimum(Number minimum) { change(&m_minimum, minimum); }
+    void setMaximum(Number maximum) { change(&m_maximum, maximum); }
+
+protected:
+    explicit RangedField(QWidget* parent)
+        : JudgedField(parent)
+    {
+    }
+
+private:
+    void change(Number* limit, Number to)
+    {
+        *limit = to;
+        judge();
+    }
+
+    Number m_minimum = 0;
+    Number m_maximum = 1000000;
+};
+
 /// A field for a whole number.
-class NumberField : public JudgedField
+class NumberField : public RangedField<int>
 {
     Q_OBJECT
     Q_PROPERTY(int minimum READ minimum WRITE setMinimum)
@@ -48,12 +76,6 @@ class NumberField : public JudgedField
 
 public:
     explicit NumberField(QWidget* parent = nullptr);
-
-    /// The smallest and the largest number that are right.
-    int minimum() const { return m_minimum; }
-    int maximum() const { return m_maximum; }
-    void setMinimum(int minimum);
-    void setMaximum(int maximum);
 
     /// Whether nothing typed is right, too.
     bool isOptional() const { return m_optional; }
@@ -69,23 +91,16 @@ protected:
     void tidy() override;
 
 private:
-    int m_minimum = 0;
-    int m_maximum = 1000000;
     bool m_optional = false;
 };
 
 /// A field for a number with decimals. A point parts them; full-width digits count.
-class DecimalField : public JudgedField
+class DecimalField : public RangedField<double>
 {
     Q_OBJECT
 
 public:
     explicit DecimalField(QWidget* parent = nullptr);
-
-    double minimum() const { return m_minimum; }
-    double maximum() const { return m_maximum; }
-    void setMinimum(double minimum);
-    void setMaximum(double maximum);
 
     QString problem() const override;
 
@@ -95,8 +110,4 @@ public:
 
 protected:
     void tidy() override;
-
-private:
-    double m_minimum = 0;
-    double m_maximum = 1e6;
 };

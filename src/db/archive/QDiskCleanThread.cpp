@@ -13,8 +13,6 @@ namespace {
 constexpr int daysWhenUnset = 3;
 /// The archive's last day is the least that is kept.
 constexpr int daysWhenSpaceIsLow = 1;
-/// Time services correct less in one step; a wrong date is off by far more.
-constexpr qint64 maxClockStepMs = 5 * 60 * 1000;
 
 } // namespace
 
@@ -67,33 +65,10 @@ QDateTime QDiskCleanThread::cutOff(const QDateTime& now) const
     return now.addDays(-(m_days < 1 ? daysWhenUnset : m_days));
 }
 
-QDateTime QDiskCleanThread::clockJump() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_clockJump;
-}
-
-void QDiskCleanThread::acceptClock()
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_clockJump = {};
-}
-
-/// From pass to pass, so that a clock that runs a little fast is none that jumps.
-void QDiskCleanThread::checkClock(const QDateTime& now)
-{
-    const qint64 offset = now.toMSecsSinceEpoch() - m_scheduler->elapsedNs() / 1000000;
-    const bool jumped = m_clockOffset && qAbs(offset - *m_clockOffset) > maxClockStepMs;
-    m_clockOffset = offset;
-    if (jumped)
-        distrustClock(now);
-}
-
 void QDiskCleanThread::distrustClock(const QDateTime& time)
 {
     SystemLog::warning(tr("系统时间突变为%1，暂停按天数清理%2").arg(time.toString(Qt::ISODate), m_root));
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_clockJump = time;
+    m_clock.distrust(time);
 }
 
 /// Low space asks for one sweep of the oldest images, whatever that frees; the next pass looks again.
@@ -158,7 +133,8 @@ void QDiskCleanThread::shortenKeeping()
 void QDiskCleanThread::pass()
 {
     const QDateTime now = m_scheduler->now();
-    checkClock(now);
+    if (m_clock.check(*m_scheduler))
+        distrustClock(now);
     takeChange();
     if (spaceIsLow())
         shortenKeeping();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Scheduler.h"
+#include "db/ClockGuard.h"
 
 #include <QThread>
 
@@ -50,11 +50,11 @@ public:
 
     /// The time to which the clock jumped; not valid unless it did since the start and the last acceptClock(). Any
     /// thread.
-    QDateTime clockJump() const;
+    QDateTime clockJump() const { return m_clock.jump(); }
     /// The clock is known to be wrong: counts as a jump to that time. Any thread.
     void distrustClock(const QDateTime& time);
     /// Somebody has looked at the clock: cleaning by age goes on. Any thread.
-    void acceptClock();
+    void acceptClock() { m_clock.accept(); }
 
     /// Sets the stop flag; the thread ends after the deletion in hand. Any thread.
     void stop();
@@ -78,8 +78,6 @@ private:
     qint64 freeMiB();
     bool spaceIsLow() { return freeMiB() < qint64(m_minFreeGiB) * 1024; }
     void shortenKeeping();
-    /// Compares the clock's step since the last pass with that of the monotonic one.
-    void checkClock(const QDateTime& now);
     /// `now`: the moment of the pass; not valid: nothing is old.
     void cleanFiles(const QDateTime& now);
     void cleanFolders(const QDateTime& now);
@@ -100,12 +98,11 @@ private:
     std::atomic<bool> m_overridden{false}; ///< space was low once
     std::atomic<qint64> m_lastFree{-1};
     const Scheduler* m_scheduler = &Scheduler::system();
-    std::optional<qint64> m_clockOffset; ///< milliseconds from the monotonic clock to the other, at the last pass
+    ClockGuard m_clock;
     std::function<qint64(const QString&)> m_freeSpace;
 
-    mutable std::mutex m_mutex; ///< guards m_stop, m_change and m_clockJump
+    mutable std::mutex m_mutex; ///< guards m_stop and m_change
     std::condition_variable m_stopped;
     bool m_stop = false;
     std::optional<Change> m_change;
-    QDateTime m_clockJump;
 };

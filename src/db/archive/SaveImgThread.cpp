@@ -19,9 +19,12 @@ SaveImgThread::SaveImgThread(const QImage& image, const QString& folder, const Q
 {
 }
 
+/// Giving memory back locks out whoever wants some: a thread that yields to all others would hold them up for a second
+/// on a loaded machine.
 void SaveImgThread::run()
 {
-    platform::lowerThreadPriority();
+    if (!m_lastOfBurst)
+        platform::lowerThreadPriority();
     write();
     if (m_lastOfBurst)
         platform::releaseFreeMemory();

@@ -59,6 +59,7 @@ bool QDBSqlite::openForReading()
 
 ksLogDB::ksLogDB(const QString& path)
     : m_path(QFileInfo(path).absoluteFilePath()) // the working directory may change later
+    , m_thinner({QStringLiteral("SystemInfo"), QStringLiteral("id"), QStringLiteral("datetime")}, Scheduler::system())
 {
     QDBSqlite database(m_path); // the thread that writes opens its own
     database.open();
@@ -142,23 +143,23 @@ bool ksLogDB::lossIsDue()
     return m_lost > 0 && (over || m_passesInLoss >= longestLoss);
 }
 
-/// Waits for a line; false when the thread is to end.
-bool ksLogDB::nextEntry(Entry* entry)
+ksLogDB::Next ksLogDB::nextEntry(Entry* entry, int pauseMs)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    m_lineCame.wait(lock, [this] { return m_stop || !m_queue.empty(); });
-    if (m_stop)
-        return false;
+    const auto pause = std::chrono::milliseconds(pauseMs);
+    const bool came = m_lineCame.wait_for(lock, pause, [this] { return m_stop || !m_queue.empty(); });
+    if (m_stop || !came)
+        return m_stop ? Next::End : Next::Pause;
     if (lossIsDue()) {
         const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
         *entry = {tr("%1 日志过多，丢弃了最早的%2行").arg(time).arg(m_lost).toUtf8(), Warning};
         m_lost = m_lostBefore = 0;
-        return true;
+        return Next::Line;
     }
     *entry = std::move(m_queue.front());
     m_queue.pop_front();
     m_bytes -= static_cast<std::size_t>(entry->message.size());
-    return true;
+    return Next::Line;
 }
 
 void ksLogDB::putBack(Entry entry)
@@ -174,15 +175,30 @@ bool ksLogDB::pauseUnlessStopped(int ms)
     return !m_stopped.wait_for(lock, std::chrono::milliseconds(ms), [this] { return m_stop; });
 }
 
+void ksLogDB::write(Entry entry)
+{
+    const bool taken = insert(entry.type, QString::fromUtf8(entry.message)) || !m_database->store().mayPass();
+    if (!taken)
+        putBack(std::move(entry));
+    pauseUnlessStopped(taken ? m_pauseMs : qMax(m_pauseMs, retryMs));
+}
+
+int ksLogDB::thin()
+{
+    const bool open = m_database && m_database->store().isOpen();
+    return open ? m_thinner.step(m_database->store().connection()).nextMs : RowThinner::msWhenHeld;
+}
+
+/// Old lines go while no new one waits.
 void ksLogDB::run()
 {
     Entry entry;
-    while (nextEntry(&entry)) {
-        const bool taken = insert(entry.type, QString::fromUtf8(entry.message)) || !m_database->store().mayPass();
-        if (!taken)
-            putBack(std::move(entry));
-        if (!pauseUnlessStopped(taken ? m_pauseMs : qMax(m_pauseMs, retryMs)))
+    int pauseMs = RowThinner::msWhenHeld;
+    for (;;) {
+        const Next next = nextEntry(&entry, pauseMs);
+        if (next == Next::End)
             break;
+        next == Next::Line ? write(std::move(entry)) : void(pauseMs = thin());
     }
     m_database.reset();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/RowThinner.h"
 #include "db/SqliteStore.h"
 
 #include <QByteArray>
@@ -57,6 +58,9 @@ public:
     void setPause(int milliseconds) { m_pauseMs = qMax(1, milliseconds); }
     void setLimits(const Limits& limits) { m_limits = limits; }
 
+    /// Which lines stay, and when none goes, see RowThinner; all stay until its setDays(). Any thread.
+    RowThinner& thinner() { return m_thinner; }
+
     /// Puts a line at the end of the queue. Any thread; never waits for the database.
     void append(int type, const char* message, int length);
 
@@ -87,7 +91,12 @@ private:
         int type = 0;
     };
 
-    bool nextEntry(Entry* entry);
+    enum class Next { Line, Pause, End };
+    /// Waits for a line, unless a pause comes first.
+    Next nextEntry(Entry* entry, int pauseMs);
+    void write(Entry entry);
+    /// Returns when to do it again, milliseconds.
+    int thin();
     /// To the front of the queue, when the file may take it later.
     void putBack(Entry entry);
     bool lossIsDue();
@@ -97,6 +106,7 @@ private:
     int m_pauseMs = 10;
     Limits m_limits;
     std::unique_ptr<QDBSqlite> m_database; ///< of the thread that writes
+    RowThinner m_thinner;
     FaultNotice m_faultAtStart;
 
     mutable std::mutex m_mutex; ///< guards what follows

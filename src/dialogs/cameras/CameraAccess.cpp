@@ -17,6 +17,8 @@ CameraAccess::CameraAccess(ICoreCtrl& coreCtrl, const ksGlobalConfig& globalConf
     , described(extensionOf<ICameraParameters>(&coreCtrl))
     , list(extensionOf<ICameraList>(&coreCtrl))
     , preview(extensionOf<ICameraPreview>(&coreCtrl))
+    , features(extensionOf<ICameraFeatures>(&coreCtrl))
+    , discovery(extensionOf<ICameraDiscovery>(&coreCtrl))
     , config(globalConfig)
 {
 }
@@ -47,6 +49,11 @@ QVector<CameraParameter> CameraAccess::parameters(CameraType type, const QString
         known.append(parameter);
     }
     return known;
+}
+
+QMap<QString, QString> CameraAccess::missingSettings(const QString& key) const
+{
+    return features ? features->missingSettings(key) : QMap<QString, QString>();
 }
 
 QString CameraAccess::stationsOf(const QString& key) const

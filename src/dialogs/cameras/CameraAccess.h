@@ -1,6 +1,8 @@
 #pragma once
 
 #include <valvecell/Extension.h>
+#include <valvecell/ICameraDiscovery.h>
+#include <valvecell/ICameraFeatures.h>
 #include <valvecell/ICameraList.h>
 #include <valvecell/ICameraParameters.h>
 #include <valvecell/ICameraPreview.h>
@@ -30,15 +32,20 @@ public:
     /// What cameras of a type can be set to; `key` is empty for a new one.
     QVector<CameraParameter> parameters(CameraType type, const QString& key) const;
 
+    /// The settings that a camera has not, and why.
+    QMap<QString, QString> missingSettings(const QString& key) const;
+
     /// The stations that use a camera, in the operator's language; empty for none.
     QString stationsOf(const QString& key) const;
     /// Whether a picture to look at could cost a part its time: the camera is a station's, and the cell runs online.
     bool isInProduction(const QString& key) const;
 
     ICoreCtrl& core;
-    ICameraSettings* settings; ///< may be null, as the next three
+    ICameraSettings* settings; ///< may be null, as the next five
     ICameraParameters* described;
     ICameraList* list;
     ICameraPreview* preview;
+    ICameraFeatures* features;
+    ICameraDiscovery* discovery;
     const ksGlobalConfig& config;
 };

@@ -18,6 +18,8 @@ namespace {
 
 using Kind = CameraParameter::Kind;
 
+constexpr int rowBelowAll = 500;
+
 QString fullPath(const QString& folder)
 {
     return QDir(HomeFiles::home()).absoluteFilePath(folder.trimmed());
@@ -84,13 +86,14 @@ CameraForm::CameraForm(QWidget* parent)
     m_grid->setVerticalSpacing(8);
     m_grid->setColumnMinimumWidth(0, 110);
     m_grid->setColumnStretch(1, 1);
+    m_grid->setRowStretch(rowBelowAll, 1); // what is left of the height
 }
 
 void CameraForm::setParameters(const QVector<CameraParameter>& parameters)
 {
     if (!showsSame(parameters)) {
         for (const Row& row : qAsConst(m_rows))
-            qDeleteAll(widgetsOf(row));
+            qDeleteAll(widgetsOf(row) << row.missing);
         m_rows.clear();
         for (const CameraParameter& parameter : parameters)
             addRow(parameter);
@@ -108,6 +111,11 @@ QVector<QWidget*> CameraForm::widgetsOf(const Row& row)
     return {row.caption, row.field, row.unit ? static_cast<QWidget*>(row.unit) : row.browse};
 }
 
+bool CameraForm::isMissing(const Row& row)
+{
+    return !row.missing->text().isEmpty();
+}
+
 bool CameraForm::showsSame(const QVector<CameraParameter>& parameters) const
 {
     return std::equal(m_rows.begin(), m_rows.end(), parameters.begin(), parameters.end(),
@@ -118,12 +126,17 @@ bool CameraForm::showsSame(const QVector<CameraParameter>& parameters) const
 
 void CameraForm::addRow(const CameraParameter& parameter)
 {
-    Row row{parameter, new QLabel(this), makeField(parameter), nullptr, nullptr, nullptr};
+    Row row{parameter, new QLabel(this), makeField(parameter), new QLabel(this), nullptr, nullptr, nullptr};
     row.caption->setObjectName(parameter.name + QStringLiteral("Caption"));
     row.caption->setBuddy(row.field);
-    const int line = m_rows.size();
+    row.missing->setObjectName(parameter.name + QStringLiteral("Missing"));
+    row.missing->setTextFormat(Qt::PlainText);
+    row.missing->setWordWrap(true);
+    row.missing->hide();
+    const int line = 2 * m_rows.size();
     m_grid->addWidget(row.caption, line, 0);
     m_grid->addWidget(row.field, line, 1);
+    m_grid->addWidget(row.missing, line + 1, 1, 1, 2);
     if (parameter.kind == Kind::ImageFolder) {
         addFolderTools(row);
         m_grid->addWidget(row.browse, line, 2);
@@ -192,9 +205,13 @@ void CameraForm::label(Row& row)
 /// The fields follow the form's own place, and not all others because they came last.
 void CameraForm::orderTabs()
 {
-    QWidget* last = this;
+    QWidget* last = previousInFocusChain();
+    while (last != this && !(last->focusPolicy() & Qt::TabFocus))
+        last = last->previousInFocusChain();
     for (const Row& row : qAsConst(m_rows)) {
         for (QWidget* widget : widgetsOf(row)) {
+            if (widget->focusPolicy() == Qt::NoFocus)
+                continue; // would break the chain
             setTabOrder(last, widget);
             last = widget;
         }
@@ -207,17 +224,34 @@ void CameraForm::setValues(const QVariantMap& settings)
         setValue(row.field, settings.value(row.parameter.name, row.parameter.initial));
 }
 
+void CameraForm::setMissing(const QMap<QString, QString>& reasons)
+{
+    for (const Row& row : qAsConst(m_rows)) {
+        const QString reason = reasons.value(row.parameter.name);
+        row.missing->setText(reason);
+        row.missing->setVisible(!reason.isEmpty());
+        for (QWidget* widget : widgetsOf(row)) {
+            widget->setEnabled(reason.isEmpty());
+            widget->setToolTip(reason.isEmpty() ? row.parameter.tip : reason);
+        }
+    }
+}
+
 QVariantMap CameraForm::values() const
 {
     QVariantMap values;
-    for (const Row& row : m_rows)
-        values.insert(row.parameter.name, valueOf(row.field));
+    for (const Row& row : m_rows) {
+        if (!isMissing(row))
+            values.insert(row.parameter.name, valueOf(row.field));
+    }
     return values;
 }
 
 QString CameraForm::problem() const
 {
     for (const Row& row : m_rows) {
+        if (isMissing(row))
+            continue;
         const auto* judged = qobject_cast<const JudgedField*>(row.field);
         const QVariant value = valueOf(row.field);
         const QString problem = judged ? judged->problem() : QString();

@@ -23,6 +23,8 @@ public:
     void setParameters(const QVector<CameraParameter>& parameters);
     /// Fills the fields; what is not named gets its initial value, what has no field is left alone.
     void setValues(const QVariantMap& settings);
+    /// Greys the settings that the camera has not, each with the reason beside it; they have no value then.
+    void setMissing(const QMap<QString, QString>& reasons);
     /// What the fields hold, typed as the parameters say.
     QVariantMap values() const;
     /// The first thing that is wrong, in the operator's language; empty when all can be taken.
@@ -42,12 +44,14 @@ private:
         CameraParameter parameter;
         QLabel* caption;
         QWidget* field;
+        QLabel* missing;     ///< below the field: why the camera has no such setting; hidden when it has
         QLabel* unit;        ///< null for a folder, which has the next two
         QPushButton* browse; ///< null for others
         FolderProbe* probe;
     };
 
     static QVector<QWidget*> widgetsOf(const Row& row);
+    static bool isMissing(const Row& row);
     bool showsSame(const QVector<CameraParameter>& parameters) const;
     void addRow(const CameraParameter& parameter);
     QWidget* makeField(const CameraParameter& parameter);

@@ -1,5 +1,6 @@
 #include "dialogs/cameras/CameraNames.h"
 
+#include <valvecell/ICameraFeatures.h>
 #include <valvecell/ICameraList.h>
 
 namespace CameraNames {
@@ -61,9 +62,14 @@ QString of(PixelFormat format)
 namespace CameraAudit {
 namespace {
 
+QString nameOf(const QString& key)
+{
+    return QStringLiteral("camera/") + key;
+}
+
 QString nameOf(const CameraEntry& camera)
 {
-    return QStringLiteral("camera/") + camera.key;
+    return nameOf(camera.key);
 }
 
 } // namespace
@@ -92,6 +98,14 @@ AuditChanges changed(const CameraEntry& before, const CameraEntry& after)
             changes.append({nameOf(before) + QLatin1Char('/') + it.key(), old, it->toString()});
     }
     return changes;
+}
+
+AuditChanges feature(const QString& cameraKey, const CameraFeature& before, const QVariant& value)
+{
+    const QString name = nameOf(cameraKey) + QLatin1Char('/') + before.name;
+    if (before.kind == CameraFeature::Kind::Command)
+        return {{name, {}, QStringLiteral("executed")}};
+    return {{name, before.value.toString(), value.toString()}};
 }
 
 } // namespace CameraAudit

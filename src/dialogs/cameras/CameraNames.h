@@ -6,7 +6,9 @@
 
 #include <QString>
 
+class QVariant;
 struct CameraEntry;
+struct CameraFeature;
 
 /// The names under which codes of cameras are shown; the same in every language. Pure functions.
 namespace CameraNames {
@@ -18,7 +20,8 @@ QString of(PixelFormat format);
 
 } // namespace CameraNames
 
-/// What is reported of changed cameras: "camera/KEY" with the type, and "camera/KEY/SETTING" with each value. Pure
+/// What is reported of changed cameras: "camera/KEY" with the type, and "camera/KEY/SETTING" with each value;
+/// features of its own are settings, too. Pure
 /// functions.
 namespace CameraAudit {
 
@@ -26,5 +29,7 @@ AuditChanges added(const CameraEntry& camera);
 AuditChanges removed(const CameraEntry& camera);
 /// Empty when both are the same; settings that `after` does not name count as kept.
 AuditChanges changed(const CameraEntry& before, const CameraEntry& after);
+/// A camera took `value` for a feature that had another.
+AuditChanges feature(const QString& cameraKey, const CameraFeature& before, const QVariant& value);
 
 } // namespace CameraAudit

@@ -8,13 +8,21 @@
 #include <QEvent>
 #include <QSignalBlocker>
 
+namespace {
+constexpr QSize sizeWithFound(940, 640); ///< the list of found cameras has many columns
+} // namespace
+
 QCameraEditUI::QCameraEditUI(CameraAccess& cameras, QWidget* parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::QCameraEditUI>())
     , m_cameras(cameras)
 {
     m_ui->setupUi(this);
+    m_ui->found->setDiscovery(cameras.discovery);
+    if (cameras.discovery)
+        resize(sizeWithFound);
     DialogForm::prepare(this);
+    connect(m_ui->found, &FoundCameras::chosen, this, &QCameraEditUI::take);
     connect(m_ui->keyEdit, &QLineEdit::textChanged, this, &QCameraEditUI::judge);
     connect(m_ui->form, &CameraForm::edited, this, &QCameraEditUI::judge);
     connect(m_ui->form, &CameraForm::warningChanged, this, &QCameraEditUI::judge);
@@ -36,7 +44,10 @@ void QCameraEditUI::begin(const Task& task)
     m_ui->keyEdit->setReadOnly(!task.isNew);
     listTypes();
     showSettings();
+    m_proposed.clear();
     open();
+    if (task.isNew)
+        m_ui->found->search();
     QWidget* first = task.isNew ? static_cast<QWidget*>(m_ui->keyEdit) : m_ui->typeBox;
     first->setFocus();
 }
@@ -66,6 +77,33 @@ void QCameraEditUI::showSettings()
     m_ui->form->setParameters(parameters());
     m_ui->form->setValues(m_task.entry.settings);
     judge();
+}
+
+/// What was typed stays, as far as the found camera does not say otherwise.
+void QCameraEditUI::take(const FoundCamera& found)
+{
+    m_task.entry.settings = m_ui->form->values();
+    for (auto it = found.settings.begin(); it != found.settings.end(); ++it)
+        m_task.entry.settings.insert(it.key(), it.value());
+    const QString key = m_ui->keyEdit->text();
+    if (m_task.isNew && (key.isEmpty() || key == m_proposed)) {
+        m_proposed = proposedKey(found);
+        m_ui->keyEdit->setText(m_proposed);
+    }
+    const QSignalBlocker quiet(m_ui->typeBox);
+    m_ui->typeBox->setCurrentIndex(qMax(0, m_ui->typeBox->findData(int(found.type))));
+    showSettings();
+}
+
+/// Empty when none of the names that come to mind can be had.
+QString QCameraEditUI::proposedKey(const FoundCamera& found) const
+{
+    for (const QString& name :
+         {found.userName, found.model, (found.model + QLatin1Char(' ') + found.serial).trimmed()}) {
+        if (m_task.keyProblem(name).isEmpty())
+            return name;
+    }
+    return {};
 }
 
 QVector<CameraParameter> QCameraEditUI::parameters() const

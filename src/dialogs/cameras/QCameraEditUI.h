@@ -9,12 +9,14 @@
 #include <memory>
 
 struct CameraAccess;
+struct FoundCamera;
 
 namespace Ui {
 class QCameraEditUI;
 }
 
-/// Name, type and settings of one camera, for the list that is being edited. Judged while it is typed.
+/// Name, type and settings of one camera, for the list that is being edited; a camera that was found on network or bus
+/// fills them in. Judged while it is typed.
 class QCameraEditUI : public QDialog
 {
     Q_OBJECT
@@ -50,10 +52,13 @@ private:
     CameraType type() const;
     CameraEntry typed() const;
     void showSettings();
+    void take(const FoundCamera& found);
+    QString proposedKey(const FoundCamera& found) const;
     QString problem() const;
     void judge();
 
     std::unique_ptr<Ui::QCameraEditUI> m_ui;
     CameraAccess& m_cameras;
     Task m_task;
+    QString m_proposed; ///< the name that was filled in for a found camera
 };

@@ -21,6 +21,7 @@ QCameraSettingsUI::QCameraSettingsUI(ICoreCtrl& core, const ksGlobalConfig& conf
     m_ui->setupUi(this);
     DialogForm::prepare(this);
     m_ui->keyLabel->setText(m_key);
+    m_ui->featuresPage->setCamera(m_cameras.features, m_key);
     m_tick.setInterval(stateTickMs);
     connectAll();
     load();
@@ -43,6 +44,7 @@ void QCameraSettingsUI::connectAll()
     connect(m_ui->singleButton, &QPushButton::clicked, m_live, &LivePicture::single);
     connect(m_live, &LivePicture::pictureCame, this, &QCameraSettingsUI::showPicture);
     connect(m_live, &LivePicture::failed, m_ui->liveMessage, &QLabel::setText);
+    connect(m_ui->featuresPage, &CameraFeaturesPage::featureWritten, this, &QCameraSettingsUI::settingsApplied);
     connect(m_ui->okButton, &QPushButton::clicked, this, &QCameraSettingsUI::accept);
     connect(m_ui->applyButton, &QPushButton::clicked, this, &QCameraSettingsUI::apply);
     connect(m_ui->cancelButton, &QPushButton::clicked, this, &QCameraSettingsUI::reject);
@@ -60,8 +62,17 @@ void QCameraSettingsUI::showSettings()
 {
     m_shown = m_cameras.settingsOf(m_key);
     m_ui->form->setParameters(m_cameras.parameters(m_cameras.status(m_key).type, m_key));
+    m_ui->form->setMissing(m_cameras.missingSettings(m_key));
     m_ui->form->setValues(m_shown);
-    m_ui->settingsGroup->setVisible(!m_shown.isEmpty());
+    showPages();
+}
+
+void QCameraSettingsUI::showPages()
+{
+    const bool hasSettings = !m_shown.isEmpty();
+    m_ui->pages->setTabVisible(m_ui->pages->indexOf(m_ui->settingsPage), hasSettings);
+    m_ui->pages->setTabVisible(m_ui->pages->indexOf(m_ui->featuresPage), m_cameras.features != nullptr);
+    m_ui->pages->setVisible(hasSettings || m_cameras.features);
 }
 
 void QCameraSettingsUI::showEvent(QShowEvent* event)
@@ -85,6 +96,9 @@ void QCameraSettingsUI::tick()
     if (there && edits().isEmpty() && m_cameras.settingsOf(m_key) != m_shown)
         showSettings(); // another window changed them
     m_ui->form->setEnabled(there);
+    m_ui->form->setMissing(m_cameras.missingSettings(m_key));
+    if (m_cameras.features)
+        m_ui->gauges->showStatistics(m_cameras.features->statistics(m_key));
     showStatus();
     const QString refused = liveProblem();
     if (!refused.isEmpty()) {
@@ -117,6 +131,7 @@ void QCameraSettingsUI::showPicture(const QImage& image)
 {
     m_ui->liveMessage->setText(QStringLiteral("%1 × %2").arg(image.width()).arg(image.height()));
     m_ui->viewer->setImage(image);
+    m_ui->gauges->showPicture(image);
 }
 
 QString QCameraSettingsUI::liveProblem() const

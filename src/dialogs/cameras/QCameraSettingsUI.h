@@ -14,9 +14,10 @@ namespace Ui {
 class QCameraSettingsUI;
 }
 
-/// One camera: what it is, how it does, what it sees, and its settings. Settings are changed by OK or Apply, and then
-/// only those that were edited here. The picture comes by a way of its own, never through the stations, and is refused
-/// for the camera of a station while the cell runs online. GUI thread.
+/// One camera: what it is, how it does, what it sees, its settings, and all that it can do beyond them. Settings are
+/// changed by OK or Apply, and then only those that were edited here; features of its own on their page, at once. The
+/// picture comes by a way of its own, never through the stations, and is refused for the camera of a station while the
+/// cell runs online. GUI thread.
 class QCameraSettingsUI : public QDialog
 {
     Q_OBJECT
@@ -46,6 +47,7 @@ private:
     void showSettings();
     void tick();
     void showStatus();
+    void showPages();
     void showPicture(const QImage& image);
     void judge();
     QString problem() const;

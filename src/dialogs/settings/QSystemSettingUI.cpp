@@ -1,8 +1,11 @@
 #include "dialogs/settings/QSystemSettingUI.h"
 
 #include "common/forms/DialogForm.h"
+#include "dialogs/settings/PortChooser.h"
 #include "dialogs/settings/SettingsForm.h"
 #include "ui_QSystemSettingUI.h"
+
+#include <valvecell/ISerialPorts.h>
 
 #include <QShowEvent>
 
@@ -16,6 +19,7 @@ QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, 
     DialogForm::prepare(this);
     m_ui->languageBox->setOptional(false);
     m_form = new SettingsForm(this, m_store.ranges());
+    m_chooser = new PortChooser(m_ui->portButton, m_ui->portEdit);
     connectAll();
     load();
 }
@@ -50,6 +54,13 @@ void QSystemSettingUI::setLanguages(const QMap<QString, QString>& captions)
     m_ui->languageBox->setChoices(captions.keys(), captions);
 }
 
+void QSystemSettingUI::setPorts(const ISerialPorts* ports)
+{
+    m_ports = ports;
+    m_chooser->setFinder(ports ? ports->finder() : nullptr);
+    judge();
+}
+
 void QSystemSettingUI::setOneStation(bool one)
 {
     m_oneStation = one;
@@ -78,8 +89,10 @@ void QSystemSettingUI::load()
 
 void QSystemSettingUI::showEvent(QShowEvent* event)
 {
-    if (!event->spontaneous())
+    if (!event->spontaneous()) {
         load();
+        m_chooser->look();
+    }
     QDialog::showEvent(event);
 }
 
@@ -89,6 +102,15 @@ SettingsMap QSystemSettingUI::edited() const
     for (auto it = edited.begin(); it != edited.end();)
         it = it.value() == m_shown.value(it.key()) ? edited.erase(it) : std::next(it);
     return edited;
+}
+
+/// The names that a line may have are the serial module's business.
+QString QSystemSettingUI::portProblem() const
+{
+    const QString problem = m_ports ? m_ports->problemOf(m_ui->portEdit->text()) : QString();
+    if (!problem.isEmpty())
+        setTone(m_ui->portEdit, Tone::Error);
+    return problem;
 }
 
 /// A camera or solution that both stations name would serve the first only.
@@ -118,7 +140,9 @@ QString QSystemSettingUI::keepingWarning() const
 
 QString QSystemSettingUI::problem() const
 {
-    const QString problem = m_form->judge(m_shown);
+    QString problem = m_form->judge(m_shown);
+    if (problem.isEmpty())
+        problem = portProblem();
     return problem.isEmpty() ? sameChoiceProblem() : problem;
 }
 

@@ -8,6 +8,8 @@
 
 class AccessPolicy;
 class CellLimits;
+class ISerialPorts;
+class PortChooser;
 class SettingsForm;
 
 namespace Ui {
@@ -31,6 +33,9 @@ public:
     void setSolutions(const QStringList& names);
     /// Folder names of the languages, each with the name to show.
     void setLanguages(const QMap<QString, QString>& captions);
+
+    /// Which ports there are and which names a line may have; outlives the dialog, null for anything goes.
+    void setPorts(const ISerialPorts* ports);
 
     /// Hides what belongs to station 2, marked by the property "secondStation"; its settings stay as they are.
     void setOneStation(bool one);
@@ -73,6 +78,7 @@ private:
     void store(After after);
     /// Gives up what was edited, and takes over what the files hold.
     void takeFiles();
+    QString portProblem() const;
     QString sameChoiceProblem() const;
     /// What the space to keep free does to the days of keeping; empty when nothing.
     QString keepingWarning() const;
@@ -82,6 +88,8 @@ private:
     std::unique_ptr<Ui::QSystemSettingUI> m_ui;
     SettingsStore m_store;
     SettingsForm* m_form = nullptr;
+    PortChooser* m_chooser = nullptr;
+    const ISerialPorts* m_ports = nullptr;
     SettingsMap m_shown; ///< the settings as the form got them
     bool m_oneStation = false;
     qint64 m_freeMiB = -1;

@@ -157,6 +157,7 @@ void ResultPlot::reset(const QString& title, const QString& xTitle, const QStrin
     setAxisTitle(yLeft, titleOf(yTitle));
     enableAxis(yRight, false);
     setAxisScaleEngine(xBottom, new QwtLinearScaleEngine);
+    setAxisScaleEngine(yLeft, new QwtLinearScaleEngine);
     setAxisScaleDraw(xBottom, new QwtScaleDraw);
     for (const int axis : {xBottom, yLeft, yRight})
         setAxisAutoScale(axis);
@@ -229,10 +230,12 @@ void ResultPlot::addBars(const QString& title, const QVector<QPointF>& bars, dou
     addStack({title}, bars, values, {color}, width);
 }
 
-/// One histogram a layer, each from where the layer below it ends.
+/// One histogram a layer, each from where the layer below it ends. Bars stand on zero, however equal they are.
 void ResultPlot::addStack(const QStringList& titles, const QVector<QPointF>& places,
                           const QVector<QVector<double>>& values, const QVector<QColor>& colors, double width)
 {
+    axisScaleEngine(yLeft)->setReference(0);
+    axisScaleEngine(yLeft)->setAttribute(QwtScaleEngine::IncludeReference);
     for (int layer = titles.size() - 1; layer >= 0; --layer) {
         QVector<QwtIntervalSample> samples;
         for (int i = 0; i < places.size(); ++i) {

@@ -7,6 +7,8 @@
 #include "results/charts/ResultPlot.h"
 #include "results/charts/ToleranceStore.h"
 #include "results/data/PartReader.h"
+#include "results/export/forms/ExportBar.h"
+#include "results/export/forms/ExportMenus.h"
 #include "results/parts/PartFilterBar.h"
 
 #include <QComboBox>
@@ -82,6 +84,7 @@ StatisticsPage::StatisticsPage(QWidget* parent)
     , m_plot(new ResultPlot(this))
     , m_lower(new ResultPlot(this))
     , m_summary(new QLabel(this))
+    , m_exports(new ExportBar(this))
     , m_background(Background::AtEnd::Wait)
 {
     auto* fields = new QHBoxLayout;
@@ -98,6 +101,8 @@ StatisticsPage::StatisticsPage(QWidget* parent)
     column->addWidget(m_lower, 2);
     column->addWidget(m_summary);
     m_summary->setWordWrap(true);
+    column->addWidget(m_exports);
+    ExportMenus::addChart(m_exports, m_plot, [this] { return m_answer; });
     m_message->sayOrHide(Tone::Plain, {});
     DialogForm::prepareFields(this);
     retranslate();

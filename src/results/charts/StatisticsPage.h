@@ -7,6 +7,7 @@
 
 #include <atomic>
 
+class ExportBar;
 class InlineMessage;
 class PartFilterBar;
 class QComboBox;
@@ -30,6 +31,7 @@ public:
     void find();
     void choose(Charts::Kind kind);
     ResultPlot& plot() { return *m_plot; }
+    ExportBar& exports() { return *m_exports; }
 
 signals:
     void partsWanted(const QDateTime& from, const QDateTime& to);
@@ -63,6 +65,7 @@ private:
     ResultPlot* m_plot;
     ResultPlot* m_lower; ///< below it, of kinds with two charts
     QLabel* m_summary;
+    ExportBar* m_exports;
     Charts::Answer m_answer;
     QVector<LogRow> m_marks;
     Statistics::Tally m_tally;

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QSqlError>
 #include <QVariant>
 
 namespace {
@@ -117,6 +118,21 @@ QVector<LogRow> LogReader::lines(const LogFilter& filter, int limit, int offset)
         rows.append(LogRow::of(query.value(0).toLongLong(), query.value(1).toString(), query.value(2).toInt(),
                                query.value(3).toString()));
     return rows;
+}
+
+bool LogReader::each(const LogFilter& filter, Qt::SortOrder order, const std::function<bool(const LogRow&)>& take)
+{
+    const QString direction = order == Qt::AscendingOrder ? QStringLiteral("ASC") : QStringLiteral("DESC");
+    QSqlQuery query = run(QStringLiteral("id, datetime, type, message"), filter,
+                          QStringLiteral(" ORDER BY datetime %1, id %1").arg(direction));
+    while (query.next()) {
+        if (!take(LogRow::of(query.value(0).toLongLong(), query.value(1).toString(), query.value(2).toInt(),
+                             query.value(3).toString())))
+            return true;
+    }
+    if (m_error.isEmpty() && query.lastError().isValid())
+        m_error = databaseOf(m_home) + QStringLiteral(": ") + query.lastError().text();
+    return m_error.isEmpty();
 }
 
 QVector<LogRow> LogReader::changes(const QDateTime& from, const QDateTime& to, const QStringList& names, int limit)

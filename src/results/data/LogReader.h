@@ -6,6 +6,8 @@
 #include <QDate>
 #include <QVector>
 
+#include <functional>
+
 /// Which lines of the system log are asked for.
 struct LogFilter
 {
@@ -55,6 +57,8 @@ public:
     int count(const LogFilter& filter);
     /// Newest first.
     QVector<LogRow> lines(const LogFilter& filter, int limit, int offset);
+    /// All of them, holding one at a time; `take` returns false to end it. False when the reading failed.
+    bool each(const LogFilter& filter, Qt::SortOrder order, const std::function<bool(const LogRow&)>& take);
     /// Changes between two moments, oldest first, whose key begins with one of `names`; at most `limit`.
     QVector<LogRow> changes(const QDateTime& from, const QDateTime& to, const QStringList& names, int limit);
 

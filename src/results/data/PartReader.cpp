@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 #include <QHash>
+#include <QSqlError>
 #include <QVariant>
 
 #include <limits>
@@ -57,6 +58,13 @@ PartRow rowOf(const QSqlQuery& query, bool reviews)
     row.marked = reviews && query.value(20).toBool();
     row.comment = reviews ? query.value(21).toString() : QString();
     return row;
+}
+
+QString sortingOf(PartReader::Column by, Qt::SortOrder order)
+{
+    const QString direction = order == Qt::AscendingOrder ? QStringLiteral(" ASC") : QStringLiteral(" DESC");
+    const QString byTime = QStringLiteral("p.wall%1, p.uid%1").arg(direction);
+    return by == PartReader::Time ? byTime : QLatin1String(sortColumns[by]) + direction + QStringLiteral(", ") + byTime;
 }
 
 } // namespace
@@ -185,35 +193,45 @@ int PartReader::count(const PartFilter& filter)
     return query.next() ? query.value(0).toInt() : 0;
 }
 
+QString PartReader::wholeRows(const QString& parts) const
+{
+    QString sql =
+        QStringLiteral("SELECT %1%2 FROM %3 p LEFT JOIN RltTable r ON r.uid = p.uid")
+            .arg(QLatin1String(rowColumns), m_reviews ? QStringLiteral(", v.mark, v.comment") : QString(), parts);
+    if (m_reviews)
+        sql += QStringLiteral(" LEFT JOIN reviews.Review v ON v.wall = p.wall AND v.uid = p.uid");
+    return sql;
+}
+
 /// The page's keys first: only its own rows are looked up in the other tables.
 QVector<PartRow> PartReader::rows(const PartFilter& filter, Column by, Qt::SortOrder order, int limit, int offset)
 {
-    const QString direction = order == Qt::AscendingOrder ? QStringLiteral(" ASC") : QStringLiteral(" DESC");
-    QString sorting = QStringLiteral("p.wall%1, p.uid%1").arg(direction);
-    if (by != Time)
-        sorting.prepend(QLatin1String(sortColumns[by]) + direction + QStringLiteral(", "));
-    const QString page = QStringLiteral("SELECT p.*%1 ORDER BY %2 LIMIT %3 OFFSET %4")
+    const QString sorting = sortingOf(by, order);
+    const QString page = QStringLiteral("(SELECT p.*%1 ORDER BY %2 LIMIT %3 OFFSET %4)")
                              .arg(from(filter), sorting, QString::number(limit), QString::number(offset));
-    QString sql =
-        QStringLiteral("SELECT %1%2 FROM (%3) p LEFT JOIN RltTable r ON r.uid = p.uid")
-            .arg(QLatin1String(rowColumns), m_reviews ? QStringLiteral(", v.mark, v.comment") : QString(), page);
-    if (m_reviews)
-        sql += QStringLiteral(" LEFT JOIN reviews.Review v ON v.wall = p.wall AND v.uid = p.uid");
-    sql += QStringLiteral(" ORDER BY ") + sorting;
     QVector<PartRow> rows;
-    for (QSqlQuery query = run(sql, filter); query.next();)
+    for (QSqlQuery query = run(wholeRows(page) + QStringLiteral(" ORDER BY ") + sorting, filter); query.next();)
         rows.append(rowOf(query, m_reviews));
     return rows;
 }
 
+bool PartReader::each(const PartFilter& filter, Column by, Qt::SortOrder order,
+                      const std::function<bool(const PartRow&)>& take)
+{
+    const QString parts = QStringLiteral("(SELECT p.*%1)").arg(from(filter));
+    QSqlQuery query = run(wholeRows(parts) + QStringLiteral(" ORDER BY ") + sortingOf(by, order), filter);
+    while (query.next()) {
+        if (!take(rowOf(query, m_reviews)))
+            return true;
+    }
+    if (m_error.isEmpty() && query.lastError().isValid())
+        m_error = databaseOf(m_home) + QStringLiteral(": ") + query.lastError().text();
+    return m_error.isEmpty();
+}
+
 std::optional<PartRow> PartReader::row(qint64 uid)
 {
-    QString sql =
-        QStringLiteral("SELECT %1%2 FROM %3 p LEFT JOIN RltTable r ON r.uid = p.uid")
-            .arg(QLatin1String(rowColumns), m_reviews ? QStringLiteral(", v.mark, v.comment") : QString(), m_source);
-    if (m_reviews)
-        sql += QStringLiteral(" LEFT JOIN reviews.Review v ON v.wall = p.wall AND v.uid = p.uid");
-    QSqlQuery query = run(sql + QStringLiteral(" WHERE p.uid = %1").arg(uid));
+    QSqlQuery query = run(wholeRows(m_source) + QStringLiteral(" WHERE p.uid = %1").arg(uid));
     return query.next() ? std::optional(rowOf(query, m_reviews)) : std::nullopt;
 }
 

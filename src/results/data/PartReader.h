@@ -35,6 +35,10 @@ public:
     int count(const PartFilter& filter);
     /// At most `limit` rows from the `offset`-th on, by a column, then by time.
     QVector<PartRow> rows(const PartFilter& filter, Column by, Qt::SortOrder order, int limit, int offset);
+    /// All of them in that order, however many, holding one at a time; `take` returns false to end it. False when the
+    /// reading failed.
+    bool each(const PartFilter& filter, Column by, Qt::SortOrder order,
+              const std::function<bool(const PartRow&)>& take);
     /// One part by its number.
     std::optional<PartRow> row(qint64 uid);
     /// All of them; `goOn`, when given, is asked now and then, and false ends the reading.
@@ -53,6 +57,8 @@ private:
     /// FROM and WHERE, with the table `p`.
     QString from(const PartFilter& filter) const;
     QSqlQuery run(const QString& sql, const PartFilter& filter = {});
+    /// What rowOf() reads, of a SELECT or table of parts.
+    QString wholeRows(const QString& parts) const;
 
     const QString m_home;
     SqlConnection m_connection;

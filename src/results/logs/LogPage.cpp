@@ -4,6 +4,8 @@
 #include "common/forms/InlineMessage.h"
 #include "db/log/LogLine.h"
 #include "results/ViewState.h"
+#include "results/export/forms/ExportBar.h"
+#include "results/export/forms/ExportMenus.h"
 #include "results/logs/LogTableModel.h"
 
 #include <QCheckBox>
@@ -57,12 +59,14 @@ LogPage::LogPage(QWidget* parent)
     , m_line(new QPlainTextEdit(this))
     , m_parts(new QPushButton(this))
     , m_count(new QLabel(this))
+    , m_exports(new ExportBar(this))
     , m_settled(new QTimer(this))
     , m_next(new QTimer(this))
     , m_looking(Background::AtEnd::Wait)
 {
     build();
     retranslate();
+    ExportMenus::addLog(m_exports, [this] { return ExportMenus::Log{m_home, m_table->filter()}; });
     m_settled->setSingleShot(true);
     m_settled->setInterval(settleMs);
     m_next->setInterval(liveMs);
@@ -118,7 +122,7 @@ void LogPage::build()
     fields->addWidget(m_live);
     auto* foot = new QHBoxLayout;
     foot->addWidget(m_count);
-    foot->addStretch();
+    foot->addWidget(m_exports, 1);
     foot->addWidget(m_parts);
     auto* column = new QVBoxLayout(this);
     column->addLayout(fields);

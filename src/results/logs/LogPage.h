@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+class ExportBar;
 class InlineMessage;
 class LogTableModel;
 class QCheckBox;
@@ -30,6 +31,7 @@ public:
     void refresh();
     /// Goes to the text filter.
     void find();
+    ExportBar& exports() { return *m_exports; }
 
 signals:
     /// The parts around that moment, local.
@@ -62,6 +64,7 @@ private:
     QPlainTextEdit* m_line;
     QPushButton* m_parts;
     QLabel* m_count;
+    ExportBar* m_exports;
     QTimer* m_settled;
     QTimer* m_next; ///< while the newest lines are shown as they come
     QString m_home;

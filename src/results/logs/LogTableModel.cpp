@@ -3,6 +3,7 @@
 #include "common/LookColors.h"
 #include "db/log/LogLine.h"
 #include "platform/System.h"
+#include "results/export/LogExport.h"
 
 LogTableModel::LogTableModel(QObject* parent)
     : PagedTable(parent)
@@ -35,12 +36,6 @@ void LogTableModel::refresh()
     restart(read, count);
 }
 
-QString LogTableModel::levelName(int level)
-{
-    const QString names[] = {tr("错误"), tr("警告"), tr("信息"), tr("调试"), tr("跟踪")};
-    return names[qBound(0, level, 4)];
-}
-
 int LogTableModel::columnCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : ColumnCount;
@@ -61,7 +56,7 @@ QVariant LogTableModel::data(const QModelIndex& index, int role) const
     case Time:
         return row->time;
     case Level:
-        return row->isChange ? tr("更改") : levelName(row->level);
+        return LogExport::kindOf(*row);
     case User:
         return row->user;
     default:

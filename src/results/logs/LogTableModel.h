@@ -16,10 +16,8 @@ public:
     /// Both take effect with the next refresh().
     void setHome(const QString& home) { m_home = home; }
     void setFilter(const LogFilter& filter) { m_filter = filter; }
+    const LogFilter& filter() const { return m_filter; }
     void refresh();
-
-    /// In the operator's language.
-    static QString levelName(int level);
 
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;

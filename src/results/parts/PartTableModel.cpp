@@ -103,9 +103,10 @@ QVariant PartTableModel::data(const QModelIndex& index, int role) const
     const bool number = index.column() >= Angle && index.column() <= ReplyMs;
     switch (role) {
     case Qt::DisplayRole:
-        return text(*row, index.column());
+        return PartColumns::text(*row, index.column());
     case Qt::ToolTipRole:
-        return index.column() == Reason || index.column() == Comment ? text(*row, index.column()) : QVariant();
+        return index.column() == Reason || index.column() == Comment ? PartColumns::text(*row, index.column())
+                                                                     : QVariant();
     case Qt::TextAlignmentRole:
         return int((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     case Qt::ForegroundRole:
@@ -117,56 +118,11 @@ QVariant PartTableModel::data(const QModelIndex& index, int role) const
     }
 }
 
-QVariant PartTableModel::text(const PartRow& row, int column) const
-{
-    const PartRecord& part = row.part;
-    switch (column) {
-    case Mark:
-        return row.marked ? QStringLiteral("★") : QString();
-    case Time:
-        return PartTexts::time(row.wall);
-    case Station:
-        return PartTexts::station(part.station);
-    case Model:
-        return part.model;
-    case PlcIndex:
-        return QString::number(part.plcIndex);
-    case Outcome:
-        return PartTexts::outcome(part.outcome);
-    case Reason:
-        return PartTexts::reason(row);
-    case Angle:
-        return PartTexts::sent(part.angle);
-    case X:
-        return PartTexts::sent(part.x, row.placed);
-    case Y:
-        return PartTexts::sent(part.y, row.placed);
-    case Score:
-        return QString::number(part.score, 'f', 1);
-    case ImageMs:
-        return PartTexts::milliseconds(part.imageMs);
-    case ResultMs:
-        return PartTexts::milliseconds(part.resultMs);
-    case ReplyMs:
-        return PartTexts::milliseconds(part.replyMs);
-    case User:
-        return part.user;
-    case Calibration:
-        return part.calibration;
-    default:
-        return row.comment;
-    }
-}
-
 QVariant PartTableModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return role == Qt::DisplayRole ? QVariant(section + 1) : QVariant();
-    const QString names[ColumnCount] = {tr("标记"),   tr("时间"),    tr("工位"),    tr("型号"),    tr("PLC 索引"),
-                                        tr("结果"),   tr("原因"),    tr("角度 °"),  tr("X"),       tr("Y"),
-                                        tr("得分 %"), tr("图像 ms"), tr("检测 ms"), tr("应答 ms"), tr("用户"),
-                                        tr("标定"),   tr("备注")};
-    return names[section];
+    return PartColumns::column(section).title;
 }
 
 void PartTableModel::sort(int column, Qt::SortOrder order)

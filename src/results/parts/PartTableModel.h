@@ -2,6 +2,7 @@
 
 #include "results/PagedTable.h"
 #include "results/data/PartReader.h"
+#include "results/parts/PartColumns.h"
 
 /// Parts as a table; a cell shows "…" until its row has been read.
 class PartTableModel : public PagedTable<PartRow>
@@ -10,24 +11,24 @@ class PartTableModel : public PagedTable<PartRow>
 
 public:
     enum ColumnId {
-        Mark,
-        Time,
-        Station,
-        Model,
-        PlcIndex,
-        Outcome,
-        Reason,
-        Angle,
-        X,
-        Y,
-        Score,
-        ImageMs,
-        ResultMs,
-        ReplyMs,
-        User,
-        Calibration,
-        Comment,
-        ColumnCount
+        Mark = PartColumns::Mark,
+        Time = PartColumns::Time,
+        Station = PartColumns::Station,
+        Model = PartColumns::Model,
+        PlcIndex = PartColumns::PlcIndex,
+        Outcome = PartColumns::Outcome,
+        Reason = PartColumns::Reason,
+        Angle = PartColumns::Angle,
+        X = PartColumns::X,
+        Y = PartColumns::Y,
+        Score = PartColumns::Score,
+        ImageMs = PartColumns::ImageMs,
+        ResultMs = PartColumns::ResultMs,
+        ReplyMs = PartColumns::ReplyMs,
+        User = PartColumns::User,
+        Calibration = PartColumns::Calibration,
+        Comment = PartColumns::Comment,
+        ColumnCount = PartColumns::Count
     };
     explicit PartTableModel(QObject* parent = nullptr);
 
@@ -35,6 +36,8 @@ public:
     void setHome(const QString& home) { m_home = home; }
     void setFilter(const PartFilter& filter) { m_filter = filter; }
     const PartFilter& filter() const { return m_filter; }
+    PartReader::Column sortColumn() const { return m_by; }
+    Qt::SortOrder sortOrder() const { return m_order; }
     void refresh();
     /// After a review changed.
     void setReview(qint64 uid, bool marked, const QString& comment);
@@ -48,8 +51,6 @@ public:
     void sort(int column, Qt::SortOrder order) override;
 
 private:
-    QVariant text(const PartRow& row, int column) const;
-
     QString m_home;
     PartFilter m_filter;
     PartReader::Column m_by = PartReader::Time;

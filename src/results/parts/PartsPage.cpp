@@ -4,6 +4,8 @@
 #include "common/forms/InlineMessage.h"
 #include "results/ViewState.h"
 #include "results/data/ReviewStore.h"
+#include "results/export/forms/ExportBar.h"
+#include "results/export/forms/ExportMenus.h"
 #include "results/parts/PartDetail.h"
 #include "results/parts/PartFilterBar.h"
 #include "results/parts/PartPictures.h"
@@ -108,6 +110,7 @@ PartsPage::PartsPage(QWidget* parent)
     , m_nothing(new QLabel(this))
     , m_count(new QLabel(this))
     , m_asPictures(new QPushButton(this))
+    , m_exports(new ExportBar(this))
     , m_detail(new PartDetail(this))
     , m_sides(new QSplitter(this))
     , m_models(Background::AtEnd::Wait)
@@ -124,6 +127,7 @@ PartsPage::PartsPage(QWidget* parent)
         m_chosen = -1;
         take();
     });
+    offerExports();
     connect(m_table, &PagedTableBase::refreshed, this, &PartsPage::onRefreshed);
     connect(m_table, &PagedTableBase::counted, this, &PartsPage::onCounted);
     connect(m_table, &PagedTableBase::loaded, this, &PartsPage::showChosen);
@@ -162,6 +166,7 @@ void PartsPage::build()
     table->setContentsMargins(0, 0, 0, 0);
     table->addWidget(m_views, 1);
     table->addLayout(foot);
+    table->addWidget(m_exports);
     m_sides->addWidget(left);
     m_sides->addWidget(m_detail);
     m_sides->setStretchFactor(0, 3);
@@ -210,7 +215,27 @@ void PartsPage::hideEvent(QHideEvent* event)
 
 void PartsPage::setShifts(const Shifts& shifts)
 {
+    m_shifts = shifts;
     m_filter->setShifts(shifts);
+}
+
+/// The columns as they are ordered and shown.
+void PartsPage::offerExports()
+{
+    ExportMenus::addParts(m_exports, [this] {
+        ExportMenus::Parts shown;
+        shown.table.home = m_home;
+        shown.table.filter = m_table->filter();
+        shown.table.by = m_table->sortColumn();
+        shown.table.order = m_table->sortOrder();
+        shown.shifts = m_shifts;
+        const QHeaderView* header = m_view->horizontalHeader();
+        for (int i = 0; i < header->count(); ++i) {
+            if (!header->isSectionHidden(header->logicalIndex(i)))
+                shown.table.columns.append(header->logicalIndex(i));
+        }
+        return shown;
+    });
 }
 
 void PartsPage::setDesigner(bool there)

@@ -7,6 +7,7 @@
 
 #include <functional>
 
+class ExportBar;
 class InlineMessage;
 class PartDetail;
 class PartFilterBar;
@@ -48,6 +49,7 @@ public:
     void showPart(qint64 uid);
     PartFilter filter() const;
     PartTableModel& table() { return *m_table; }
+    ExportBar& exports() { return *m_exports; }
 
 signals:
     void designerWanted(const QString& picture, const QString& model, int station);
@@ -62,6 +64,7 @@ private:
     void retranslate();
     void take();
     void choose(int part);
+    void offerExports();
     void showChosen();
     void onRefreshed(int parts, const QString& error, bool frozen);
     void onCounted(int parts);
@@ -82,6 +85,8 @@ private:
     QLabel* m_nothing;
     QLabel* m_count;
     QAbstractButton* m_asPictures;
+    ExportBar* m_exports;
+    Shifts m_shifts;
     PartDetail* m_detail;
     QSplitter* m_sides;
     int m_parts = 0;

@@ -3,9 +3,10 @@
 #include "dialogs/cameras/CameraNames.h"
 #include "dialogs/cameras/QCameraEditUI.h"
 #include "dialogs/cameras/QCameraManagerUI.h"
+#include "support/FakeCameras.h"
 #include "support/Table.h"
 
-#include <QTableView>
+#include <QTableWidget>
 
 namespace {
 
@@ -189,6 +190,46 @@ private slots:
         const QVariantMap now = bench.cell.settings()->settings(CameraCell::left());
         QCOMPARE(now["exposure_ms"].toDouble(), 7.0);
         QCOMPARE(now["transfer_ms"].toDouble(), 44.0);
+    }
+
+    void foundCameraFillsInTheFields()
+    {
+        FakeCameras module({ICameraSettings::id, ICameraParameters::id, ICameraList::id, ICameraDiscovery::id});
+        module.described = {{"address", "地址", CameraParameter::Kind::Text, "", 0, 0, {}, {}, {}},
+                            CameraParameter::exposure()};
+        const ksGlobalConfig config;
+        QCameraManagerUI dialog(module, config);
+        dialog.show();
+        const DialogDriver hand(dialog);
+        const DialogDriver fields(*dialog.findChild<QCameraEditUI*>());
+        hand.press("addButton");
+        QVERIFY(module.discovering && fields.text<QLabel>("searchState").contains("正在搜索"));
+        fields.type("exposure_ms", "7");
+        const auto found = [](const char* serial, const char* user, const char* problem) {
+            return FoundCamera{CameraType::Gige,     "V", "M", serial, user, "10.0.0.9", "cam1", problem,
+                               {{"address", serial}}};
+        };
+        module.lastFound = {found("S1", "cam1", "不在同一网段"), found("S2", "", "")};
+        module.discovering = false;
+        auto* table = fields.get<QTableWidget>("foundTable");
+        QTRY_COMPARE(table->rowCount(), 2);
+        QVERIFY2(fields.text("keyEdit").isEmpty(), "nobody chose one");
+        table->selectRow(0);
+        QCOMPARE(fields.text<QLabel>("searchState"), "已配置为“cam1”；不在同一网段");
+        QCOMPARE(fields.text("keyEdit"), "M"); // "cam1" is taken
+        table->selectRow(1);
+        QCOMPARE(fields.text("address"), "S2");
+        QCOMPARE(fields.text("exposure_ms"), "7");
+        QCOMPARE(fields.get<QComboBox>("typeBox")->currentData().toInt(), int(CameraType::Gige));
+        fields.type("keyEdit", "自己取的");
+        module.lastFound.clear();
+        fields.press("searchButton");
+        module.discovering = false;
+        QTRY_VERIFY(fields.text<QLabel>("searchState").startsWith("没有找到相机"));
+        QCOMPARE(fields.text("keyEdit"), "自己取的");
+        fields.press("okButton");
+        hand.press("okButton");
+        QVERIFY(module.keys.contains("自己取的") && module.stored["address"] == "S2");
     }
 
     void fileChangedByHandMeanwhileIsKept()

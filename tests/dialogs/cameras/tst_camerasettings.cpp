@@ -1,52 +1,48 @@
 #include "CameraCell.h"
 #include "Resources.h"
 #include "common/forms/ChoiceBox.h"
+#include "dialogs/cameras/CameraFeatureModel.h"
+#include "dialogs/cameras/PictureMeasures.h"
 #include "dialogs/cameras/QCameraSettingsUI.h"
+#include "support/FakeCameras.h"
 #include "support/Table.h"
 #include "viewer/ksImgViewer.h"
 
-#include <valvecell/ICameraParameters.h>
+#include <QTabWidget>
+#include <QTreeView>
 
 namespace {
 
-/// A module of somebody else, with one camera of whatever it describes; without `described` it was built for 1.0.
-struct OtherModule final : ICoreCtrl, ICameraSettings, ICameraParameters
+/// A module of somebody else, with a camera of whatever it describes.
+struct OtherModule : FakeCameras
 {
     using Kind = CameraParameter::Kind;
 
-    bool described = true;
-    QVector<CameraParameter> list{
-        {"trigger", "触发方式(&T)", Kind::Choice, "free", 0, 0, {}, {{"free", "连续"}, {"line1", "外部线1"}}, {}},
-        {"gamma", "伽马", Kind::Number, 1.0, 0.25, 4, "级", {}, "1 为线性"},
-        {"binning", "合并", Kind::Whole, 1, 1, 4, {}, {}, {}},
-        {"mirror", "镜像", Kind::Switch, false, 0, 0, {}, {}, {}},
-        {"address", "地址", Kind::Text, "10.0.0.1", 0, 0, {}, {}, {}},
-        CameraParameter::imageFolder()};
-    QVariantMap stored{{"exposure_ms", 5.0}, {"gain_db", 3.0}, {"address", "10.0.0.7"}, {"serial", "A1"}};
-
-    QStringList cameraKeys() override { return {"cam"}; }
-    void setRequestCallback(RequestCallback) override {}
-    void setImageCallback(ImageCallback) override {}
-    void setNotificationCallback(NotificationCallback) override {}
-    void start() override {}
-    void stop() override {}
-    void trigger(const QStringList&) override {}
-    void* extension(const char* id) override
+    OtherModule()
+        : FakeCameras({ICameraSettings::id, ICameraParameters::id, ICameraFeatures::id, ICameraPreview::id})
     {
-        if (qstrcmp(id, ICameraSettings::id) == 0)
-            return static_cast<ICameraSettings*>(this);
-        return described && qstrcmp(id, ICameraParameters::id) == 0 ? static_cast<ICameraParameters*>(this) : nullptr;
+        keys = QStringList("cam");
+        stored = {{"exposure_ms", 5.0}, {"gain_db", 3.0}, {"address", "10.0.0.7"}, {"serial", "A1"}};
+        described = {
+            {"trigger", "触发方式(&T)", Kind::Choice, "free", 0, 0, {}, {{"free", "连续"}, {"line1", "外部线1"}}, {}},
+            {"gamma", "伽马", Kind::Number, 1.0, 0.25, 4, "级", {}, "1 为线性"},
+            {"binning", "合并", Kind::Whole, 1, 1, 4, {}, {}, {}},
+            {"mirror", "镜像", Kind::Switch, false, 0, 0, {}, {}, {}},
+            {"address", "地址", Kind::Text, "10.0.0.1", 0, 0, {}, {}, {}},
+            CameraParameter::imageFolder()};
     }
-    CameraStatus status(const QString&) override { return {CameraType::Gige, CameraState::Running, {}, {}, {}}; }
-    QVariantMap settings(const QString&) override { return stored; }
-    bool applySettings(const QString&, const QVariantMap& settings, QString*) override
-    {
-        for (auto it = settings.begin(); it != settings.end(); ++it)
-            stored.insert(it.key(), it.value());
-        return true;
-    }
-    QVector<CameraParameter> parameters(CameraType, const QString&) override { return list; }
 };
+
+/// A picture of stripes across, two of 250 and two of `dark`, blurred or not; a tenth of it overexposed.
+QImage stripes(int dark, bool blurred)
+{
+    QImage image(200, 100, QImage::Format_Grayscale8);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            image.scanLine(y)[x] = uchar(x < 20 ? 255 : blurred ? (250 + dark) / 2 : x / 2 % 2 ? 250 : dark);
+    }
+    return image;
+}
 
 struct Bench
 {
@@ -105,7 +101,7 @@ private slots:
         QCOMPARE(module.stored, wanted);
         QCOMPARE(module.stored["binning"].userType(), int(QMetaType::Int));
         QCOMPARE(module.stored["mirror"].userType(), int(QMetaType::Bool));
-        module.list.append(CameraParameter::gain()); // the device can do more after all
+        module.described.append(CameraParameter::gain()); // the device can do more after all
         QCoreApplication::sendEvent(&dialog, &asksAgain);
         QVERIFY(hand.get<QWidget>("gain_db")->isVisible());
     }
@@ -129,7 +125,7 @@ private slots:
     {
         const auto [name, value, said] = Table::row<QString, QVariant, QString>();
         OtherModule module;
-        const QString problem = CameraParameters::problem("左", module.list, {{name, value}});
+        const QString problem = CameraParameters::problem("左", module.described, {{name, value}});
         QVERIFY2(problem.contains(said), qPrintable(problem));
         QCOMPARE(problem.startsWith("相机“左”："), !said.isEmpty());
         module.stored.insert(name, value); // as a plant's file may hold it
@@ -146,7 +142,7 @@ private slots:
     void moduleWithoutDescriptionShowsTheSettingsThatAllShare()
     {
         OtherModule module;
-        module.described = false;
+        module.offers.removeAll(ICameraParameters::id);
         const ksGlobalConfig config;
         QCameraSettingsUI dialog(module, config, "cam");
         dialog.show();
@@ -159,6 +155,127 @@ private slots:
         hand.press("okButton");
         QCOMPARE(module.stored,
                  QVariantMap({{"exposure_ms", 7.5}, {"gain_db", 3.0}, {"address", "10.0.0.7"}, {"serial", "A1"}}));
+    }
+
+    void settingThatTheCameraHasNotIsGreyAndSaysWhy()
+    {
+        OtherModule module;
+        module.missing = {{"gamma", "相机没有伽马"}};
+        const ksGlobalConfig config;
+        QCameraSettingsUI dialog(module, config, "cam");
+        dialog.show();
+        const DialogDriver hand(dialog);
+        auto* gamma = hand.get<QWidget>("gamma");
+        QVERIFY(!gamma->isEnabled() && gamma->toolTip() == "相机没有伽马");
+        QVERIFY(hand.get<QLabel>("gammaMissing")->isVisible());
+        hand.type("folder", "images/1");
+        hand.type("binning", "2");
+        hand.press("applyButton");
+        QVERIFY2(!module.stored.contains("gamma") && module.stored["binning"] == 2, "nobody asked for a gamma");
+        module.missing.clear(); // the camera was exchanged
+        QTRY_VERIFY(gamma->isEnabled() && !hand.get<QLabel>("gammaMissing")->isVisible());
+        QCOMPARE(gamma->toolTip(), "1 为线性");
+    }
+
+    void measuresTellLightAndFocus()
+    {
+        const PictureMeasures sharp = measurePicture(stripes(50, false));
+        QVERIFY2(std::abs(sharp.overexposed - 0.096) < 0.001, qPrintable(QString::number(sharp.overexposed)));
+        QVERIFY(std::abs(sharp.histogram[255] - sharp.overexposed) < 1e-9 && sharp.histogram[50] > 0.4);
+        QVERIFY(measurePicture(stripes(50, true)).focus < sharp.focus / 10);
+        for (QImage::Format format : {QImage::Format_Grayscale16, QImage::Format_RGB888, QImage::Format_RGB32}) {
+            const PictureMeasures other = measurePicture(stripes(50, false).convertToFormat(format));
+            QVERIFY(std::abs(other.focus / sharp.focus - 1) < 0.05 && other.overexposed == sharp.overexposed);
+        }
+        QCOMPARE(measurePicture(stripes(50, false).scaled(4000, 2000)).histogram.size(), sharp.histogram.size());
+        for (const QSize size : {QSize(), QSize(1, 1), QSize(2, 200)})
+            QCOMPARE(measurePicture(QImage(size, QImage::Format_Grayscale8)).focus, 0.0);
+    }
+
+    void ringIsTurnedToTheBestFocusAndBack()
+    {
+        OtherModule module;
+        module.statisticsNow = {100, 2, 7, 9, 1, 12.5};
+        const ksGlobalConfig config;
+        QCameraSettingsUI dialog(module, config, "cam");
+        dialog.show();
+        const DialogDriver hand(dialog);
+        const auto figures = [&] { return hand.text<QLabel>("focusLabel").split("，最大 "); };
+        module.picture = stripes(50, false);
+        hand.press("singleButton");
+        QTRY_COMPARE(figures().size(), 2);
+        const QString best = figures().last();
+        module.picture = stripes(50, true);
+        hand.press("singleButton");
+        QTRY_VERIFY(figures().first() != best);
+        QCOMPARE(figures().last(), best);
+        QCOMPARE(hand.text<QLabel>("overexposedLabel"), "9.6 %");
+        hand.press("forgetButton");
+        QCOMPARE(figures().last(), figures().first());
+        QCOMPARE(hand.text<QLabel>("statisticsLabel"),
+                 "每秒 12.5 幅，丢失数据包 7（重发 9），不完整图像 2，重新打开 1 次");
+    }
+
+    void expertChangesAFeatureOfTheCamera()
+    {
+        using Feature = CameraFeature;
+        OtherModule module;
+        module.features = {
+            {"Rate", "Frame rate", "Acquisition", Feature::Kind::Number, 10.0, 0.5, 50, "Hz", {}, "per second", {}},
+            {"Width", {}, "Image", Feature::Kind::Whole, qlonglong(640), 16, 5e9, {}, {}, {}, {}},
+            {"Model", {}, "Device", Feature::Kind::Text, "X1", 0, 0, {}, {}, {}, "只读"},
+            {"Reset", {}, "Device", Feature::Kind::Command, {}, 0, 0, {}, {}, {}, {}}};
+        module.stored["folder"] = "images"; // OK could be pressed
+        const ksGlobalConfig config;
+        QCameraSettingsUI dialog(module, config, "cam");
+        AuditChanges audit;
+        connect(&dialog, &QCameraSettingsUI::settingsApplied, [&](const AuditChanges& changes) { audit += changes; });
+        dialog.show();
+        const DialogDriver hand(dialog);
+        hand.get<QTabWidget>("pages")->setCurrentIndex(1);
+        auto* model = hand.get<QTreeView>("tree")->model();
+        QTRY_COMPARE(model->rowCount(), 3);
+        const auto value = [model](int group, int row = 0) {
+            return model->index(row, CameraFeatureModel::Value, model->index(group, 0));
+        };
+        QCOMPARE(value(0).data().toString(), "10 Hz");
+        QVERIFY2(!model->setData(value(2), "X2"), "it is locked");
+        QVERIFY(!model->setData(value(1), "6.5") && !model->setData(value(0), "51"));
+        QVERIFY(module.written.isEmpty() && value(0).data(Qt::ToolTipRole).toString().contains("51不在0.5到50之间"));
+        QCOMPARE(value(0).data().toString(), "10 Hz");
+
+        auto* tree = hand.get<QTreeView>("tree");
+        tree->setFocus();
+        tree->setCurrentIndex(value(0));
+        tree->edit(value(0));
+        auto* field = tree->viewport()->findChild<QLineEdit*>();
+        field->setText("２０");
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_COMPARE(module.written.size(), 1);
+        QVERIFY2(dialog.isVisible(), "the key was meant for the field");
+        QVERIFY2(!model->setData(value(0), "30"), "one is on its way");
+        QVERIFY(model->setData(value(1), "4000000000"));
+        QVERIFY(model->setData(value(2, 1), true));
+        QCOMPARE(module.written.join(' '), "Rate=20 Width=4000000000 Reset=");
+        module.features[1].value = qlonglong(4000000000);
+        module.writes[0]("busy");
+        module.writes[1]({});
+        module.writes[2]({});
+        QTRY_COMPARE(value(1).data().toString(), "4000000000");
+        QCOMPARE(value(0).data().toString(), "10 Hz");
+        QCOMPARE(value(0).data(Qt::ToolTipRole).toString(), "Rate：busy");
+        QTRY_COMPARE(listed(audit), "camera/cam/Width:640>4000000000 camera/cam/Reset:>executed");
+
+        hand.type("filterEdit", "PER SEC");
+        QCOMPARE(model->rowCount(), 1);
+        QTest::keyClick(hand.get<QLineEdit>("filterEdit"), Qt::Key_Return);
+        QVERIFY(dialog.isVisible());
+        module.readError = "相机不在";
+        tree->setCurrentIndex({});
+        hand.press("readButton");
+        hand.type("filterEdit", "");
+        QTRY_VERIFY(hand.message("note").contains("相机不在"));
+        QVERIFY2(model->rowCount() == 3, "what was read stays");
     }
 
     void livePictureFeedsNoStation()
@@ -278,8 +395,9 @@ private slots:
             if (at->isVisible() && at->focusPolicy() & Qt::TabFocus && !at->objectName().isEmpty())
                 walk << at->objectName();
         }
-        QCOMPARE(walk.join(' '), "exposure_ms transfer_ms folder folderButton viewer liveButton singleButton "
-                                 "okButton cancelButton");
+        QCOMPARE(walk.join(' '),
+                 "exposure_ms transfer_ms folder folderButton viewer liveButton singleButton forgetButton "
+                 "okButton cancelButton");
     }
 };
 

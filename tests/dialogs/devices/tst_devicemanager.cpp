@@ -1,6 +1,7 @@
 #include "config/ksSysConfig.h"
 #include "dialogs/DialogDriver.h"
 #include "dialogs/devices/QDeviceManagerUI.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <valvecell/ISerialPort.h>
@@ -66,11 +67,8 @@ private slots:
     void missingModuleIsShownWithItsReason()
     {
         Bench bench;
-        QCOMPARE(bench.cell(0, 0), "核心控制 (ksCoreCtrl)");
-        QCOMPARE(bench.cell(0, 2), "0.1.0");
-        QCOMPARE(bench.cell(1, 2), "–");
-        QCOMPARE(bench.cell(2, 1), "正常");
-        QCOMPARE(bench.cell(3, 1), "不可用");
+        QCOMPARE(told(bench.cell(0, 0), bench.cell(0, 2), bench.cell(1, 2), bench.cell(2, 1), bench.cell(3, 1)),
+                 "核心控制 (ksCoreCtrl)|0.1.0|–|正常|不可用");
         QVERIFY(bench.hand.message("problems").contains("用户管理 (QUserInfo)：Cannot load library"));
         bench.hand.press("copyButton");
         const QString copied = QGuiApplication::clipboard()->text();

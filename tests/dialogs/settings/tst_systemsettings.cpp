@@ -8,12 +8,26 @@
 #include "support/Table.h"
 #include "support/TempHome.h"
 
-#include <QSettings>
+#include <valvecell/ISerialPorts.h>
+
+#include <QMenu>
+#include <QToolButton>
 
 namespace {
 
 const QByteArray iniFile = "/user/systemConfig.ini";
 const QByteArray jsonFile = "/user/globalConfig.json";
+
+struct FakePorts : ISerialPorts
+{
+    std::function<QVector<FoundPort>()> finder() const override
+    {
+        return [ports = ports] { return ports; };
+    }
+    QString problemOf(const QString& name) const override { return name == "tcp:plc" ? "缺少端口号" : QString(); }
+
+    QVector<FoundPort> ports;
+};
 
 /// A cell of two stations with its files, and a settings dialog on it.
 struct Bench
@@ -98,6 +112,38 @@ private slots:
         QCOMPARE(bench.files() == before, !problem.isEmpty());
     }
 
+    void portIsChosenByTheNameThatFollowsItsConverter()
+    {
+        Bench bench;
+        auto* button = bench.driver.get<QToolButton>("portButton");
+        QVERIFY2(!button->isVisible(), "a module that knows no ports");
+        FakePorts ports;
+        ports.ports = {{"/dev/serial/by-id/usb-FTDI-if00", "/dev/ttyUSB3", "FT232R, FTDI & Co"},
+                       {"/dev/serial/by-id/usb-1a86", "/dev/ttyUSB0", {}},
+                       {"/dev/ttyS0", "/dev/ttyS0", {}}};
+        bench.dialog.setPorts(&ports);
+        const auto offered = [&] {
+            QStringList texts;
+            for (const QAction* action : button->menu()->actions())
+                texts << action->text() + (action->isEnabled() ? "" : " -");
+            return texts.join('|');
+        };
+        emit button->menu()->aboutToShow();
+        QTRY_COMPARE(offered(), "FT232R, FTDI && Co (ttyUSB3)|usb-1a86 (ttyUSB0)|ttyS0");
+        button->menu()->actions().first()->trigger();
+        QCOMPARE(bench.driver.text("portEdit"), ports.ports[0].name);
+        bench.driver.press("applyButton");
+        QCOMPARE(bench.system.comPort, ports.ports[0].name);
+        bench.driver.type("portEdit", "tcp:plc");
+        QVERIFY(bench.driver.message().contains("缺少端口号") && !bench.driver.canPress("okButton"));
+        bench.driver.type("portEdit", "tcp:plc:4001"); // the list is a suggestion
+        QVERIFY(bench.driver.message().isEmpty() && bench.driver.canPress("okButton"));
+        ports.ports.clear();
+        bench.dialog.setPorts(&ports);
+        emit button->menu()->aboutToShow();
+        QTRY_COMPARE(offered(), "没有找到串口 -");
+    }
+
     void spaceThatShortensTheKeepingIsSaidAtItsField()
     {
         Bench bench;
@@ -105,8 +151,7 @@ private slots:
         bench.driver.type("spaceEdit", "20");
         QCOMPARE(bench.driver.message(), QString());
         bench.driver.type("spaceEdit", "21");
-        QVERIFY(bench.driver.message().contains("现在只剩20.0 GB"));
-        QVERIFY(bench.driver.canPress("okButton"));
+        QVERIFY(bench.driver.message().contains("现在只剩20.0 GB") && bench.driver.canPress("okButton"));
         bench.dialog.setImageDisk(20 * 1024, true);
         bench.driver.type("spaceEdit", "1");
         QVERIFY(bench.driver.message().contains("只保留1天"));
@@ -133,13 +178,8 @@ private slots:
         for (const char* box : {"saveSource1", "saveResult2", "onlineCheck", "protectCheck", "fourPointCheck",
                                 "cleanSource", "cleanResult", "engineerCheck"})
             bench.driver.press(box);
-        bench.driver.type("filterEdit", "２50");
-        bench.driver.type("burstEdit", "3");
-        bench.driver.type("portEdit", " /dev/ttyUSB0 ");
-        bench.driver.type("baudEdit", "9600");
-        bench.driver.type("daysEdit", "14");
-        bench.driver.type("dirDaysEdit", "60");
-        bench.driver.type("spaceEdit", "25");
+        bench.driver.act({"filterEdit=２50", "burstEdit=3", "portEdit= /dev/ttyUSB0 ", "baudEdit=9600", "daysEdit=14",
+                          "dirDaysEdit=60", "recordDaysEdit=0", "spaceEdit=25"});
         QEvent language(QEvent::LanguageChange); // what was typed stays
         QCoreApplication::sendEvent(&bench.dialog, &language);
         bench.driver.press("applyButton");
@@ -147,14 +187,14 @@ private slots:
         QVERIFY(bench.applied.isEmpty());
         bench.driver.press("firstAnswer");
         QVERIFY(bench.dialog.isVisible());
-        QCOMPARE(bench.driver.message(), "已保存");
-        QCOMPARE(bench.driver.text("filterEdit"), "250");
+        QCOMPARE(told(bench.driver.message(), bench.driver.text("filterEdit")), "已保存|250");
         QVERIFY(!bench.driver.canPress("applyButton"));
         QCOMPARE(bench.applied.size(), 1);
         QCOMPARE(listed(bench.applied[0]),
                  "COM/Baute:115200>9600 COM/Port:COM3>/dev/ttyUSB0 CheckThread/Enable_RltImg:false>true "
                  "CheckThread/Enable_SrcImg:false>true CheckThread/days:7>14 CheckThread/days_dir:30>60 "
-                 "CheckThread/spacesize:10>25 Image/RltImgSave_st2:false>true Image/SrcImgSave_st1:false>true "
+                 "CheckThread/days_records:1095>0 CheckThread/spacesize:10>25 Image/RltImgSave_st2:false>true "
+                 "Image/SrcImgSave_st1:false>true "
                  "TrigDetector/FilterTime:10>3 engineer_only:false>true language/select:Chinese>English "
                  "onlineMode:false>true "
                  "station_camkey_1:相机A>相机C station_solution_2:工位2>工位3 trigerFilter:1000>250 "
@@ -167,17 +207,14 @@ private slots:
         QCOMPARE(stored.station(1).camKey, "相机C");
         const QSettings ini(bench.home.path(iniFile), QSettings::IniFormat);
         QCOMPARE(ini.value("COM/Port").toString(), "/dev/ttyUSB0");
-        QCOMPARE(ini.value("Image/RltImgSave_st2").toString(), "true");
-        QCOMPARE(bench.system.cleanDays, 14);
+        QCOMPARE(told(ini.value("Image/RltImgSave_st2").toString(), bench.system.cleanDays), "true|14");
     }
 
     void cancelLeavesFilesAndFieldsAlone()
     {
         Bench bench;
         const QByteArray before = bench.files();
-        bench.driver.type("daysEdit", "1");
-        bench.driver.press("onlineCheck");
-        bench.driver.press("cancelButton");
+        bench.driver.act({"daysEdit=1", "onlineCheck", "cancelButton"});
         QVERIFY(!bench.dialog.isVisible());
         QCOMPARE(bench.files(), before);
         QVERIFY(!bench.global.onlineMode && bench.applied.isEmpty());
@@ -195,8 +232,7 @@ private slots:
         Bench bench;
         bench.choose("cameraBox1", "相机C");
         bench.dialog.setCameras({"相机A", "相机B"});
-        QVERIFY(bench.driver.message().contains("“相机C”已不存在"));
-        QVERIFY(!bench.driver.canPress("okButton"));
+        QVERIFY(bench.driver.message().contains("“相机C”已不存在") && !bench.driver.canPress("okButton"));
         bench.dialog.setCameras({"相机A", "相机B", "相机C"});
         QVERIFY2(bench.driver.canPress("okButton"), "plugged in again");
         bench.choose("cameraBox1", "相机A");
@@ -204,18 +240,15 @@ private slots:
         bench.dialog.setSolutions({});
         QCOMPARE(bench.driver.message(), "不存在：工位1相机“相机A”，工位1检测方案“工位1”，工位2检测方案“工位2”");
         QVERIFY2(bench.driver.canPress("okButton"), "what was stored before may stay");
-        bench.driver.type("daysEdit", "9");
-        bench.driver.press("okButton");
-        QCOMPARE(bench.global.station(1).camKey, "相机A");
-        QCOMPARE(bench.global.station(2).solution, "工位2");
+        bench.driver.act({"daysEdit=9", "okButton"});
+        QCOMPARE(told(bench.global.station(1).camKey, bench.global.station(2).solution), "相机A|工位2");
     }
 
     void oneCameraCannotServeBothStations()
     {
         Bench bench;
         bench.choose("cameraBox2", "相机A");
-        QVERIFY(bench.driver.message().contains("同一个相机"));
-        QVERIFY(!bench.driver.canPress("okButton"));
+        QVERIFY(bench.driver.message().contains("同一个相机") && !bench.driver.canPress("okButton"));
         bench.choose("cameraBox2", "");
         QVERIFY(bench.driver.canPress("okButton"));
         bench.choose("solutionBox2", "工位1");
@@ -231,10 +264,8 @@ private slots:
         bench.dialog.setOneStation(true);
         bench.dialog.show();
         QVERIFY(!bench.driver.get<QWidget>("cameraBox2")->isVisible());
-        bench.driver.press("onlineCheck");
-        bench.driver.press("okButton");
-        QCOMPARE(listed(bench.applied.value(0)), "onlineMode:false>true");
-        QCOMPARE(bench.global.station(2).camKey, "相机A");
+        bench.driver.act({"onlineCheck", "okButton"});
+        QCOMPARE(told(listed(bench.applied.value(0)), bench.global.station(2).camKey), "onlineMode:false>true|相机A");
     }
 
     void secondDialogDoesNotUndoTheFirst()
@@ -243,19 +274,15 @@ private slots:
         QSystemSettingUI other(bench.system, bench.global, bench.access, bench.limits);
         Bench::equip(other);
         other.show();
-        bench.driver.type("daysEdit", "14");
-        bench.driver.press("okButton");
+        bench.driver.act({"daysEdit=14", "okButton"});
         DialogDriver driver(other);
         QString applied;
         connect(&other, &QSystemSettingUI::settingsApplied,
                 [&](const AuditChanges& changes) { applied = listed(changes); });
-        driver.type("dirDaysEdit", "60");
-        driver.press("okButton");
+        driver.act({"dirDaysEdit=60", "okButton"});
         QCOMPARE(driver.question(), "");
         QVERIFY(!other.isVisible());
-        QCOMPARE(bench.system.cleanDays, 14);
-        QCOMPARE(bench.system.cleanDirDays, 60);
-        QCOMPARE(applied, "CheckThread/days_dir:30>60");
+        QCOMPARE(told(bench.system.cleanDays, bench.system.cleanDirDays, applied), "14|60|CheckThread/days_dir:30>60");
     }
 
     void unwritableFilesChangeNothing_data() { Table::of<bool>({{"neither file", true}, {"only the second", false}}); }
@@ -263,8 +290,7 @@ private slots:
     {
         const auto [bothFiles] = Table::row<bool>();
         Bench bench;
-        bench.driver.type("daysEdit", "14");
-        bench.driver.press("onlineCheck");
+        bench.driver.act({"daysEdit=14", "onlineCheck"});
         TempHome elsewhere; // the second file is looked for in the present home
         elsewhere.write("/blocked", "a file where a folder is needed");
         qputenv("VALVECELL_HOME", elsewhere.path("/blocked").toUtf8());
@@ -274,8 +300,7 @@ private slots:
         QVERIFY(bench.dialog.isVisible());
         QVERIFY2(bench.driver.message().contains(bothFiles ? "systemConfig.ini" : "globalConfig.json"),
                  qPrintable(bench.driver.message()));
-        QVERIFY(bench.driver.message().startsWith("未能保存，设置没有改变"));
-        QVERIFY(bench.applied.isEmpty());
+        QVERIFY(bench.driver.message().startsWith("未能保存，设置没有改变") && bench.applied.isEmpty());
         QVERIFY(!bench.global.onlineMode);
         QCOMPARE(bench.system.cleanDays, 7);
         QVERIFY2(bench.home.read(iniFile).contains("days=7"), "the file that could be written is put back");
@@ -300,8 +325,7 @@ private slots:
         const QByteArray edited = bench.home.read(file).replace(from, to);
         QVERIFY(edited.contains(to));
         bench.home.write(file, edited);
-        bench.driver.type("daysEdit", "14");
-        bench.driver.press("okButton");
+        bench.driver.act({"daysEdit=14", "okButton"});
         QVERIFY2(question.isEmpty() == bench.driver.question().isEmpty() && bench.driver.question().contains(question),
                  qPrintable(bench.driver.question()));
         if (!question.isEmpty()) {
@@ -321,16 +345,11 @@ private slots:
         bench.home.write(jsonFile, bench.home.read(jsonFile)
                                        .replace("\"trigerFilter\": 1000", "\"trigerFilter\": 2000")
                                        .replace("\"StationScale_2\": 1", "\"StationScale_2\": 3"));
-        bench.driver.type("daysEdit", "14");
-        bench.driver.press("applyButton");
-        bench.driver.press("secondAnswer");
-        QCOMPARE(listed(bench.applied.value(0)), "trigerFilter:1000>2000");
-        QCOMPARE(bench.global.trigerFilter, 2000);
-        QCOMPARE(bench.global.station(2).twoPoint.scale, 3.0);
-        QCOMPARE(bench.global.station(1).runModel, "W18");
-        QCOMPARE(bench.driver.text("filterEdit"), "2000");
-        QCOMPARE(bench.driver.text("daysEdit"), "7");
-        QCOMPARE(bench.system.cleanDays, 7);
+        bench.driver.act({"daysEdit=14", "applyButton", "secondAnswer"});
+        QCOMPARE(told(listed(bench.applied.value(0)), bench.global.trigerFilter), "trigerFilter:1000>2000|2000");
+        QCOMPARE(told(bench.global.station(2).twoPoint.scale, bench.global.station(1).runModel), "3|W18");
+        QCOMPARE(told(bench.driver.text("filterEdit"), bench.driver.text("daysEdit"), bench.system.cleanDays),
+                 "2000|7|7");
     }
 };
 

@@ -29,9 +29,7 @@ private slots:
     void everyButtonAsksForItsOwn()
     {
         Bench bench;
-        bench.driver.press("snap1Button");
-        bench.driver.press("snap2Button");
-        bench.driver.press("startButton");
+        bench.driver.act({"snap1Button", "snap2Button", "startButton"});
         QVERIFY(!bench.driver.canPress("startButton"));
         bench.driver.press("stopButton");
         QVERIFY(bench.driver.canPress("startButton") && !bench.driver.canPress("stopButton"));

@@ -1,0 +1,6 @@
+#include "DeviceDriver.h"
+
+const CameraDriver* aravisDriver()
+{
+    return nullptr;
+}

@@ -1,0 +1,6 @@
+#include "DeviceDriver.h"
+
+const CameraDriver* v4l2Driver()
+{
+    return nullptr;
+}

@@ -1,0 +1,8 @@
+#include "../DeviceDriver.h"
+#include "AravisDevice.h"
+
+const CameraDriver* aravisDriver()
+{
+    static const CameraDriver driver = deviceDriver<AravisDevice>();
+    return &driver;
+}
