@@ -47,7 +47,7 @@ private slots:
         page.setHome(home.path());
         page.showTimes(QDateTime::currentDateTime().addDays(-1), QDateTime::currentDateTime().addDays(1));
         QTRY_COMPARE(page.table().rowCount(), 12);
-        auto* view = page.findChild<QTableView*>();
+        auto* view = page.findChild<QTableView*>("partTable");
         for (int column = 0; column < view->model()->columnCount(); ++column)
             view->setColumnHidden(column, column != PartTableModel::X && column != PartTableModel::Station);
         view->horizontalHeader()->moveSection(view->horizontalHeader()->visualIndex(PartTableModel::X), 0);
@@ -82,6 +82,7 @@ private slots:
         connect(&page, &StatisticsPage::shown, this, [&shown] { shown = true; });
         page.setHome(home.path());
         page.choose(Charts::Kind(kind));
+        page.refresh();
         QTRY_VERIFY(shown);
         if (kind == Charts::Yield || kind == Charts::ByModel || kind == Charts::Failures) // bars stand on the ground
             QCOMPARE(page.plot().axisScaleDiv(QwtPlot::yLeft).lowerBound(), 0.0);
