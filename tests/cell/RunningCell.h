@@ -25,9 +25,16 @@ public:
     /// waits for its heartbeat.
     bool start(const QJsonObject& stationChanges = {}, const QByteArray& settings = {})
     {
-        return launch(stationChanges, settings) &&
-               QTest::qWaitFor([this] { return m_plc->heartbeats > 0; }, deadlineMs);
+        return launch(stationChanges, settings, true) && beats();
     }
+    /// Starts the program before there is a line, with nobody at its window; waits for its databases.
+    bool startUnplugged()
+    {
+        QDir(m_home + "/DBFiles").removeRecursively();
+        return launch({}, {}, false) &&
+               QTest::qWaitFor([this] { return QFile::exists(m_home + "/DBFiles/Pellix.db"); }, deadlineMs);
+    }
+    bool plugAndBeat() { return m_plc->plug() && beats(); }
 
     /// Asks the program to end, as a service manager does; true when it did so cleanly.
     bool stop()
@@ -60,7 +67,11 @@ public:
     int index(int station, int n = 0) const { return wheel(station, n).value("index").toInt(); }
 
 private:
-    bool launch(const QJsonObject& stationChanges, const QByteArray& settings)
+    bool beats()
+    {
+        return QTest::qWaitFor([this] { return m_plc->heartbeats > 0; }, deadlineMs);
+    }
+    bool launch(const QJsonObject& stationChanges, const QByteArray& settings, bool plugged)
     {
         QJsonObject config = stationConfig();
         for (auto it = stationChanges.begin(); it != stationChanges.end(); ++it)
@@ -72,7 +83,7 @@ private:
             return false;
         m_plc = std::make_unique<PlcEnd>(m_home + "/plc");
         QFile::remove(m_plc->link);
-        if (!m_plc->plug())
+        if (plugged && !m_plc->plug())
             return false;
         m_program.start(bin() + "valvecell", {"--home", m_home});
         return true;

@@ -99,6 +99,15 @@ private slots:
             m_cell.plc().send('P', {station});
     }
 
+    void startWithoutTheLineWaitsForNobody()
+    {
+        QVERIFY(m_cell.startUnplugged());
+        QVERIFY(m_cell.plugAndBeat());
+        sendIndices();
+        m_cell.plc().send('P', {5});
+        QVERIFY(repliesBecome("F"));
+    }
+
     void programThatWasAskedToShutDownStillEndsCleanly()
     {
         QVERIFY(m_cell.start());
