@@ -16,7 +16,7 @@ Step::Longest s_longest;
 
 bool onGuiThread()
 {
-    return qApp && QThread::currentThread() == qApp->thread();
+    return QCoreApplication::instance() && QThread::currentThread() == QCoreApplication::instance()->thread();
 }
 
 } // namespace
