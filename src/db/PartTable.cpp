@@ -73,9 +73,10 @@ QStringList missing(SqlConnection& connection)
         QStringLiteral("CREATE INDEX idx_PartTable_model ON PartTable(model, outcome)"),
         QStringLiteral("CREATE INDEX idx_PartTable_outcome ON PartTable(outcome, station)"),
         QStringLiteral("CREATE INDEX idx_PartTable_uid ON PartTable(uid)"),
-        // Whoever deletes a result, deletes its part.
-        QStringLiteral("CREATE TRIGGER trg_PartTable AFTER DELETE ON RltTable BEGIN DELETE FROM PartTable WHERE uid = "
-                       "OLD.uid; END")};
+        // Whoever deletes a result, deletes its part. It stands with the results, and stays when the parts are dropped.
+        QStringLiteral(
+            "CREATE TRIGGER IF NOT EXISTS trg_PartTable AFTER DELETE ON RltTable BEGIN DELETE FROM PartTable "
+            "WHERE uid = OLD.uid; END")};
     if (fresh)
         statements << QStringLiteral("PRAGMA user_version = %1").arg(filledVersion);
     return statements;

@@ -88,7 +88,7 @@ private slots:
         QVERIFY(other.run("DROP TABLE PartTable") && other.run("PRAGMA user_version = 0"));
         QCOMPARE(now(), before); // a home of an earlier version, of which nobody writes
         StationDB database(path());
-        QTRY_VERIFY2(database.open(), qPrintable(database.lastError()));
+        QVERIFY2(database.open(), qPrintable(database.lastError()));
         QVERIFY(database.insertResult(numbered(12), start.addSecs(12)));
         const QString whole = now();
         QVERIFY(whole.startsWith(before) && whole.count('\n') == 12);
