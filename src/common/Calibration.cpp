@@ -1,5 +1,7 @@
 #include "common/Calibration.h"
 
+#include <QCryptographicHash>
+#include <QDataStream>
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -88,6 +90,16 @@ QString Calibration::mapProblem() const
         return tr("尚未进行四点标定");
     const bool flat = !(std::abs(determinant()) > leastSine * mmPerPixelX() * mmPerPixelY());
     return flat ? tr("四点标定的点共线或重合") : QString();
+}
+
+QString Calibration::version() const
+{
+    QByteArray values;
+    QDataStream stream(&values, QIODevice::WriteOnly);
+    stream << m_scale << m_offset << m_swapXY << m_map.has_value();
+    for (const double value : m_map.value_or(AffineMap()))
+        stream << value;
+    return QString::fromLatin1(QCryptographicHash::hash(values, QCryptographicHash::Sha1).left(4).toHex());
 }
 
 QPointF Calibration::toMachine(const QPointF& pixel) const

@@ -35,6 +35,9 @@ public:
     /// a map that was never made or takes the image to a line, what is no number. Empty when it is usable.
     QString problem() const;
 
+    /// Eight hexadecimal digits that stand for these very values.
+    QString version() const;
+
     QPointF toMachine(const QPointF& pixel) const;
     /// Nothing when there is no way back: a scale of 0, a map that folds the plane to a line, values that are not
     /// finite.

@@ -18,6 +18,18 @@ ImageFile ImageFile::read(const QString& path)
     return {path, image, image.isNull() ? reader.errorString() : QString()};
 }
 
+QImage ImageFile::readScaled(const QString& path, const QSize& box)
+{
+    QImageReader reader(path);
+    reader.setDecideFormatFromContent(true);
+    const QSize size = reader.size();
+    if (qint64(size.width()) * size.height() > maxPixels)
+        return {};
+    if (size.isValid())
+        reader.setScaledSize(size.scaled(box, Qt::KeepAspectRatio));
+    return reader.read();
+}
+
 QString ImageFile::problem() const
 {
     return reason.isEmpty() ? QString() : tr("%1：%2").arg(QFileInfo(path).fileName(), reason);

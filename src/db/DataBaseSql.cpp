@@ -118,6 +118,7 @@ bool DataBaseSql::ensureTables()
             statements << SqlBuilder::filled(QStringLiteral("CREATE INDEX %1 ON %2 (time COLLATE BINARY ASC); "),
                                              {QStringLiteral("idx_%1").arg(table.name), table.name});
     }
+    statements << furtherTables(connection);
     if (statements.isEmpty())
         return true;
     statements.prepend(QStringLiteral("BEGIN IMMEDIATE"));

@@ -78,6 +78,8 @@ protected:
     };
     /// Those that the file is to have; makes each whose name, in whatever case, is missing.
     virtual QVector<Table> tables() const { return {}; }
+    /// Statements that make what else is missing, in the same transaction.
+    virtual QStringList furtherTables(SqlConnection&) const { return {}; }
 
 private:
     const QString m_driverType;

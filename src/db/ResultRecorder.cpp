@@ -7,10 +7,13 @@ namespace {
 /// Waiting rows go in by portions, so that the thread is free between them.
 constexpr qint64 portionNs = 20 * 1000 * 1000;
 
+/// Of earlier versions, at a time.
+constexpr int rowsFilledIn = 500;
+
 StationResult madeCarriable(StationResult result)
 {
     for (QString* text : {&result.resultTip, &result.threshBenchMark, &result.stationName, &result.value1,
-                          &result.value2, &result.value3})
+                          &result.value2, &result.value3, &result.part.sourceImage})
         *text = SqlText::madeCarriable(*text);
     return result;
 }
@@ -28,8 +31,10 @@ ResultRecorder::ResultRecorder(StationDB& database, Rules rules, QObject* parent
     , m_rules(std::move(rules))
     , m_file(database.path() + QStringLiteral(".waiting.json"))
     , m_retry(m_rules.scheduler->timer(Scheduler::SingleShot, [this] { retry(); }))
+    , m_fillIn(m_rules.scheduler->timer(Scheduler::SingleShot, [this] { fillInParts(); }))
 {
     readFile();
+    m_fillIn->start(m_rules.retryMs);
 }
 
 ResultRecorder::~ResultRecorder()
@@ -80,6 +85,13 @@ void ResultRecorder::record(const StationResult& result, const QString& picture)
     row.alike = countAlike(row);
     if (!m_waiting.empty() || !insert(row))
         keep(std::move(row));
+}
+
+/// In pauses, so that a row of a part waits some milliseconds at most.
+void ResultRecorder::fillInParts()
+{
+    if (!m_database.isOpen() || m_database.fillInParts(rowsFilledIn))
+        m_fillIn->start(m_rules.retryMs);
 }
 
 int ResultRecorder::countAlike(const Row& row)

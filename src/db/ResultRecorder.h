@@ -61,6 +61,7 @@ private:
     bool insert(const Row& row);
     int countAlike(const Row& row);
     void enterPictures();
+    void fillInParts();
     void readFile();
     /// All rows that wait; without any the file goes. `error` may be null.
     bool writeFile(QString* error = nullptr);
@@ -79,4 +80,5 @@ private:
     int m_givenUp = 0;
     FaultNotice m_fault;
     std::unique_ptr<Scheduler::Timer> m_retry;
+    std::unique_ptr<Scheduler::Timer> m_fillIn;
 };

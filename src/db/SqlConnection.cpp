@@ -44,6 +44,12 @@ bool SqlConnection::exec(QSqlQuery& prepared)
     return !failed();
 }
 
+void SqlConnection::rollBack()
+{
+    if (isOpen())
+        QSqlQuery(m_database).exec(QStringLiteral("ROLLBACK"));
+}
+
 int SqlConnection::codeOf(const QSqlError& error)
 {
     // Extended codes keep the primary one in the low byte.

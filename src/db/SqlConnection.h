@@ -25,6 +25,9 @@ public:
     /// Runs a prepared statement whose values are bound.
     bool exec(QSqlQuery& prepared);
 
+    /// Undoes an open transaction, and leaves lastError() as it is.
+    void rollBack();
+
     /// Of the last statement; not valid when it succeeded.
     const QSqlError& lastError() const { return m_error; }
     bool failed() const { return m_error.isValid(); }

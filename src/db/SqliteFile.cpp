@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QUrl>
 
 namespace SqliteFile {
 namespace {
@@ -271,23 +272,69 @@ Unfit whyUnfit(const SqlConnection& connection, const OpenRules& rules)
     return {verdict.reason, readOnly};
 }
 
+namespace {
+
 /// Opening reads nothing yet, so a query has to show that this is a database.
-bool openForReading(SqlConnection& connection, QString* error)
+bool canRead(SqlConnection& connection, const QString& name, const QString& options)
 {
     QSqlDatabase& database = connection.database();
     database.close();
-    database.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=250"));
-    if (database.open()) {
-        connection.exec(QStringLiteral("select 1 from sqlite_master limit 1"));
-        if (!connection.failed())
-            return true;
-    }
-    if (error) {
-        const QSqlError& reason = database.isOpen() ? connection.lastError() : database.lastError();
-        *error = Texts::tr("数据库%1不能打开：%2").arg(database.databaseName(), reason.text().simplified());
-    }
-    database.close();
-    return false;
+    database.setDatabaseName(name);
+    database.setConnectOptions(options);
+    if (!database.open())
+        return false;
+    connection.exec(QStringLiteral("select 1 from sqlite_master limit 1"));
+    return !connection.failed();
+}
+
+bool hasLog(const QString& path)
+{
+    const QFileInfo log(path + QStringLiteral("-wal"));
+    return log.isFile() && log.size() > 0;
+}
+
+/// A log needs a file beside it that all who read it share; without that, nothing may be in the log.
+bool canReadFrozen(SqlConnection& connection, const QString& path)
+{
+    const int code = connection.lastCode();
+    if ((code != codeReadOnly && code != codeCannotOpen) || hasLog(path))
+        return false;
+    QUrl uri = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
+    uri.setQuery(QStringLiteral("immutable=1"));
+    return canRead(connection, uri.toString(QUrl::FullyEncoded),
+                   QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
+}
+
+QString whyUnreadable(const SqlConnection& connection, const QString& path)
+{
+    const bool open = connection.isOpen();
+    const QString reason = (open ? connection.lastError() : connection.database().lastError()).text().simplified();
+    const int code = connection.lastCode();
+    if (open && (code == codeCorrupt || code == codeNotADatabase))
+        return Texts::tr("数据库%1已损坏，请打开备份：%2").arg(path, reason);
+    if (hasLog(path) && (code == codeReadOnly || code == codeCannotOpen))
+        return Texts::tr("数据库%1所在的文件夹不能写入，而其日志%1-wal中还有记录，请把整个文件夹复制到可写的位置再打开")
+            .arg(path);
+    return Texts::tr("数据库%1不能打开：%2").arg(path, reason);
+}
+
+} // namespace
+
+bool openForReading(SqlConnection& connection, QString* error, bool* frozen)
+{
+    QSqlDatabase& database = connection.database();
+    const QString path = database.databaseName();
+    bool open = canRead(connection, path, QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=250"));
+    const bool asItStands = !open && canReadFrozen(connection, path);
+    open = open || asItStands;
+    if (frozen)
+        *frozen = asItStands;
+    if (!open && error)
+        *error = whyUnreadable(connection, path);
+    if (!open)
+        database.close();
+    database.setDatabaseName(path); // what is said of it
+    return open;
 }
 
 bool needsReopening(const SqlConnection& connection)

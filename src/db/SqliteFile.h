@@ -63,8 +63,9 @@ OpenReport beginFresh(SqlConnection& connection, const OpenRules& rules, const U
 /// What the last statement says of the file.
 Unfit whyUnfit(const SqlConnection& connection, const OpenRules& rules);
 
-/// Opens a file for reading only. A reader never keeps the writer waiting.
-bool openForReading(SqlConnection& connection, QString* error);
+/// Opens a file for reading only. A reader never keeps the writer waiting. What lies where nothing can be written, such
+/// as a read-only copy, is opened as it stands when no log beside it holds more; `frozen` says so.
+bool openForReading(SqlConnection& connection, QString* error, bool* frozen = nullptr);
 
 /// True for errors after which only openForWriting() anew helps: the file is damaged, is not a database (any more), or
 /// has become read-only.

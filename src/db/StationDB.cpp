@@ -1,6 +1,7 @@
 #include "db/StationDB.h"
 
 #include "common/Scheduler.h"
+#include "db/PartTable.h"
 
 namespace {
 
@@ -44,20 +45,58 @@ bool StationDB::insertResult(const StationResult& result)
     return insertResult(result, scheduler().now());
 }
 
+QStringList StationDB::furtherTables(SqlConnection& connection) const
+{
+    return PartTable::missing(connection);
+}
+
+/// Both rows or none.
 bool StationDB::insertResult(const StationResult& result, const QDateTime& time)
 {
-    const bool inserted = insert(resultTable, {{QStringLiteral("dAngle"), result.angle},
-                                               {QStringLiteral("errorType"), result.errorType},
-                                               {QStringLiteral("matchScore"), result.matchScore},
-                                               {QStringLiteral("resultTip"), result.resultTip},
-                                               {QStringLiteral("stationName"), result.stationName},
-                                               {QStringLiteral("threshBenchMark"), result.threshBenchMark},
-                                               {QStringLiteral("time"), timeText(time)},
-                                               {QStringLiteral("value1"), result.value1},
-                                               {QStringLiteral("value2"), result.value2},
-                                               {QStringLiteral("value3"), result.value3}});
-    m_lastRow = inserted ? lastInsertId() : 0;
+    m_lastRow = 0;
+    const bool inserted = store().run([&](SqlConnection& connection) {
+        connection.exec(QStringLiteral("BEGIN IMMEDIATE"));
+        if (connection.failed())
+            return false;
+        if (insertPart(connection, result, time)) {
+            connection.exec(QStringLiteral("COMMIT"));
+            if (!connection.failed())
+                return true;
+        }
+        connection.rollBack();
+        return false;
+    });
+    if (inserted)
+        committed();
     return inserted;
+}
+
+bool StationDB::insertPart(SqlConnection& connection, const StationResult& result, const QDateTime& time)
+{
+    const QSqlQuery row =
+        connection.exec(SqlBuilder::insertSql(resultTable, {{QStringLiteral("dAngle"), result.angle},
+                                                            {QStringLiteral("errorType"), result.errorType},
+                                                            {QStringLiteral("matchScore"), result.matchScore},
+                                                            {QStringLiteral("resultTip"), result.resultTip},
+                                                            {QStringLiteral("stationName"), result.stationName},
+                                                            {QStringLiteral("threshBenchMark"), result.threshBenchMark},
+                                                            {QStringLiteral("time"), timeText(time)},
+                                                            {QStringLiteral("value1"), result.value1},
+                                                            {QStringLiteral("value2"), result.value2},
+                                                            {QStringLiteral("value3"), result.value3}}));
+    if (connection.failed())
+        return false;
+    m_lastRow = row.lastInsertId().toLongLong();
+    return PartTable::insert(connection, m_lastRow, time, result.part, result.errorType);
+}
+
+bool StationDB::fillInParts(int count)
+{
+    bool left = false;
+    store().run([&](SqlConnection& connection) { return PartTable::fillIn(connection, count, &left); });
+    if (left)
+        committed();
+    return left;
 }
 
 /// The time as well: a fresh file counts its rows anew.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/DataBaseSql.h"
+#include "db/PartRecord.h"
 #include "db/RowThinner.h"
 
 #include <QDateTime>
@@ -15,9 +16,10 @@ struct StationResult
     QString resultTip;
     QString threshBenchMark; ///< station and model
     QString stationName;
-    QString value1; ///< path of the saved result image below the home; empty when none was saved
-    QString value2; ///< as threshBenchMark
-    QString value3; ///< what the answer rests on, see TaskResult::evidence
+    QString value1;  ///< path of the saved result image below the home; empty when none was saved
+    QString value2;  ///< as threshBenchMark
+    QString value3;  ///< what the answer rests on, see TaskResult::evidence
+    PartRecord part; ///< goes into "PartTable"
 };
 
 /// A recorded result.
@@ -32,7 +34,7 @@ Q_DECLARE_TYPEINFO(StationResult, Q_MOVABLE_TYPE);
 Q_DECLARE_TYPEINFO(StationResultRow, Q_MOVABLE_TYPE);
 Q_DECLARE_METATYPE(StationResult)
 
-/// The results of the stations, one row each, in "RltTable".
+/// The results of the stations, one row each, in "RltTable", and beside it in "PartTable".
 class StationDB : public DataBaseSql
 {
     Q_OBJECT
@@ -61,6 +63,8 @@ public:
     /// Of the scheduler that setScheduler() gave.
     RowThinner& thinner();
 
+    /// Takes some rows of earlier versions into "PartTable"; false when none is left, or none can be taken now.
+    bool fillInParts(int count);
     /// The time of the row that was inserted last, by whatever start of the program; not valid without one.
     QDateTime lastTime();
 
@@ -69,8 +73,11 @@ public:
 
 protected:
     QVector<Table> tables() const override;
+    QStringList furtherTables(SqlConnection& connection) const override;
 
 private:
+    bool insertPart(SqlConnection& connection, const StationResult& result, const QDateTime& time);
+
     qint64 m_lastRow = 0;
     std::unique_ptr<RowThinner> m_thinner;
 };

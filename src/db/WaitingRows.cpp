@@ -12,11 +12,50 @@ namespace {
 /// Far more than rows are let wait.
 constexpr qint64 maxBytes = 256LL * 1024 * 1024;
 
+QJsonObject toJson(const PartRecord& part)
+{
+    return {{"station", part.station},
+            {"model", part.model},
+            {"plcIndex", part.plcIndex},
+            {"outcome", int(part.outcome)},
+            {"angle", part.angle},
+            {"x", part.x},
+            {"y", part.y},
+            {"score", part.score},
+            {"imageMs", part.imageMs},
+            {"resultMs", part.resultMs},
+            {"replyMs", part.replyMs},
+            {"user", part.user},
+            {"calibration", part.calibration},
+            {"sourceImage", part.sourceImage}};
+}
+
+PartRecord partOf(const QJsonObject& json)
+{
+    PartRecord part;
+    part.station = json["station"].toInt();
+    part.model = json["model"].toString();
+    part.plcIndex = json["plcIndex"].toInt();
+    part.outcome = PartOutcome(json["outcome"].toInt(int(PartOutcome::NotFound)));
+    part.angle = json["angle"].toDouble();
+    part.x = json["x"].toDouble();
+    part.y = json["y"].toDouble();
+    part.score = json["score"].toDouble();
+    part.imageMs = json["imageMs"].toDouble(-1);
+    part.resultMs = json["resultMs"].toDouble(-1);
+    part.replyMs = json["replyMs"].toDouble(-1);
+    part.user = json["user"].toString();
+    part.calibration = json["calibration"].toString();
+    part.sourceImage = json["sourceImage"].toString();
+    return part;
+}
+
 QJsonObject toJson(const WaitingRow& row)
 {
     const StationResult& result = row.result;
     return {{"time", row.time.toString(Qt::ISODateWithMs)},
             {"alike", row.alike},
+            {"part", toJson(result.part)},
             {"dAngle", result.angle},
             {"errorType", result.errorType},
             {"matchScore", result.matchScore},
@@ -46,6 +85,8 @@ WaitingRow rowOf(const QJsonObject& json)
     result.value1 = text("value1");
     result.value2 = text("value2");
     result.value3 = text("value3");
+    result.part = partOf(json["part"].toObject());
+    result.part.sourceImage = SqlText::madeCarriable(result.part.sourceImage);
     return {result, QDateTime::fromString(json["time"].toString(), Qt::ISODateWithMs), json["alike"].toInt()};
 }
 

@@ -55,15 +55,23 @@ void WalKeeper::committed()
     m_changed.notify_one();
 }
 
+/// A log that another program kept from being moved is tried again, also when no further row comes.
 bool WalKeeper::flushNext()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    m_changed.wait(lock, [this] { return m_stop || m_commits > m_flushed; });
+    const auto isDue = [this] { return m_stop || m_commits > m_flushed; };
+    if (m_inLog >= commitsARound)
+        m_changed.wait_for(lock, pause, isDue);
+    else
+        m_changed.wait(lock, isDue);
     const int commits = m_commits;
-    if (commits == m_flushed)
+    if (commits == m_flushed && m_stop)
         return false;
     lock.unlock();
-    flush(commits);
+    if (commits > m_flushed)
+        flush(commits);
+    else
+        moveLog();
     return true;
 }
 
@@ -83,6 +91,10 @@ void WalKeeper::flushHere()
 {
     if (m_commits > m_flushed)
         flush(m_commits);
+    else if (m_inLog >= commitsARound)
+        moveLog();
+    if (m_flushHere && m_inLog >= commitsARound)
+        m_flushHere->start(static_cast<int>(pause.count()));
 }
 
 void WalKeeper::moveLog()

@@ -13,12 +13,12 @@
 #include "dialogs/calibration/CalibrationDialog.h"
 #include "dialogs/registration/QCryptokeyUI.h"
 #include "dialogs/testmode/QTestWidget.h"
-#include "host/LanguageSwitch.h"
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
 #include "host/ViewMenu.h"
 #include "host/WindowActions.h"
-#include "host/WindowLook.h"
+#include "look/LanguageSwitch.h"
+#include "look/WindowLook.h"
 #include "modules/ModuleSet.h"
 #include "panels/CellStatusBar.h"
 #include "panels/StationPanels.h"
@@ -192,6 +192,7 @@ void CMainWin::createActions()
         *this, *m_cell, *ksSysConfig::instance(), *ksGlobalConfig::instance(), *AccessPolicy::instance(),
         *CellLimits::instance(), *m_test, *m_twoPoint, *m_fourPoint, *m_licence, m_userCtrl.get()});
     connect(m_ui->alarmStrip, &AlarmStrip::actionWanted, m_actions.get(), &WindowActions::trigger);
+    connect(m_panels, &StationPanels::partsWanted, m_actions.get(), &WindowActions::showParts);
     connect(m_actions.get(), &WindowActions::message, m_status,
             [this](const QString& text) { m_status->showMessage(text, 5000); });
     connect(m_actions.get(), &WindowActions::settingsApplied, m_cell.get(), &Cell::applySettings);
@@ -270,6 +271,7 @@ void CMainWin::onLineseCheck(bool registered)
 void CMainWin::onLogInOut(const QString& name, int, int)
 {
     m_status->setUserName(name);
+    m_cell->setUser(name);
 }
 
 void CMainWin::onImageScale(qreal scale)

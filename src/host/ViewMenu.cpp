@@ -1,6 +1,6 @@
 #include "host/ViewMenu.h"
 
-#include "host/LanguageSwitch.h"
+#include "look/LanguageSwitch.h"
 
 #include <QActionGroup>
 #include <QEvent>

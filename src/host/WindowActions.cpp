@@ -16,10 +16,11 @@
 #include "dialogs/plcmonitor/QPlcMonitorUI.h"
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "dialogs/testmode/QTestWidget.h"
-#include "host/LanguageSwitch.h"
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
+#include "look/LanguageSwitch.h"
 #include "platform/AppHome.h"
+#include "results/ResultsDialog.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/Cell.h"
 
@@ -90,11 +91,7 @@ const WindowActions::Row WindowActions::rows[] = {
          const QString guides = QCoreApplication::applicationDirPath() + QStringLiteral("/docs");
          show(own.dialog<QHelpUI>(Anybody, [&] { return new QHelpUI(guides, &own.m_parts.window); }));
      }},
-    {"action_Check", Anybody,
-     [](WindowActions& own) {
-         if (!startReport())
-             emit own.message(tr("报表程序无法启动"));
-     }},
+    {"action_Check", Anybody, [](WindowActions& own) { own.openReport(); }},
     {"actionSystem", Engineers, [](WindowActions& own) { own.openSettings(); }},
     {"main_Login_action", Anybody, [](WindowActions& own) { own.logInOut(); }},
     {"main_action_userManager", Anybody,
@@ -278,6 +275,32 @@ void WindowActions::openSettings()
     if (const CellRecords* records = m_parts.cell.records())
         settings->setImageDisk(records->health().freeMiB, records->isKeepingShortened());
     show(settings);
+}
+
+/// A plant without the program reads its results here.
+void WindowActions::openReport()
+{
+    if (startReport())
+        return;
+    emit message(tr("报表程序无法启动，已在本窗口中打开"));
+    results()->open();
+}
+
+ResultsDialog* WindowActions::results()
+{
+    return dialog<ResultsDialog>(Anybody, [this] {
+        auto* made = new ResultsDialog(&m_parts.window);
+        made->view().setUser([this] { return currentUser(); });
+        made->view().setHome(platform::home());
+        return made;
+    });
+}
+
+void WindowActions::showParts(int station, bool failuresOnly)
+{
+    ResultsDialog* own = results();
+    own->open();
+    own->view().showDay(station, failuresOnly);
 }
 
 void WindowActions::openModels()

@@ -13,6 +13,7 @@ class IUserCtrl;
 class LicenceDesk;
 class QMainWindow;
 class QTestWidget;
+class ResultsDialog;
 class ksGlobalConfig;
 class ksImageCaliUI;
 class ksImageCaliUI4P;
@@ -61,6 +62,8 @@ public slots:
     /// Writes who changed which setting from what to what into the system log.
     void logChanges(const AuditChanges& changes) const;
     QString currentUser() const;
+    /// The day's parts of a station, or of them those that were not found or refused, in a window of ours.
+    void showParts(int station, bool failuresOnly);
 
 signals:
     /// Settings hold new values; names are the keys of their files.
@@ -82,6 +85,8 @@ private:
     void showLogIn();
     void openCalibration();
     void openSettings();
+    void openReport();
+    ResultsDialog* results();
     void openModels();
     void openIndexTable();
     void openCamera(const QString& key);

@@ -2,6 +2,7 @@
 
 #include "common/LookColors.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace {
@@ -55,6 +56,19 @@ void ReadoutTile::setValue(const QString& value, Sign sign)
     m_value = value;
     m_sign = sign;
     update();
+}
+
+void ReadoutTile::setLeadsOn(bool leadsOn, const QString& tip)
+{
+    m_leadsOn = leadsOn;
+    setCursor(leadsOn ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    setToolTip(tip);
+}
+
+void ReadoutTile::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (m_leadsOn && event->button() == Qt::LeftButton && rect().contains(event->pos()))
+        emit clicked();
 }
 
 QSize ReadoutTile::sizeHint() const

@@ -29,10 +29,17 @@ public:
     /// Whether the sign colours the ground, too.
     void setGrounded(bool grounded) { m_grounded = grounded; }
 
+    /// Whether it can be clicked; `tip` says what for.
+    void setLeadsOn(bool leadsOn, const QString& tip = {});
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+signals:
+    void clicked();
+
 protected:
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
@@ -43,4 +50,5 @@ private:
     Sign m_sign = Plain;
     int m_maximumDigits = 64;
     bool m_grounded = false;
+    bool m_leadsOn = false;
 };

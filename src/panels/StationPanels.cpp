@@ -13,6 +13,8 @@ StationPanels::StationPanels(Panel first, Panel second, QObject* parent)
     for (int station = 1; station <= 2; ++station) {
         panel(station)->view->setStation(station);
         panel(station)->log->setStation(station);
+        connect(panel(station)->view, &StationView::partsWanted, this,
+                [this, station](bool failuresOnly) { emit partsWanted(station, failuresOnly); });
     }
 }
 

@@ -31,6 +31,10 @@ public:
     /// The second station's display; the first station takes its room while it is hidden.
     void showSecond(bool shown);
 
+signals:
+    /// The day's parts of a station: all of them, or those that were not found or refused.
+    void partsWanted(int station, bool failuresOnly);
+
 public slots:
     void showImage(int station, const QImage& image);
     void showReading(int station, const StationReading& reading);

@@ -34,6 +34,10 @@ StationView::StationView(QWidget* parent)
     m_overdue.setInterval(overdueMs);
     connect(&m_overdue, &QTimer::timeout, this, [this] { show(Waiting); });
     m_ui->timeTile->setValue(noValue, ReadoutTile::Faint);
+    for (ReadoutTile* tile : {m_ui->foundTile, m_ui->yieldTile})
+        connect(tile, &ReadoutTile::clicked, this, [this] { emit partsWanted(false); });
+    for (ReadoutTile* tile : {m_ui->notFoundTile, m_ui->refusedTile})
+        connect(tile, &ReadoutTile::clicked, this, [this] { emit partsWanted(true); });
     show(Idle);
     setCount({});
     setWide(false);
@@ -196,6 +200,10 @@ void StationView::retranslate()
 {
     m_ui->retranslateUi(this);
     m_ui->stationLabel->setText(tr("工位%1").arg(m_number));
+    for (ReadoutTile* tile : {m_ui->foundTile, m_ui->yieldTile})
+        tile->setLeadsOn(true, tr("点击查看今天的工件"));
+    for (ReadoutTile* tile : {m_ui->notFoundTile, m_ui->refusedTile})
+        tile->setLeadsOn(true, tr("点击查看今天未找到和拒绝的工件"));
     showModel();
     showCaption();
     showTip();

@@ -42,6 +42,10 @@ public:
     /// A trigger was refused at this moment.
     void refused();
 
+signals:
+    /// The day's parts of this station: all of them, or those that were not found or refused.
+    void partsWanted(bool failuresOnly);
+
 protected:
     void changeEvent(QEvent* event) override;
 

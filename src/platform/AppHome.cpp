@@ -60,7 +60,7 @@ QString programFile(const QString& folder, const QString& name)
 #ifdef Q_OS_WIN
     return folder + QLatin1Char('/') + name + QStringLiteral(".exe");
 #else
-    return folder + QLatin1Char('/') + name.toLower();
+    return folder + QLatin1Char('/') + name;
 #endif
 }
 

@@ -259,6 +259,12 @@ Station* Cell::stationObject(int station) const
     return m_controller->stationObject(m_ground.config.station(station).solution);
 }
 
+void Cell::setUser(const QString& name)
+{
+    if (m_records)
+        m_records->setUser(name);
+}
+
 void Cell::enterTestMode(int mode)
 {
     switch (mode) {

@@ -82,6 +82,8 @@ public slots:
     /// A picture for a test, at each station that is enabled; answered to nobody.
     void triggerStations();
     void selectModel(int station, const QString& model);
+    /// Who is logged in, for the records; empty for nobody.
+    void setUser(const QString& name);
     /// One of TestMode.
     void enterTestMode(int mode);
     void setTestInterval(int ms) { m_testIntervalMs = ms; }

@@ -54,6 +54,7 @@ void CellResultStore::insertResult(const StationResult& result)
 {
     StationResult row = result;
     row.value1.clear();
+    row.part.user = m_user;
     m_recorder.record(row, m_archive.isWaiting(result.value1) ? result.value1 : QString());
 }
 
@@ -208,6 +209,11 @@ void CellRecords::lookAfterLibrary()
 IResultStore* CellRecords::store() const
 {
     return m_store.get();
+}
+
+void CellRecords::setUser(const QString& name)
+{
+    m_store->setUser(name);
 }
 
 /// Both cleaners look at the same drive, so one speaks for both; a jump of the clock may meet any first.

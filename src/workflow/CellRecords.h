@@ -30,11 +30,13 @@ public:
     QString saveSourceImage(int station, const QString& model, const QImage& image) override;
     QString saveResultImage(int station, const QString& model, const QImage& image) override;
     void insertResult(const StationResult& result) override;
+    void setUser(const QString& name) { m_user = name; }
 
 private:
     const ksSysConfig& m_settings;
     ImageArchive& m_archive;
     ResultRecorder& m_recorder;
+    QString m_user;
 };
 
 /// Everything that the cell keeps on its disk, brought up step by step in the order of the start-up. GUI thread.
@@ -79,6 +81,8 @@ public:
 
     /// Where results go; present once the result database was opened.
     IResultStore* store() const;
+    /// Who is logged in, for the rows that follow; empty for nobody. After openResultDatabase().
+    void setUser(const QString& name);
     ImageArchive& archive() { return *m_archive; }
     Health health() const;
     /// Null until the model library was opened.

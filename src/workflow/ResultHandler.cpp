@@ -7,6 +7,8 @@
 
 namespace {
 
+constexpr double nanosecondsInMs = 1e6;
+
 StationResult emptyRecord(int station, const QString& model)
 {
     const QString number = QString::number(station);
@@ -44,6 +46,7 @@ ResultHandler::ResultHandler(const ksGlobalConfig& config, PlcLink& link, const 
     : QObject(parent)
     , m_config(config)
     , m_link(link)
+    , m_scheduler(scheduler)
     , m_log(scheduler)
 {
     qRegisterMetaType<StationReading>();
@@ -54,7 +57,8 @@ void ResultHandler::onResult(const Trigger& trigger, const QVariantMap& map)
 {
     const Step step("result of the engine");
     const TaskResult result = TaskResult::fromMap(map);
-    const Part part{trigger, result.solution == trigger.solution ? trigger.station : 0, result};
+    const Part part{trigger, result.solution == trigger.solution ? trigger.station : 0, result,
+                    m_scheduler.elapsedNs()};
     if (!result.calibrated) {
         refuse(part, StationLog::noCalibration());
     } else if (!result.hasAlgoResult) {
@@ -130,6 +134,7 @@ ResultHandler::Verdict ResultHandler::reply(const Part& part)
         return verdict;
     const Calibration calibration = m_config.calibration(part.station);
     const QString problem = calibration.problem();
+    verdict.calibration = calibration.version();
     const bool found = part.result.angle < plc::noticeAngle;
     const QPointF machine = problem.isEmpty() ? calibration.toMachine(part.result.center) : QPointF();
     const bool refused = found && !problem.isEmpty();
@@ -165,8 +170,32 @@ void ResultHandler::store(const Part& part, const Verdict& verdict)
     record.resultTip = verdict.tip;
     record.value1 = m_store->saveResultImage(part.station, result.taskName, result.image);
     record.value3 = withSent(result.evidence, part.trigger.plcIndex, verdict.sent);
-    m_store->saveSourceImage(part.station, result.taskName, result.originImage);
+    record.part = partOf(part.trigger);
+    record.part.station = part.station;
+    record.part.model = result.taskName;
+    record.part.outcome =
+        verdict.good && verdict.sent.angle < plc::noticeAngle ? PartOutcome::Found : PartOutcome::NotFound;
+    record.part.angle = verdict.sent.angle;
+    record.part.x = verdict.sent.x;
+    record.part.y = verdict.sent.y;
+    record.part.score = record.matchScore;
+    record.part.resultMs = (part.resultNs - part.trigger.acceptedNs) / nanosecondsInMs;
+    record.part.calibration = verdict.calibration;
+    record.part.sourceImage = m_store->saveSourceImage(part.station, result.taskName, result.originImage);
     m_store->insertResult(record);
+}
+
+PartRecord ResultHandler::partOf(const Trigger& trigger) const
+{
+    PartRecord part;
+    part.station = trigger.station;
+    part.model = trigger.model;
+    part.plcIndex = trigger.plcIndex;
+    if (trigger.imageNs > 0)
+        part.imageMs = (trigger.imageNs - trigger.acceptedNs) / nanosecondsInMs;
+    if (trigger.acceptedNs > 0)
+        part.replyMs = (m_scheduler.elapsedNs() - trigger.acceptedNs) / nanosecondsInMs;
+    return part;
 }
 
 void ResultHandler::storeEnd(const Trigger& trigger, double angle, CellError error, const QString& tip)
@@ -178,6 +207,10 @@ void ResultHandler::storeEnd(const Trigger& trigger, double angle, CellError err
     record.errorType = static_cast<int>(error);
     record.resultTip = tip;
     record.value3 = withSent({}, trigger.plcIndex, {});
+    record.part = partOf(trigger);
+    record.part.angle = angle;
+    if (angle >= plc::refusedAngle)
+        record.part.outcome = PartOutcome::Refused;
     m_store->insertResult(record);
 }
 

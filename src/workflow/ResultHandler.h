@@ -1,6 +1,8 @@
 #pragma once
 
 #include "common/TaskResult.h"
+#include "db/CellError.h"
+#include "db/PartRecord.h"
 #include "workflow/PlcLink.h"
 #include "workflow/StationLog.h"
 #include "workflow/Trigger.h"
@@ -21,18 +23,6 @@ struct StationReading
     bool test = false;   ///< a test's, which was answered to nobody
 };
 Q_DECLARE_METATYPE(StationReading)
-
-/// What the cell itself has against an answer, as recorded in place of the engine's error code, whose are below 100.
-enum class CellError {
-    NoImage = 100,
-    Overdue = 101,
-    NoResult = 102,
-    NotSent = 103,     ///< the line of the part's trigger is gone
-    NoModel = 104,     ///< refused: the PLC's index has no model
-    Overrun = 105,     ///< refused: too many triggers wait
-    NotCarried = 106,  ///< found, and a frame cannot carry where
-    Calibration = 107, ///< found, and the station's calibration cannot be right
-};
 
 /// Turns the end of a trigger into everything that the cell does with it: the reply first, then archive, record,
 /// picture and log line. What was sent is what all of these get. GUI thread; nothing waits.
@@ -77,10 +67,12 @@ private:
         const Trigger& trigger;
         int station; ///< 0: the result names another solution than the trigger's
         TaskResult result;
+        qint64 resultNs; ///< when it came
     };
     struct Verdict
     {
         PlcLink::Sent sent;
+        QString calibration = {};              ///< its version
         CellError error = CellError::NoResult; ///< meaningful unless `good`
         QString tip;
         bool good = true; ///< what the engine says was sent
@@ -93,12 +85,15 @@ private:
     Verdict reply(const Part& part);
     PlcLink::Sent send(const Trigger& trigger, int station, double angle, const QPointF& machine);
     void store(const Part& part, const Verdict& verdict);
+    /// The trigger's, up to now.
+    PartRecord partOf(const Trigger& trigger) const;
     /// A row without a result.
     void storeEnd(const Trigger& trigger, double angle, CellError error, const QString& tip);
     void show(const Part& part, const Verdict& verdict);
 
     const ksGlobalConfig& m_config;
     PlcLink& m_link;
+    const Scheduler& m_scheduler;
     const StationLog m_log;
     IResultStore* m_store = nullptr;
 };

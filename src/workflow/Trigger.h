@@ -22,7 +22,7 @@ struct Trigger
     qint32 plcIndex = 0;   ///< of the model, as the PLC gave it last
     quint64 session = 0;   ///< of the line, see ISerialSession
     qint64 acceptedNs = 0; ///< when its frame came, by the scheduler
-    qint64 imageNs = 0;    ///< when its image came
+    qint64 imageNs = 0;    ///< when its image came; 0: it did not
     bool answered = false; ///< as not found, while the GUI thread was held up; see StandIn
 };
 

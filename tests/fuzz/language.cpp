@@ -1,5 +1,5 @@
 #include "Harness.h"
-#include "host/LanguageSwitch.h"
+#include "look/LanguageSwitch.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,5 +1,5 @@
 #include "WindowDriver.h"
-#include "host/LanguageSwitch.h"
+#include "look/LanguageSwitch.h"
 #include "panels/CellStatusBar.h"
 
 #include <valvecell/IMainWidget.h>

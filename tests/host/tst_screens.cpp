@@ -2,6 +2,8 @@
 #include "render/SpecDraw.h"
 #include "render/WheelRenderer.h"
 
+#include <QAction>
+#include <QTabWidget>
 #include <QToolBar>
 
 namespace {
@@ -72,6 +74,12 @@ class ScreensTest : public QObject
 {
     Q_OBJECT
 
+    /// The station's count of parts that were not found.
+    static void clickFailures(const CMainWin& window)
+    {
+        QTest::mouseClick(window.findChild<QWidget*>(QStringLiteral("notFoundTile")), Qt::LeftButton);
+    }
+
     /// Opens what the windows of a dialog open in their turn.
     static void openMore(const QWidgetList& windows)
     {
@@ -104,8 +112,9 @@ class ScreensTest : public QObject
         }
     }
 
-    /// Presses an action, and looks at what it opens.
-    static void look(CMainWin& window, QAction* action, const QString& language, QStringList* faults)
+    /// Looks at what an action, or a click, opens.
+    static void look(CMainWin& window, const QString& what, const std::function<void()>& open, const QString& language,
+                     QStringList* faults)
     {
         const QWidgetList before = openWindows();
         const auto opened = [&before] {
@@ -116,11 +125,18 @@ class ScreensTest : public QObject
             }
             return fresh;
         };
-        action->trigger();
-        QTRY_VERIFY2(!opened().isEmpty(), qPrintable(action->objectName()));
+        open();
+        QTRY_VERIFY2(!opened().isEmpty(), qPrintable(what));
         openMore(opened());
-        look(opened(), language + QLatin1Char('-') + action->objectName(), language == QLatin1String("English"),
-             faults);
+        look(opened(), language + QLatin1Char('-') + what, language == QLatin1String("English"), faults);
+        for (QWidget* one : opened()) {
+            auto* pages = one->inherits("ResultsDialog") ? one->findChild<QTabWidget*>() : nullptr;
+            for (int page = 1; pages && page < pages->count(); ++page) {
+                pages->setCurrentIndex(page);
+                look({one}, QStringLiteral("%1-%2-%3").arg(language, what).arg(page),
+                     language == QLatin1String("English"), faults);
+            }
+        }
         for (QWidget* one : opened())
             one->close();
         QTRY_COMPARE(openWindows(), QWidgetList{&window});
@@ -151,9 +167,13 @@ private slots:
                                action->objectName() != QLatin1String("action_Check"); // another program
             if (!opens)
                 continue;
-            look(*window, action, QString::fromLatin1(language), &faults);
+            look(
+                *window, action->objectName(), [action] { action->trigger(); }, QString::fromLatin1(language), &faults);
             ++looked;
         }
+        look(
+            *window, QStringLiteral("results"), [&] { clickFailures(*window); }, QString::fromLatin1(language),
+            &faults);
         QVERIFY(looked >= 10);
         QCOMPARE(faults.join('\n'), QString());
     }
@@ -168,6 +188,7 @@ private slots:
             if (!action->menu() && action->objectName() != QLatin1String("action_Check"))
                 action->trigger();
         }
+        clickFailures(*window);
         openMore(openWindows());
         const int open = openWindows().size();
         QVERIFY(open >= 14);

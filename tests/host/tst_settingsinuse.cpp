@@ -7,9 +7,9 @@
 #include "dialogs/devices/QDeviceManagerUI.h"
 #include "dialogs/registration/QCryptokeyUI.h"
 #include "dialogs/settings/QSystemSettingUI.h"
-#include "host/LanguageSwitch.h"
 #include "licence/Licence.h"
 #include "licence/RsaKey.h"
+#include "look/LanguageSwitch.h"
 #include "panels/ReadoutTile.h"
 #include "platform/PseudoTerminal.h"
 

@@ -564,6 +564,14 @@ Close anyway?</translation>
 <context>
     <name>SqliteFile</name>
     <message>
+        <source>数据库%1已损坏，请打开备份：%2</source>
+        <translation>Database %1 is damaged; please open a backup: %2</translation>
+    </message>
+    <message>
+        <source>数据库%1所在的文件夹不能写入，而其日志%1-wal中还有记录，请把整个文件夹复制到可写的位置再打开</source>
+        <translation>The folder of database %1 cannot be written, and its log %1-wal still holds records; please copy the whole folder to where it can be written, and open it there</translation>
+    </message>
+    <message>
         <source>文件已损坏：%1</source>
         <translation>the file is damaged: %1</translation>
     </message>
@@ -614,6 +622,14 @@ Close anyway?</translation>
 </context>
 <context>
     <name>StationView</name>
+    <message>
+        <source>点击查看今天的工件</source>
+        <translation>Click to see the parts of today</translation>
+    </message>
+    <message>
+        <source>点击查看今天未找到和拒绝的工件</source>
+        <translation>Click to see the parts of today that were not found or refused</translation>
+    </message>
     <message>
         <source>角度</source>
         <translation>Angle</translation>
@@ -697,8 +713,8 @@ Close anyway?</translation>
 <context>
     <name>WindowActions</name>
     <message>
-        <source>报表程序无法启动</source>
-        <translation>The report program cannot be started</translation>
+        <source>报表程序无法启动，已在本窗口中打开</source>
+        <translation>The report program cannot be started; the results open here</translation>
     </message>
     <message>
         <source>图像标定 4点标定</source>

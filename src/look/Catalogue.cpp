@@ -1,4 +1,4 @@
-#include "host/Catalogue.h"
+#include "look/Catalogue.h"
 
 #include <valvecell/HomeFiles.h>
 

@@ -1,7 +1,7 @@
-#include "host/LanguageSwitch.h"
+#include "look/LanguageSwitch.h"
 
 #include "config/ksSysConfig.h"
-#include "host/Catalogue.h"
+#include "look/Catalogue.h"
 #include "platform/AppHome.h"
 
 #include <QCoreApplication>

@@ -1,4 +1,4 @@
-#include "host/WindowLook.h"
+#include "look/WindowLook.h"
 
 #include "common/LookColors.h"
 #include "config/IniFile.h"

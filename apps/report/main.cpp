@@ -1,0 +1,67 @@
+// The report program: shows what a cell recorded, beside the cell or on a copy of its home, and never writes the
+// cell's own files.
+
+#include "ReportWindow.h"
+#include "Resources.h"
+#include "look/LanguageSwitch.h"
+#include "look/WindowLook.h"
+#include "results/ResultsView.h"
+
+#include <valvecell/HomeFiles.h>
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QSettings>
+#include <QTimer>
+
+namespace {
+
+/// Read beside the cell, which alone keeps its settings.
+QString languageOf(const QString& home)
+{
+    QSettings settings(home + QStringLiteral("/user/systemConfig.ini"), QSettings::IniFormat);
+    settings.setIniCodec("UTF-8");
+    return settings.value(QStringLiteral("language/select"), QStringLiteral("Chinese")).toString();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication::setApplicationName(QStringLiteral("Report"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    const QApplication app(argc, argv);
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Shows the results that a ValveCell recorded."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption home(QStringLiteral("home"), QStringLiteral("The directory of all files of the cell."),
+                                  QStringLiteral("DIR"));
+    const QCommandLineOption shot(QStringLiteral("screenshot"),
+                                  QStringLiteral("Writes the window's picture once it has read, and ends."),
+                                  QStringLiteral("FILE.png"));
+    parser.addOptions({home, shot});
+    parser.process(app);
+    if (parser.isSet(home))
+        qputenv("VALVECELL_HOME", parser.value(home).toLocal8Bit());
+    HomeFiles::fixHome();
+
+    initResources();
+    LanguageSwitch language;
+    language.apply(languageOf(HomeFiles::home()));
+    ReportWindow window;
+    window.setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
+    (new WindowLook(&window))->load();
+    window.openHome(HomeFiles::home());
+    window.show();
+    if (parser.isSet(shot)) {
+        constexpr int msToRead = 2000;
+        QTimer::singleShot(msToRead, &window, [&] {
+            window.grab().save(parser.value(shot));
+            QCoreApplication::quit();
+        });
+    }
+    return QApplication::exec();
+}

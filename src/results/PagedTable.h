@@ -1,0 +1,160 @@
+#pragma once
+
+#include "common/Background.h"
+
+#include <QAbstractTableModel>
+#include <QCache>
+#include <QSet>
+#include <QVector>
+
+#include <functional>
+
+/// The signals of every PagedTable.
+class PagedTableBase : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    using QAbstractTableModel::QAbstractTableModel;
+
+signals:
+    /// The first page of a refresh is there: so many rows for now, or why there are none; `frozen` as PartReader's.
+    void refreshed(int rows, const QString& error, bool frozen);
+    /// All rows are counted; follows refreshed() at once or some time later.
+    void counted(int rows);
+    /// A page came.
+    void loaded();
+};
+
+/// A table over any number of rows of a database: pages are read on a thread when they come into sight. Refreshing
+/// takes the rows up to the newest, and pages keep still until the next time. GUI thread.
+template <typename Row>
+class PagedTable : public PagedTableBase
+{
+public:
+    static constexpr int rowsAPage = 200;
+
+    struct Page
+    {
+        QVector<Row> rows;
+        qint64 upTo = 0; ///< the last row's number; of the first page of a refresh
+        bool frozen = false;
+        QString error;
+    };
+    /// Reads one page, on a thread. `upTo` is that of the refresh; 0 begins one, with page 0.
+    using Read = std::function<Page(int page, qint64 upTo)>;
+    /// Counts all rows up to that one, likewise.
+    using Count = std::function<int(qint64 upTo)>;
+
+    explicit PagedTable(QObject* parent)
+        : PagedTableBase(parent)
+        , m_pages(pagesKept)
+        , m_background(Background::AtEnd::Wait, 2) // a long search does not keep the next one waiting
+    {
+    }
+
+    int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : m_count; }
+
+    /// Of a row that has been read; null otherwise.
+    const Row* rowAt(int row) const
+    {
+        if (row < 0 || row >= m_count)
+            return nullptr;
+        const QVector<Row>* page = m_pages.object(row / rowsAPage);
+        const int within = row % rowsAPage;
+        return page && within < page->size() ? &page->at(within) : nullptr;
+    }
+
+protected:
+    /// Begins anew with what `read` gives; what was asked for before is dropped.
+    void restart(Read read, Count count)
+    {
+        const int number = ++m_number;
+        m_read = std::move(read);
+        m_counting = std::move(count);
+        m_background.clear();
+        m_requested.clear();
+        m_background.run([read = m_read] { return read(0, 0); },
+                         [this, number](const Page& page) { begin(number, page); });
+    }
+
+    /// As rowAt(), and has it read when it has not been.
+    const Row* wanted(int row) const
+    {
+        if (const Row* known = rowAt(row))
+            return known;
+        const int page = row / rowsAPage;
+        if (!m_read || row < 0 || row >= m_count || m_requested.contains(page))
+            return nullptr;
+        m_requested.insert(page);
+        auto* self = const_cast<PagedTable*>(this); // a view sees a const table that fills itself
+        m_background.run([read = m_read, page, upTo = m_upTo] { return read(page, upTo); },
+                         [self, page, number = m_number](const Page& result) { self->take(number, page, result); });
+        return nullptr;
+    }
+
+    /// For rows that somebody changed.
+    template <typename Change>
+    void changeRows(Change change)
+    {
+        const QList<int> pages = m_pages.keys();
+        for (const int page : pages) {
+            for (Row& row : *m_pages.object(page))
+                change(row);
+        }
+        if (m_count > 0)
+            emit dataChanged(index(0, 0), index(m_count - 1, columnCount() - 1));
+    }
+
+private:
+    static constexpr int pagesKept = 40;
+
+    void begin(int number, const Page& page)
+    {
+        if (number != m_number)
+            return;
+        beginResetModel();
+        m_pages.clear();
+        m_count = page.error.isEmpty() ? page.rows.size() : 0;
+        m_upTo = page.upTo;
+        m_pages.insert(0, new QVector<Row>(page.rows));
+        endResetModel();
+        emit refreshed(m_count, page.error, page.frozen);
+        if (m_count < rowsAPage)
+            return emit counted(m_count);
+        m_background.run([count = m_counting, upTo = m_upTo] { return count(upTo); },
+                         [this, number](int rows) { grow(number, rows); });
+    }
+
+    void grow(int number, int rows)
+    {
+        if (number != m_number)
+            return;
+        if (rows > m_count) {
+            beginInsertRows({}, m_count, rows - 1);
+            m_count = rows;
+            endInsertRows();
+        }
+        emit counted(m_count);
+    }
+
+    void take(int number, int page, const Page& read)
+    {
+        if (number != m_number)
+            return;
+        m_requested.remove(page);
+        m_pages.insert(page, new QVector<Row>(read.rows));
+        const int first = page * rowsAPage;
+        emit dataChanged(index(first, 0), index(qMin(m_count, first + rowsAPage) - 1, columnCount() - 1));
+        emit loaded();
+    }
+
+    Read m_read;
+    Count m_counting;
+    int m_count = 0;
+    qint64 m_upTo = 0;
+    int m_number = 0; ///< of the refresh: what an older one asked for is dropped
+    mutable QCache<int, QVector<Row>> m_pages;
+    mutable QSet<int> m_requested;
+    mutable Background m_background;
+};

@@ -1,0 +1,158 @@
+#include "results/data/LogReader.h"
+
+#include "db/SqliteFile.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSqlError>
+#include <QVariant>
+
+namespace {
+
+const QString changePrefix = QStringLiteral("设置更改[");
+
+QString likePattern(QString text)
+{
+    for (const char* special : {"\\", "%", "_"})
+        text.replace(QLatin1String(special), QLatin1String("\\") + QLatin1String(special));
+    return QLatin1Char('%') + text + QLatin1Char('%');
+}
+
+} // namespace
+
+/// "设置更改[key]:before → after,用户:name", in whatever language the rest of the program speaks.
+LogRow LogRow::of(qint64 id, const QString& time, int level, const QString& message)
+{
+    static const QRegularExpression stamp(QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d ?"));
+    static const QRegularExpression change(QStringLiteral("^设置更改\\[([^\\]]*)\\]:(.*) → (.*),用户:(.*)$"),
+                                           QRegularExpression::DotMatchesEverythingOption);
+    LogRow row{id, time, level, QString(message).remove(stamp), false, {}, {}, {}, {}};
+    const QRegularExpressionMatch match = change.match(row.message);
+    row.isChange = match.hasMatch();
+    row.name = match.captured(1);
+    row.before = match.captured(2);
+    row.after = match.captured(3);
+    row.user = match.captured(4);
+    return row;
+}
+
+LogReader::LogReader(QString home)
+    : m_home(std::move(home))
+    , m_connection(QStringLiteral("QSQLITE"))
+{
+}
+
+bool LogReader::open()
+{
+    const QString path = databaseOf(m_home);
+    m_connection.database().setDatabaseName(path);
+    m_error.clear();
+    if (!QFileInfo::exists(path)) {
+        m_error = tr("这里还没有系统日志：%1 不存在").arg(path);
+        return false;
+    }
+    if (!SqliteFile::openForReading(m_connection, &m_error, &m_frozen))
+        return false;
+    if (m_connection.exec(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'SystemInfo'")).next())
+        return true;
+    m_error = tr("%1 中没有系统日志表，请选择本程序的工作目录").arg(path);
+    return false;
+}
+
+QSqlQuery LogReader::run(const QString& columns, const LogFilter& filter, const QString& end)
+{
+    QStringList conditions;
+    QVariantList values;
+    const auto when = [&](bool set, const QString& condition, const QVariant& value) {
+        if (!set)
+            return;
+        conditions << condition;
+        values << value;
+    };
+    const auto dayText = [](QDate day) { return day.toString(QStringLiteral("yyyy-MM-dd")); };
+    when(filter.from.isValid(), QStringLiteral("datetime >= ?"), dayText(filter.from));
+    when(filter.to.isValid(), QStringLiteral("datetime < ?"), dayText(filter.to.addDays(1)));
+    when(filter.worst > 0, QStringLiteral("type >= ?"), filter.worst);
+    when(filter.least < 4, QStringLiteral("type <= ?"), filter.least);
+    when(filter.changesOnly, QStringLiteral("message LIKE ? ESCAPE '\\'"), likePattern(changePrefix));
+    when(!filter.text.isEmpty(), QStringLiteral("message LIKE ? ESCAPE '\\'"), likePattern(filter.text));
+    when(!filter.user.isEmpty(), QStringLiteral("message LIKE ? ESCAPE '\\'"),
+         likePattern(QStringLiteral(",用户:") + filter.user));
+    when(filter.upTo > 0, QStringLiteral("id <= ?"), filter.upTo);
+    QString sql = QStringLiteral("SELECT ") + columns + QStringLiteral(" FROM SystemInfo");
+    if (!conditions.isEmpty())
+        sql += QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
+    QSqlQuery query(m_connection.database());
+    query.setForwardOnly(true);
+    query.prepare(sql + end);
+    for (const QVariant& value : qAsConst(values))
+        query.addBindValue(value);
+    m_error.clear();
+    if (!m_connection.exec(query))
+        m_error = SqliteFile::describe(m_connection, QStringLiteral("SELECT"));
+    return query;
+}
+
+qint64 LogReader::lastLine()
+{
+    QSqlQuery query = run(QStringLiteral("max(id)"), {}, {});
+    return query.next() ? query.value(0).toLongLong() : 0;
+}
+
+int LogReader::count(const LogFilter& filter)
+{
+    QSqlQuery query = run(QStringLiteral("count(*)"), filter, {});
+    return query.next() ? query.value(0).toInt() : 0;
+}
+
+QVector<LogRow> LogReader::lines(const LogFilter& filter, int limit, int offset)
+{
+    QVector<LogRow> rows;
+    QSqlQuery query = run(QStringLiteral("id, datetime, type, message"), filter,
+                          QStringLiteral(" ORDER BY %1id DESC LIMIT %2 OFFSET %3")
+                              .arg(filter.byArrival ? QString() : QStringLiteral("datetime DESC, "))
+                              .arg(limit)
+                              .arg(offset));
+    while (query.next())
+        rows.append(LogRow::of(query.value(0).toLongLong(), query.value(1).toString(), query.value(2).toInt(),
+                               query.value(3).toString()));
+    return rows;
+}
+
+bool LogReader::each(const LogFilter& filter, Qt::SortOrder order, const std::function<bool(const LogRow&)>& take)
+{
+    const QString direction = order == Qt::AscendingOrder ? QStringLiteral("ASC") : QStringLiteral("DESC");
+    QSqlQuery query = run(QStringLiteral("id, datetime, type, message"), filter,
+                          QStringLiteral(" ORDER BY datetime %1, id %1").arg(direction));
+    while (query.next()) {
+        if (!take(LogRow::of(query.value(0).toLongLong(), query.value(1).toString(), query.value(2).toInt(),
+                             query.value(3).toString())))
+            return true;
+    }
+    if (m_error.isEmpty() && query.lastError().isValid())
+        m_error = databaseOf(m_home) + QStringLiteral(": ") + query.lastError().text();
+    return m_error.isEmpty();
+}
+
+QVector<LogRow> LogReader::changes(const QDateTime& from, const QDateTime& to, const QStringList& names, int limit)
+{
+    LogFilter filter;
+    filter.from = from.date();
+    filter.to = to.date();
+    filter.changesOnly = true;
+    const QString first = from.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+    const QString last = to.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+    QVector<LogRow> rows;
+    QSqlQuery query =
+        run(QStringLiteral("id, datetime, type, message"), filter, QStringLiteral(" ORDER BY datetime, id"));
+    while (query.next() && rows.size() < limit) {
+        const LogRow row = LogRow::of(query.value(0).toLongLong(), query.value(1).toString(), query.value(2).toInt(),
+                                      query.value(3).toString());
+        const bool named =
+            std::any_of(names.begin(), names.end(), [&row](const QString& name) { return row.name.startsWith(name); });
+        if (row.isChange && named && row.time >= first && row.time < last)
+            rows.append(row);
+    }
+    return rows;
+}

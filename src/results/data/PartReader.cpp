@@ -1,0 +1,296 @@
+#include "results/data/PartReader.h"
+
+#include "db/PartTable.h"
+#include "db/SqliteFile.h"
+
+#include <QFileInfo>
+#include <QHash>
+#include <QSqlError>
+#include <QVariant>
+
+#include <limits>
+
+namespace {
+
+const char* const sortColumns[] = {"p.wall",     "p.station", "p.model",      "p.plc", "p.outcome",
+                                   "p.error",    "p.angle",   "p.x",          "p.y",   "p.score",
+                                   "p.reply_ms", "p.account", "p.calibration"};
+
+/// In the order that rowOf() reads.
+const char* const rowColumns = "p.uid, p.wall, p.station, p.model, p.plc, p.outcome, p.error, p.angle, p.x, p.y, "
+                               "p.score, p.image_ms, p.result_ms, p.reply_ms, p.account, p.calibration, p.source, "
+                               "r.resultTip, r.value1, r.value3";
+
+double msOrNone(const QVariant& value)
+{
+    return value.isNull() ? -1 : value.toDouble();
+}
+
+double numberOrNaN(const QVariant& value)
+{
+    return value.isNull() ? std::numeric_limits<double>::quiet_NaN() : value.toDouble();
+}
+
+PartRow rowOf(const QSqlQuery& query, bool reviews)
+{
+    PartRow row;
+    row.uid = query.value(0).toLongLong();
+    row.wall = query.value(1).toLongLong();
+    row.part.station = query.value(2).toInt();
+    row.part.model = query.value(3).toString();
+    row.part.plcIndex = query.value(4).toInt();
+    row.part.outcome = PartOutcome(query.value(5).toInt());
+    row.error = query.value(6).toInt();
+    row.part.angle = query.value(7).toDouble();
+    row.placed = !query.value(8).isNull();
+    row.part.x = query.value(8).toDouble();
+    row.part.y = query.value(9).toDouble();
+    row.part.score = query.value(10).toDouble();
+    row.part.imageMs = msOrNone(query.value(11));
+    row.part.resultMs = msOrNone(query.value(12));
+    row.part.replyMs = msOrNone(query.value(13));
+    row.part.user = query.value(14).toString();
+    row.part.calibration = query.value(15).toString();
+    row.part.sourceImage = query.value(16).toString();
+    row.tip = query.value(17).toString();
+    row.resultImage = query.value(18).toString();
+    row.evidence = query.value(19).toString();
+    row.marked = reviews && query.value(20).toBool();
+    row.comment = reviews ? query.value(21).toString() : QString();
+    return row;
+}
+
+QString sortingOf(PartReader::Column by, Qt::SortOrder order)
+{
+    const QString direction = order == Qt::AscendingOrder ? QStringLiteral(" ASC") : QStringLiteral(" DESC");
+    const QString byTime = QStringLiteral("p.wall%1, p.uid%1").arg(direction);
+    return by == PartReader::Time ? byTime : QLatin1String(sortColumns[by]) + direction + QStringLiteral(", ") + byTime;
+}
+
+} // namespace
+
+PartReader::PartReader(QString home)
+    : m_home(std::move(home))
+    , m_connection(QStringLiteral("QSQLITE"))
+{
+}
+
+QString PartReader::databaseOf(const QString& home)
+{
+    return home + QStringLiteral("/DBFiles/Pellix.db");
+}
+
+QString PartReader::reviewsOf(const QString& home)
+{
+    return home + QStringLiteral("/DBFiles/reviews.db");
+}
+
+bool PartReader::open()
+{
+    const QString path = databaseOf(m_home);
+    m_connection.database().setDatabaseName(path);
+    m_error.clear();
+    if (!QFileInfo::exists(path)) {
+        m_error = tr("这里还没有检测结果：%1 不存在").arg(path);
+        return false;
+    }
+    if (!SqliteFile::openForReading(m_connection, &m_error, &m_frozen))
+        return false;
+    if (!m_connection.exec(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'RltTable'")).next()) {
+        m_error = tr("%1 中没有检测结果表，请选择本程序的工作目录").arg(path);
+        return false;
+    }
+    if (PartTable::isNewer(m_connection)) {
+        m_error = tr("%1 由更新版本的程序写入，请用该版本查看").arg(path);
+        return false;
+    }
+    m_source = PartTable::source(m_connection);
+    attachReviews();
+    return true;
+}
+
+/// A home that nobody reviewed has no such file, and a reader makes none.
+void PartReader::attachReviews()
+{
+    const QString path = reviewsOf(m_home);
+    if (!QFileInfo::exists(path))
+        return;
+    QSqlQuery attach(m_connection.database());
+    attach.prepare(QStringLiteral("ATTACH ? AS reviews"));
+    attach.addBindValue(path);
+    m_reviews = m_connection.exec(attach) &&
+                m_connection.exec(QStringLiteral("SELECT 1 FROM reviews.sqlite_master WHERE name = 'Review'")).next();
+}
+
+/// Bound values keep their order: from, to, station, model, text three times.
+QString PartReader::from(const PartFilter& filter) const
+{
+    QStringList conditions;
+    const auto when = [&conditions](bool set, const QString& condition) {
+        if (set)
+            conditions << condition;
+    };
+    when(filter.from.isValid(), QStringLiteral("p.wall >= ?"));
+    when(filter.to.isValid(), QStringLiteral("p.wall < ?"));
+    when(filter.station > 0, QStringLiteral("p.station = ?"));
+    when(!filter.model.isEmpty(), QStringLiteral("p.model = ?"));
+    const bool all = filter.found && filter.notFound && filter.refused;
+    QStringList outcomes;
+    for (const auto& [on, outcome] :
+         {std::pair(filter.found, PartOutcome::Found), std::pair(filter.notFound, PartOutcome::NotFound),
+          std::pair(filter.refused, PartOutcome::Refused)}) {
+        if (on)
+            outcomes << QString::number(int(outcome));
+    }
+    when(!all, QStringLiteral("p.outcome IN (%1)").arg(outcomes.join(QLatin1Char(','))));
+    when(!filter.text.isEmpty(), QStringLiteral("(p.model LIKE ? ESCAPE '\\' OR p.account LIKE ? ESCAPE '\\' OR "
+                                                "r.resultTip LIKE ? ESCAPE '\\')"));
+    when(filter.upTo > 0, QStringLiteral("p.uid <= %1").arg(filter.upTo));
+    when(filter.markedOnly, m_reviews ? QStringLiteral("v.mark") : QStringLiteral("0"));
+    QString text = QStringLiteral(" FROM %1 p").arg(m_source);
+    if (!filter.text.isEmpty())
+        text += QStringLiteral(" LEFT JOIN RltTable r ON r.uid = p.uid");
+    if (m_reviews && filter.markedOnly)
+        text += QStringLiteral(" JOIN reviews.Review v ON v.wall = p.wall AND v.uid = p.uid");
+    return conditions.isEmpty() ? text : text + QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
+}
+
+QSqlQuery PartReader::run(const QString& sql, const PartFilter& filter)
+{
+    QSqlQuery query(m_connection.database());
+    query.setForwardOnly(true);
+    query.prepare(sql);
+    if (filter.from.isValid())
+        query.addBindValue(PartTable::wallOf(filter.from));
+    if (filter.to.isValid())
+        query.addBindValue(PartTable::wallOf(filter.to));
+    if (filter.station > 0)
+        query.addBindValue(filter.station);
+    if (!filter.model.isEmpty())
+        query.addBindValue(filter.model);
+    if (!filter.text.isEmpty()) {
+        QString pattern = filter.text;
+        for (const char* special : {"\\", "%", "_"})
+            pattern.replace(QLatin1String(special), QLatin1String("\\") + QLatin1String(special));
+        for (int i = 0; i < 3; ++i)
+            query.addBindValue(QLatin1Char('%') + pattern + QLatin1Char('%'));
+    }
+    m_error.clear();
+    if (!m_connection.exec(query))
+        m_error = SqliteFile::describe(m_connection, QStringLiteral("SELECT"));
+    return query;
+}
+
+qint64 PartReader::lastRow()
+{
+    QSqlQuery query = run(QStringLiteral("SELECT max(uid) FROM RltTable"));
+    return query.next() ? query.value(0).toLongLong() : 0;
+}
+
+int PartReader::count(const PartFilter& filter)
+{
+    QSqlQuery query = run(QStringLiteral("SELECT count(*)") + from(filter), filter);
+    return query.next() ? query.value(0).toInt() : 0;
+}
+
+QString PartReader::wholeRows(const QString& parts) const
+{
+    QString sql =
+        QStringLiteral("SELECT %1%2 FROM %3 p LEFT JOIN RltTable r ON r.uid = p.uid")
+            .arg(QLatin1String(rowColumns), m_reviews ? QStringLiteral(", v.mark, v.comment") : QString(), parts);
+    if (m_reviews)
+        sql += QStringLiteral(" LEFT JOIN reviews.Review v ON v.wall = p.wall AND v.uid = p.uid");
+    return sql;
+}
+
+/// The page's keys first: only its own rows are looked up in the other tables.
+QVector<PartRow> PartReader::rows(const PartFilter& filter, Column by, Qt::SortOrder order, int limit, int offset)
+{
+    const QString sorting = sortingOf(by, order);
+    const QString page = QStringLiteral("(SELECT p.*%1 ORDER BY %2 LIMIT %3 OFFSET %4)")
+                             .arg(from(filter), sorting, QString::number(limit), QString::number(offset));
+    QVector<PartRow> rows;
+    for (QSqlQuery query = run(wholeRows(page) + QStringLiteral(" ORDER BY ") + sorting, filter); query.next();)
+        rows.append(rowOf(query, m_reviews));
+    return rows;
+}
+
+bool PartReader::each(const PartFilter& filter, Column by, Qt::SortOrder order,
+                      const std::function<bool(const PartRow&)>& take)
+{
+    const QString parts = QStringLiteral("(SELECT p.*%1)").arg(from(filter));
+    QSqlQuery query = run(wholeRows(parts) + QStringLiteral(" ORDER BY ") + sortingOf(by, order), filter);
+    while (query.next()) {
+        if (!take(rowOf(query, m_reviews)))
+            return true;
+    }
+    if (m_error.isEmpty() && query.lastError().isValid())
+        m_error = databaseOf(m_home) + QStringLiteral(": ") + query.lastError().text();
+    return m_error.isEmpty();
+}
+
+std::optional<PartRow> PartReader::row(qint64 uid)
+{
+    QSqlQuery query = run(wholeRows(m_source) + QStringLiteral(" WHERE p.uid = %1").arg(uid));
+    return query.next() ? std::optional(rowOf(query, m_reviews)) : std::nullopt;
+}
+
+PartSeries PartReader::series(const PartFilter& filter, const std::function<bool()>& goOn)
+{
+    constexpr int rowsBetweenQuestions = 4096;
+    PartSeries series;
+    QHash<QString, int> indices;
+    QSqlQuery query = run(QStringLiteral("SELECT p.wall, p.uid, p.station, p.outcome, p.error, p.model, p.angle, p.x, "
+                                         "p.y, p.score, p.reply_ms") +
+                              from(filter) + QStringLiteral(" ORDER BY p.wall, p.uid"),
+                          filter);
+    while (query.next()) {
+        series.wall.append(query.value(0).toLongLong());
+        series.uid.append(query.value(1).toLongLong());
+        series.station.append(qint8(query.value(2).toInt()));
+        series.outcome.append(qint8(query.value(3).toInt()));
+        series.error.append(qint16(query.value(4).toInt()));
+        const QString model = query.value(5).toString();
+        const auto known = indices.constFind(model);
+        if (known == indices.constEnd()) {
+            indices.insert(model, series.models.size());
+            series.model.append(series.models.size());
+            series.models.append(model);
+        } else {
+            series.model.append(*known);
+        }
+        series.angle.append(query.value(6).toDouble());
+        series.x.append(numberOrNaN(query.value(7)));
+        series.y.append(numberOrNaN(query.value(8)));
+        series.score.append(query.value(9).toDouble());
+        series.replyMs.append(numberOrNaN(query.value(10)));
+        if (goOn && series.size() % rowsBetweenQuestions == 0 && !goOn())
+            break;
+    }
+    return series;
+}
+
+/// From name to name, which an index answers without reading all rows.
+QStringList PartReader::models()
+{
+    QStringList names;
+    QSqlQuery query =
+        run(QStringLiteral(
+                "WITH RECURSIVE names(name) AS (SELECT (SELECT min(model) FROM %1) UNION ALL SELECT (SELECT min(model) "
+                "FROM %1 "
+                "WHERE model > name) FROM names WHERE name IS NOT NULL) SELECT name FROM names WHERE name IS NOT NULL")
+                .arg(m_source));
+    while (query.next())
+        names << query.value(0).toString();
+    return names;
+}
+
+QPair<QDateTime, QDateTime> PartReader::span()
+{
+    QPair<QDateTime, QDateTime> span;
+    QSqlQuery query =
+        run(QStringLiteral("SELECT (SELECT min(wall) FROM %1), (SELECT max(wall) FROM %1)").arg(m_source));
+    if (query.next() && !query.value(0).isNull())
+        span = {PartTable::timeOf(query.value(0).toLongLong()), PartTable::timeOf(query.value(1).toLongLong())};
+    return span;
+}

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "db/SqlConnection.h"
+#include "results/data/PartFilter.h"
+
+#include <QCoreApplication>
+#include <QVector>
+
+#include <functional>
+#include <optional>
+
+/// Reads the parts of a home beside the program that writes them, which never waits for it. Made, used and destroyed
+/// within one job on one thread: a file that was replaced meanwhile is the next job's.
+class PartReader
+{
+    Q_DECLARE_TR_FUNCTIONS(PartReader)
+
+public:
+    enum Column { Time, Station, Model, PlcIndex, Outcome, Error, Angle, X, Y, Score, ReplyMs, User, Calibration };
+
+    /// `home`: without a separator at its end.
+    explicit PartReader(QString home);
+
+    /// False when there is no database of results, it is damaged, foreign, or of a newer version; error() says which
+    /// and what to do.
+    bool open();
+    /// Of the last call; a sentence for the user. Empty when it succeeded.
+    const QString& error() const { return m_error; }
+
+    /// Whether nothing can be written where it lies, so that it is read as it stood when it was opened.
+    bool isFrozen() const { return m_frozen; }
+
+    /// The number of the last row.
+    qint64 lastRow();
+    int count(const PartFilter& filter);
+    /// At most `limit` rows from the `offset`-th on, by a column, then by time.
+    QVector<PartRow> rows(const PartFilter& filter, Column by, Qt::SortOrder order, int limit, int offset);
+    /// All of them in that order, however many, holding one at a time; `take` returns false to end it. False when the
+    /// reading failed.
+    bool each(const PartFilter& filter, Column by, Qt::SortOrder order,
+              const std::function<bool(const PartRow&)>& take);
+    /// One part by its number.
+    std::optional<PartRow> row(qint64 uid);
+    /// All of them; `goOn`, when given, is asked now and then, and false ends the reading.
+    PartSeries series(const PartFilter& filter, const std::function<bool()>& goOn = {});
+    /// In the order of their names.
+    QStringList models();
+    /// Of the first and the last part; not valid when there is none.
+    QPair<QDateTime, QDateTime> span();
+
+    /// Where the results of a home lie.
+    static QString databaseOf(const QString& home);
+    static QString reviewsOf(const QString& home);
+
+private:
+    void attachReviews();
+    /// FROM and WHERE, with the table `p`.
+    QString from(const PartFilter& filter) const;
+    QSqlQuery run(const QString& sql, const PartFilter& filter = {});
+    /// What rowOf() reads, of a SELECT or table of parts.
+    QString wholeRows(const QString& parts) const;
+
+    const QString m_home;
+    SqlConnection m_connection;
+    QString m_source;
+    bool m_reviews = false;
+    bool m_frozen = false;
+    QString m_error;
+};

@@ -1,0 +1,41 @@
+#include "results/export/WholeFile.h"
+
+#include "platform/System.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <filesystem>
+
+namespace {
+
+/// Hidden where a leading dot hides.
+QString asideOf(const QString& path)
+{
+    const QFileInfo info(path);
+    return QStringLiteral("%1/.%2.%3.part")
+        .arg(info.path(), info.fileName())
+        .arg(QRandomGenerator::global()->generate(), 8, 16, QLatin1Char('0'));
+}
+
+} // namespace
+
+WholeFile::WholeFile(QString path)
+    : m_path(std::move(path))
+    , m_aside(asideOf(m_path))
+{
+}
+
+WholeFile::~WholeFile()
+{
+    QFile::remove(m_aside);
+}
+
+QString WholeFile::commit()
+{
+    platform::flushFile(m_aside);
+    std::error_code error;
+    std::filesystem::rename(QFile::encodeName(m_aside).constData(), QFile::encodeName(m_path).constData(), error);
+    return error ? QString::fromLocal8Bit(error.message().c_str()) : QString();
+}
