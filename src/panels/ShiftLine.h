@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QWidget>
+
+class ElidedLabel;
+class QPushButton;
+class StationTally;
+
+/// The counts of the present shift in a line, and the button that sets them back. GUI thread.
+class ShiftLine : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ShiftLine(QWidget* parent = nullptr);
+
+    /// Takes what it shows from the tally now.
+    void show(const StationTally& tally);
+    QString text() const;
+
+signals:
+    void resetWanted();
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void retranslate();
+
+    ElidedLabel* m_text;
+    QPushButton* m_reset;
+};
