@@ -3,7 +3,6 @@
 #include "common/LookColors.h"
 #include "db/PartTable.h"
 #include "panels/OutcomeColors.h"
-#include "panels/TextFit.h"
 
 #include <QDateTime>
 #include <QHelpEvent>
@@ -12,8 +11,6 @@
 
 namespace {
 
-constexpr int captionPixels = 12;
-constexpr int captionRoom = 16;
 constexpr int footRoom = 13;
 
 int total(const DayCount& count)
@@ -49,7 +46,7 @@ QRect HourYield::columnOf(int index) const
 {
     const int left = width() * index / m_hours.size();
     const int right = width() * (index + 1) / m_hours.size();
-    return {left, captionRoom, right - left - 1, height() - captionRoom - footRoom};
+    return {left, 0, right - left - 1, height() - footRoom};
 }
 
 QString HourYield::tipOf(const StationTally::Hour& hour)
@@ -80,9 +77,6 @@ void HourYield::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     const LookColors& look = lookColors();
-    painter.setPen(look.faint);
-    drawFitted(painter, QRect(0, 0, width(), captionRoom), Qt::AlignLeft | Qt::AlignTop, tr("每小时工件数和检出率%"),
-               captionPixels, 10);
     int most = 0;
     for (const StationTally::Hour& hour : qAsConst(m_hours))
         most = qMax(most, total(hour.count));

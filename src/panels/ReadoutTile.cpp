@@ -10,6 +10,8 @@ namespace {
 
 constexpr int captionPixels = 13;
 constexpr int leastCaption = 10;
+constexpr int flatShape = 5;    ///< width to height from which on the caption stands beside the value
+constexpr int leastBeside = 56; ///< so that the values of tiles below each other begin alike
 constexpr int smallestDigits = 11;
 constexpr int margin = 6;
 
@@ -60,6 +62,12 @@ void ReadoutTile::setValue(const QString& value, Sign sign)
     update();
 }
 
+void ReadoutTile::setFoot(const QString& foot)
+{
+    m_foot = foot;
+    update();
+}
+
 void ReadoutTile::setLeadsOn(bool leadsOn, const QString& tip)
 {
     m_leadsOn = leadsOn;
@@ -101,12 +109,23 @@ void ReadoutTile::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     QRect room = rect().adjusted(margin, 2, -margin, -2);
-    if (!m_caption.isEmpty()) {
-        painter.setPen(lookColors().faint);
-        const int height = QFontMetrics(captionFont(font())).height();
-        drawFitted(painter, QRect(room.left(), room.top(), room.width(), height), Qt::AlignLeft | Qt::AlignVCenter,
+    painter.setPen(lookColors().faint);
+    const int line = QFontMetrics(captionFont(font())).height();
+    if (!m_caption.isEmpty() && width() > flatShape * height()) { // beside the value, which so is the larger
+        const int beside = qMax(leastBeside, QFontMetrics(captionFont(font())).horizontalAdvance(m_caption) + margin);
+        drawFitted(painter, QRect(room.left(), room.top(), beside, room.height()), Qt::AlignLeft | Qt::AlignVCenter,
                    m_caption, captionPixels, leastCaption);
-        room.setTop(room.top() + height);
+        room.setLeft(room.left() + beside);
+    } else if (!m_caption.isEmpty()) {
+        drawFitted(painter, QRect(room.left(), room.top(), room.width(), line), Qt::AlignLeft | Qt::AlignVCenter,
+                   m_caption, captionPixels, leastCaption);
+        room.setTop(room.top() + line);
+    }
+    if (!m_foot.isEmpty()) {
+        painter.setFont(font());
+        drawFitted(painter, QRect(room.left(), room.bottom() + 1 - line, room.width(), line),
+                   Qt::AlignLeft | Qt::AlignVCenter, m_foot, captionPixels, leastCaption);
+        room.setBottom(room.bottom() - line);
     }
     painter.setFont(fitting(room));
     painter.setPen(inkOf(m_sign));

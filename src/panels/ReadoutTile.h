@@ -26,6 +26,10 @@ public:
     /// A number whose digits keep their size and their places: as large as this widest one allows. Empty for texts.
     void setWidest(const QString& widest) { m_widest = widest; }
 
+    /// A small text below the value; none when it is empty.
+    void setFoot(const QString& foot);
+    QString foot() const { return m_foot; }
+
     QString value() const { return m_value; }
     Sign sign() const { return m_sign; }
     void setValue(const QString& value, Sign sign = Plain);
@@ -47,6 +51,7 @@ private:
     void paintNumber(QPainter& painter, const QRect& room) const;
 
     QString m_caption;
+    QString m_foot;
     QString m_widest;
     QString m_value;
     Sign m_sign = Plain;

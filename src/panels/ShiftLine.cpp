@@ -29,14 +29,10 @@ ShiftLine::ShiftLine(QWidget* parent)
 void ShiftLine::show(const StationTally& tally)
 {
     const auto clock = [](qint64 wall) { return PartTable::timeOf(wall).toString(QStringLiteral("hh:mm")); };
-    const DayCount count = tally.shiftCount();
-    const double yield = count.yield();
-    const qint64 since = tally.resetAt() > 0 ? tally.resetAt() : tally.shift().begin;
-    m_text->setText(tr("%1 %2起  找到%3  未找到%4  拒绝%5  检出率%6")
-                        .arg(tally.shifts().count() > 1 ? tally.shifts().nameOf(tally.shift().number) : tr("本班"),
-                             clock(since), QString::number(count.found), QString::number(count.notFound),
-                             QString::number(count.refused),
-                             yield < 0 ? QStringLiteral("—") : QString::number(yield, 'f', 1) + QLatin1Char('%')));
+    const QString name = tally.shifts().count() > 1 ? tally.shifts().nameOf(tally.shift().number) : tr("本班");
+    const bool isReset = tally.resetAt() > 0;
+    m_text->setText(
+        (isReset ? tr("%1 %2清零") : tr("%1 %2起")).arg(name, clock(isReset ? tally.resetAt() : tally.shift().begin)));
 }
 
 QString ShiftLine::text() const

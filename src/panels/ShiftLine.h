@@ -6,7 +6,7 @@ class ElidedLabel;
 class QPushButton;
 class StationTally;
 
-/// The counts of the present shift in a line, and the button that sets them back. GUI thread.
+/// Which shift is counted and since when, and the button that sets its counts back. GUI thread.
 class ShiftLine : public QWidget
 {
     Q_OBJECT

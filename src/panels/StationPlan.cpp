@@ -7,8 +7,8 @@ namespace {
 constexpr int gap = StationPlan::gap;
 constexpr int leastSide = 206;
 constexpr int leastColumn = 440;
-constexpr int leastFailures = 62;
-constexpr int shiftHeight = 28;
+constexpr int leastFailures = 54;
+constexpr int shiftHeight = 26;
 
 QRect cut(QRect& room, int height)
 {
@@ -41,9 +41,9 @@ QRect share(const QRect& room, int from, int to, int all)
 
 void placeFoot(StationPlan& plan, const QRect& foot)
 {
-    QRect counts = share(foot, 0, 62, 100);
-    plan.hours = share(foot, 62, 100, 100);
-    plan.shift = cutFoot(counts, shiftHeight);
+    const QRect counts = share(foot, 0, 60, 100);
+    plan.hours = share(foot, 60, 100, 100);
+    plan.shift = cut(plan.hours, shiftHeight);
     plan.found = share(counts, 0, 1, 4);
     plan.notFound = share(counts, 1, 2, 4);
     plan.refused = share(counts, 2, 3, 4);
@@ -58,9 +58,9 @@ void placeFailures(StationPlan& plan, const QRect& room)
 
 void placeRow(StationPlan& plan, const QRect& row)
 {
-    plan.angle = share(row, 0, 38, 100);
-    plan.x = share(row, 38, 69, 100);
-    plan.y = share(row, 69, 100, 100);
+    plan.angle = share(row, 0, 40, 100);
+    plan.x = share(row, 40, 70, 100);
+    plan.y = share(row, 70, 100, 100);
 }
 
 /// Angle over X and Y, and what is left over for the failures.
@@ -142,7 +142,7 @@ StationPlan StationPlan::of(const QRect& room, double aspect, Header header)
     StationPlan plan = withHeader(rest, header);
     plan.band = cut(rest, qBound(OutcomeBand::leastHeight, rest.height() / 7, 104));
     const int strip = qBound(20, rest.height() / 16, 36);
-    const int foot = qBound(72, rest.height() / 5, 120);
+    const int foot = qBound(76, rest.height() / 5, 120);
     const StationPlan plans[] = {beside(plan, rest, strip, foot, aspect), inColumn(plan, rest, strip, foot, aspect),
                                  below(plan, rest, strip, foot, aspect)};
     const StationPlan* best = &plans[0];

@@ -20,6 +20,12 @@ const QString clockForm = QStringLiteral("hh:mm:ss");
 const QString red = QStringLiteral("#ff0000");
 const QString grey = QStringLiteral("#808080");
 
+QString yieldText(const DayCount& count)
+{
+    const double yield = count.yield();
+    return yield < 0 ? noValue : QString::number(yield, 'f', 1) + QStringLiteral(" %");
+}
+
 } // namespace
 
 StationView::StationView(QWidget* parent)
@@ -117,20 +123,32 @@ void StationView::setCount(const DayCount& count)
                                  count.notFound > 0 ? ReadoutTile::Bad : ReadoutTile::Plain);
     m_ui->refusedTile->setValue(QString::number(count.refused),
                                 count.refused > 0 ? ReadoutTile::Caution : ReadoutTile::Plain);
-    const double yield = count.yield();
-    m_ui->yieldTile->setValue(yield < 0 ? noValue : QString::number(yield, 'f', 1) + QStringLiteral(" %"));
+    m_ui->yieldTile->setValue(yieldText(count));
+}
+
+void StationView::setTally(const StationTally& tally)
+{
+    m_tally = tally;
+    showTally();
 }
 
 /// The picture that is shown is at hand for the failure that it belongs to.
-void StationView::setTally(const StationTally& tally)
+void StationView::showTally()
 {
-    const QVector<PartRow>& failures = tally.failures();
+    const QVector<PartRow>& failures = m_tally.failures();
     if (m_pictureIsNew && !failures.isEmpty() && failures.last().wall == m_part.wall)
         m_ui->failures->keepPicture(m_part, m_ui->viewer->image());
     m_ui->failures->setParts(failures);
-    m_ui->strip->setParts(tally.recent());
-    m_ui->shift->show(tally);
-    m_ui->hours->setHours(tally.hours());
+    m_ui->strip->setParts(m_tally.recent());
+    m_ui->shift->show(m_tally);
+    const DayCount shift = m_tally.shiftCount();
+    const std::pair<ReadoutTile*, QString> feet[] = {{m_ui->foundTile, QString::number(shift.found)},
+                                                     {m_ui->notFoundTile, QString::number(shift.notFound)},
+                                                     {m_ui->refusedTile, QString::number(shift.refused)},
+                                                     {m_ui->yieldTile, yieldText(shift)}};
+    for (const auto& [tile, value] : feet)
+        tile->setFoot(tr("本班 %1").arg(value));
+    m_ui->hours->setHours(m_tally.hours());
 }
 
 void StationView::hideReading()
@@ -282,10 +300,10 @@ void StationView::retranslate()
         tile->setLeadsOn(true, tr("点击查看今天的工件"));
     for (ReadoutTile* tile : {m_ui->notFoundTile, m_ui->refusedTile})
         tile->setLeadsOn(true, tr("点击查看今天未找到和拒绝的工件"));
-    m_ui->failures->setToolTip({});
     showModel();
     showBand();
     showStamp();
+    showTally();
     arrange();
 }
 

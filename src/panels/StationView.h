@@ -1,6 +1,6 @@
 #pragma once
 
-#include "results/data/PartFilter.h"
+#include "panels/StationTally.h"
 
 #include <QImage>
 #include <QTimer>
@@ -9,9 +9,7 @@
 #include <memory>
 #include <optional>
 
-class StationTally;
 class ksImgViewer;
-struct DayCount;
 
 namespace Ui {
 class StationView;
@@ -75,6 +73,7 @@ private:
     void showDigits();
     void showModel();
     void showStamp();
+    void showTally();
 
     std::unique_ptr<Ui::StationView> m_ui;
     int m_number = 0;
@@ -82,7 +81,8 @@ private:
     double m_aspect = 1.2;
     QString m_label;                ///< the model label as it was set
     std::optional<int> m_deadIndex; ///< the index that means no model; the label stands for none meanwhile
-    PartRow m_part;                 ///< that ended last
+    StationTally m_tally;
+    PartRow m_part; ///< that ended last
     bool m_test = false;
     State m_state = Idle;
     QTime m_triggered;

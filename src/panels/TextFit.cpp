@@ -3,6 +3,8 @@
 #include <QFontMetrics>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace {
 
 int digitWidth(const QFontMetrics& metrics)
@@ -23,7 +25,7 @@ int cellWidth(const QFontMetrics& metrics, QChar character, int digit)
 QFont fittedFont(QFont font, const QString& text, int width, int most, int least)
 {
     font.setPixelSize(qMax(most, least));
-    while (font.pixelSize() > least && QFontMetrics(font).horizontalAdvance(text) > width)
+    while (font.pixelSize() > least && QFontMetrics(font).horizontalAdvance(text) + 1 > width)
         font.setPixelSize(font.pixelSize() - 1);
     return font;
 }
@@ -47,6 +49,10 @@ int tabularWidth(const QFont& font, const QString& text)
 void drawTabular(QPainter& painter, const QRect& room, const QString& text, const QString& widest)
 {
     const QFontMetrics metrics = painter.fontMetrics();
+    if (std::none_of(text.begin(), text.end(), [](QChar character) { return character.isDigit(); })) {
+        painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter, text);
+        return;
+    }
     const int digit = digitWidth(metrics);
     const int baseline = room.top() + (room.height() + metrics.capHeight()) / 2;
     int x = room.left() + qMax(0, tabularWidth(painter.font(), widest) - tabularWidth(painter.font(), text));
