@@ -2,6 +2,7 @@
 
 #include "common/ImageFile.h"
 #include "common/LookColors.h"
+#include "db/PartTable.h"
 #include "panels/OutcomeColors.h"
 #include "panels/PartWords.h"
 #include "panels/StationTally.h"
@@ -10,6 +11,7 @@
 
 #include <QHelpEvent>
 #include <QPainter>
+#include <QTimer>
 #include <QToolTip>
 
 #include <algorithm>
@@ -22,6 +24,9 @@ constexpr int mostWidth = 220;
 constexpr int leastHeight = 56;
 constexpr int gap = 6;
 constexpr int captionHeight = 16;
+constexpr int writingMs = 10000;
+constexpr int retryMs = 1000;
+constexpr int attemptsWhileWritten = 5;
 
 } // namespace
 
@@ -38,6 +43,19 @@ void FailurePictures::take(qint64 wall, const QImage& small)
     m_small.insert(wall, small);
     update();
     emit loaded();
+}
+
+/// The file of a part that has just ended is still being written.
+void FailurePictures::read(const PartRow& part, int attempts)
+{
+    const QString& below = part.resultImage.isEmpty() ? part.part.sourceImage : part.resultImage;
+    m_background.run([path = m_home + below] { return ImageFile::readScaled(path, smallBox); },
+                     [this, part, attempts](const QImage& small) {
+                         if (small.isNull() && attempts > 1)
+                             QTimer::singleShot(retryMs, this, [this, part, attempts] { read(part, attempts - 1); });
+                         else
+                             take(part.wall, small);
+                     });
 }
 
 void FailurePictures::keepPicture(const PartRow& part, const QImage& picture)
@@ -58,9 +76,8 @@ void FailurePictures::setParts(const QVector<PartRow>& parts)
             known.insert(part.wall, *own);
         } else if (!m_wanted.contains(part.wall)) {
             m_wanted.append(part.wall);
-            const QString& below = part.resultImage.isEmpty() ? part.part.sourceImage : part.resultImage;
-            m_background.run([path = m_home + below] { return ImageFile::readScaled(path, smallBox); },
-                             [this, wall = part.wall](const QImage& small) { take(wall, small); });
+            const bool young = part.wall > PartTable::wallOf(QDateTime::currentDateTime()) - writingMs;
+            read(part, young ? attemptsWhileWritten : 1);
         }
     }
     m_small = known;

@@ -20,7 +20,8 @@ public:
     void setHome(const QString& home) { m_home = home; }
     /// The newest last; of those without a picture so far one is read.
     void setParts(const QVector<PartRow>& parts);
-    /// The picture of a part at hand, so that its file need not have been written. Before setParts() with the part.
+    /// The picture of a part at hand, so that its file need not have been written. Before setParts() with the part;
+    /// again does nothing.
     void keepPicture(const PartRow& part, const QImage& picture);
 
     /// What is seen of them at the present size.
@@ -45,6 +46,7 @@ protected:
 private:
     QSize grid() const;
     const PartRow* partAt(const QPoint& position) const;
+    void read(const PartRow& part, int attempts);
     void take(qint64 wall, const QImage& small);
     void paintCell(QPainter& painter, const QRect& cell, const PartRow& part) const;
 

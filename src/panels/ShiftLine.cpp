@@ -26,7 +26,7 @@ ShiftLine::ShiftLine(QWidget* parent)
     retranslate();
 }
 
-void ShiftLine::show(const StationTally& tally)
+void ShiftLine::setTally(const StationTally& tally)
 {
     const auto clock = [](qint64 wall) { return PartTable::timeOf(wall).toString(QStringLiteral("hh:mm")); };
     const QString name = tally.shifts().count() > 1 ? tally.shifts().nameOf(tally.shift().number) : tr("本班");

@@ -15,7 +15,7 @@ public:
     explicit ShiftLine(QWidget* parent = nullptr);
 
     /// Takes what it shows from the tally now.
-    void show(const StationTally& tally);
+    void setTally(const StationTally& tally);
     QString text() const;
 
 signals:

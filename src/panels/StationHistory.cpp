@@ -11,6 +11,7 @@
 namespace {
 
 constexpr int shiftLookMs = 5000;
+constexpr int ticksBetweenLooks = 12;
 const QString resetForm = QStringLiteral("yyyy-MM-dd hh:mm:ss");
 
 QString resetFile(const QString& home)
@@ -90,6 +91,7 @@ StationTally::Earlier StationHistory::read(const QString& home, int station, con
 
 void StationHistory::takeIn(const Begin& begin)
 {
+    m_shifts = begin.shifts.toText();
     for (int station = 1; station <= 2; ++station) {
         StationTally& tally = m_tallies[station - 1];
         tally.setShifts(begin.shifts);
@@ -149,4 +151,19 @@ void StationHistory::tick()
         if (m_tallies[station - 1].setNow(wallNow()))
             emit changed(station);
     }
+    if (++m_ticks % ticksBetweenLooks == 0 && !m_shifts.isEmpty())
+        lookForShifts();
+}
+
+/// What was counted by the old ones is counted anew from the database.
+void StationHistory::lookForShifts()
+{
+    m_reading.run([home = m_home] { return ShiftStore::load(home).toText(); },
+                  [this](const QString& shifts) {
+                      if (shifts == m_shifts)
+                          return;
+                      for (StationTally& tally : m_tallies)
+                          tally = {};
+                      start(m_home);
+                  });
 }

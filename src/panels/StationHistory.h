@@ -46,11 +46,15 @@ private:
     static Begin readAll(const QString& home, qint64 now);
     void takeIn(const Begin& begin);
     void tick();
+    /// Somebody may have given the plant other shifts.
+    void lookForShifts();
     void keepResets();
 
     QString m_home;
+    QString m_shifts; ///< as they were read; empty before
     StationTally m_tallies[2];
     QTimer* m_timer;
+    int m_ticks = 0;
     Background m_reading;
     Background m_writing;
 };

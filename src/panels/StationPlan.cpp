@@ -44,10 +44,10 @@ void placeFoot(StationPlan& plan, const QRect& foot)
     const QRect counts = share(foot, 0, 60, 100);
     plan.hours = share(foot, 60, 100, 100);
     plan.shift = cut(plan.hours, shiftHeight);
-    plan.found = share(counts, 0, 1, 4);
-    plan.notFound = share(counts, 1, 2, 4);
-    plan.refused = share(counts, 2, 3, 4);
-    plan.yield = share(counts, 3, 4, 4);
+    plan.found = share(counts, 0, 24, 100);
+    plan.notFound = share(counts, 24, 47, 100);
+    plan.refused = share(counts, 47, 70, 100);
+    plan.yield = share(counts, 70, 100, 100);
 }
 
 void placeFailures(StationPlan& plan, const QRect& room)

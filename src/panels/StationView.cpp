@@ -49,7 +49,7 @@ StationView::StationView(QWidget* parent)
         timer->setInterval(ms);
     }
     connectParts();
-    show(Idle);
+    enter(Idle);
     setCount({});
     setTally({});
 }
@@ -58,10 +58,10 @@ StationView::~StationView() = default;
 
 void StationView::connectParts()
 {
-    connect(&m_late, &QTimer::timeout, this, [this] { show(Pending); });
+    connect(&m_late, &QTimer::timeout, this, [this] { enter(Pending); });
     connect(&m_overdue, &QTimer::timeout, this, [this] {
         m_open = 0;
-        show(Overdue);
+        enter(Overdue);
     });
     for (ReadoutTile* tile : {m_ui->foundTile, m_ui->yieldTile})
         connect(tile, &ReadoutTile::clicked, this, [this] { emit partsWanted(false); });
@@ -140,7 +140,7 @@ void StationView::showTally()
         m_ui->failures->keepPicture(m_part, m_ui->viewer->image());
     m_ui->failures->setParts(failures);
     m_ui->strip->setParts(m_tally.recent());
-    m_ui->shift->show(m_tally);
+    m_ui->shift->setTally(m_tally);
     const DayCount shift = m_tally.shiftCount();
     const std::pair<ReadoutTile*, QString> feet[] = {{m_ui->foundTile, QString::number(shift.found)},
                                                      {m_ui->notFoundTile, QString::number(shift.notFound)},
@@ -195,13 +195,13 @@ void StationView::setPart(const PartRow& part, bool test)
         m_open = qMax(0, m_open - 1);
     m_pictureIsNew = std::exchange(m_pictureCame, false) && !refused;
     if (m_open > 0) // of another part than that in the station
-        return show(Ended);
+        return enter(Ended);
     m_late.stop();
     m_overdue.stop();
-    show(Ended);
+    enter(Ended);
 }
 
-void StationView::show(State state)
+void StationView::enter(State state)
 {
     m_state = state;
     if (state == Pending || state == Overdue)

@@ -68,7 +68,7 @@ private:
     void connectParts();
     void arrange();
     void retranslate();
-    void show(State state);
+    void enter(State state);
     void showBand();
     void showDigits();
     void showModel();

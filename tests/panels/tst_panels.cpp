@@ -19,6 +19,8 @@
 #include "support/TempHome.h"
 #include "workflow/ResultHandler.h"
 
+#include <QBitmap>
+
 #include <array>
 #include <cmath>
 
@@ -102,6 +104,15 @@ StationResult resultOf(const PartRow& row)
     result.stationName = "Station_1";
     result.time = PartTable::timeOf(row.wall);
     return result;
+}
+
+/// Where a number's ink lies.
+QRect inkOf(ReadoutTile& tile, const QString& value)
+{
+    tile.setValue(value);
+    return QRegion(QBitmap::fromImage(tile.grab().toImage().createMaskFromColor(
+                       tile.palette().color(QPalette::Window).rgb(), Qt::MaskOutColor)))
+        .boundingRect();
 }
 
 QImage picture(int width, int height)
@@ -287,6 +298,20 @@ private slots:
         view.setPart(good("五辐"), false);
         QTRY_COMPARE(band->content().word, "等待结果");
         QVERIFY(!stamp->isHidden());
+    }
+
+    void digitsKeepTheirSizeAndPlaces()
+    {
+        ReadoutTile tile;
+        tile.setWidest("-00000.000");
+        tile.resize(240, 44);
+        const QRect widest = inkOf(tile, "-32768.998");
+        QVERIFY2(widest.width() > 180 && tile.rect().contains(widest), qPrintable(QString::number(widest.width())));
+        for (const char* value : {"1.118", "8.888", "-0.008", "1024.508"}) {
+            const QRect ink = inkOf(tile, value);
+            QCOMPARE(told(ink.right(), ink.height(), ink.top()), told(widest.right(), widest.height(), widest.top()));
+        }
+        QCOMPARE(inkOf(tile, "—").left() < 12, true);
     }
 
     void everyPartOfTheStripLeadsToItself()
