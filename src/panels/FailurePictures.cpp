@@ -60,6 +60,8 @@ void FailurePictures::read(const PartRow& part, int attempts)
 
 void FailurePictures::keepPicture(const PartRow& part, const QImage& picture)
 {
+    if (m_wanted.contains(part.wall) || m_small.contains(part.wall))
+        return;
     m_wanted.append(part.wall);
     m_background.run([picture] { return picture.scaled(smallBox, Qt::KeepAspectRatio, Qt::SmoothTransformation); },
                      [this, wall = part.wall](const QImage& small) { take(wall, small); });
@@ -89,8 +91,9 @@ QSize FailurePictures::grid() const
 {
     const int columns = qMax(1, (width() + gap) / (leastWidth + gap));
     const int rows = qMax(1, (height() + gap) / (leastHeight + captionHeight + gap));
-    const int needed = (StationTally::failuresKept + columns - 1) / columns;
-    return {qMin(columns, StationTally::failuresKept), qMin(rows, needed)};
+    const int all = StationTally::failuresKept;
+    const int used = qMin(rows, (all + columns - 1) / columns);
+    return {qMin(columns, (all + used - 1) / used), used};
 }
 
 int FailurePictures::shown() const

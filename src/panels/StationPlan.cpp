@@ -6,6 +6,7 @@ namespace {
 
 constexpr int gap = StationPlan::gap;
 constexpr int leastSide = 206;
+constexpr int leastRow = 540;
 constexpr int leastColumn = 440;
 constexpr int leastFailures = 54;
 constexpr int shiftHeight = 26;
@@ -67,7 +68,7 @@ void placeRow(StationPlan& plan, const QRect& row)
 void placeSide(StationPlan& plan, QRect side)
 {
     const int height = side.height();
-    const bool wide = side.width() >= 2 * leastSide;
+    const bool wide = side.width() >= leastRow;
     plan.angle = cut(side, qBound(52, height * 28 / 100, 120));
     const int digits = qBound(40, height * 18 / 100, 72);
     if (wide) {

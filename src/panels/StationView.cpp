@@ -7,6 +7,7 @@
 #include "workflow/PlcFrames.h"
 
 #include <QEvent>
+#include <QGraphicsScene>
 #include <QTime>
 
 #include <utility>
@@ -170,6 +171,7 @@ void StationView::triggered()
 void StationView::setImage(const QImage& image)
 {
     m_ui->viewer->setImage(image);
+    m_ui->viewer->scene()->setBackgroundBrush(lookColors().card); // the picture's place ends within a pixel
     m_pictureTime = QTime::currentTime();
     m_pictureCame = true;
     m_pictureIsNew = m_pictureIsNew || m_open == 0;

@@ -47,7 +47,7 @@ PartRow part(PartOutcome outcome, int secondsAgo)
 }
 
 /// Four hours in which every ninth part was not found, and every fortieth refused.
-StationTally tallyOf(int station)
+StationTally tallyOf(int station, const PartRow& last)
 {
     StationTally tally;
     tally.setShifts(Shifts::fromText("06:00, 14:00, 22:00"));
@@ -61,6 +61,9 @@ StationTally tallyOf(int station)
         if (failed)
             tally.addFailure(row);
     }
+    tally.add(last);
+    if (!last.placed)
+        tally.addFailure(last);
     return tally;
 }
 
@@ -84,8 +87,9 @@ void fillWindow(CMainWin& window)
         view->triggered();
         view->setImage(wheelImage());
         view->setCaption("W18-5H");
-        view->setPart(part(station == 1 ? PartOutcome::Found : PartOutcome::NotFound, 0), false);
-        view->setTally(tallyOf(station));
+        const PartRow last = part(station == 1 ? PartOutcome::Found : PartOutcome::NotFound, 0);
+        view->setPart(last, false);
+        view->setTally(tallyOf(station, last));
         view->setCount(station == 1 ? DayCount{1284, 3, 0} : DayCount{1279, 6, 2});
     }
 }

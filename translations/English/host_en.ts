@@ -1090,7 +1090,7 @@ Close anyway?</translation>
     <name>FailurePictures</name>
     <message>
         <source>图像已被清理</source>
-        <translation>Picture cleaned away</translation>
+        <translation>Cleaned away</translation>
     </message>
     <message>
         <source>没有未找到的工件</source>
