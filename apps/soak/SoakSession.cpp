@@ -93,8 +93,10 @@ void SoakSession::onReady()
         m_killSoon.start(m_faults.random(0, longestLifeMs));
 }
 
+/// Somebody waits at any moment when parts come fast; it is that nothing moves which is given up.
 void SoakSession::onAnswered()
 {
+    m_secondsToWait = 0;
     if (++m_answers == 1)
         m_report.firstAnswerMs << m_program.sinceBeginMs();
 }
