@@ -44,7 +44,7 @@ StationView::StationView(QWidget* parent)
         tile->setMaximumDigits(60);
     }
     for (ReadoutTile* tile : {m_ui->foundTile, m_ui->notFoundTile, m_ui->refusedTile, m_ui->yieldTile})
-        tile->setMaximumDigits(28);
+        tile->setMaximumDigits(40);
     for (auto [timer, ms] : {std::pair(&m_late, lateMs), std::pair(&m_overdue, overdueMs)}) {
         timer->setSingleShot(true);
         timer->setInterval(ms);
