@@ -130,7 +130,7 @@ void CMainWin::createWorkflow()
         if (!m_asksToClose) // closing all would take the question for answered
             QApplication::closeAllWindows();
     });
-    m_panels->follow(*m_cell);
+    m_panels->follow(*m_cell, platform::home());
     connect(m_cell.get(), &Cell::testRunningChanged, m_look, &WindowLook::showTesting);
     connect(m_cell.get(), &Cell::sgShowLog, this, &CMainWin::sgShowLog);
     connect(this, &CMainWin::sgShowLog, this, &CMainWin::onShowLog);
@@ -192,7 +192,7 @@ void CMainWin::createActions()
         *this, *m_cell, *ksSysConfig::instance(), *ksGlobalConfig::instance(), *AccessPolicy::instance(),
         *CellLimits::instance(), *m_test, *m_twoPoint, *m_fourPoint, *m_licence, m_userCtrl.get()});
     connect(m_ui->alarmStrip, &AlarmStrip::actionWanted, m_actions.get(), &WindowActions::trigger);
-    connect(m_panels, &StationPanels::partsWanted, m_actions.get(), &WindowActions::showParts);
+    m_actions->serve(*m_panels);
     connect(m_actions.get(), &WindowActions::message, m_status,
             [this](const QString& text) { m_status->showMessage(text, 5000); });
     connect(m_actions.get(), &WindowActions::settingsApplied, m_cell.get(), &Cell::applySettings);

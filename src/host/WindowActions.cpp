@@ -19,6 +19,7 @@
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
 #include "look/LanguageSwitch.h"
+#include "panels/StationPanels.h"
 #include "platform/AppHome.h"
 #include "results/ResultsDialog.h"
 #include "workflow/CZdCtrl.h"
@@ -301,6 +302,29 @@ void WindowActions::showParts(int station, bool failuresOnly)
     ResultsDialog* own = results();
     own->open();
     own->view().showDay(station, failuresOnly);
+}
+
+void WindowActions::showPart(int station, qint64 wall)
+{
+    ResultsDialog* own = results();
+    own->open();
+    own->view().showPart(station, wall);
+}
+
+void WindowActions::serve(StationPanels& panels)
+{
+    connect(&panels, &StationPanels::partsWanted, this, &WindowActions::showParts);
+    connect(&panels, &StationPanels::partWanted, this, &WindowActions::showPart);
+    connect(&panels, &StationPanels::shiftResetWanted, this,
+            [this, &panels](int station) { resetShift(panels, station); });
+}
+
+void WindowActions::resetShift(StationPanels& panels, int station)
+{
+    if (!allowsEngineering())
+        return askForRights();
+    if (messages::confirmShiftReset(&m_parts.window, station))
+        logChanges(panels.resetShift(station));
 }
 
 void WindowActions::openModels()

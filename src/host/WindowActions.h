@@ -14,6 +14,7 @@ class LicenceDesk;
 class QMainWindow;
 class QTestWidget;
 class ResultsDialog;
+class StationPanels;
 class ksGlobalConfig;
 class ksImageCaliUI;
 class ksImageCaliUI4P;
@@ -54,6 +55,9 @@ public:
     /// Models with changes in the designer, on the screen or not, that would be lost with the program.
     QStringList unsavedModels() const;
 
+    /// Does what the stations' panels ask for; they outlive the actions.
+    void serve(StationPanels& panels);
+
 public slots:
     /// Gives the titles that a dialog has from its action, in the present language.
     void retranslate();
@@ -64,6 +68,8 @@ public slots:
     QString currentUser() const;
     /// The day's parts of a station, or of them those that were not found or refused, in a window of ours.
     void showParts(int station, bool failuresOnly);
+    /// The part of a station at that moment (see PartTable) there.
+    void showPart(int station, qint64 wall);
 
 signals:
     /// Settings hold new values; names are the keys of their files.
@@ -87,6 +93,7 @@ private:
     void openSettings();
     void openReport();
     ResultsDialog* results();
+    void resetShift(StationPanels& panels, int station);
     void openModels();
     void openIndexTable();
     void openCamera(const QString& key);

@@ -145,6 +145,12 @@ void ResultsView::showDay(int station, bool failuresOnly)
     setCurrentWidget(m_parts);
 }
 
+void ResultsView::showPart(int station, qint64 wall)
+{
+    m_parts->showPartAt(station, wall);
+    setCurrentWidget(m_parts);
+}
+
 QSize ResultsView::usualSize()
 {
     const QScreen* screen = QGuiApplication::primaryScreen();

@@ -36,6 +36,8 @@ public:
     void refresh();
     /// Today's parts of a station (0: both): all, or those that were not found or refused.
     void showDay(int station, bool failuresOnly);
+    /// The part of a station at that moment (see PartTable), among its neighbours.
+    void showPart(int station, qint64 wall);
 
     PartsPage& parts() { return *m_parts; }
     StatisticsPage& statistics() { return *m_statistics; }

@@ -70,10 +70,6 @@ void Cell::connectRoad()
     connect(&dispatch, &TriggerDispatch::sgSystemLog, &SystemLog::information);
     connect(&dispatch, &TriggerDispatch::sgSelModel, this, &Cell::selectModel);
     connect(&dispatch, &TriggerDispatch::modelMissing, this, &Cell::modelMissing);
-    connect(&dispatch, &TriggerDispatch::captureRefused, this, [this](const Trigger& trigger) {
-        m_counts.onRefused(trigger.station);
-        emit captureRefused(trigger.station);
-    });
     connect(&m_road.inHand(), &TriggersInHand::captureStarted, this,
             [this](const Trigger& trigger) { emit captureStarted(trigger.station); });
 
@@ -84,6 +80,8 @@ void Cell::connectRoad()
     connect(&results, &ResultHandler::pictureNamed, this, &Cell::pictureNamed);
     connect(&results, &ResultHandler::readingChanged, this, &Cell::readingChanged);
     connect(&results, &ResultHandler::readingChanged, &m_counts, &DayCounts::onReading);
+    connect(&results, &ResultHandler::refused, this, &Cell::captureRefused);
+    connect(&results, &ResultHandler::refused, &m_counts, &DayCounts::onRefused);
     connect(&m_counts, &DayCounts::changed, this,
             [this](int station) { emit countChanged(station, m_counts.of(station)); });
 }

@@ -109,7 +109,7 @@ signals:
     /// Repeated triggers of a test began or ended.
     void testRunningChanged(bool running);
     void captureStarted(int station);
-    void captureRefused(int station);
+    void captureRefused(int station, const StationReading& reading);
     /// What was answered, and how the day stands since.
     void readingChanged(int station, const StationReading& reading);
     void countChanged(int station, const DayCount& count);

@@ -10,6 +10,7 @@
 #include "licence/Licence.h"
 #include "licence/RsaKey.h"
 #include "look/LanguageSwitch.h"
+#include "panels/OutcomeBand.h"
 #include "panels/ReadoutTile.h"
 #include "platform/PseudoTerminal.h"
 
@@ -233,9 +234,12 @@ private slots:
             return program.window->findChild<QWidget*>(station)->findChild<ReadoutTile*>(name);
         };
         QTRY_COMPARE(tile("stationView2", "notFoundTile")->value(), QString("1"));
-        QTRY_COMPARE(tile("stationView2", "tipTile")->sign(), ReadoutTile::Bad);
+        const auto lamp = [&](const char* station) {
+            return program.window->findChild<QWidget*>(station)->findChild<OutcomeBand*>()->content().lamp;
+        };
+        QTRY_COMPARE(lamp("stationView2"), Lamp::NotFound);
         QCOMPARE(tile("stationView1", "notFoundTile")->value(), QString("0"));
-        QCOMPARE(tile("stationView1", "tipTile")->sign(), ReadoutTile::Faint);
+        QCOMPARE(lamp("stationView1"), Lamp::Waiting);
     }
 };
 

@@ -145,10 +145,11 @@ QString PartReader::from(const PartFilter& filter) const
     when(!all, QStringLiteral("p.outcome IN (%1)").arg(outcomes.join(QLatin1Char(','))));
     when(!filter.text.isEmpty(), QStringLiteral("(p.model LIKE ? ESCAPE '\\' OR p.account LIKE ? ESCAPE '\\' OR "
                                                 "r.resultTip LIKE ? ESCAPE '\\')"));
+    when(filter.pictured, QStringLiteral("(p.source <> '' OR r.value1 <> '')"));
     when(filter.upTo > 0, QStringLiteral("p.uid <= %1").arg(filter.upTo));
     when(filter.markedOnly, m_reviews ? QStringLiteral("v.mark") : QStringLiteral("0"));
     QString text = QStringLiteral(" FROM %1 p").arg(m_source);
-    if (!filter.text.isEmpty())
+    if (!filter.text.isEmpty() || filter.pictured)
         text += QStringLiteral(" LEFT JOIN RltTable r ON r.uid = p.uid");
     if (m_reviews && filter.markedOnly)
         text += QStringLiteral(" JOIN reviews.Review v ON v.wall = p.wall AND v.uid = p.uid");
@@ -233,6 +234,25 @@ std::optional<PartRow> PartReader::row(qint64 uid)
 {
     QSqlQuery query = run(wholeRows(m_source) + QStringLiteral(" WHERE p.uid = %1").arg(uid));
     return query.next() ? std::optional(rowOf(query, m_reviews)) : std::nullopt;
+}
+
+std::optional<PartRow> PartReader::partAt(int station, qint64 wall)
+{
+    PartFilter filter;
+    filter.station = station;
+    filter.from = PartTable::timeOf(wall);
+    filter.to = PartTable::timeOf(wall + 1);
+    const QVector<PartRow> found = rows(filter, Time, Qt::DescendingOrder, 1, 0);
+    return found.isEmpty() ? std::nullopt : std::optional(found.first());
+}
+
+QVector<PartRow> PartReader::last(const PartFilter& filter, int count)
+{
+    const QString page = QStringLiteral("(SELECT p.*%1 ORDER BY p.uid DESC LIMIT %2)").arg(from(filter)).arg(count);
+    QVector<PartRow> rows;
+    for (QSqlQuery query = run(wholeRows(page) + QStringLiteral(" ORDER BY p.uid"), filter); query.next();)
+        rows.append(rowOf(query, m_reviews));
+    return rows;
 }
 
 PartSeries PartReader::series(const PartFilter& filter, const std::function<bool()>& goOn)

@@ -41,6 +41,10 @@ public:
               const std::function<bool(const PartRow&)>& take);
     /// One part by its number.
     std::optional<PartRow> row(qint64 uid);
+    /// The part of a station at that very moment, see PartTable; the last one recorded if there are several.
+    std::optional<PartRow> partAt(int station, qint64 wall);
+    /// Those recorded last, whatever their times say: the newest is the last of them.
+    QVector<PartRow> last(const PartFilter& filter, int count);
     /// All of them; `goOn`, when given, is asked now and then, and false ends the reading.
     PartSeries series(const PartFilter& filter, const std::function<bool()>& goOn = {});
     /// In the order of their names.

@@ -2,6 +2,7 @@
 
 #include "common/forms/DialogForm.h"
 #include "common/forms/InlineMessage.h"
+#include "db/PartTable.h"
 #include "results/ViewState.h"
 #include "results/data/ReviewStore.h"
 #include "results/export/forms/ExportBar.h"
@@ -22,6 +23,8 @@
 #include <QStackedWidget>
 #include <QTableView>
 #include <QVBoxLayout>
+
+#include <utility>
 
 namespace {
 
@@ -125,7 +128,7 @@ PartsPage::PartsPage(QWidget* parent)
     retranslate();
     offerExports();
     connect(m_filter, &PartFilterBar::changed, this, [this] {
-        m_chosen = -1;
+        m_chosen = std::exchange(m_wanted, -1);
         take();
     });
     connect(m_table, &PagedTableBase::refreshed, this, &PartsPage::onRefreshed);
@@ -354,6 +357,24 @@ void PartsPage::showPart(qint64 uid)
         return reader.open() ? reader.row(uid) : std::nullopt;
     };
     m_models.run(read, [this](const std::optional<PartRow>& part) {
+        if (part)
+            m_detail->show(part);
+    });
+}
+
+/// Chosen when the table comes; one that stands too far down in it is shown beside it all the same.
+void PartsPage::showPartAt(int station, qint64 wall)
+{
+    const auto read = [home = m_home, station, wall] {
+        PartReader reader(home);
+        return reader.open() ? reader.partAt(station, wall) : std::nullopt;
+    };
+    m_models.run(read, [this, station, wall](const std::optional<PartRow>& part) {
+        constexpr int aroundSeconds = 60;
+        const QDateTime time = PartTable::timeOf(wall);
+        m_wanted = part ? part->uid : -1;
+        m_filter->setFilter(PartFilterBar::Own, station, true, true, true);
+        m_filter->setTimes(time.addSecs(-aroundSeconds), time.addSecs(aroundSeconds));
         if (part)
             m_detail->show(part);
     });

@@ -47,6 +47,8 @@ public:
     void showFailures(int station) { showDay(station, true); }
     void showTimes(const QDateTime& from, const QDateTime& to);
     void showPart(qint64 uid);
+    /// The part of a station at that moment, chosen among those of its minutes.
+    void showPartAt(int station, qint64 wall);
     PartFilter filter() const;
     PartTableModel& table() { return *m_table; }
     ExportBar& exports() { return *m_exports; }
@@ -91,6 +93,7 @@ private:
     QSplitter* m_sides;
     int m_parts = 0;
     bool m_counted = true;
+    qint64 m_wanted = -1; ///< the part that is chosen with the next filter
     qint64 m_chosen = -1; ///< the part that stays chosen when the table is read anew
     Background m_models;
     Background m_reviews; ///< written also when the page is closed
