@@ -78,6 +78,7 @@ bool confirmEnd(QWidget* parent)
                     QMessageBox::Ok | QMessageBox::Cancel, parent);
     box.button(QMessageBox::Ok)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "确定")));
     box.button(QMessageBox::Cancel)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "取消")));
+    box.setDefaultButton(QMessageBox::Cancel);
     box.setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
     return box.exec() == QMessageBox::Ok;
 }

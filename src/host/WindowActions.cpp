@@ -20,8 +20,12 @@
 #include "host/Messages.h"
 #include "look/LanguageSwitch.h"
 #include "panels/StationPanels.h"
+#include "panels/AlarmHistory.h"
 #include "platform/AppHome.h"
 #include "results/ResultsDialog.h"
+#include "results/logs/LogPage.h"
+#include "results/parts/PartsPage.h"
+#include "shell/Workspaces.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/Cell.h"
 
@@ -37,16 +41,6 @@
 #include <QProcess>
 
 namespace {
-
-/// Shows a dialog, or brings the one that is open to the front.
-void show(QDialog* dialog)
-{
-    if (!dialog->isVisible())
-        dialog->setWindowFlags(Qt::Dialog | Qt::WindowCloseButtonHint);
-    dialog->show();
-    dialog->raise();
-    dialog->activateWindow();
-}
 
 bool startReport()
 {
@@ -82,17 +76,18 @@ const WindowActions::Row WindowActions::rows[] = {
              designer->openDesigner(&own.m_parts.window);
      }},
     {"actionManage", Engineers, [](WindowActions& own) { own.openModels(); }},
-    {"actionTest", Engineers,
-     [](WindowActions& own) {
-         own.m_parts.test.setOneStation(own.hasOneStation());
-         show(&own.m_parts.test);
-     }},
+    {"actionTest", Engineers, [](WindowActions& own) { own.openTest(); }},
     {"actionHelp", Anybody,
      [](WindowActions& own) {
          const QString guides = QCoreApplication::applicationDirPath() + QStringLiteral("/docs");
-         show(own.dialog<QHelpUI>(Anybody, [&] { return new QHelpUI(guides, &own.m_parts.window); }));
+         own.place(own.dialog<QHelpUI>(Anybody, [&] { return new QHelpUI(guides, &own.m_parts.window); }),
+                   "actionHelp");
      }},
     {"action_Check", Anybody, [](WindowActions& own) { own.openReport(); }},
+    {"actionResults", Anybody, [](WindowActions& own) { own.openResults(); }},
+    {"actionLog", Anybody, [](WindowActions& own) { own.openLog(); }},
+    {"actionAlarms", Anybody, [](WindowActions& own) { own.openAlarms(); }},
+    {"actionIndexTable", Engineers, [](WindowActions& own) { own.openIndexTable(); }},
     {"actionSystem", Engineers, [](WindowActions& own) { own.openSettings(); }},
     {"main_Login_action", Anybody, [](WindowActions& own) { own.logInOut(); }},
     {"main_action_userManager", Anybody,
@@ -110,29 +105,31 @@ const WindowActions::Row WindowActions::rows[] = {
          ICoreCtrl* const core = own.m_parts.cell.modules().coreCtrl();
          if (!core)
              return;
-         show(own.dialog<QCameraManagerUI>(Engineers, [&own, core] {
+         const auto make = [&own, core] {
              auto* made = new QCameraManagerUI(*core, own.m_parts.config, &own.m_parts.window);
              connect(made, &QCameraManagerUI::camerasApplied, &own, &WindowActions::logChanges);
              connect(made, &QCameraManagerUI::settingsWanted, &own, &WindowActions::openCamera);
              return made;
-         }));
+         };
+         own.place(own.dialog<QCameraManagerUI>(Engineers, make), "actionCamera");
      }},
     {"actionDevice", Anybody,
      [](WindowActions& own) {
-         show(own.dialog<QDeviceManagerUI>(Anybody, [&own] {
+         const auto make = [&own] {
              Cell& cell = own.m_parts.cell;
              return new QDeviceManagerUI({[&cell] { return cell.modules().report(); }, [&cell] { return cell.port(); }},
                                          own.m_parts.settings, &own.m_parts.window);
-         }));
+         };
+         own.place(own.dialog<QDeviceManagerUI>(Anybody, make), "actionDevice");
      }},
     {"actionPlc", Anybody,
      [](WindowActions& own) {
-         show(own.dialog<QPlcMonitorUI>(
-             Anybody, [&own] { return new QPlcMonitorUI(own.m_parts.cell.link(), &own.m_parts.window); }));
+         const auto make = [&own] { return new QPlcMonitorUI(own.m_parts.cell.link(), &own.m_parts.window); };
+         own.place(own.dialog<QPlcMonitorUI>(Anybody, make), "actionPlc");
      }},
     {"actionAbout", Anybody,
      [](WindowActions& own) {
-         show(own.dialog<QAboutUI>(Anybody, [&own] { return new QAboutUI(&own.m_parts.window); }));
+         own.place(own.dialog<QAboutUI>(Anybody, [&own] { return new QAboutUI(&own.m_parts.window); }), "actionAbout");
      }},
 };
 
@@ -144,6 +141,9 @@ WindowActions::WindowActions(const Parts& parts)
         connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);
         dialog->setUser([this] { return currentUser(); });
     }
+    showRights();
+    connect(&parts.rooms, &Workspaces::actionWanted, this, &WindowActions::trigger);
+    connect(this, &WindowActions::settingsApplied, this, &WindowActions::showRights);
     if (!parts.userCtrl)
         return;
     connect(parts.userCtrl, &IUserCtrl::sgCurrentUserInfo, this,
@@ -171,11 +171,26 @@ void WindowActions::trigger(const QString& name)
     const Step step("action of the window");
     const auto* row = std::find_if(std::begin(rows), std::end(rows),
                                    [&name](const Row& each) { return name == QLatin1String(each.action); });
-    if (row == std::end(rows))
-        return;
-    if (row->who == Engineers && !allowsEngineering())
+    const bool isKnown = row != std::end(rows);
+    const bool engineers = isKnown ? row->who == Engineers : m_parts.rooms.isForEngineers(name);
+    if (engineers && !allowsEngineering())
         return askForRights();
-    row->open(*this);
+    if (isKnown)
+        row->open(*this);
+    else
+        m_parts.rooms.openPage(name);
+}
+
+void WindowActions::showRights()
+{
+    for (const Row& row : rows)
+        m_parts.rooms.setLocked(QLatin1String(row.action), row.who == Engineers && !allowsEngineering());
+    m_parts.rooms.lockEngineers(!allowsEngineering());
+}
+
+void WindowActions::place(QDialog* dialog, const char* action)
+{
+    m_parts.rooms.open(dialog, QLatin1String(action));
 }
 
 void WindowActions::askForRights()
@@ -190,6 +205,7 @@ void WindowActions::askForRights()
 void WindowActions::onUserChanged(int level)
 {
     m_level = level;
+    showRights();
     if (!allowsEngineering())
         endEngineering();
 }
@@ -243,7 +259,7 @@ void WindowActions::openCalibration()
     const auto open = [this](auto& dialog) {
         if (hasOneStation())
             dialog.setOneStation(true);
-        show(&dialog);
+        place(&dialog, "actionStandard");
     };
     retranslate();
     if (m_parts.config.use4pointstand)
@@ -275,7 +291,7 @@ void WindowActions::openSettings()
     settings->setOneStation(hasOneStation());
     if (const CellRecords* records = m_parts.cell.records())
         settings->setImageDisk(records->health().freeMiB, records->isKeepingShortened());
-    show(settings);
+    place(settings, "actionSystem");
 }
 
 /// A plant without the program reads its results here.
@@ -284,7 +300,41 @@ void WindowActions::openReport()
     if (startReport())
         return;
     emit message(tr("报表程序无法启动，已在本窗口中打开"));
+    openResults();
+}
+
+void WindowActions::openResults()
+{
+    place(results(), "actionResults");
     results()->open();
+}
+
+void WindowActions::openLog()
+{
+    if (!m_log) {
+        m_log = new LogPage(&m_parts.rooms);
+        m_log->setHome(platform::home());
+        connect(m_log, &LogPage::partsWanted, this, [this](const QDateTime& from, const QDateTime& to) {
+            openResults();
+            results()->view().parts().showTimes(from, to);
+            results()->view().setCurrentWidget(&results()->view().parts());
+        });
+    }
+    m_log->refresh();
+    m_parts.rooms.open(m_log, QStringLiteral("actionLog"));
+}
+
+void WindowActions::openAlarms()
+{
+    place(dialog<AlarmHistory>(Anybody, [this] { return new AlarmHistory(m_parts.cell.alarms(), &m_parts.window); }),
+          "actionAlarms");
+}
+
+/// Beside the stations, so that one sees what a test does.
+void WindowActions::openTest()
+{
+    m_parts.test.setOneStation(hasOneStation());
+    m_parts.rooms.openTool(&m_parts.test);
 }
 
 ResultsDialog* WindowActions::results()
@@ -299,9 +349,8 @@ ResultsDialog* WindowActions::results()
 
 void WindowActions::showParts(int station, bool failuresOnly)
 {
-    ResultsDialog* own = results();
-    own->open();
-    own->view().showDay(station, failuresOnly);
+    openResults();
+    results()->view().showDay(station, failuresOnly);
 }
 
 void WindowActions::showPart(int station, qint64 wall)
@@ -332,24 +381,27 @@ void WindowActions::openModels()
     Cell& cell = m_parts.cell;
     if (!cell.models())
         return;
-    show(dialog<QModelMangerUI>(Engineers, [this, &cell] {
+    const auto make = [this, &cell] {
         auto* made = new QModelMangerUI(*cell.models(), cell.modules().engine(), &m_parts.window);
         connect(made, &QModelMangerUI::modelsChanged, this, &WindowActions::logChanges);
         connect(made, &QModelMangerUI::indexTableWanted, this, &WindowActions::openIndexTable);
         return made;
-    }));
+    };
+    place(dialog<QModelMangerUI>(Engineers, make), "actionManage");
 }
 
 void WindowActions::openIndexTable()
 {
     Cell& cell = m_parts.cell;
+    if (!cell.models())
+        return;
     auto* table = dialog<QPlcIndexUI>(Engineers, [this, &cell] {
         auto* made = new QPlcIndexUI(*cell.models(), cell.controller()->plcIndices(), &m_parts.window);
         connect(made, &QPlcIndexUI::tablesApplied, this, &WindowActions::logChanges);
         return made;
     });
     table->setStations(cell.controller()->stationNames());
-    show(table);
+    place(table, "actionIndexTable");
 }
 
 void WindowActions::openCamera(const QString& key)
@@ -363,7 +415,7 @@ void WindowActions::openCamera(const QString& key)
         connect(made, &QCameraSettingsUI::settingsApplied, this, &WindowActions::logChanges);
         return made;
     };
-    show(dialog<QCameraSettingsUI>(Engineers, make, key));
+    place(dialog<QCameraSettingsUI>(Engineers, make, key), "actionCamera");
 }
 
 void WindowActions::logChanges(const AuditChanges& changes) const

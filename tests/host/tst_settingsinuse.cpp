@@ -78,7 +78,12 @@ private slots:
         }
         program.act("actionPlc");
         QVERIFY2(program.open("QPlcMonitorUI"), "what an operator does needs nobody's leave");
+        const auto isLocked = [&program] {
+            return program.window->findChild<QAction*>("actionSystem")->property("locked").toBool();
+        };
+        QVERIFY(isLocked());
         program.createAdministrator();
+        QVERIFY(!isLocked());
         program.act("actionTest");
         program.act("actionSystem");
         program.act("actionManage");
@@ -202,7 +207,9 @@ private slots:
         program.act("actionCamera");
         const QPointer<QDialog> cameras = program.open("QCameraManagerUI");
         const DialogDriver manager(*cameras);
-        manager.act({"settingsButton", "settingsButton"});
+        manager.press("settingsButton");
+        program.act("actionCamera");
+        manager.press("settingsButton");
         QCOMPARE(program.window->findChildren<QCameraSettingsUI*>().size(), 1);
         const QPointer<QDialog> one = program.open("QCameraSettingsUI");
         const DialogDriver settings(*one);

@@ -12,10 +12,6 @@
         <translation>One-station mode</translation>
     </message>
     <message>
-        <source>工具栏</source>
-        <translation>Toolbar</translation>
-    </message>
-    <message>
         <source>图像标定</source>
         <translation>Calibration</translation>
     </message>
@@ -119,6 +115,22 @@ Close anyway?</translation>
         <source>清零</source>
         <translation>Reset</translation>
     </message>
+    <message>
+        <source>检测结果</source>
+        <translation>Results</translation>
+    </message>
+    <message>
+        <source>系统日志</source>
+        <translation>System log</translation>
+    </message>
+    <message>
+        <source>PLC索引表</source>
+        <translation>PLC indices</translation>
+    </message>
+    <message>
+        <source>报警记录</source>
+        <translation>Alarm history</translation>
+    </message>
 </context>
 <context>
     <name>CallWatch</name>
@@ -180,14 +192,6 @@ Close anyway?</translation>
     <message>
         <source>用户: %1</source>
         <translation>User: %1</translation>
-    </message>
-    <message>
-        <source>测试运行中</source>
-        <translation>Test running</translation>
-    </message>
-    <message>
-        <source>报警记录</source>
-        <translation>Alarms</translation>
     </message>
 </context>
 <context>
@@ -976,6 +980,10 @@ Close anyway?</translation>
     <message>
         <source>深色</source>
         <translation>Dark</translation>
+    </message>
+    <message>
+        <source>高对比度</source>
+        <translation>High contrast</translation>
     </message>
 </context>
 <context>
