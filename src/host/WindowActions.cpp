@@ -355,9 +355,8 @@ void WindowActions::showParts(int station, bool failuresOnly)
 
 void WindowActions::showPart(int station, qint64 wall)
 {
-    ResultsDialog* own = results();
-    own->open();
-    own->view().showPart(station, wall);
+    openResults();
+    results()->view().showPart(station, wall);
 }
 
 void WindowActions::serve(StationPanels& panels)
