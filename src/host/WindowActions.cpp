@@ -16,6 +16,7 @@
 #include "dialogs/plcmonitor/QPlcMonitorUI.h"
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "dialogs/testmode/QTestWidget.h"
+#include "guided/calibration/CalibrationGuide.h"
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
 #include "look/LanguageSwitch.h"
@@ -141,6 +142,7 @@ WindowActions::WindowActions(const Parts& parts)
 {
     for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{&parts.twoPoint, &parts.fourPoint}) {
         connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);
+        connect(dialog, &CalibrationDialog::guideWanted, this, &WindowActions::openCalibrationGuide);
         dialog->setUser([this] { return currentUser(); });
     }
     if (!parts.userCtrl)
@@ -249,6 +251,22 @@ void WindowActions::openCalibration()
         open(m_parts.fourPoint);
     else
         open(m_parts.twoPoint);
+}
+
+void WindowActions::openCalibrationGuide()
+{
+    auto* guide = dialog<CalibrationGuide>(Engineers, [this] {
+        auto* made = new CalibrationGuide(
+            {m_parts.config, m_parts.cell.modules().coreCtrl(), platform::home(), [this] { return currentUser(); }},
+            &m_parts.window);
+        connect(made, &CalibrationGuide::calibrationApplied, this, &WindowActions::logChanges);
+        connect(made, &CalibrationGuide::calibrationApplied, &m_parts.twoPoint, &CalibrationDialog::refresh);
+        connect(made, &CalibrationGuide::calibrationApplied, &m_parts.fourPoint, &CalibrationDialog::refresh);
+        return made;
+    });
+    if (!guide->isVisible())
+        guide->setOneStation(hasOneStation());
+    show(guide);
 }
 
 void WindowActions::retranslate()

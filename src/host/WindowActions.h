@@ -84,6 +84,7 @@ private:
     void logInOut();
     void showLogIn();
     void openCalibration();
+    void openCalibrationGuide();
     void openSettings();
     void openReport();
     ResultsDialog* results();
