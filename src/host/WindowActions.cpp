@@ -17,6 +17,7 @@
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "dialogs/testmode/QTestWidget.h"
 #include "guided/calibration/CalibrationGuide.h"
+#include "guided/teaching/TeachingGuide.h"
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
 #include "look/LanguageSwitch.h"
@@ -330,8 +331,27 @@ void WindowActions::openModels()
         auto* made = new QModelMangerUI(*cell.models(), cell.modules().engine(), &m_parts.window);
         connect(made, &QModelMangerUI::modelsChanged, this, &WindowActions::logChanges);
         connect(made, &QModelMangerUI::indexTableWanted, this, &WindowActions::openIndexTable);
+        connect(made, &QModelMangerUI::teachingWanted, this, &WindowActions::openTeaching);
         return made;
     }));
+}
+
+void WindowActions::openTeaching(const QString& name)
+{
+    Cell& cell = m_parts.cell;
+    auto* guide = dialog<TeachingGuide>(Engineers, [this, &cell] {
+        auto* made = new TeachingGuide(
+            {*cell.models(), cell.modules().engine(), cell.modules().coreCtrl(), m_parts.config, platform::home()},
+            &m_parts.window);
+        connect(made, &TeachingGuide::modelsChanged, this, &WindowActions::logChanges);
+        connect(made, &TeachingGuide::designerWanted, this, [this] { trigger(QStringLiteral("actionSetting")); });
+        return made;
+    });
+    if (!guide->isVisible()) {
+        guide->setOneStation(hasOneStation());
+        guide->beginModel(name);
+    }
+    show(guide);
 }
 
 void WindowActions::openIndexTable()

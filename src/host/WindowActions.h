@@ -90,6 +90,7 @@ private:
     ResultsDialog* results();
     void openModels();
     void openIndexTable();
+    void openTeaching(const QString& name);
     void openCamera(const QString& key);
 
     /// Whether what is for engineers may be open now.

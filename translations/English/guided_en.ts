@@ -130,6 +130,63 @@
     </message>
 </context>
 <context>
+    <name>CheckPage</name>
+    <message>
+        <source>新参数在归档的最近图像上试运行：同型号的零件应找到，别的型号不应找到。选择工位，按“保存”。</source>
+        <translation>The new parameters run on the last pictures of the archive: parts of this model should be found, others not. Choose the stations and save.</translation>
+    </message>
+    <message>
+        <source>请至少选择一个工位</source>
+        <translation>Choose a station at least</translation>
+    </message>
+    <message>
+        <source>此引擎不能试运行未保存的参数；保存后请在任务设计器中复检</source>
+        <translation>This engine cannot try parameters that are not saved; save, then re-run images in the designer</translation>
+    </message>
+    <message>
+        <source>角度 %1°
+得分 %2，次优 %3
+%4</source>
+        <translation>angle %1°
+score %2, second %3
+%4</translation>
+    </message>
+    <message>
+        <source>未找到：%1
+%2</source>
+        <translation>not found: %1
+%2</translation>
+    </message>
+    <message>
+        <source>保存到工位1（%1）</source>
+        <translation>Save for station 1 (%1)</translation>
+    </message>
+    <message>
+        <source>保存到工位2（%1）</source>
+        <translation>Save for station 2 (%1)</translation>
+    </message>
+    <message>
+        <source>图像</source>
+        <translation>Picture</translation>
+    </message>
+    <message>
+        <source>结果</source>
+        <translation>Result</translation>
+    </message>
+    <message>
+        <source>工位%1的归档中没有图像可以检查</source>
+        <translation>The archive of station %1 has no pictures to check</translation>
+    </message>
+    <message>
+        <source>最近 %1 幅图像：已试 %2 幅，找到 %3 幅</source>
+        <translation>Last %1 pictures: %2 tried, found in %3</translation>
+    </message>
+    <message>
+        <source>检查与保存</source>
+        <translation>Check, save</translation>
+    </message>
+</context>
+<context>
     <name>ComparePage</name>
     <message>
         <source>对比与应用</source>
@@ -259,6 +316,65 @@
     </message>
 </context>
 <context>
+    <name>NamePage</name>
+    <message>
+        <source>此工位没有可以取像的相机</source>
+        <translation>This station has no camera that takes pictures</translation>
+    </message>
+    <message>
+        <source>输入型号名称和 PLC 索引，把轮毂放到相机下拍照；也可以用归档中最新的图像或图像文件。</source>
+        <translation>Type the model’s name and PLC index, place the wheel under the camera and take a picture; the latest one of the archive or a file will do as well.</translation>
+    </message>
+    <message>
+        <source>PLC索引：%1</source>
+        <translation>PLC index: %1</translation>
+    </message>
+    <message>
+        <source>还没有图像</source>
+        <translation>No picture yet</translation>
+    </message>
+    <message>
+        <source>型号“%1”已经存在：保存时用新的参数代替它原来的参数</source>
+        <translation>Model “%1” is there already: saving puts the new parameters in the place of its own</translation>
+    </message>
+    <message>
+        <source>型号名称</source>
+        <translation>Model name</translation>
+    </message>
+    <message>
+        <source>PLC 索引</source>
+        <translation>PLC index</translation>
+    </message>
+    <message>
+        <source>图像来自</source>
+        <translation>Picture from</translation>
+    </message>
+    <message>
+        <source>工位%1</source>
+        <translation>Station %1</translation>
+    </message>
+    <message>
+        <source>拍照(&amp;S)</source>
+        <translation>&amp;Take a picture</translation>
+    </message>
+    <message>
+        <source>归档中最新的图像(&amp;L)</source>
+        <translation>&amp;Latest of the archive</translation>
+    </message>
+    <message>
+        <source>图像文件(&amp;F)…</source>
+        <translation>Image &amp;file…</translation>
+    </message>
+    <message>
+        <source>图像：%1</source>
+        <translation>Picture: %1</translation>
+    </message>
+    <message>
+        <source>名称与图像</source>
+        <translation>Name, picture</translation>
+    </message>
+</context>
+<context>
     <name>PictureDesk</name>
     <message>
         <source>相机“%1”没有图像：%2</source>
@@ -322,6 +438,50 @@
     <message>
         <source>图像：%1，%2 × %3 像素</source>
         <translation>Picture: %1, %2 × %3 pixels</translation>
+    </message>
+</context>
+<context>
+    <name>ProposalPage</name>
+    <message>
+        <source>圆圈应落在轮缘和气门孔上。若不对，先点击轮毂中心，再点击气门孔中心，引擎立即重新测量。</source>
+        <translation>The circles should lie on the rim and on the valve hole. If they do not, click the wheel’s centre, then the hole’s; the engine measures anew after each click.</translation>
+    </message>
+    <message>
+        <source>引擎正在测量…</source>
+        <translation>The engine is measuring…</translation>
+    </message>
+    <message>
+        <source>点击的是轮毂中心(&amp;W)</source>
+        <translation>The click is the &amp;wheel’s centre</translation>
+    </message>
+    <message>
+        <source>点击的是气门孔中心(&amp;H)</source>
+        <translation>The click is the &amp;hole’s centre</translation>
+    </message>
+    <message>
+        <source>忘记点击，重新建议(&amp;R)</source>
+        <translation>Fo&amp;rget the clicks, propose anew</translation>
+    </message>
+    <message>
+        <source>角度 %1°，得分 %2
+轮缘半径 %3 像素
+孔心到中心 %4 像素
+孔半径 %5 像素</source>
+        <translation>angle %1°, score %2
+rim radius %3 pixels
+hole to centre %4 pixels
+hole radius %5 pixels</translation>
+    </message>
+    <message>
+        <source>建议</source>
+        <translation>Proposal</translation>
+    </message>
+</context>
+<context>
+    <name>QModelMangerUI</name>
+    <message>
+        <source>引导示教(&amp;T)…</source>
+        <translation>Guided &amp;teaching…</translation>
     </message>
 </context>
 <context>
@@ -420,6 +580,41 @@
     <message>
         <source>镜头畸变：用标定板才能测出</source>
         <translation>Lens distortion: only a board shows it</translation>
+    </message>
+</context>
+<context>
+    <name>TeachingGuide</name>
+    <message>
+        <source>新型号</source>
+        <translation>New model</translation>
+    </message>
+    <message>
+        <source>工位%1的归档中没有图像</source>
+        <translation>The archive of station %1 has no pictures</translation>
+    </message>
+    <message>
+        <source>未能保存型号“%1”：%2</source>
+        <translation>Model “%1” was not saved: %2</translation>
+    </message>
+    <message>
+        <source>已保存型号“%1”，PLC 发来它的索引时即可使用。可以接着示教下一个型号。</source>
+        <translation>Model “%1” is saved and runs when the PLC sends its index. The next one can be taught.</translation>
+    </message>
+    <message>
+        <source>任务设计器(&amp;D)…</source>
+        <translation>&amp;Designer…</translation>
+    </message>
+    <message>
+        <source>此引擎不提出建议，请在任务设计器中示教</source>
+        <translation>This engine proposes nothing; teach in the designer</translation>
+    </message>
+    <message>
+        <source>保存(&amp;S)</source>
+        <translation>&amp;Save</translation>
+    </message>
+    <message>
+        <source>引导示教</source>
+        <translation>Guided teaching</translation>
     </message>
 </context>
 </TS>

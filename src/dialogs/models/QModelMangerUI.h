@@ -32,6 +32,8 @@ signals:
     void modelsChanged(const AuditChanges& changes);
     /// The PLC index table is to be shown.
     void indexTableWanted();
+    /// The guide through the teaching of a model is to be opened: of a new one, or of that name.
+    void teachingWanted(const QString& name);
 
 protected:
     void changeEvent(QEvent* event) override;
