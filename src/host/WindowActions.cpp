@@ -17,6 +17,8 @@
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "dialogs/testmode/QTestWidget.h"
 #include "guided/calibration/CalibrationGuide.h"
+#include "guided/library/ModelLibrary.h"
+#include "guided/start/FirstStart.h"
 #include "guided/teaching/TeachingGuide.h"
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
@@ -36,6 +38,7 @@
 #include <QCoreApplication>
 #include <QMainWindow>
 #include <QProcess>
+#include <QTimer>
 
 namespace {
 
@@ -53,6 +56,14 @@ bool startReport()
 {
     const QString folder = QCoreApplication::applicationDirPath();
     return QProcess::startDetached(platform::programFile(folder, QStringLiteral("Report")), {}, folder);
+}
+
+FirstStart::Parts startParts(const WindowActions::Parts& own)
+{
+    Cell& cell = own.cell;
+    return {own.settings,     own.config,         cell.modules().coreCtrl(),
+            cell.port(),      cell.models(),      LanguageSwitch::available(),
+            platform::home(), Scheduler::system()};
 }
 
 void logChange(const AuditChange& change, const QString& user)
@@ -91,7 +102,11 @@ const WindowActions::Row WindowActions::rows[] = {
     {"actionHelp", Anybody,
      [](WindowActions& own) {
          const QString guides = QCoreApplication::applicationDirPath() + QStringLiteral("/docs");
-         show(own.dialog<QHelpUI>(Anybody, [&] { return new QHelpUI(guides, &own.m_parts.window); }));
+         show(own.dialog<QHelpUI>(Anybody, [&] {
+             auto* made = new QHelpUI(guides, &own.m_parts.window);
+             connect(made, &QHelpUI::assistantWanted, &own, [&own] { own.trigger(QStringLiteral("actionAssistant")); });
+             return made;
+         }));
      }},
     {"action_Check", Anybody, [](WindowActions& own) { own.openReport(); }},
     {"actionSystem", Engineers, [](WindowActions& own) { own.openSettings(); }},
@@ -131,6 +146,7 @@ const WindowActions::Row WindowActions::rows[] = {
          show(own.dialog<QPlcMonitorUI>(
              Anybody, [&own] { return new QPlcMonitorUI(own.m_parts.cell.link(), &own.m_parts.window); }));
      }},
+    {"actionAssistant", Engineers, [](WindowActions& own) { own.openFirstStart(); }},
     {"actionAbout", Anybody,
      [](WindowActions& own) {
          show(own.dialog<QAboutUI>(Anybody, [&own] { return new QAboutUI(&own.m_parts.window); }));
@@ -146,6 +162,7 @@ WindowActions::WindowActions(const Parts& parts)
         connect(dialog, &CalibrationDialog::guideWanted, this, &WindowActions::openCalibrationGuide);
         dialog->setUser([this] { return currentUser(); });
     }
+    QTimer::singleShot(0, this, &WindowActions::offerFirstStart);
     if (!parts.userCtrl)
         return;
     connect(parts.userCtrl, &IUserCtrl::sgCurrentUserInfo, this,
@@ -332,6 +349,7 @@ void WindowActions::openModels()
         connect(made, &QModelMangerUI::modelsChanged, this, &WindowActions::logChanges);
         connect(made, &QModelMangerUI::indexTableWanted, this, &WindowActions::openIndexTable);
         connect(made, &QModelMangerUI::teachingWanted, this, &WindowActions::openTeaching);
+        connect(made, &QModelMangerUI::libraryWanted, this, &WindowActions::openLibrary);
         return made;
     }));
 }
@@ -352,6 +370,43 @@ void WindowActions::openTeaching(const QString& name)
         guide->beginModel(name);
     }
     show(guide);
+}
+
+void WindowActions::openLibrary()
+{
+    Cell& cell = m_parts.cell;
+    show(dialog<ModelLibraryDialog>(Engineers, [this, &cell] {
+        auto* made = new ModelLibraryDialog({*cell.models(), cell.controller()->plcIndices(), cell.modules().engine(),
+                                             m_parts.config, platform::home()},
+                                            &m_parts.window);
+        connect(&made->library(), &ModelLibrary::modelsChanged, this, &WindowActions::logChanges);
+        connect(&made->library(), &ModelLibrary::teachingWanted, this, &WindowActions::openTeaching);
+        connect(&made->library(), &ModelLibrary::managerWanted, this, &WindowActions::openModels);
+        return made;
+    }));
+}
+
+/// Besides whatever box the start shows; never where nobody sits.
+void WindowActions::offerFirstStart()
+{
+    if (FirstStart::isAttended() && allowsEngineering() && FirstStart::isWanted(startParts(m_parts)))
+        openFirstStart();
+}
+
+void WindowActions::openFirstStart()
+{
+    show(dialog<FirstStart>(Engineers, [this] {
+        auto* made = new FirstStart(startParts(m_parts), &m_parts.window);
+        connect(made, &FirstStart::settingsApplied, this, &WindowActions::logChanges);
+        connect(made, &FirstStart::settingsApplied, this, &WindowActions::settingsApplied);
+        connect(made, &FirstStart::actionWanted, this, &WindowActions::trigger);
+        connect(made, &FirstStart::teachingWanted, this, [this] {
+            if (m_parts.cell.models())
+                openTeaching({});
+        });
+        connect(made, &FirstStart::calibrationWanted, this, &WindowActions::openCalibrationGuide);
+        return made;
+    }));
 }
 
 void WindowActions::openIndexTable()

@@ -90,6 +90,9 @@ private:
     ResultsDialog* results();
     void openModels();
     void openIndexTable();
+    void offerFirstStart();
+    void openFirstStart();
+    void openLibrary();
     void openTeaching(const QString& name);
     void openCamera(const QString& key);
 

@@ -140,7 +140,7 @@ private slots:
         own.driver->press("nextButton");
         own.engine.refusal.clear();
         own.driver->act({"station2Box", "nextButton"});
-QCOMPARE(own.changes, QStringLiteral("model/五辐/taught:>工位1"));
+        QCOMPARE(own.changes, QStringLiteral("model/五辐/taught:>工位1"));
         QVERIFY(!own.engine.solutions["工位2"].contains("五辐"));
     }
 

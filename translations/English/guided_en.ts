@@ -130,6 +130,61 @@
     </message>
 </context>
 <context>
+    <name>CamerasPage</name>
+    <message>
+        <source>接通相机，等它们出现在列表中；选择一台，分配给工位。</source>
+        <translation>Connect the cameras and wait for them in the list; choose one and give it to a station.</translation>
+    </message>
+    <message>
+        <source>已配置为“%1”</source>
+        <translation>configured as “%1”</translation>
+    </message>
+    <message>
+        <source>正在查找相机…</source>
+        <translation>Looking for cameras…</translation>
+    </message>
+    <message>
+        <source>未能添加相机：%1</source>
+        <translation>The camera was not added: %1</translation>
+    </message>
+    <message>
+        <source>工位%1使用相机“%2”，但未能保存：%3</source>
+        <translation>Station %1 uses camera “%2”, but this was not saved: %3</translation>
+    </message>
+    <message>
+        <source>选中的相机用于工位%1</source>
+        <translation>Use the chosen camera for station %1</translation>
+    </message>
+    <message>
+        <source>选中的相机用于工位%1（现在：%2）</source>
+        <translation>Use the chosen camera for station %1 (now: %2)</translation>
+    </message>
+    <message>
+        <source>还没有配置相机</source>
+        <translation>No camera is configured yet</translation>
+    </message>
+    <message>
+        <source>已配置的相机：%1</source>
+        <translation>Configured cameras: %1</translation>
+    </message>
+    <message>
+        <source>、</source>
+        <translation>, </translation>
+    </message>
+    <message>
+        <source>重新查找(&amp;L)</source>
+        <translation>&amp;Look again</translation>
+    </message>
+    <message>
+        <source>相机管理(&amp;M)…</source>
+        <translation>&amp;Manage cameras…</translation>
+    </message>
+    <message>
+        <source>相机</source>
+        <translation>Cameras</translation>
+    </message>
+</context>
+<context>
     <name>CheckPage</name>
     <message>
         <source>新参数在归档的最近图像上试运行：同型号的零件应找到，别的型号不应找到。选择工位，按“保存”。</source>
@@ -230,6 +285,61 @@ score %2, second %3
     </message>
 </context>
 <context>
+    <name>FirstStart</name>
+    <message>
+        <source>型号</source>
+        <translation>Model</translation>
+    </message>
+    <message>
+        <source>示教第一个型号：给它名称和 PLC 索引，拍一张照，引擎提出参数。</source>
+        <translation>Teach the first model: give it a name and a PLC index, take a picture, and the engine proposes the parameters.</translation>
+    </message>
+    <message>
+        <source>引导示教(&amp;T)…</source>
+        <translation>Guided &amp;teaching…</translation>
+    </message>
+    <message>
+        <source>已有 %1 个型号</source>
+        <translation>%1 models are there</translation>
+    </message>
+    <message>
+        <source>还没有型号</source>
+        <translation>No model yet</translation>
+    </message>
+    <message>
+        <source>工位%1：%2</source>
+        <translation>Station %1: %2</translation>
+    </message>
+    <message>
+        <source>标定有效</source>
+        <translation>calibrated</translation>
+    </message>
+    <message>
+        <source>标定</source>
+        <translation>Calibration</translation>
+    </message>
+    <message>
+        <source>没有标定，X/Y 没有意义；角度不需要标定。</source>
+        <translation>Without a calibration X and Y mean nothing; the angle needs none.</translation>
+    </message>
+    <message>
+        <source>引导标定(&amp;G)…</source>
+        <translation>&amp;Guided calibration…</translation>
+    </message>
+    <message>
+        <source>启动时不再显示此向导</source>
+        <translation>Do not show this assistant at the start again</translation>
+    </message>
+    <message>
+        <source>完成(&amp;D)</source>
+        <translation>&amp;Done</translation>
+    </message>
+    <message>
+        <source>首次使用向导</source>
+        <translation>Start assistant</translation>
+    </message>
+</context>
+<context>
     <name>GuideDialog</name>
     <message>
         <source>下一步(&amp;N)</source>
@@ -242,6 +352,68 @@ score %2, second %3
     <message>
         <source>上一步(&amp;B)</source>
         <translation>&amp;Back</translation>
+    </message>
+</context>
+<context>
+    <name>LanguagePage</name>
+    <message>
+        <source>请选择程序的语言。每一步都可以跳过；以后可在“帮助”窗口重新打开本向导。</source>
+        <translation>Choose the program’s language. Each step can be passed by; the assistant is found again in the help window.</translation>
+    </message>
+    <message>
+        <source>语言</source>
+        <translation>Language</translation>
+    </message>
+</context>
+<context>
+    <name>LibraryTable</name>
+    <message>
+        <source>已示教</source>
+        <translation>taught</translation>
+    </message>
+    <message>
+        <source>未示教</source>
+        <translation>not taught</translation>
+    </message>
+    <message>
+        <source>%1 %（%2 件）</source>
+        <translation>%1 % (%2 parts)</translation>
+    </message>
+    <message>
+        <source>正在运行</source>
+        <translation>running now</translation>
+    </message>
+    <message>
+        <source>图像</source>
+        <translation>Picture</translation>
+    </message>
+    <message>
+        <source>型号</source>
+        <translation>Model</translation>
+    </message>
+    <message>
+        <source>工位1</source>
+        <translation>Station 1</translation>
+    </message>
+    <message>
+        <source>工位2</source>
+        <translation>Station 2</translation>
+    </message>
+    <message>
+        <source>索引 1</source>
+        <translation>Index 1</translation>
+    </message>
+    <message>
+        <source>索引 2</source>
+        <translation>Index 2</translation>
+    </message>
+    <message>
+        <source>最近出现</source>
+        <translation>Last seen</translation>
+    </message>
+    <message>
+        <source>合格率</source>
+        <translation>Yield</translation>
     </message>
 </context>
 <context>
@@ -313,6 +485,76 @@ score %2, second %3
     <message>
         <source>没有找到：整块标定板都要在图像中，行数和每行点数要对，光照要均匀</source>
         <translation>Not found: the whole board has to be in the picture, rows and points in a row have to be right, and the light even</translation>
+    </message>
+</context>
+<context>
+    <name>ModelLibrary</name>
+    <message>
+        <source>引导示教(&amp;T)…</source>
+        <translation>Guided &amp;teaching…</translation>
+    </message>
+    <message>
+        <source>重新示教“%1”(&amp;T)…</source>
+        <translation>&amp;Teach “%1” anew…</translation>
+    </message>
+    <message>
+        <source>%1 / %2 个型号</source>
+        <translation>%1 / %2 models</translation>
+    </message>
+    <message>
+        <source>未能复制“%1”：%2</source>
+        <translation>“%1” was not copied: %2</translation>
+    </message>
+    <message>
+        <source>“%1”的参数已复制到工位%2；孔的示例图像不随之复制</source>
+        <translation>The parameters of “%1” are copied to station %2; its examples stay</translation>
+    </message>
+    <message>
+        <source>查找(&amp;F)</source>
+        <translation>&amp;Find</translation>
+    </message>
+    <message>
+        <source>型号名称的一部分</source>
+        <translation>part of a model’s name</translation>
+    </message>
+    <message>
+        <source>查找型号</source>
+        <translation>Find a model</translation>
+    </message>
+    <message>
+        <source>2 → 1 复制(&amp;1)</source>
+        <translation>Copy 2 → &amp;1</translation>
+    </message>
+    <message>
+        <source>把工位2的参数复制到工位1</source>
+        <translation>Copies the parameters of station 2 to station 1</translation>
+    </message>
+    <message>
+        <source>1 → 2 复制(&amp;2)</source>
+        <translation>Copy 1 → &amp;2</translation>
+    </message>
+    <message>
+        <source>把工位1的参数复制到工位2</source>
+        <translation>Copies the parameters of station 1 to station 2</translation>
+    </message>
+    <message>
+        <source>型号管理(&amp;M)…</source>
+        <translation>&amp;Manage models…</translation>
+    </message>
+    <message>
+        <source>刷新(&amp;R)</source>
+        <translation>&amp;Refresh</translation>
+    </message>
+    <message>
+        <source>最近 %1 天的记录，F5</source>
+        <translation>Records of the last %1 days, F5</translation>
+    </message>
+</context>
+<context>
+    <name>ModelLibraryDialog</name>
+    <message>
+        <source>型号库</source>
+        <translation>Library of models</translation>
     </message>
 </context>
 <context>
@@ -441,6 +683,45 @@ score %2, second %3
     </message>
 </context>
 <context>
+    <name>PortPage</name>
+    <message>
+        <source>正在监听 %1 …</source>
+        <translation>Listening at %1 …</translation>
+    </message>
+    <message>
+        <source>在任何串口都没有收到 PLC 的帧：请检查 PLC 是否运行、接线和波特率 %1</source>
+        <translation>No frame of the PLC at any port: check whether it runs, the cable and the baud rate %1</translation>
+    </message>
+    <message>
+        <source>让 PLC 运行，按“查找”：程序逐个打开串口，收到 PLC 心跳的就是它。</source>
+        <translation>Let the PLC run and press “Find”: the program opens one port after the other; where the PLC’s frames arrive is the one.</translation>
+    </message>
+    <message>
+        <source>串口 %1 已启用，但未能保存</source>
+        <translation>Port %1 is in use, but was not saved</translation>
+    </message>
+    <message>
+        <source>串口 %1 已打开</source>
+        <translation>Port %1 is open</translation>
+    </message>
+    <message>
+        <source>串口 %1 没有打开</source>
+        <translation>Port %1 is not open</translation>
+    </message>
+    <message>
+        <source>查找 PLC(&amp;F)</source>
+        <translation>&amp;Find the PLC</translation>
+    </message>
+    <message>
+        <source>使用选中的串口(&amp;U)</source>
+        <translation>&amp;Use the chosen port</translation>
+    </message>
+    <message>
+        <source>串口</source>
+        <translation>Serial port</translation>
+    </message>
+</context>
+<context>
     <name>ProposalPage</name>
     <message>
         <source>圆圈应落在轮缘和气门孔上。若不对，先点击轮毂中心，再点击气门孔中心，引擎立即重新测量。</source>
@@ -478,10 +759,21 @@ hole radius %5 pixels</translation>
     </message>
 </context>
 <context>
+    <name>QHelpUI</name>
+    <message>
+        <source>首次使用向导(&amp;A)…</source>
+        <translation>Start &amp;assistant…</translation>
+    </message>
+</context>
+<context>
     <name>QModelMangerUI</name>
     <message>
         <source>引导示教(&amp;T)…</source>
         <translation>Guided &amp;teaching…</translation>
+    </message>
+    <message>
+        <source>型号库(&amp;L)…</source>
+        <translation>&amp;Library…</translation>
     </message>
 </context>
 <context>

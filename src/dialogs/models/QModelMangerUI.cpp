@@ -103,6 +103,7 @@ void QModelMangerUI::connectAll()
         const QString name = chosen();
         emit teachingWanted(m_actions.engine().isTaught(name) ? QString() : name);
     });
+    connect(m_ui->libraryButton, &QPushButton::clicked, this, &QModelMangerUI::libraryWanted);
     connect(m_ui->closeButton, &QPushButton::clicked, this, &QModelMangerUI::reject);
     DialogForm::addShortcut(this, Qt::Key_Insert, m_ui->addButton);
     DialogForm::addShortcut(this, Qt::Key_F2, m_ui->modifyButton);

@@ -34,6 +34,8 @@ signals:
     void indexTableWanted();
     /// The guide through the teaching of a model is to be opened: of a new one, or of that name.
     void teachingWanted(const QString& name);
+    /// The library with what each model did is to be opened.
+    void libraryWanted();
 
 protected:
     void changeEvent(QEvent* event) override;
