@@ -338,6 +338,10 @@ score %2, second %3
         <source>首次使用向导</source>
         <translation>Start assistant</translation>
     </message>
+    <message>
+        <source>还没有标定</source>
+        <translation>not calibrated yet</translation>
+    </message>
 </context>
 <context>
     <name>GuideDialog</name>

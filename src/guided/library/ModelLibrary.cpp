@@ -74,10 +74,12 @@ void ModelLibrary::build()
     m_view->setSelectionMode(QAbstractItemView::SingleSelection);
     m_view->setTabKeyNavigation(false);
     m_view->setIconSize(thumbnailBox);
+    m_view->setWordWrap(false);
+    m_view->horizontalHeader()->setHighlightSections(false);
     m_view->verticalHeader()->hide();
     m_view->verticalHeader()->setDefaultSectionSize(thumbnailBox.height() + 6);
     m_view->horizontalHeader()->setSectionResizeMode(LibraryTable::Name, QHeaderView::Stretch);
-    const int widths[] = {thumbnailBox.width() + 12, 0, 96, 96, 84, 84, 150, 150};
+    const int widths[] = {thumbnailBox.width() + 12, 0, 100, 100, 88, 88, 160, 160};
     for (int column = 0; column < LibraryTable::Columns; ++column)
         m_view->setColumnWidth(column, widths[column]);
     auto* top = new QHBoxLayout;

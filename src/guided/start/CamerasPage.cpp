@@ -23,8 +23,10 @@ CamerasPage::CamerasPage(ICoreCtrl* core, ksGlobalConfig& config)
     m_list = addList(rows, "cameraList");
     m_take[0] = addButton(rows, "take1Button");
     m_take[1] = addButton(rows, "take2Button");
-    m_look = addButton(rows, "lookButton");
-    m_manage = addButton(rows, "manageButton");
+    auto* last = new QHBoxLayout;
+    rows->addLayout(last);
+    m_look = addButton(last, "lookButton");
+    m_manage = addButton(last, "manageButton");
     m_poll.setInterval(pollMs);
     connect(&m_poll, &QTimer::timeout, this, &CamerasPage::list);
     connect(m_list, &QListWidget::currentRowChanged, this, &CamerasPage::retranslate);

@@ -9,6 +9,7 @@
 #include <valvecell/ICoreCtrl.h>
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QLayout>
 
@@ -50,10 +51,8 @@ void FirstStart::addPages()
     });
     auto* calibration = new ToolPage([this] {
         QStringList lines;
-        for (int station = 1; station <= 2; ++station) {
-            const QString problem = m_parts.config.calibration(station).problem();
-            lines << tr("工位%1：%2").arg(station).arg(problem.isEmpty() ? tr("标定有效") : problem);
-        }
+        for (int station = 1; station <= 2; ++station)
+            lines << tr("工位%1：%2").arg(station).arg(calibrationState(station));
         return ToolPage::Texts{tr("标定"), tr("没有标定，X/Y 没有意义；角度不需要标定。"), tr("引导标定(&G)…"),
                                lines.join(QLatin1Char('\n'))};
     });
@@ -64,6 +63,24 @@ void FirstStart::addPages()
     connect(cameras, &CamerasPage::camerasWanted, this, [this] { emit actionWanted(QStringLiteral("actionCamera")); });
     connect(model, &ToolPage::toolWanted, this, &FirstStart::teachingWanted);
     connect(calibration, &ToolPage::toolWanted, this, &FirstStart::calibrationWanted);
+}
+
+/// A scale of 1 is what a station has before anybody calibrated it.
+QString FirstStart::calibrationState(int station) const
+{
+    const QString problem = m_parts.config.calibration(station).problem();
+    if (!problem.isEmpty())
+        return problem;
+    const bool untouched = !m_parts.config.use4pointstand && m_parts.config.station(station).twoPoint.scale == 1.0;
+    return untouched ? tr("还没有标定") : tr("标定有效");
+}
+
+/// What the window that a step led to has changed.
+void FirstStart::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        page(step())->retranslate();
+    GuideDialog::changeEvent(event);
 }
 
 bool FirstStart::isAttended()

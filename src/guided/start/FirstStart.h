@@ -53,9 +53,11 @@ protected:
     QString windowText() const override { return tr("首次使用向导"); }
     void finish() override { accept(); }
     void retranslate() override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void addPages();
+    QString calibrationState(int station) const;
 
     const Parts m_parts;
     QCheckBox* m_never;

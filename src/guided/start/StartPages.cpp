@@ -24,12 +24,13 @@ QListWidget* StartPage::addList(QVBoxLayout* rows, const char* name)
 {
     auto* list = new QListWidget(this);
     list->setObjectName(QLatin1String(name));
+    list->setMinimumHeight(2 * listRow);
     list->setStyleSheet(QStringLiteral("QListWidget::item { min-height: %1px; }").arg(listRow));
     rows->addWidget(list, 1);
     return list;
 }
 
-QPushButton* StartPage::addButton(QVBoxLayout* rows, const char* name)
+QPushButton* StartPage::addButton(QBoxLayout* rows, const char* name)
 {
     auto* button = new QPushButton(this);
     button->setObjectName(QLatin1String(name));

@@ -12,6 +12,7 @@
 
 class ICoreCtrl;
 class ISerialPort;
+class QBoxLayout;
 class QLabel;
 class QListWidget;
 class QPushButton;
@@ -34,7 +35,7 @@ signals:
 protected:
     QLabel* addText(QVBoxLayout* rows, const char* name);
     QListWidget* addList(QVBoxLayout* rows, const char* name);
-    QPushButton* addButton(QVBoxLayout* rows, const char* name);
+    QPushButton* addButton(QBoxLayout* rows, const char* name);
     void note(const QString& text);
 
 private:
