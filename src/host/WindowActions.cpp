@@ -16,11 +16,15 @@
 #include "dialogs/plcmonitor/QPlcMonitorUI.h"
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "dialogs/testmode/QTestWidget.h"
+#include "guided/calibration/CalibrationGuide.h"
+#include "guided/library/ModelLibrary.h"
+#include "guided/start/FirstStart.h"
+#include "guided/teaching/TeachingGuide.h"
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
 #include "look/LanguageSwitch.h"
-#include "panels/StationPanels.h"
 #include "panels/AlarmHistory.h"
+#include "panels/StationPanels.h"
 #include "platform/AppHome.h"
 #include "results/ResultsDialog.h"
 #include "results/logs/LogPage.h"
@@ -39,6 +43,7 @@
 #include <QCoreApplication>
 #include <QMainWindow>
 #include <QProcess>
+#include <QTimer>
 
 namespace {
 
@@ -46,6 +51,14 @@ bool startReport()
 {
     const QString folder = QCoreApplication::applicationDirPath();
     return QProcess::startDetached(platform::programFile(folder, QStringLiteral("Report")), {}, folder);
+}
+
+FirstStart::Parts startParts(const WindowActions::Parts& own)
+{
+    Cell& cell = own.cell;
+    return {own.settings,     own.config,         cell.modules().coreCtrl(),
+            cell.port(),      cell.models(),      LanguageSwitch::available(),
+            platform::home(), Scheduler::system()};
 }
 
 void logChange(const AuditChange& change, const QString& user)
@@ -80,8 +93,12 @@ const WindowActions::Row WindowActions::rows[] = {
     {"actionHelp", Anybody,
      [](WindowActions& own) {
          const QString guides = QCoreApplication::applicationDirPath() + QStringLiteral("/docs");
-         own.place(own.dialog<QHelpUI>(Anybody, [&] { return new QHelpUI(guides, &own.m_parts.window); }),
-                   "actionHelp");
+         const auto make = [&] {
+             auto* made = new QHelpUI(guides, &own.m_parts.window);
+             connect(made, &QHelpUI::assistantWanted, &own, [&own] { own.trigger(QStringLiteral("actionAssistant")); });
+             return made;
+         };
+         own.place(own.dialog<QHelpUI>(Anybody, make), "actionHelp");
      }},
     {"action_Check", Anybody, [](WindowActions& own) { own.openReport(); }},
     {"actionResults", Anybody, [](WindowActions& own) { own.openResults(); }},
@@ -127,6 +144,10 @@ const WindowActions::Row WindowActions::rows[] = {
          const auto make = [&own] { return new QPlcMonitorUI(own.m_parts.cell.link(), &own.m_parts.window); };
          own.place(own.dialog<QPlcMonitorUI>(Anybody, make), "actionPlc");
      }},
+    {"actionAssistant", Engineers, [](WindowActions& own) { own.openFirstStart(); }},
+    {"actionGuide", Engineers, [](WindowActions& own) { own.openCalibrationGuide(); }},
+    {"actionTeach", Engineers, [](WindowActions& own) { own.openTeaching({}); }},
+    {"actionLibrary", Engineers, [](WindowActions& own) { own.openLibrary(); }},
     {"actionAbout", Anybody,
      [](WindowActions& own) {
          own.place(own.dialog<QAboutUI>(Anybody, [&own] { return new QAboutUI(&own.m_parts.window); }), "actionAbout");
@@ -139,11 +160,13 @@ WindowActions::WindowActions(const Parts& parts)
 {
     for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{&parts.twoPoint, &parts.fourPoint}) {
         connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);
+        connect(dialog, &CalibrationDialog::guideWanted, this, &WindowActions::openCalibrationGuide);
         dialog->setUser([this] { return currentUser(); });
     }
     showRights();
     connect(&parts.rooms, &Workspaces::actionWanted, this, &WindowActions::trigger);
     connect(this, &WindowActions::settingsApplied, this, &WindowActions::showRights);
+    QTimer::singleShot(0, this, &WindowActions::offerFirstStart);
     if (!parts.userCtrl)
         return;
     connect(parts.userCtrl, &IUserCtrl::sgCurrentUserInfo, this,
@@ -268,6 +291,22 @@ void WindowActions::openCalibration()
         open(m_parts.twoPoint);
 }
 
+void WindowActions::openCalibrationGuide()
+{
+    auto* guide = dialog<CalibrationGuide>(Engineers, [this] {
+        auto* made = new CalibrationGuide(
+            {m_parts.config, m_parts.cell.modules().coreCtrl(), platform::home(), [this] { return currentUser(); }},
+            &m_parts.window);
+        connect(made, &CalibrationGuide::calibrationApplied, this, &WindowActions::logChanges);
+        connect(made, &CalibrationGuide::calibrationApplied, &m_parts.twoPoint, &CalibrationDialog::refresh);
+        connect(made, &CalibrationGuide::calibrationApplied, &m_parts.fourPoint, &CalibrationDialog::refresh);
+        return made;
+    });
+    if (!guide->isVisible())
+        guide->setOneStation(hasOneStation());
+    place(guide, "actionGuide");
+}
+
 void WindowActions::retranslate()
 {
     m_parts.fourPoint.setWindowTitle(tr("图像标定 4点标定"));
@@ -384,9 +423,69 @@ void WindowActions::openModels()
         auto* made = new QModelMangerUI(*cell.models(), cell.modules().engine(), &m_parts.window);
         connect(made, &QModelMangerUI::modelsChanged, this, &WindowActions::logChanges);
         connect(made, &QModelMangerUI::indexTableWanted, this, &WindowActions::openIndexTable);
+        connect(made, &QModelMangerUI::teachingWanted, this, &WindowActions::openTeaching);
+        connect(made, &QModelMangerUI::libraryWanted, this, &WindowActions::openLibrary);
         return made;
     };
     place(dialog<QModelMangerUI>(Engineers, make), "actionManage");
+}
+
+void WindowActions::openTeaching(const QString& name)
+{
+    Cell& cell = m_parts.cell;
+    if (!cell.models())
+        return;
+    auto* guide = dialog<TeachingGuide>(Engineers, [this, &cell] {
+        auto* made = new TeachingGuide(
+            {*cell.models(), cell.modules().engine(), cell.modules().coreCtrl(), m_parts.config, platform::home()},
+            &m_parts.window);
+        connect(made, &TeachingGuide::modelsChanged, this, &WindowActions::logChanges);
+        connect(made, &TeachingGuide::designerWanted, this, [this] { trigger(QStringLiteral("actionSetting")); });
+        return made;
+    });
+    if (!guide->isVisible()) {
+        guide->setOneStation(hasOneStation());
+        guide->beginModel(name);
+    }
+    place(guide, "actionTeach");
+}
+
+void WindowActions::openLibrary()
+{
+    Cell& cell = m_parts.cell;
+    if (!cell.models())
+        return;
+    const auto make = [this, &cell] {
+        auto* made = new ModelLibraryDialog({*cell.models(), cell.controller()->plcIndices(), cell.modules().engine(),
+                                             m_parts.config, platform::home()},
+                                            &m_parts.window);
+        connect(&made->library(), &ModelLibrary::modelsChanged, this, &WindowActions::logChanges);
+        connect(&made->library(), &ModelLibrary::teachingWanted, this, &WindowActions::openTeaching);
+        connect(&made->library(), &ModelLibrary::managerWanted, this, &WindowActions::openModels);
+        return made;
+    };
+    place(dialog<ModelLibraryDialog>(Engineers, make), "actionLibrary");
+}
+
+/// Besides whatever box the start shows; never where nobody sits.
+void WindowActions::offerFirstStart()
+{
+    if (FirstStart::isAttended() && allowsEngineering() && FirstStart::isWanted(startParts(m_parts)))
+        openFirstStart();
+}
+
+void WindowActions::openFirstStart()
+{
+    const auto make = [this] {
+        auto* made = new FirstStart(startParts(m_parts), &m_parts.window);
+        connect(made, &FirstStart::settingsApplied, this, &WindowActions::logChanges);
+        connect(made, &FirstStart::settingsApplied, this, &WindowActions::settingsApplied);
+        connect(made, &FirstStart::actionWanted, this, &WindowActions::trigger);
+        connect(made, &FirstStart::teachingWanted, this, [this] { openTeaching({}); });
+        connect(made, &FirstStart::calibrationWanted, this, &WindowActions::openCalibrationGuide);
+        return made;
+    };
+    place(dialog<FirstStart>(Engineers, make), "actionAssistant");
 }
 
 void WindowActions::openIndexTable()

@@ -94,6 +94,7 @@ private:
     void logInOut();
     void showLogIn();
     void openCalibration();
+    void openCalibrationGuide();
     void openSettings();
     void openReport();
     void openResults();
@@ -104,6 +105,10 @@ private:
     void resetShift(StationPanels& panels, int station);
     void openModels();
     void openIndexTable();
+    void offerFirstStart();
+    void openFirstStart();
+    void openLibrary();
+    void openTeaching(const QString& name);
     void openCamera(const QString& key);
 
     /// Whether what is for engineers may be open now.

@@ -128,6 +128,22 @@ Close anyway?</translation>
         <translation>PLC indices</translation>
     </message>
     <message>
+        <source>引导示教</source>
+        <translation>Teach</translation>
+    </message>
+    <message>
+        <source>型号总览</source>
+        <translation>Overview</translation>
+    </message>
+    <message>
+        <source>引导标定</source>
+        <translation>Guide</translation>
+    </message>
+    <message>
+        <source>首次设置</source>
+        <translation>Set-up</translation>
+    </message>
+    <message>
         <source>报警记录</source>
         <translation>Alarm history</translation>
     </message>
