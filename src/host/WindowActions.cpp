@@ -2,6 +2,7 @@
 
 #include "common/Step.h"
 #include "config/AccessPolicy.h"
+#include "config/ShiftConfig.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
@@ -260,8 +261,10 @@ void WindowActions::retranslate()
 void WindowActions::openSettings()
 {
     auto* settings = dialog<QSystemSettingUI>(Engineers, [this] {
-        auto* made =
-            new QSystemSettingUI(m_parts.settings, m_parts.config, m_parts.policy, m_parts.limits, &m_parts.window);
+        ShiftConfig& shifts = *ShiftConfig::instance();
+        shifts.load();
+        auto* made = new QSystemSettingUI(m_parts.settings, m_parts.config, m_parts.policy, m_parts.limits, shifts,
+                                          &m_parts.window);
         connect(made, &QSystemSettingUI::settingsApplied, this, &WindowActions::logChanges);
         connect(made, &QSystemSettingUI::settingsApplied, this, &WindowActions::settingsApplied);
         return made;
@@ -292,6 +295,7 @@ ResultsDialog* WindowActions::results()
         auto* made = new ResultsDialog(&m_parts.window);
         made->view().setUser([this] { return currentUser(); });
         made->view().setHome(platform::home());
+        connect(this, &WindowActions::settingsApplied, made, [made] { made->view().readShifts(); });
         return made;
     });
 }

@@ -1,10 +1,10 @@
 #include "results/export/forms/ExportMenus.h"
 
+#include "config/ShiftConfig.h"
 #include "db/PartTable.h"
 #include "results/charts/ResultPlot.h"
 #include "results/export/LogExport.h"
 #include "results/export/PictureExport.h"
-#include "results/export/ReportSettings.h"
 #include "results/export/ShiftReport.h"
 #include "results/export/forms/ChartExport.h"
 #include "results/export/forms/ChartPicture.h"
@@ -74,7 +74,9 @@ void ExportMenus::addParts(ExportBar* bar, const std::function<Parts()>& shown)
                           [shown]() -> ExportBar::Work {
                               return [home = shown().table.home, span = spanOf(shown())](const QString& path,
                                                                                          ExportProgress& p) {
-                                  return ShiftReport{home, span, ReportSettings::load(home).cell}.toPdf(path, p);
+                                  ShiftConfig settings;
+                                  settings.load(home);
+                                  return ShiftReport{home, span, settings.reportHeading}.toPdf(path, p);
                               };
                           }));
 }
