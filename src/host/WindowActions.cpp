@@ -22,12 +22,14 @@
 #include "look/LanguageSwitch.h"
 #include "platform/AppHome.h"
 #include "results/ResultsDialog.h"
+#include "results/parts/PartsPage.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/Cell.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
 #include <valvecell/IDesignerEdits.h>
+#include <valvecell/IDesignerImage.h>
 #include <valvecell/ISerialPorts.h>
 #include <valvecell/IUserAudit.h>
 #include <valvecell/IUserCtrl.h>
@@ -295,9 +297,22 @@ ResultsDialog* WindowActions::results()
         auto* made = new ResultsDialog(&m_parts.window);
         made->view().setUser([this] { return currentUser(); });
         made->view().setHome(platform::home());
+        made->view().parts().setDesigner(extensionOf<IDesignerImage>(m_parts.cell.modules().designer()));
+        connect(&made->view().parts(), &PartsPage::designerWanted, this, &WindowActions::openInDesigner);
         connect(this, &WindowActions::settingsApplied, made, [made] { made->view().readShifts(); });
         return made;
     });
+}
+
+void WindowActions::openInDesigner(const QString& picture, const QString& model, int station)
+{
+    if (!allowsEngineering())
+        return askForRights();
+    auto* designer = extensionOf<IDesignerImage>(m_parts.cell.modules().designer());
+    const QString solution = m_parts.config.station(station).solution;
+    m_parts.cell.calls().run(
+        "ksdesigner: openImage()", [&] { designer->openImage(&m_parts.window, solution, model, picture); },
+        CallWatch::Takes);
 }
 
 void WindowActions::showParts(int station, bool failuresOnly)

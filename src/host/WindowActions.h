@@ -87,6 +87,8 @@ private:
     void openSettings();
     void openReport();
     ResultsDialog* results();
+    /// Runs a part's picture again, at the model that it had.
+    void openInDesigner(const QString& picture, const QString& model, int station);
     void openModels();
     void openIndexTable();
     void openCamera(const QString& key);

@@ -337,6 +337,14 @@ user: %4</translation>
         <source>依据</source>
         <translation>Evidence</translation>
     </message>
+    <message>
+        <source>没有保存相机原图：请在系统设置中打开该工位的“原始图像”</source>
+        <translation>The camera’s image was not saved: please switch on “Source images” of the station in the settings</translation>
+    </message>
+    <message>
+        <source>用该型号现在的参数重新检测相机原图</source>
+        <translation>Inspects the camera’s image again, with the present parameters of the model</translation>
+    </message>
 </context>
 <context>
     <name>PartFilterBar</name>
