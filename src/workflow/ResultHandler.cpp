@@ -113,7 +113,7 @@ void ResultHandler::refuse(const Part& part, const QString& reason)
     reading.test = part.trigger.source == Trigger::Test;
     emit readingChanged(part.station, reading);
     if (m_store && !reading.test)
-        m_store->saveSourceImage(part.station, result.taskName, result.originImage);
+        m_store->saveSourceImage(part.station, result.taskName, result.originImage, false);
 }
 
 void ResultHandler::answer(const Part& part)
@@ -168,20 +168,20 @@ void ResultHandler::store(const Part& part, const Verdict& verdict)
     record.errorType = verdict.good ? result.error : static_cast<int>(verdict.error);
     record.matchScore = result.score * 100;
     record.resultTip = verdict.tip;
-    record.value1 = m_store->saveResultImage(part.station, result.taskName, result.image);
+    const bool found = verdict.good && verdict.sent.angle < plc::noticeAngle;
+    record.value1 = m_store->saveResultImage(part.station, result.taskName, result.image, found);
     record.value3 = withSent(result.evidence, part.trigger.plcIndex, verdict.sent);
     record.part = partOf(part.trigger);
     record.part.station = part.station;
     record.part.model = result.taskName;
-    record.part.outcome =
-        verdict.good && verdict.sent.angle < plc::noticeAngle ? PartOutcome::Found : PartOutcome::NotFound;
+    record.part.outcome = found ? PartOutcome::Found : PartOutcome::NotFound;
     record.part.angle = verdict.sent.angle;
     record.part.x = verdict.sent.x;
     record.part.y = verdict.sent.y;
     record.part.score = record.matchScore;
     record.part.resultMs = (part.resultNs - part.trigger.acceptedNs) / nanosecondsInMs;
     record.part.calibration = verdict.calibration;
-    record.part.sourceImage = m_store->saveSourceImage(part.station, result.taskName, result.originImage);
+    record.part.sourceImage = m_store->saveSourceImage(part.station, result.taskName, result.originImage, found);
     m_store->insertResult(record);
 }
 

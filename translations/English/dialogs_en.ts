@@ -795,6 +795,26 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
         <source>报告文件夹：“%1”不是完整路径</source>
         <translation>Folder of reports: “%1” is not a full path</translation>
     </message>
+    <message>
+        <source>未找到的图像保留天数(&amp;W)</source>
+        <translation>Keep images not found for (&amp;W)</translation>
+    </message>
+    <message>
+        <source>未找到的图像保留天数</source>
+        <translation>Days that images not found are kept</translation>
+    </message>
+    <message>
+        <source>天（0：与其他图像相同）</source>
+        <translation>days (0: as others)</translation>
+    </message>
+    <message>
+        <source>只保存未找到的图像</source>
+        <translation>Save only images not found</translation>
+    </message>
+    <message>
+        <source>只保存未找到的工件的图像(&amp;Z)</source>
+        <translation>Only of parts not found (&amp;Z)</translation>
+    </message>
 </context>
 <context>
     <name>QTestWidget</name>

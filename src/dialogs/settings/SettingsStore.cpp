@@ -38,6 +38,11 @@ public:
     void setting(const ConfigKey& key, bool& value, bool) { m_act(key, value, SettingRange()); }
     void setting(const ConfigKey& key, int& value, int, SettingRange range) { m_act(key, value, range); }
     template <typename Value, typename Fallback>
+    void addition(const ConfigKey& key, Value& value, const Fallback&, SettingRange range = {})
+    {
+        m_act(key, value, range);
+    }
+    template <typename Value, typename Fallback>
     void field(const ConfigKey&, const Value&, const Fallback&)
     {
     }

@@ -201,10 +201,10 @@ private slots:
         bench.choose("solutionBox2", "工位3");
         bench.choose("languageBox", "English");
         for (const char* box : {"saveSource1", "saveResult2", "onlineCheck", "protectCheck", "fourPointCheck",
-                                "cleanSource", "cleanResult", "engineerCheck"})
+                                "cleanSource", "cleanResult", "engineerCheck", "onlyFailedCheck"})
             bench.driver.press(box);
         bench.driver.act({"filterEdit=２50", "burstEdit=3", "portEdit= /dev/ttyUSB0 ", "baudEdit=9600", "daysEdit=14",
-                          "dirDaysEdit=60", "recordDaysEdit=0", "spaceEdit=25"});
+                          "dirDaysEdit=60", "failedDaysEdit=90", "recordDaysEdit=0", "spaceEdit=25"});
         QEvent language(QEvent::LanguageChange); // what was typed stays
         QCoreApplication::sendEvent(&bench.dialog, &language);
         bench.driver.press("applyButton");
@@ -218,7 +218,8 @@ private slots:
         QCOMPARE(listed(bench.applied[0]),
                  "COM/Baute:115200>9600 COM/Port:COM3>/dev/ttyUSB0 CheckThread/Enable_RltImg:false>true "
                  "CheckThread/Enable_SrcImg:false>true CheckThread/days:7>14 CheckThread/days_dir:30>60 "
-                 "CheckThread/days_records:1095>0 CheckThread/spacesize:10>25 Image/RltImgSave_st2:false>true "
+                 "CheckThread/days_failed:0>90 CheckThread/days_records:1095>0 CheckThread/spacesize:10>25 "
+                 "Image/OnlyFailed:false>true Image/RltImgSave_st2:false>true "
                  "Image/SrcImgSave_st1:false>true "
                  "TrigDetector/FilterTime:10>3 engineer_only:false>true language/select:Chinese>English "
                  "onlineMode:false>true "
