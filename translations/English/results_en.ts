@@ -228,6 +228,10 @@ user: %4</translation>
         <source>没有符合条件的日志。请选择更多的日期，或放宽类型、内容和用户条件。</source>
         <translation>No line fits. Please choose more days, or fewer conditions of kind, text and user.</translation>
     </message>
+    <message>
+        <source>正在查找更早的日志：已查 %1%</source>
+        <translation>Looking for earlier lines: %1% searched</translation>
+    </message>
 </context>
 <context>
     <name>LogReader</name>
@@ -584,6 +588,10 @@ Please choose a longer time, or fewer conditions of station, model, result and t
     <message>
         <source>以小图代替表格</source>
         <translation>Small pictures in place of the table</translation>
+    </message>
+    <message>
+        <source>正在查找更早的工件：已查 %1%</source>
+        <translation>Looking for earlier parts: %1% searched</translation>
     </message>
 </context>
 <context>

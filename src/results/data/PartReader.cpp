@@ -145,6 +145,8 @@ QString PartReader::from(const PartFilter& filter) const
     when(!all, QStringLiteral("p.outcome IN (%1)").arg(outcomes.join(QLatin1Char(','))));
     when(!filter.text.isEmpty(), QStringLiteral("(p.model LIKE ? ESCAPE '\\' OR p.account LIKE ? ESCAPE '\\' OR "
                                                 "r.resultTip LIKE ? ESCAPE '\\')"));
+    when(filter.since > 0, QStringLiteral("p.wall >= %1").arg(filter.since));
+    when(filter.before > 0, QStringLiteral("p.wall < %1").arg(filter.before));
     when(filter.upTo > 0, QStringLiteral("p.uid <= %1").arg(filter.upTo));
     when(filter.markedOnly, m_reviews ? QStringLiteral("v.mark") : QStringLiteral("0"));
     QString text = QStringLiteral(" FROM %1 p").arg(m_source);
@@ -213,6 +215,35 @@ QVector<PartRow> PartReader::rows(const PartFilter& filter, Column by, Qt::SortO
     for (QSqlQuery query = run(wholeRows(page) + QStringLiteral(" ORDER BY ") + sorting, filter); query.next();)
         rows.append(rowOf(query, m_reviews));
     return rows;
+}
+
+void PartReader::goOn(Search<PartRow>& search, const PartFilter& filter, int limit, int ms)
+{
+    search.goOn(limit, ms, [&] { searchSlice(search, filter, limit); });
+}
+
+/// Parts that are not filled in yet are no table that could be cut.
+void PartReader::searchSlice(Search<PartRow>& search, const PartFilter& filter, int limit)
+{
+    PartFilter slice = filter;
+    const auto ends = span();
+    const qint64 oldest = filter.from.isValid() ? PartTable::wallOf(filter.from) : PartTable::wallOf(ends.first);
+    const qint64 newest = filter.to.isValid() ? PartTable::wallOf(filter.to) : PartTable::wallOf(ends.second) + 1;
+    slice.before = search.before.isNull() ? newest : search.before.toLongLong();
+    QSqlQuery next = run(QStringLiteral("SELECT wall FROM PartTable WHERE wall >= %1 AND wall < %2 ORDER BY wall DESC "
+                                        "LIMIT 1 OFFSET %3")
+                             .arg(oldest)
+                             .arg(slice.before)
+                             .arg(search.rowsASlice));
+    search.ended = m_source != QLatin1String("PartTable") || !next.next();
+    if (!search.ended) {
+        slice.since = next.value(0).toLongLong();
+        search.before = slice.since;
+        search.percent = int(qBound<qint64>(0, 100 * (newest - slice.since) / qMax<qint64>(1, newest - oldest), 99));
+    }
+    next.finish();
+    search.rows += rows(slice, Time, Qt::DescendingOrder, limit - search.rows.size(), 0);
+    search.ended = search.ended || !m_error.isEmpty();
 }
 
 bool PartReader::each(const PartFilter& filter, Column by, Qt::SortOrder order,

@@ -67,7 +67,10 @@ private:
     void choose(int part);
     void showChosen();
     void onRefreshed(int parts, const QString& error, bool frozen);
+    void onSearched(int percent);
     void onCounted(int parts);
+    void showViews(int parts);
+    static QString nothingText();
     void showCount();
     void store(qint64 uid, qint64 wall, bool marked, const QString& comment);
     void restoreLayout();
