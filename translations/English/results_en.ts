@@ -408,6 +408,14 @@ user: %4</translation>
         <source>型号、原因或用户</source>
         <translation>Model, reason, user</translation>
     </message>
+    <message>
+        <source>更早：前一天、前一班</source>
+        <translation>Earlier: the day or shift before</translation>
+    </message>
+    <message>
+        <source>更晚：后一天、后一班</source>
+        <translation>Later: the day or shift after</translation>
+    </message>
 </context>
 <context>
     <name>PartPictures</name>

@@ -133,7 +133,9 @@ QString PartReader::from(const PartFilter& filter) const
     when(filter.from.isValid(), QStringLiteral("p.wall >= ?"));
     when(filter.to.isValid(), QStringLiteral("p.wall < ?"));
     when(filter.station > 0, QStringLiteral("p.station = ?"));
-    when(!filter.model.isEmpty(), QStringLiteral("p.model = ?"));
+    // In a step of a search, it is the time by which the rows are found.
+    const QString plain = filter.before > 0 ? QStringLiteral("+") : QString();
+    when(!filter.model.isEmpty(), plain + QStringLiteral("p.model = ?"));
     const bool all = filter.found && filter.notFound && filter.refused;
     QStringList outcomes;
     for (const auto& [on, outcome] :
@@ -142,7 +144,7 @@ QString PartReader::from(const PartFilter& filter) const
         if (on)
             outcomes << QString::number(int(outcome));
     }
-    when(!all, QStringLiteral("p.outcome IN (%1)").arg(outcomes.join(QLatin1Char(','))));
+    when(!all, plain + QStringLiteral("p.outcome IN (%1)").arg(outcomes.join(QLatin1Char(','))));
     when(!filter.text.isEmpty(), QStringLiteral("(p.model LIKE ? ESCAPE '\\' OR p.account LIKE ? ESCAPE '\\' OR "
                                                 "r.resultTip LIKE ? ESCAPE '\\')"));
     when(filter.since > 0, QStringLiteral("p.wall >= %1").arg(filter.since));
@@ -155,6 +157,11 @@ QString PartReader::from(const PartFilter& filter) const
     if (m_reviews && filter.markedOnly)
         text += QStringLiteral(" JOIN reviews.Review v ON v.wall = p.wall AND v.uid = p.uid");
     return conditions.isEmpty() ? text : text + QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
+}
+
+bool PartReader::isTable() const
+{
+    return m_source == QLatin1String("PartTable");
 }
 
 QSqlQuery PartReader::run(const QString& sql, const PartFilter& filter)
@@ -205,14 +212,19 @@ QString PartReader::wholeRows(const QString& parts) const
     return sql;
 }
 
-/// The page's keys first: only its own rows are looked up in the other tables.
+/// The page's keys first, which an index mostly holds by itself: only its own rows are looked up in the tables.
 QVector<PartRow> PartReader::rows(const PartFilter& filter, Column by, Qt::SortOrder order, int limit, int offset)
 {
     const QString sorting = sortingOf(by, order);
-    const QString page = QStringLiteral("(SELECT p.*%1 ORDER BY %2 LIMIT %3 OFFSET %4)")
-                             .arg(from(filter), sorting, QString::number(limit), QString::number(offset));
+    const QString page =
+        QStringLiteral("(SELECT %1%2 ORDER BY %3 LIMIT %4 OFFSET %5)")
+            .arg(isTable() ? QStringLiteral("p.wall AS keyWall, p.uid AS keyUid") : QStringLiteral("p.*"), from(filter),
+                 sorting, QString::number(limit), QString::number(offset));
+    const QString parts = isTable() ? wholeRows(page + QStringLiteral(" CROSS JOIN PartTable")) +
+                                          QStringLiteral(" WHERE p.wall = keyWall AND p.uid = keyUid")
+                                    : wholeRows(page);
     QVector<PartRow> rows;
-    for (QSqlQuery query = run(wholeRows(page) + QStringLiteral(" ORDER BY ") + sorting, filter); query.next();)
+    for (QSqlQuery query = run(parts + QStringLiteral(" ORDER BY ") + sorting, filter); query.next();)
         rows.append(rowOf(query, m_reviews));
     return rows;
 }
@@ -235,7 +247,7 @@ void PartReader::searchSlice(Search<PartRow>& search, const PartFilter& filter, 
                              .arg(oldest)
                              .arg(slice.before)
                              .arg(search.rowsASlice));
-    search.ended = m_source != QLatin1String("PartTable") || !next.next();
+    search.ended = !isTable() || !next.next();
     if (!search.ended) {
         slice.since = next.value(0).toLongLong();
         search.before = slice.since;

@@ -57,6 +57,8 @@ public:
 
 private:
     void attachReviews();
+    /// All parts are filled in.
+    bool isTable() const;
     void searchSlice(Search<PartRow>& search, const PartFilter& filter, int limit);
     /// FROM and WHERE, with the table `p`.
     QString from(const PartFilter& filter) const;

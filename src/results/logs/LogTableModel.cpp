@@ -12,7 +12,8 @@ LogTableModel::LogTableModel(QObject* parent)
 
 void LogTableModel::refresh()
 {
-    const bool searches = !m_filter.text.isEmpty() || !m_filter.user.isEmpty() || m_filter.changesOnly;
+    const bool searches = !m_filter.text.isEmpty() || !m_filter.user.isEmpty() || m_filter.changesOnly ||
+                          m_filter.least < SystemLog::Trace || m_filter.worst > SystemLog::Error;
     const auto read = [home = m_home, filter = m_filter, searches](int number, qint64 upTo) {
         platform::lowerThreadPriority(); // the production goes first
         Page page;

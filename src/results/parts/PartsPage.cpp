@@ -357,6 +357,7 @@ void PartsPage::showChosen()
 void PartsPage::showDay(int station, bool failuresOnly)
 {
     m_filter->setFilter(PartFilterBar::Today, station, !failuresOnly, true, true);
+    m_asPictures->setChecked(failuresOnly);
 }
 
 void PartsPage::showTimes(const QDateTime& from, const QDateTime& to)

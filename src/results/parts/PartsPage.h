@@ -42,7 +42,7 @@ public:
     /// Goes to the text filter.
     void find();
 
-    /// Today's parts of a station (0: both): all, or those that were not found or refused.
+    /// Today's parts of a station (0: both): all, or those that were not found or refused, as small pictures.
     void showDay(int station, bool failuresOnly);
     void showFailures(int station) { showDay(station, true); }
     void showTimes(const QDateTime& from, const QDateTime& to);
