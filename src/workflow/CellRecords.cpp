@@ -165,12 +165,21 @@ void CellRecords::thin()
 
 void CellRecords::acceptClock()
 {
+    const QVector<ClockGuard*> guards = clocks();
+    for (ClockGuard* guard : guards)
+        guard->accept();
+}
+
+QVector<ClockGuard*> CellRecords::clocks() const
+{
+    QVector<ClockGuard*> guards;
     for (const Cleaner& cleaner : m_cleaners)
-        cleaner.thread->acceptClock();
+        guards << &cleaner.thread->clock();
     if (m_results)
-        m_results->thinner().acceptClock();
+        guards << &m_results->thinner().clock();
     if (m_log)
-        m_log->thinner().acceptClock();
+        guards << &m_log->thinner().clock();
+    return guards;
 }
 
 bool CellRecords::isKeepingShortened() const
@@ -204,11 +213,11 @@ void CellRecords::checkClock()
     const QDateTime last = m_results->lastTime();
     if (now.date() >= madeOn && !(last.isValid() && now.secsTo(last) > tolerance))
         return;
-    for (const Cleaner& cleaner : m_cleaners)
-        cleaner.thread->distrustClock(now);
-    m_results->thinner().distrustClock(now);
-    if (m_log)
-        m_log->thinner().distrustClock(now);
+    SystemLog::warning(
+        QDiskCleanThread::tr("系统时间突变为%1，暂停按天数清理%2").arg(now.toString(Qt::ISODate), m_home));
+    const QVector<ClockGuard*> guards = clocks();
+    for (ClockGuard* guard : guards)
+        guard->distrust(now);
 }
 
 void CellRecords::openModelLibrary(PlcIndexTable& indices, const QStringList& stations)
@@ -249,7 +258,7 @@ void CellRecords::setUser(const QString& name)
     m_store->setUser(name);
 }
 
-/// All cleaners look at the same drive, so one speaks for all; a jump of the clock may meet any first.
+/// All cleaners look at the same drive, so one speaks for all; a jump of the clock may meet any guard first.
 CellRecords::Health CellRecords::health() const
 {
     Health health;
@@ -259,14 +268,11 @@ CellRecords::Health CellRecords::health() const
     health.imagesUnwritable = m_archive->isUnwritable();
     if (!m_cleaners.empty())
         health.freeMiB = m_cleaners.front().thread->lastFreeMiB();
-    for (const Cleaner& cleaner : m_cleaners) {
+    const QVector<ClockGuard*> guards = clocks();
+    for (const ClockGuard* guard : guards) {
         if (!health.clockJump.isValid())
-            health.clockJump = cleaner.thread->clockJump();
+            health.clockJump = guard->jump();
     }
-    if (m_results && !health.clockJump.isValid())
-        health.clockJump = m_results->thinner().clockJump();
-    if (m_log && !health.clockJump.isValid())
-        health.clockJump = m_log->thinner().clockJump();
     if (m_recorder)
         health.resultsWaiting = m_recorder->waiting();
     if (m_results)

@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+class ClockGuard;
 class ImageArchive;
 class ModelManager;
 class PlcIndexTable;
@@ -109,6 +110,8 @@ private:
     /// A step at a time, unless rows wait.
     void thin();
     void thinAsSet();
+    /// Of all that deletes by age.
+    QVector<ClockGuard*> clocks() const;
     /// A clock that runs before the last row, or before this program was made, was wrong at the start already.
     void checkClock();
     void openLibrary();
