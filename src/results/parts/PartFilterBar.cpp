@@ -129,6 +129,8 @@ PartFilter PartFilterBar::filter() const
         filter.to = m_to->dateTime();
         break;
     }
+    if (endsNow()) // parts of a clock that was far ahead are none of these days
+        filter.to = midnight(-2);
     filter.station = m_station->currentIndex();
     filter.model = m_model->currentIndex() > 0 ? m_model->currentText() : QString();
     filter.found = m_outcomes[int(PartOutcome::Found)]->isChecked();
@@ -137,6 +139,12 @@ PartFilter PartFilterBar::filter() const
     filter.markedOnly = m_marked->isChecked();
     filter.text = m_text->text().trimmed();
     return filter;
+}
+
+bool PartFilterBar::endsNow() const
+{
+    const int period = m_period->currentIndex();
+    return period == Today || period == Week || period == Month;
 }
 
 QString PartFilterBar::problem() const
@@ -214,7 +222,7 @@ void PartFilterBar::step(int direction)
 {
     const PartFilter shown = filter();
     const qint64 begin = PartTable::wallOf(shown.from);
-    const qint64 end = PartTable::wallOf(shown.to.isValid() ? shown.to : midnight(-1));
+    const qint64 end = PartTable::wallOf(endsNow() ? midnight(-1) : shown.to);
     const Shifts::Shift shift = m_shifts.at(begin);
     if (m_shifts.count() > 1 && shift.begin == begin && shift.end == end) {
         const Shifts::Shift other = direction < 0 ? m_shifts.previous(shift) : m_shifts.next(shift);

@@ -52,6 +52,7 @@ private:
     void showPeriod();
     /// As much time before (-1) or after (1) what is chosen: a day, a shift, or what it is.
     void step(int direction);
+    bool endsNow() const;
     void showSpan(qint64 begin, qint64 end);
     void arrange();
 

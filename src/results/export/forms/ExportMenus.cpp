@@ -39,9 +39,10 @@ ReportData::Span ExportMenus::spanOf(const Parts& parts)
     const qint64 end = filter.to.isValid() ? PartTable::wallOf(filter.to) : now;
     if (begin == whole.begin && (end == whole.end || (end > now && whole.end > now)))
         return whole;
-    const QString last = PartTable::timeOf(end - 1).toString(QStringLiteral("yyyy-MM-dd"));
+    const qint64 shown = qMin(end, qMax(now, begin + 1));
+    const QString last = PartTable::timeOf(shown - 1).toString(QStringLiteral("yyyy-MM-dd"));
     const QString first = filter.from.toString(QStringLiteral("yyyy-MM-dd"));
-    return {first == last ? first : tr("%1 至 %2").arg(first, last), begin, end};
+    return {first == last ? first : tr("%1 至 %2").arg(first, last), begin, shown};
 }
 
 void ExportMenus::addParts(ExportBar* bar, const std::function<Parts()>& shown)
