@@ -739,5 +739,9 @@ Please choose a longer time, or fewer conditions of station, model, result and t
         <source>没有符合条件的工件，请选择更长的时间或放宽条件</source>
         <translation>No part fits. Please choose a longer time or fewer conditions.</translation>
     </message>
+    <message>
+        <source>正在读取…</source>
+        <translation>Reading…</translation>
+    </message>
 </context>
 </TS>
