@@ -2,6 +2,7 @@
 
 #include "common/Step.h"
 #include "config/AccessPolicy.h"
+#include "config/ShiftConfig.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
@@ -36,6 +37,7 @@
 #include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
 #include <valvecell/IDesignerEdits.h>
+#include <valvecell/IDesignerImage.h>
 #include <valvecell/ISerialPorts.h>
 #include <valvecell/IUserAudit.h>
 #include <valvecell/IUserCtrl.h>
@@ -316,8 +318,10 @@ void WindowActions::retranslate()
 void WindowActions::openSettings()
 {
     auto* settings = dialog<QSystemSettingUI>(Engineers, [this] {
-        auto* made =
-            new QSystemSettingUI(m_parts.settings, m_parts.config, m_parts.policy, m_parts.limits, &m_parts.window);
+        ShiftConfig& shifts = *ShiftConfig::instance();
+        shifts.load();
+        auto* made = new QSystemSettingUI(m_parts.settings, m_parts.config, m_parts.policy, m_parts.limits, shifts,
+                                          &m_parts.window);
         connect(made, &QSystemSettingUI::settingsApplied, this, &WindowActions::logChanges);
         connect(made, &QSystemSettingUI::settingsApplied, this, &WindowActions::settingsApplied);
         return made;
@@ -382,8 +386,22 @@ ResultsDialog* WindowActions::results()
         auto* made = new ResultsDialog(&m_parts.window);
         made->view().setUser([this] { return currentUser(); });
         made->view().setHome(platform::home());
+        made->view().parts().setDesigner(extensionOf<IDesignerImage>(m_parts.cell.modules().designer()));
+        connect(&made->view().parts(), &PartsPage::designerWanted, this, &WindowActions::openInDesigner);
+        connect(this, &WindowActions::settingsApplied, made, [made] { made->view().readShifts(); });
         return made;
     });
+}
+
+void WindowActions::openInDesigner(const QString& picture, const QString& model, int station)
+{
+    if (!allowsEngineering())
+        return askForRights();
+    auto* designer = extensionOf<IDesignerImage>(m_parts.cell.modules().designer());
+    const QString solution = m_parts.config.station(station).solution;
+    m_parts.cell.calls().run(
+        "ksdesigner: openImage()", [&] { designer->openImage(&m_parts.window, solution, model, picture); },
+        CallWatch::Takes);
 }
 
 void WindowActions::showParts(int station, bool failuresOnly)

@@ -103,6 +103,8 @@ private:
     void openTest();
     ResultsDialog* results();
     void resetShift(StationPanels& panels, int station);
+    /// Runs a part's picture again, at the model that it had.
+    void openInDesigner(const QString& picture, const QString& model, int station);
     void openModels();
     void openIndexTable();
     void offerFirstStart();

@@ -62,6 +62,8 @@ QString what(const Alarm& alarm)
         return Texts::tr("相机%1不断送来未请求的图像，已丢弃").arg(alarm.subject);
     case Alarm::ModuleFault:
         return Texts::tr("模块%1：%2").arg(alarm.subject, alarm.detail);
+    case Alarm::ReportUnwritten:
+        return alarm.detail;
     case Alarm::DiskLow:
         return Texts::tr("磁盘空间不足，剩余%1 GB").arg(alarm.detail);
     case Alarm::ImagesUnwritable:
@@ -102,6 +104,8 @@ Help helpOf(const Alarm& alarm)
         return {Texts::tr("关闭相机的连续采集或外部触发"), "actionCamera", Texts::tr("相机管理")};
     case Alarm::ModuleFault:
         return {Texts::tr("请将系统日志交给该模块的提供者"), "actionDevice", Texts::tr("设备管理")};
+    case Alarm::ReportUnwritten:
+        return {Texts::tr("检查报告文件夹和磁盘，恢复后自动补写"), "actionSystem", Texts::tr("系统设置")};
     case Alarm::CameraUnknown:
         return {Texts::tr("为该工位选择现有的相机"), "actionSystem", Texts::tr("系统设置")};
     case Alarm::NoResult:

@@ -126,7 +126,7 @@ void ResultHandler::refuse(const Part& part, const QString& reason)
     StationReading reading = readingOf(part.trigger, plc::nothingFoundAngle, error, words);
     reading.taskTime = result.taskTime;
     if (m_store && !reading.test)
-        reading.sourceImage = m_store->saveSourceImage(part.station, result.taskName, result.originImage);
+        reading.sourceImage = m_store->saveSourceImage(part.station, result.taskName, result.originImage, false);
     emit readingChanged(part.station, reading);
 }
 
@@ -184,13 +184,13 @@ void ResultHandler::store(const Part& part, Verdict& verdict)
     record.matchScore = result.score * 100;
     record.resultTip = verdict.tip;
     record.time = verdict.time;
-    record.value1 = verdict.resultImage = m_store->saveResultImage(part.station, result.taskName, result.image);
+    const bool found = verdict.good && verdict.sent.angle < plc::noticeAngle;
+    record.value1 = verdict.resultImage = m_store->saveResultImage(part.station, result.taskName, result.image, found);
     record.value3 = withSent(result.evidence, part.trigger.plcIndex, verdict.sent);
     record.part = partOf(part.trigger);
     record.part.station = part.station;
     record.part.model = result.taskName;
-    record.part.outcome =
-        verdict.good && verdict.sent.angle < plc::noticeAngle ? PartOutcome::Found : PartOutcome::NotFound;
+    record.part.outcome = found ? PartOutcome::Found : PartOutcome::NotFound;
     record.part.angle = verdict.sent.angle;
     record.part.x = verdict.sent.x;
     record.part.y = verdict.sent.y;
@@ -198,7 +198,7 @@ void ResultHandler::store(const Part& part, Verdict& verdict)
     record.part.resultMs = (part.resultNs - part.trigger.acceptedNs) / nanosecondsInMs;
     record.part.calibration = verdict.calibration;
     record.part.sourceImage = verdict.sourceImage =
-        m_store->saveSourceImage(part.station, result.taskName, result.originImage);
+        m_store->saveSourceImage(part.station, result.taskName, result.originImage, found);
     m_store->insertResult(record);
 }
 

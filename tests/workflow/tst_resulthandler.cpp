@@ -21,11 +21,11 @@ struct FakeStore : IResultStore
         : port(p)
     {
     }
-    QString saveSourceImage(int station, const QString& model, const QImage& image) override
+    QString saveSourceImage(int station, const QString& model, const QImage& image, bool) override
     {
         return note("source", station, model, image);
     }
-    QString saveResultImage(int station, const QString& model, const QImage& image) override
+    QString saveResultImage(int station, const QString& model, const QImage& image, bool) override
     {
         return note("result", station, model, image);
     }

@@ -982,6 +982,10 @@ Close anyway?</translation>
         <source>请由本机的管理人员从备份恢复</source>
         <translation>The keeper of this machine restores it from a backup</translation>
     </message>
+    <message>
+        <source>检查报告文件夹和磁盘，恢复后自动补写</source>
+        <translation>Check the folder of reports and the disk; it is written once they are well</translation>
+    </message>
 </context>
 <context>
     <name>ViewMenu</name>

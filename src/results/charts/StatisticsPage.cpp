@@ -101,6 +101,9 @@ StatisticsPage::StatisticsPage(QWidget* parent)
     column->addWidget(m_lower, 2);
     column->addWidget(m_summary);
     m_summary->setWordWrap(true);
+    m_plot->hide();
+    m_lower->hide();
+    column->addStretch();
     column->addWidget(m_exports);
     ExportMenus::addChart(m_exports, m_plot, [this] { return m_answer; });
     m_message->sayOrHide(Tone::Plain, {});
@@ -125,6 +128,8 @@ StatisticsPage::StatisticsPage(QWidget* parent)
 
 StatisticsPage::~StatisticsPage()
 {
+    if (m_plot->isHidden())
+        m_message->sayOrHide(Tone::Plain, tr("正在读取…"));
     if (m_goOn)
         *m_goOn = false;
 }
@@ -242,7 +247,9 @@ void StatisticsPage::draw()
                            .arg(m_tally.notFound)
                            .arg(m_tally.refused)
                            .arg(qIsNaN(yield) ? QStringLiteral("–") : QString::number(yield, 'f', 2)));
-    m_lower->setVisible(Charts::hasLower(m_answer.question.kind));
+    const bool any = m_tally.parts() > 0; // axes of nothing would lie
+    m_plot->setVisible(any);
+    m_lower->setVisible(any && Charts::hasLower(m_answer.question.kind));
     Charts::show(m_answer, m_marks, m_plot, m_lower);
 }
 

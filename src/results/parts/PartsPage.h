@@ -42,7 +42,7 @@ public:
     /// Goes to the text filter.
     void find();
 
-    /// Today's parts of a station (0: both): all, or those that were not found or refused.
+    /// Today's parts of a station (0: both): all, or those that were not found or refused, as small pictures.
     void showDay(int station, bool failuresOnly);
     void showFailures(int station) { showDay(station, true); }
     void showTimes(const QDateTime& from, const QDateTime& to);
@@ -69,7 +69,10 @@ private:
     void choose(int part);
     void showChosen();
     void onRefreshed(int parts, const QString& error, bool frozen);
+    void onSearched(int percent);
     void onCounted(int parts);
+    void showViews(int parts);
+    static QString nothingText();
     void showCount();
     void store(qint64 uid, qint64 wall, bool marked, const QString& comment);
     void restoreLayout();
