@@ -38,8 +38,12 @@
 #include <QCoreApplication>
 #include <QMainWindow>
 #include <QProcess>
+#include <QTimer>
 
 namespace {
+
+/// The two pages that take longest to make are made while nobody waits, and before the cell is at work.
+constexpr int warmUpMs = 1500;
 
 bool startReport()
 {
@@ -76,12 +80,7 @@ const WindowActions::Row WindowActions::rows[] = {
      }},
     {"actionManage", Engineers, [](WindowActions& own) { own.openModels(); }},
     {"actionTest", Engineers, [](WindowActions& own) { own.openTest(); }},
-    {"actionHelp", Anybody,
-     [](WindowActions& own) {
-         const QString guides = QCoreApplication::applicationDirPath() + QStringLiteral("/docs");
-         own.place(own.dialog<QHelpUI>(Anybody, [&] { return new QHelpUI(guides, &own.m_parts.window); }),
-                   "actionHelp");
-     }},
+    {"actionHelp", Anybody, [](WindowActions& own) { own.place(own.help(), "actionHelp"); }},
     {"action_Check", Anybody, [](WindowActions& own) { own.openReport(); }},
     {"actionResults", Anybody, [](WindowActions& own) { own.openResults(); }},
     {"actionLog", Anybody, [](WindowActions& own) { own.openLog(); }},
@@ -140,6 +139,8 @@ WindowActions::WindowActions(const Parts& parts)
         connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);
         dialog->setUser([this] { return currentUser(); });
     }
+    QTimer::singleShot(warmUpMs, this, &WindowActions::results);
+    QTimer::singleShot(2 * warmUpMs, this, &WindowActions::help);
     showRights();
     connect(&parts.rooms, &Workspaces::actionWanted, this, &WindowActions::trigger);
     connect(this, &WindowActions::settingsApplied, this, &WindowActions::showRights);
@@ -334,6 +335,12 @@ void WindowActions::openTest()
 {
     m_parts.test.setOneStation(hasOneStation());
     m_parts.rooms.openTool(&m_parts.test);
+}
+
+QHelpUI* WindowActions::help()
+{
+    const QString guides = QCoreApplication::applicationDirPath() + QStringLiteral("/docs");
+    return dialog<QHelpUI>(Anybody, [&] { return new QHelpUI(guides, &m_parts.window); });
 }
 
 ResultsDialog* WindowActions::results()

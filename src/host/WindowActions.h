@@ -12,6 +12,7 @@ class CellLimits;
 class IUserCtrl;
 class LicenceDesk;
 class LogPage;
+class QHelpUI;
 class QMainWindow;
 class QTestWidget;
 class ResultsDialog;
@@ -95,6 +96,7 @@ private:
     void openAlarms();
     void openTest();
     ResultsDialog* results();
+    QHelpUI* help();
     void openModels();
     void openIndexTable();
     void openCamera(const QString& key);
