@@ -49,6 +49,9 @@
 
 namespace {
 
+/// The two pages that take longest to make are made while nobody waits, and before the cell is at work.
+constexpr int warmUpMs = 1500;
+
 bool startReport()
 {
     const QString folder = QCoreApplication::applicationDirPath();
@@ -92,16 +95,7 @@ const WindowActions::Row WindowActions::rows[] = {
      }},
     {"actionManage", Engineers, [](WindowActions& own) { own.openModels(); }},
     {"actionTest", Engineers, [](WindowActions& own) { own.openTest(); }},
-    {"actionHelp", Anybody,
-     [](WindowActions& own) {
-         const QString guides = QCoreApplication::applicationDirPath() + QStringLiteral("/docs");
-         const auto make = [&] {
-             auto* made = new QHelpUI(guides, &own.m_parts.window);
-             connect(made, &QHelpUI::assistantWanted, &own, [&own] { own.trigger(QStringLiteral("actionAssistant")); });
-             return made;
-         };
-         own.place(own.dialog<QHelpUI>(Anybody, make), "actionHelp");
-     }},
+    {"actionHelp", Anybody, [](WindowActions& own) { own.place(own.help(), "actionHelp"); }},
     {"action_Check", Anybody, [](WindowActions& own) { own.openReport(); }},
     {"actionResults", Anybody, [](WindowActions& own) { own.openResults(); }},
     {"actionLog", Anybody, [](WindowActions& own) { own.openLog(); }},
@@ -165,6 +159,8 @@ WindowActions::WindowActions(const Parts& parts)
         connect(dialog, &CalibrationDialog::guideWanted, this, &WindowActions::openCalibrationGuide);
         dialog->setUser([this] { return currentUser(); });
     }
+    QTimer::singleShot(warmUpMs, this, &WindowActions::results);
+    QTimer::singleShot(2 * warmUpMs, this, &WindowActions::help);
     showRights();
     connect(&parts.rooms, &Workspaces::actionWanted, this, &WindowActions::trigger);
     connect(this, &WindowActions::settingsApplied, this, &WindowActions::showRights);
@@ -378,6 +374,16 @@ void WindowActions::openTest()
 {
     m_parts.test.setOneStation(hasOneStation());
     m_parts.rooms.openTool(&m_parts.test);
+}
+
+QHelpUI* WindowActions::help()
+{
+    const QString guides = QCoreApplication::applicationDirPath() + QStringLiteral("/docs");
+    return dialog<QHelpUI>(Anybody, [&] {
+        auto* made = new QHelpUI(guides, &m_parts.window);
+        connect(made, &QHelpUI::assistantWanted, this, [this] { trigger(QStringLiteral("actionAssistant")); });
+        return made;
+    });
 }
 
 ResultsDialog* WindowActions::results()

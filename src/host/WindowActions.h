@@ -12,6 +12,7 @@ class CellLimits;
 class IUserCtrl;
 class LicenceDesk;
 class LogPage;
+class QHelpUI;
 class QMainWindow;
 class QTestWidget;
 class ResultsDialog;
@@ -105,6 +106,7 @@ private:
     void resetShift(StationPanels& panels, int station);
     /// Runs a part's picture again, at the model that it had.
     void openInDesigner(const QString& picture, const QString& model, int station);
+    QHelpUI* help();
     void openModels();
     void openIndexTable();
     void offerFirstStart();

@@ -13,7 +13,7 @@ ShellButton::ShellButton(QAction* action, QWidget* parent)
     setObjectName(action->objectName() + QLatin1String("Button"));
     setDefaultAction(action);
     setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    setIconSize({26, 26});
+    setIconSize({24, 24});
     setFocusPolicy(Qt::TabFocus);
     setAutoRaise(true);
     if (action->menu())
@@ -52,7 +52,12 @@ QSize ShellButton::sizeHint() const
 {
     ensurePolished();
     const int text = fontMetrics().horizontalAdvance(this->text());
-    return {qMax(64, text + 16), iconSize().height() + fontMetrics().height() + 12};
+    return {qMax(64, text + 16), iconSize().height() + fontMetrics().height() + 14};
+}
+
+QSize ShellButton::minimumSizeHint() const
+{
+    return {sizeHint().width(), iconSize().height() + fontMetrics().height() + 4};
 }
 
 void ShellButton::paintEvent(QPaintEvent* event)

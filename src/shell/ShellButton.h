@@ -16,7 +16,8 @@ public:
     static void mark(QToolButton* button, bool current);
 
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    /// In a low window nothing but the finger's height is left.
+    QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

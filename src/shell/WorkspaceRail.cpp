@@ -22,7 +22,7 @@ WorkspaceRail::WorkspaceRail(QWidget* parent)
 QToolButton* WorkspaceRail::add(QAction* action)
 {
     auto* button = new ShellButton(action, this);
-    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     return button;
 }
 

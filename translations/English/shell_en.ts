@@ -93,7 +93,7 @@
     </message>
     <message>
         <source>未登录</source>
-        <translation>Nobody</translation>
+        <translation>None</translation>
     </message>
     <message>
         <source>点按登录</source>
