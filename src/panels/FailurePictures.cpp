@@ -22,7 +22,7 @@ constexpr QSize smallBox(320, 240);
 constexpr int leastWidth = 92;
 constexpr int mostWidth = 220;
 constexpr int leastHeight = 56;
-constexpr int gap = 6;
+constexpr int cellGap = 6;
 constexpr int captionHeight = 16;
 constexpr int writingMs = 10000;
 constexpr int retryMs = 1000;
@@ -89,8 +89,8 @@ void FailurePictures::setParts(const QVector<PartRow>& parts)
 /// As many columns and rows as cells of at least the least size fit, which are not more than the parts.
 QSize FailurePictures::grid() const
 {
-    const int columns = qMax(1, (width() + gap) / (leastWidth + gap));
-    const int rows = qMax(1, (height() + gap) / (leastHeight + captionHeight + gap));
+    const int columns = qMax(1, (width() + cellGap) / (leastWidth + cellGap));
+    const int rows = qMax(1, (height() + cellGap) / (leastHeight + captionHeight + cellGap));
     const int all = StationTally::failuresKept;
     const int used = qMin(rows, (all + columns - 1) / columns);
     return {qMin(columns, (all + used - 1) / used), used};
@@ -104,10 +104,10 @@ int FailurePictures::shown() const
 QRect FailurePictures::cellOf(int place) const
 {
     const QSize cells = grid();
-    const int cellWidth = qMin(mostWidth, (width() + gap) / cells.width() - gap);
-    const int cellHeight = qMin((height() + gap) / cells.height() - gap, cellWidth * 4 / 5 + captionHeight);
-    return {(place % cells.width()) * (cellWidth + gap), (place / cells.width()) * (cellHeight + gap), cellWidth,
-            cellHeight};
+    const int cellWidth = qMin(mostWidth, (width() + cellGap) / cells.width() - cellGap);
+    const int cellHeight = qMin((height() + cellGap) / cells.height() - cellGap, cellWidth * 4 / 5 + captionHeight);
+    return {(place % cells.width()) * (cellWidth + cellGap), (place / cells.width()) * (cellHeight + cellGap),
+            cellWidth, cellHeight};
 }
 
 const PartRow* FailurePictures::partAt(const QPoint& position) const

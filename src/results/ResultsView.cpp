@@ -155,8 +155,8 @@ void ResultsView::showDay(int station, bool failuresOnly)
 
 void ResultsView::showPart(int station, qint64 wall)
 {
+    setCurrentWidget(m_parts); // which may have it read anew first
     m_parts->showPartAt(station, wall);
-    setCurrentWidget(m_parts);
 }
 
 QSize ResultsView::usualSize()
