@@ -17,7 +17,7 @@ using Proposal = IModelProposer::Proposal;
 
 constexpr double smallestCrop = 0.5; // of the image's shorter side: a wheel needs as much around a click on its centre
 
-QPointF pointOf(const cv::Point2d& point)
+QPointF asPoint(const cv::Point2d& point)
 {
     return {point.x, point.y};
 }
@@ -47,14 +47,14 @@ void glance(const cv::Mat& gray, const Hints& hints, finder::Outline* hub, Propo
     const finder::FindResult found = finder.find(gray(part), finder::autoModel());
     *hub = found.hub;
     hub->center += corner;
-    seen->center = pointOf(hub->center);
+    seen->center = asPoint(hub->center);
     seen->rimRadius = hub->radius;
     if (found.found()) {
-        seen->hole = pointOf(found.hole + corner);
+        seen->hole = asPoint(found.hole + corner);
         seen->holeRadius = found.holeRadius;
     } else if (!finder.trace().holes.empty()) {
         const finder::Outline outline = finder.trace().holes.front().outline();
-        seen->hole = pointOf(outline.center + corner);
+        seen->hole = asPoint(outline.center + corner);
         seen->holeRadius = outline.radius;
     }
     if (hints.hole)
@@ -68,9 +68,9 @@ void confirm(const cv::Mat& gray, Proposal* proposal)
     if (!finder::applyParameters(proposal->parameters, &model, &proposal->error))
         return;
     const finder::FindResult found = finder::Finder().find(gray, model);
-    proposal->center = pointOf(found.hub.center);
+    proposal->center = asPoint(found.hub.center);
     proposal->rimRadius = found.hub.radius;
-    proposal->hole = pointOf(found.hole);
+    proposal->hole = asPoint(found.hole);
     proposal->holeRadius = found.holeRadius;
     proposal->angle = found.angle;
     proposal->score = found.score;

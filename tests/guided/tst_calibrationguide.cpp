@@ -5,6 +5,7 @@
 
 #include <QComboBox>
 #include <QMenu>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTableWidget>
 #include <QToolButton>
@@ -144,6 +145,9 @@ private slots:
         own.driver->press("nextButton");
         QVERIFY(own.driver->text<QLabel>("factsLabel").contains("畸变"));
         own.driver->act({"nextButton", "nextButton"});
+        QCOMPARE(
+            QSettings(own.bench.home.path("/user/board.ini"), QSettings::IniFormat).value("Board/Pitch").toDouble(),
+            12.5);
         const StationConfig& station = own.bench.config()->station(1);
         const Calibration made = own.bench.config()->calibration(1);
         QVERIFY2(std::abs(made.mmPerPixel() - 0.25) < 1e-4, qPrintable(QString::number(made.mmPerPixel())));

@@ -1,6 +1,7 @@
 #include "guided/calibration/CalibrationGuide.h"
 
 #include "common/ImageFile.h"
+#include "config/IniFile.h"
 #include "config/ksGlobalConfig.h"
 #include "dialogs/calibration/CalibrationDesk.h"
 #include "dialogs/calibration/CalibrationFit.h"
@@ -14,9 +15,14 @@
 #include <QMenu>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace {
+
 constexpr int listedCalibrations = 20;
-}
+const QString boardFile = QStringLiteral("/user/board.ini");
+
+} // namespace
 
 CalibrationGuide::CalibrationGuide(const Parts& parts, QWidget* parent)
     : GuideDialog(parent)
@@ -28,6 +34,7 @@ CalibrationGuide::CalibrationGuide(const Parts& parts, QWidget* parent)
     m_earlier = addButton(QStringLiteral("earlierButton"));
     m_earlier->setMenu(new QMenu(this));
     connect(m_earlier->menu(), &QMenu::aboutToShow, this, &CalibrationGuide::listEarlier);
+    readBoard();
     addPages();
     connect(m_desk, &PictureDesk::taken, this,
             [this](const QImage& picture, const QString& name) { takePicture(picture, name, true); });
@@ -135,8 +142,34 @@ void CalibrationGuide::readLastPart()
     });
 }
 
+void CalibrationGuide::readBoard()
+{
+    IniFile file(m_parts.home + boardFile);
+    const QSettings& kept = file.settings();
+    CalibrationBoard& board = m_draft.board;
+    board.columns = kept.value(QStringLiteral("Board/Columns"), board.columns).toInt();
+    board.rows = kept.value(QStringLiteral("Board/Rows"), board.rows).toInt();
+    board.pitch = kept.value(QStringLiteral("Board/Pitch"), board.pitch).toDouble();
+    m_draft.yUpwards = kept.value(QStringLiteral("Board/YUpwards"), false).toBool();
+    const int method = kept.value(QStringLiteral("Board/Method"), 0).toInt();
+    m_draft.method = CalibrationDraft::Method(std::clamp(method, 0, 2));
+}
+
+/// The next calibration is mostly made with the same board.
+void CalibrationGuide::keepBoard() const
+{
+    IniFile file(m_parts.home + boardFile);
+    file.settings().setValue(QStringLiteral("Board/Columns"), m_draft.board.columns);
+    file.settings().setValue(QStringLiteral("Board/Rows"), m_draft.board.rows);
+    file.settings().setValue(QStringLiteral("Board/Pitch"), m_draft.board.pitch);
+    file.settings().setValue(QStringLiteral("Board/YUpwards"), m_draft.yUpwards);
+    file.settings().setValue(QStringLiteral("Board/Method"), int(m_draft.method));
+    file.commit();
+}
+
 void CalibrationGuide::finish()
 {
+    keepBoard();
     putIntoForce(m_draft.applied(station()), tr("参数已生效"));
     keepPicture();
 }

@@ -60,6 +60,8 @@ private:
     void addPages();
     void takePicture(const QImage& picture, const QString& name, bool isNew);
     void readReference();
+    void readBoard();
+    void keepBoard() const;
     void readLastPart();
     void listEarlier();
     void putIntoForce(const StationConfig& wanted, const QString& done);
