@@ -705,7 +705,7 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
     </message>
     <message>
         <source>班次和自动报告</source>
-        <translation>Shifts and reports by themselves</translation>
+        <translation>Shifts and automatic reports</translation>
     </message>
     <message>
         <source>各班开始时间(&amp;H)</source>
@@ -725,11 +725,11 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
     </message>
     <message>
         <source>自动报告(&amp;Q)</source>
-        <translation>Reports by themselves (&amp;Q)</translation>
+        <translation>Automatic reports (&amp;Q)</translation>
     </message>
     <message>
         <source>自动报告</source>
-        <translation>Reports by themselves</translation>
+        <translation>Automatic reports</translation>
     </message>
     <message>
         <source>格式</source>
@@ -789,7 +789,7 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
     </message>
     <message>
         <source>自动报告：请至少选择一种格式</source>
-        <translation>Reports by themselves: please choose at least one format</translation>
+        <translation>Automatic reports: please choose at least one format</translation>
     </message>
     <message>
         <source>报告文件夹：“%1”不是完整路径</source>
