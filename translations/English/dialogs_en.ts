@@ -371,7 +371,7 @@
     </message>
     <message>
         <source>标定、设置、型号和设计器需要工程师登录(&amp;R)</source>
-        <translation>Calibration, settings, models and designer need an enginee&amp;r</translation>
+        <translation>Calibration, settings, models, designer for enginee&amp;rs</translation>
     </message>
     <message>
         <source>系统设置</source>
@@ -665,7 +665,7 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
     </message>
     <message>
         <source>毫秒，超时按未找到应答</source>
-        <translation>ms, then answered as not found</translation>
+        <translation>ms, then as not found</translation>
     </message>
     <message>
         <source>模块调用时限(&amp;K)</source>
