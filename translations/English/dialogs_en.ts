@@ -371,7 +371,7 @@
     </message>
     <message>
         <source>标定、设置、型号和设计器需要工程师登录(&amp;R)</source>
-        <translation>Calibration, settings, models and designer need an enginee&amp;r</translation>
+        <translation>Calibration, settings, models, designer for enginee&amp;rs</translation>
     </message>
     <message>
         <source>系统设置</source>
@@ -665,7 +665,7 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
     </message>
     <message>
         <source>毫秒，超时按未找到应答</source>
-        <translation>ms, then answered as not found</translation>
+        <translation>ms, then as not found</translation>
     </message>
     <message>
         <source>模块调用时限(&amp;K)</source>
@@ -705,7 +705,7 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
     </message>
     <message>
         <source>班次和自动报告</source>
-        <translation>Shifts and reports by themselves</translation>
+        <translation>Shifts and automatic reports</translation>
     </message>
     <message>
         <source>各班开始时间(&amp;H)</source>
@@ -725,11 +725,11 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
     </message>
     <message>
         <source>自动报告(&amp;Q)</source>
-        <translation>Reports by themselves (&amp;Q)</translation>
+        <translation>Automatic reports (&amp;Q)</translation>
     </message>
     <message>
         <source>自动报告</source>
-        <translation>Reports by themselves</translation>
+        <translation>Automatic reports</translation>
     </message>
     <message>
         <source>格式</source>
@@ -789,7 +789,7 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
     </message>
     <message>
         <source>自动报告：请至少选择一种格式</source>
-        <translation>Reports by themselves: please choose at least one format</translation>
+        <translation>Automatic reports: please choose at least one format</translation>
     </message>
     <message>
         <source>报告文件夹：“%1”不是完整路径</source>

@@ -299,7 +299,7 @@ user: %4</translation>
     </message>
     <message>
         <source>图像已被清理</source>
-        <translation>The picture has been cleaned up</translation>
+        <translation>Picture cleaned away</translation>
     </message>
     <message>
         <source>相机原图</source>
@@ -425,7 +425,7 @@ user: %4</translation>
     </message>
     <message>
         <source>图像已被清理</source>
-        <translation>The picture has been cleaned up</translation>
+        <translation>Picture cleaned away</translation>
     </message>
 </context>
 <context>

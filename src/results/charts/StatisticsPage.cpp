@@ -18,10 +18,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QTimer>
 
 #include <cmath>
 
 namespace {
+
+/// A chart that comes sooner needs no word.
+constexpr int msUntilSaid = 400;
 
 constexpr int kinds = Charts::Failures + 1;
 constexpr int values = Charts::ReplyMs + 1;
@@ -128,8 +132,6 @@ StatisticsPage::StatisticsPage(QWidget* parent)
 
 StatisticsPage::~StatisticsPage()
 {
-    if (m_plot->isHidden())
-        m_message->sayOrHide(Tone::Plain, tr("正在读取…"));
     if (m_goOn)
         *m_goOn = false;
 }
@@ -206,6 +208,8 @@ void StatisticsPage::ask()
     m_message->sayOrHide(Tone::Warning, problem);
     if (!problem.isEmpty() || m_home.isEmpty())
         return;
+    if (m_plot->isHidden())
+        m_message->sayOrHide(Tone::Plain, tr("正在读取…"));
     if (m_goOn)
         *m_goOn = false;
     m_goOn = std::make_shared<std::atomic<bool>>(true);
@@ -236,6 +240,11 @@ void StatisticsPage::ask()
         if (number == m_number)
             take(read);
     });
+    m_reading = true;
+    QTimer::singleShot(msUntilSaid, this, [this, number = m_number] {
+        if (m_reading && number == m_number)
+            m_summary->setText(tr("正在读取…"));
+    });
 }
 
 void StatisticsPage::draw()
@@ -255,6 +264,7 @@ void StatisticsPage::draw()
 
 void StatisticsPage::take(const Read& read)
 {
+    m_reading = false;
     const bool empty = read.error.isEmpty() && read.tally.parts() == 0;
     m_message->sayOrHide(empty ? Tone::Plain : Tone::Error,
                          empty ? tr("没有符合条件的工件，请选择更长的时间或放宽条件") : read.error);
