@@ -1,6 +1,8 @@
 // The host process: loads the program's library, shows it, and takes it down when the window closes or the process is
 // asked to end.
 
+#include "Printing.h"
+
 #include <valvecell/HomeFiles.h>
 #include <valvecell/IMainWidget.h>
 
@@ -18,7 +20,6 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 
 namespace {
@@ -60,6 +61,12 @@ private:
 
 constexpr int noHome = 2;
 constexpr int homeInUse = 3;
+
+const char description[] =
+    R"(Locates the valve hole on wheel hubs at two stations.
+
+Exit code: 0 closed, or a module is missing; 1 the program's library cannot be loaded, or wrong arguments; 2 no such
+home; 3 the home is in use.)";
 
 volatile std::sig_atomic_t endRequested = 0;
 
@@ -166,16 +173,6 @@ int runInHome(const QString& screenshot)
     return homeInUse;
 }
 
-/// What is only printed needs no screen; on Windows the parser shows it in a box where there is no console.
-bool wantsPrint(int argc, char** argv)
-{
-    return std::any_of(argv + 1, argv + argc, [](const char* argument) {
-        const std::initializer_list<const char*> printing{"-h", "-?", "--help", "--help-all", "-v", "--version"};
-        return std::any_of(printing.begin(), printing.end(),
-                           [argument](const char* option) { return std::strcmp(argument, option) == 0; });
-    });
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -185,14 +182,14 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("ValveCell"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Locates the valve hole on wheel hubs at two stations."));
+    parser.setApplicationDescription(QString::fromLatin1(description));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption home(QStringLiteral("home"), QStringLiteral("The directory of all files."), "DIR");
     const QCommandLineOption shot(QStringLiteral("screenshot"),
                                   QStringLiteral("Writes the window's picture at the end."), "FILE.png");
     parser.addOptions({home, shot});
-    if (wantsPrint(argc, argv)) {
+    if (Printing::isAsked(argc, argv)) {
         const QCoreApplication app(argc, argv);
         parser.process(app);
     }
