@@ -1,9 +1,12 @@
 // The host process: loads the program's library, shows it, and takes it down when the window closes or the process is
 // asked to end.
 
+#include "HomeLock.h"
 #include "Printing.h"
+#include "platform/ServiceNotice.h"
 
 #include <valvecell/HomeFiles.h>
+#include <valvecell/HostChoice.h>
 #include <valvecell/IMainWidget.h>
 
 #include <QApplication>
@@ -11,13 +14,10 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QLibrary>
-#include <QLockFile>
 #include <QLoggingCategory>
-#include <QMessageBox>
 #include <QTimer>
 #include <QWidget>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -61,12 +61,16 @@ private:
 
 constexpr int noHome = 2;
 constexpr int homeInUse = 3;
+constexpr int notStarted = 4;
 
 const char description[] =
     R"(Locates the valve hole on wheel hubs at two stations.
 
-Exit code: 0 closed, or a module is missing; 1 the program's library cannot be loaded, or wrong arguments; 2 no such
-home; 3 the home is in use.)";
+Its files lie in the home: the folder of the program, or ~/.local/share/valvecell when it was installed from packages;
+--home, --cell or the environment variable VALVECELL_HOME names another.
+
+Exit code: 0 closed, or a box said why the start failed; 1 the program's library cannot be loaded, or wrong arguments;
+2 no such home; 3 the home is in use; 4 the start failed, with --unattended.)";
 
 volatile std::sig_atomic_t endRequested = 0;
 
@@ -115,61 +119,28 @@ int runProgram(const QString& screenshot)
     }
     QTimer poll;
     quitOnSignal(poll);
-    IMainWidget* program = create();
+    platform::ServiceNotice service;
+    IMainWidget* const program = create();
+    if (!program) {
+        service.status(HostChoice::startProblem());
+        return notStarted;
+    }
     program->showMaximized();
+    service.ready();
     const int code = QApplication::exec();
+    service.stopping();
     if (!screenshot.isEmpty())
         saveScreenshot(screenshot);
     destroy(program);
     return code;
 }
 
-/// Takes the home for this process; false while another has it. The lock of a process that is no more does not count,
-/// nor does a file that a power failure kept from becoming one.
-bool takeHome(QLockFile& lock, const QString& path)
-{
-    if (HomeFiles::isNoFile(path))
-        HomeFiles::keepAside(path);
-    lock.setStaleLockTime(0); // a day in production is none
-    if (lock.tryLock())
-        return true;
-    if (lock.error() != QLockFile::LockFailedError)
-        return true; // a home that cannot be written has worse problems, which are reported where they matter
-    constexpr int secondsToWriteIt = 5;
-    const QFileInfo file(path);
-    const bool unfinished =
-        file.size() == 0 && file.lastModified().secsTo(QDateTime::currentDateTime()) > secondsToWriteIt;
-    return unfinished && lock.removeStaleLockFile() && lock.tryLock();
-}
-
-/// On the error stream, and for a while on the screen: who starts the program by its icon sees no stream.
-void reportHomeInUse(const QLockFile& lock)
-{
-    qint64 process = 0;
-    QString host;
-    QString name;
-    lock.getLockInfo(&process, &host, &name);
-    const QString home = QDir::toNativeSeparators(HomeFiles::home());
-    std::fprintf(stderr, "%s: in use by another %s, process %lld on %s\n", qUtf8Printable(home), qUtf8Printable(name),
-                 static_cast<long long>(process), qUtf8Printable(host));
-    QMessageBox box(
-        QMessageBox::Warning, QStringLiteral("ValveCell"),
-        QStringLiteral("程序已在运行（进程%1），正在使用文件夹%2。\nThe program is running already (process %1), "
-                       "in %2.")
-            .arg(process)
-            .arg(home));
-    constexpr int msOnTheScreen = 10000;
-    QTimer::singleShot(msOnTheScreen, &box, &QDialog::accept);
-    box.exec();
-}
-
 int runInHome(const QString& screenshot)
 {
-    const QString path = HomeFiles::home() + QStringLiteral("/valvecell.lock");
-    QLockFile lock(path);
-    if (takeHome(lock, path))
+    HomeLock lock;
+    if (lock.take())
         return runProgram(screenshot);
-    reportHomeInUse(lock);
+    lock.reportInUse();
     return homeInUse;
 }
 
@@ -188,7 +159,11 @@ int main(int argc, char** argv)
     const QCommandLineOption home(QStringLiteral("home"), QStringLiteral("The directory of all files."), "DIR");
     const QCommandLineOption shot(QStringLiteral("screenshot"),
                                   QStringLiteral("Writes the window's picture at the end."), "FILE.png");
-    parser.addOptions({home, shot});
+    const QCommandLineOption cell(QStringLiteral("cell"),
+                                  QStringLiteral("The directory of that name below /var/lib/valvecell."), "NAME");
+    const QCommandLineOption unattended(QStringLiteral("unattended"),
+                                        QStringLiteral("Nobody sits there: no box asks, a failure ends the program."));
+    parser.addOptions({home, cell, unattended, shot});
     if (Printing::isAsked(argc, argv)) {
         const QCoreApplication app(argc, argv);
         parser.process(app);
@@ -198,5 +173,9 @@ int main(int argc, char** argv)
     HostApplication app(argc, argv, start);
     parser.process(app);
     const QString screenshot = parser.isSet(shot) ? QFileInfo(parser.value(shot)).absoluteFilePath() : QString();
-    return enterHome(parser.value(home)) ? runInHome(screenshot) : noHome;
+    HostChoice::setUnattended(parser.isSet(unattended));
+    HostChoice::returnFailures(parser.isSet(unattended));
+    const QString place =
+        parser.isSet(cell) ? QStringLiteral("/var/lib/valvecell/") + parser.value(cell) : parser.value(home);
+    return enterHome(place) ? runInHome(screenshot) : noHome;
 }
