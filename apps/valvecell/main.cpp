@@ -1,8 +1,9 @@
 // The host process: loads the program's library, shows it, and takes it down when the window closes or the process is
 // asked to end.
 
-#include "HomeLock.h"
 #include "Printing.h"
+#include "home/HomeLock.h"
+#include "home/HomeVersion.h"
 #include "platform/ServiceNotice.h"
 
 #include <valvecell/HomeFiles.h>
@@ -15,6 +16,7 @@
 #include <QEvent>
 #include <QLibrary>
 #include <QLoggingCategory>
+#include <QMessageBox>
 #include <QTimer>
 #include <QWidget>
 
@@ -62,6 +64,7 @@ private:
 constexpr int noHome = 2;
 constexpr int homeInUse = 3;
 constexpr int notStarted = 4;
+constexpr int newerHome = 5;
 
 const char description[] =
     R"(Locates the valve hole on wheel hubs at two stations.
@@ -70,7 +73,8 @@ Its files lie in the home: the folder of the program, or ~/.local/share/valvecel
 --home, --cell or the environment variable VALVECELL_HOME names another.
 
 Exit code: 0 closed, or a box said why the start failed; 1 the program's library cannot be loaded, or wrong arguments;
-2 no such home; 3 the home is in use; 4 the start failed, with --unattended.)";
+2 no such home; 3 the home is in use; 4 the start failed, 5 a newer program used the home: both
+with --unattended, else a box says so.)";
 
 volatile std::sig_atomic_t endRequested = 0;
 
@@ -135,12 +139,36 @@ int runProgram(const QString& screenshot)
     return code;
 }
 
+/// On the error stream, and for a while on the screen: who starts the program by its icon sees no stream.
+void reportInUse(const HomeLock::Owner& owner)
+{
+    const QString home = QDir::toNativeSeparators(HomeFiles::home());
+    std::fprintf(stderr, "%s: in use by another %s, process %lld on %s\n", qUtf8Printable(home),
+                 qUtf8Printable(owner.program), static_cast<long long>(owner.process), qUtf8Printable(owner.machine));
+    if (HostChoice::isUnattended())
+        return;
+    QMessageBox box(
+        QMessageBox::Warning, QStringLiteral("ValveCell"),
+        QStringLiteral("程序已在运行（进程%1），正在使用文件夹%2。\nThe program is running already (process "
+                       "%1), in %2.")
+            .arg(owner.process)
+            .arg(home));
+    constexpr int msOnTheScreen = 10000;
+    QTimer::singleShot(msOnTheScreen, &box, &QDialog::accept);
+    box.exec();
+}
+
+/// A newer home is left alone before the lock is written; with a person there, the library says so in a box.
 int runInHome(const QString& screenshot)
 {
-    HomeLock lock;
+    if (HostChoice::isUnattended() && HomeVersion::of(HomeFiles::home()) > HomeVersion::current) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(HomeVersion::newerText(HomeFiles::home())));
+        return newerHome;
+    }
+    HomeLock lock(HomeFiles::home());
     if (lock.take())
         return runProgram(screenshot);
-    lock.reportInUse();
+    reportInUse(lock.owner());
     return homeInUse;
 }
 

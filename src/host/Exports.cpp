@@ -1,4 +1,5 @@
 #include "db/log/ksSysLog.h"
+#include "home/HomeVersion.h"
 #include "host/Messages.h"
 #include "host/ksMain.h"
 #include "platform/System.h"
@@ -6,6 +7,8 @@
 #include <valvecell/Export.h>
 #include <valvecell/HomeFiles.h>
 #include <valvecell/HostChoice.h>
+
+#include <cstdlib>
 
 namespace {
 
@@ -28,6 +31,13 @@ VALVECELL_MODULE_EXPORT IMainWidget* MainWidget_Create()
     HomeFiles::fixHome();
     platform::keepOthersOut();
     platform::keepThisLibrary();
+    const QString unfit = HomeVersion::enter(HomeFiles::home());
+    if (!unfit.isEmpty() && !HostChoice::returnsFailures()) {
+        messages::fatal(unfit, {});
+        std::exit(0);
+    }
+    if (!unfit.isEmpty())
+        return refused(unfit);
     auto program = std::make_unique<ksMain>();
     if (!program->problem().isEmpty()) {
         const QString problem = program->problem();

@@ -6,15 +6,20 @@
 class HomeLock
 {
 public:
-    HomeLock();
+    explicit HomeLock(const QString& home);
 
     /// Takes the home for this process; false while another has it. The lock of a process that is no more does not
     /// count, nor does a file that a power failure kept from becoming one.
     bool take();
 
-    /// Who has it, on the error stream, and for a while on the screen: who starts the program by its icon sees no
-    /// stream. An unattended program shows nothing.
-    void reportInUse() const;
+    struct Owner
+    {
+        qint64 process = 0;
+        QString program;
+        QString machine;
+    };
+    /// Who has it.
+    Owner owner() const;
 
 private:
     const QString m_path;
