@@ -6,6 +6,7 @@
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
 #include "dialogs/about/QAboutUI.h"
+#include "dialogs/backup/QBackupUI.h"
 #include "dialogs/calibration/CalibrationDialog.h"
 #include "dialogs/cameras/QCameraManagerUI.h"
 #include "dialogs/cameras/QCameraSettingsUI.h"
@@ -128,6 +129,16 @@ const WindowActions::Row WindowActions::rows[] = {
      [](WindowActions& own) {
          show(own.dialog<QPlcMonitorUI>(
              Anybody, [&own] { return new QPlcMonitorUI(own.m_parts.cell.link(), &own.m_parts.window); }));
+     }},
+    {"actionBackup", Engineers,
+     [](WindowActions& own) {
+         show(own.dialog<QBackupUI>(Engineers, [&own] {
+             auto* made = new QBackupUI(platform::home(), &own.m_parts.window);
+             connect(made, &QBackupUI::done, &own, [&own](const QString& what, const QString& file) {
+                 own.logChanges({{what, QString(), file}});
+             });
+             return made;
+         }));
      }},
     {"actionAbout", Anybody,
      [](WindowActions& own) {

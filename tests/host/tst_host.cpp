@@ -44,13 +44,14 @@ void ownHandler(QtMsgType, const QMessageLogContext&, const QString& text)
     std::puts(qUtf8Printable(text));
 }
 
-/// What a host has of its own, and finds again after the program.
-QString stateOfHost()
+/// What a host has of its own, and finds again after the program; a thread that has ended is listed for a moment.
+QString stateOfHost(int threads)
 {
+    const bool ended = QTest::qWaitFor([=] { return threadCount() == threads; }, patienceMs);
     const QtMessageHandler handler = qInstallMessageHandler(nullptr);
     qInstallMessageHandler(handler);
     return told(QApplication::style()->objectName(), QApplication::palette().color(QPalette::Window).name(),
-                handler == ownHandler, threadCount(), QDir::currentPath(), QApplication::topLevelWidgets().size());
+                handler == ownHandler, ended, QDir::currentPath(), QApplication::topLevelWidgets().size());
 }
 
 /// A host that wants to live on whatever happens: a second program, a start that fails, and all over again.
@@ -66,7 +67,8 @@ int livingChild()
     QLibrary library(QStringLiteral(VALVECELL_BIN_DIR "/" VALVECELL_LIBRARY));
     const auto create = reinterpret_cast<MainWidgetCreateFunction>(library.resolve("MainWidget_Create"));
     const auto destroy = reinterpret_cast<MainWidgetDeleteFunction>(library.resolve("MainWidget_Delete"));
-    QStringList states{stateOfHost()};
+    const int threads = threadCount();
+    QStringList states{stateOfHost(threads)};
     for (int round = 0; round < 3; ++round) {
         IMainWidget* const program = create();
         const bool twice = create() != nullptr;
@@ -75,11 +77,11 @@ int livingChild()
         program->showMaximized();
         QTest::qWait(20);
         destroy(program);
-        states << stateOfHost();
+        states << stateOfHost(threads);
         QFile::rename(home.path("/user/camera.json"), home.path("/user/away"));
         if (create() || !HostChoice::startProblem().startsWith("camera.json文件出错,请检查!"))
             return 3;
-        states << stateOfHost();
+        states << stateOfHost(threads);
         QFile::rename(home.path("/user/away"), home.path("/user/camera.json"));
         if (round == 1)
             library.unload();

@@ -95,4 +95,91 @@
         <translation>a newer program has used the folder %1 (version %2, this program knows %3). Install the newer program, or use another folder. Its files are as they were.</translation>
     </message>
 </context>
+<context>
+    <name>QBackupUI</name>
+    <message>
+        <source>设置：参数、相机、PLC索引、用户</source>
+        <translation>Settings: parameters, cameras, PLC indices, users</translation>
+    </message>
+    <message>
+        <source>型号：型号库与方案</source>
+        <translation>Models: the model library and the solutions</translation>
+    </message>
+    <message>
+        <source>标定：标定值、记录与标定图</source>
+        <translation>Calibration: values, history and reference images</translation>
+    </message>
+    <message>
+        <source>结果：检测记录与系统日志</source>
+        <translation>Results: records and system log</translation>
+    </message>
+    <message>
+        <source>图像：存档的图像（可能很大）</source>
+        <translation>Pictures: the image archive (may be large)</translation>
+    </message>
+    <message>
+        <source>备份到文件</source>
+        <translation>Back up to a file</translation>
+    </message>
+    <message>
+        <source>备份 (*.vcbackup)</source>
+        <translation>Backups (*.vcbackup)</translation>
+    </message>
+    <message>
+        <source>选择备份文件</source>
+        <translation>Choose a backup</translation>
+    </message>
+    <message>
+        <source>备份 (*.vcbackup);;所有文件 (*)</source>
+        <translation>Backups (*.vcbackup);;All files (*)</translation>
+    </message>
+    <message>
+        <source>备份完成：%1（%2个文件，%3）</source>
+        <translation>backed up: %1 (%2 files, %3)</translation>
+    </message>
+    <message>
+        <source>备份完好：%1 在 %2 建立，%3个文件</source>
+        <translation>the backup is whole: made on %1, %2, %3 files</translation>
+    </message>
+    <message>
+        <source>已取消恢复，没有改动任何文件</source>
+        <translation>the restoration is cancelled; no file was changed</translation>
+    </message>
+    <message>
+        <source>备份与恢复</source>
+        <translation>Backup</translation>
+    </message>
+    <message>
+        <source>内容</source>
+        <translation>Contents</translation>
+    </message>
+    <message>
+        <source>备份时生产照常进行。恢复在下次启动程序时生效，被替换的文件保留在旁边的文件夹中。授权不在备份中：它与电脑绑定，另一台电脑需要自己的授权。</source>
+        <translation>Production goes on during a backup. A restoration takes effect when the program is started next; the files that it replaces are kept in a folder beside. The licence is not part of a backup: it is bound to its machine, and another machine needs its own.</translation>
+    </message>
+    <message>
+        <source>备份到文件(&amp;B)…</source>
+        <translation>&amp;Back up to a file…</translation>
+    </message>
+    <message>
+        <source>从备份恢复(&amp;R)…</source>
+        <translation>&amp;Restore from a backup…</translation>
+    </message>
+    <message>
+        <source>停止(&amp;S)</source>
+        <translation>&amp;Stop</translation>
+    </message>
+    <message>
+        <source>已准备好一次恢复，下次启动程序时生效。</source>
+        <translation>A restoration is laid ready; it takes effect when the program is started next.</translation>
+    </message>
+    <message>
+        <source>取消恢复(&amp;D)</source>
+        <translation>&amp;Discard the restoration</translation>
+    </message>
+    <message>
+        <source>关闭(&amp;C)</source>
+        <translation>&amp;Close</translation>
+    </message>
+</context>
 </TS>

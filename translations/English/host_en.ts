@@ -12,6 +12,10 @@
         <translation>a program runs in this process already: give it back to MainWidget_Delete before another is created</translation>
     </message>
     <message>
+        <source>数据备份</source>
+        <translation>Backup</translation>
+    </message>
+    <message>
         <source>单工位模式</source>
         <translation>One-station mode</translation>
     </message>
