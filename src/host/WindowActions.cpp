@@ -50,7 +50,7 @@ void show(QDialog* dialog)
 
 bool startReport()
 {
-    const QString folder = QCoreApplication::applicationDirPath();
+    const QString folder = platform::programFolder();
     return QProcess::startDetached(platform::programFile(folder, QStringLiteral("Report")), {}, folder);
 }
 
@@ -89,7 +89,7 @@ const WindowActions::Row WindowActions::rows[] = {
      }},
     {"actionHelp", Anybody,
      [](WindowActions& own) {
-         const QString guides = QCoreApplication::applicationDirPath() + QStringLiteral("/docs");
+         const QString guides = platform::programFolder() + QStringLiteral("/docs");
          show(own.dialog<QHelpUI>(Anybody, [&] { return new QHelpUI(guides, &own.m_parts.window); }));
      }},
     {"action_Check", Anybody, [](WindowActions& own) { own.openReport(); }},
