@@ -13,7 +13,14 @@ set(CMAKE_AUTORCC ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
-set(CMAKE_INSTALL_RPATH "$ORIGIN")
+set(CMAKE_INSTALL_RPATH "")
+
+# Installed, they stay together; what is typed are links in bin/ with names of their own.
+if(WIN32)
+    set(VALVECELL_PROGRAM_DIR bin)
+else()
+    set(VALVECELL_PROGRAM_DIR lib/valvecell)
+endif()
 
 # "Dev": as fast as a release where it matters, with assertions and line numbers. CMake has put empty flags of an unknown
 # build type into the cache by now.
@@ -130,17 +137,41 @@ function(vc_module name)
     if(NOT MSVC AND NOT VALVECELL_SANITIZE)
         target_link_options(${name} PRIVATE -Wl,--exclude-libs,ALL)
     endif()
-    install(TARGETS ${name} LIBRARY DESTINATION bin)
+    install(TARGETS ${name} LIBRARY DESTINATION ${VALVECELL_PROGRAM_DIR} COMPONENT program)
 endfunction()
 
-# vc_app(<name> SOURCES ... LINK ...): a program beside the library.
+# vc_app(<name> SOURCES ... LINK ... [INSTALL <component> <command> <summary>]): a program beside the library. Installed,
+# it is started by that command.
 function(vc_app name)
-    cmake_parse_arguments(APP "" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(APP "" "" "SOURCES;LINK;INSTALL" ${ARGN})
     add_executable(${name} ${APP_SOURCES})
     vc_watch_headers(${name})
     vc_unite_folders(${name})
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/apps")
+    target_compile_definitions(${name} PRIVATE VALVECELL_VERSION="${PROJECT_VERSION}")
     target_link_libraries(${name} PRIVATE ${APP_LINK} vc_flags)
-    install(TARGETS ${name} RUNTIME DESTINATION bin)
+    if(APP_INSTALL)
+        vc_install_command(${name} ${APP_INSTALL})
+    endif()
+endfunction()
+
+function(vc_install_command name component command summary)
+    install(TARGETS ${name} RUNTIME DESTINATION ${VALVECELL_PROGRAM_DIR} COMPONENT ${component})
+    if(WIN32)
+        return()
+    endif()
+    get_target_property(file ${name} OUTPUT_NAME)
+    if(NOT file)
+        set(file ${name})
+    endif()
+    set(link "${CMAKE_BINARY_DIR}/commands/${command}")
+    file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/commands")
+    file(CREATE_LINK "../${VALVECELL_PROGRAM_DIR}/${file}" "${link}" SYMBOLIC)
+    install(FILES "${link}" DESTINATION bin COMPONENT ${component})
+    set_property(GLOBAL APPEND PROPERTY VALVECELL_COMMANDS ${command})
+    set_property(GLOBAL PROPERTY VALVECELL_TARGET_${command} ${name})
+    set_property(GLOBAL PROPERTY VALVECELL_COMPONENT_${command} ${component})
+    set_property(GLOBAL PROPERTY VALVECELL_SUMMARY_${command} "${summary}")
 endfunction()
 
 # A test's own code is no faster for being optimised, but compiled in half the time if it is not.

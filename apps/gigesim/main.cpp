@@ -3,6 +3,7 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
+#include <QImageReader>
 #include <QSocketNotifier>
 #include <QTextStream>
 
@@ -37,10 +38,20 @@ private:
     void advance()
     {
         for (int tries = 0; tries < m_names.size(); ++tries) {
-            m_next = QImage(m_folder.filePath(m_names[m_at++ % m_names.size()]));
+            const QString name = m_names[m_at++ % m_names.size()];
+            QImageReader reader(m_folder.filePath(name));
+            m_next = reader.read();
             if (!m_next.isNull())
                 return;
+            std::fprintf(stderr, "gigesim: %s: %s%s\n", qUtf8Printable(name), qUtf8Printable(reader.errorString()),
+                         lacksPlugin(name) ? "; Qt's TIFF plug-in (qt5-image-formats-plugins) is not installed" : "");
         }
+    }
+
+    static bool lacksPlugin(const QString& name)
+    {
+        return name.contains(QStringLiteral(".tif"), Qt::CaseInsensitive) &&
+               !QImageReader::supportedImageFormats().contains("tiff");
     }
 
     QDir m_folder;
@@ -88,10 +99,13 @@ int complain(const QString& text)
 int main(int argc, char* argv[])
 {
     QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("A GigE Vision camera in software. Reads commands, one a line: ") +
-                                     QLatin1String(commands));
+                                     QLatin1String(commands) +
+                                     QLatin1String(".\nExit code: 0 ended; 2 no image, or the address is taken."));
     parser.addHelpOption();
+    parser.addVersionOption();
     parser.addOptions({{"images", "The folder whose images it delivers, one a trigger.", "DIR"},
                        {"interface", "The address at which it is (127.0.0.1).", "ADDRESS", "127.0.0.1"},
                        {"serial", "Its serial number (SIM-1).", "TEXT", "SIM-1"},

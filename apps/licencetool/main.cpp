@@ -1,5 +1,6 @@
 // Makes keys, issues licences and checks them; for the vendor of the program.
 
+#include "Printing.h"
 #include "licence/Licence.h"
 #include "licence/MachineCode.h"
 #include "platform/MachineIdentity.h"
@@ -7,6 +8,8 @@
 #include <valvecell/HomeFiles.h>
 
 #include <QCommandLineParser>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <cstdio>
 
@@ -17,13 +20,15 @@ enum ExitCode {
     Good = 0,
     Failed = 1, ///< a file cannot be read or written, or a key is none
     BadArguments = 2,
-    Refused = 3 ///< verify: the licence does not count
+    Refused = 3,   ///< verify: the licence does not count
+    NoIdentity = 4 ///< this machine states nothing that a licence could be bound to
 };
 
 struct Outcome
 {
     ExitCode code = Good;
-    QString text; ///< for the standard output when `code` is Good or Refused, else for the standard error
+    QString text;          ///< for the standard output when `code` is Good or Refused, else for the standard error
+    QJsonObject json = {}; ///< the same for scripts, then
 };
 
 const char usage[] =
@@ -47,8 +52,16 @@ licencetool verify --key PUBLIC.pem FILE [--machine CODE] [--stations N] [--date
     tells what is in a licence, and whether it counts on that machine (this), for so many stations (1), on
     that day (today)
 
+licencetool --version
+    prints the version
+
+Each command takes --json, which prints one JSON object instead: keygen "private" and "public" (files), identity
+"machine", issue "licence" (its text) or "file", verify "counts", "refusal" (one of "", "missing", "not_a_licence",
+"altered", "other_machine", "not_yet", "expired", "too_few_stations"), "reason" and, as far as it can be read,
+"customer", "machine", "stations", "issued", "expires" (a day or null); after a failure "error" and "code".
+
 Exit code: 0 done, or the licence counts; 1 a file or a key is of no use; 2 wrong arguments; 3 the licence
-does not count.)";
+does not count; 4 this machine states no identity.)";
 
 /// In the order of LicenceRefusal.
 const char* const refusals[] = {"counts",
@@ -59,6 +72,19 @@ const char* const refusals[] = {"counts",
                                 "issued after that day",
                                 "expired",
                                 "for fewer stations"};
+
+const char* const refusalNames[] = {"",        "missing", "not_a_licence",   "altered", "other_machine",
+                                    "not_yet", "expired", "too_few_stations"};
+
+/// Where a machine is to say who it is, and how it is made to.
+const char noIdentity[] = "this machine states no identity, so that no licence can be bound to it. On Linux "
+                          "/etc/machine-id is empty or missing: \"systemd-machine-id-setup\" as root makes one; on "
+                          "Windows the board's maker entered none.";
+
+bool lacksIdentity(const QString& typedMachine)
+{
+    return typedMachine == QLatin1String("this") && platform::machineIdentity().isEmpty();
+}
 
 Outcome bad(const QString& text)
 {
@@ -160,7 +186,7 @@ Outcome keygen(const QStringList& arguments)
     const Rsa::PrivateKey key = readOrMake(secret, &error);
     if (!key.isValid() || !HomeFiles::writeFile(open, key.publicPem(), &error))
         return {Failed, error};
-    return {Good, QStringLiteral("%1\n%2").arg(secret, open)};
+    return {Good, QStringLiteral("%1\n%2").arg(secret, open), {{"private", secret}, {"public", open}}};
 }
 
 Outcome identity(const QStringList& arguments)
@@ -170,7 +196,8 @@ Outcome identity(const QStringList& arguments)
     if (!parse(parser, arguments, {}, 0, &error))
         return bad(error);
     const QString code = codeOf(QStringLiteral("this"));
-    return code.isEmpty() ? Outcome{Failed, QStringLiteral("this machine tells no identity")} : Outcome{Good, code};
+    return code.isEmpty() ? Outcome{NoIdentity, QString::fromLatin1(noIdentity)}
+                          : Outcome{Good, code, {{"machine", code}}};
 }
 
 /// Reads what is to be licensed; a text in `error` says what is wrong with it.
@@ -201,6 +228,8 @@ Outcome issue(const QStringList& arguments)
                             QStringLiteral("out")};
     if (!parse(parser, arguments, names, 0, &error))
         return bad(error);
+    if (lacksIdentity(optionText(parser, "machine")))
+        return {NoIdentity, QString::fromLatin1(noIdentity)};
     const Licence licence = readLicence(parser, &error);
     if (!error.isEmpty())
         return bad(QStringLiteral("issue: ") + error);
@@ -214,8 +243,8 @@ Outcome issue(const QStringList& arguments)
     const QByteArray text = LicenceText::sealed(payload, signature);
     const QString out = optionText(parser, "out");
     if (out.isEmpty())
-        return {Good, QString::fromUtf8(text)};
-    return HomeFiles::writeFile(out, text, &error) ? Outcome{Good, out} : Outcome{Failed, error};
+        return {Good, QString::fromUtf8(text), {{"licence", QString::fromUtf8(text)}}};
+    return HomeFiles::writeFile(out, text, &error) ? Outcome{Good, out, {{"file", out}}} : Outcome{Failed, error};
 }
 
 /// What a licence is verified against; without a machine when an option makes no sense.
@@ -231,6 +260,23 @@ LicenceConditions readConditions(const QCommandLineParser& parser)
     return conditions;
 }
 
+QJsonObject verdictJson(const LicenceVerdict& verdict)
+{
+    QJsonObject json{{"counts", verdict.isGood()},
+                     {"refusal", refusalNames[int(verdict.refusal)]},
+                     {"reason", refusals[int(verdict.refusal)]}};
+    const Licence& licence = verdict.licence;
+    if (licence.machine.isEmpty())
+        return json;
+    const bool ends = licence.expires.isValid();
+    json["customer"] = licence.customer;
+    json["machine"] = licence.machine;
+    json["stations"] = licence.stations;
+    json["issued"] = licence.issued.toString(Qt::ISODate);
+    json["expires"] = ends ? QJsonValue(licence.expires.toString(Qt::ISODate)) : QJsonValue();
+    return json;
+}
+
 /// What the licence says is shown even when it is refused, as far as it can be read.
 Outcome verify(const QStringList& arguments)
 {
@@ -240,6 +286,8 @@ Outcome verify(const QStringList& arguments)
                             QStringLiteral("date")};
     if (!parse(parser, arguments, names, 1, &error))
         return bad(error);
+    if (lacksIdentity(parser.isSet(QStringLiteral("machine")) ? optionText(parser, "machine") : QStringLiteral("this")))
+        return {NoIdentity, QString::fromLatin1(noIdentity)};
     const LicenceConditions conditions = readConditions(parser);
     if (conditions.machine.isEmpty())
         return bad(QStringLiteral("verify: --machine, --date or --stations makes no sense"));
@@ -254,7 +302,7 @@ Outcome verify(const QStringList& arguments)
     const LicenceVerdict verdict = checkLicence(LicenceText::tidied(text), key, conditions);
     const QString answer = QString::fromLatin1(refusals[int(verdict.refusal)]);
     const QString content = verdict.licence.machine.isEmpty() ? QString() : described(verdict.licence);
-    return {verdict.isGood() ? Good : Refused, content + answer};
+    return {verdict.isGood() ? Good : Refused, content + answer, verdictJson(verdict)};
 }
 
 /// Runs one command; the program's name is not among the arguments.
@@ -280,8 +328,18 @@ Outcome runCommand(const QStringList& arguments)
 int main(int argc, char* argv[])
 {
     const QCoreApplication app(argc, argv);
-    const Outcome outcome = runCommand(QCoreApplication::arguments().mid(1));
+    if (Printing::version("licencetool"))
+        return Good;
+    QStringList arguments = QCoreApplication::arguments().mid(1);
+    const bool json = arguments.removeAll(QStringLiteral("--json")) > 0;
+    const Outcome outcome = runCommand(arguments);
     const bool answered = outcome.code == Good || outcome.code == Refused;
+    if (json) {
+        const QJsonObject object =
+            answered ? outcome.json : QJsonObject{{"error", outcome.text}, {"code", int(outcome.code)}};
+        std::printf("%s\n", QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
+        return outcome.code;
+    }
     std::fprintf(answered ? stdout : stderr, "%s%s\n", answered ? "" : "licencetool: ", qUtf8Printable(outcome.text));
     return outcome.code;
 }

@@ -21,15 +21,15 @@ const QStringList imagePatterns{QStringLiteral("*.bmp"),  QStringLiteral("*.png"
                                 QStringLiteral("*.jpeg"), QStringLiteral("*.tif"), QStringLiteral("*.tiff"),
                                 QStringLiteral("*.pgm")};
 
-LocateRun runOn(const QImage& image, const finder::HoleModel& model, finder::Finder& finder)
+LocateRun runOn(const QImage& image, const finder::HoleModel& model, finder::Finder& finder, QString* problem)
 {
     LocateRun run;
     QElapsedTimer clock;
     clock.start();
     try {
         run.result = finder.find(finder::toGray(image).gray, model);
-    } catch (const std::exception& problem) {
-        qWarning("the image cannot be judged: %s", problem.what());
+    } catch (const std::exception& thrown) {
+        *problem = QStringLiteral("the image cannot be judged: %1").arg(QString::fromUtf8(thrown.what()));
     }
     run.milliseconds = static_cast<double>(clock.nsecsElapsed()) / 1e6;
     return run;
@@ -49,21 +49,23 @@ Located locateOne(const QString& path, const LocatePlan& plan, finder::Finder& f
     Located located;
     located.file = path;
     located.compared = !plan.edited.isEmpty();
-    const QImage image = readImage(path);
-    located.read = !image.isNull();
+    const QImage image = readImage(path, &located.problem);
     finder::HoleModel model = plan.model;
     finder::HoleModel edited;
-    QString error;
-    const bool usable = standIn(plan.parameters.value(QFileInfo(path).fileName()), &model, &error);
+    QString wrong;
+    const bool usable = standIn(plan.parameters.value(QFileInfo(path).fileName()), &model, &wrong);
     edited = model;
-    const bool editable = finder::applyParameters(plan.edited, &edited, &error);
-    if (!usable || !editable)
-        qWarning("parameters of %s: %s", qUtf8Printable(path), qUtf8Printable(error));
+    const bool editable = finder::applyParameters(plan.edited, &edited, &wrong);
+    if (located.problem.isEmpty() && (!usable || !editable))
+        located.problem = QStringLiteral("parameters of %1: %2").arg(QFileInfo(path).fileName(), wrong);
     located.present.result.error = located.edited.result.error = finder::FindError::BadModel;
     if (usable)
-        located.present = runOn(image, model, finder);
+        located.present = runOn(image, model, finder, &located.problem);
     if (usable && editable && located.compared)
-        located.edited = runOn(image, edited, finder);
+        located.edited = runOn(image, edited, finder, &located.problem);
+    const finder::FindError error = located.present.result.error;
+    if (located.problem.isEmpty() && (error == finder::FindError::BadImage || error == finder::FindError::BadModel))
+        located.problem = finder::tipOf(located.present.result);
     return located;
 }
 
@@ -111,35 +113,51 @@ private:
 } // namespace
 
 /// Through memory, since the decoder opens no path with Chinese in it on every platform.
-QImage readImage(const QString& path)
+QImage readImage(const QString& path, QString* problem)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() == 0)
+    *problem = QFileInfo(path).isDir() ? QStringLiteral("a folder, not an image") : QString();
+    if (problem->isEmpty() && !file.open(QIODevice::ReadOnly))
+        *problem = file.errorString();
+    else if (problem->isEmpty() && file.size() == 0)
+        *problem = QStringLiteral("the file is empty");
+    if (!problem->isEmpty())
         return {};
     const QByteArray bytes = file.readAll();
     const cv::Mat raw(1, bytes.size(), CV_8UC1, const_cast<char*>(bytes.constData()));
     try {
-        return finder::toImage(cv::imdecode(raw, cv::IMREAD_UNCHANGED));
-    } catch (const std::exception& problem) {
-        qWarning("%s: %s", qUtf8Printable(path), problem.what());
+        const QImage image = finder::toImage(cv::imdecode(raw, cv::IMREAD_UNCHANGED));
+        if (image.isNull())
+            *problem = QStringLiteral("no image, or of a kind that cannot be read");
+        return image;
+    } catch (const std::exception& thrown) {
+        *problem = QStringLiteral("no image: %1").arg(QString::fromUtf8(thrown.what()).simplified());
         return {};
     }
 }
 
-QStringList imageFiles(const QStringList& arguments)
+QString imagePatternText()
+{
+    return imagePatterns.join(QStringLiteral(", "));
+}
+
+QStringList imageFiles(const QStringList& arguments, QStringList* empty)
 {
     QStringList files;
     for (const QString& argument : arguments) {
-        if (!QFileInfo(argument).isDir()) {
-            files.append(argument);
+        const QString path = QFileInfo(argument).absoluteFilePath();
+        if (!QFileInfo(path).isDir()) {
+            files.append(path);
             continue;
         }
         QStringList below;
-        QDirIterator walk(argument, imagePatterns, QDir::Files, QDirIterator::Subdirectories);
+        QDirIterator walk(path, imagePatterns, QDir::Files, QDirIterator::Subdirectories);
         while (walk.hasNext())
             below.append(walk.next());
         below.sort();
         files += below;
+        if (below.isEmpty())
+            empty->append(argument);
     }
     return files;
 }

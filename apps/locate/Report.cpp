@@ -11,6 +11,7 @@ namespace {
 const QStringList columns{QStringLiteral("found"), QStringLiteral("angle"), QStringLiteral("x"),
                           QStringLiteral("y"),     QStringLiteral("score"), QStringLiteral("error"),
                           QStringLiteral("tip"),   QStringLiteral("ms")};
+const QStringList endColumns{QStringLiteral("status"), QStringLiteral("problem")};
 const QStringList comparisonColumns{QStringLiteral("change"), QStringLiteral("moved_px"), QStringLiteral("turned_deg")};
 
 QJsonValue ifSo(bool known, double value)
@@ -122,7 +123,13 @@ namespace Report {
 QJsonObject lineOf(const Located& located)
 {
     QJsonObject line = objectOf(located.present);
-    line.insert(QStringLiteral("image"), QFileInfo(located.file).fileName());
+    const bool judged = located.problem.isEmpty();
+    line.insert(QStringLiteral("image"), located.file);
+    line.insert(QStringLiteral("name"), QFileInfo(located.file).fileName());
+    line.insert(QStringLiteral("status"), QLatin1String(!judged                          ? "error"
+                                                        : located.present.result.found() ? "found"
+                                                                                         : "nothing"));
+    line.insert(QStringLiteral("problem"), judged ? QJsonValue() : QJsonValue(located.problem));
     if (located.compared) {
         const Comparison comparison = Comparison::of(located.present.result, located.edited.result);
         line.insert(QStringLiteral("change"), comparison.name());
@@ -142,6 +149,7 @@ QByteArray csvHeader(bool compared)
         for (const QString& column : columns)
             cells.append(QStringLiteral("edited_") + column);
     }
+    cells += endColumns;
     return CsvText::line(cells).toUtf8();
 }
 
@@ -154,6 +162,7 @@ QByteArray csvLine(const Located& located)
         appendCells(&cells, line, comparisonColumns);
         appendCells(&cells, line.value(QStringLiteral("edited")).toObject(), columns);
     }
+    appendCells(&cells, line, endColumns);
     return CsvText::line(cells).toUtf8();
 }
 

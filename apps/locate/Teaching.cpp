@@ -19,9 +19,10 @@ constexpr double mostDepthSigma = 5; // millimetres; above, a depth of 0 is as g
 std::optional<finder::DepthSight> sightOf(const QString& path, const finder::HoleModel& model, cv::Size* size,
                                           QString* error)
 {
-    const QImage image = readImage(path);
+    QString problem;
+    const QImage image = readImage(path, &problem);
     if (image.isNull()) {
-        *error = QStringLiteral("%1: no image").arg(path);
+        *error = QStringLiteral("%1: %2").arg(path, problem);
         return {};
     }
     finder::Finder finder;
@@ -111,9 +112,10 @@ bool Teaching::create(const TeachOrder& order, const QVariantMap& parameters, QS
 
 QJsonObject Teaching::add(const TeachOrder& order, QString* error)
 {
-    const QImage image = readImage(order.image);
+    QString problem;
+    const QImage image = readImage(order.image, &problem);
     if (image.isNull()) {
-        *error = QStringLiteral("%1: no image").arg(order.image);
+        *error = QStringLiteral("%1: %2").arg(order.image, problem);
         return {};
     }
     const QString name = QFileInfo(order.image).fileName();

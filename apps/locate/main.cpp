@@ -14,7 +14,19 @@
 
 namespace {
 
-enum ExitCode { Done = 0, SomeUnreadable = 1, NotTaught = 1, WrongUse = 2 };
+enum ExitCode { Done = 0, SomeNotJudged = 1, NotTaught = 1, WrongUse = 2, EmptyFolder = 3 };
+
+const char description[] =
+    R"(Runs the valve-hole finder on image files: one JSON line each, in the order of the arguments.
+
+Fields: image (its path), name (of the file), status ("found", "nothing", or "error" when it could not be judged),
+problem (then why, else null), found, angle (degrees; 361 without a hole), x, y, radius (of the hole, pixels; null
+without one), hub_x, hub_y, rim_radius (null without a hub), score, runner_up, edge_points, residual, error and tip
+(why there is no hole; 0 with one), ms. With --against also change ("same", "moved", "gained", "lost", "missed"),
+moved_px, turned_deg and, of the second run, edited.
+
+Exit code: 0 every image was judged, with a hole or without; 1 some could not be judged, or nothing was taught;
+2 wrong use; 3 a folder holds no image.)";
 
 int fail(const QString& text, ExitCode code = WrongUse)
 {
@@ -24,8 +36,9 @@ int fail(const QString& text, ExitCode code = WrongUse)
 
 void addOptions(QCommandLineParser& parser)
 {
-    parser.setApplicationDescription(QStringLiteral("Runs the valve-hole finder on image files: one JSON line each."));
+    parser.setApplicationDescription(QString::fromLatin1(description));
     parser.addHelpOption();
+    parser.addVersionOption();
     parser.addOptions({
         {QStringLiteral("home"), QStringLiteral("Directory that holds user/solutions."), QStringLiteral("DIR")},
         {QStringLiteral("solution"),
@@ -96,12 +109,14 @@ void printLine(const QJsonObject& object)
 
 int run(const QStringList& files, const LocatePlan& plan, const QString& csvFile)
 {
-    bool allRead = true;
+    bool allJudged = true;
     ComparisonSummary summary;
     const bool table = !csvFile.isEmpty();
     QByteArray csv = Report::csvHeader(!plan.edited.isEmpty());
     locateAll(files, plan, [&](const Located& located) {
-        allRead = located.read && allRead;
+        if (!located.problem.isEmpty())
+            std::fprintf(stderr, "locate: %s: %s\n", qUtf8Printable(located.file), qUtf8Printable(located.problem));
+        allJudged = located.problem.isEmpty() && allJudged;
         printLine(Report::lineOf(located));
         summary.add(located);
         if (table)
@@ -112,7 +127,7 @@ int run(const QStringList& files, const LocatePlan& plan, const QString& csvFile
     QString error;
     if (table && !HomeFiles::writeFile(csvFile, csv, &error))
         return fail(error);
-    return allRead ? Done : SomeUnreadable;
+    return allJudged ? Done : SomeNotJudged;
 }
 
 int teach(const QCommandLineParser& parser)
@@ -133,6 +148,8 @@ int teach(const QCommandLineParser& parser)
 int main(int argc, char* argv[])
 {
     QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("locate"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
     cv::setNumThreads(1);
     QCommandLineParser parser;
     addOptions(parser);
@@ -151,5 +168,10 @@ int main(int argc, char* argv[])
         return fail(QStringLiteral("no image or folder given"));
     if (!loadPlan(parser, &plan, &error))
         return fail(error);
-    return run(imageFiles(parser.positionalArguments()), plan, parser.value(QStringLiteral("csv")));
+    QStringList empty;
+    const QStringList files = imageFiles(parser.positionalArguments(), &empty);
+    const int code = run(files, plan, parser.value(QStringLiteral("csv")));
+    for (const QString& folder : qAsConst(empty))
+        fail(QStringLiteral("%1: no image in this folder (%2)").arg(folder, imagePatternText()));
+    return code == Done && !empty.isEmpty() ? EmptyFolder : code;
 }

@@ -20,8 +20,14 @@ void describe(QCommandLineParser& parser)
                                      "  garbage N    N random bytes\n"
                                      "  pull MS      the cable is pulled for MS milliseconds\n"
                                      "  sleep MS     a pause\n"
-                                     "  repeat [N]   everything above again, N times in all; without N endlessly");
+                                     "  repeat [N]   everything above again, N times in all; without N endlessly\n"
+                                     "Exit code: 0 all was answered as it should be; 1 something was not; 2 wrong "
+                                     "options, or there is nothing to talk to.\n"
+                                     "JSON of --parts: parts, replies, found, wrong; angle_error_deg and "
+                                     "center_error_px with p50, p95, max; latency_ms with p50, p99, max; rows, one a "
+                                     "part.");
     parser.addOptions({{"help", "Shows this text."},
+                       {"version", "Shows the version."},
                        {"link", "Makes a pseudo-terminal, and PATH a link to it.", "PATH"},
                        {"port", "Uses a real port.", "NAME"},
                        {"listen", "Is a serial device server at ADDRESS:PORT; port 0 for any.", "PLACE"},

@@ -5,6 +5,7 @@
 #include "PartSession.h"
 #include "PlcFrames.h"
 #include "PlcLine.h"
+#include "Printing.h"
 #include "ScriptRunner.h"
 #include "SimOptions.h"
 #include "platform/StandardInput.h"
@@ -124,6 +125,8 @@ int runCommands(PlcLine& line, const SimOptions& options)
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
+    if (Printing::version("plcsim"))
+        return 0;
     const QStringList arguments = QCoreApplication::arguments().mid(1);
     if (arguments.contains(QStringLiteral("--help"))) {
         Console::say(SimOptions::help());

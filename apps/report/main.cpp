@@ -1,6 +1,7 @@
 // The report program: shows what a cell recorded, beside the cell or on a copy of its home, and never writes the
 // cell's own files.
 
+#include "Printing.h"
 #include "ReportWindow.h"
 #include "Resources.h"
 #include "look/LanguageSwitch.h"
@@ -32,9 +33,9 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    const QApplication app(argc, argv);
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Shows the results that a ValveCell recorded."));
+    parser.setApplicationDescription(QStringLiteral("Shows the results that a ValveCell recorded.\n"
+                                                    "Exit code: 0 closed; 1 wrong arguments."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption home(QStringLiteral("home"), QStringLiteral("The directory of all files of the cell."),
@@ -43,6 +44,11 @@ int main(int argc, char** argv)
                                   QStringLiteral("Writes the window's picture once it has read, and ends."),
                                   QStringLiteral("FILE.png"));
     parser.addOptions({home, shot});
+    if (Printing::isAsked(argc, argv)) {
+        const QCoreApplication app(argc, argv);
+        parser.process(app);
+    }
+    const QApplication app(argc, argv);
     parser.process(app);
     if (parser.isSet(home))
         qputenv("VALVECELL_HOME", parser.value(home).toLocal8Bit());

@@ -19,8 +19,11 @@ void describe(QCommandLineParser& parser)
         "values, each row's picture was there, nothing was damaged. Faults: kill, cut (the line), camera (its "
         "images go, or it leaves the network), disk (no file can grow), lock (another program writes in the "
         "databases), load (busy processors), archive "
-        "(a file in the place of the folder). The clock is never touched.");
+        "(a file in the place of the folder). The clock is never touched.\n"
+        "Exit code: 0 good; 1 not good; 2 wrong options, or it cannot begin. JSON: the fields of the report, each as "
+        "its line says, and \"good\".");
     parser.addOptions({{"help", "Shows this text."},
+                       {"version", "Shows the version."},
                        {"hours", "Production for so long.", "H"},
                        {"kills", "Kills the program N times, as soon as it is ready again.", "N"},
                        {"burst", "Ten times the rate, for a minute or the hours, whether answered or not."},

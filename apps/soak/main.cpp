@@ -1,6 +1,7 @@
 // The real program in production, with what goes wrong in a plant: see --help.
 
 #include "Console.h"
+#include "Printing.h"
 #include "SoakSession.h"
 
 #include <valvecell/HomeFiles.h>
@@ -80,6 +81,8 @@ int run(SoakSession& session, const SoakOptions& options)
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
+    if (Printing::version("soak"))
+        return Good;
     const QStringList arguments = QCoreApplication::arguments().mid(1);
     if (arguments.contains(QStringLiteral("--help"))) {
         Console::say(SoakOptions::help());

@@ -1,7 +1,13 @@
 // The host process: loads the program's library, shows it, and takes it down when the window closes or the process is
 // asked to end.
 
+#include "Printing.h"
+#include "home/HomeLock.h"
+#include "home/HomeVersion.h"
+#include "platform/ServiceNotice.h"
+
 #include <valvecell/HomeFiles.h>
+#include <valvecell/HostChoice.h>
 #include <valvecell/IMainWidget.h>
 
 #include <QApplication>
@@ -9,16 +15,13 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QLibrary>
-#include <QLockFile>
 #include <QLoggingCategory>
 #include <QMessageBox>
 #include <QTimer>
 #include <QWidget>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 
 namespace {
@@ -60,6 +63,18 @@ private:
 
 constexpr int noHome = 2;
 constexpr int homeInUse = 3;
+constexpr int notStarted = 4;
+constexpr int newerHome = 5;
+
+const char description[] =
+    R"(Locates the valve hole on wheel hubs at two stations.
+
+Its files lie in the home: the folder of the program, or ~/.local/share/valvecell when it was installed from packages;
+--home, --cell or the environment variable VALVECELL_HOME names another.
+
+Exit code: 0 closed, or a box said why the start failed; 1 the program's library cannot be loaded, or wrong arguments;
+2 no such home; 3 the home is in use; 4 the start failed, 5 a newer program used the home: both
+with --unattended, else a box says so.)";
 
 volatile std::sig_atomic_t endRequested = 0;
 
@@ -108,72 +123,53 @@ int runProgram(const QString& screenshot)
     }
     QTimer poll;
     quitOnSignal(poll);
-    IMainWidget* program = create();
+    platform::ServiceNotice service;
+    IMainWidget* const program = create();
+    if (!program) {
+        service.status(HostChoice::startProblem());
+        return notStarted;
+    }
     program->showMaximized();
+    service.ready();
     const int code = QApplication::exec();
+    service.stopping();
     if (!screenshot.isEmpty())
         saveScreenshot(screenshot);
     destroy(program);
     return code;
 }
 
-/// Takes the home for this process; false while another has it. The lock of a process that is no more does not count,
-/// nor does a file that a power failure kept from becoming one.
-bool takeHome(QLockFile& lock, const QString& path)
-{
-    if (HomeFiles::isNoFile(path))
-        HomeFiles::keepAside(path);
-    lock.setStaleLockTime(0); // a day in production is none
-    if (lock.tryLock())
-        return true;
-    if (lock.error() != QLockFile::LockFailedError)
-        return true; // a home that cannot be written has worse problems, which are reported where they matter
-    constexpr int secondsToWriteIt = 5;
-    const QFileInfo file(path);
-    const bool unfinished =
-        file.size() == 0 && file.lastModified().secsTo(QDateTime::currentDateTime()) > secondsToWriteIt;
-    return unfinished && lock.removeStaleLockFile() && lock.tryLock();
-}
-
 /// On the error stream, and for a while on the screen: who starts the program by its icon sees no stream.
-void reportHomeInUse(const QLockFile& lock)
+void reportInUse(const HomeLock::Owner& owner)
 {
-    qint64 process = 0;
-    QString host;
-    QString name;
-    lock.getLockInfo(&process, &host, &name);
     const QString home = QDir::toNativeSeparators(HomeFiles::home());
-    std::fprintf(stderr, "%s: in use by another %s, process %lld on %s\n", qUtf8Printable(home), qUtf8Printable(name),
-                 static_cast<long long>(process), qUtf8Printable(host));
+    std::fprintf(stderr, "%s: in use by another %s, process %lld on %s\n", qUtf8Printable(home),
+                 qUtf8Printable(owner.program), static_cast<long long>(owner.process), qUtf8Printable(owner.machine));
+    if (HostChoice::isUnattended())
+        return;
     QMessageBox box(
         QMessageBox::Warning, QStringLiteral("ValveCell"),
-        QStringLiteral("程序已在运行（进程%1），正在使用文件夹%2。\nThe program is running already (process %1), "
-                       "in %2.")
-            .arg(process)
+        QStringLiteral("程序已在运行（进程%1），正在使用文件夹%2。\nThe program is running already (process "
+                       "%1), in %2.")
+            .arg(owner.process)
             .arg(home));
     constexpr int msOnTheScreen = 10000;
     QTimer::singleShot(msOnTheScreen, &box, &QDialog::accept);
     box.exec();
 }
 
+/// A newer home is left alone before the lock is written; with a person there, the library says so in a box.
 int runInHome(const QString& screenshot)
 {
-    const QString path = HomeFiles::home() + QStringLiteral("/valvecell.lock");
-    QLockFile lock(path);
-    if (takeHome(lock, path))
+    if (HostChoice::isUnattended() && HomeVersion::of(HomeFiles::home()) > HomeVersion::current) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(HomeVersion::newerText(HomeFiles::home())));
+        return newerHome;
+    }
+    HomeLock lock(HomeFiles::home());
+    if (lock.take())
         return runProgram(screenshot);
-    reportHomeInUse(lock);
+    reportInUse(lock.owner());
     return homeInUse;
-}
-
-/// What is only printed needs no screen; on Windows the parser shows it in a box where there is no console.
-bool wantsPrint(int argc, char** argv)
-{
-    return std::any_of(argv + 1, argv + argc, [](const char* argument) {
-        const std::initializer_list<const char*> printing{"-h", "-?", "--help", "--help-all", "-v", "--version"};
-        return std::any_of(printing.begin(), printing.end(),
-                           [argument](const char* option) { return std::strcmp(argument, option) == 0; });
-    });
 }
 
 } // namespace
@@ -185,14 +181,18 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("ValveCell"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Locates the valve hole on wheel hubs at two stations."));
+    parser.setApplicationDescription(QString::fromLatin1(description));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption home(QStringLiteral("home"), QStringLiteral("The directory of all files."), "DIR");
     const QCommandLineOption shot(QStringLiteral("screenshot"),
                                   QStringLiteral("Writes the window's picture at the end."), "FILE.png");
-    parser.addOptions({home, shot});
-    if (wantsPrint(argc, argv)) {
+    const QCommandLineOption cell(QStringLiteral("cell"),
+                                  QStringLiteral("The directory of that name below /var/lib/valvecell."), "NAME");
+    const QCommandLineOption unattended(QStringLiteral("unattended"),
+                                        QStringLiteral("Nobody sits there: no box asks, a failure ends the program."));
+    parser.addOptions({home, cell, unattended, shot});
+    if (Printing::isAsked(argc, argv)) {
         const QCoreApplication app(argc, argv);
         parser.process(app);
     }
@@ -201,5 +201,9 @@ int main(int argc, char** argv)
     HostApplication app(argc, argv, start);
     parser.process(app);
     const QString screenshot = parser.isSet(shot) ? QFileInfo(parser.value(shot)).absoluteFilePath() : QString();
-    return enterHome(parser.value(home)) ? runInHome(screenshot) : noHome;
+    HostChoice::setUnattended(parser.isSet(unattended));
+    HostChoice::returnFailures(parser.isSet(unattended));
+    const QString place =
+        parser.isSet(cell) ? QStringLiteral("/var/lib/valvecell/") + parser.value(cell) : parser.value(home);
+    return enterHome(place) ? runInHome(screenshot) : noHome;
 }

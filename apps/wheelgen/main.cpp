@@ -1,3 +1,4 @@
+#include "Printing.h"
 #include "sets/DemoHome.h"
 #include "sets/WheelSet.h"
 
@@ -39,6 +40,7 @@ QList<QCommandLineOption> commandLine()
 {
     const auto text = [](const char* english) { return QString::fromLatin1(english); };
     return {{{text("h"), text("help")}, text("Show this text.")},
+            {{text("v"), text("version")}, text("Show the version.")},
             {text("out"), text("Render wheels into this folder, with truth.json."), text("DIR")},
             {text("count"), text("Number of wheels (16)."), text("N"), text("16")},
             {text("seed"), text("Seed of everything that is random (1)."), text("S"), text("1")},
@@ -182,7 +184,9 @@ QString idleOption(const QCommandLineParser& parser, bool demo)
 QString usage()
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Renders sample wheels with their exact truth."));
+    parser.setApplicationDescription(
+        QStringLiteral("Renders sample wheels with their exact truth.\n"
+                       "Exit code: 0 done; 1 a file cannot be written; 2 wrong arguments."));
     parser.addOptions(commandLine());
     return parser.helpText();
 }
@@ -250,6 +254,8 @@ int makeDemo(const Options& options)
 int main(int argc, char* argv[])
 {
     QCoreApplication app(argc, argv);
+    if (Printing::version("wheelgen"))
+        return Good;
     cv::setNumThreads(1); // each wheel is one job; --jobs says how many run at once
     Options options;
     QString error;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "QtMajor.h"
+
 #include <QtGlobal>
 
 /// Marks a function that is found by its plain name in a library loaded at run time.

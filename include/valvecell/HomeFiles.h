@@ -8,25 +8,39 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
+#include <QStandardPaths>
 
 /// How the program and its modules keep small files in the home, so that no file is ever half written and no file that
 /// a person spoiled by hand is lost. Any thread, as long as one thread at a time uses a file.
 namespace HomeFiles {
 
-/// The one directory below which all files lie: the environment variable VALVECELL_HOME names it, without it it is the
-/// application's directory. Absolute, forward slashes, no separator at the end. Modules keep theirs in "user/". A
-/// relative name counts from the working directory of the moment: see fixHome().
+/// The home while nobody names one: the application's directory, or, of a program that a package installed below /usr
+/// where no user may write, "valvecell" in the user's folder for data.
+inline QString defaultHome()
+{
+    const QString folder = QCoreApplication::applicationDirPath();
+    if (!folder.startsWith(QLatin1String("/usr/")))
+        return folder;
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/valvecell");
+}
+
+/// The one directory below which all files lie: the environment variable VALVECELL_HOME names it, without it it is
+/// defaultHome(). Absolute, forward slashes, no separator at the end. Modules keep theirs in "user/". A relative name
+/// counts from the working directory of the moment: see fixHome().
 inline QString home()
 {
     const QString named = qEnvironmentVariable("VALVECELL_HOME");
-    return named.isEmpty() ? QCoreApplication::applicationDirPath() : QDir(named).absolutePath();
+    return named.isEmpty() ? defaultHome() : QDir(named).absolutePath();
 }
 
-/// Makes the home absolute once and for all, before anybody changes the working directory. Main thread, at the start.
+/// Makes the home absolute once and for all, before anybody changes the working directory, and makes the folder of one
+/// that nobody named. Main thread, at the start.
 inline void fixHome()
 {
     if (qEnvironmentVariableIsSet("VALVECELL_HOME"))
         qputenv("VALVECELL_HOME", home().toLocal8Bit());
+    else
+        QDir().mkpath(home());
 }
 
 /// Whether a path leads to something that is no file, such as a pipe or a device: opening that may wait for ever.

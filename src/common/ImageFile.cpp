@@ -7,6 +7,19 @@
 #include <QImageWriter>
 #include <QSaveFile>
 
+namespace {
+
+/// TIFF is read by a plug-in of Qt that is installed by itself.
+bool lacksPlugin(const QString& path)
+{
+    QFile file(path);
+    const QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(4) : QByteArray();
+    const bool tiff = head == QByteArray("II*\0", 4) || head == QByteArray("MM\0*", 4);
+    return tiff && !QImageReader::supportedImageFormats().contains("tiff");
+}
+
+} // namespace
+
 ImageFile ImageFile::read(const QString& path)
 {
     QImageReader reader(path);
@@ -15,6 +28,8 @@ ImageFile ImageFile::read(const QString& path)
     if (qint64(size.width()) * size.height() > maxPixels)
         return {path, {}, tr("图像过大（%1 × %2）").arg(size.width()).arg(size.height())};
     const QImage image = reader.read();
+    if (image.isNull() && lacksPlugin(path))
+        return {path, {}, tr("本机没有读取 TIFF 的插件，请安装 qt5-image-formats-plugins，或把图像存为 PNG")};
     return {path, image, image.isNull() ? reader.errorString() : QString()};
 }
 

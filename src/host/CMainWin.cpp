@@ -15,6 +15,7 @@
 #include "dialogs/testmode/QTestWidget.h"
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
+#include "host/StartFailure.h"
 #include "host/ViewMenu.h"
 #include "host/WindowActions.h"
 #include "host/WindowRooms.h"
@@ -34,14 +35,13 @@
 #include <QApplication>
 #include <QCloseEvent>
 
-#include <cstdlib>
 #include <utility>
 
 CMainWin::CMainWin(QWidget* parent)
     : QMainWindow(parent)
 {
     buildUi();
-    SystemLog::ksSysLog::instance();
+    SystemLog::ksSysLog::instance()->start();
     m_warnings = std::make_unique<SystemLog::WarningForward>();
     loadSettings();
     ksGlobalConfig::instance()->load(&ksGlobalConfig::instance()->loadProblem);
@@ -50,7 +50,8 @@ CMainWin::CMainWin(QWidget* parent)
     dress();
     setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
     createWorkflow();
-    loadModules();
+    if (!loadModules())
+        return;
     openSerialPort();
     createUserControl();
     connectViewers();
@@ -80,7 +81,8 @@ CMainWin::CMainWin(QWidget* parent)
 CMainWin::~CMainWin()
 {
     DialogForm::takeDown(this);
-    killTimer(m_statusTimer);
+    if (m_statusTimer)
+        killTimer(m_statusTimer);
     m_look->takeOff();
 }
 
@@ -139,15 +141,11 @@ void CMainWin::createWorkflow()
     connect(m_cell.get(), &Cell::sgShowModeName, this, &CMainWin::onShowName);
 }
 
-void CMainWin::loadModules()
+bool CMainWin::loadModules()
 {
     const QString fatal = m_cell->loadModules();
-    if (fatal.isEmpty())
-        return;
-    messages::fatal(fatal);
-    m_cell.reset();
-    SystemLog::ksSysLog::instance()->stop(); // no thread may outlive the databases, which go with the process
-    std::exit(0);
+    m_problem = fatal.isEmpty() ? fatal : StartFailure::report(fatal, m_cell);
+    return m_problem.isEmpty();
 }
 
 void CMainWin::openSerialPort()
@@ -315,7 +313,7 @@ void CMainWin::closeEvent(QCloseEvent* event)
 {
     if (std::exchange(m_asksToClose, true))
         return event->ignore();
-    const bool closes = messages::confirmClose(this, m_actions->unsavedModels());
+    const bool closes = messages::confirmClose(this, m_actions->unsavedModels(), event->spontaneous());
     m_asksToClose = false;
     event->setAccepted(closes);
     if (closes)

@@ -34,9 +34,10 @@ class CMainWin : public QMainWindow
     Q_OBJECT
 
 public:
-    /// Runs the whole start-up. A start-up that cannot go on ends the process.
+    /// Runs the whole start-up. One that cannot go on ends the process, or leaves the window with a problem().
     explicit CMainWin(QWidget* parent = nullptr);
     ~CMainWin() override;
+    const QString& problem() const { return m_problem; }
 
 signals:
     void sgRecvData(SComFrame frame);
@@ -76,7 +77,7 @@ private:
     void loadSettings();
     void dress();
     void createWorkflow();
-    void loadModules();
+    bool loadModules();
     void openSerialPort();
     void createUserControl();
     void connectViewers();
@@ -104,5 +105,6 @@ private:
     WindowLook* m_look = nullptr;
     CellStatusBar* m_status = nullptr;
     int m_statusTimer = 0;
+    QString m_problem;
     bool m_asksToClose = false;
 };

@@ -1,5 +1,7 @@
 #include "host/Messages.h"
 
+#include <valvecell/HostChoice.h>
+
 #include <QAbstractButton>
 #include <QCoreApplication>
 #include <QIcon>
@@ -14,9 +16,10 @@ QString translated(const char* text)
     return QCoreApplication::translate("CMainWin", text);
 }
 
-void critical(const QString& title, const QString& text)
+void critical(const QString& title, const QString& text, const QString& details = {})
 {
     QMessageBox box(QMessageBox::Critical, title, text, QMessageBox::Yes);
+    box.setInformativeText(details);
     box.button(QMessageBox::Yes)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "确认")));
     box.setWindowIcon(QIcon(QStringLiteral(":/image/vantor")));
     box.exec();
@@ -24,9 +27,15 @@ void critical(const QString& title, const QString& text)
 
 } // namespace
 
-void fatal(const QString& text)
+void fatal(const QString& text, const QString& details)
 {
-    critical(QStringLiteral("提示"), text);
+    critical(QStringLiteral("提示"), text, details);
+}
+
+QString alreadyRuns()
+{
+    return translated(
+        QT_TRANSLATE_NOOP("CMainWin", "本进程中已有一个程序在运行，请先用 MainWidget_Delete 交还，再重新创建"));
 }
 
 void notEnabled()
@@ -59,6 +68,8 @@ bool confirmShiftReset(QWidget* parent, int station)
 
 void portNotOpen(QWidget* parent, const QString& port, const QString& baudRate)
 {
+    if (HostChoice::isUnattended())
+        return qWarning("Com %s %s open failed", qUtf8Printable(port), qUtf8Printable(baudRate));
     parent->winId(); // a box over a window that has no handle yet may come up behind it
     auto* const box =
         new QMessageBox(QMessageBox::Information, translated(QT_TRANSLATE_NOOP("CMainWin", "提示")),
@@ -99,8 +110,10 @@ bool confirmLoss(QWidget* parent, const QStringList& models)
 
 } // namespace
 
-bool confirmClose(QWidget* parent, const QStringList& unsavedModels)
+bool confirmClose(QWidget* parent, const QStringList& unsavedModels, bool byHand)
 {
+    if (HostChoice::isUnattended() && !byHand)
+        return true;
     return confirmEnd(parent) && (unsavedModels.isEmpty() || confirmLoss(parent, unsavedModels));
 }
 

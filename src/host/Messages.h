@@ -8,9 +8,13 @@ class QWidget;
 namespace messages {
 
 /// Why the program cannot go on; the caller ends the process afterwards.
-void fatal(const QString& text);
+void fatal(const QString& text, const QString& details);
 
-/// The serial port could not be opened. Returns at once: the cell runs, and the line comes by itself.
+/// A second program in the same process is refused so.
+QString alreadyRuns();
+
+/// The serial port could not be opened. Returns at once: the cell runs, and the line comes by itself. Of an unattended
+/// program a line in the log.
 void portNotOpen(QWidget* parent, const QString& port, const QString& baudRate);
 
 /// The module behind an action is not there.
@@ -23,7 +27,8 @@ bool confirmLogOut(QWidget* parent, const QString& user);
 bool confirmShiftReset(QWidget* parent, int station);
 
 /// Asks whether the running system is really to be closed, and then, if there are any, although unsaved changes of
-/// these models would be lost.
-bool confirmClose(QWidget* parent, const QStringList& unsavedModels);
+/// these models would be lost. Does not ask where nobody is who could answer: with an unattended program that is not
+/// closed by hand.
+bool confirmClose(QWidget* parent, const QStringList& unsavedModels, bool byHand);
 
 } // namespace messages

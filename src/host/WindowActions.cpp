@@ -7,6 +7,7 @@
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
 #include "dialogs/about/QAboutUI.h"
+#include "dialogs/backup/QBackupUI.h"
 #include "dialogs/calibration/CalibrationDialog.h"
 #include "dialogs/cameras/QCameraManagerUI.h"
 #include "dialogs/cameras/QCameraSettingsUI.h"
@@ -54,7 +55,7 @@ constexpr int warmUpMs = 1500;
 
 bool startReport()
 {
-    const QString folder = QCoreApplication::applicationDirPath();
+    const QString folder = platform::programFolder();
     return QProcess::startDetached(platform::programFile(folder, QStringLiteral("Report")), {}, folder);
 }
 
@@ -144,6 +145,17 @@ const WindowActions::Row WindowActions::rows[] = {
     {"actionGuide", Engineers, [](WindowActions& own) { own.openCalibrationGuide(); }},
     {"actionTeach", Engineers, [](WindowActions& own) { own.openTeaching({}); }},
     {"actionLibrary", Engineers, [](WindowActions& own) { own.openLibrary(); }},
+    {"actionBackup", Engineers,
+     [](WindowActions& own) {
+         const auto make = [&own] {
+             auto* made = new QBackupUI(platform::home(), &own.m_parts.window);
+             connect(made, &QBackupUI::done, &own, [&own](const QString& what, const QString& file) {
+                 own.logChanges({{what, QString(), file}});
+             });
+             return made;
+         };
+         own.place(own.dialog<QBackupUI>(Engineers, make), "actionBackup");
+     }},
     {"actionAbout", Anybody,
      [](WindowActions& own) {
          own.place(own.dialog<QAboutUI>(Anybody, [&own] { return new QAboutUI(&own.m_parts.window); }), "actionAbout");
@@ -378,7 +390,7 @@ void WindowActions::openTest()
 
 QHelpUI* WindowActions::help()
 {
-    const QString guides = QCoreApplication::applicationDirPath() + QStringLiteral("/docs");
+    const QString guides = platform::programFolder() + QStringLiteral("/docs");
     return dialog<QHelpUI>(Anybody, [&] {
         auto* made = new QHelpUI(guides, &m_parts.window);
         connect(made, &QHelpUI::assistantWanted, this, [this] { trigger(QStringLiteral("actionAssistant")); });

@@ -19,16 +19,27 @@ struct Place
 
 // The first action of a room is what the room opens with.
 constexpr Place places[] = {
-    {Workspaces::Results, "actionResults"},      {Workspaces::Results, "action_Check"},
-    {Workspaces::Results, "actionAlarms"},       {Workspaces::Models, "actionManage"},
-    {Workspaces::Models, "actionIndexTable"},    {Workspaces::Models, "actionSetting"},
-    {Workspaces::Models, "actionTeach"},         {Workspaces::Models, "actionLibrary"},
-    {Workspaces::Calibration, "actionStandard"}, {Workspaces::Calibration, "actionGuide"},
-    {Workspaces::System, "actionAssistant"},     {Workspaces::System, "actionSystem"},
-    {Workspaces::System, "actionCamera"},        {Workspaces::System, "actionDevice"},
-    {Workspaces::System, "actionPlc"},           {Workspaces::System, "actionLog"},
-    {Workspaces::System, "main_Login_action"},   {Workspaces::System, "main_action_userManager"},
-    {Workspaces::System, "actionRegister"},      {Workspaces::System, "actionAbout"},
+    {Workspaces::Results, "actionResults"},
+    {Workspaces::Results, "action_Check"},
+    {Workspaces::Results, "actionAlarms"},
+    {Workspaces::Models, "actionManage"},
+    {Workspaces::Models, "actionIndexTable"},
+    {Workspaces::Models, "actionSetting"},
+    {Workspaces::Models, "actionTeach"},
+    {Workspaces::Models, "actionLibrary"},
+    {Workspaces::Calibration, "actionStandard"},
+    {Workspaces::Calibration, "actionGuide"},
+    {Workspaces::System, "actionAssistant"},
+    {Workspaces::System, "actionSystem"},
+    {Workspaces::System, "actionCamera"},
+    {Workspaces::System, "actionDevice"},
+    {Workspaces::System, "actionPlc"},
+    {Workspaces::System, "actionLog"},
+    {Workspaces::System, "actionBackup"},
+    {Workspaces::System, "main_Login_action"},
+    {Workspaces::System, "main_action_userManager"},
+    {Workspaces::System, "actionRegister"},
+    {Workspaces::System, "actionAbout"},
 };
 
 } // namespace

@@ -14,6 +14,8 @@ public:
     ksMain();
 
     void showMaximized() override;
+    /// Why the start-up could not go on; empty when it did. With a problem there is nothing to show.
+    QString problem() const { return m_window.problem(); }
 
 private:
     const LoopWatch m_loop;

@@ -22,6 +22,7 @@ const char* const sourceName = QT_TRANSLATE_NOOP("LanguageSwitch", "中文");
 QStringList places()
 {
     QStringList places{QCoreApplication::applicationDirPath() + QStringLiteral("/language"),
+                       platform::programFolder() + QStringLiteral("/language"),
                        platform::inHome(QStringLiteral("/language"))};
     places.removeDuplicates();
     return places;

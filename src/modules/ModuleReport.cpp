@@ -1,9 +1,12 @@
 #include "modules/ModuleReport.h"
 
+#include "platform/AppHome.h"
+
 #include <valvecell/Export.h>
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QLibrary>
 
 namespace {
@@ -22,8 +25,24 @@ QString majorOf(const QString& version)
 
 } // namespace
 
+QString qtProblem(const QString& file)
+{
+    QFile library(file);
+    if (!library.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray content = library.readAll();
+    // Put together here: as a text of its own, the name would stand in this program's files as well.
+    for (const char major : {'6', '7'}) {
+        if (content.contains(QByteArray("Qt") + major + "Core"))
+            return Tr::tr("模块用 Qt %1 编译，本程序使用 Qt %2").arg(QLatin1Char(major)).arg(QLatin1String(qVersion()));
+    }
+    return {};
+}
+
 bool loadModule(QLibrary& library)
 {
+    if (!qtProblem(platform::moduleFile(library.fileName())).isEmpty())
+        return false;
     library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
     return library.load();
 }
@@ -40,12 +59,22 @@ QString interfaceProblem(QLibrary& library)
                                           : Tr::tr("模块按接口版本 %1 编译，本程序的接口版本为 %2").arg(built, own);
 }
 
+/// With where it was looked for, of a file that is nowhere.
+static QString loadProblem(const QLibrary& library)
+{
+    const QString other = qtProblem(platform::moduleFile(library.fileName()));
+    if (!other.isEmpty() || library.fileName().contains(QLatin1Char('/')))
+        return other.isEmpty() ? library.errorString() : other;
+    return Tr::tr("%1；查找过：%2，以及系统的库目录")
+        .arg(library.errorString(), QDir::toNativeSeparators(platform::moduleFolders().join(QStringLiteral(", "))));
+}
+
 /// A module need not have a version.
 ModuleInfo describeModule(const QString& name, QLibrary& library, const char* symbol)
 {
     ModuleInfo info{name, false, QDir::toNativeSeparators(library.fileName()), {}, {}};
     if (!library.isLoaded())
-        info.problem = library.errorString();
+        info.problem = loadProblem(library);
     else if (const QString other = interfaceProblem(library); !other.isEmpty())
         info.problem = other;
     else if (!library.resolve(symbol))

@@ -33,6 +33,10 @@ struct ModuleInfo
     QString problem;      ///< why it does not work; empty when it does
 };
 
+/// Why a module's file must not even be loaded: it was built with another major version of Qt, by the libraries that it
+/// names. Empty when it may be, and for a file that is not found.
+QString qtProblem(const QString& file);
+
 /// Loads a module's library, with all that it needs of others: a function that is nowhere is found now and not when it
 /// is first called. GUI thread.
 bool loadModule(QLibrary& library);

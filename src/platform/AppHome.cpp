@@ -2,6 +2,14 @@
 
 #include <valvecell/HomeFiles.h>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
+#include <QFile>
+
+#include <dlfcn.h>
+#endif
+
 #include <QCoreApplication>
 #include <QFileInfo>
 
@@ -51,8 +59,39 @@ QString moduleLoadName(const QString& base)
     QString name = withoutSuffix(base);
     if (name.contains(QLatin1Char('/')))
         return name;
-    const QString beside = QCoreApplication::applicationDirPath() + QLatin1Char('/') + name;
-    return QFileInfo::exists(moduleFile(beside)) ? beside : name;
+    const QStringList folders = moduleFolders();
+    for (const QString& folder : folders) {
+        const QString beside = folder + QLatin1Char('/') + name;
+        if (QFileInfo::exists(moduleFile(beside)))
+            return beside;
+    }
+    return name;
+}
+
+QStringList moduleFolders()
+{
+    QStringList folders{QCoreApplication::applicationDirPath(), programFolder()};
+    folders.removeDuplicates();
+    return folders;
+}
+
+QString programFolder()
+{
+    QString file;
+#ifdef Q_OS_WIN
+    HMODULE own = nullptr;
+    wchar_t path[MAX_PATH + 1] = {};
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       reinterpret_cast<LPCWSTR>(&programFolder), &own);
+    if (own && GetModuleFileNameW(own, path, MAX_PATH) > 0)
+        file = QString::fromWCharArray(path);
+#else
+    Dl_info own{};
+    if (::dladdr(reinterpret_cast<void*>(&programFolder), &own) != 0 && own.dli_fname)
+        file = QFile::decodeName(own.dli_fname);
+#endif
+    const QString folder = QFileInfo(QFileInfo(file).canonicalFilePath()).path();
+    return file.isEmpty() || folder == QLatin1String(".") ? QCoreApplication::applicationDirPath() : folder;
 }
 
 QString programFile(const QString& folder, const QString& name)

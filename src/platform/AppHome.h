@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 /// Where the program and its files lie.
 namespace platform {
@@ -21,8 +21,16 @@ QString moduleSuffix();
 /// counts as the suffix of every platform and is never doubled.
 QString moduleFile(const QString& base);
 
+/// The folder of the library or program that holds this code: what belongs to it lies beside, also when a host process
+/// elsewhere has loaded the library.
+QString programFolder();
+
+/// Where modules are looked for before the platform's loader looks where it always does: the application's directory,
+/// then programFolder().
+QStringList moduleFolders();
+
 /// `base` as the platform's loader is to be given it, without suffix: with a directory as it stands; without one, in
-/// the application's directory if the file lies there, otherwise bare, so that the loader looks where it always does.
+/// the first of moduleFolders() in which the file lies, otherwise bare, so that the loader looks where it always does.
 QString moduleLoadName(const QString& base);
 
 /// The file of a program of that name in a folder.

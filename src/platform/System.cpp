@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cstdio>
 #include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -48,6 +49,12 @@ bool flushFile(const QString& path)
     const bool flushed = FlushFileBuffers(file) != 0;
     CloseHandle(file);
     return flushed;
+}
+
+bool replaceFile(const QString& from, const QString& to)
+{
+    return MoveFileExW(reinterpret_cast<LPCWSTR>(from.utf16()), reinterpret_cast<LPCWSTR>(to.utf16()),
+                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
 
 quint64 fileIdentity(const QString& path)
@@ -118,6 +125,11 @@ bool flushFile(const QString& path)
     const bool flushed = ::fdatasync(file) == 0;
     ::close(file);
     return flushed;
+}
+
+bool replaceFile(const QString& from, const QString& to)
+{
+    return ::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
 }
 
 /// The number of the file, and a part for the device: a folder may be mounted over.

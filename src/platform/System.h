@@ -14,6 +14,9 @@ qint64 freeSpaceMiB(const QString& folder);
 /// Waits until the disk holds everything written to the file so far, by whomever. False when it cannot.
 bool flushFile(const QString& path);
 
+/// Gives a file the name of another, which goes, in one step; false, with both as they were, when it cannot.
+bool replaceFile(const QString& from, const QString& to);
+
 /// Tells the file under a name from another that took its name while the first is open; 0 when there is none. On
 /// Windows nobody can replace an open file: a number that says no more than that there is one.
 quint64 fileIdentity(const QString& path);

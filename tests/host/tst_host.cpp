@@ -3,7 +3,11 @@
 #include "panels/CellStatusBar.h"
 #include "shell/Workspaces.h"
 
+#include <valvecell/HostChoice.h>
 #include <valvecell/IMainWidget.h>
+
+#include <QStyle>
+#include <QThreadPool>
 
 namespace {
 
@@ -28,6 +32,65 @@ int unloadingChild()
     library.unload();
     QTest::qWait(50);
     return 0;
+}
+
+int threadCount()
+{
+    QThreadPool::globalInstance()->waitForDone();
+    return QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+}
+
+void ownHandler(QtMsgType, const QMessageLogContext&, const QString& text)
+{
+    std::puts(qUtf8Printable(text));
+}
+
+/// What a host has of its own, and finds again after the program; a thread that has ended is listed for a moment.
+QString stateOfHost(int threads)
+{
+    const bool ended = QTest::qWaitFor([=] { return threadCount() == threads; }, patienceMs);
+    const QtMessageHandler handler = qInstallMessageHandler(nullptr);
+    qInstallMessageHandler(handler);
+    return told(QApplication::style()->objectName(), QApplication::palette().color(QPalette::Window).name(),
+                handler == ownHandler, ended, QDir::currentPath(), QApplication::topLevelWidgets().size());
+}
+
+/// A host that wants to live on whatever happens: a second program, a start that fails, and all over again.
+int livingChild()
+{
+    const TempHome home;
+    writeStations(home, 1);
+    home.write("/user/systemConfig.ini", "[COM]\nPort=/nowhere/tty\n");
+    qInstallMessageHandler(ownHandler);
+    QApplication::setStyle("windows");
+    HostChoice::returnFailures();
+    HostChoice::setUnattended();
+    QLibrary library(QStringLiteral(VALVECELL_BIN_DIR "/" VALVECELL_LIBRARY));
+    const auto create = reinterpret_cast<MainWidgetCreateFunction>(library.resolve("MainWidget_Create"));
+    const auto destroy = reinterpret_cast<MainWidgetDeleteFunction>(library.resolve("MainWidget_Delete"));
+    const int threads = threadCount();
+    QStringList states{stateOfHost(threads)};
+    for (int round = 0; round < 3; ++round) {
+        IMainWidget* const program = create();
+        const bool twice = create() != nullptr;
+        if (!program || twice || !HostChoice::startProblem().contains("MainWidget_Delete"))
+            return 2;
+        program->showMaximized();
+        QTest::qWait(20);
+        destroy(program);
+        states << stateOfHost(threads);
+        QFile::rename(home.path("/user/camera.json"), home.path("/user/away"));
+        if (create() || !HostChoice::startProblem().startsWith("camera.json文件出错,请检查!"))
+            return 3;
+        states << stateOfHost(threads);
+        QFile::rename(home.path("/user/away"), home.path("/user/camera.json"));
+        if (round == 1)
+            library.unload();
+    }
+    if (states.count(states[0]) == states.size())
+        return 0;
+    std::puts(qUtf8Printable(states.join('\n')));
+    return 4;
 }
 
 } // namespace
@@ -138,11 +201,16 @@ private slots:
         QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     }
 
-    void hostMayUnloadTheLibrary()
+    void hostLivesOn_data()
     {
+        Table::of<QString>({{"without the library", "--unloading-child"}, {"whatever happens", "--living-child"}});
+    }
+    void hostLivesOn()
+    {
+        const auto [kind] = Table::row<QString>();
         QProcess child;
         child.setProcessChannelMode(QProcess::MergedChannels);
-        child.start(QCoreApplication::applicationFilePath(), {"--unloading-child"});
+        child.start(QCoreApplication::applicationFilePath(), {kind});
         QVERIFY(child.waitForFinished(patienceMs));
         QVERIFY2(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0, child.readAll().constData());
     }
@@ -179,6 +247,8 @@ int main(int argc, char** argv)
         return fatalChild();
     if (argc > 1 && qstrcmp(argv[1], "--unloading-child") == 0)
         return unloadingChild();
+    if (argc > 1 && qstrcmp(argv[1], "--living-child") == 0)
+        return livingChild();
     HostTest test;
     return QTest::qExec(&test, argc, argv);
 }

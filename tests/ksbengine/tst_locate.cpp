@@ -96,7 +96,9 @@ private slots:
             locate({QStringLiteral("--against"), archive.home.path(QStringLiteral("/edited.json")),
                     QStringLiteral("--csv"), csv, QStringLiteral("--jobs"), QStringLiteral("3"), archive.day()});
         QVERIFY2(answer.code == 0, answer.messages);
-        QCOMPARE(valuesOf(answer, "image"), QStringList({"a.png", "b.png", "=c.png"}));
+        QCOMPARE(valuesOf(answer, "name"), QStringList({"a.png", "b.png", "=c.png"}));
+        QCOMPARE(valuesOf(answer, "image")[2], archive.day() + "/Station2/=c.png");
+        QCOMPARE(valuesOf(answer, "status"), QStringList({"found", "nothing", "found"}));
         QCOMPARE(valuesOf(answer, "found"), QStringList({"true", "false", "true"}));
         const QString tip = answer.lines[1].value("tip").toString();
         QVERIFY2(tip.startsWith("未找到气门孔：") && !answer.lines[0].value("tip").toString().contains("："),
@@ -108,6 +110,8 @@ private slots:
         const Answer byImage =
             locate({QStringLiteral("--params"), archive.home.path(QStringLiteral("/params.json")), archive.day()});
         QCOMPARE(valuesOf(byImage, "error"), QStringList({"9", "9", "0"}));
+        QCOMPARE(valuesOf(byImage, "status"), QStringList({"error", "error", "found"}));
+        QVERIFY(byImage.code == 1 && byImage.lines[0].value("problem").toString().contains("rim_radius"));
         QVERIFY2(byImage.messages.contains("rim_radius") && byImage.messages.contains("b.png"), byImage.messages);
         QFile table(csv);
         QVERIFY(table.open(QIODevice::ReadOnly));
@@ -178,6 +182,20 @@ private slots:
         const double depth = taught.lines[0].value("hole_depth").toDouble();
         QVERIFY2(std::abs(depth - holeDepth) < 5, qPrintable(QString::number(depth)));
         QVERIFY(plant.home.read("/user/solutions/default/五辐17.model.json").contains("\"hole_depth\""));
+    }
+
+    /// A script has to tell a folder without images, and a file that is none, from a wheel without a hole.
+    void whatCouldNotBeJudgedIsNoMissingHole()
+    {
+        const TempHome home;
+        home.write("/text.png", "no image");
+        home.write("/empty/readme.txt", "no image either");
+        const Answer damaged = locate({home.path("/text.png")});
+        QCOMPARE(damaged.code, 1);
+        QCOMPARE(valuesOf(damaged, "status"), QStringList("error"));
+        QVERIFY(damaged.lines[0].value("problem").toString().contains("no image"));
+        const Answer empty = locate({home.path("/empty")});
+        QVERIFY2(empty.code == 3 && empty.messages.contains("/empty: no image in this folder"), empty.messages);
     }
 
     void wrongUseIsRefused_data()

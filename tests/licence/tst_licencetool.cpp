@@ -65,6 +65,11 @@ private slots:
         const Answer more =
             run(verify + QStringList{"--machine", m_machine, "--date", "2026-06-01", "--stations", "2"});
         QVERIFY2(more.code == 3 && more.out.endsWith("for fewer stations\n"), qPrintable(more.out));
+        const Answer json = run(verify + QStringList{"--json", "--machine", m_machine, "--date", "2027-01-01"});
+        const QJsonObject told = QJsonDocument::fromJson(json.out.toUtf8()).object();
+        QVERIFY2(json.code == 3 && told["counts"] == false && told["refusal"] == "expired" &&
+                     told["customer"] == "某厂" && told["expires"] == "2026-12-31",
+                 qPrintable(json.out));
         const Answer elsewhere = run(verify + QStringList{"--date", "2026-06-01"});
         QVERIFY2(elsewhere.code == 3 && elsewhere.out.endsWith("for another machine\n"), qPrintable(elsewhere.out));
     }

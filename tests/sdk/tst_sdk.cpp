@@ -1,6 +1,7 @@
 // What the author of a module does: takes the installed headers, builds the example, and has its module used.
 
 #include "support/Delivered.h"
+#include "support/Table.h"
 #include "support/TempHome.h"
 
 #include <valvecell/Extension.h>
@@ -35,9 +36,14 @@ public:
     QString build() const { return m_dir.filePath(QStringLiteral("build")); }
 
     /// Installs the SDK, copies the example and builds it; empty, or what failed.
-    QString make(const QString& example) const
+    QString make(const QString& example, bool install = true) const
     {
-        QString failed = runCMake({"--install", BUILD_DIR, "--component", "sdk", "--prefix", prefix()});
+        QString failed =
+            runCMake({"-S", SOURCE_DIR, "-B", m_dir.filePath("sdk"), "-G", CMAKE_GENERATOR, "-DVALVECELL_SDK_ONLY=ON",
+                      "-DCMAKE_MAKE_PROGRAM=" CMAKE_MAKE_PROGRAM, "-DCMAKE_CXX_COMPILER=" CMAKE_CXX_COMPILER,
+                      "-DCMAKE_PREFIX_PATH=" CMAKE_PREFIX_PATH});
+        if (failed.isEmpty())
+            failed = runCMake({"--install", m_dir.filePath("sdk"), "--prefix", prefix()});
         const QDir from(QStringLiteral(SOURCE_DIR "/examples/") + example);
         QDir().mkpath(source());
         for (const QString& file : from.entryList(QDir::Files))
@@ -51,7 +57,7 @@ public:
              "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON", "-DCMAKE_PREFIX_PATH=" + where},
             {"--build", build(), "--parallel", "2"},
             {"--install", build(), "--prefix", prefix()}};
-        for (const QStringList& step : steps) {
+        for (const QStringList& step : install ? steps : steps.mid(0, 2)) {
             if (failed.isEmpty())
                 failed = runCMake(step);
         }
@@ -99,11 +105,51 @@ private slots:
                  QDir(SOURCE_DIR "/include/valvecell").entryList(headers));
     }
 
+    /// Built like the camera, and held to their contracts; the host lives on in an empty home.
+    void otherExamplesKeepTheirContracts_data()
+    {
+        QTest::addColumn<QString>("module");
+        QTest::newRow("DarkSpotEngine") << "ksbengine.so";
+        QTest::newRow("EchoLine") << "SerialPortTool.so";
+        QTest::newRow("SingleUser") << "QUserInfo.so";
+        QTest::newRow("SmallHost") << "";
+    }
+    void otherExamplesKeepTheirContracts()
+    {
+        QFETCH(QString, module);
+        const OutsideBuild outside;
+        const QString failed = outside.make(QString::fromLatin1(QTest::currentDataTag()), false);
+        QVERIFY2(failed.isEmpty(), qPrintable(failed));
+        const TempHome home;
+        QProcess process;
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        if (module.isEmpty())
+            process.start(outside.build() + "/smallhost", {VALVECELL_BIN_DIR "/libvalvecell.so"});
+        else
+            process.start(VALVECELL_BIN_DIR "/modulecheck", {outside.build() + '/' + module});
+        QVERIFY(process.waitForFinished(deadlineMs));
+        const QString said = QString::fromUtf8(process.readAll());
+        QCOMPARE(told(process.exitCode(), said.contains("camera.json")), module.isEmpty() ? "2|true" : "0|false");
+    }
+
     void initTestCase()
     {
         const QString failed = m_outside.make(QStringLiteral("TestPatternCamera"));
         QVERIFY2(failed.isEmpty(), qPrintable(failed));
         m_init = Delivered::init(m_outside.prefix() + QStringLiteral("/bin/ksCoreCtrl"));
+    }
+
+    void anotherQtIsRefusedByTheCompiler()
+    {
+        QProcess compiler;
+        const QString qt = QLibraryInfo::location(QLibraryInfo::HeadersPath);
+        compiler.start(CMAKE_CXX_COMPILER, {"-E", "-fPIC", "-x", "c++", "-std=c++17", "-I", qt, "-I", qt + "/QtCore",
+                                            "-I", m_outside.prefix() + "/include", "-"});
+        compiler.write("#include <QtGlobal>\n#undef QT_VERSION\n#define QT_VERSION 0x060200\n"
+                       "#include <valvecell/Export.h>\n");
+        compiler.closeWriteChannel();
+        QVERIFY(compiler.waitForFinished(deadlineMs));
+        QVERIFY(compiler.exitCode() != 0 && compiler.readAllStandardError().contains("Qt 5.15"));
     }
 
     void triggersOfTwoCamerasAreAnsweredSideBySide()

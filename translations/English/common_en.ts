@@ -37,6 +37,10 @@
 <context>
     <name>ImageFile</name>
     <message>
+        <source>本机没有读取 TIFF 的插件，请安装 qt5-image-formats-plugins，或把图像存为 PNG</source>
+        <translation>this machine has no plug-in that reads TIFF: install qt5-image-formats-plugins, or save the image as PNG</translation>
+    </message>
+    <message>
         <source>图像过大（%1 × %2）</source>
         <translation>the image is too large (%1 × %2)</translation>
     </message>

@@ -400,6 +400,14 @@
 <context>
     <name>ModuleReport</name>
     <message>
+        <source>模块用 Qt %1 编译，本程序使用 Qt %2</source>
+        <translation>The module was built with Qt %1; this program uses Qt %2</translation>
+    </message>
+    <message>
+        <source>%1；查找过：%2，以及系统的库目录</source>
+        <translation>%1; looked for in: %2, and in the system's library folders</translation>
+    </message>
+    <message>
         <source>模块按接口版本 %1 编译，本程序的接口版本为 %2</source>
         <translation>The module was built for interface version %1; this program has version %2</translation>
     </message>

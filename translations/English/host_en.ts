@@ -8,6 +8,14 @@
         <translation>Valve Hole Locating System</translation>
     </message>
     <message>
+        <source>本进程中已有一个程序在运行，请先用 MainWidget_Delete 交还，再重新创建</source>
+        <translation>a program runs in this process already: give it back to MainWidget_Delete before another is created</translation>
+    </message>
+    <message>
+        <source>数据备份</source>
+        <translation>Backup</translation>
+    </message>
+    <message>
         <source>单工位模式</source>
         <translation>One-station mode</translation>
     </message>

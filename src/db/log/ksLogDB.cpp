@@ -106,6 +106,15 @@ QStringList ksLogDB::movedAside() const
     return m_movedAside;
 }
 
+void ksLogDB::startAgain()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stop = false;
+    }
+    start();
+}
+
 void ksLogDB::stop()
 {
     {

@@ -70,6 +70,9 @@ public:
     /// Under which names files that could not be used were kept, the first at the start. Any thread.
     QStringList movedAside() const;
 
+    /// As start(), also after a stop().
+    void startAgain();
+
     /// Stops the thread after the pass in hand, and waits for it. Idempotent.
     void stop();
 

@@ -25,9 +25,16 @@ void forward(QtMsgType type, const QMessageLogContext& context, const QString& t
 
 ksSysLog::ksSysLog()
 {
-    m_database.start();
     // The object outlives the application; its thread must not outlive the database driver.
     qAddPostRoutine([] { instance()->stop(); });
+    start();
+}
+
+void ksSysLog::start()
+{
+    if (m_database.isRunning())
+        return;
+    m_database.startAgain();
     setOutput([](int type, const char* message, int length) { instance()->database().append(type, message, length); });
 }
 

@@ -20,6 +20,9 @@ public:
 
     ksLogDB& database() { return m_database; }
 
+    /// Writes again after stop(), to the same file; while it writes, nothing.
+    void start();
+
     /// Ends writing, at the latest when the application object goes; later lines go nowhere.
     void stop();
 
