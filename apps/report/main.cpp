@@ -45,7 +45,7 @@ int main(int argc, char** argv)
     parser.addOptions({home, shot});
     parser.process(app);
     if (parser.isSet(home))
-        qputenv("VALVECELL_HOME", parser.value(home).toLocal8Bit());
+        HomeFiles::setHome(parser.value(home));
     HomeFiles::fixHome();
 
     initResources();

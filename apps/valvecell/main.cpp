@@ -1,6 +1,8 @@
 // The host process: loads the program's library, shows it, and takes it down when the window closes or the process is
 // asked to end.
 
+#include "platform/System.h"
+
 #include <valvecell/HomeFiles.h>
 #include <valvecell/IMainWidget.h>
 
@@ -89,7 +91,7 @@ void saveScreenshot(const QString& path)
 bool enterHome(const QString& home)
 {
     if (!home.isEmpty())
-        qputenv("VALVECELL_HOME", home.toLocal8Bit());
+        HomeFiles::setHome(home);
     HomeFiles::fixHome();
     if (QDir(HomeFiles::home()).exists() && QDir::setCurrent(HomeFiles::home()))
         return true;
@@ -182,6 +184,7 @@ int main(int argc, char** argv)
 {
     QElapsedTimer start;
     start.start();
+    platform::keepForeignLibrariesOut();
     QCoreApplication::setApplicationName(QStringLiteral("ValveCell"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
     QCommandLineParser parser;

@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
+#include <QThread>
 
 /// How the program and its modules keep small files in the home, so that no file is ever half written and no file that
 /// a person spoiled by hand is lost. Any thread, as long as one thread at a time uses a file.
@@ -22,11 +23,22 @@ inline QString home()
     return named.isEmpty() ? QCoreApplication::applicationDirPath() : QDir(named).absolutePath();
 }
 
+/// Names the home for this process and those it starts. Main thread, at the start.
+inline void setHome(const QString& folder)
+{
+#ifdef Q_OS_WIN
+    // Qt's own call takes the code page of the machine, which lacks most of the world's characters.
+    _wputenv_s(L"VALVECELL_HOME", reinterpret_cast<const wchar_t*>(folder.utf16()));
+#else
+    qputenv("VALVECELL_HOME", QFile::encodeName(folder));
+#endif
+}
+
 /// Makes the home absolute once and for all, before anybody changes the working directory. Main thread, at the start.
 inline void fixHome()
 {
     if (qEnvironmentVariableIsSet("VALVECELL_HOME"))
-        qputenv("VALVECELL_HOME", home().toLocal8Bit());
+        setHome(home());
 }
 
 /// Whether a path leads to something that is no file, such as a pipe or a device: opening that may wait for ever.
@@ -99,17 +111,32 @@ inline QString copyAside(const QString& path)
     return !aside.isEmpty() && QFile::copy(path, aside) ? aside : QString();
 }
 
-/// Replaces a file's content in one step: after a power failure it holds the old or the new content, whole.
+/// Replaces a file's content in one step: after a power failure it holds the old or the new content, whole. Windows
+/// replaces no file that somebody has open: it is tried again for a tenth of a second, as virus scanners and other
+/// readers are done soon.
 inline bool writeFile(const QString& path, const QByteArray& content, QString* error)
 {
-    QSaveFile file(path);
-    // Only flush() reports a full disk when the content fits into the buffer; commit() would replace the file by
-    // nothing.
-    const bool written = QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
-                         file.write(content) == content.size() && file.flush() && file.commit();
-    if (!written && error)
-        *error = QStringLiteral("%1: %2").arg(path, file.errorString());
-    return written;
+#ifdef Q_OS_WIN
+    constexpr int triesAfterTheFirst = 5;
+#else
+    constexpr int triesAfterTheFirst = 0;
+#endif
+    constexpr unsigned long msBetweenTries = 20;
+    QString reason;
+    for (int tries = 0; tries <= triesAfterTheFirst; ++tries) {
+        QSaveFile file(path);
+        // Only flush() reports a full disk when the content fits into the buffer; commit() would replace the file by
+        // nothing.
+        if (QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
+            file.write(content) == content.size() && file.flush() && file.commit())
+            return true;
+        reason = QStringLiteral("%1: %2").arg(path, file.errorString());
+        if (tries < triesAfterTheFirst)
+            QThread::msleep(msBetweenTries);
+    }
+    if (error)
+        *error = reason;
+    return false;
 }
 
 /// The mark beside a file that keeps people out: it says that there was one.

@@ -1,20 +1,15 @@
 #include "platform/System.h"
 
-#ifdef Q_OS_WIN
-// clang-format off: the first of them has to come first
-#include <psapi.h>
-#include <windows.h>
-// clang-format on
-#else
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+#include <cstdio>
 #include <ctime>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
-#endif
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
@@ -24,79 +19,6 @@
 #endif
 
 namespace platform {
-
-#ifdef Q_OS_WIN
-
-qint64 freeSpaceMiB(const QString& folder)
-{
-    const QString drive = folder.left(2) + QLatin1Char('\\');
-    ULARGE_INTEGER forCaller;
-    ULARGE_INTEGER total;
-    ULARGE_INTEGER free;
-    if (!GetDiskFreeSpaceExW(reinterpret_cast<LPCWSTR>(drive.utf16()), &forCaller, &total, &free))
-        return -1;
-    return static_cast<qint64>(free.QuadPart / 1024 / 1024);
-}
-
-bool flushFile(const QString& path)
-{
-    const HANDLE file =
-        CreateFileW(reinterpret_cast<LPCWSTR>(path.utf16()), GENERIC_WRITE,
-                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        return false;
-    const bool flushed = FlushFileBuffers(file) != 0;
-    CloseHandle(file);
-    return flushed;
-}
-
-quint64 fileIdentity(const QString& path)
-{
-    return GetFileAttributesW(reinterpret_cast<LPCWSTR>(path.utf16())) != INVALID_FILE_ATTRIBUTES ? 1 : 0;
-}
-
-qint64 residentMemoryKiB()
-{
-    PROCESS_MEMORY_COUNTERS counters;
-    return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) ? counters.WorkingSetSize / 1024 : 0;
-}
-
-std::optional<double> processorTimeMs(qint64 processId)
-{
-    const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(processId));
-    FILETIME born;
-    FILETIME ended;
-    FILETIME kernel;
-    FILETIME user;
-    const bool known = process && GetProcessTimes(process, &born, &ended, &kernel, &user);
-    if (process)
-        CloseHandle(process);
-    if (!known)
-        return {};
-    const auto ticks = [](FILETIME time) { return double(quint64(time.dwHighDateTime) << 32 | time.dwLowDateTime); };
-    return (ticks(kernel) + ticks(user)) / 1e4; // of 100 ns
-}
-
-void keepOthersOut() {}
-
-void keepThisLibrary()
-{
-    HMODULE pinned = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
-                       reinterpret_cast<LPCWSTR>(&keepThisLibrary), &pinned);
-}
-
-void releaseFreeMemory()
-{
-    HeapCompact(GetProcessHeap(), 0);
-}
-
-void lowerThreadPriority()
-{
-    SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
-}
-
-#else
 
 qint64 freeSpaceMiB(const QString& folder)
 {
@@ -169,6 +91,22 @@ void lowerThreadPriority()
 #endif
 }
 
-#endif
+QByteArray nameForLibraries(const QString& path)
+{
+    return QFile::encodeName(path);
+}
+
+QByteArray folderForLibraries(const QString& path)
+{
+    return QFile::encodeName(path);
+}
+
+QString replaceFile(const QString& from, const QString& to)
+{
+    const int code = std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData());
+    return code == 0 ? QString() : qt_error_string(errno);
+}
+
+void keepForeignLibrariesOut() {} // the linker wrote the folder into the program
 
 } // namespace platform
