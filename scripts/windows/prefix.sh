@@ -149,6 +149,7 @@ build_libpng() { cmake_library -DPNG_SHARED=OFF -DPNG_TESTS=OFF -DPNG_EXECUTABLE
 build_turbojpeg() { cmake_library -DENABLE_SHARED=OFF -DWITH_SIMD="$(command -v nasm >/dev/null && echo ON || echo OFF)"; }
 
 build_sodium() {
+    [ -e configure ] || autoreconf -fi
     [ -e Makefile ] || ./configure --host=$host --prefix="$prefix" --disable-shared --enable-static --disable-dependency-tracking
     make -C src -j "$jobs" install
 }
