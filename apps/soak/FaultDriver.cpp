@@ -14,10 +14,9 @@ const QString fullDisk = QStringLiteral("disk");
 
 } // namespace
 
-FaultDriver::FaultDriver(QStringList names, quint64 seed, QString home, CellProcess& program)
+FaultDriver::FaultDriver(QStringList names, quint64 seed, const Faults::Ground& ground)
     : m_names(std::move(names))
-    , m_home(std::move(home))
-    , m_program(program)
+    , m_ground(ground)
     , m_random(seed)
 {
     m_next.setSingleShot(true);
@@ -66,7 +65,7 @@ void FaultDriver::begin(const QString& name)
         name == QLatin1String("kill") ? emit killWanted() : emit cutWanted(ms);
         return;
     }
-    Active active{Faults::make(name, m_home, m_program), QDateTime::currentMSecsSinceEpoch()};
+    Active active{Faults::make(name, m_ground), QDateTime::currentMSecsSinceEpoch()};
     if (!active.fault->begin())
         return emit happened(name + QStringLiteral(" could not be brought about"));
     ++m_counts[name];

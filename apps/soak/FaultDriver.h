@@ -15,7 +15,7 @@ class FaultDriver : public QObject
     Q_OBJECT
 
 public:
-    FaultDriver(QStringList names, quint64 seed, QString home, CellProcess& program);
+    FaultDriver(QStringList names, quint64 seed, const Faults::Ground& ground);
     /// Ends those that last.
     ~FaultDriver() override;
 
@@ -56,8 +56,7 @@ private:
     bool lasts(const QString& name) const { return active(name) != nullptr; }
 
     const QStringList m_names;
-    const QString m_home;
-    CellProcess& m_program;
+    const Faults::Ground m_ground;
     std::mt19937_64 m_random;
     int m_meanPauseMs = 0;
     QTimer m_next;

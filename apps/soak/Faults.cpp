@@ -1,6 +1,7 @@
 #include "Faults.h"
 
 #include "CellProcess.h"
+#include "NetworkCameras.h"
 #include "db/SqlConnection.h"
 
 #include <QFile>
@@ -49,6 +50,24 @@ private:
     const QString m_path;
     const bool m_block;
     bool m_gone = false;
+};
+
+/// The camera of station 1 neither sends nor answers.
+class CableOut : public Fault
+{
+public:
+    explicit CableOut(NetworkCameras& cameras)
+        : m_cameras(cameras)
+    {
+    }
+    ~CableOut() override { CableOut::end(); }
+    QString name() const override { return QStringLiteral("camera"); }
+    bool begin() override { return m_cameras.order(1, "vanish"); }
+    void end() override { m_cameras.order(1, "return"); }
+    bool losesImages() const override { return true; }
+
+private:
+    NetworkCameras& m_cameras;
 };
 
 class FullDisk : public Fault
@@ -141,14 +160,17 @@ QStringList Faults::names()
             QStringLiteral("lock"), QStringLiteral("load"), QStringLiteral("archive")};
 }
 
-std::unique_ptr<Fault> Faults::make(const QString& name, const QString& home, CellProcess& program)
+std::unique_ptr<Fault> Faults::make(const QString& name, const Ground& ground)
 {
+    const QString& home = ground.home;
+    if (name == QLatin1String("camera") && ground.cameras)
+        return std::make_unique<CableOut>(*ground.cameras);
     if (name == QLatin1String("camera"))
         return std::make_unique<Away>(name, home + QStringLiteral("/images/1"), false);
     if (name == QLatin1String("archive"))
         return std::make_unique<Away>(name, home + QStringLiteral("/DBFiles/Images"), true);
     if (name == QLatin1String("disk"))
-        return std::make_unique<FullDisk>(program);
+        return std::make_unique<FullDisk>(ground.program);
     if (name == QLatin1String("lock"))
         return std::make_unique<Locks>(home);
     if (name == QLatin1String("load"))

@@ -7,6 +7,7 @@
 #include <vector>
 
 class CellProcess;
+class NetworkCameras;
 
 /// Something that goes wrong in a plant for a while, without the program or its line ending.
 class Fault
@@ -26,10 +27,18 @@ public:
 
 namespace Faults {
 
+/// What they are done to; all outlive the faults.
+struct Ground
+{
+    QString home;
+    CellProcess& program;
+    NetworkCameras* cameras; ///< null: the program reads the images itself
+};
+
 /// Those of --faults: "kill" and "cut", which end the program and its line, are the session's own.
 QStringList names();
 
-/// Null for a name that is none of them. "camera" is that of virtual cameras: their folder of images goes.
-std::unique_ptr<Fault> make(const QString& name, const QString& home, CellProcess& program);
+/// Null for a name that is none of them.
+std::unique_ptr<Fault> make(const QString& name, const Ground& ground);
 
 } // namespace Faults

@@ -12,6 +12,7 @@ struct SoakOptions
     quint64 seed = 1;
     double rate = 4; ///< parts a second, of both stations together
     QStringList faults;
+    bool networkCameras = false;
     bool pictures = true; ///< are archived
     QString home;         ///< empty: one of its own in a temporary folder
     QString json;

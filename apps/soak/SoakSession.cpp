@@ -21,7 +21,7 @@ SoakSession::SoakSession(SoakOptions options, const QString& home)
     : m_options(std::move(options))
     , m_home(home)
     , m_program(m_options.programs + QStringLiteral("/valvecell"), home)
-    , m_faults(m_options.faults, m_options.seed, home, m_program)
+    , m_faults(m_options.faults, m_options.seed, {home, m_program, m_options.networkCameras ? &m_cameras : nullptr})
     , m_audit(home)
 {
     m_report.options = m_options;
@@ -46,6 +46,8 @@ bool SoakSession::start(QString* error)
     for (int i = 0; i < 2; ++i)
         if (!images[i].load(m_home + QStringLiteral("/images/%1").arg(i + 1), error))
             return false;
+    if (m_options.networkCameras && !m_cameras.start(m_options.programs, m_home, error))
+        return false;
     if (!m_line.openLink(m_home + QStringLiteral("/plc"), error))
         return false;
     connect(&m_line, &PlcLine::pluggedIn, this, &SoakSession::onPluggedIn);
@@ -85,13 +87,16 @@ void SoakSession::onReady()
         return;
     if (m_options.kills > 0 && m_killsMs.size() == m_options.kills)
         return windUp();
-    m_feeder->start(fresh);
+    const bool imagesAnew = fresh && (!m_options.networkCameras || m_report.heartbeatMs.size() == 1);
+    m_feeder->start(imagesAnew);
     if (m_options.kills > 0)
         m_killSoon.start(m_faults.random(0, longestLifeMs));
 }
 
+/// Somebody waits at any moment when parts come fast; it is that nothing moves which is given up.
 void SoakSession::onAnswered()
 {
+    m_secondsToWait = 0;
     if (++m_answers == 1)
         m_report.firstAnswerMs << m_program.sinceBeginMs();
 }
@@ -102,6 +107,8 @@ void SoakSession::kill()
         return;
     m_killing = true;
     m_feeder->stop();
+    if (m_options.networkCameras) // which go on with the next image
+        m_feeder->loseOrder();
     m_program.kill();
     m_killsMs << QDateTime::currentMSecsSinceEpoch();
     if (m_options.kills == 0)

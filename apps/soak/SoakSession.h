@@ -2,6 +2,7 @@
 
 #include "CellFeeder.h"
 #include "FaultDriver.h"
+#include "NetworkCameras.h"
 #include "SoakReport.h"
 
 #include <QElapsedTimer>
@@ -51,6 +52,7 @@ private:
     SoakReport m_report;
     PlcLine m_line;
     TriggerLedger m_ledger;
+    NetworkCameras m_cameras;
     CellProcess m_program;
     FaultDriver m_faults;
     RecordsAudit m_audit;

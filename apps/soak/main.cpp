@@ -29,7 +29,9 @@ bool prepareHome(const SoakOptions& options, const QString& home, QString* error
 {
     QProcess maker;
     maker.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    maker.start(options.programs + QStringLiteral("/wheelgen"), {QStringLiteral("--demo"), home});
+    maker.start(options.programs + QStringLiteral("/wheelgen"),
+                QStringList{QStringLiteral("--demo"), home} +
+                    (options.networkCameras ? QStringList{QStringLiteral("--network-cameras")} : QStringList()));
     if (!maker.waitForFinished(-1) || maker.exitCode() != 0) {
         *error = QStringLiteral("%1: no home could be made there").arg(home);
         return false;

@@ -1,9 +1,9 @@
 #include "common/Calibration.h"
 
+#include "common/JsonText.h"
+
 #include <QCryptographicHash>
 #include <QDataStream>
-#include <QJsonArray>
-#include <QJsonDocument>
 
 #include <algorithm>
 #include <cmath>
@@ -13,12 +13,6 @@ namespace {
 /// Below this sine the axes of a map lie on each other: what single precision leaves of points on a line is smaller,
 /// and no camera looks that flat.
 constexpr double leastSine = 1e-4;
-
-QString jsonText(const QJsonValue& value)
-{
-    const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return QString::fromUtf8(array.mid(1, array.size() - 2));
-}
 
 } // namespace
 
@@ -60,8 +54,9 @@ Calibration Calibration::spoiledBy(const QJsonObject& values) const
 {
     QStringList texts;
     for (auto it = values.begin(); it != values.end(); ++it)
-        texts << (it.value().isNull() ? tr("缺少“%1”").arg(it.key())
-                                      : tr("“%1”的值 %2 不可用").arg(it.key(), jsonText(it.value())));
+        texts << (it.value().isNull()
+                      ? tr("缺少“%1”").arg(it.key())
+                      : tr("“%1”的值 %2 不可用").arg(it.key(), QString::fromUtf8(jsonText(it.value()))));
     Calibration spoiled = *this;
     if (!texts.isEmpty())
         spoiled.m_spoiled = QStringLiteral("globalConfig.json: ") + texts.join(tr("，"));

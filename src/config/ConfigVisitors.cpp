@@ -1,7 +1,7 @@
 #include "config/ConfigVisitors.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
+#include "common/JsonText.h"
+
 #include <QLocale>
 
 #include <cmath>
@@ -29,12 +29,6 @@ bool readNonFinite(const QString& text, double& value)
     else
         return false;
     return true;
-}
-
-QByteArray jsonText(const QJsonValue& value)
-{
-    const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return array.mid(1, array.size() - 2);
 }
 
 QByteArray quoted(const QString& text)

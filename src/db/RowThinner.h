@@ -12,7 +12,7 @@ class SqlConnection;
 /// Deletes the rows of a table that are older than so many days, a few at a time, on the thread that writes the table:
 /// so a row to be written waits for a step of some milliseconds at most, and never for a lock. Whole days get old at
 /// midnight; when they are gone, a line of the system log says how many rows of which days went. Nothing is deleted
-/// after the clock was set by minutes, until acceptClock().
+/// after the clock was set by minutes, until it is accepted.
 ///
 /// The file keeps its size: new rows fill the pages that old ones leave. Giving them back would move pages, in one long
 /// transaction or in each short one.
@@ -40,10 +40,8 @@ public:
 
     /// Rows of that many days and of today stay; 0: all do. Any thread.
     void setDays(int days) { m_days = days; }
-    /// See ClockGuard. Any thread.
-    QDateTime clockJump() const { return m_clock.jump(); }
-    void distrustClock(const QDateTime& time) { m_clock.distrust(time); }
-    void acceptClock() { m_clock.accept(); }
+    /// Any thread.
+    ClockGuard& clock() { return m_clock; }
 
     struct Step
     {

@@ -2,6 +2,7 @@
 
 #include "db/SqlConnection.h"
 
+#include <QFile>
 #include <QVariant>
 
 #include <chrono>
@@ -65,19 +66,26 @@ bool WalKeeper::flushNext()
     else
         m_changed.wait(lock, isDue);
     const int commits = m_commits;
-    if (commits == m_flushed && m_stop)
+    const bool last = m_stop;
+    if (commits == m_flushed && last)
         return false;
     lock.unlock();
     if (commits > m_flushed)
         flush(commits);
     else
         moveLog();
-    return true;
+    return !(last && m_fault.lasts());
 }
 
+/// A log that is gone holds nothing; what could not be flushed is tried again.
 void WalKeeper::flush(int commits)
 {
-    m_flush(m_path + QStringLiteral("-wal"));
+    const QString log = m_path + QStringLiteral("-wal");
+    if (!m_flush(log) && QFile::exists(log)) {
+        m_fault.failed(tr("%1 写入磁盘失败，断电会丢失最近的记录，请检查磁盘").arg(log));
+        return;
+    }
+    m_fault.over(tr("%1 又能写入磁盘，期间失败%2次").arg(log, QStringLiteral("%1")));
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_inLog += commits - m_flushed;
@@ -93,7 +101,7 @@ void WalKeeper::flushHere()
         flush(m_commits);
     else if (m_inLog >= commitsARound)
         moveLog();
-    if (m_flushHere && m_inLog >= commitsARound)
+    if (m_flushHere && (m_inLog >= commitsARound || m_fault.lasts()))
         m_flushHere->start(static_cast<int>(pause.count()));
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "common/Scheduler.h"
+#include "db/log/LogLine.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <condition_variable>
@@ -10,9 +12,12 @@
 
 /// Brings committed rows to the disk on a thread of its own, so that the thread that inserts never waits for it:
 /// flushes the write-ahead log within a tenth of a second, and from time to time moves it into the database file, over
-/// a connection of its own that writes no row and waits for no reader.
+/// a connection of its own that writes no row and waits for no reader. A flush that fails is logged once and tried
+/// again.
 class WalKeeper
 {
+    Q_DECLARE_TR_FUNCTIONS(WalKeeper)
+
 public:
     /// Brings what was written to a file to the disk; false when that fails.
     using Flush = std::function<bool(const QString& path)>;
@@ -38,8 +43,9 @@ private:
 
     const QString m_path;
     const Flush m_flush;
-    int m_inLog = 0;    ///< of the thread: commits since the log was moved
-    std::mutex m_mutex; ///< guards m_commits, m_flushed, m_stop
+    int m_inLog = 0;     ///< of the thread: commits since the log was moved
+    FaultNotice m_fault; ///< of the thread
+    std::mutex m_mutex;  ///< guards m_commits, m_flushed, m_stop
     std::condition_variable m_changed;
     int m_commits = 0;
     int m_flushed = 0;

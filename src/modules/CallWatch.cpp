@@ -29,8 +29,7 @@ CallWatch::Running::~Running()
     const qint64 due = m_watch.m_dueNs.exchange(m_outerDueNs);
     m_watch.m_name = m_outer;
     m_step.reset(); // what a report sets off is no part of it
-    const bool logged = due == never - 1;
-    if (logged || (due != never && now > due))
+    if (due == logged || (due != never && now > due))
         m_watch.reportLate(m_name, now - m_startNs);
 }
 
@@ -38,7 +37,7 @@ void CallWatch::look()
 {
     qint64 due = m_dueNs;
     const char* const name = m_name;
-    if (due < 0 || m_scheduler.elapsedNs() <= due || !m_dueNs.compare_exchange_strong(due, never - 1))
+    if (due < 0 || m_scheduler.elapsedNs() <= due || !m_dueNs.compare_exchange_strong(due, logged))
         return;
     qWarning("module %s has not returned in time, and holds up the program", name);
 }

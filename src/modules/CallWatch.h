@@ -77,4 +77,5 @@ private:
     std::atomic<const char*> m_name{nullptr}; ///< of the innermost call
     std::atomic<qint64> m_dueNs{never};       ///< when it is to be back
     static constexpr qint64 never = -1;
+    static constexpr qint64 logged = -2; ///< it was due, and look() has said so
 };

@@ -129,14 +129,23 @@ void CellRecords::thin()
 
 void CellRecords::acceptClock()
 {
+    const QVector<ClockGuard*> guards = clocks();
+    for (ClockGuard* guard : guards)
+        guard->accept();
+}
+
+QVector<ClockGuard*> CellRecords::clocks() const
+{
+    QVector<ClockGuard*> guards;
     for (QDiskCleanThread* cleaner : {m_sourceCleaner.get(), m_resultCleaner.get()}) {
         if (cleaner)
-            cleaner->acceptClock();
+            guards << &cleaner->clock();
     }
     if (m_results)
-        m_results->thinner().acceptClock();
+        guards << &m_results->thinner().clock();
     if (m_log)
-        m_log->thinner().acceptClock();
+        guards << &m_log->thinner().clock();
+    return guards;
 }
 
 bool CellRecords::isKeepingShortened() const
@@ -169,13 +178,11 @@ void CellRecords::checkClock()
     const QDateTime last = m_results->lastTime();
     if (now.date() >= madeOn && !(last.isValid() && now.secsTo(last) > tolerance))
         return;
-    for (QDiskCleanThread* cleaner : {m_sourceCleaner.get(), m_resultCleaner.get()}) {
-        if (cleaner)
-            cleaner->distrustClock(now);
-    }
-    m_results->thinner().distrustClock(now);
-    if (m_log)
-        m_log->thinner().distrustClock(now);
+    SystemLog::warning(
+        QDiskCleanThread::tr("系统时间突变为%1，暂停按天数清理%2").arg(now.toString(Qt::ISODate), m_home));
+    const QVector<ClockGuard*> guards = clocks();
+    for (ClockGuard* guard : guards)
+        guard->distrust(now);
 }
 
 void CellRecords::openModelLibrary(PlcIndexTable& indices, const QStringList& stations)
@@ -216,7 +223,7 @@ void CellRecords::setUser(const QString& name)
     m_store->setUser(name);
 }
 
-/// Both cleaners look at the same drive, so one speaks for both; a jump of the clock may meet any first.
+/// Both cleaners look at the same drive, so one speaks for both; a jump of the clock may meet any guard first.
 CellRecords::Health CellRecords::health() const
 {
     Health health;
@@ -224,16 +231,13 @@ CellRecords::Health CellRecords::health() const
     health.libraryError = m_libraryError;
     health.imagesGivenUp = m_archive->givenUp();
     health.imagesUnwritable = m_archive->isUnwritable();
-    if (m_sourceCleaner) {
+    if (m_sourceCleaner)
         health.freeMiB = m_sourceCleaner->lastFreeMiB();
-        health.clockJump = m_sourceCleaner->clockJump();
+    const QVector<ClockGuard*> guards = clocks();
+    for (const ClockGuard* guard : guards) {
+        if (!health.clockJump.isValid())
+            health.clockJump = guard->jump();
     }
-    if (m_resultCleaner && !health.clockJump.isValid())
-        health.clockJump = m_resultCleaner->clockJump();
-    if (m_results && !health.clockJump.isValid())
-        health.clockJump = m_results->thinner().clockJump();
-    if (m_log && !health.clockJump.isValid())
-        health.clockJump = m_log->thinner().clockJump();
     if (m_recorder)
         health.resultsWaiting = m_recorder->waiting();
     if (m_results)

@@ -8,6 +8,7 @@
 
 #include <memory>
 
+class ClockGuard;
 class ImageArchive;
 class ModelManager;
 class PlcIndexTable;
@@ -96,6 +97,8 @@ private:
     /// A step at a time, unless rows wait.
     void thin();
     void thinAsSet();
+    /// Of all that deletes by age.
+    QVector<ClockGuard*> clocks() const;
     /// A clock that runs before the last row, or before this program was made, was wrong at the start already.
     void checkClock();
     void openLibrary();

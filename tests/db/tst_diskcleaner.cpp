@@ -121,15 +121,15 @@ private slots:
             }
             return QDir(m_root->filePath("2024-05-01")).exists();
         };
-        QVERIFY(passes() && !cleaner.clockJump().isValid());
+        QVERIFY(passes() && !cleaner.clock().jump().isValid());
         clock.setClock(clock.now().addSecs(240)); // as a time service does
-        QVERIFY(passes() && !cleaner.clockJump().isValid());
+        QVERIFY(passes() && !cleaner.clock().jump().isValid());
         clock.setClock(clock.now().addDays(31));
-        QVERIFY(passes() && cleaner.clockJump() > clock.now().addSecs(-10));
+        QVERIFY(passes() && cleaner.clock().jump() > clock.now().addSecs(-10));
         m_freeMiB = 0; // nor does low space let anything go by a clock that may be wrong
         QVERIFY(passes());
-        cleaner.acceptClock();
-        QVERIFY(!passes() && !cleaner.clockJump().isValid());
+        cleaner.clock().accept();
+        QVERIFY(!passes() && !cleaner.clock().jump().isValid());
     }
 
     void changedLimitsCountFromTheNextPass()

@@ -59,7 +59,7 @@ struct Recording
 /// Counts warnings while it lives, since a fault that lasts must not flood the log.
 struct Warnings
 {
-    static inline int count = 0;
+    static inline std::atomic<int> count{0};
     QtMessageHandler previous = qInstallMessageHandler(
         [](QtMsgType type, const QMessageLogContext&, const QString&) { count += type == QtWarningMsg ? 1 : 0; });
 
@@ -218,7 +218,7 @@ private slots:
         while (cell->recorder.waiting() < (running ? 50 : 3))
             cell->record(++last);
         QTRY_VERIFY(retried.count() > 20);
-        QCOMPARE(warnings.count, warned / 2); // the file, and that rows wait
+        QCOMPARE(int(warnings.count), warned / 2); // the file, and that rows wait
 
         if (fault == "lock")
             QVERIFY(other->run("ROLLBACK"));
@@ -230,7 +230,7 @@ private slots:
         else
             fault == "full" ? disk.empty() : void(disk.setReadOnly(false));
         QTRY_COMPARE(cell->recorder.waiting(), 0);
-        QCOMPARE(warnings.count, warned);
+        QCOMPARE(int(warnings.count), warned);
         OtherProgram reader(path);
         const int first = reader.value("select min(uid) from RltTable where value3 = '0'").isEmpty() ? 1 : 0;
         QCOMPARE(reader.column("select value3 from RltTable order by uid"), numbers(first, last));
@@ -413,6 +413,23 @@ private slots:
         cell.record(2);
         cell.database.close(); // at the latest
         QCOMPARE(int(flushes), 2);
+    }
+
+    void flushThatFailsIsToldAndTriedAgain()
+    {
+        const Warnings warnings;
+        std::atomic<int> tries{0};
+        Recording cell(file());
+        cell.database.setFlush([&](const QString& path) { return ++tries > 3 && platform::flushFile(path); });
+        cell.record(1);
+        QTRY_COMPARE(int(tries), 4);
+        QTRY_COMPARE(int(warnings.count), 2); // that it fails, and that it is over
+        cell.database.setFlush([&](const QString&) { return false; });
+        cell.database.close();
+        QVERIFY(cell.database.open());
+        cell.record(2);
+        cell.database.close(); // which ends, all the same
+        QCOMPARE(int(warnings.count), 3);
     }
 
     void processIsKilledInMidProductionFiftyTimes()

@@ -102,11 +102,11 @@ private slots:
         results.clock.setClock(noon.addYears(4));
         results.clock.advance(60 * RowThinner::msWhenIdle);
         QCOMPARE(results.rows(), 40);
-        QCOMPARE(results.database.thinner().clockJump().date().year(), 2030);
+        QCOMPARE(results.database.thinner().clock().jump().date().year(), 2030);
         results.clock.setClock(noon);
         results.clock.advance(RowThinner::msWhenIdle);
-        QVERIFY(results.database.thinner().clockJump().isValid());
-        results.database.thinner().acceptClock();
+        QVERIFY(results.database.thinner().clock().jump().isValid());
+        results.database.thinner().clock().accept();
         results.clock.advance(RowThinner::msWhenIdle);
         QCOMPARE(results.rows(), 40);
         results.clock.advance(qint64(29) * 24 * 3600 * 1000); // a month in which nobody touches it

@@ -108,15 +108,21 @@ private slots:
         QCOMPARE(order, QByteArray("2301"));
     }
 
-    void killsAndCutsOfTheRealProgramBalance_data() { Table::of<bool>({{"as it is", false}, {"a row deleted", true}}); }
+    void killsAndCutsOfTheRealProgramBalance_data()
+    {
+        Table::of<bool, QByteArray>({{"as it is", false, "virtual"},
+                                     {"with network cameras", false, "gige"},
+                                     {"a row deleted", true, "virtual"}});
+    }
     void killsAndCutsOfTheRealProgramBalance()
     {
-        const auto [spoil] = Table::row<bool>();
+        const auto [spoil, cameras] = Table::row<bool, QByteArray>();
         const QTemporaryDir folder;
         const QString json = folder.filePath("soak.json");
-        QStringList arguments{"--hours", "0.0056", "--faults", "kill,cut", "--json", json};
+        QStringList arguments{"--hours", "0.0056", "--faults", "kill,cut,camera", "--json", json};
         if (spoil)
             arguments = QStringList{"--hours", "0.001", "--faults", "none", "--spoil", "--json", json};
+        arguments << "--cameras" << QString::fromLatin1(cameras);
         QCOMPARE(QProcess::execute(VALVECELL_BIN_DIR "/soak", arguments), spoil ? 1 : 0);
         QFile file(json);
         QVERIFY(file.open(QIODevice::ReadOnly));
@@ -124,7 +130,7 @@ private slots:
         QVERIFY(report["answered"].toInt() > 0);
         QCOMPARE(report["rows_lost"].toInt(), spoil ? 1 : 0);
         const QJsonObject faults = report["faults"].toObject();
-        QVERIFY(spoil || faults["kill"].toInt() + faults["cut"].toInt() > 3);
+        QVERIFY(spoil || faults["kill"].toInt() + faults["cut"].toInt() + faults["camera"].toInt() > 3);
     }
 };
 

@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="zh_CN">
 <context>
+    <name>FeatureJob</name>
+    <message>
+        <source>相机没有提供参数列表</source>
+        <translation>The camera shows no features</translation>
+    </message>
+</context>
+<context>
     <name>AravisBus</name>
     <message>
         <source>相机地址 %1 从本机无法到达：请把相机和网卡设为同一网段的地址</source>
@@ -313,10 +320,6 @@
     <message>
         <source>相机已恢复</source>
         <translation>The camera is back</translation>
-    </message>
-    <message>
-        <source>相机没有提供参数列表</source>
-        <translation>The camera shows no features</translation>
     </message>
     <message>
         <source>相机还没有打开</source>

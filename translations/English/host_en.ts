@@ -1055,4 +1055,15 @@ Close anyway?</translation>
         <translation>This build has a licence key of its own, not a vendor's</translation>
     </message>
 </context>
+<context>
+    <name>WalKeeper</name>
+    <message>
+        <source>%1 写入磁盘失败，断电会丢失最近的记录，请检查磁盘</source>
+        <translation>%1 cannot be brought to the disk: a power failure would lose the latest records. Check the disk</translation>
+    </message>
+    <message>
+        <source>%1 又能写入磁盘，期间失败%2次</source>
+        <translation>%1 is brought to the disk again, after %2 failures</translation>
+    </message>
+</context>
 </TS>

@@ -171,18 +171,12 @@ QMap<QString, QString> DeviceCamera::missingSettings() const
 
 void DeviceCamera::readFeatures(ICameraFeatures::FeaturesCallback callback)
 {
-    FeatureJob job;
-    job.read = std::move(callback);
-    addJob(std::move(job));
+    addJob(FeatureJob::reading(std::move(callback)));
 }
 
 void DeviceCamera::writeFeature(const QString& name, const QVariant& value, ICameraFeatures::WrittenCallback callback)
 {
-    FeatureJob job;
-    job.name = name;
-    job.value = value;
-    job.written = std::move(callback);
-    addJob(std::move(job));
+    addJob(FeatureJob::writing(name, value, std::move(callback)));
 }
 
 void DeviceCamera::addJob(FeatureJob job)
@@ -196,15 +190,7 @@ void DeviceCamera::addJob(FeatureJob job)
     if (taken)
         m_wake.notify_all();
     else
-        refuse(job, reason);
-}
-
-void DeviceCamera::refuse(const FeatureJob& job, const QString& problem)
-{
-    if (job.read)
-        job.read({}, problem);
-    else
-        job.written(problem);
+        job.refuse(reason);
 }
 
 void DeviceCamera::run()
@@ -340,41 +326,23 @@ void DeviceCamera::note(const DeviceShot& shot)
     m_status.size = shot.image.size();
 }
 
-/// A step of the first job: its beginning, one feature, or its end; then triggers have their turn again.
+/// A step of the first job; then triggers have their turn again.
 void DeviceCamera::stepFeatures(Lock& lock)
 {
     FeatureJob job = std::move(m_jobs.front());
     m_jobs.pop_front();
-    if (job.read)
-        stepReading(lock, job);
-    else
-        write(lock, job);
-}
-
-void DeviceCamera::stepReading(Lock& lock, FeatureJob& job)
-{
     lock.unlock();
-    if (!std::exchange(job.begun, true))
-        job.names = m_device->featureNames();
-    else if (!job.names.isEmpty())
-        job.features.append(m_device->feature(job.names.takeFirst()));
-    if (job.names.isEmpty())
-        job.read(job.features, job.features.isEmpty() ? tr("相机没有提供参数列表") : QString());
+    const bool over = job.step(*m_device);
     lock.lock();
-    if (!job.names.isEmpty())
+    if (!over) {
         m_jobs.push_front(std::move(job));
-}
-
-/// A command has no value that could be written again.
-void DeviceCamera::write(Lock& lock, FeatureJob& job)
-{
+        return;
+    }
+    const QVariantMap written = job.written();
+    for (auto it = written.cbegin(); it != written.cend(); ++it)
+        m_features.insert(it.key(), it.value());
     lock.unlock();
-    const QString problem = m_device->writeFeature(job.name, job.value);
-    lock.lock();
-    if (problem.isEmpty() && job.value.isValid())
-        m_features.insert(job.name, job.value);
-    lock.unlock();
-    job.written(problem);
+    job.tell();
     lock.lock();
 }
 
@@ -416,7 +384,7 @@ void DeviceCamera::refuseAll(Lock& lock, const char* topic, const QString& probl
     for (const Order& order : orders)
         order.done({}, topic, problem);
     for (const FeatureJob& job : jobs)
-        refuse(job, problem);
+        job.refuse(problem);
     lock.lock();
 }
 

@@ -4,6 +4,7 @@
 #include "../CameraSettings.h"
 #include "CameraDevice.h"
 #include "CaptureTally.h"
+#include "FeatureJob.h"
 
 #include <QCoreApplication>
 
@@ -71,17 +72,6 @@ private:
         Clock::time_point asked;
         std::function<void(const QImage& image, const char* topic, const QString& problem)> done;
     };
-    /// A reading of all features that is under way, or the writing of one.
-    struct FeatureJob
-    {
-        QString name; ///< empty: read all
-        QVariant value;
-        ICameraFeatures::FeaturesCallback read;
-        ICameraFeatures::WrittenCallback written;
-        QStringList names;
-        QVector<CameraFeature> features;
-        bool begun = false;
-    };
     enum class Link { Unset, Opening, Open, Lost };
 
     DeviceIdentity identity() const override;
@@ -100,8 +90,6 @@ private:
     void capture(Lock& lock, std::deque<Order>& orders);
     void note(const DeviceShot& shot);
     void stepFeatures(Lock& lock);
-    void stepReading(Lock& lock, FeatureJob& job);
-    void write(Lock& lock, FeatureJob& job);
     void check(Lock& lock);
     bool hasWork() const; ///< under the lock
     /// The watching thread.
@@ -112,7 +100,6 @@ private:
     /// Ends all orders and feature jobs that there are.
     void refuseAll(Lock& lock, const char* topic, const QString& problem);
     void addJob(FeatureJob job);
-    static void refuse(const FeatureJob& job, const QString& problem);
     std::chrono::milliseconds limit() const; ///< of one capture; under the lock
 
     const QString m_key;

@@ -65,12 +65,6 @@ QDateTime QDiskCleanThread::cutOff(const QDateTime& now) const
     return now.addDays(-(m_days < 1 ? daysWhenUnset : m_days));
 }
 
-void QDiskCleanThread::distrustClock(const QDateTime& time)
-{
-    SystemLog::warning(tr("系统时间突变为%1，暂停按天数清理%2").arg(time.toString(Qt::ISODate), m_root));
-    m_clock.distrust(time);
-}
-
 /// Low space asks for one sweep of the oldest images, whatever that frees; the next pass looks again.
 void QDiskCleanThread::cleanFiles(const QDateTime& now)
 {
@@ -134,11 +128,11 @@ void QDiskCleanThread::pass()
 {
     const QDateTime now = m_scheduler->now();
     if (m_clock.check(*m_scheduler))
-        distrustClock(now);
+        SystemLog::warning(tr("系统时间突变为%1，暂停按天数清理%2").arg(now.toString(Qt::ISODate), m_root));
     takeChange();
     if (spaceIsLow())
         shortenKeeping();
-    const QDateTime trusted = clockJump().isValid() ? QDateTime() : now;
+    const QDateTime trusted = m_clock.jump().isValid() ? QDateTime() : now;
     if (m_mode == Files)
         cleanFiles(trusted);
     else if (m_mode == Folders)

@@ -48,13 +48,8 @@ public:
     /// Whether space was low once, so that images are kept for a day only. Any thread.
     bool isKeepingShortened() const { return m_overridden; }
 
-    /// The time to which the clock jumped; not valid unless it did since the start and the last acceptClock(). Any
-    /// thread.
-    QDateTime clockJump() const { return m_clock.jump(); }
-    /// The clock is known to be wrong: counts as a jump to that time. Any thread.
-    void distrustClock(const QDateTime& time);
-    /// Somebody has looked at the clock: cleaning by age goes on. Any thread.
-    void acceptClock() { m_clock.accept(); }
+    /// After a jump nothing goes by its age, until the clock is accepted. Any thread.
+    ClockGuard& clock() { return m_clock; }
 
     /// Sets the stop flag; the thread ends after the deletion in hand. Any thread.
     void stop();
