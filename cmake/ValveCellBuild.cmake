@@ -36,8 +36,10 @@ if(VALVECELL_CCACHE)
 endif()
 
 # It links a test in a sixth of the usual linker's time, and comes with it.
-include(CheckLinkerFlag)
-check_linker_flag(CXX -fuse-ld=gold VALVECELL_GOLD)
+if(NOT WIN32)
+    include(CheckLinkerFlag)
+    check_linker_flag(CXX -fuse-ld=gold VALVECELL_GOLD)
+endif()
 if(VALVECELL_GOLD)
     add_link_options(-fuse-ld=gold)
 endif()
@@ -45,6 +47,15 @@ endif()
 add_library(vc_flags INTERFACE)
 target_compile_definitions(vc_flags INTERFACE
     QT_DISABLE_DEPRECATED_BEFORE=0x060000 QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
+if(WIN32)
+    # Nothing older than Windows 10; "min" and "max" are not the system's; its mathematical constants come on request.
+    target_compile_definitions(vc_flags INTERFACE
+        UNICODE _UNICODE NOMINMAX _USE_MATH_DEFINES _CRT_SECURE_NO_WARNINGS _WIN32_WINNT=0x0A00 WINVER=0x0A00)
+endif()
+if(MINGW)
+    # Windows aligns a stack to 16 bytes only; GCC believes that its 32-byte vectors are aligned there.
+    add_compile_options(-Wa,-muse-unaligned-vector-move)
+endif()
 if(MSVC)
     target_compile_options(vc_flags INTERFACE /W4 /utf-8 /permissive- $<$<BOOL:${VALVECELL_WERROR}>:/WX>)
 else()
@@ -140,11 +151,46 @@ function(vc_module name)
     install(TARGETS ${name} LIBRARY DESTINATION ${VALVECELL_PROGRAM_DIR} COMPONENT program)
 endfunction()
 
-# vc_app(<name> SOURCES ... LINK ... [INSTALL <component> <command> <summary>]): a program beside the library. Installed,
-# it is started by that command.
+# vc_keep_mapped(<target>): a library whose code stays in the process when it is unloaded.
+function(vc_keep_mapped target)
+    if(WIN32)
+        target_sources(${target} PRIVATE "${CMAKE_SOURCE_DIR}/cmake/windows/PinModule.cpp")
+    elseif(UNIX AND NOT APPLE)
+        target_link_options(${target} PRIVATE LINKER:-z,nodelete)
+    endif()
+endfunction()
+
+# What Windows asks of a program's file: its icon, its version, and the manifest (sharp on each screen, UTF-8, long paths).
+function(vc_describe_program target)
+    if(NOT WIN32)
+        return()
+    endif()
+    get_target_property(VC_PROGRAM ${target} OUTPUT_NAME)
+    if(NOT VC_PROGRAM)
+        set(VC_PROGRAM ${target})
+    endif()
+    set(manifest "${CMAKE_CURRENT_BINARY_DIR}/${target}.manifest")
+    configure_file("${CMAKE_SOURCE_DIR}/cmake/windows/program.manifest.in" "${manifest}" @ONLY)
+    set(VC_MANIFEST_LINE "")
+    if(MSVC)
+        target_sources(${target} PRIVATE "${manifest}") # its linker takes it
+    else()
+        set(VC_MANIFEST_LINE "1 24 \"${manifest}\"")
+    endif()
+    configure_file("${CMAKE_SOURCE_DIR}/cmake/windows/program.rc.in" "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc" @ONLY)
+    target_sources(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${target}.rc")
+endfunction()
+
+# vc_app(<name> SOURCES ... LINK ... [NAME file] [WINDOW] [INSTALL <component> <command> <summary>]): a program beside the
+# library; with WINDOW, one that opens no console. Installed, it is started by that command.
 function(vc_app name)
-    cmake_parse_arguments(APP "" "" "SOURCES;LINK;INSTALL" ${ARGN})
+    cmake_parse_arguments(APP "WINDOW" "NAME" "SOURCES;LINK;INSTALL" ${ARGN})
     add_executable(${name} ${APP_SOURCES})
+    set_target_properties(${name} PROPERTIES WIN32_EXECUTABLE "${APP_WINDOW}")
+    if(APP_NAME)
+        set_target_properties(${name} PROPERTIES OUTPUT_NAME "${APP_NAME}")
+    endif()
+    vc_describe_program(${name})
     vc_watch_headers(${name})
     vc_unite_folders(${name})
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/apps")

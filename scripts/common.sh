@@ -10,6 +10,9 @@ packages_package=(dpkg-dev lintian help2man debootstrap)
 packages_bench=(libbenchmark-dev)
 packages_lint=(clang-format clang-tidy clazy)
 packages_training=(povray python3-opencv python3-numpy python3-torch)
+packages_windows=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 mingw-w64-tools dpkg-dev make cmake ninja-build perl
+    tcl qt5-qmake qtbase5-dev-tools qttools5-dev-tools protobuf-compiler xz-utils autoconf automake
+    libtool nsis wine wine64)
 packages_fuzz=(clang libclang-rt-14-dev)
 
 # Installs the Debian packages among the arguments that are missing, and says what it does. Without network or rights it

@@ -155,7 +155,7 @@ int main(int argc, char* argv[])
     addOptions(parser);
     parser.process(app);
     if (parser.isSet(QStringLiteral("home")))
-        qputenv("VALVECELL_HOME", parser.value(QStringLiteral("home")).toUtf8());
+        HomeFiles::setHome(parser.value(QStringLiteral("home")));
     if (TeachCommand::isAsked(parser))
         return teach(parser);
     bool isNumber = false;

@@ -112,7 +112,7 @@ bool CellCalibration::load(const QString& home, QString* error)
         *error = QStringLiteral("%1: no such folder").arg(home);
         return false;
     }
-    qputenv("VALVECELL_HOME", QDir(home).absolutePath().toUtf8());
+    HomeFiles::setHome(QDir(home).absolutePath());
     return ksGlobalConfig::instance()->load(error);
 }
 

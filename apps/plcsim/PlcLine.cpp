@@ -1,10 +1,10 @@
 #include "PlcLine.h"
 
+#include "PlcPort.h"
 #include "platform/PseudoTerminal.h"
 
 #include <QFileInfo>
 #include <QHostAddress>
-#include <QSerialPort>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -91,13 +91,10 @@ bool PlcLine::openLink(const QString& link, QString* error)
 bool PlcLine::openPort(const QString& name, qint32 baudRate, QString* error)
 {
     m_make = [this, name, baudRate](QString* problem) {
-        auto port = std::make_unique<QSerialPort>(name);
-        if (!port->open(QIODevice::ReadWrite) || !port->setBaudRate(baudRate)) {
-            *problem = QStringLiteral("%1: %2").arg(name, port->errorString());
+        auto port = PlcPort::open(
+            name, baudRate, this, [this] { pull(retryMs); }, problem);
+        if (!port)
             return false;
-        }
-        connect(
-            port.get(), &QSerialPort::errorOccurred, this, [this] { pull(retryMs); }, Qt::QueuedConnection);
         adopt(std::move(port));
         return true;
     };
@@ -213,9 +210,8 @@ void PlcLine::write(const QByteArray& bytes)
     if (!m_device)
         return;
     m_device->write(bytes);
-    if (auto* port = qobject_cast<QSerialPort*>(m_device.get()))
-        port->flush();
-    else if (auto* socket = qobject_cast<QTcpSocket*>(m_device.get()))
+    PlcPort::flush(m_device.get());
+    if (auto* socket = qobject_cast<QTcpSocket*>(m_device.get()))
         socket->flush();
 }
 

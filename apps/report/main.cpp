@@ -51,7 +51,7 @@ int main(int argc, char** argv)
     const QApplication app(argc, argv);
     parser.process(app);
     if (parser.isSet(home))
-        qputenv("VALVECELL_HOME", parser.value(home).toLocal8Bit());
+        HomeFiles::setHome(parser.value(home));
     HomeFiles::fixHome();
 
     initResources();

@@ -5,6 +5,7 @@
 #include "home/HomeLock.h"
 #include "home/HomeVersion.h"
 #include "platform/ServiceNotice.h"
+#include "platform/System.h"
 
 #include <valvecell/HomeFiles.h>
 #include <valvecell/HostChoice.h>
@@ -104,7 +105,7 @@ void saveScreenshot(const QString& path)
 bool enterHome(const QString& home)
 {
     if (!home.isEmpty())
-        qputenv("VALVECELL_HOME", home.toLocal8Bit());
+        HomeFiles::setHome(home);
     HomeFiles::fixHome();
     if (QDir(HomeFiles::home()).exists() && QDir::setCurrent(HomeFiles::home()))
         return true;
@@ -178,6 +179,7 @@ int main(int argc, char** argv)
 {
     QElapsedTimer start;
     start.start();
+    platform::keepForeignLibrariesOut();
     QCoreApplication::setApplicationName(QStringLiteral("ValveCell"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
     QCommandLineParser parser;

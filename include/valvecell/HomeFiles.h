@@ -9,6 +9,7 @@
 #include <QJsonObject>
 #include <QSaveFile>
 #include <QStandardPaths>
+#include <QThread>
 
 /// How the program and its modules keep small files in the home, so that no file is ever half written and no file that
 /// a person spoiled by hand is lost. Any thread, as long as one thread at a time uses a file.
@@ -33,12 +34,23 @@ inline QString home()
     return named.isEmpty() ? defaultHome() : QDir(named).absolutePath();
 }
 
+/// Names the home for this process and those it starts. Main thread, at the start.
+inline void setHome(const QString& folder)
+{
+#ifdef Q_OS_WIN
+    // Qt's own call takes the code page of the machine, which lacks most of the world's characters.
+    _wputenv_s(L"VALVECELL_HOME", reinterpret_cast<const wchar_t*>(folder.utf16()));
+#else
+    qputenv("VALVECELL_HOME", QFile::encodeName(folder));
+#endif
+}
+
 /// Makes the home absolute once and for all, before anybody changes the working directory, and makes the folder of one
 /// that nobody named. Main thread, at the start.
 inline void fixHome()
 {
     if (qEnvironmentVariableIsSet("VALVECELL_HOME"))
-        qputenv("VALVECELL_HOME", home().toLocal8Bit());
+        setHome(home());
     else
         QDir().mkpath(home());
 }
@@ -113,17 +125,32 @@ inline QString copyAside(const QString& path)
     return !aside.isEmpty() && QFile::copy(path, aside) ? aside : QString();
 }
 
-/// Replaces a file's content in one step: after a power failure it holds the old or the new content, whole.
+/// Replaces a file's content in one step: after a power failure it holds the old or the new content, whole. Windows
+/// replaces no file that somebody has open: it is tried again for a tenth of a second, as virus scanners and other
+/// readers are done soon.
 inline bool writeFile(const QString& path, const QByteArray& content, QString* error)
 {
-    QSaveFile file(path);
-    // Only flush() reports a full disk when the content fits into the buffer; commit() would replace the file by
-    // nothing.
-    const bool written = QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
-                         file.write(content) == content.size() && file.flush() && file.commit();
-    if (!written && error)
-        *error = QStringLiteral("%1: %2").arg(path, file.errorString());
-    return written;
+#ifdef Q_OS_WIN
+    constexpr int triesAfterTheFirst = 5;
+#else
+    constexpr int triesAfterTheFirst = 0;
+#endif
+    constexpr unsigned long msBetweenTries = 20;
+    QString reason;
+    for (int tries = 0; tries <= triesAfterTheFirst; ++tries) {
+        QSaveFile file(path);
+        // Only flush() reports a full disk when the content fits into the buffer; commit() would replace the file by
+        // nothing.
+        if (QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
+            file.write(content) == content.size() && file.flush() && file.commit())
+            return true;
+        reason = QStringLiteral("%1: %2").arg(path, file.errorString());
+        if (tries < triesAfterTheFirst)
+            QThread::msleep(msBetweenTries);
+    }
+    if (error)
+        *error = reason;
+    return false;
 }
 
 /// The mark beside a file that keeps people out: it says that there was one.

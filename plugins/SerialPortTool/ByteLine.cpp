@@ -1,7 +1,6 @@
 #include "ByteLine.h"
 
 #include "PortName.h"
-#include "SerialLine.h"
 #include "TcpLine.h"
 
 std::unique_ptr<ByteLine> byteLineFor(const QString& name, qint32 baudRate)
@@ -9,5 +8,5 @@ std::unique_ptr<ByteLine> byteLineFor(const QString& name, qint32 baudRate)
     const PortName place = PortName::from(name);
     if (place.isTcp())
         return std::make_unique<TcpLine>(place);
-    return std::make_unique<SerialLine>(place.device, baudRate);
+    return serialLineFor(place.device, baudRate);
 }

@@ -55,5 +55,8 @@ private:
     bool m_active = false; ///< opening or open
 };
 
+/// A serial device; see SerialLine.
+std::unique_ptr<ByteLine> serialLineFor(const QString& name, qint32 baudRate);
+
 /// The line behind a name for which PortName::problemOf() knows no problem. A baud rate means nothing to TCP.
 std::unique_ptr<ByteLine> byteLineFor(const QString& name, qint32 baudRate);

@@ -80,3 +80,8 @@ void SerialLine::end()
     if (m_port.isOpen())
         m_port.close();
 }
+
+std::unique_ptr<ByteLine> serialLineFor(const QString& name, qint32 baudRate)
+{
+    return std::make_unique<SerialLine>(name, baudRate);
+}

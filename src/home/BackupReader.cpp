@@ -55,7 +55,7 @@ QString Reader::open(BackupManifest* manifest)
     if (!QFileInfo::exists(m_file))
         return TakeTr::tr("没有文件 %1").arg(QDir::toNativeSeparators(m_file));
     int code = 0;
-    m_archive.reset(zip_open(m_file.toUtf8().constData(), ZIP_RDONLY | ZIP_CHECKCONS, &code));
+    m_archive.reset(zip_open(platform::nameForLibraries(m_file).constData(), ZIP_RDONLY | ZIP_CHECKCONS, &code));
     if (!m_archive)
         return damaged(TakeTr::tr("不是完整的备份文件"));
     zip_stat_t stat;

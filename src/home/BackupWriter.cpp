@@ -141,7 +141,7 @@ QString Writer::write(HomeParts::Set parts, BackupManifest* manifest)
         return MakeTr::tr("无法写入 %1：%2").arg(QDir::toNativeSeparators(m_file), m_copies.errorString());
     const QString part = m_file + QStringLiteral(".part");
     int code = 0;
-    zip_t* const archive = zip_open(part.toUtf8().constData(), ZIP_CREATE | ZIP_TRUNCATE, &code);
+    zip_t* const archive = zip_open(platform::nameForLibraries(part).constData(), ZIP_CREATE | ZIP_TRUNCATE, &code);
     if (!archive)
         return MakeTr::tr("无法写入 %1：%2").arg(QDir::toNativeSeparators(m_file), qt_error_string());
     QString error = addFiles(archive, paths);
@@ -149,8 +149,8 @@ QString Writer::write(HomeParts::Set parts, BackupManifest* manifest)
         error = close(archive);
     else
         zip_discard(archive);
-    if (error.isEmpty() && (!platform::flushFile(part) || !platform::replaceFile(part, m_file)))
-        error = qt_error_string();
+    if (error.isEmpty())
+        error = platform::flushFile(part) ? platform::replaceFile(part, m_file) : qt_error_string();
     if (!error.isEmpty())
         QFile::remove(part);
     return error.isEmpty() ? QString()

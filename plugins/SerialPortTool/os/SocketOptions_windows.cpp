@@ -1,9 +1,10 @@
 #include "os/SocketOptions.h"
 
-// clang-format off: the first of them has to come first
-#include <mstcpip.h>
+// Each needs the one before.
+// clang-format off
 #include <winsock2.h>
 #include <ws2tcpip.h>
+#include <mstcpip.h>
 // clang-format on
 
 #ifndef TCP_MAXRT

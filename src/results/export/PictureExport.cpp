@@ -1,6 +1,7 @@
 #include "results/export/PictureExport.h"
 
 #include "db/PartTable.h"
+#include "platform/System.h"
 #include "results/export/ExportProgress.h"
 #include "results/export/WholeFile.h"
 #include "results/parts/PartTexts.h"
@@ -36,9 +37,9 @@ QString stemOf(const PartRow& row)
 QString freeName(const QString& stem, const QString& suffix, QSet<QString>& taken)
 {
     QString name = stem + QLatin1Char('.') + suffix;
-    for (int i = 2; taken.contains(name); ++i)
+    for (int i = 2; taken.contains(name.toLower()); ++i) // there are file systems that do not tell A from a
         name = QStringLiteral("%1_%2.%3").arg(stem).arg(i).arg(suffix);
-    taken.insert(name);
+    taken.insert(name.toLower());
     return name;
 }
 
@@ -100,14 +101,16 @@ ExportOutcome PictureExport::toZip(const QString& path, ExportProgress& progress
             return outcome;
         WholeFile file(path);
         int code = 0;
-        Archive archive(zip_open(QFile::encodeName(file.aside()).constData(), ZIP_CREATE | ZIP_TRUNCATE, &code));
+        Archive archive(
+            zip_open(platform::nameForLibraries(file.aside()).constData(), ZIP_CREATE | ZIP_TRUNCATE, &code));
         if (!archive) {
             zip_error_t error;
             zip_error_init_with_code(&error, code);
             return ExportOutcome::failed(tr("不能写入 %1：%2").arg(path, textOf(&error)));
         }
         for (const Picture& picture : qAsConst(pictures)) {
-            zip_source_t* const source = zip_source_file(archive.get(), QFile::encodeName(picture.from), 0, -1);
+            zip_source_t* const source =
+                zip_source_file(archive.get(), platform::nameForLibraries(picture.from), 0, -1);
             const zip_int64_t at = zip_file_add(archive.get(), picture.name.toUtf8(), source, ZIP_FL_ENC_UTF_8);
             if (at < 0)
                 zip_source_free(source);

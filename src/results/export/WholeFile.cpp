@@ -6,8 +6,6 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 
-#include <filesystem>
-
 namespace {
 
 /// Hidden where a leading dot hides.
@@ -35,7 +33,5 @@ WholeFile::~WholeFile()
 QString WholeFile::commit()
 {
     platform::flushFile(m_aside);
-    std::error_code error;
-    std::filesystem::rename(QFile::encodeName(m_aside).constData(), QFile::encodeName(m_path).constData(), error);
-    return error ? QString::fromLocal8Bit(error.message().c_str()) : QString();
+    return platform::replaceFile(m_aside, m_path);
 }

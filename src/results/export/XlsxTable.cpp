@@ -1,5 +1,6 @@
 #include "results/export/XlsxTable.h"
 
+#include "platform/System.h"
 #include "results/export/WholeFile.h"
 
 #include <QDir>
@@ -19,7 +20,7 @@ constexpr int longestText = 32767;
 /// Rows of a sheet of the finished file. The library does not see when its temporary files meet a full disk.
 qint64 rowsIn(const QString& path, int sheet)
 {
-    zip_t* const archive = zip_open(QFile::encodeName(path).constData(), ZIP_RDONLY, nullptr);
+    zip_t* const archive = zip_open(platform::nameForLibraries(path).constData(), ZIP_RDONLY, nullptr);
     if (!archive)
         return -1;
     const QByteArray name = "xl/worksheets/sheet" + QByteArray::number(sheet) + ".xml";
@@ -56,10 +57,10 @@ struct XlsxTable::Book
 {
     explicit Book(const QString& path)
         : file(path)
-        , folder(QFile::encodeName(QDir::tempPath()))
+        , folder(platform::folderForLibraries(QDir::tempPath()))
     {
         lxw_workbook_options options{LXW_TRUE, folder.data(), LXW_TRUE};
-        book = workbook_new_opt(QFile::encodeName(file.aside()).constData(), &options);
+        book = workbook_new_opt(platform::nameForLibraries(file.aside()).constData(), &options);
     }
     ~Book()
     {

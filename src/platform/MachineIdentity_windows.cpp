@@ -1,25 +1,27 @@
 #include "platform/MachineIdentity.h"
 
-#ifdef Q_OS_WIN
-// clang-format off: the first of them has to come first
-#include <wbemidl.h>
-#include <windows.h>
-// clang-format on
-
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
+#include <future>
+#include <memory>
+#include <string>
 #include <thread>
-#else
-#include <QFile>
-#include <QString>
-#endif
+
+// Each needs the one before.
+// clang-format off
+#include <windows.h>
+#include <wbemidl.h>
+// clang-format on
 
 namespace platform {
 
-#ifdef Q_OS_WIN
-
 namespace {
+
+// The service that answers may hang, or not have started yet when the machine has just been switched on.
+constexpr std::chrono::seconds patience{10};
+constexpr long msForAnObject = 5000;
 
 /// A text that the COM library counts as its own.
 class ComText
@@ -67,7 +69,8 @@ bool connectTo(ComPointer<IWbemServices>& services)
                                 reinterpret_cast<void**>(locator.out()))))
         return false;
     const ComText place(L"ROOT\\CIMV2");
-    if (FAILED(locator->ConnectServer(place, nullptr, nullptr, nullptr, 0, nullptr, nullptr, services.out())))
+    if (FAILED(locator->ConnectServer(place, nullptr, nullptr, nullptr, WBEM_FLAG_CONNECT_USE_MAX_WAIT, nullptr,
+                                      nullptr, services.out())))
         return false;
     return SUCCEEDED(CoSetProxyBlanket(services.get(), RPC_C_AUTHN_WINNT, RPC_C_AUTHZ_NONE, nullptr,
                                        RPC_C_AUTHN_LEVEL_CALL, RPC_C_IMP_LEVEL_IMPERSONATE, nullptr, EOAC_NONE));
@@ -84,7 +87,7 @@ QString property(IWbemServices* services, const wchar_t* className, const wchar_
         return {};
     ComPointer<IWbemClassObject> object;
     ULONG count = 0;
-    if (objects->Next(WBEM_INFINITE, 1, object.out(), &count) != WBEM_S_NO_ERROR || count != 1)
+    if (objects->Next(msForAnObject, 1, object.out(), &count) != WBEM_S_NO_ERROR || count != 1)
         return {};
     VARIANT value;
     VariantInit(&value);
@@ -122,33 +125,18 @@ QByteArray readHardware()
 
 QByteArray machineIdentity()
 {
-    QByteArray identity;
-    // On a thread of its own, since the caller's may have joined COM in a way that does not go with this one.
-    std::thread reader([&identity] {
-        if (FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED)))
-            return;
-        identity = readHardware();
-        CoUninitialize();
-    });
-    reader.join();
-    return identity;
+    const auto answer = std::make_shared<std::promise<QByteArray>>();
+    std::future<QByteArray> identity = answer->get_future();
+    // On a thread of its own, since the caller's may have joined COM in a way that does not go with this one, and left
+    // to itself when it takes too long.
+    std::thread([answer] {
+        const bool joined = SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED));
+        const QByteArray read = joined ? readHardware() : QByteArray();
+        if (joined)
+            CoUninitialize();
+        answer->set_value(read);
+    }).detach();
+    return identity.wait_for(patience) == std::future_status::ready ? identity.get() : QByteArray();
 }
-
-#else
-
-QByteArray machineIdentity()
-{
-    for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
-        QFile file(QString::fromLatin1(path));
-        if (!file.open(QIODevice::ReadOnly))
-            continue;
-        QByteArray id = file.readLine(256).trimmed();
-        if (!id.isEmpty() && id != "uninitialized")
-            return id;
-    }
-    return {};
-}
-
-#endif
 
 } // namespace platform
