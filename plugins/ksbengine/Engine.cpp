@@ -63,6 +63,8 @@ void* Engine::extension(const char* id)
         return static_cast<ISolutionStore*>(&m_store);
     if (std::strcmp(id, IModelTeacher::id) == 0)
         return static_cast<IModelTeacher*>(&m_teacher);
+    if (std::strcmp(id, IModelProposer::id) == 0)
+        return static_cast<IModelProposer*>(&m_proposer);
     if (std::strcmp(id, IModelTrial::id) == 0)
         return static_cast<IModelTrial*>(&m_trials);
     if (std::strcmp(id, IModelExamples::id) == 0)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ModelExamples.h"
+#include "ModelProposer.h"
 #include "ModelTeacher.h"
 #include "ModelTrials.h"
 #include "SolutionStore.h"
@@ -30,6 +31,7 @@ private:
 
     SolutionStore m_store;
     ModelTeacher m_teacher;
+    ModelProposer m_proposer{&m_teacher};
     ModelExamples m_examples;
     ModelTrials m_trials;
     std::map<QString, std::unique_ptr<TaskThread>> m_threads;

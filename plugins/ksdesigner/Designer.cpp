@@ -28,6 +28,8 @@ void* Designer::extension(const char* id)
 {
     if (std::strcmp(id, IDesignerEdits::id) == 0)
         return static_cast<IDesignerEdits*>(this);
+    if (std::strcmp(id, IDesignerImage::id) == 0)
+        return static_cast<IDesignerImage*>(this);
     return std::strcmp(id, IImageWatch::id) == 0 ? static_cast<IImageWatch*>(this) : nullptr;
 }
 
@@ -40,6 +42,12 @@ void Designer::hideDesigner()
 {
     if (m_window)
         m_window->leave();
+}
+
+void Designer::openImage(QWidget* parent, const QString& solution, const QString& model, const QString& path)
+{
+    openDesigner(parent);
+    m_window->tryImage({solution, model}, path);
 }
 
 void Designer::imageCaptured(const QString& cameraKey, const QImage& image)

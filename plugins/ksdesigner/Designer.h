@@ -4,13 +4,14 @@
 
 #include <valvecell/IDesigner.h>
 #include <valvecell/IDesignerEdits.h>
+#include <valvecell/IDesignerImage.h>
 #include <valvecell/IImageWatch.h>
 
 #include <QPointer>
 
 /// The bundled designer: one window, made when it is first opened and kept while it is closed. Its parent may delete it
 /// at any time.
-class Designer : public IDesigner, public IDesignerEdits, public IImageWatch
+class Designer : public IDesigner, public IDesignerEdits, public IDesignerImage, public IImageWatch
 {
 public:
     ~Designer() override;
@@ -19,11 +20,13 @@ public:
     void attachEngine(IEngine* engine) override;
     /// `parent` counts when the window is made; later calls only bring it to the front.
     void openDesigner(QWidget* parent) override;
-    /// Offers IDesignerEdits and IImageWatch.
+    /// Offers IDesignerEdits, IDesignerImage and IImageWatch.
     void* extension(const char* id) override;
 
     QStringList unsaved() override;
     void hideDesigner() override;
+
+    void openImage(QWidget* parent, const QString& solution, const QString& model, const QString& path) override;
 
     /// Dropped while the window is closed.
     void imageCaptured(const QString& cameraKey, const QImage& image) override;

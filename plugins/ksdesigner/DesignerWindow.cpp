@@ -114,10 +114,7 @@ void DesignerWindow::buildPanels()
         m_batch->setModel(id);
     };
     connect(m_models, &ModelPanel::modelChosen, this, showModel);
-    connect(m_batch, &BatchPanel::imageWanted, this, [=](const QString& path) {
-        m_tabs->setCurrentWidget(m_trial);
-        m_trial->openImage(path);
-    });
+    connect(m_batch, &BatchPanel::imageWanted, this, [this](const QString& path) { tryImage({}, path); });
     showModel(m_models->current());
 }
 
@@ -160,6 +157,16 @@ void DesignerWindow::showCaptured(const QString& cameraKey, const QImage& image)
 {
     if (m_trial)
         m_trial->offerCaptured(cameraKey, image);
+}
+
+void DesignerWindow::tryImage(const ModelId& id, const QString& path)
+{
+    if (!m_trial)
+        return;
+    if (!id.isNull())
+        m_models->select(id);
+    m_tabs->setCurrentWidget(m_trial);
+    m_trial->openImage(path);
 }
 
 void DesignerWindow::showMessage(const QString& message)

@@ -33,6 +33,9 @@ public:
     /// Offers a camera's image for trying; dropped when nobody follows that camera. Shares the image.
     void showCaptured(const QString& cameraKey, const QImage& image);
 
+    /// Runs that model on a picture file; an unknown one leaves the choice as it was.
+    void tryImage(const ModelId& id, const QString& path);
+
     /// Writes a fact into the message line; it stays until the next one.
     void showMessage(const QString& message);
     /// Writes what went wrong, standing out, and with the reason that the failing operation gave.

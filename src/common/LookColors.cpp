@@ -37,16 +37,42 @@ const LookColors& dark()
     return colors;
 }
 
+const LookColors& contrast()
+{
+    static const LookColors colors{Qt::black,
+                                   Qt::black,
+                                   Qt::black,
+                                   Qt::white,
+                                   Qt::white,
+                                   0xc8c8c8,
+                                   0xffff00,
+                                   {0x3cff7d, 0x002a10},
+                                   {0xffd91a, 0x332900},
+                                   {0xff9c94, 0x480000}};
+    return colors;
+}
+
 } // namespace
 
-const LookColors& lookColors(bool isDark)
+const LookColors& lookColors(LookKind kind)
 {
-    return isDark ? dark() : light();
+    switch (kind) {
+    case LookKind::Light:
+        return light();
+    case LookKind::Dark:
+        return dark();
+    case LookKind::Contrast:
+        break;
+    }
+    return contrast();
 }
 
 const LookColors& lookColors()
 {
-    return lookColors(QGuiApplication::palette().color(QPalette::Window).lightness() < 128);
+    const QColor window = QGuiApplication::palette().color(QPalette::Window);
+    if (window == contrast().window)
+        return contrast();
+    return window.lightness() < 128 ? dark() : light();
 }
 
 QString lookSheet(const QString& name, const LookColors& colors)

@@ -3,7 +3,10 @@
 #include <QColor>
 #include <QString>
 
-/// The colours of the window, light or dark, for what a widget paints itself.
+/// The looks of the program. Contrast: black, white and strong colours, for bad light and weak eyes.
+enum class LookKind { Light, Dark, Contrast };
+
+/// The colours of the window in one look, for what a widget paints itself.
 struct LookColors
 {
     struct Sign
@@ -28,7 +31,11 @@ struct LookColors
 const LookColors& lookColors();
 
 /// Those of one look.
-const LookColors& lookColors(bool dark);
+const LookColors& lookColors(LookKind kind);
+inline const LookColors& lookColors(bool dark)
+{
+    return lookColors(dark ? LookKind::Dark : LookKind::Light);
+}
 
 /// The style sheet of resources/qss/<name>.qss in these colours: there "@card" is the card's, "@cautionInk" the ink and
 /// "@cautionGround" the ground of the sign.

@@ -12,7 +12,8 @@
 ///     visitor.setting("trigerFilter", trigerFilter, 1000, {0, 600000});
 ///     visitor.object("station1_4p", [&](auto& inner) { ... });
 ///
-/// A field is a value of the file, a setting is one that the settings dialog edits, an object nests further fields.
+/// A field is a value of the file, a setting is one that the settings dialog edits, an object nests further fields. An
+/// addition is a setting that an INI file lists only when it has been another than its default.
 ///
 /// The constructor sets the defaults by a DefaultsVisitor, load() and save() use the visitors of their kind of file
 /// (those of INI files are in IniFile.h), and the settings dialog reads keys and ranges here, too. So a new setting is
@@ -56,6 +57,11 @@ public:
     void setting(const ConfigKey& key, QString& value, const QString& fallback) { self().field(key, value, fallback); }
     void setting(const ConfigKey& key, bool& value, bool fallback) { self().field(key, value, fallback); }
     void setting(const ConfigKey& key, int& value, int fallback, SettingRange) { self().field(key, value, fallback); }
+    template <typename Value, typename Fallback>
+    void addition(const ConfigKey& key, Value& value, const Fallback& fallback, SettingRange = {})
+    {
+        self().field(key, value, fallback);
+    }
 
 private:
     Visitor& self() { return static_cast<Visitor&>(*this); }

@@ -73,6 +73,12 @@ public:
     {
         m_file.setValue(key, value);
     }
+    template <typename Value, typename Fallback>
+    void addition(const ConfigKey& key, const Value& value, const Fallback& fallback, SettingRange = {})
+    {
+        if (value != fallback || m_file.contains(key))
+            field(key, value, fallback);
+    }
 
 private:
     QSettings& m_file;

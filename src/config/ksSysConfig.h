@@ -21,6 +21,7 @@ public:
     QString appDir;            ///< the home; not stored
     qint32 cleanDays{};        ///< days that images are kept
     qint32 cleanDirDays{};     ///< days that folders are kept
+    qint32 failedDays{};       ///< days that images of parts that were not found are kept; 0: as the others
     qint32 recordDays{};       ///< days that results and the system log are kept; 0: for ever
     qint32 minFreeSpace{};     ///< GiB that are to stay free
     bool cleanSrcImages{};     ///< delete source images by age
@@ -28,6 +29,7 @@ public:
     qint32 filterTime{};       ///< triggers that the burst filter refuses before it takes one
     bool saveSrcImage[2] = {}; ///< archive source images of station 1, 2
     bool saveRltImage[2] = {}; ///< archive result images of station 1, 2
+    bool saveOnlyFailed{};     ///< of both, only those of parts that were not found
     QString loadProblem;       ///< what load() found wrong at the start; not stored
     QString filePath;          ///< not stored
 
@@ -55,7 +57,8 @@ public:
         visitor.setting({lineGroup, "Baute"}, baudRate, 115200, {1, 10000000}); // spelled so in every plant's file
         visitor.setting({cleanerGroup, "days"}, cleanDays, 7, {1, 36500});
         visitor.setting({cleanerGroup, "days_dir"}, cleanDirDays, 30, {1, 36500});
-        visitor.setting({cleanerGroup, "days_records"}, recordDays, 1095, {0, 36500});
+        visitor.addition({cleanerGroup, "days_failed"}, failedDays, 0, {0, 36500});
+        visitor.addition({cleanerGroup, "days_records"}, recordDays, 1095, {0, 36500});
         visitor.setting({cleanerGroup, "spacesize"}, minFreeSpace, 10, {0, 1000000});
         visitor.setting({cleanerGroup, "Enable_RltImg"}, cleanRltImages, false);
         visitor.setting({cleanerGroup, "Enable_SrcImg"}, cleanSrcImages, false);
@@ -64,5 +67,6 @@ public:
             visitor.setting({"Image/SrcImgSave_st#", i + 1}, saveSrcImage[i], false);
         for (int i = 0; i < 2; ++i)
             visitor.setting({"Image/RltImgSave_st#", i + 1}, saveRltImage[i], false);
+        visitor.addition("Image/OnlyFailed", saveOnlyFailed, false);
     }
 };

@@ -81,7 +81,7 @@ void ResultRecorder::endWaiting()
 /// Behind rows that wait, so that all go in in their order.
 void ResultRecorder::record(const StationResult& result, const QString& picture)
 {
-    Row row{{madeCarriable(result), m_rules.scheduler->now()}, picture};
+    Row row{{madeCarriable(result), result.time.isValid() ? result.time : m_rules.scheduler->now()}, picture};
     row.alike = countAlike(row);
     if (!m_waiting.empty() || !insert(row))
         keep(std::move(row));

@@ -32,8 +32,9 @@ public:
     /// Tries once more; what still waits goes to the file, or is logged as lost.
     ~ResultRecorder() override;
 
-    /// Records a result of this moment. Characters that a statement cannot carry are replaced. `picture`: the path of a
-    /// picture that is being written; the row names it once it is saved, and never when it is not.
+    /// Records a result, of this moment unless it says when. Characters that a statement cannot carry are replaced.
+    /// `picture`: the path of a picture that is being written; the row names it once it is saved, and never when it is
+    /// not.
     void record(const StationResult& result, const QString& picture = {});
     void onPictureEnded(const QString& path, bool saved);
 

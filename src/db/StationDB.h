@@ -20,6 +20,7 @@ struct StationResult
     QString value2;  ///< as threshBenchMark
     QString value3;  ///< what the answer rests on, see TaskResult::evidence
     PartRecord part; ///< goes into "PartTable"
+    QDateTime time;  ///< of the part; not valid: that of recording it
 };
 
 /// A recorded result.

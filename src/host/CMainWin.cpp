@@ -18,6 +18,7 @@
 #include "host/StartFailure.h"
 #include "host/ViewMenu.h"
 #include "host/WindowActions.h"
+#include "host/WindowRooms.h"
 #include "look/LanguageSwitch.h"
 #include "look/WindowLook.h"
 #include "modules/ModuleSet.h"
@@ -93,12 +94,11 @@ void CMainWin::buildUi()
     m_ui->setupUi(this);
     m_ui->central->setAttribute(Qt::WA_StyledBackground);
     m_panels = new StationPanels({m_ui->stationView1, m_ui->logPanel1}, {m_ui->stationView2, m_ui->logPanel2}, this);
-    const QList<QAction*> actions = m_ui->toolBar->actions();
-    for (QAction* action : actions)
-        connect(action, &QAction::triggered, this, &CMainWin::onActionClicked);
     m_test = new QTestWidget(this);
     m_viewMenu = new ViewMenu(this);
-    m_viewMenu->addTo(m_ui->toolBar);
+    const QList<QAction*> actions = furnishRooms(*this, m_viewMenu->menuAction());
+    for (QAction* action : actions)
+        connect(action, &QAction::triggered, this, &CMainWin::onActionClicked);
 }
 
 void CMainWin::loadSettings()
@@ -113,10 +113,10 @@ void CMainWin::dress()
 {
     m_look = new WindowLook(this);
     m_look->load();
-    m_look->dress(m_ui->toolBar);
     m_look->dress(m_ui->central);
-    m_viewMenu->setDark(m_look->isDark());
-    connect(m_viewMenu, &ViewMenu::darkChosen, m_look, &WindowLook::choose);
+    m_viewMenu->setLook(m_look->kind());
+    connect(m_viewMenu, &ViewMenu::lookChosen, m_look, &WindowLook::choose);
+    connect(m_ui->workspaces, &Workspaces::locksChanged, m_look, &WindowLook::dressIcons);
 }
 
 void CMainWin::createWorkflow()
@@ -132,8 +132,8 @@ void CMainWin::createWorkflow()
         if (!m_asksToClose) // closing all would take the question for answered
             QApplication::closeAllWindows();
     });
-    m_panels->follow(*m_cell);
-    connect(m_cell.get(), &Cell::testRunningChanged, m_look, &WindowLook::showTesting);
+    m_panels->follow(*m_cell, platform::home());
+    m_ui->stateBar->follow(*m_cell, *ksGlobalConfig::instance(), *ksSysConfig::instance());
     connect(m_cell.get(), &Cell::sgShowLog, this, &CMainWin::sgShowLog);
     connect(this, &CMainWin::sgShowLog, this, &CMainWin::onShowLog);
     connect(m_cell.get(), &Cell::sgShowImg, this, qOverload<int, const QImage&>(&CMainWin::onShowImage));
@@ -179,18 +179,15 @@ void CMainWin::buildStatusBar()
     m_status = new CellStatusBar(this);
     setStatusBar(m_status);
     m_look->dress(m_status);
-    connect(m_cell.get(), &Cell::testRunningChanged, m_status, &CellStatusBar::setTesting);
-    connect(m_status, &CellStatusBar::alarmHistoryWanted, m_ui->alarmStrip, &AlarmStrip::showHistory);
-    m_status->setRegistered(ksGlobalData::instance()->registered);
+    onLineseCheck(ksGlobalData::instance()->registered);
 }
 
 void CMainWin::createActions()
 {
     m_actions = std::make_unique<WindowActions>(WindowActions::Parts{
         *this, *m_cell, *ksSysConfig::instance(), *ksGlobalConfig::instance(), *AccessPolicy::instance(),
-        *CellLimits::instance(), *m_test, *m_twoPoint, *m_fourPoint, *m_licence, m_userCtrl.get()});
-    connect(m_ui->alarmStrip, &AlarmStrip::actionWanted, m_actions.get(), &WindowActions::trigger);
-    connect(m_panels, &StationPanels::partsWanted, m_actions.get(), &WindowActions::showParts);
+        *CellLimits::instance(), *m_test, *m_twoPoint, *m_fourPoint, *m_licence, m_userCtrl.get(), *m_ui->workspaces});
+    m_actions->serve(*m_panels);
     connect(m_actions.get(), &WindowActions::message, m_status,
             [this](const QString& text) { m_status->showMessage(text, 5000); });
     connect(m_actions.get(), &WindowActions::settingsApplied, m_cell.get(), &Cell::applySettings);
@@ -221,6 +218,7 @@ void CMainWin::layOutForCameras()
     const bool single = core && core->cameraKeys().size() == 1;
     m_ui->singleStationHint->setVisible(single);
     m_panels->showSecond(!single);
+    m_ui->stateBar->setStations(single ? 1 : 2);
     m_ui->grid->setColumnStretch(1, single ? 0 : 1);
     m_ui->grid->setHorizontalSpacing(single ? 0 : m_ui->grid->verticalSpacing());
 }
@@ -264,11 +262,13 @@ void CMainWin::onLineseCheck(bool registered)
 {
     ksGlobalData::instance()->registered = registered;
     m_status->setRegistered(registered);
+    m_ui->stateBar->setRegistered(registered);
 }
 
 void CMainWin::onLogInOut(const QString& name, int, int)
 {
     m_status->setUserName(name);
+    m_ui->stateBar->setUser(name);
     m_cell->setUser(name);
 }
 
@@ -325,6 +325,7 @@ void CMainWin::timerEvent(QTimerEvent* event)
     if (event->timerId() != m_statusTimer)
         return QMainWindow::timerEvent(event);
     m_status->tick(ksGlobalConfig::instance()->onlineMode);
+    m_ui->stateBar->setLink(m_status->isLinkUp());
     if (m_licence->isDue())
         onLineseCheck(m_licence->check());
 }

@@ -54,6 +54,18 @@ bool confirmLogOut(QWidget* parent, const QString& user)
     return box.exec() == QMessageBox::Yes;
 }
 
+bool confirmShiftReset(QWidget* parent, int station)
+{
+    QMessageBox box(
+        QMessageBox::Question, translated(QT_TRANSLATE_NOOP("CMainWin", "提示")),
+        translated(QT_TRANSLATE_NOOP("CMainWin", "将工位%1的本班计数清零？今日计数和检测记录不受影响。")).arg(station),
+        QMessageBox::Yes | QMessageBox::No, parent);
+    box.button(QMessageBox::Yes)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "清零")));
+    box.button(QMessageBox::No)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "取消")));
+    box.setDefaultButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
+}
+
 void portNotOpen(QWidget* parent, const QString& port, const QString& baudRate)
 {
     if (HostChoice::isUnattended())
@@ -77,6 +89,7 @@ bool confirmEnd(QWidget* parent)
                     QMessageBox::Ok | QMessageBox::Cancel, parent);
     box.button(QMessageBox::Ok)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "确定")));
     box.button(QMessageBox::Cancel)->setText(translated(QT_TRANSLATE_NOOP("CMainWin", "取消")));
+    box.setDefaultButton(QMessageBox::Cancel);
     box.setWindowIcon(QIcon(QStringLiteral(":/vantor/Resource/app.png")));
     return box.exec() == QMessageBox::Ok;
 }

@@ -23,6 +23,9 @@ void notEnabled();
 /// Asks whether the user of that name is to be logged out.
 bool confirmLogOut(QWidget* parent, const QString& user);
 
+/// Asks whether the counts of the shift of that station are to begin anew.
+bool confirmShiftReset(QWidget* parent, int station);
+
 /// Asks whether the running system is really to be closed, and then, if there are any, although unsaved changes of
 /// these models would be lost. Does not ask where nobody is who could answer: with an unattended program that is not
 /// closed by hand.

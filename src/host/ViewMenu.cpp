@@ -4,8 +4,6 @@
 
 #include <QActionGroup>
 #include <QEvent>
-#include <QToolBar>
-#include <QToolButton>
 
 namespace {
 
@@ -32,10 +30,12 @@ ViewMenu::ViewMenu(QWidget* parent)
     , m_languages(new QActionGroup(this))
     , m_looks(new QActionGroup(this))
     , m_endOfLanguages(addSeparator())
-    , m_light(choice(m_looks, {}, false))
-    , m_dark(choice(m_looks, {}, true))
+    , m_light(choice(m_looks, {}, int(LookKind::Light)))
+    , m_dark(choice(m_looks, {}, int(LookKind::Dark)))
+    , m_contrast(choice(m_looks, {}, int(LookKind::Contrast)))
 {
     setObjectName(QStringLiteral("viewMenu"));
+    menuAction()->setObjectName(QStringLiteral("viewAction"));
     setIcon(QIcon(QStringLiteral(":/toolbar/Resource/toolBar/view.png")));
     addActions(m_looks->actions());
     listLanguages();
@@ -43,7 +43,7 @@ ViewMenu::ViewMenu(QWidget* parent)
     connect(m_languages, &QActionGroup::triggered, this,
             [this](const QAction* action) { emit sgChangeLanguage(action->data().toString()); });
     connect(m_looks, &QActionGroup::triggered, this,
-            [this](const QAction* action) { emit darkChosen(action->data().toBool()); });
+            [this](const QAction* action) { emit lookChosen(LookKind(action->data().toInt())); });
     retranslate();
 }
 
@@ -56,22 +56,15 @@ void ViewMenu::listLanguages()
     check(m_languages, m_language);
 }
 
-void ViewMenu::addTo(QToolBar* bar)
-{
-    bar->addAction(menuAction());
-    if (auto* button = qobject_cast<QToolButton*>(bar->widgetForAction(menuAction())))
-        button->setPopupMode(QToolButton::InstantPopup);
-}
-
 void ViewMenu::setLanguage(const QString& language)
 {
     m_language = language;
     check(m_languages, language);
 }
 
-void ViewMenu::setDark(bool dark)
+void ViewMenu::setLook(LookKind look)
 {
-    check(m_looks, dark);
+    check(m_looks, int(look));
 }
 
 void ViewMenu::retranslate()
@@ -79,6 +72,7 @@ void ViewMenu::retranslate()
     setTitle(tr("语言外观"));
     m_light->setText(tr("浅色"));
     m_dark->setText(tr("深色"));
+    m_contrast->setText(tr("高对比度"));
 }
 
 void ViewMenu::changeEvent(QEvent* event)

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "common/LookColors.h"
+
 #include <QMenu>
 
 class QActionGroup;
-class QToolBar;
 
-/// The menu of the tool bar with the languages that there are and the look of the program. GUI thread.
+/// The menu with the languages that there are and the look of the program. GUI thread.
 class ViewMenu : public QMenu
 {
     Q_OBJECT
@@ -13,18 +14,14 @@ class ViewMenu : public QMenu
 public:
     explicit ViewMenu(QWidget* parent = nullptr);
 
-    /// Puts the menu's button at the end of the bar.
-    void addTo(QToolBar* bar);
-
     // What is marked as chosen; nothing is emitted.
     void setLanguage(const QString& language);
-    void setDark(bool dark);
+    void setLook(LookKind look);
 
 signals:
     /// The operator chose a language, by the name of its folder.
     void sgChangeLanguage(const QString& language);
-    /// The operator chose the light or the dark look.
-    void darkChosen(bool dark);
+    void lookChosen(LookKind look);
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -40,4 +37,5 @@ private:
     QAction* m_endOfLanguages;
     QAction* m_light;
     QAction* m_dark;
+    QAction* m_contrast;
 };

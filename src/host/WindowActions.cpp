@@ -2,6 +2,7 @@
 
 #include "common/Step.h"
 #include "config/AccessPolicy.h"
+#include "config/ShiftConfig.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
@@ -17,17 +18,27 @@
 #include "dialogs/plcmonitor/QPlcMonitorUI.h"
 #include "dialogs/settings/QSystemSettingUI.h"
 #include "dialogs/testmode/QTestWidget.h"
+#include "guided/calibration/CalibrationGuide.h"
+#include "guided/library/ModelLibrary.h"
+#include "guided/start/FirstStart.h"
+#include "guided/teaching/TeachingGuide.h"
 #include "host/LicenceDesk.h"
 #include "host/Messages.h"
 #include "look/LanguageSwitch.h"
+#include "panels/AlarmHistory.h"
+#include "panels/StationPanels.h"
 #include "platform/AppHome.h"
 #include "results/ResultsDialog.h"
+#include "results/logs/LogPage.h"
+#include "results/parts/PartsPage.h"
+#include "shell/Workspaces.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/Cell.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/IDesigner.h>
 #include <valvecell/IDesignerEdits.h>
+#include <valvecell/IDesignerImage.h>
 #include <valvecell/ISerialPorts.h>
 #include <valvecell/IUserAudit.h>
 #include <valvecell/IUserCtrl.h>
@@ -35,23 +46,25 @@
 #include <QCoreApplication>
 #include <QMainWindow>
 #include <QProcess>
+#include <QTimer>
 
 namespace {
 
-/// Shows a dialog, or brings the one that is open to the front.
-void show(QDialog* dialog)
-{
-    if (!dialog->isVisible())
-        dialog->setWindowFlags(Qt::Dialog | Qt::WindowCloseButtonHint);
-    dialog->show();
-    dialog->raise();
-    dialog->activateWindow();
-}
+/// The two pages that take longest to make are made while nobody waits, and before the cell is at work.
+constexpr int warmUpMs = 1500;
 
 bool startReport()
 {
     const QString folder = platform::programFolder();
     return QProcess::startDetached(platform::programFile(folder, QStringLiteral("Report")), {}, folder);
+}
+
+FirstStart::Parts startParts(const WindowActions::Parts& own)
+{
+    Cell& cell = own.cell;
+    return {own.settings,     own.config,         cell.modules().coreCtrl(),
+            cell.port(),      cell.models(),      LanguageSwitch::available(),
+            platform::home(), Scheduler::system()};
 }
 
 void logChange(const AuditChange& change, const QString& user)
@@ -82,17 +95,13 @@ const WindowActions::Row WindowActions::rows[] = {
              designer->openDesigner(&own.m_parts.window);
      }},
     {"actionManage", Engineers, [](WindowActions& own) { own.openModels(); }},
-    {"actionTest", Engineers,
-     [](WindowActions& own) {
-         own.m_parts.test.setOneStation(own.hasOneStation());
-         show(&own.m_parts.test);
-     }},
-    {"actionHelp", Anybody,
-     [](WindowActions& own) {
-         const QString guides = platform::programFolder() + QStringLiteral("/docs");
-         show(own.dialog<QHelpUI>(Anybody, [&] { return new QHelpUI(guides, &own.m_parts.window); }));
-     }},
+    {"actionTest", Engineers, [](WindowActions& own) { own.openTest(); }},
+    {"actionHelp", Anybody, [](WindowActions& own) { own.place(own.help(), "actionHelp"); }},
     {"action_Check", Anybody, [](WindowActions& own) { own.openReport(); }},
+    {"actionResults", Anybody, [](WindowActions& own) { own.openResults(); }},
+    {"actionLog", Anybody, [](WindowActions& own) { own.openLog(); }},
+    {"actionAlarms", Anybody, [](WindowActions& own) { own.openAlarms(); }},
+    {"actionIndexTable", Engineers, [](WindowActions& own) { own.openIndexTable(); }},
     {"actionSystem", Engineers, [](WindowActions& own) { own.openSettings(); }},
     {"main_Login_action", Anybody, [](WindowActions& own) { own.logInOut(); }},
     {"main_action_userManager", Anybody,
@@ -110,39 +119,36 @@ const WindowActions::Row WindowActions::rows[] = {
          ICoreCtrl* const core = own.m_parts.cell.modules().coreCtrl();
          if (!core)
              return;
-         show(own.dialog<QCameraManagerUI>(Engineers, [&own, core] {
+         const auto make = [&own, core] {
              auto* made = new QCameraManagerUI(*core, own.m_parts.config, &own.m_parts.window);
              connect(made, &QCameraManagerUI::camerasApplied, &own, &WindowActions::logChanges);
              connect(made, &QCameraManagerUI::settingsWanted, &own, &WindowActions::openCamera);
              return made;
-         }));
+         };
+         own.place(own.dialog<QCameraManagerUI>(Engineers, make), "actionCamera");
      }},
     {"actionDevice", Anybody,
      [](WindowActions& own) {
-         show(own.dialog<QDeviceManagerUI>(Anybody, [&own] {
+         const auto make = [&own] {
              Cell& cell = own.m_parts.cell;
              return new QDeviceManagerUI({[&cell] { return cell.modules().report(); }, [&cell] { return cell.port(); }},
                                          own.m_parts.settings, &own.m_parts.window);
-         }));
+         };
+         own.place(own.dialog<QDeviceManagerUI>(Anybody, make), "actionDevice");
      }},
     {"actionPlc", Anybody,
      [](WindowActions& own) {
-         show(own.dialog<QPlcMonitorUI>(
-             Anybody, [&own] { return new QPlcMonitorUI(own.m_parts.cell.link(), &own.m_parts.window); }));
+         const auto make = [&own] { return new QPlcMonitorUI(own.m_parts.cell.link(), &own.m_parts.window); };
+         own.place(own.dialog<QPlcMonitorUI>(Anybody, make), "actionPlc");
      }},
-    {"actionBackup", Engineers,
-     [](WindowActions& own) {
-         show(own.dialog<QBackupUI>(Engineers, [&own] {
-             auto* made = new QBackupUI(platform::home(), &own.m_parts.window);
-             connect(made, &QBackupUI::done, &own, [&own](const QString& what, const QString& file) {
-                 own.logChanges({{what, QString(), file}});
-             });
-             return made;
-         }));
-     }},
+    {"actionBackup", Engineers, [](WindowActions& own) { own.openBackup(); }},
+    {"actionAssistant", Engineers, [](WindowActions& own) { own.openFirstStart(); }},
+    {"actionGuide", Engineers, [](WindowActions& own) { own.openCalibrationGuide(); }},
+    {"actionTeach", Engineers, [](WindowActions& own) { own.openTeaching({}); }},
+    {"actionLibrary", Engineers, [](WindowActions& own) { own.openLibrary(); }},
     {"actionAbout", Anybody,
      [](WindowActions& own) {
-         show(own.dialog<QAboutUI>(Anybody, [&own] { return new QAboutUI(&own.m_parts.window); }));
+         own.place(own.dialog<QAboutUI>(Anybody, [&own] { return new QAboutUI(&own.m_parts.window); }), "actionAbout");
      }},
 };
 
@@ -152,8 +158,15 @@ WindowActions::WindowActions(const Parts& parts)
 {
     for (CalibrationDialog* dialog : std::initializer_list<CalibrationDialog*>{&parts.twoPoint, &parts.fourPoint}) {
         connect(dialog, &CalibrationDialog::calibrationApplied, this, &WindowActions::logChanges);
+        connect(dialog, &CalibrationDialog::guideWanted, this, &WindowActions::openCalibrationGuide);
         dialog->setUser([this] { return currentUser(); });
     }
+    QTimer::singleShot(warmUpMs, this, &WindowActions::results);
+    QTimer::singleShot(2 * warmUpMs, this, &WindowActions::help);
+    showRights();
+    connect(&parts.rooms, &Workspaces::actionWanted, this, &WindowActions::trigger);
+    connect(this, &WindowActions::settingsApplied, this, &WindowActions::showRights);
+    QTimer::singleShot(0, this, &WindowActions::offerFirstStart);
     if (!parts.userCtrl)
         return;
     connect(parts.userCtrl, &IUserCtrl::sgCurrentUserInfo, this,
@@ -181,11 +194,26 @@ void WindowActions::trigger(const QString& name)
     const Step step("action of the window");
     const auto* row = std::find_if(std::begin(rows), std::end(rows),
                                    [&name](const Row& each) { return name == QLatin1String(each.action); });
-    if (row == std::end(rows))
-        return;
-    if (row->who == Engineers && !allowsEngineering())
+    const bool isKnown = row != std::end(rows);
+    const bool engineers = isKnown ? row->who == Engineers : m_parts.rooms.isForEngineers(name);
+    if (engineers && !allowsEngineering())
         return askForRights();
-    row->open(*this);
+    if (isKnown)
+        row->open(*this);
+    else
+        m_parts.rooms.openPage(name);
+}
+
+void WindowActions::showRights()
+{
+    for (const Row& row : rows)
+        m_parts.rooms.setLocked(QLatin1String(row.action), row.who == Engineers && !allowsEngineering());
+    m_parts.rooms.lockEngineers(!allowsEngineering());
+}
+
+void WindowActions::place(QDialog* dialog, const char* action)
+{
+    m_parts.rooms.open(dialog, QLatin1String(action));
 }
 
 void WindowActions::askForRights()
@@ -200,6 +228,7 @@ void WindowActions::askForRights()
 void WindowActions::onUserChanged(int level)
 {
     m_level = level;
+    showRights();
     if (!allowsEngineering())
         endEngineering();
 }
@@ -253,13 +282,29 @@ void WindowActions::openCalibration()
     const auto open = [this](auto& dialog) {
         if (hasOneStation())
             dialog.setOneStation(true);
-        show(&dialog);
+        place(&dialog, "actionStandard");
     };
     retranslate();
     if (m_parts.config.use4pointstand)
         open(m_parts.fourPoint);
     else
         open(m_parts.twoPoint);
+}
+
+void WindowActions::openCalibrationGuide()
+{
+    auto* guide = dialog<CalibrationGuide>(Engineers, [this] {
+        auto* made = new CalibrationGuide(
+            {m_parts.config, m_parts.cell.modules().coreCtrl(), platform::home(), [this] { return currentUser(); }},
+            &m_parts.window);
+        connect(made, &CalibrationGuide::calibrationApplied, this, &WindowActions::logChanges);
+        connect(made, &CalibrationGuide::calibrationApplied, &m_parts.twoPoint, &CalibrationDialog::refresh);
+        connect(made, &CalibrationGuide::calibrationApplied, &m_parts.fourPoint, &CalibrationDialog::refresh);
+        return made;
+    });
+    if (!guide->isVisible())
+        guide->setOneStation(hasOneStation());
+    place(guide, "actionGuide");
 }
 
 void WindowActions::retranslate()
@@ -271,8 +316,10 @@ void WindowActions::retranslate()
 void WindowActions::openSettings()
 {
     auto* settings = dialog<QSystemSettingUI>(Engineers, [this] {
-        auto* made =
-            new QSystemSettingUI(m_parts.settings, m_parts.config, m_parts.policy, m_parts.limits, &m_parts.window);
+        ShiftConfig& shifts = *ShiftConfig::instance();
+        shifts.load();
+        auto* made = new QSystemSettingUI(m_parts.settings, m_parts.config, m_parts.policy, m_parts.limits, shifts,
+                                          &m_parts.window);
         connect(made, &QSystemSettingUI::settingsApplied, this, &WindowActions::logChanges);
         connect(made, &QSystemSettingUI::settingsApplied, this, &WindowActions::settingsApplied);
         return made;
@@ -285,7 +332,7 @@ void WindowActions::openSettings()
     settings->setOneStation(hasOneStation());
     if (const CellRecords* records = m_parts.cell.records())
         settings->setImageDisk(records->health().freeMiB, records->isKeepingShortened());
-    show(settings);
+    place(settings, "actionSystem");
 }
 
 /// A plant without the program reads its results here.
@@ -294,7 +341,63 @@ void WindowActions::openReport()
     if (startReport())
         return;
     emit message(tr("报表程序无法启动，已在本窗口中打开"));
+    openResults();
+}
+
+void WindowActions::openResults()
+{
+    place(results(), "actionResults");
     results()->open();
+}
+
+void WindowActions::openLog()
+{
+    if (!m_log) {
+        m_log = new LogPage(&m_parts.rooms);
+        m_log->setHome(platform::home());
+        connect(m_log, &LogPage::partsWanted, this, [this](const QDateTime& from, const QDateTime& to) {
+            openResults();
+            results()->view().parts().showTimes(from, to);
+            results()->view().setCurrentWidget(&results()->view().parts());
+        });
+    }
+    m_log->refresh();
+    m_parts.rooms.open(m_log, QStringLiteral("actionLog"));
+}
+
+void WindowActions::openAlarms()
+{
+    place(dialog<AlarmHistory>(Anybody, [this] { return new AlarmHistory(m_parts.cell.alarms(), &m_parts.window); }),
+          "actionAlarms");
+}
+
+void WindowActions::openBackup()
+{
+    const auto make = [this] {
+        auto* made = new QBackupUI(platform::home(), &m_parts.window);
+        connect(made, &QBackupUI::done, this, [this](const QString& what, const QString& file) {
+            logChanges({{what, QString(), file}});
+        });
+        return made;
+    };
+    place(dialog<QBackupUI>(Engineers, make), "actionBackup");
+}
+
+/// Beside the stations, so that one sees what a test does.
+void WindowActions::openTest()
+{
+    m_parts.test.setOneStation(hasOneStation());
+    m_parts.rooms.openTool(&m_parts.test);
+}
+
+QHelpUI* WindowActions::help()
+{
+    const QString guides = platform::programFolder() + QStringLiteral("/docs");
+    return dialog<QHelpUI>(Anybody, [&] {
+        auto* made = new QHelpUI(guides, &m_parts.window);
+        connect(made, &QHelpUI::assistantWanted, this, [this] { trigger(QStringLiteral("actionAssistant")); });
+        return made;
+    });
 }
 
 ResultsDialog* WindowActions::results()
@@ -303,15 +406,50 @@ ResultsDialog* WindowActions::results()
         auto* made = new ResultsDialog(&m_parts.window);
         made->view().setUser([this] { return currentUser(); });
         made->view().setHome(platform::home());
+        made->view().parts().setDesigner(extensionOf<IDesignerImage>(m_parts.cell.modules().designer()));
+        connect(&made->view().parts(), &PartsPage::designerWanted, this, &WindowActions::openInDesigner);
+        connect(this, &WindowActions::settingsApplied, made, [made] { made->view().readShifts(); });
         return made;
     });
 }
 
+void WindowActions::openInDesigner(const QString& picture, const QString& model, int station)
+{
+    if (!allowsEngineering())
+        return askForRights();
+    auto* designer = extensionOf<IDesignerImage>(m_parts.cell.modules().designer());
+    const QString solution = m_parts.config.station(station).solution;
+    m_parts.cell.calls().run(
+        "ksdesigner: openImage()", [&] { designer->openImage(&m_parts.window, solution, model, picture); },
+        CallWatch::Takes);
+}
+
 void WindowActions::showParts(int station, bool failuresOnly)
 {
-    ResultsDialog* own = results();
-    own->open();
-    own->view().showDay(station, failuresOnly);
+    openResults();
+    results()->view().showDay(station, failuresOnly);
+}
+
+void WindowActions::showPart(int station, qint64 wall)
+{
+    openResults();
+    results()->view().showPart(station, wall);
+}
+
+void WindowActions::serve(StationPanels& panels)
+{
+    connect(&panels, &StationPanels::partsWanted, this, &WindowActions::showParts);
+    connect(&panels, &StationPanels::partWanted, this, &WindowActions::showPart);
+    connect(&panels, &StationPanels::shiftResetWanted, this,
+            [this, &panels](int station) { resetShift(panels, station); });
+}
+
+void WindowActions::resetShift(StationPanels& panels, int station)
+{
+    if (!allowsEngineering())
+        return askForRights();
+    if (messages::confirmShiftReset(&m_parts.window, station))
+        logChanges(panels.resetShift(station));
 }
 
 void WindowActions::openModels()
@@ -319,24 +457,87 @@ void WindowActions::openModels()
     Cell& cell = m_parts.cell;
     if (!cell.models())
         return;
-    show(dialog<QModelMangerUI>(Engineers, [this, &cell] {
+    const auto make = [this, &cell] {
         auto* made = new QModelMangerUI(*cell.models(), cell.modules().engine(), &m_parts.window);
         connect(made, &QModelMangerUI::modelsChanged, this, &WindowActions::logChanges);
         connect(made, &QModelMangerUI::indexTableWanted, this, &WindowActions::openIndexTable);
+        connect(made, &QModelMangerUI::teachingWanted, this, &WindowActions::openTeaching);
+        connect(made, &QModelMangerUI::libraryWanted, this, &WindowActions::openLibrary);
         return made;
-    }));
+    };
+    place(dialog<QModelMangerUI>(Engineers, make), "actionManage");
+}
+
+void WindowActions::openTeaching(const QString& name)
+{
+    Cell& cell = m_parts.cell;
+    if (!cell.models())
+        return;
+    auto* guide = dialog<TeachingGuide>(Engineers, [this, &cell] {
+        auto* made = new TeachingGuide(
+            {*cell.models(), cell.modules().engine(), cell.modules().coreCtrl(), m_parts.config, platform::home()},
+            &m_parts.window);
+        connect(made, &TeachingGuide::modelsChanged, this, &WindowActions::logChanges);
+        connect(made, &TeachingGuide::designerWanted, this, [this] { trigger(QStringLiteral("actionSetting")); });
+        return made;
+    });
+    if (!guide->isVisible()) {
+        guide->setOneStation(hasOneStation());
+        guide->beginModel(name);
+    }
+    place(guide, "actionTeach");
+}
+
+void WindowActions::openLibrary()
+{
+    Cell& cell = m_parts.cell;
+    if (!cell.models())
+        return;
+    const auto make = [this, &cell] {
+        auto* made = new ModelLibraryDialog({*cell.models(), cell.controller()->plcIndices(), cell.modules().engine(),
+                                             m_parts.config, platform::home()},
+                                            &m_parts.window);
+        connect(&made->library(), &ModelLibrary::modelsChanged, this, &WindowActions::logChanges);
+        connect(&made->library(), &ModelLibrary::teachingWanted, this, &WindowActions::openTeaching);
+        connect(&made->library(), &ModelLibrary::managerWanted, this, &WindowActions::openModels);
+        return made;
+    };
+    place(dialog<ModelLibraryDialog>(Engineers, make), "actionLibrary");
+}
+
+/// Besides whatever box the start shows; never where nobody sits.
+void WindowActions::offerFirstStart()
+{
+    if (FirstStart::isAttended() && allowsEngineering() && FirstStart::isWanted(startParts(m_parts)))
+        openFirstStart();
+}
+
+void WindowActions::openFirstStart()
+{
+    const auto make = [this] {
+        auto* made = new FirstStart(startParts(m_parts), &m_parts.window);
+        connect(made, &FirstStart::settingsApplied, this, &WindowActions::logChanges);
+        connect(made, &FirstStart::settingsApplied, this, &WindowActions::settingsApplied);
+        connect(made, &FirstStart::actionWanted, this, &WindowActions::trigger);
+        connect(made, &FirstStart::teachingWanted, this, [this] { openTeaching({}); });
+        connect(made, &FirstStart::calibrationWanted, this, &WindowActions::openCalibrationGuide);
+        return made;
+    };
+    place(dialog<FirstStart>(Engineers, make), "actionAssistant");
 }
 
 void WindowActions::openIndexTable()
 {
     Cell& cell = m_parts.cell;
+    if (!cell.models())
+        return;
     auto* table = dialog<QPlcIndexUI>(Engineers, [this, &cell] {
         auto* made = new QPlcIndexUI(*cell.models(), cell.controller()->plcIndices(), &m_parts.window);
         connect(made, &QPlcIndexUI::tablesApplied, this, &WindowActions::logChanges);
         return made;
     });
     table->setStations(cell.controller()->stationNames());
-    show(table);
+    place(table, "actionIndexTable");
 }
 
 void WindowActions::openCamera(const QString& key)
@@ -350,7 +551,7 @@ void WindowActions::openCamera(const QString& key)
         connect(made, &QCameraSettingsUI::settingsApplied, this, &WindowActions::logChanges);
         return made;
     };
-    show(dialog<QCameraSettingsUI>(Engineers, make, key));
+    place(dialog<QCameraSettingsUI>(Engineers, make, key), "actionCamera");
 }
 
 void WindowActions::logChanges(const AuditChanges& changes) const

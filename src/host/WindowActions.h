@@ -11,9 +11,13 @@ class Cell;
 class CellLimits;
 class IUserCtrl;
 class LicenceDesk;
+class LogPage;
+class QHelpUI;
 class QMainWindow;
 class QTestWidget;
 class ResultsDialog;
+class StationPanels;
+class Workspaces;
 class ksGlobalConfig;
 class ksImageCaliUI;
 class ksImageCaliUI4P;
@@ -40,6 +44,7 @@ public:
         ksImageCaliUI4P& fourPoint;
         LicenceDesk& licence;
         IUserCtrl* userCtrl; ///< null without the module
+        Workspaces& rooms;   ///< where the dialogs have their places
     };
 
     /// The level of IUserCtrl::sgCurrentUserInfo from which on everything may be opened; 0 is nobody.
@@ -54,16 +59,22 @@ public:
     /// Models with changes in the designer, on the screen or not, that would be lost with the program.
     QStringList unsavedModels() const;
 
+    /// Does what the stations' panels ask for; they outlive the actions.
+    void serve(StationPanels& panels);
+
 public slots:
     /// Gives the titles that a dialog has from its action, in the present language.
     void retranslate();
-    /// Does what the action of that object name is for, if the present user may; an unknown name does nothing.
+    /// Does what the action of that object name is for, or opens its page, if the present user may; an unknown name
+    /// does nothing.
     void trigger(const QString& name);
     /// Writes who changed which setting from what to what into the system log.
     void logChanges(const AuditChanges& changes) const;
     QString currentUser() const;
-    /// The day's parts of a station, or of them those that were not found or refused, in a window of ours.
+    /// The day's parts of a station, or of them those that were not found or refused, in their page.
     void showParts(int station, bool failuresOnly);
+    /// The part of a station at that moment (see PartTable) there.
+    void showPart(int station, qint64 wall);
 
 signals:
     /// Settings hold new values; names are the keys of their files.
@@ -84,11 +95,25 @@ private:
     void logInOut();
     void showLogIn();
     void openCalibration();
+    void openCalibrationGuide();
     void openSettings();
     void openReport();
+    void openResults();
+    void openLog();
+    void openAlarms();
+    void openBackup();
+    void openTest();
     ResultsDialog* results();
+    void resetShift(StationPanels& panels, int station);
+    /// Runs a part's picture again, at the model that it had.
+    void openInDesigner(const QString& picture, const QString& model, int station);
+    QHelpUI* help();
     void openModels();
     void openIndexTable();
+    void offerFirstStart();
+    void openFirstStart();
+    void openLibrary();
+    void openTeaching(const QString& name);
     void openCamera(const QString& key);
 
     /// Whether what is for engineers may be open now.
@@ -97,6 +122,10 @@ private:
     void onUserChanged(int level);
     /// Closes what only engineers may have open.
     void endEngineering();
+    /// Shows by the actions what the present user may do.
+    void showRights();
+    /// Shows the dialog as the page of that action.
+    void place(QDialog* dialog, const char* action);
     bool hasOneStation() const { return m_engineList.size() < 2; }
     /// The dialog of that class, made by `make` when there is none; `key` tells several of a class apart.
     template <typename Dialog, typename Make>
@@ -104,6 +133,7 @@ private:
 
     const Parts m_parts;
     QStringList m_engineList;
+    QPointer<LogPage> m_log;
     int m_level = 0;
     QHash<QString, QPointer<QDialog>> m_dialogs; ///< by class and key
     QVector<QPointer<QDialog>> m_engineering;    ///< those of them that are for engineers, and the calibrations

@@ -1,23 +1,34 @@
 #include "look/WindowLook.h"
 
-#include "common/LookColors.h"
 #include "config/IniFile.h"
+#include "look/LookIcon.h"
 #include "platform/AppHome.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QMainWindow>
 #include <QProxyStyle>
+#include <QSettings>
 #include <QStyle>
-#include <QToolBar>
 
 #include <utility>
 
 namespace {
 
 const QString lookFile = QStringLiteral("/user/look.ini");
-const QString darkKey = QStringLiteral("Look/Dark");
+const QString nameKey = QStringLiteral("Look/Name");
+const QString darkKey = QStringLiteral("Look/Dark"); // of files from before there were three
+const QStringList names{QStringLiteral("light"), QStringLiteral("dark"), QStringLiteral("contrast")};
 constexpr int buttonRoom = 14;
+constexpr int rowHeight = 40;  // for a finger in a glove
+constexpr int fontPixels = 14; // whatever the desktop has: the pages are laid out for it
+
+LookKind kindIn(const QSettings& settings)
+{
+    const bool dark = settings.value(darkKey, false).toBool();
+    const int index = names.indexOf(settings.value(nameKey).toString());
+    return index < 0 ? (dark ? LookKind::Dark : LookKind::Light) : LookKind(index);
+}
 
 QPalette palette(const LookColors& colors)
 {
@@ -38,7 +49,7 @@ QPalette palette(const LookColors& colors)
     return palette;
 }
 
-/// Buttons whose text does not touch their edges, in every language.
+/// Controls for fingers, whose text does not touch their edges in any language.
 class RoomyStyle : public QProxyStyle
 {
 public:
@@ -51,7 +62,26 @@ public:
                            const QWidget* widget) const override
     {
         const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+        if (type == CT_ItemViewItem || type == CT_MenuItem || type == CT_TabBarTab)
+            return size.expandedTo({0, type == CT_MenuItem ? qMin(size.height() * 4, rowHeight) : rowHeight});
         return type == CT_PushButton ? size + QSize(buttonRoom, 0) : size;
+    }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override
+    {
+        switch (metric) {
+        case PM_HeaderDefaultSectionSizeVertical:
+            return rowHeight;
+        case PM_ScrollBarExtent:
+            return 18;
+        case PM_IndicatorWidth:
+        case PM_IndicatorHeight:
+        case PM_ExclusiveIndicatorWidth:
+        case PM_ExclusiveIndicatorHeight:
+            return 22;
+        default:
+            return QProxyStyle::pixelMetric(metric, option, widget);
+        }
     }
 };
 
@@ -61,39 +91,14 @@ struct HostLook
     int windows = 0;
     QStyle* style = nullptr;
     QPalette palette;
+    QString sheet;
+    QFont font;
 };
 
 HostLook& hostLook()
 {
     static HostLook look;
     return look;
-}
-
-/// Turns light into dark and back, and leaves the hue: what was drawn for a light ground fits a dark one.
-QPixmap inverted(const QPixmap& pixmap)
-{
-    QImage image = pixmap.toImage().convertToFormat(QImage::Format_ARGB32);
-    for (int y = 0; y < image.height(); ++y) {
-        auto* const line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb c = line[x];
-            const auto [low, high] = std::minmax({qRed(c), qGreen(c), qBlue(c)});
-            const int shift = 255 - low - high;
-            line[x] = qRgba(qRed(c) + shift, qGreen(c) + shift, qBlue(c) + shift, qAlpha(c));
-        }
-    }
-    return QPixmap::fromImage(image);
-}
-
-QIcon inverted(const QIcon& icon)
-{
-    QIcon result;
-    for (const qreal ratio : {1.0, 2.0}) {
-        QPixmap pixmap = inverted(icon.pixmap(QSize(32, 32) * ratio));
-        pixmap.setDevicePixelRatio(pixmap.width() / 32.0);
-        result.addPixmap(pixmap);
-    }
-    return result;
 }
 
 } // namespace
@@ -106,13 +111,20 @@ WindowLook::WindowLook(QMainWindow* window)
 
 void WindowLook::load()
 {
-    m_dark = IniFile(platform::inHome(lookFile)).settings().value(darkKey, false).toBool();
+    m_kind = kindIn(IniFile(platform::inHome(lookFile)).settings());
     if (!std::exchange(m_worn, true) && hostLook().windows++ == 0) {
         hostLook().palette = QApplication::palette();
+        hostLook().sheet = qApp->styleSheet();
+        hostLook().font = QApplication::font();
+        qApp->setStyleSheet({});
         hostLook().style = QApplication::style();
         hostLook().style->setParent(nullptr); // the application deletes a child of its own with the next style
     }
+    qApp->setStyleSheet({}); // of another window of ours
     QApplication::setStyle(new RoomyStyle);
+    QFont font = QApplication::font();
+    font.setPixelSize(fontPixels);
+    QApplication::setFont(font);
     wear();
 }
 
@@ -120,17 +132,20 @@ void WindowLook::takeOff()
 {
     if (!std::exchange(m_worn, false) || --hostLook().windows > 0)
         return;
+    qApp->setStyleSheet({});
     QApplication::setStyle(hostLook().style);
     QApplication::setPalette(hostLook().palette);
+    QApplication::setFont(hostLook().font);
+    qApp->setStyleSheet(hostLook().sheet);
 }
 
-void WindowLook::choose(bool dark)
+void WindowLook::choose(LookKind kind)
 {
-    if (dark == m_dark)
+    if (kind == m_kind)
         return;
-    m_dark = dark;
+    m_kind = kind;
     IniFile file(platform::inHome(lookFile));
-    file.settings().setValue(darkKey, dark);
+    file.settings().setValue(nameKey, names.value(int(kind)));
     file.commit();
     wear();
 }
@@ -138,31 +153,20 @@ void WindowLook::choose(bool dark)
 void WindowLook::dress(QWidget* part)
 {
     m_parts.append(part);
-    part->setStyleSheet(lookSheet(QStringLiteral("window"), lookColors(m_dark)));
-}
-
-void WindowLook::showTesting(bool testing)
-{
-    for (const QPointer<QWidget>& part : qAsConst(m_parts)) {
-        if (!part)
-            continue;
-        part->setProperty("testing", testing);
-        part->style()->unpolish(part);
-        part->style()->polish(part);
-        part->update();
-    }
+    part->setStyleSheet(lookSheet(QStringLiteral("window"), lookColors(m_kind)));
 }
 
 void WindowLook::wear()
 {
-    QApplication::setPalette(palette(lookColors(m_dark)));
+    QApplication::setPalette(palette(lookColors(m_kind)));
+    qApp->setStyleSheet(lookSheet(QStringLiteral("controls"), lookColors(m_kind)));
     dressParts();
     dressIcons();
 }
 
 void WindowLook::dressParts()
 {
-    const QString sheet = lookSheet(QStringLiteral("window"), lookColors(m_dark));
+    const QString sheet = lookSheet(QStringLiteral("window"), lookColors(m_kind));
     for (const QPointer<QWidget>& part : qAsConst(m_parts)) {
         if (part)
             part->setStyleSheet(sheet);
@@ -171,15 +175,15 @@ void WindowLook::dressParts()
 
 void WindowLook::dressIcons()
 {
-    QList<QAction*> actions;
-    const auto toolBars = m_window->findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly);
-    for (const QToolBar* bar : toolBars)
-        actions += bar->actions();
-    for (QAction* action : qAsConst(actions)) {
+    const LookColors& colors = lookColors(m_kind);
+    const auto actions = m_window->findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly) + m_window->actions();
+    for (QAction* action : actions) {
         if (!m_icons.contains(action))
             m_icons.insert(action, action->icon());
         const QIcon& drawn = m_icons[action];
-        if (!drawn.isNull())
-            action->setIcon(m_dark ? inverted(drawn) : drawn);
+        if (drawn.isNull())
+            continue;
+        action->setIcon(action->property("locked").toBool() ? LookIcon::locked(drawn, colors.faint, colors.card)
+                                                            : LookIcon::tinted(drawn, colors.text));
     }
 }

@@ -1,6 +1,6 @@
 #include "panels/AlarmStrip.h"
 
-#include "panels/AlarmHistory.h"
+#include "panels/AlarmRow.h"
 #include "ui_AlarmStrip.h"
 #include "workflow/AlarmBook.h"
 
@@ -10,7 +10,13 @@
 
 namespace {
 
-constexpr int mostLines = 3;
+constexpr int mostRows = 3;
+
+/// The stations need their height more than the alarms do.
+int rowsIn(int windowHeight)
+{
+    return windowHeight < 700 ? 1 : windowHeight < 900 ? 2 : mostRows;
+}
 
 struct Texts
 {
@@ -56,6 +62,8 @@ QString what(const Alarm& alarm)
         return Texts::tr("相机%1不断送来未请求的图像，已丢弃").arg(alarm.subject);
     case Alarm::ModuleFault:
         return Texts::tr("模块%1：%2").arg(alarm.subject, alarm.detail);
+    case Alarm::ReportUnwritten:
+        return alarm.detail;
     case Alarm::DiskLow:
         return Texts::tr("磁盘空间不足，剩余%1 GB").arg(alarm.detail);
     case Alarm::ImagesUnwritable:
@@ -96,6 +104,8 @@ Help helpOf(const Alarm& alarm)
         return {Texts::tr("关闭相机的连续采集或外部触发"), "actionCamera", Texts::tr("相机管理")};
     case Alarm::ModuleFault:
         return {Texts::tr("请将系统日志交给该模块的提供者"), "actionDevice", Texts::tr("设备管理")};
+    case Alarm::ReportUnwritten:
+        return {Texts::tr("检查报告文件夹和磁盘，恢复后自动补写"), "actionSystem", Texts::tr("系统设置")};
     case Alarm::CameraUnknown:
         return {Texts::tr("为该工位选择现有的相机"), "actionSystem", Texts::tr("系统设置")};
     case Alarm::NoResult:
@@ -124,18 +134,6 @@ Help helpOf(const Alarm& alarm)
     return {};
 }
 
-QString linkOf(const Alarm& alarm)
-{
-    const Help help = helpOf(alarm);
-    return help.dialog.isEmpty() ? QStringLiteral("&nbsp;")
-                                 : QStringLiteral("<a href=\"%1\">%2</a>").arg(help.action, help.dialog);
-}
-
-QString timeOf(const Alarm& alarm)
-{
-    return alarm.since.toString(QStringLiteral("hh:mm:ss"));
-}
-
 } // namespace
 
 QString AlarmStrip::sentence(const Alarm& alarm)
@@ -154,8 +152,15 @@ AlarmStrip::AlarmStrip(QWidget* parent)
 {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground);
-    connect(m_ui->linkLabel, &QLabel::linkActivated, this, &AlarmStrip::actionWanted);
-    connect(m_ui->historyButton, &QPushButton::clicked, this, &AlarmStrip::showHistory);
+    m_ui->row->setAlignment(m_ui->buttons, Qt::AlignTop);
+    for (int i = 0; i < mostRows; ++i) {
+        auto* row = new AlarmRow(this);
+        m_ui->rows->addWidget(row);
+        m_rows.append(row);
+        connect(row, &AlarmRow::actionWanted, this, &AlarmStrip::actionWanted);
+    }
+    connect(m_ui->historyButton, &QPushButton::clicked, this,
+            [this] { emit actionWanted(QStringLiteral("actionAlarms")); });
     hide();
 }
 
@@ -169,15 +174,10 @@ void AlarmStrip::setBook(AlarmBook* book)
     refresh();
 }
 
-void AlarmStrip::showHistory()
+void AlarmStrip::setFolded(bool folded)
 {
-    if (!m_book)
-        return;
-    if (!m_history)
-        m_history = new AlarmHistory(*m_book, window());
-    m_history->show();
-    m_history->raise();
-    m_history->activateWindow();
+    m_folded = folded;
+    refresh();
 }
 
 void AlarmStrip::refresh()
@@ -186,22 +186,16 @@ void AlarmStrip::refresh()
         return;
     const QVector<Alarm>& alarms = m_book->alarms();
     setVisible(!alarms.isEmpty());
-    const int shown = qMin(alarms.size(), mostLines);
-    QStringList times;
-    QStringList texts;
-    QStringList remedies;
-    QStringList links;
-    for (const Alarm& alarm : alarms.mid(0, shown)) {
-        times << timeOf(alarm);
-        texts << sentence(alarm);
-        remedies << remedy(alarm);
-        links << linkOf(alarm);
+    const int shown = qMin(alarms.size(), m_folded ? 1 : rowsIn(window()->height()));
+    for (int i = 0; i < m_rows.size(); ++i) {
+        m_rows[i]->setVisible(i < shown);
+        if (i >= shown)
+            continue;
+        const Help help = helpOf(alarms[i]);
+        m_rows[i]->show(alarms[i].since, sentence(alarms[i]), help.sentence, QLatin1String(help.action), help.dialog);
     }
-    m_ui->timeLabel->setText(times.join(QLatin1Char('\n')));
-    m_ui->textLabel->setText(texts.join(QLatin1Char('\n')));
-    m_ui->remedyLabel->setText(remedies.join(QLatin1Char('\n')));
-    m_ui->linkLabel->setText(links.join(QStringLiteral("<br>")));
     m_ui->moreLabel->setText(alarms.size() > shown ? tr("另有%1条").arg(alarms.size() - shown) : QString());
+    m_ui->moreLabel->setVisible(alarms.size() > shown);
     const bool known = std::all_of(alarms.begin(), alarms.end(), [](const Alarm& alarm) { return alarm.acknowledged; });
     m_ui->acknowledgeButton->setVisible(!known);
     setKnown(known);

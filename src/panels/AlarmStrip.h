@@ -1,21 +1,22 @@
 #pragma once
 
 #include <QPointer>
+#include <QVector>
 #include <QWidget>
 
 #include <memory>
 
 class AlarmBook;
-class AlarmHistory;
+class AlarmRow;
 struct Alarm;
 
 namespace Ui {
 class AlarmStrip;
 }
 
-/// A quiet strip with the alarms of the cell: the newest three with their times and counts, what helps and where, and
-/// how many more there are; behind it the list of all. Nothing of it keeps production waiting. Hidden while there is
-/// none. GUI thread.
+/// A quiet strip with the alarms of the cell: the newest three (in a low window fewer) with their times and counts,
+/// what helps and where, how many more there are, and the way to the list of all. Nothing of it keeps production
+/// waiting. Hidden while there is none. GUI thread.
 class AlarmStrip : public QWidget
 {
     Q_OBJECT
@@ -31,12 +32,11 @@ public:
     static QString sentence(const Alarm& alarm);
     static QString remedy(const Alarm& alarm);
 
-public slots:
-    /// Shows the alarms that last and those that are over.
-    void showHistory();
+    /// Shows the newest alone, where others need the room.
+    void setFolded(bool folded);
 
 signals:
-    /// The dialog that helps with an alarm is wanted, by the name of the window's action.
+    /// The page that helps with an alarm, or that of all, is wanted, by the name of the window's action.
     void actionWanted(const QString& action);
 
 protected:
@@ -48,5 +48,6 @@ private:
 
     std::unique_ptr<Ui::AlarmStrip> m_ui;
     QPointer<AlarmBook> m_book;
-    QPointer<AlarmHistory> m_history;
+    QVector<AlarmRow*> m_rows;
+    bool m_folded = false;
 };

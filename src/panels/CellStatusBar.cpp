@@ -5,7 +5,6 @@
 #include <QDateTime>
 #include <QEvent>
 #include <QLabel>
-#include <QToolButton>
 
 namespace {
 
@@ -31,8 +30,6 @@ CellStatusBar::CellStatusBar(QWidget* parent)
     , m_mode(new QLabel)
     , m_link(new QLabel(tr("连接状态:")))
     , m_banner(new QLabel(tr("本系统未注册激活")))
-    , m_testing(new QLabel(tr("测试运行中")))
-    , m_alarms(new QToolButton)
 {
     m_time->setObjectName(QStringLiteral("timeLabel"));
     m_user->setObjectName(QStringLiteral("userLabel"));
@@ -40,15 +37,10 @@ CellStatusBar::CellStatusBar(QWidget* parent)
     m_link->setObjectName(QStringLiteral("linkLabel"));
     m_banner->setObjectName(QStringLiteral("registerBanner"));
     m_banner->setStyleSheet(QStringLiteral("font: bold 14px; color: red;"));
-    m_testing->setObjectName(QStringLiteral("testingLabel"));
-    m_alarms->setObjectName(QStringLiteral("alarmHistoryButton"));
-    m_alarms->setText(tr("报警记录"));
-    connect(m_alarms, &QToolButton::clicked, this, &CellStatusBar::alarmHistoryWanted);
     addWidget(m_time, 1);
-    for (QWidget* widget : std::initializer_list<QWidget*>{m_testing, m_banner, m_alarms, m_user, m_mode, m_link})
+    for (QWidget* widget : std::initializer_list<QWidget*>{m_banner, m_user, m_mode, m_link})
         addPermanentWidget(widget);
-    for (QLabel* label : {m_testing, m_banner})
-        label->hide(); // adding shows it
+    m_banner->hide(); // adding shows it
 }
 
 void CellStatusBar::linkAlive()
@@ -94,19 +86,12 @@ void CellStatusBar::setRegistered(bool registered)
     m_banner->setVisible(!registered);
 }
 
-void CellStatusBar::setTesting(bool testing)
-{
-    m_testing->setVisible(testing);
-}
-
 void CellStatusBar::changeEvent(QEvent* event)
 {
     QStatusBar::changeEvent(event);
     if (event->type() != QEvent::LanguageChange)
         return;
     m_banner->setText(tr("本系统未注册激活"));
-    m_testing->setText(tr("测试运行中"));
-    m_alarms->setText(tr("报警记录"));
     setUserName(m_userName);
     if (m_runSeconds > 0)
         return refresh();

@@ -3,7 +3,6 @@
 #include <QStatusBar>
 
 class QLabel;
-class QToolButton;
 
 /// Date and run time, user, mode and PLC link, and the banner of a system that is not registered. The window ticks it
 /// once a second.
@@ -22,11 +21,7 @@ public:
     /// Shows the banner while the system is not registered; hidden until then.
     void setRegistered(bool registered);
 
-    /// A test of the cell runs; the status bar says so.
-    void setTesting(bool testing);
-
-signals:
-    void alarmHistoryWanted();
+    bool isLinkUp() const { return m_linkUp; }
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -39,8 +34,6 @@ private:
     QLabel* m_mode;
     QLabel* m_link;
     QLabel* m_banner;
-    QLabel* m_testing;
-    QToolButton* m_alarms;
     QString m_userName;
     qint64 m_runSeconds = 0;
     int m_silentSeconds = 0;

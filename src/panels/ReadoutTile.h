@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-/// A value with its caption, in digits as large as the room allows. It paints itself: another value costs one small
+/// A value below its caption, in digits as large as the room allows. It paints itself: another value costs one small
 /// paint and never moves its neighbours. GUI thread.
 class ReadoutTile : public QWidget
 {
@@ -23,12 +23,16 @@ public:
     int maximumDigits() const { return m_maximumDigits; }
     void setMaximumDigits(int pixels) { m_maximumDigits = pixels; }
 
+    /// A number whose digits keep their size and their places: as large as this widest one allows. Empty for texts.
+    void setWidest(const QString& widest) { m_widest = widest; }
+
+    /// A small text below the value; none when it is empty.
+    void setFoot(const QString& foot);
+    QString foot() const { return m_foot; }
+
     QString value() const { return m_value; }
     Sign sign() const { return m_sign; }
     void setValue(const QString& value, Sign sign = Plain);
-    /// Whether the sign colours the ground, too.
-    void setGrounded(bool grounded) { m_grounded = grounded; }
-
     /// Whether it can be clicked; `tip` says what for.
     void setLeadsOn(bool leadsOn, const QString& tip = {});
 
@@ -44,11 +48,13 @@ protected:
 
 private:
     QFont fitting(const QRect& room) const;
+    void paintNumber(QPainter& painter, const QRect& room) const;
 
     QString m_caption;
+    QString m_foot;
+    QString m_widest;
     QString m_value;
     Sign m_sign = Plain;
     int m_maximumDigits = 64;
-    bool m_grounded = false;
     bool m_leadsOn = false;
 };

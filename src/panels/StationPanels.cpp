@@ -1,8 +1,8 @@
 #include "panels/StationPanels.h"
 
 #include "panels/LogPanel.h"
+#include "panels/PartWords.h"
 #include "panels/StationView.h"
-#include "viewer/ksImgViewer.h"
 #include "workflow/Cell.h"
 #include "workflow/ResultHandler.h"
 
@@ -15,7 +15,12 @@ StationPanels::StationPanels(Panel first, Panel second, QObject* parent)
         panel(station)->log->setStation(station);
         connect(panel(station)->view, &StationView::partsWanted, this,
                 [this, station](bool failuresOnly) { emit partsWanted(station, failuresOnly); });
+        connect(panel(station)->view, &StationView::partWanted, this,
+                [this, station](qint64 wall) { emit partWanted(station, wall); });
+        connect(panel(station)->view, &StationView::shiftResetWanted, this,
+                [this, station] { emit shiftResetWanted(station); });
     }
+    connect(&m_history, &StationHistory::changed, this, &StationPanels::showTally);
 }
 
 StationPanels::Panel* StationPanels::panel(int station)
@@ -23,10 +28,13 @@ StationPanels::Panel* StationPanels::panel(int station)
     return station == 1 || station == 2 ? &m_panels[station - 1] : nullptr;
 }
 
-void StationPanels::follow(const Cell& cell)
+void StationPanels::follow(const Cell& cell, const QString& home)
 {
+    for (const Panel& each : m_panels)
+        each.view->setHome(home);
+    QTimer::singleShot(0, this, [this, home] { m_history.start(home); }); // when the start-up is through
     connect(&cell, &Cell::captureStarted, this, &StationPanels::showTrigger);
-    connect(&cell, &Cell::captureRefused, this, &StationPanels::showRefusal);
+    connect(&cell, &Cell::captureRefused, this, &StationPanels::showReading);
     connect(&cell, &Cell::modelMissing, this, &StationPanels::showNoModel);
     connect(&cell, &Cell::pictureNamed, this, &StationPanels::showCaption);
     connect(&cell, &Cell::readingChanged, this, &StationPanels::showReading);
@@ -35,7 +43,6 @@ void StationPanels::follow(const Cell& cell)
 
 void StationPanels::showSecond(bool shown)
 {
-    m_panels[0].view->setWide(!shown);
     m_panels[1].view->setVisible(shown);
     m_panels[1].log->setVisible(shown);
 }
@@ -48,12 +55,28 @@ void StationPanels::soon(int station, const std::function<void(const Panel&)>& s
 
 void StationPanels::showImage(int station, const QImage& image)
 {
-    soon(station, [image](const Panel& own) { own.view->viewer()->setImage(image); });
+    soon(station, [image](const Panel& own) { own.view->setImage(image); });
 }
 
 void StationPanels::showReading(int station, const StationReading& reading)
 {
-    soon(station, [reading](const Panel& own) { own.view->setReading(reading); });
+    soon(station, [this, station, reading](const Panel&) { showPart(station, reading); });
+}
+
+/// A test's part is shown and counts nowhere.
+void StationPanels::showPart(int station, const StationReading& reading)
+{
+    const PartRow part = PartWords::rowOf(station, reading);
+    StationView* view = panel(station)->view;
+    view->setPart(part, reading.test);
+    const bool archived = !part.resultImage.isEmpty() || !part.part.sourceImage.isEmpty();
+    if (!reading.test)
+        m_history.add(station, part, archived || view->hasPictureOfPart());
+}
+
+void StationPanels::showTally(int station)
+{
+    panel(station)->view->setTally(m_history.of(station));
 }
 
 void StationPanels::showModelLabel(int station, const QString& richText)
@@ -84,9 +107,4 @@ void StationPanels::showCount(int station, const DayCount& count)
 void StationPanels::showTrigger(int station)
 {
     soon(station, [](const Panel& own) { own.view->triggered(); });
-}
-
-void StationPanels::showRefusal(int station)
-{
-    soon(station, [](const Panel& own) { own.view->refused(); });
 }

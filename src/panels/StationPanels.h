@@ -1,6 +1,7 @@
 #pragma once
 
 #include "panels/ScreenPace.h"
+#include "panels/StationHistory.h"
 
 class Cell;
 class LogPanel;
@@ -25,8 +26,9 @@ public:
     /// The widgets outlive this object.
     StationPanels(Panel first, Panel second, QObject* parent);
 
-    /// Shows what becomes of the parts of this cell.
-    void follow(const Cell& cell);
+    /// Shows what becomes of the parts of this cell, and what became of those before; `home` without a separator at its
+    /// end.
+    void follow(const Cell& cell, const QString& home);
 
     /// The second station's display; the first station takes its room while it is hidden.
     void showSecond(bool shown);
@@ -34,6 +36,10 @@ public:
 signals:
     /// The day's parts of a station: all of them, or those that were not found or refused.
     void partsWanted(int station, bool failuresOnly);
+    /// The part of a station of that moment, see PartTable.
+    void partWanted(int station, qint64 wall);
+    /// The shift's counts of a station are to begin anew.
+    void shiftResetWanted(int station);
 
 public slots:
     void showImage(int station, const QImage& image);
@@ -45,13 +51,17 @@ public slots:
     void showLog(int station, const QString& line);
     void showCount(int station, const DayCount& count);
     void showTrigger(int station);
-    void showRefusal(int station);
+    /// Returns what the log is to have.
+    AuditChanges resetShift(int station) { return m_history.resetShift(station); }
 
 private:
     Panel* panel(int station);
+    void showPart(int station, const StationReading& reading);
+    void showTally(int station);
     /// Shows it a little later, so that the reply to the PLC goes first.
     void soon(int station, const std::function<void(const Panel&)>& show);
 
     ScreenPace m_pace;
+    StationHistory m_history;
     Panel m_panels[2];
 };

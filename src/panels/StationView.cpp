@@ -1,18 +1,31 @@
 #include "panels/StationView.h"
 
+#include "common/LookColors.h"
+#include "panels/PartWords.h"
+#include "panels/StationPlan.h"
 #include "ui_StationView.h"
-#include "workflow/DayCounts.h"
-#include "workflow/ResultHandler.h"
+#include "workflow/PlcFrames.h"
 
 #include <QEvent>
-#include <QGridLayout>
+#include <QGraphicsScene>
 #include <QTime>
+
+#include <utility>
 
 namespace {
 
-constexpr int overdueMs = 1500; ///< an answer takes some tens of milliseconds; a reading this old is not of this part
-constexpr int leastAngleHeight = 76; ///< pixels: digits that are read from two metres
+constexpr int lateMs = 250; ///< an answer takes some tens of milliseconds; until then nothing flickers
+constexpr int overdueMs = 1500;
 const QString noValue = QStringLiteral("—");
+const QString clockForm = QStringLiteral("hh:mm:ss");
+const QString red = QStringLiteral("#ff0000");
+const QString grey = QStringLiteral("#808080");
+
+QString yieldText(const DayCount& count)
+{
+    const double yield = count.yield();
+    return yield < 0 ? noValue : QString::number(yield, 'f', 1) + QStringLiteral(" %");
+}
 
 } // namespace
 
@@ -22,28 +35,43 @@ StationView::StationView(QWidget* parent)
 {
     m_ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground);
+    m_ui->stamp->setParent(m_ui->viewer);
     m_ui->viewer->setContextMenuPolicy(Qt::CustomContextMenu);
-    m_ui->tipTile->setGrounded(true);
+    m_ui->angleTile->setWidest(QStringLiteral("000.000°"));
     m_ui->angleTile->setMaximumDigits(110);
-    for (ReadoutTile* tile : {m_ui->xTile, m_ui->yTile})
-        tile->setMaximumDigits(34);
-    for (ReadoutTile* tile :
-         {m_ui->tipTile, m_ui->timeTile, m_ui->foundTile, m_ui->notFoundTile, m_ui->refusedTile, m_ui->yieldTile})
-        tile->setMaximumDigits(24);
-    m_overdue.setSingleShot(true);
-    m_overdue.setInterval(overdueMs);
-    connect(&m_overdue, &QTimer::timeout, this, [this] { show(Waiting); });
-    m_ui->timeTile->setValue(noValue, ReadoutTile::Faint);
+    for (ReadoutTile* tile : {m_ui->xTile, m_ui->yTile}) {
+        tile->setWidest(QStringLiteral("-00000.000"));
+        tile->setMaximumDigits(60);
+    }
+    for (ReadoutTile* tile : {m_ui->foundTile, m_ui->notFoundTile, m_ui->refusedTile, m_ui->yieldTile})
+        tile->setMaximumDigits(40);
+    for (auto [timer, ms] : {std::pair(&m_late, lateMs), std::pair(&m_overdue, overdueMs)}) {
+        timer->setSingleShot(true);
+        timer->setInterval(ms);
+    }
+    connectParts();
+    enter(Idle);
+    setCount({});
+    setTally({});
+}
+
+StationView::~StationView() = default;
+
+void StationView::connectParts()
+{
+    connect(&m_late, &QTimer::timeout, this, [this] { enter(Pending); });
+    connect(&m_overdue, &QTimer::timeout, this, [this] {
+        m_open = 0;
+        enter(Overdue);
+    });
     for (ReadoutTile* tile : {m_ui->foundTile, m_ui->yieldTile})
         connect(tile, &ReadoutTile::clicked, this, [this] { emit partsWanted(false); });
     for (ReadoutTile* tile : {m_ui->notFoundTile, m_ui->refusedTile})
         connect(tile, &ReadoutTile::clicked, this, [this] { emit partsWanted(true); });
-    show(Idle);
-    setCount({});
-    setWide(false);
+    connect(m_ui->strip, &OutcomeStrip::partWanted, this, &StationView::partWanted);
+    connect(m_ui->failures, &FailurePictures::partWanted, this, &StationView::partWanted);
+    connect(m_ui->shift, &ShiftLine::resetWanted, this, &StationView::shiftResetWanted);
 }
-
-StationView::~StationView() = default;
 
 ksImgViewer* StationView::viewer() const
 {
@@ -56,34 +84,9 @@ void StationView::setStation(int number)
     retranslate();
 }
 
-void StationView::setWide(bool wide)
+void StationView::setHome(const QString& home)
 {
-    delete m_ui->reading->layout();
-    auto* const grid = new QGridLayout(m_ui->reading);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setSpacing(6);
-    const auto place = [grid](QWidget* tile, const QRect& cells) {
-        grid->addWidget(tile, cells.y(), cells.x(), cells.height(), cells.width());
-    };
-    // Below the picture: a row of large digits, the tip, a row of the day. Beside it: a column.
-    place(m_ui->angleTile, wide ? QRect(0, 0, 10, 1) : QRect(0, 0, 4, 1));
-    place(m_ui->xTile, wide ? QRect(0, 1, 5, 1) : QRect(4, 0, 3, 1));
-    place(m_ui->yTile, wide ? QRect(5, 1, 5, 1) : QRect(7, 0, 3, 1));
-    place(m_ui->tipTile, wide ? QRect(0, 2, 10, 1) : QRect(0, 1, 10, 1));
-    place(m_ui->timeTile, wide ? QRect(0, 3, 10, 1) : QRect(0, 2, 2, 1));
-    place(m_ui->foundTile, wide ? QRect(0, 4, 5, 1) : QRect(2, 2, 2, 1));
-    place(m_ui->notFoundTile, wide ? QRect(5, 4, 5, 1) : QRect(4, 2, 2, 1));
-    place(m_ui->refusedTile, wide ? QRect(0, 5, 5, 1) : QRect(6, 2, 2, 1));
-    place(m_ui->yieldTile, wide ? QRect(5, 5, 5, 1) : QRect(8, 2, 2, 1));
-    for (int column = 0; column < 10; ++column)
-        grid->setColumnStretch(column, 1);
-    const int rows = wide ? 6 : 3;
-    for (int row = 0; row < rows; ++row)
-        grid->setRowStretch(row, row == 0 ? 5 : 3);
-    m_ui->angleTile->setMinimumHeight(leastAngleHeight);
-    m_ui->body->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    m_ui->body->setStretch(0, wide ? 5 : 2);
-    m_ui->body->setStretch(1, wide ? 2 : 1);
+    m_ui->failures->setHome(home);
 }
 
 void StationView::setModelLabel(const QString& richText)
@@ -99,41 +102,19 @@ void StationView::setNoModel(int plcIndex)
     showModel();
 }
 
-void StationView::setCaption(const QString& model)
-{
-    m_caption = model;
-    showCaption();
-}
-
-void StationView::showCaption()
-{
-    m_ui->captionLabel->setText(m_caption.isEmpty() ? QString() : tr("图像型号：%1").arg(m_caption));
-}
-
 /// Red where the index is wrong, grey where the PLC cleared it.
 void StationView::showModel()
 {
     if (m_deadIndex) {
         const bool cleared = *m_deadIndex < 1;
         const QString text = cleared ? tr("未选择型号") : tr("PLC索引%1没有型号").arg(*m_deadIndex);
-        m_ui->modelLabel->setText(QStringLiteral("<h4><span style='color:%1;'>%2</span></h4>")
-                                      .arg(cleared ? QStringLiteral("#808080") : QStringLiteral("#ff0000"), text));
+        m_ui->modelLabel->setText(
+            QStringLiteral("<h4><span style='color:%1;'>%2</span></h4>").arg(cleared ? grey : red, text));
         return;
     }
     QString text = m_label;
     text.replace(QLatin1String("< /"), QLatin1String("</")); // the label's own form is odd
     m_ui->modelLabel->setText(text.replace(QStringLiteral("当前检测型号"), tr("当前检测型号")));
-}
-
-void StationView::setReading(const StationReading& reading)
-{
-    m_overdue.stop();
-    m_tip = reading.test ? tr("测试：%1").arg(reading.tip.trimmed()) : reading.tip.trimmed();
-    m_ui->angleTile->setValue(reading.found ? plc::cutText(reading.angle) + QStringLiteral("°") : noValue,
-                              reading.found ? ReadoutTile::Good : ReadoutTile::Bad);
-    m_ui->xTile->setValue(reading.found ? plc::cutText(reading.x) : noValue);
-    m_ui->yTile->setValue(reading.found ? plc::cutText(reading.y) : noValue);
-    show(reading.found ? Found : NotFound);
 }
 
 void StationView::setCount(const DayCount& count)
@@ -143,57 +124,174 @@ void StationView::setCount(const DayCount& count)
                                  count.notFound > 0 ? ReadoutTile::Bad : ReadoutTile::Plain);
     m_ui->refusedTile->setValue(QString::number(count.refused),
                                 count.refused > 0 ? ReadoutTile::Caution : ReadoutTile::Plain);
-    const double yield = count.yield();
-    m_ui->yieldTile->setValue(yield < 0 ? noValue : QString::number(yield, 'f', 1) + QStringLiteral(" %"));
+    m_ui->yieldTile->setValue(yieldText(count));
+}
+
+void StationView::setTally(const StationTally& tally)
+{
+    m_tally = tally;
+    showTally();
+}
+
+/// The picture that is shown is at hand for the failure that it belongs to.
+void StationView::showTally()
+{
+    const QVector<PartRow>& failures = m_tally.failures();
+    if (m_pictureIsNew && !failures.isEmpty() && failures.last().wall == m_part.wall)
+        m_ui->failures->keepPicture(m_part, m_ui->viewer->image());
+    m_ui->failures->setParts(failures);
+    m_ui->strip->setParts(m_tally.recent());
+    m_ui->shift->setTally(m_tally);
+    const DayCount shift = m_tally.shiftCount();
+    const std::pair<ReadoutTile*, QString> feet[] = {{m_ui->foundTile, QString::number(shift.found)},
+                                                     {m_ui->notFoundTile, QString::number(shift.notFound)},
+                                                     {m_ui->refusedTile, QString::number(shift.refused)},
+                                                     {m_ui->yieldTile, yieldText(shift)}};
+    for (const auto& [tile, value] : feet)
+        tile->setFoot(tr("本班 %1").arg(value));
+    m_ui->hours->setHours(m_tally.hours());
 }
 
 void StationView::hideReading()
 {
-    m_ui->reading->hide();
-}
-
-void StationView::stampTime()
-{
-    m_ui->timeTile->setValue(QTime::currentTime().toString(QStringLiteral("hh:mm:ss")));
+    m_readingShown = false;
+    arrange();
 }
 
 void StationView::triggered()
 {
-    stampTime();
+    m_triggered = QTime::currentTime();
+    m_pictureCame = false;
+    ++m_open;
+    m_late.start();
     m_overdue.start();
 }
 
-void StationView::refused()
+/// Of two triggers in hand the first picture is not the last one's.
+void StationView::setImage(const QImage& image)
 {
-    stampTime();
-    show(Refused);
+    m_ui->viewer->setImage(image);
+    m_ui->viewer->scene()->setBackgroundBrush(lookColors().card); // the picture's place ends within a pixel
+    m_pictureTime = QTime::currentTime();
+    m_pictureCame = true;
+    m_pictureIsNew = m_pictureIsNew || m_open == 0;
+    if (image.height() > 0 && m_aspect != double(image.width()) / image.height()) {
+        m_aspect = double(image.width()) / image.height();
+        arrange();
+    }
+    if (m_open == 0)
+        showStamp();
 }
 
-/// The digits of a part that is gone go with it: nobody may take them for those of the part in the station.
-void StationView::show(State state)
+void StationView::setCaption(const QString& model)
+{
+    m_pictureModel = model;
+}
+
+void StationView::setPart(const PartRow& part, bool test)
+{
+    m_part = part;
+    m_test = test;
+    const bool refused = part.part.outcome == PartOutcome::Refused;
+    if (!refused)
+        m_open = qMax(0, m_open - 1);
+    m_pictureIsNew = std::exchange(m_pictureCame, false) && !refused;
+    if (m_open > 0) // of another part than that in the station
+        return enter(Ended);
+    m_late.stop();
+    m_overdue.stop();
+    enter(Ended);
+}
+
+void StationView::enter(State state)
 {
     m_state = state;
-    if (state != Found && state != NotFound) {
-        for (ReadoutTile* tile : {m_ui->angleTile, m_ui->xTile, m_ui->yTile})
-            tile->setValue(noValue, ReadoutTile::Faint);
-    }
-    showTip();
+    if (state == Pending || state == Overdue)
+        m_pictureIsNew = false;
+    showBand();
+    showDigits();
+    showStamp();
 }
 
-void StationView::showTip()
+/// Digits of a part that is not in the station any more are grey; of one that is long gone, or was not placed, nobody
+/// may take them for anything.
+void StationView::showDigits()
 {
+    const bool placed = m_part.placed && (m_state == Ended || m_state == Pending);
+    const bool present = m_state == Ended;
+    m_ui->angleTile->setValue(placed ? plc::cutText(m_part.part.angle) + QStringLiteral("°") : noValue,
+                              placed && present                                        ? ReadoutTile::Good
+                              : present && m_part.part.outcome != PartOutcome::Refused ? ReadoutTile::Bad
+                                                                                       : ReadoutTile::Faint);
+    for (const auto& [tile, value] : {std::pair(m_ui->xTile, m_part.part.x), std::pair(m_ui->yTile, m_part.part.y)})
+        tile->setValue(placed ? plc::cutText(value) : noValue,
+                       placed && present ? ReadoutTile::Plain : ReadoutTile::Faint);
+}
+
+void StationView::showBand()
+{
+    OutcomeBand::Content band;
     switch (m_state) {
     case Idle:
-        return m_ui->tipTile->setValue(tr("等待触发"), ReadoutTile::Faint);
-    case Waiting:
-        return m_ui->tipTile->setValue(tr("已触发，没有结果"), ReadoutTile::Caution);
-    case Found:
-        return m_ui->tipTile->setValue(m_tip.isEmpty() ? tr("已找到") : m_tip, ReadoutTile::Good);
-    case NotFound:
-        return m_ui->tipTile->setValue(m_tip.isEmpty() ? tr("未找到") : m_tip, ReadoutTile::Bad);
-    case Refused:
-        return m_ui->tipTile->setValue(tr("型号无效，触发被拒绝"), ReadoutTile::Caution);
+        band.word = tr("等待触发");
+        break;
+    case Pending:
+    case Overdue:
+        band.word = m_state == Pending ? tr("等待结果") : tr("已触发，没有结果");
+        band.part = tr("触发 %1").arg(m_triggered.toString(clockForm));
+        break;
+    case Ended:
+        band.lamp = lampOf(m_part.part.outcome);
+        band.part = PartWords::timeAndModel(m_part);
+        band.sent = m_test ? tr("未发送") : PartWords::sent(m_part);
+        if (m_part.part.outcome == PartOutcome::Found)
+            band.word = m_part.tip.isEmpty() ? tr("已找到") : m_part.tip;
+        else
+            band.word = m_part.part.outcome == PartOutcome::Refused ? tr("拒绝触发") : tr("未找到");
+        if (m_test)
+            band.word = tr("测试：%1").arg(band.word);
+        band.test = m_test;
     }
+    m_ui->band->setContent(band);
+}
+
+void StationView::showStamp()
+{
+    const bool stale = m_pictureTime.isValid() && !m_pictureIsNew;
+    m_ui->stamp->setVisible(stale);
+    if (stale)
+        m_ui->stamp->setText(tr("上一件 %1  %2").arg(m_pictureTime.toString(clockForm), m_pictureModel));
+}
+
+void StationView::arrange()
+{
+    const QRect room = rect().adjusted(10, 6, -10, -8);
+    const QSize name = m_ui->stationLabel->sizeHint();
+    const StationPlan::Header header{qMax(name.height(), m_ui->modelLabel->sizeHint().height()), name.width()};
+    const StationPlan plan =
+        m_readingShown ? StationPlan::of(room, m_aspect, header) : StationPlan::ofPicture(room, m_aspect, header);
+    const std::pair<QWidget*, const QRect&> places[] = {
+        {m_ui->stationLabel, plan.station},
+        {m_ui->modelLabel, plan.model},
+        {m_ui->band, plan.band},
+        {m_ui->viewer, plan.picture},
+        {m_ui->strip, plan.strip},
+        {m_ui->angleTile, plan.angle},
+        {m_ui->xTile, plan.x},
+        {m_ui->yTile, plan.y},
+        {m_ui->failures, plan.failures},
+        {m_ui->foundTile, plan.found},
+        {m_ui->notFoundTile, plan.notFound},
+        {m_ui->refusedTile, plan.refused},
+        {m_ui->yieldTile, plan.yield},
+        {m_ui->shift, plan.shift},
+        {m_ui->hours, plan.hours},
+    };
+    for (const auto& [widget, place] : places) {
+        widget->setVisible(!place.isEmpty());
+        widget->setGeometry(place);
+    }
+    m_ui->stamp->setGeometry(m_ui->viewer->rect());
 }
 
 void StationView::retranslate()
@@ -205,8 +303,10 @@ void StationView::retranslate()
     for (ReadoutTile* tile : {m_ui->notFoundTile, m_ui->refusedTile})
         tile->setLeadsOn(true, tr("点击查看今天未找到和拒绝的工件"));
     showModel();
-    showCaption();
-    showTip();
+    showBand();
+    showStamp();
+    showTally();
+    arrange();
 }
 
 void StationView::changeEvent(QEvent* event)
@@ -214,4 +314,12 @@ void StationView::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::LanguageChange)
         retranslate();
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        arrange();
+}
+
+void StationView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    arrange();
 }

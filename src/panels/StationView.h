@@ -1,5 +1,8 @@
 #pragma once
 
+#include "panels/StationTally.h"
+
+#include <QImage>
 #include <QTimer>
 #include <QWidget>
 
@@ -7,14 +10,13 @@
 #include <optional>
 
 class ksImgViewer;
-struct DayCount;
-struct StationReading;
 
 namespace Ui {
 class StationView;
 }
 
-/// One station on the screen: its model, its picture, its last reading and its day. GUI thread.
+/// One station on the screen: the lamp of its last part, its picture, its reading, its last parts, its shift and its
+/// day. What is not of the last trigger is greyed and says so. GUI thread.
 class StationView : public QWidget
 {
     Q_OBJECT
@@ -26,45 +28,69 @@ public:
     ksImgViewer* viewer() const;
 
     void setStation(int number);
-    /// Puts the reading beside the picture, where the view has the window for itself, or below it.
-    void setWide(bool wide);
+    /// Below which the archived pictures lie.
+    void setHome(const QString& home);
     void setModelLabel(const QString& richText);
     /// In place of the model label: the PLC's index means no model; below 1 it was cleared on purpose.
     void setNoModel(int plcIndex);
-    /// The model of the part in the picture.
-    void setCaption(const QString& model);
-    void setReading(const StationReading& reading);
     void setCount(const DayCount& count);
+    void setTally(const StationTally& tally);
     void hideReading();
 
-    /// A trigger was taken at this moment; the last reading goes when no other follows soon.
+    /// A trigger was taken at this moment.
     void triggered();
-    /// A trigger was refused at this moment.
-    void refused();
+    /// The picture of a part, before its part or after.
+    void setImage(const QImage& image);
+    /// The model of the part in the picture.
+    void setCaption(const QString& model);
+    /// A part has ended; `test`: a test's.
+    void setPart(const PartRow& part, bool test);
+    /// Whether the picture is of the part that ended last.
+    bool hasPictureOfPart() const { return m_pictureIsNew; }
+
+    QSize sizeHint() const override { return {620, 560}; }
+    QSize minimumSizeHint() const override { return {440, 370}; }
 
 signals:
     /// The day's parts of this station: all of them, or those that were not found or refused.
     void partsWanted(bool failuresOnly);
+    /// The part of that moment, see PartTable.
+    void partWanted(qint64 wall);
+    void shiftResetWanted();
 
 protected:
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
-    enum State { Idle, Waiting, Found, NotFound, Refused };
+    enum State { Idle, Pending, Overdue, Ended };
 
+    void connectParts();
+    void arrange();
     void retranslate();
-    void show(State state);
-    void showTip();
+    void enter(State state);
+    void showBand();
+    void showDigits();
     void showModel();
-    void showCaption();
-    void stampTime();
+    void showStamp();
+    void showTally();
 
     std::unique_ptr<Ui::StationView> m_ui;
     int m_number = 0;
+    bool m_readingShown = true;
+    double m_aspect = 1.2;
     QString m_label;                ///< the model label as it was set
     std::optional<int> m_deadIndex; ///< the index that means no model; the label stands for none meanwhile
-    QString m_caption;
-    QString m_tip; ///< the engine's
+    StationTally m_tally;
+    PartRow m_part; ///< that ended last
+    bool m_test = false;
     State m_state = Idle;
+    QTime m_triggered;
+    int m_open = 0; ///< triggers without an end
+    bool m_pictureIsNew = false;
+    bool m_pictureCame = false; ///< since the last end
+    QTime m_pictureTime;
+    QString m_pictureModel;
+    QTimer m_late;
     QTimer m_overdue;
 };

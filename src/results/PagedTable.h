@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/Background.h"
+#include "results/data/Search.h"
 
 #include <QAbstractTableModel>
 #include <QCache>
@@ -20,6 +21,8 @@ public:
 signals:
     /// The first page of a refresh is there: so many rows for now, or why there are none; `frozen` as PartReader's.
     void refreshed(int rows, const QString& error, bool frozen);
+    /// Of the first page, all is there that was found in so much of the time; the search goes on.
+    void searched(int percent);
     /// All rows are counted; follows refreshed() at once or some time later.
     void counted(int rows);
     /// A page came.
@@ -34,15 +37,18 @@ class PagedTable : public PagedTableBase
 public:
     static constexpr int rowsAPage = 200;
 
-    struct Page
+    /// The first page of a search comes bit by bit.
+    struct Page : Search<Row>
     {
-        QVector<Row> rows;
+        Page() { this->ended = true; }
         qint64 upTo = 0; ///< the last row's number; of the first page of a refresh
         bool frozen = false;
         QString error;
     };
     /// Reads one page, on a thread. `upTo` is that of the refresh; 0 begins one, with page 0.
     using Read = std::function<Page(int page, qint64 upTo)>;
+    /// Goes on with the search for a first page that has not ended.
+    using GoOn = std::function<Page(const Page& page)>;
     /// Counts all rows up to that one, likewise.
     using Count = std::function<int(qint64 upTo)>;
 
@@ -66,11 +72,16 @@ public:
     }
 
 protected:
+    /// So long does a step of a search last: the first rows are seen soon, and the next refresh does not wait.
+    static constexpr int firstStepMs = 100;
+    static constexpr int stepMs = 200;
+
     /// Begins anew with what `read` gives; what was asked for before is dropped.
-    void restart(Read read, Count count)
+    void restart(Read read, Count count, GoOn goOn)
     {
         const int number = ++m_number;
         m_read = std::move(read);
+        m_goOn = std::move(goOn);
         m_counting = std::move(count);
         m_background.clear();
         m_requested.clear();
@@ -120,10 +131,35 @@ private:
         m_pages.insert(0, new QVector<Row>(page.rows));
         endResetModel();
         emit refreshed(m_count, page.error, page.frozen);
+        proceed(number, page);
+    }
+
+    void proceed(int number, const Page& page)
+    {
+        if (!page.ended && m_count < rowsAPage) {
+            emit searched(page.percent);
+            return m_background.run([goOn = m_goOn, page] { return goOn(page); },
+                                    [this, number](const Page& next) { extend(number, next); });
+        }
         if (m_count < rowsAPage)
             return emit counted(m_count);
         m_background.run([count = m_counting, upTo = m_upTo] { return count(upTo); },
                          [this, number](int rows) { grow(number, rows); });
+    }
+
+    void extend(int number, const Page& page)
+    {
+        if (number != m_number)
+            return;
+        if (!page.error.isEmpty())
+            return emit refreshed(m_count, page.error, page.frozen);
+        if (page.rows.size() > m_count) {
+            beginInsertRows({}, m_count, page.rows.size() - 1);
+            m_pages.insert(0, new QVector<Row>(page.rows));
+            m_count = page.rows.size();
+            endInsertRows();
+        }
+        proceed(number, page);
     }
 
     void grow(int number, int rows)
@@ -150,6 +186,7 @@ private:
     }
 
     Read m_read;
+    GoOn m_goOn;
     Count m_counting;
     int m_count = 0;
     qint64 m_upTo = 0;

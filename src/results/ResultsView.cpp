@@ -91,19 +91,26 @@ void ResultsView::setHome(const QString& home)
     m_parts->setHome(home);
     m_statistics->setHome(home);
     m_logs->setHome(home);
+    refresh();
+}
+
+void ResultsView::readShifts()
+{
     m_shifts.clear();
-    m_shifts.run([home] { return ShiftStore::load(home); },
+    m_shifts.run([home = m_home] { return ShiftStore::load(home); },
                  [this, number = ++m_number](const Shifts& shifts) {
-                     if (number == m_number)
+                     if (number == m_number && shifts.toText() != m_shiftTimes)
                          setShifts(shifts);
                  });
-    refresh();
 }
 
 void ResultsView::setShifts(const Shifts& shifts)
 {
+    m_shiftTimes = shifts.toText();
     m_parts->setShifts(shifts);
     m_statistics->setShifts(shifts);
+    m_stale.insert(m_statistics);
+    readShown();
 }
 
 void ResultsView::setUser(std::function<QString()> user)
@@ -114,6 +121,7 @@ void ResultsView::setUser(std::function<QString()> user)
 void ResultsView::refresh()
 {
     m_stale = {m_parts, m_statistics, m_logs};
+    readShifts();
     readShown();
 }
 
@@ -143,6 +151,12 @@ void ResultsView::showDay(int station, bool failuresOnly)
 {
     m_parts->showDay(station, failuresOnly);
     setCurrentWidget(m_parts);
+}
+
+void ResultsView::showPart(int station, qint64 wall)
+{
+    setCurrentWidget(m_parts); // which may have it read anew first
+    m_parts->showPartAt(station, wall);
 }
 
 QSize ResultsView::usualSize()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/Background.h"
+#include "results/data/Shifts.h"
 
 #include <QSet>
 #include <QTabWidget>
@@ -12,7 +13,6 @@ class PartsPage;
 class QCheckBox;
 class QTimer;
 class QToolButton;
-class Shifts;
 class StatisticsPage;
 
 /// All pages over what a home recorded, in the cell's window or in a program of their own. Each reads when it comes
@@ -28,7 +28,8 @@ public:
     /// `home`: without a separator at its end. Its shifts, columns and sizes come with it.
     void setHome(const QString& home);
     const QString& home() const { return m_home; }
-    void setShifts(const Shifts& shifts);
+    /// Takes over the shifts as they are set now.
+    void readShifts();
     /// Who notes something of a part.
     void setUser(std::function<QString()> user);
 
@@ -36,6 +37,8 @@ public:
     void refresh();
     /// Today's parts of a station (0: both): all, or those that were not found or refused.
     void showDay(int station, bool failuresOnly);
+    /// The part of a station at that moment (see PartTable), among its neighbours.
+    void showPart(int station, qint64 wall);
 
     PartsPage& parts() { return *m_parts; }
     StatisticsPage& statistics() { return *m_statistics; }
@@ -51,11 +54,13 @@ protected:
 private:
     void buildCorner();
     void connectPages();
+    void setShifts(const Shifts& shifts);
     void retranslate();
     void readShown();
     void follow();
 
     QString m_home;
+    QString m_shiftTimes = Shifts().toText();
     PartsPage* m_parts;
     StatisticsPage* m_statistics;
     LogPage* m_logs;

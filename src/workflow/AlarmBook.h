@@ -30,6 +30,7 @@ struct Alarm
         FileGone,            ///< a file that keeps people out was deleted
         CameraFloods,        ///< a camera delivers images that nobody asked for
         ModuleFault,         ///< a module threw, or held the program up; see ModuleCall
+        ReportUnwritten,     ///< a report of a shift or day that is written by itself
     };
 
     Kind kind = PortLost;

@@ -1,9 +1,11 @@
 #include "workflow/Cell.h"
 
 #include "config/CellLimits.h"
+#include "config/ShiftConfig.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
+#include "results/export/ReportSchedule.h"
 #include "workflow/CZdCtrl.h"
 #include "workflow/DayCountsFile.h"
 #include "workflow/ModelManager.h"
@@ -70,10 +72,6 @@ void Cell::connectRoad()
     connect(&dispatch, &TriggerDispatch::sgSystemLog, &SystemLog::information);
     connect(&dispatch, &TriggerDispatch::sgSelModel, this, &Cell::selectModel);
     connect(&dispatch, &TriggerDispatch::modelMissing, this, &Cell::modelMissing);
-    connect(&dispatch, &TriggerDispatch::captureRefused, this, [this](const Trigger& trigger) {
-        m_counts.onRefused(trigger.station);
-        emit captureRefused(trigger.station);
-    });
     connect(&m_road.inHand(), &TriggersInHand::captureStarted, this,
             [this](const Trigger& trigger) { emit captureStarted(trigger.station); });
 
@@ -84,6 +82,8 @@ void Cell::connectRoad()
     connect(&results, &ResultHandler::pictureNamed, this, &Cell::pictureNamed);
     connect(&results, &ResultHandler::readingChanged, this, &Cell::readingChanged);
     connect(&results, &ResultHandler::readingChanged, &m_counts, &DayCounts::onReading);
+    connect(&results, &ResultHandler::refused, this, &Cell::captureRefused);
+    connect(&results, &ResultHandler::refused, &m_counts, &DayCounts::onRefused);
     connect(&m_counts, &DayCounts::changed, this,
             [this](int station) { emit countChanged(station, m_counts.of(station)); });
 }
@@ -158,6 +158,15 @@ void Cell::openResultDatabase()
                                        folder + QStringLiteral("/dayCounts.json")};
     m_countsFile = std::make_unique<DayCountsFile>(m_counts, places, m_ground.scheduler);
     m_countsFile->start();
+    startReports();
+}
+
+void Cell::startReports()
+{
+    m_reports = std::make_unique<ReportSchedule>(m_ground.home, m_ground.scheduler);
+    connect(m_reports.get(), &ReportSchedule::alarmChanged, this,
+            [this](const QString& text) { m_alarms.set(!text.isEmpty(), Alarm::ReportUnwritten, {}, text); });
+    m_reports->start();
 }
 
 void Cell::createAutoTrigger()
@@ -287,6 +296,8 @@ void Cell::applySettings(const AuditChanges& changes)
         reopenPort();
     if (m_records && touches(changes, ksSysConfig::cleanerGroup))
         m_records->applySettings();
+    if (m_reports && (touches(changes, ShiftConfig::shiftGroup) || touches(changes, ShiftConfig::reportGroup)))
+        m_reports->check();
     if (touches(changes, "station_solution"))
         m_road.dispatch().forgetLastIndices();
 }

@@ -13,6 +13,7 @@
 class CZdCtrl;
 class CellLimits;
 class DayCountsFile;
+class ReportSchedule;
 class ksGlobalConfig;
 class ksSysConfig;
 
@@ -109,13 +110,14 @@ signals:
     /// Repeated triggers of a test began or ended.
     void testRunningChanged(bool running);
     void captureStarted(int station);
-    void captureRefused(int station);
+    void captureRefused(int station, const StationReading& reading);
     /// What was answered, and how the day stands since.
     void readingChanged(int station, const StationReading& reading);
     void countChanged(int station, const DayCount& count);
 
 private:
     void connectRoad();
+    void startReports();
     void raiseAlarms();
     /// The station of the solution that a station of the cell has; null without one.
     class Station* stationObject(int station) const;
@@ -136,6 +138,7 @@ private:
     std::unique_ptr<AutoTrigger> m_autoTrigger;
     AlarmWatch m_watch;
     std::unique_ptr<DayCountsFile> m_countsFile;
+    std::unique_ptr<ReportSchedule> m_reports;
     std::unique_ptr<Scheduler::Timer> m_heartbeat;
     std::unique_ptr<Scheduler::Timer> m_tick;
     Watchdog m_watchdog;

@@ -10,6 +10,8 @@
 
 #include <QDir>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int msBetweenLooks = 1000;
@@ -38,16 +40,25 @@ CellResultStore::CellResultStore(const ksSysConfig& settings, ImageArchive& arch
 {
 }
 
-QString CellResultStore::saveSourceImage(int station, const QString& model, const QImage& image)
+QString CellResultStore::saveSourceImage(int station, const QString& model, const QImage& image, bool found)
 {
-    return isOn(m_settings.saveSrcImage, station) ? m_archive.save(station, model, image, ImageArchive::Source)
+    return isOn(m_settings.saveSrcImage, station) ? save(station, model, image, found, ImageArchive::Source)
                                                   : QString();
 }
 
-QString CellResultStore::saveResultImage(int station, const QString& model, const QImage& image)
+QString CellResultStore::saveResultImage(int station, const QString& model, const QImage& image, bool found)
 {
-    return isOn(m_settings.saveRltImage, station) ? m_archive.save(station, model, image, ImageArchive::Result)
+    return isOn(m_settings.saveRltImage, station) ? save(station, model, image, found, ImageArchive::Result)
                                                   : QString();
+}
+
+QString CellResultStore::save(int station, const QString& model, const QImage& image, bool found, int kind)
+{
+    if (found && m_settings.saveOnlyFailed)
+        return {};
+    const bool apart = !found && m_settings.failedDays > 0;
+    return m_archive.save(station, model, image, ImageArchive::Kind(kind),
+                          apart ? ImageArchive::AsFailures : ImageArchive::AsOthers);
 }
 
 void CellResultStore::insertResult(const StationResult& result)
@@ -76,40 +87,65 @@ CellRecords::~CellRecords()
 void CellRecords::prepareImageFolders()
 {
     m_archive->prepare();
-    m_sourceCleaner = startCleaner(m_home + QStringLiteral("/DBFiles/SrcImages/"), m_settings.cleanSrcImages);
-    m_resultCleaner = startCleaner(m_home + QStringLiteral("/DBFiles/Images/"), m_settings.cleanRltImages);
+    startCleaners(ImageArchive::AsOthers);
+    startFailureCleaners();
     if (m_scheduler.usesThreads())
         return;
     m_cleaning = m_scheduler.timer(Scheduler::Repeating, [this] { clean(); });
     m_cleaning->start(QDiskCleanThread::msBetweenPasses);
 }
 
-std::unique_ptr<QDiskCleanThread> CellRecords::startCleaner(const QString& root, bool byAge) const
+void CellRecords::startFailureCleaners()
 {
-    auto cleaner = std::make_unique<QDiskCleanThread>();
-    cleaner->setMode(QDiskCleanThread::Folders);
-    cleaner->setRootPath(root);
-    cleaner->setAgeCleaning(byAge);
-    cleaner->setAgeLimit(m_settings.cleanDays);
-    cleaner->setMinFreeSpace(m_settings.minFreeSpace);
-    cleaner->setScheduler(m_scheduler);
-    if (m_scheduler.usesThreads())
-        cleaner->start();
-    return cleaner;
+    const bool known = std::any_of(m_cleaners.begin(), m_cleaners.end(),
+                                   [](const Cleaner& each) { return each.keep == ImageArchive::AsFailures; });
+    const bool there = QDir(m_home + ImageArchive::folderOf(ImageArchive::Source, ImageArchive::AsFailures)).exists();
+    if (known || (m_settings.failedDays == 0 && !there))
+        return;
+    if (m_archive->prepare(ImageArchive::AsFailures))
+        startCleaners(ImageArchive::AsFailures);
+}
+
+bool CellRecords::cleansByAge(const Cleaner& cleaner) const
+{
+    return cleaner.kind == ImageArchive::Source ? m_settings.cleanSrcImages : m_settings.cleanRltImages;
+}
+
+int CellRecords::daysOf(const Cleaner& cleaner) const
+{
+    const bool apart = cleaner.keep == ImageArchive::AsFailures && m_settings.failedDays > 0;
+    return apart ? m_settings.failedDays : m_settings.cleanDays;
+}
+
+void CellRecords::startCleaners(int keep)
+{
+    for (const ImageArchive::Kind kind : {ImageArchive::Source, ImageArchive::Result}) {
+        Cleaner cleaner{kind, keep, std::make_unique<QDiskCleanThread>()};
+        QDiskCleanThread& thread = *cleaner.thread;
+        thread.setMode(QDiskCleanThread::Folders);
+        thread.setRootPath(m_home + ImageArchive::folderOf(kind, ImageArchive::Keep(keep)) + QLatin1Char('/'));
+        thread.setAgeCleaning(cleansByAge(cleaner));
+        thread.setAgeLimit(daysOf(cleaner));
+        thread.setMinFreeSpace(m_settings.minFreeSpace);
+        thread.setScheduler(m_scheduler);
+        if (m_scheduler.usesThreads())
+            thread.start();
+        m_cleaners.push_back(std::move(cleaner));
+    }
 }
 
 void CellRecords::clean()
 {
-    m_sourceCleaner->pass();
-    m_resultCleaner->pass();
+    for (const Cleaner& cleaner : m_cleaners)
+        cleaner.thread->pass();
 }
 
 void CellRecords::applySettings()
 {
-    if (m_sourceCleaner)
-        m_sourceCleaner->change(m_settings.cleanSrcImages, m_settings.cleanDays, m_settings.minFreeSpace);
-    if (m_resultCleaner)
-        m_resultCleaner->change(m_settings.cleanRltImages, m_settings.cleanDays, m_settings.minFreeSpace);
+    if (!m_cleaners.empty())
+        startFailureCleaners();
+    for (const Cleaner& cleaner : m_cleaners)
+        cleaner.thread->change(cleansByAge(cleaner), daysOf(cleaner), m_settings.minFreeSpace);
     if (m_results)
         thinAsSet();
 }
@@ -137,10 +173,8 @@ void CellRecords::acceptClock()
 QVector<ClockGuard*> CellRecords::clocks() const
 {
     QVector<ClockGuard*> guards;
-    for (QDiskCleanThread* cleaner : {m_sourceCleaner.get(), m_resultCleaner.get()}) {
-        if (cleaner)
-            guards << &cleaner->clock();
-    }
+    for (const Cleaner& cleaner : m_cleaners)
+        guards << &cleaner.thread->clock();
     if (m_results)
         guards << &m_results->thinner().clock();
     if (m_log)
@@ -150,7 +184,8 @@ QVector<ClockGuard*> CellRecords::clocks() const
 
 bool CellRecords::isKeepingShortened() const
 {
-    return m_sourceCleaner && (m_sourceCleaner->isKeepingShortened() || m_resultCleaner->isKeepingShortened());
+    return std::any_of(m_cleaners.begin(), m_cleaners.end(),
+                       [](const Cleaner& cleaner) { return cleaner.thread->isKeepingShortened(); });
 }
 
 void CellRecords::openResultDatabase()
@@ -223,7 +258,7 @@ void CellRecords::setUser(const QString& name)
     m_store->setUser(name);
 }
 
-/// Both cleaners look at the same drive, so one speaks for both; a jump of the clock may meet any guard first.
+/// All cleaners look at the same drive, so one speaks for all; a jump of the clock may meet any guard first.
 CellRecords::Health CellRecords::health() const
 {
     Health health;
@@ -231,8 +266,8 @@ CellRecords::Health CellRecords::health() const
     health.libraryError = m_libraryError;
     health.imagesGivenUp = m_archive->givenUp();
     health.imagesUnwritable = m_archive->isUnwritable();
-    if (m_sourceCleaner)
-        health.freeMiB = m_sourceCleaner->lastFreeMiB();
+    if (!m_cleaners.empty())
+        health.freeMiB = m_cleaners.front().thread->lastFreeMiB();
     const QVector<ClockGuard*> guards = clocks();
     for (const ClockGuard* guard : guards) {
         if (!health.clockJump.isValid())

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <vector>
 
 class ClockGuard;
 class ImageArchive;
@@ -28,12 +29,14 @@ public:
     /// All outlive the store.
     CellResultStore(const ksSysConfig& settings, ImageArchive& archive, ResultRecorder& recorder);
 
-    QString saveSourceImage(int station, const QString& model, const QImage& image) override;
-    QString saveResultImage(int station, const QString& model, const QImage& image) override;
+    QString saveSourceImage(int station, const QString& model, const QImage& image, bool found) override;
+    QString saveResultImage(int station, const QString& model, const QImage& image, bool found) override;
     void insertResult(const StationResult& result) override;
     void setUser(const QString& name) { m_user = name; }
 
 private:
+    QString save(int station, const QString& model, const QImage& image, bool found, int kind);
+
     const ksSysConfig& m_settings;
     ImageArchive& m_archive;
     ResultRecorder& m_recorder;
@@ -90,9 +93,19 @@ public:
     ModelManager* models() { return m_models.get(); }
 
 private:
-    /// Sweeps one of the archive's two folders; `byAge` as the settings have it for that folder.
-    std::unique_ptr<QDiskCleanThread> startCleaner(const QString& root, bool byAge) const;
-    /// Without threads: a pass of both cleaners.
+    /// What sweeps one of the archive's folders.
+    struct Cleaner
+    {
+        int kind; ///< as ImageArchive has them
+        int keep;
+        std::unique_ptr<QDiskCleanThread> thread;
+    };
+    void startCleaners(int keep);
+    /// Folders of their own, once such images are, or were, kept for another time.
+    void startFailureCleaners();
+    bool cleansByAge(const Cleaner& cleaner) const;
+    int daysOf(const Cleaner& cleaner) const;
+    /// Without threads: a pass of all cleaners.
     void clean();
     /// A step at a time, unless rows wait.
     void thin();
@@ -114,8 +127,7 @@ private:
     std::unique_ptr<QSqliteWheelHubZd> m_library;
     QString m_libraryError;
     std::unique_ptr<ModelManager> m_models;
-    std::unique_ptr<QDiskCleanThread> m_sourceCleaner;
-    std::unique_ptr<QDiskCleanThread> m_resultCleaner;
+    std::vector<Cleaner> m_cleaners;
     std::unique_ptr<Scheduler::Timer> m_cleaning;
     std::unique_ptr<Scheduler::Timer> m_thinning;
     SystemLog::ksLogDB* m_log = nullptr;

@@ -78,19 +78,32 @@ void ResultHandler::onFailed(const Trigger& trigger, Failure failure, const QStr
     emit replied(trigger, 0);
     const QString words = sent.delivered ? StationLog::because(failure) : StationLog::lineGone();
     emit sgShowLog(trigger.station, m_log.noResult(trigger.model, words) + QLatin1Char(' ') + reason);
-    StationReading reading;
-    reading.angle = plc::nothingFoundAngle;
-    reading.tip = words + QLatin1Char(' ') + reason;
-    reading.test = trigger.source == Trigger::Test;
+    const CellError error = sent.delivered ? errorOf(failure) : CellError::NotSent;
+    const StationReading reading = readingOf(trigger, plc::nothingFoundAngle, error, words + QLatin1Char(' ') + reason);
     emit readingChanged(trigger.station, reading);
-    storeEnd(trigger, plc::nothingFoundAngle, sent.delivered ? errorOf(failure) : CellError::NotSent,
-             reading.tip.trimmed());
+    storeEnd(trigger, reading);
+}
+
+StationReading ResultHandler::readingOf(const Trigger& trigger, double angle, CellError error, const QString& tip) const
+{
+    StationReading reading;
+    reading.angle = angle;
+    reading.tip = tip;
+    reading.test = trigger.source == Trigger::Test;
+    reading.error = static_cast<int>(error);
+    reading.model = trigger.model;
+    reading.plcIndex = trigger.plcIndex;
+    reading.time = m_scheduler.now();
+    return reading;
 }
 
 void ResultHandler::onRefused(const Trigger& trigger, Refusal refusal)
 {
     const bool overrun = refusal == Refusal::Overrun;
-    storeEnd(trigger, plc::refusedAngle, overrun ? CellError::Overrun : CellError::NoModel, {});
+    const StationReading reading =
+        readingOf(trigger, plc::refusedAngle, overrun ? CellError::Overrun : CellError::NoModel, {});
+    emit refused(trigger.station, reading);
+    storeEnd(trigger, reading);
 }
 
 PlcLink::Sent ResultHandler::send(const Trigger& trigger, int station, double angle, const QPointF& machine)
@@ -109,16 +122,18 @@ void ResultHandler::refuse(const Part& part, const QString& reason)
     emit replied(part.trigger, result.taskTime);
     const QString words = sent.delivered ? reason : StationLog::lineGone();
     emit sgShowLog(part.station, m_log.noResult(result.taskName, words));
-    StationReading reading{false, plc::nothingFoundAngle, 0, 0, words, result.taskTime};
-    reading.test = part.trigger.source == Trigger::Test;
-    emit readingChanged(part.station, reading);
+    const CellError error = sent.delivered ? CellError::NoResult : CellError::NotSent;
+    StationReading reading = readingOf(part.trigger, plc::nothingFoundAngle, error, words);
+    reading.taskTime = result.taskTime;
     if (m_store && !reading.test)
-        m_store->saveSourceImage(part.station, result.taskName, result.originImage);
+        reading.sourceImage = m_store->saveSourceImage(part.station, result.taskName, result.originImage, false);
+    emit readingChanged(part.station, reading);
 }
 
 void ResultHandler::answer(const Part& part)
 {
-    const Verdict verdict = reply(part);
+    Verdict verdict = reply(part);
+    verdict.time = m_scheduler.now();
     if (part.trigger.source != Trigger::Test)
         store(part, verdict);
     show(part, verdict);
@@ -157,7 +172,7 @@ ResultHandler::Verdict ResultHandler::reply(const Part& part)
 }
 
 /// The result image goes first, since the row names its path.
-void ResultHandler::store(const Part& part, const Verdict& verdict)
+void ResultHandler::store(const Part& part, Verdict& verdict)
 {
     if (!m_store)
         return;
@@ -168,20 +183,22 @@ void ResultHandler::store(const Part& part, const Verdict& verdict)
     record.errorType = verdict.good ? result.error : static_cast<int>(verdict.error);
     record.matchScore = result.score * 100;
     record.resultTip = verdict.tip;
-    record.value1 = m_store->saveResultImage(part.station, result.taskName, result.image);
+    record.time = verdict.time;
+    const bool found = verdict.good && verdict.sent.angle < plc::noticeAngle;
+    record.value1 = verdict.resultImage = m_store->saveResultImage(part.station, result.taskName, result.image, found);
     record.value3 = withSent(result.evidence, part.trigger.plcIndex, verdict.sent);
     record.part = partOf(part.trigger);
     record.part.station = part.station;
     record.part.model = result.taskName;
-    record.part.outcome =
-        verdict.good && verdict.sent.angle < plc::noticeAngle ? PartOutcome::Found : PartOutcome::NotFound;
+    record.part.outcome = found ? PartOutcome::Found : PartOutcome::NotFound;
     record.part.angle = verdict.sent.angle;
     record.part.x = verdict.sent.x;
     record.part.y = verdict.sent.y;
     record.part.score = record.matchScore;
     record.part.resultMs = (part.resultNs - part.trigger.acceptedNs) / nanosecondsInMs;
     record.part.calibration = verdict.calibration;
-    record.part.sourceImage = m_store->saveSourceImage(part.station, result.taskName, result.originImage);
+    record.part.sourceImage = verdict.sourceImage =
+        m_store->saveSourceImage(part.station, result.taskName, result.originImage, found);
     m_store->insertResult(record);
 }
 
@@ -198,18 +215,19 @@ PartRecord ResultHandler::partOf(const Trigger& trigger) const
     return part;
 }
 
-void ResultHandler::storeEnd(const Trigger& trigger, double angle, CellError error, const QString& tip)
+void ResultHandler::storeEnd(const Trigger& trigger, const StationReading& reading)
 {
     if (!m_store || trigger.source == Trigger::Test)
         return;
     StationResult record = emptyRecord(trigger.station, trigger.model);
-    record.angle = angle;
-    record.errorType = static_cast<int>(error);
-    record.resultTip = tip;
+    record.angle = reading.angle;
+    record.errorType = reading.error;
+    record.resultTip = reading.tip.trimmed();
+    record.time = reading.time;
     record.value3 = withSent({}, trigger.plcIndex, {});
     record.part = partOf(trigger);
-    record.part.angle = angle;
-    if (angle >= plc::refusedAngle)
+    record.part.angle = reading.angle;
+    if (reading.angle >= plc::refusedAngle)
         record.part.outcome = PartOutcome::Refused;
     m_store->insertResult(record);
 }
@@ -226,8 +244,15 @@ void ResultHandler::show(const Part& part, const Verdict& verdict)
     else
         emit sgShowLog(part.station,
                        m_log.result(result.taskName, verdict.good ? result.angle : sent.angle, {sent.x, sent.y}));
-    StationReading reading{
-        verdict.good && sent.angle < plc::noticeAngle, sent.angle, sent.x, sent.y, verdict.tip, result.taskTime};
-    reading.test = part.trigger.source == Trigger::Test;
+    StationReading reading = readingOf(part.trigger, sent.angle, verdict.error, verdict.tip);
+    reading.found = verdict.good && sent.angle < plc::noticeAngle;
+    reading.x = sent.x;
+    reading.y = sent.y;
+    reading.taskTime = result.taskTime;
+    reading.time = verdict.time;
+    if (verdict.good)
+        reading.error = result.error;
+    reading.resultImage = verdict.resultImage;
+    reading.sourceImage = verdict.sourceImage;
     emit readingChanged(part.station, reading);
 }

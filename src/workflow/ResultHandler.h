@@ -7,6 +7,8 @@
 #include "workflow/StationLog.h"
 #include "workflow/Trigger.h"
 
+#include <QDateTime>
+
 class IResultStore;
 class ksGlobalConfig;
 struct StationResult;
@@ -21,6 +23,12 @@ struct StationReading
     QString tip;
     double taskTime = 0; ///< milliseconds
     bool test = false;   ///< a test's, which was answered to nobody
+    int error = 0;       ///< of the engine, or a CellError; 0: none
+    QString model;       ///< that judged the part
+    qint32 plcIndex = 0;
+    QDateTime time;      ///< of its record, if it has one
+    QString resultImage; ///< these two as in its record
+    QString sourceImage;
 };
 Q_DECLARE_METATYPE(StationReading)
 
@@ -57,6 +65,8 @@ signals:
     void sgShowLog(int station, const QString& text);
     /// What was answered, for the station's panel.
     void readingChanged(int station, const StationReading& reading);
+    /// The same of a trigger that was refused.
+    void refused(int station, const StationReading& reading);
     /// What keeps the found places of a station from being sent; empty when nothing does.
     void calibrationJudged(int station, const QString& problem);
 
@@ -75,7 +85,10 @@ private:
         QString calibration = {};              ///< its version
         CellError error = CellError::NoResult; ///< meaningful unless `good`
         QString tip;
-        bool good = true; ///< what the engine says was sent
+        bool good = true;    ///< what the engine says was sent
+        QDateTime time = {}; ///< of the record
+        QString resultImage = {};
+        QString sourceImage = {};
     };
 
     /// A result that holds no answer: 361 to the PLC, the reason to the panel, the source image to the archive.
@@ -84,11 +97,13 @@ private:
     void answer(const Part& part);
     Verdict reply(const Part& part);
     PlcLink::Sent send(const Trigger& trigger, int station, double angle, const QPointF& machine);
-    void store(const Part& part, const Verdict& verdict);
+    void store(const Part& part, Verdict& verdict);
     /// The trigger's, up to now.
     PartRecord partOf(const Trigger& trigger) const;
     /// A row without a result.
-    void storeEnd(const Trigger& trigger, double angle, CellError error, const QString& tip);
+    void storeEnd(const Trigger& trigger, const StationReading& reading);
+    /// Nothing was found for that trigger, as of now.
+    StationReading readingOf(const Trigger& trigger, double angle, CellError error, const QString& tip) const;
     void show(const Part& part, const Verdict& verdict);
 
     const ksGlobalConfig& m_config;

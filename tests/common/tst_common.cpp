@@ -223,8 +223,8 @@ private slots:
 
     void everyInkIsReadableOnItsGround()
     {
-        for (const bool dark : {false, true}) {
-            const LookColors& look = lookColors(dark);
+        for (const LookKind kind : {LookKind::Light, LookKind::Dark, LookKind::Contrast}) {
+            const LookColors& look = lookColors(kind);
             QVector<QPair<QColor, QColor>> pairs{{look.faint, look.window}, {look.faint, look.card},
                                                  {look.card, look.accent},  {look.text, look.field},
                                                  {look.text, look.window},  {look.bad.ink, look.caution.ground}};
@@ -234,10 +234,13 @@ private slots:
                 pairs << qMakePair(look.text, sign.ground);
             }
             for (const auto& [ink, ground] : qAsConst(pairs))
-                QVERIFY2(contrast(ink, ground) >= 4.5, qPrintable(ink.name() + " on " + ground.name()));
-            const QString sheet = lookSheet("window", look);
-            QVERIFY(sheet.contains(look.card.name()));
-            QVERIFY2(!sheet.section("*/", 1).contains('@'), "a name is no colour's");
+                QVERIFY2(contrast(ink, ground) >= (kind == LookKind::Contrast ? 7 : 4.5),
+                         qPrintable(ink.name() + " on " + ground.name()));
+            for (const char* name : {"window", "controls"}) {
+                const QString sheet = lookSheet(name, look);
+                QVERIFY(sheet.contains(look.card.name()));
+                QVERIFY2(!sheet.section("*/", 1).contains('@'), "a name is no colour's");
+            }
         }
     }
 };

@@ -222,6 +222,23 @@ private slots:
         QVERIFY(!ksSysConfig().save());
     }
 
+    void settingsFileListsWhatItHasOfOldAndWhatIsSet()
+    {
+        const TempHome home;
+        ksSysConfig config;
+        QVERIFY(config.save());
+        const auto keys = [&home] { return QSettings(home.path(systemFile), QSettings::IniFormat).allKeys(); };
+        QCOMPARE(keys().size(), 13);
+        config.failedDays = 90;
+        QVERIFY(config.save());
+        QVERIFY(keys().contains("CheckThread/days_failed") && keys().size() == 14);
+        config.failedDays = 0;
+        QVERIFY(config.save());
+        config.failedDays = 5;
+        config.load();
+        QCOMPARE(config.failedDays, 0);
+    }
+
     void settingsThatDoNotConvertAreDefaults()
     {
         const TempHome home;

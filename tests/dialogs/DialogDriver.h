@@ -26,6 +26,7 @@ public:
 
     void press(const char* name) const override
     {
+        turnTo(get<QAbstractButton>(name));
         QVERIFY2(get<QAbstractButton>(name)->isVisible(), name);
         Hand::press(name);
     }

@@ -91,13 +91,13 @@ struct Program
     }
     void act(const char* action) const { window->findChild<QAction*>(action)->trigger(); }
 
-    /// The dialog of that class, if it is on the screen.
+    /// The dialog of that class, if it is open: in a window, or as a page, which may be behind another.
     template <typename Dialog = QDialog>
     Dialog* open(const char* className) const
     {
-        const auto all = QApplication::topLevelWidgets();
+        const auto all = QApplication::allWidgets();
         for (QWidget* widget : all) {
-            if (widget->isVisible() && widget->inherits(className))
+            if (!widget->isHidden() && widget->inherits(className))
                 return static_cast<Dialog*>(widget);
         }
         return nullptr;

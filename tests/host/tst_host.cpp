@@ -1,6 +1,7 @@
 #include "WindowDriver.h"
 #include "look/LanguageSwitch.h"
 #include "panels/CellStatusBar.h"
+#include "shell/Workspaces.h"
 
 #include <valvecell/HostChoice.h>
 #include <valvecell/IMainWidget.h>
@@ -168,8 +169,8 @@ private slots:
             QVERIFY(window->isVisible());
         }
         window->findChild<QAction*>("actionStandard")->trigger();
-        const auto* calibration = window->findChild<QDialog*>("CalibrationDialog");
-        QVERIFY(calibration && calibration->isVisible() && calibration->parentWidget() == window.get());
+        const auto* calibration = window->findChild<Workspaces*>()->page();
+        QVERIFY(calibration->inherits("CalibrationDialog") && calibration->isVisible());
         int asked = 0;
         QTimer hand; // the PLC repeats its frame while the question is open; it is answered at the third
         connect(&hand, &QTimer::timeout, [&] {

@@ -10,6 +10,7 @@
 #include "licence/Licence.h"
 #include "licence/RsaKey.h"
 #include "look/LanguageSwitch.h"
+#include "panels/OutcomeBand.h"
 #include "panels/ReadoutTile.h"
 #include "platform/PseudoTerminal.h"
 
@@ -77,7 +78,12 @@ private slots:
         }
         program.act("actionPlc");
         QVERIFY2(program.open("QPlcMonitorUI"), "what an operator does needs nobody's leave");
+        const auto isLocked = [&program] {
+            return program.window->findChild<QAction*>("actionSystem")->property("locked").toBool();
+        };
+        QVERIFY(isLocked());
         program.createAdministrator();
+        QVERIFY(!isLocked());
         program.act("actionTest");
         program.act("actionSystem");
         program.act("actionManage");
@@ -201,7 +207,9 @@ private slots:
         program.act("actionCamera");
         const QPointer<QDialog> cameras = program.open("QCameraManagerUI");
         const DialogDriver manager(*cameras);
-        manager.act({"settingsButton", "settingsButton"});
+        manager.press("settingsButton");
+        program.act("actionCamera");
+        manager.press("settingsButton");
         QCOMPARE(program.window->findChildren<QCameraSettingsUI*>().size(), 1);
         const QPointer<QDialog> one = program.open("QCameraSettingsUI");
         const DialogDriver settings(*one);
@@ -233,9 +241,12 @@ private slots:
             return program.window->findChild<QWidget*>(station)->findChild<ReadoutTile*>(name);
         };
         QTRY_COMPARE(tile("stationView2", "notFoundTile")->value(), QString("1"));
-        QTRY_COMPARE(tile("stationView2", "tipTile")->sign(), ReadoutTile::Bad);
+        const auto lamp = [&](const char* station) {
+            return program.window->findChild<QWidget*>(station)->findChild<OutcomeBand*>()->content().lamp;
+        };
+        QTRY_COMPARE(lamp("stationView2"), Lamp::NotFound);
         QCOMPARE(tile("stationView1", "notFoundTile")->value(), QString("0"));
-        QCOMPARE(tile("stationView1", "tipTile")->sign(), ReadoutTile::Faint);
+        QCOMPARE(lamp("stationView1"), Lamp::Waiting);
     }
 };
 

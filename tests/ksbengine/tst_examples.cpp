@@ -1,4 +1,5 @@
 #include "ModelExamples.h"
+#include "ModelProposer.h"
 #include "ModelTeacher.h"
 #include "Wheels.h"
 #include "finder/HoleExamples.h"
@@ -119,6 +120,39 @@ class ExamplesTest : public QObject
     Q_OBJECT
 
 private slots:
+    /// Nothing pointed out, the centre, both; and a wheel so far aside that the centre has to be pointed out.
+    void modelIsProposedFromAPictureAlone_data()
+    {
+        Table::of<int, bool, bool>({{"nothing pointed out", 0, false, false},
+                                    {"centre and hole", 0, true, true},
+                                    {"aside, centre", 260, true, false},
+                                    {"no wheel", -1, false, false}});
+    }
+    void modelIsProposedFromAPictureAlone()
+    {
+        const auto [aside, center, hole] = Table::row<int, bool, bool>();
+        const wheel::WheelSpec spec = Wheels::spec("five", 3);
+        const wheel::WheelTruth truth = wheel::truthOf(spec);
+        cv::Mat picture = aside < 0 ? cv::Mat(600, 800, CV_8U, cv::Scalar(120)) : Wheels::image(spec);
+        if (aside > 0)
+            cv::copyMakeBorder(picture, picture, 0, 0, aside, 0, cv::BORDER_REPLICATE);
+        const cv::Point2d shift(std::max(0, aside), 0);
+        IModelProposer::Hints hints;
+        if (center)
+            hints.center = clickNear(truth.hub + shift, 4);
+        if (hole)
+            hints.hole = clickNear(truth.holeCenter + shift, 5);
+        ModelTeacher teacher;
+        const auto seen = ModelProposer(&teacher).proposeModel(finder::toImage(picture), hints);
+        QCOMPARE(seen.parameters.isEmpty(), aside < 0);
+        QCOMPARE(seen.error.contains("点击"), aside < 0);
+        if (aside < 0)
+            return;
+        QVERIFY(cv::norm(cv::Point2d(seen.hole.x(), seen.hole.y()) - truth.holeCenter - shift) < 1);
+        QVERIFY(cv::norm(cv::Point2d(seen.center.x(), seen.center.y()) - truth.hub - shift) < 1);
+        QVERIFY(std::abs(seen.parameters["rim_radius"].toDouble() / truth.rimRadius - 1) < 0.01);
+    }
+
     void patchShowsTheHoleTheSameWayAtAnyTurnAndSize_data()
     {
         Table::of<double, double>({{"turned", 1, 2}, {"half the size", 0.5, 0}, {"larger and turned", 1.7, -1.1}});

@@ -112,6 +112,28 @@ private slots:
         QVERIFY(bench.engine.tasks.empty());
     }
 
+    void recordedPartIsRunOnItsModel()
+    {
+        Bench bench;
+        bench.designer.attachEngine(&bench.engine);
+        auto* results = extensionOf<IDesignerImage>(static_cast<IDesigner*>(&bench.designer));
+        QVERIFY(results);
+        const QString picture = bench.image("part.png");
+        results->openImage(nullptr, "工位1", "轮毂17寸", picture);
+        QTRY_COMPARE(bench.engine.tasks.size(), size_t(1));
+        QCOMPARE(bench.text("fileLabel"), "part.png（640 × 480）");
+        QCOMPARE(bench.engine.tasks[0].solution + bench.engine.tasks[0].model, "工位1轮毂17寸");
+        bench.engine.answer(FakeEngine::found({}, hole));
+        QTRY_COMPARE(bench.text("angle"), "123.456°");
+        bench.choose(0);
+        bench.engine.tasks.clear();
+        results->openImage(nullptr, "工位1", "别的型号", bench.image("other.png"));
+        QTRY_COMPARE(bench.text("fileLabel"), "other.png（640 × 480）");
+        QCOMPARE(bench.get<QListWidget>("modelList")->currentRow(), 0);
+        results->openImage(nullptr, {}, {}, bench.dir.filePath("cleaned.png"));
+        QTRY_VERIFY2(bench.text("status").contains("cleaned.png"), qPrintable(bench.text("status")));
+    }
+
     void nextPartOfTheFollowedCameraIsTried()
     {
         Bench bench;

@@ -3,7 +3,6 @@
 #include "results/charts/ResultPlot.h"
 #include "results/charts/StatisticsPage.h"
 #include "results/export/forms/ExportBar.h"
-#include "results/export/forms/ReportScheduleForm.h"
 #include "results/logs/LogPage.h"
 #include "results/parts/PartTableModel.h"
 #include "results/parts/PartsPage.h"
@@ -95,28 +94,6 @@ private slots:
         written(page.exports(), 1, folder.filePath("a.png"));
         QVERIFY(QImage(folder.filePath("a.png")).width() > 1000);
         QVERIFY(written(page.exports(), 2, folder.filePath("a.pdf")).first().startsWith("%PDF"));
-    }
-
-    void settingsOfReportsGoThroughTheForm()
-    {
-        PartsHome home;
-        ReportSettings wanted;
-        wanted.when = ReportSettings::Day;
-        wanted.folder = home.path();
-        wanted.xlsx = true;
-        wanted.pdf = false;
-        wanted.cell = QStringLiteral("三号线");
-        ReportScheduleForm form;
-        form.setSettings(wanted);
-        QCOMPARE(form.settings().store(home.path()), QString());
-        const ReportSettings read = ReportSettings::load(home.path());
-        QCOMPARE(QStringList({QString::number(read.when), read.folder, read.cell, QString::number(read.pdf),
-                              QString::number(read.xlsx)}),
-                 QStringList({"2", home.path(), "三号线", "0", "1"}));
-        QCOMPARE(form.problem(), QString());
-        wanted.folder = home.path("/gone");
-        form.setSettings(wanted);
-        QVERIFY2(form.problem().contains(wanted.folder), qPrintable(form.problem()));
     }
 };
 

@@ -35,7 +35,8 @@ private slots:
     void filtersPickTheirLinesNewestFirst_data()
     {
         const QDate day(2026, 3, 25);
-        LogFilter ofDay, faults, changes, text, user, upTo;
+        LogFilter ofDay, faults, changes, text, user, upTo, arrival;
+        arrival.byArrival = true;
         ofDay.from = ofDay.to = day;
         faults.least = SystemLog::Warning;
         changes.changesOnly = true;
@@ -48,6 +49,7 @@ private slots:
                                        {"changes", changes, "4 3"},
                                        {"a text with signs of its own", text, "1"},
                                        {"a user", user, "3"},
+                                       {"as they came", arrival, "5 4 3 2 1"},
                                        {"up to a line", upTo, "2 1"}});
     }
     void filtersPickTheirLinesNewestFirst()
@@ -60,6 +62,18 @@ private slots:
             ids << QString::number(row.id);
         QCOMPARE(ids.join(' '), expected);
         QCOMPARE(reader.count(filter), ids.size());
+        Search<LogRow> search;
+        search.rowsASlice = 1;
+        QVector<int> percents{0};
+        while (!search.ended && percents.size() < 100) {
+            reader.goOn(search, filter, 100, 0);
+            QVERIFY2(search.percent >= percents.last() && search.percent < 100, qPrintable(ids.join(' ')));
+            percents << search.percent;
+        }
+        QStringList found;
+        for (const LogRow& row : qAsConst(search.rows))
+            found << QString::number(row.id);
+        QCOMPARE(found, ids);
     }
 
     void changesAreTakenApart()

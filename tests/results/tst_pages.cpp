@@ -126,6 +126,18 @@ private slots:
         QTRY_COMPARE(QString::number(view->parts().table().rowAt(0)->uid), newest);
     }
 
+    void aMomentOfAStationLeadsToItsPart()
+    {
+        recordParts(250);
+        const auto view = open(logPage);
+        view->showPart(2, PartTable::wallOf(moment(20 * 101)));
+        QCOMPARE(view->currentWidget(), static_cast<QWidget*>(&view->parts()));
+        const auto* table = view->parts().findChild<QTableView*>("partTable");
+        const auto chosen = [&] { return view->parts().table().rowAt(table->currentIndex().row()); };
+        QTRY_COMPARE(view->parts().table().rowCount(), 3); // with its neighbours
+        QTRY_VERIFY(chosen() && chosen()->uid == 102);
+    }
+
     void whatIsNotedOfAPartComesBack()
     {
         recordParts(9);

@@ -136,6 +136,11 @@ private slots:
         QCOMPARE(uids(all), expected);
         QCOMPARE(uids(reader.rows(filter, PartReader::Column(column), order, 2, 1)), uids(all.mid(1, 2)));
         QCOMPARE(reader.count(filter), all.size());
+        Search<PartRow> search;
+        search.rowsASlice = 2;
+        for (int step = 0; !search.ended && step < 100; ++step)
+            reader.goOn(search, filter, 100, 0);
+        QCOMPARE(uids(search.rows), uids(reader.rows(filter, PartReader::Time, Qt::DescendingOrder, 100, 0)));
         const PartSeries series = reader.series(filter);
         QCOMPARE(series.size(), all.size());
         for (const PartRow& row : all) {

@@ -1,7 +1,7 @@
 #include "../db/SmallDisk.h"
 #include "PartsHome.h"
+#include "config/ShiftConfig.h"
 #include "results/export/ReportSchedule.h"
-#include "results/export/ReportSettings.h"
 #include "support/ManualScheduler.h"
 #include "support/Table.h"
 
@@ -22,27 +22,27 @@ class ReportScheduleTest : public QObject
 private slots:
     void init()
     {
+        m_home.reset(); // the one before must not take the new one's name with it
         m_home = std::make_unique<PartsHome>();
         m_home->addParts(60, QDateTime(QDate(2026, 3, 30), QTime(0, 30)), hour);
     }
 
     void eachShiftOrDayHasItsReportsSoonAfterItsEnd_data()
     {
-        Table::of<int, QString, QString, QString>(
-            {{"shifts, past midnight", ReportSettings::Shift, "06:00, 14:00, 22:00",
+        Table::of<QString, QString, QString, QString>(
+            {{"shifts, past midnight", "shift", "06:00, 14:00, 22:00",
               "2026-03-30_夜班.pdf 2026-03-31_中班.pdf 2026-03-31_早班.pdf", "2026-03-31_夜班.pdf"},
-             {"days", ReportSettings::Day, "", "2026-03-30.pdf", "2026-03-31.pdf"},
-             {"days from the first shift on", ReportSettings::Day, "06:00, 18:00", "2026-03-30.pdf", "2026-03-31.pdf"},
-             {"off", ReportSettings::Off, "06:00, 14:00, 22:00", "", ""}});
+             {"days", "day", "", "2026-03-30.pdf", "2026-03-31.pdf"},
+             {"days from the first shift on", "day", "06:00, 18:00", "2026-03-30.pdf", "2026-03-31.pdf"},
+             {"off", "off", "06:00, 14:00, 22:00", "", ""}});
     }
     void eachShiftOrDayHasItsReportsSoonAfterItsEnd()
     {
-        const auto [when, shifts, first, next] = Table::row<int, QString, QString, QString>();
-        store(ReportSettings::When(when));
+        const auto [when, shifts, first, next] = Table::row<QString, QString, QString, QString>();
+        store(when, {}, shifts);
         ManualScheduler scheduler(QDateTime(QDate(2026, 3, 30), QTime(23, 0)));
         {
             ReportSchedule schedule(m_home->path(), scheduler);
-            schedule.setShifts(Shifts::fromText(shifts));
             schedule.check();
             QCOMPARE(reports(), QString()); // nothing of what was before it was switched on
             scheduler.advance(24 * hour + 30 * minute);
@@ -50,7 +50,6 @@ private slots:
         }
         scheduler.holdUp(7 * hour); // the program is off meanwhile
         ReportSchedule schedule(m_home->path(), scheduler);
-        schedule.setShifts(Shifts::fromText(shifts));
         schedule.check();
         QCOMPARE(reports(), sorted(first + ' ' + next));
         QVERIFY(QDir(m_home->path("/reports")).removeRecursively());
@@ -61,7 +60,7 @@ private slots:
     void noReportIsWrittenOfIdleShiftsOrOfLongAgo()
     {
         m_home->addParts(2, QDateTime(QDate(2026, 4, 20), QTime(10, 0)), hour);
-        store(ReportSettings::Day);
+        store("day");
         ManualScheduler scheduler(QDateTime(QDate(2026, 3, 30), QTime(1, 0)));
         ReportSchedule(m_home->path(), scheduler).check();
         scheduler.holdUp(22 * 24 * hour);
@@ -73,7 +72,7 @@ private slots:
     /// Reports go on from there, instead of waiting for the wrong time to come.
     void clockThatWasAheadDoesNotKeepReportsAway()
     {
-        store(ReportSettings::Day);
+        store("day");
         ManualScheduler scheduler(QDateTime(QDate(2026, 3, 30), QTime(1, 0)));
         ReportSchedule schedule(m_home->path(), scheduler);
         schedule.check();
@@ -95,7 +94,7 @@ private slots:
         if (!gone && !disk.isMounted())
             QSKIP("only an administrator has a disk to fill");
         const QString folder = gone ? m_home->path("/stick") : disk.path();
-        store(ReportSettings::Day, folder);
+        store("day", folder);
         ManualScheduler scheduler(QDateTime(QDate(2026, 3, 30), QTime(23, 0)));
         ReportSchedule schedule(m_home->path(), scheduler);
         QStringList alarms;
@@ -115,11 +114,8 @@ private slots:
 
     void threadWritesBothFormats()
     {
-        ReportSettings settings;
-        settings.when = ReportSettings::Day;
-        settings.xlsx = true;
-        settings.cell = QStringLiteral("三号线");
-        QCOMPARE(settings.store(m_home->path()), QString());
+        m_home->write("/user/shifts.json",
+                      R"({"report_when": "day", "report_xlsx": true, "report_heading": "三号线"})");
         SetClock clock(QDateTime(QDate(2026, 3, 30), QTime(23, 0)));
         ReportSchedule schedule(m_home->path(), clock);
         QStringList written;
@@ -133,12 +129,14 @@ private slots:
     }
 
 private:
-    void store(ReportSettings::When when, const QString& folder = {})
+    static void store(const QString& when, const QString& folder = {}, const QString& shifts = {})
     {
-        ReportSettings settings;
-        settings.when = when;
-        settings.folder = folder;
-        QCOMPARE(settings.store(m_home->path()), QString());
+        ShiftConfig config;
+        config.reportWhen = when;
+        config.reportFolder = folder;
+        config.begins = shifts;
+        QString error;
+        QVERIFY2(config.save(&error), qPrintable(error));
     }
     QString reports() const { return sorted(QDir(m_home->path("/reports")).entryList(QDir::Files).join(' ')); }
     static QString sorted(const QString& names)

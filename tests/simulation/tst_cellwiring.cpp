@@ -72,6 +72,35 @@ private slots:
         QCOMPARE(count.found, 1);
     }
 
+    void reportThatCannotBeWrittenIsAnAlarmUntilItCan()
+    {
+        SimulatedCell plant;
+        const QString change = plant.scheduler.now().addSecs(3600).toString("hh:mm");
+        plant.home.write("/user/shifts.json",
+                         QString(R"({"shift_begins": "%1", "report_when": "day", "report_pdf": false,
+                                     "report_xlsx": true, "report_folder": "%2"})")
+                             .arg(change, plant.home.path("/stick"))
+                             .toUtf8());
+        plant.startUp();
+        plant.open();
+        plant.scheduler.advance(60000); // what was before is nobody's business
+        plant.send('C', 1, 2);
+        plant.send('P', 6);
+        plant.deliver(2);
+        plant.answer(12.5);
+        plant.scheduler.advance(3700'000);
+        const auto written = [&plant] {
+            const auto& all = plant.cell->alarms().alarms();
+            return std::none_of(all.begin(), all.end(),
+                                [](const Alarm& alarm) { return alarm.kind == Alarm::ReportUnwritten; });
+        };
+        QVERIFY(!written());
+        QVERIFY(QDir().mkpath(plant.home.path("/stick")));
+        plant.cell->applySettings({{"report_folder", {}, {}}});
+        QVERIFY(written());
+        QCOMPARE(QDir(plant.home.path("/stick")).entryList(QDir::Files), QStringList("2026-03-30.xlsx"));
+    }
+
     void clockThatJumpsDeletesNothingUntilItsAlarmIsAcknowledged()
     {
         SimulatedCell plant;

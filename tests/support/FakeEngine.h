@@ -2,6 +2,7 @@
 
 #include <valvecell/IEngine.h>
 #include <valvecell/IModelExamples.h>
+#include <valvecell/IModelProposer.h>
 #include <valvecell/IModelTeacher.h>
 #include <valvecell/IModelTrial.h>
 #include <valvecell/ISolutionStore.h>
@@ -16,7 +17,7 @@
 #include <vector>
 
 /// An engine that a test drives: it keeps its tasks until the test answers them, and refuses what it is told to.
-struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTrial, IModelExamples
+struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelProposer, IModelTrial, IModelExamples
 {
     struct Task
     {
@@ -30,12 +31,14 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
     QMap<QString, QMap<QString, QVariantMap>> solutions;
     bool hasStore = true;
     bool hasTeacher = false;
+    bool hasProposer = false;
     bool hasTrial = false;
     bool hasExamples = false;
     QString refusal;     ///< what every change answers while it is not empty
     QString unwritable;  ///< a solution that stores nothing
     QString undeletable; ///< a model that cannot be removed, or a solution that removes none
     std::vector<Task> tasks;
+    Hints hinted;                  ///< of the last proposal
     QVariantMap proposal;          ///< what teaching answers; empty: it fails with `refusal`
     QMap<QString, Examples> shown; ///< by model; an example's source is the image's name and the place
 
@@ -102,6 +105,12 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
         *error = refusal;
         return proposal;
     }
+    Proposal proposeModel(const QImage&, const Hints& hints) override
+    {
+        hinted = hints;
+        const QPointF hole = hints.hole.value_or(QPointF(320, 120));
+        return {proposal, refusal, hints.center.value_or(QPointF(320, 240)), 200, hole, 14, 90, 0.9};
+    }
     void* extension(const char* id) override
     {
         const auto asked = [id](const char* offered) { return std::strcmp(id, offered) == 0; };
@@ -109,6 +118,8 @@ struct FakeEngine : IEngine, ITaskList, ISolutionStore, IModelTeacher, IModelTri
             return static_cast<ISolutionStore*>(this);
         if (hasTeacher && asked(IModelTeacher::id))
             return static_cast<IModelTeacher*>(this);
+        if (hasProposer && asked(IModelProposer::id))
+            return static_cast<IModelProposer*>(this);
         if (hasTrial && asked(IModelTrial::id))
             return static_cast<IModelTrial*>(this);
         if (hasExamples && asked(IModelExamples::id))

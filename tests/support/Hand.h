@@ -4,6 +4,7 @@
 #include <QInputMethodEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QTabWidget>
 #include <QtTest>
 
 /// Operates a window by the names of its controls, with real clicks and keys.
@@ -24,6 +25,7 @@ public:
     virtual void press(const char* name) const
     {
         auto* button = get<QAbstractButton>(name);
+        turnTo(button);
         // Near the left end: a check box may be wider than what can be clicked.
         QTest::mouseClick(button, Qt::LeftButton, {}, {8, button->height() / 2});
     }
@@ -33,6 +35,7 @@ public:
     void type(const char* field, const QString& text) const
     {
         auto* edit = get<QLineEdit>(field);
+        turnTo(edit);
         edit->setFocus();
         edit->selectAll();
         QTest::keyClick(edit, Qt::Key_Delete);
@@ -56,6 +59,17 @@ public:
 
 protected:
     virtual QWidget& window() const = 0;
+
+    /// Brings the page on which it lies to the front.
+    static void turnTo(QWidget* control)
+    {
+        for (QWidget* page = control; page->parentWidget(); page = page->parentWidget()) {
+            auto* tabs =
+                page->parentWidget() ? qobject_cast<QTabWidget*>(page->parentWidget()->parentWidget()) : nullptr;
+            if (tabs)
+                tabs->setCurrentWidget(page);
+        }
+    }
 };
 
 /// Of any window.

@@ -50,6 +50,9 @@ inline QStringList overlapping(const QWidget& window)
         if (!a->isVisible() || a->isWindow() || qobject_cast<QAbstractScrollArea*>(a->parentWidget()))
             continue;
         for (const QWidget* b : widgets) {
+            if (a->testAttribute(Qt::WA_TransparentForMouseEvents) ||
+                b->testAttribute(Qt::WA_TransparentForMouseEvents))
+                continue; // lies over others on purpose
             const bool siblings = a < b && a->parentWidget() == b->parentWidget() && b->isVisible() && !b->isWindow();
             if (siblings && a->geometry().intersects(b->geometry()))
                 found << nameOf(a) + QStringLiteral(" lies over ") + nameOf(b);

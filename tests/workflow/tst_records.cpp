@@ -121,13 +121,52 @@ private slots:
             *switches[on] = true;
             QStringList paths;
             for (int station = 0; station <= 3; ++station)
-                paths << records.store()->saveSourceImage(station, "W18", {})
-                      << records.store()->saveResultImage(station, "W18", {});
+                paths << records.store()->saveSourceImage(station, "W18", {}, true)
+                      << records.store()->saveResultImage(station, "W18", {}, true);
             paths.removeAll({});
             QCOMPARE(paths.size(), 1);
             QVERIFY2(paths.first().contains(QRegularExpression(folders[on])), qPrintable(paths.first()));
             *switches[on] = false;
         }
+    }
+
+    void imagesOfFailuresAreKeptAsTheirOwnSettingsSay_data()
+    {
+        Table::of<bool, int, QString, QString>(
+            {{"as ever", false, 0, "/DBFiles/Images/ /DBFiles/Images/", "- -"},
+             {"only failures", true, 0, "- /DBFiles/Images/", "- -"},
+             {"failures for longer", false, 30, "/DBFiles/Images/ /DBFiles/FailedImages/", "- failed"},
+             {"failures for a shorter time", true, 2, "- /DBFiles/FailedImages/", "- -"}});
+    }
+    void imagesOfFailuresAreKeptAsTheirOwnSettingsSay()
+    {
+        const auto [only, days, folders, left] = Table::row<bool, int, QString, QString>();
+        const TempHome home;
+        ksSysConfig settings;
+        settings.saveRltImage[0] = settings.cleanRltImages = true;
+        settings.minFreeSpace = 0;
+        ManualScheduler scheduler(QDateTime::currentDateTime());
+        CellRecords records(home.path(), settings, scheduler);
+        records.prepareImageFolders();
+        records.openResultDatabase();
+        QCOMPARE(QDir(home.path("/DBFiles/FailedImages")).exists(), false);
+        settings.saveOnlyFailed = only;
+        settings.failedDays = days;
+        records.applySettings();
+        const QString paths[] = {records.store()->saveResultImage(1, "W18", {}, true),
+                                 records.store()->saveResultImage(1, "W18", {}, false)};
+        QStringList found;
+        for (const QString& path : paths)
+            found << (path.isEmpty() ? QStringLiteral("-") : path.section('/', 0, 2) + '/');
+        QCOMPARE(found.join(' '), folders);
+        scheduler.setClock(scheduler.now().addDays(settings.cleanDays + 1));
+        scheduler.advance(2000);
+        records.acceptClock();
+        scheduler.advance(2000);
+        const auto isLeft = [&home](const QString& path) {
+            return !path.isEmpty() && QFileInfo(QFileInfo(home.path(path)).path()).exists();
+        };
+        QCOMPARE(QString(isLeft(paths[0]) ? "found " : "- ") + (isLeft(paths[1]) ? "failed" : "-"), left);
     }
 
     void rowNamesOnlyAPictureThatIsOnTheDisk()
@@ -142,7 +181,7 @@ private slots:
         records->openResultDatabase();
         const auto record = [&](const char* model, const QImage& image) {
             StationResult row;
-            row.value1 = records->store()->saveResultImage(1, model, image);
+            row.value1 = records->store()->saveResultImage(1, model, image, true);
             paths << row.value1;
             records->store()->insertResult(row);
         };

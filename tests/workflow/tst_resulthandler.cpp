@@ -21,11 +21,11 @@ struct FakeStore : IResultStore
         : port(p)
     {
     }
-    QString saveSourceImage(int station, const QString& model, const QImage& image) override
+    QString saveSourceImage(int station, const QString& model, const QImage& image, bool) override
     {
         return note("source", station, model, image);
     }
-    QString saveResultImage(int station, const QString& model, const QImage& image) override
+    QString saveResultImage(int station, const QString& model, const QImage& image, bool) override
     {
         return note("result", station, model, image);
     }
@@ -253,7 +253,11 @@ private slots:
         cell.finish(Cell::result("工位2", Cell::found(angle)));
         QCOMPARE(told(cell.port.commands(), cell.port.words(0)), sent);
         QCOMPARE(cell.panel, QStringList("2|五辐 " + line));
-        QCOMPARE(told(cell.store.last.angle, cell.store.last.errorType, reading.found), stored);
+        const StationResult& row = cell.store.last;
+        QCOMPARE(told(row.angle, row.errorType, reading.found), stored);
+        QCOMPARE(told(reading.error, reading.plcIndex, reading.resultImage, reading.sourceImage),
+                 told(row.errorType, row.part.plcIndex, row.value1, row.part.sourceImage));
+        QVERIFY(reading.time.isValid() && reading.time == row.time); // by which the panel leads to the row
     }
 };
 

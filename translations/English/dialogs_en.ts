@@ -371,7 +371,7 @@
     </message>
     <message>
         <source>标定、设置、型号和设计器需要工程师登录(&amp;R)</source>
-        <translation>Calibration, settings, models and designer need an enginee&amp;r</translation>
+        <translation>Calibration, settings, models, designer for enginee&amp;rs</translation>
     </message>
     <message>
         <source>系统设置</source>
@@ -665,7 +665,7 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
     </message>
     <message>
         <source>毫秒，超时按未找到应答</source>
-        <translation>ms, then answered as not found</translation>
+        <translation>ms, then as not found</translation>
     </message>
     <message>
         <source>模块调用时限(&amp;K)</source>
@@ -694,6 +694,126 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
     <message>
         <source>；</source>
         <translation>; </translation>
+    </message>
+    <message>
+        <source>工位和运行</source>
+        <translation>Stations and operation</translation>
+    </message>
+    <message>
+        <source>图像、记录和报告</source>
+        <translation>Images, records and reports</translation>
+    </message>
+    <message>
+        <source>班次和自动报告</source>
+        <translation>Shifts and automatic reports</translation>
+    </message>
+    <message>
+        <source>各班开始时间(&amp;H)</source>
+        <translation>S&amp;hifts begin at</translation>
+    </message>
+    <message>
+        <source>各班开始时间</source>
+        <translation>Begins of shifts</translation>
+    </message>
+    <message>
+        <source>时:分，用逗号分开；空白：全天一班</source>
+        <translation>Hours:minutes, separated by commas; empty: one shift a day</translation>
+    </message>
+    <message>
+        <source>06:00, 14:00, 22:00</source>
+        <translation>06:00, 14:00, 22:00</translation>
+    </message>
+    <message>
+        <source>自动报告(&amp;Q)</source>
+        <translation>Automatic reports (&amp;Q)</translation>
+    </message>
+    <message>
+        <source>自动报告</source>
+        <translation>Automatic reports</translation>
+    </message>
+    <message>
+        <source>格式</source>
+        <translation>Formats</translation>
+    </message>
+    <message>
+        <source>报告为PDF</source>
+        <translation>Reports as PDF</translation>
+    </message>
+    <message>
+        <source>报告为Excel表格</source>
+        <translation>Reports as Excel table</translation>
+    </message>
+    <message>
+        <source>Excel (XLSX)</source>
+        <translation>Excel (XLSX)</translation>
+    </message>
+    <message>
+        <source>报告文件夹(&amp;U)</source>
+        <translation>Folder of reports (&amp;U)</translation>
+    </message>
+    <message>
+        <source>报告文件夹</source>
+        <translation>Folder of reports</translation>
+    </message>
+    <message>
+        <source>工作目录下的 reports</source>
+        <translation>reports in the home folder</translation>
+    </message>
+    <message>
+        <source>选择报告文件夹</source>
+        <translation>Choose the folder of reports</translation>
+    </message>
+    <message>
+        <source>报告抬头(&amp;I)</source>
+        <translation>Head&amp;ing of reports</translation>
+    </message>
+    <message>
+        <source>报告抬头</source>
+        <translation>Heading of reports</translation>
+    </message>
+    <message>
+        <source>工作目录的名称</source>
+        <translation>Name of the home folder</translation>
+    </message>
+    <message>
+        <source>不写</source>
+        <translation>None</translation>
+    </message>
+    <message>
+        <source>每班</source>
+        <translation>Each shift</translation>
+    </message>
+    <message>
+        <source>每天</source>
+        <translation>Each day</translation>
+    </message>
+    <message>
+        <source>自动报告：请至少选择一种格式</source>
+        <translation>Automatic reports: please choose at least one format</translation>
+    </message>
+    <message>
+        <source>报告文件夹：“%1”不是完整路径</source>
+        <translation>Folder of reports: “%1” is not a full path</translation>
+    </message>
+    <message>
+        <source>未找到的图像保留天数(&amp;W)</source>
+        <translation>Keep images not found for (&amp;W)</translation>
+    </message>
+    <message>
+        <source>未找到的图像保留天数</source>
+        <translation>Days that images not found are kept</translation>
+    </message>
+    <message>
+        <source>天（0：与其他图像相同）</source>
+        <translation>days (0: as others)</translation>
+    </message>
+    <message>
+        <source>只保存未找到的图像</source>
+        <translation>Save only images not found</translation>
+    </message>
+    <message>
+        <source>只保存未找到的工件的图像(&amp;Z)</source>
+        <translation>Only of parts not found (&amp;Z)</translation>
     </message>
 </context>
 <context>

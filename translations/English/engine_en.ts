@@ -275,4 +275,23 @@
         <translation>Outer edge</translation>
     </message>
 </context>
+<context>
+    <name>ModelProposer</name>
+    <message>
+        <source>在所点中心周围没有看到轮毂：请换一幅整个轮毂都在内的清晰图像</source>
+        <translation>No wheel around that centre: take a clear picture with the whole wheel in it</translation>
+    </message>
+    <message>
+        <source>没有看到轮毂：请点击轮毂的中心</source>
+        <translation>No wheel seen: click the wheel’s centre</translation>
+    </message>
+    <message>
+        <source>没有看到气门孔：请点击气门孔的中心</source>
+        <translation>No valve hole seen: click the hole’s centre</translation>
+    </message>
+    <message>
+        <source>%1；请点击气门孔的中心</source>
+        <translation>%1; click the valve hole’s centre</translation>
+    </message>
+</context>
 </TS>

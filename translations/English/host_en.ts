@@ -20,10 +20,6 @@
         <translation>One-station mode</translation>
     </message>
     <message>
-        <source>工具栏</source>
-        <translation>Toolbar</translation>
-    </message>
-    <message>
         <source>图像标定</source>
         <translation>Calibration</translation>
     </message>
@@ -119,6 +115,46 @@ Close anyway?</translation>
         <source>放弃更改并关闭</source>
         <translation>Discard changes and close</translation>
     </message>
+    <message>
+        <source>将工位%1的本班计数清零？今日计数和检测记录不受影响。</source>
+        <translation>Set the counts of the shift of station %1 to zero? Those of the day and the recorded parts stay.</translation>
+    </message>
+    <message>
+        <source>清零</source>
+        <translation>Reset</translation>
+    </message>
+    <message>
+        <source>检测结果</source>
+        <translation>Results</translation>
+    </message>
+    <message>
+        <source>系统日志</source>
+        <translation>System log</translation>
+    </message>
+    <message>
+        <source>PLC索引表</source>
+        <translation>PLC indices</translation>
+    </message>
+    <message>
+        <source>引导示教</source>
+        <translation>Teach</translation>
+    </message>
+    <message>
+        <source>型号总览</source>
+        <translation>Overview</translation>
+    </message>
+    <message>
+        <source>引导标定</source>
+        <translation>Guide</translation>
+    </message>
+    <message>
+        <source>首次设置</source>
+        <translation>Set-up</translation>
+    </message>
+    <message>
+        <source>报警记录</source>
+        <translation>Alarm history</translation>
+    </message>
 </context>
 <context>
     <name>CallWatch</name>
@@ -180,14 +216,6 @@ Close anyway?</translation>
     <message>
         <source>用户: %1</source>
         <translation>User: %1</translation>
-    </message>
-    <message>
-        <source>测试运行中</source>
-        <translation>Test running</translation>
-    </message>
-    <message>
-        <source>报警记录</source>
-        <translation>Alarms</translation>
     </message>
 </context>
 <context>
@@ -655,12 +683,8 @@ Close anyway?</translation>
         <translation>Station %1</translation>
     </message>
     <message>
-        <source>最近触发</source>
-        <translation>Last trigger</translation>
-    </message>
-    <message>
         <source>今日找到</source>
-        <translation>Found today</translation>
+        <translation>Found</translation>
     </message>
     <message>
         <source>未找到</source>
@@ -691,16 +715,8 @@ Close anyway?</translation>
         <translation>Found</translation>
     </message>
     <message>
-        <source>型号无效，触发被拒绝</source>
-        <translation>No valid model, trigger refused</translation>
-    </message>
-    <message>
         <source>测试：%1</source>
         <translation>Test: %1</translation>
-    </message>
-    <message>
-        <source>图像型号：%1</source>
-        <translation>Model of the picture: %1</translation>
     </message>
     <message>
         <source>未选择型号</source>
@@ -709,6 +725,26 @@ Close anyway?</translation>
     <message>
         <source>PLC索引%1没有型号</source>
         <translation>PLC index %1 has no model</translation>
+    </message>
+    <message>
+        <source>等待结果</source>
+        <translation>Waiting for the result</translation>
+    </message>
+    <message>
+        <source>触发 %1</source>
+        <translation>Trigger %1</translation>
+    </message>
+    <message>
+        <source>未发送</source>
+        <translation>Not sent</translation>
+    </message>
+    <message>
+        <source>上一件 %1  %2</source>
+        <translation>Part before: %1  %2</translation>
+    </message>
+    <message>
+        <source>本班 %1</source>
+        <translation>Shift %1</translation>
     </message>
 </context>
 <context>
@@ -954,6 +990,10 @@ Close anyway?</translation>
         <source>请由本机的管理人员从备份恢复</source>
         <translation>The keeper of this machine restores it from a backup</translation>
     </message>
+    <message>
+        <source>检查报告文件夹和磁盘，恢复后自动补写</source>
+        <translation>Check the folder of reports and the disk; it is written once they are well</translation>
+    </message>
 </context>
 <context>
     <name>ViewMenu</name>
@@ -968,6 +1008,10 @@ Close anyway?</translation>
     <message>
         <source>深色</source>
         <translation>Dark</translation>
+    </message>
+    <message>
+        <source>高对比度</source>
+        <translation>High contrast</translation>
     </message>
 </context>
 <context>
@@ -1061,6 +1105,64 @@ Close anyway?</translation>
     <message>
         <source>本程序使用构建时自动生成的授权密钥，不是供应商的密钥</source>
         <translation>This build has a licence key of its own, not a vendor's</translation>
+    </message>
+</context>
+<context>
+    <name>PartWords</name>
+    <message>
+        <source>未发送：通信线路已断开</source>
+        <translation>Not sent: the line is gone</translation>
+    </message>
+    <message>
+        <source>未答复：型号已清零</source>
+        <translation>Not answered: the model was cleared</translation>
+    </message>
+    <message>
+        <source>已发送%1：%2</source>
+        <translation>Sent %1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>FailurePictures</name>
+    <message>
+        <source>图像已被清理</source>
+        <translation>Cleaned away</translation>
+    </message>
+    <message>
+        <source>没有未找到的工件</source>
+        <translation>No part was missed</translation>
+    </message>
+</context>
+<context>
+    <name>HourYield</name>
+    <message>
+        <source>%1–%2  检出率 %3
+找到%4，未找到%5，拒绝%6</source>
+        <translation>%1–%2  yield %3
+found %4, not found %5, refused %6</translation>
+    </message>
+</context>
+<context>
+    <name>ShiftLine</name>
+    <message>
+        <source>本班</source>
+        <translation>Shift</translation>
+    </message>
+    <message>
+        <source>%1 %2清零</source>
+        <translation>%1, reset at %2</translation>
+    </message>
+    <message>
+        <source>%1 %2起</source>
+        <translation>%1 from %2</translation>
+    </message>
+    <message>
+        <source>清零</source>
+        <translation>Reset</translation>
+    </message>
+    <message>
+        <source>本班计数从零开始，今日计数不变</source>
+        <translation>The counts of the shift begin at zero; those of the day go on</translation>
     </message>
 </context>
 <context>

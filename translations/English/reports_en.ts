@@ -350,64 +350,6 @@
     </message>
 </context>
 <context>
-    <name>ReportScheduleForm</name>
-    <message>
-        <source>报告文件夹</source>
-        <translation>Folder of reports</translation>
-    </message>
-    <message>
-        <source>自动报告</source>
-        <translation>Reports by themselves</translation>
-    </message>
-    <message>
-        <source>格式</source>
-        <translation>Formats</translation>
-    </message>
-    <message>
-        <source>文件夹</source>
-        <translation>Folder</translation>
-    </message>
-    <message>
-        <source>报告抬头</source>
-        <translation>Heading</translation>
-    </message>
-    <message>
-        <source>关闭</source>
-        <translation>Off</translation>
-    </message>
-    <message>
-        <source>每班</source>
-        <translation>Each shift</translation>
-    </message>
-    <message>
-        <source>每天</source>
-        <translation>Each day</translation>
-    </message>
-    <message>
-        <source>选择…</source>
-        <translation>Choose…</translation>
-    </message>
-    <message>
-        <source>工作目录下的 reports</source>
-        <translation>reports in the home folder</translation>
-    </message>
-    <message>
-        <source>工作目录的名称</source>
-        <translation>Name of the home folder</translation>
-    </message>
-</context>
-<context>
-    <name>ReportSettings</name>
-    <message>
-        <source>请至少选择一种报告格式</source>
-        <translation>Please choose at least one format of reports</translation>
-    </message>
-    <message>
-        <source>报告文件夹 %1 不存在</source>
-        <translation>There is no folder of reports %1</translation>
-    </message>
-</context>
-<context>
     <name>ShiftReport</name>
     <message>
         <source>不能写入 %1：%2</source>

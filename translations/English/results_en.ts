@@ -228,6 +228,10 @@ user: %4</translation>
         <source>没有符合条件的日志。请选择更多的日期，或放宽类型、内容和用户条件。</source>
         <translation>No line fits. Please choose more days, or fewer conditions of kind, text and user.</translation>
     </message>
+    <message>
+        <source>正在查找更早的日志：已查 %1%</source>
+        <translation>Looking for earlier lines: %1% searched</translation>
+    </message>
 </context>
 <context>
     <name>LogReader</name>
@@ -295,7 +299,7 @@ user: %4</translation>
     </message>
     <message>
         <source>图像已被清理</source>
-        <translation>The picture has been cleaned up</translation>
+        <translation>Picture cleaned away</translation>
     </message>
     <message>
         <source>相机原图</source>
@@ -336,6 +340,14 @@ user: %4</translation>
     <message>
         <source>依据</source>
         <translation>Evidence</translation>
+    </message>
+    <message>
+        <source>没有保存相机原图：请在系统设置中打开该工位的“原始图像”</source>
+        <translation>The camera’s image was not saved: please switch on “Source images” of the station in the settings</translation>
+    </message>
+    <message>
+        <source>用该型号现在的参数重新检测相机原图</source>
+        <translation>Inspects the camera’s image again, with the present parameters of the model</translation>
     </message>
 </context>
 <context>
@@ -396,6 +408,14 @@ user: %4</translation>
         <source>型号、原因或用户</source>
         <translation>Model, reason, user</translation>
     </message>
+    <message>
+        <source>更早：前一天、前一班</source>
+        <translation>Earlier: the day or shift before</translation>
+    </message>
+    <message>
+        <source>更晚：后一天、后一班</source>
+        <translation>Later: the day or shift after</translation>
+    </message>
 </context>
 <context>
     <name>PartPictures</name>
@@ -405,7 +425,7 @@ user: %4</translation>
     </message>
     <message>
         <source>图像已被清理</source>
-        <translation>The picture has been cleaned up</translation>
+        <translation>Picture cleaned away</translation>
     </message>
 </context>
 <context>
@@ -577,6 +597,10 @@ Please choose a longer time, or fewer conditions of station, model, result and t
         <source>以小图代替表格</source>
         <translation>Small pictures in place of the table</translation>
     </message>
+    <message>
+        <source>正在查找更早的工件：已查 %1%</source>
+        <translation>Looking for earlier parts: %1% searched</translation>
+    </message>
 </context>
 <context>
     <name>ReportWindow</name>
@@ -714,6 +738,10 @@ Please choose a longer time, or fewer conditions of station, model, result and t
     <message>
         <source>没有符合条件的工件，请选择更长的时间或放宽条件</source>
         <translation>No part fits. Please choose a longer time or fewer conditions.</translation>
+    </message>
+    <message>
+        <source>正在读取…</source>
+        <translation>Reading…</translation>
     </message>
 </context>
 </TS>

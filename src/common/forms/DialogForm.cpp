@@ -6,16 +6,19 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QEvent>
+#include <QHeaderView>
 #include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
+#include <QTableView>
 
 #include <algorithm>
 
 namespace {
 
-constexpr int fingerHeight = 34;
+constexpr int fingerHeight = 40;
+constexpr int smallestChosenRow = 30; // rows below are read and not touched
 
 /// A field or button of the dialog's own, not the part of one.
 bool isTouched(const QWidget* widget)
@@ -41,6 +44,9 @@ void DialogForm::prepareFields(QWidget* form)
     for (QWidget* child : children) {
         if (isTouched(child))
             child->setMinimumHeight(std::max(child->minimumHeight(), fingerHeight));
+        auto* table = qobject_cast<QTableView*>(child);
+        if (table && table->verticalHeader()->defaultSectionSize() >= smallestChosenRow)
+            table->verticalHeader()->setDefaultSectionSize(fingerHeight);
     }
 }
 

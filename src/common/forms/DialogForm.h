@@ -9,7 +9,8 @@ class QKeySequence;
 
 namespace DialogForm {
 
-/// What all dialogs have in common: fields and buttons at least as high as a finger needs, no button for context help.
+/// What all dialogs have in common: fields, buttons and rows at least as high as a finger needs, no button for context
+/// help.
 void prepare(QDialog* dialog);
 /// The same heights for fields that come later.
 void prepareFields(QWidget* form);

@@ -40,21 +40,23 @@ ImageArchive::~ImageArchive()
     }
 }
 
-bool ImageArchive::prepare()
+bool ImageArchive::prepare(Keep keep)
 {
     bool made = true;
     for (const Kind kind : {Result, Source}) {
-        if (!QDir().mkpath(m_home + folderOf(kind))) {
-            SystemLog::warning(tr("不能创建图像文件夹%1").arg(m_home + folderOf(kind)));
+        const QString folder = m_home + folderOf(kind, keep);
+        if (!QDir().mkpath(folder)) {
+            SystemLog::warning(tr("不能创建图像文件夹%1").arg(folder));
             made = false;
         }
     }
     return made;
 }
 
-QString ImageArchive::folderOf(Kind kind)
+QString ImageArchive::folderOf(Kind kind, Keep keep)
 {
-    return kind == Result ? QStringLiteral("/DBFiles/Images") : QStringLiteral("/DBFiles/SrcImages");
+    return (keep == AsFailures ? QStringLiteral("/DBFiles/Failed") : QStringLiteral("/DBFiles/")) +
+           (kind == Result ? QStringLiteral("Images") : QStringLiteral("SrcImages"));
 }
 
 bool ImageArchive::holds(const QString& path) const
@@ -81,9 +83,9 @@ QString ImageArchive::freeName(const QString& folder) const
     return name;
 }
 
-QString ImageArchive::save(int station, const QString& subFolder, const QImage& image, Kind kind)
+QString ImageArchive::save(int station, const QString& subFolder, const QImage& image, Kind kind, Keep keep)
 {
-    const QString folder = folderOf(kind) + m_rules.scheduler->now().toString(QStringLiteral("/yyyy-MM-dd/")) +
+    const QString folder = folderOf(kind, keep) + m_rules.scheduler->now().toString(QStringLiteral("/yyyy-MM-dd/")) +
                            (station == 1 ? QStringLiteral("Station1/") : QStringLiteral("Station2/")) +
                            SqlText::folderName(subFolder);
     QDir().mkpath(m_home + folder);

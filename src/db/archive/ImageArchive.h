@@ -11,7 +11,8 @@
 class SaveImgThread;
 
 /// The image archive below the home: "/DBFiles/Images" for result images, "/DBFiles/SrcImages" for source images, and
-/// in each date, station and model. Images are encoded and written by threads of their own, one each. GUI thread, on
+/// in each date, station and model; "/DBFiles/FailedImages" and "/DBFiles/FailedSrcImages" likewise for those that are
+/// kept for a time of their own. Images are encoded and written by threads of their own, one each. GUI thread, on
 /// which no image is encoded, copied or written; only folders are made there.
 class ImageArchive : public QObject
 {
@@ -19,6 +20,7 @@ class ImageArchive : public QObject
 
 public:
     enum Kind { Source, Result };
+    enum Keep { AsOthers, AsFailures };
 
     struct Rules
     {
@@ -34,14 +36,14 @@ public:
     /// Writes what still waits.
     ~ImageArchive() override;
 
-    /// Makes the two folders of the archive; false when one of them cannot be made.
-    bool prepare();
+    /// Makes the two folders of the archive for images that are kept so; false when one of them cannot be made.
+    bool prepare(Keep keep = AsOthers);
 
     /// Hands an image over for saving, and returns its path below the home, such as
     /// "/DBFiles/Images/2024-05-01/Station1/W18/2024_05_01_123456789.jpg". A null image has a path too, but no file.
     /// Empty when the image is given up since too many wait. Pixels that the image only refers to must stay until it is
     /// saved.
-    QString save(int station, const QString& subFolder, const QImage& image, Kind kind);
+    QString save(int station, const QString& subFolder, const QImage& image, Kind kind, Keep keep = AsOthers);
 
     /// Whether what becomes of the image that save() gave this path is still open.
     bool isWaiting(const QString& path) const { return holds(m_home + path); }
@@ -52,7 +54,7 @@ public:
 
     bool isUnwritable() const { return m_unwritable.lasts(); } ///< the last image could not be written
 
-    static QString folderOf(Kind kind);
+    static QString folderOf(Kind kind, Keep keep = AsOthers);
 
 signals:
     /// An image lies under this absolute path.

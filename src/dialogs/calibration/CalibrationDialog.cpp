@@ -25,6 +25,7 @@ CalibrationDialog::CalibrationDialog(QWidget* parent)
     m_ui->setupUi(this);
     m_ownTitle = windowTitle();
     connect(m_ui->m_pbExit, &QPushButton::clicked, this, &CalibrationDialog::onButtonClicked);
+    connect(m_ui->guideButton, &QPushButton::clicked, this, &CalibrationDialog::guideWanted);
 }
 
 CalibrationDialog::~CalibrationDialog()
@@ -115,11 +116,15 @@ void CalibrationDialog::timerEvent(QTimerEvent* event)
 
 void CalibrationDialog::showEvent(QShowEvent* event)
 {
-    for (CalibrationPanel* panel : m_panels) {
-        if (!event->spontaneous())
-            panel->begin();
-    }
+    if (!event->spontaneous())
+        refresh();
     QDialog::showEvent(event);
+}
+
+void CalibrationDialog::refresh()
+{
+    for (CalibrationPanel* panel : m_panels)
+        panel->begin();
 }
 
 void CalibrationDialog::changeEvent(QEvent* event)

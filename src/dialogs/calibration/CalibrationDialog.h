@@ -33,8 +33,12 @@ public:
 signals:
     /// A station's calibration holds other values; names are keys of the configuration.
     void calibrationApplied(const AuditChanges& changes);
+    /// The guide through a calibration is to be opened.
+    void guideWanted();
 
 public slots:
+    /// Shows what is stored now, whatever was left in the fields.
+    void refresh();
     void onROIChange(const AwesomeRoiInfo& info, const QString& name);
     void onRoiLockIng(const QString& name);
     void onImageScale(qreal scale);

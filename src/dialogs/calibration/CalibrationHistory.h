@@ -24,6 +24,8 @@ public:
 
     CalibrationHistory(int station, Kind kind);
 
+    Kind kind() const { return m_kind; }
+
     static QString path();
 
     /// The latest first. Lines that are damaged, or miss a value, are left out.

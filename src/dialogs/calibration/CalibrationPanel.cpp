@@ -1,8 +1,8 @@
 #include "dialogs/calibration/CalibrationPanel.h"
 
-#include "common/AuditChange.h"
 #include "common/forms/InlineMessage.h"
 #include "config/ksGlobalConfig.h"
+#include "dialogs/calibration/CalibrationDesk.h"
 #include "dialogs/calibration/CalibrationDrawing.h"
 #include "dialogs/calibration/CalibrationFit.h"
 #include "graphics/ImageItem.h"
@@ -12,8 +12,6 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
-
-#include <utility>
 
 namespace {
 
@@ -261,17 +259,13 @@ void CalibrationPanel::propose(const StationConfig& wanted, const QString& quest
 
 void CalibrationPanel::putIntoForce(const StationConfig& wanted)
 {
-    ksGlobalConfig& global = *ksGlobalConfig::instance();
-    const QByteArray before = global.text();
-    // Only its own values: the station may have got another model while the question was open.
-    const StationConfig next = m_history.restored(config(), m_history.valuesOf(wanted));
-    const StationConfig former = std::exchange(config(), next);
-    showStored(next);
-    QString error;
-    if (!global.save(&error))
-        showMessage(tr("参数已生效，但未能保存：%1").arg(error), refusedStyle);
-    else if (!m_history.add(former, next, m_user ? m_user() : QString(), &error))
-        showMessage(tr("参数已生效，但未留下记录：%1").arg(error), refusedStyle);
+    const auto applied =
+        CalibrationDesk::putIntoForce(m_station, m_history.kind(), wanted, m_user ? m_user() : QString());
+    showStored(applied.station);
+    if (!applied.unsaved.isEmpty())
+        showMessage(tr("参数已生效，但未能保存：%1").arg(applied.unsaved), refusedStyle);
+    else if (!applied.unrecorded.isEmpty())
+        showMessage(tr("参数已生效，但未留下记录：%1").arg(applied.unrecorded), refusedStyle);
     else
         showMessage(tr("参数已生效"), doneStyle);
     const QVector<QLineEdit*> fields = numberFields();
@@ -279,9 +273,8 @@ void CalibrationPanel::putIntoForce(const StationConfig& wanted)
         field->setModified(false);
     m_ui->m_viewer->setOverlays(machineOverlays(calibration(config())));
     refreshHints();
-    const AuditChanges changes = jsonChanges(before, global.text());
-    if (!changes.isEmpty())
-        emit calibrationApplied(changes);
+    if (!applied.changes.isEmpty())
+        emit calibrationApplied(applied.changes);
 }
 
 void CalibrationPanel::listEarlier()

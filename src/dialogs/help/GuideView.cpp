@@ -202,6 +202,9 @@ void GuideView::showMarks()
     setExtraSelections(marks);
     if (m_current < 0)
         return;
+    QTextCursor start = m_found[m_current];
+    start.clearSelection();
+    setTextCursor(start); // which lets the scroll bar reach as far: a long guide is laid out bit by bit
     const QRect place = cursorRect(m_found[m_current]);
     if (!viewport()->rect().contains(place))
         verticalScrollBar()->setValue(verticalScrollBar()->value() + place.top() - viewport()->height() / 3);

@@ -45,6 +45,7 @@ void QHelpUI::connectAll()
     connect(m_ui->searchEdit, &QLineEdit::returnPressed, this, [this] { step(1); });
     connect(m_ui->nextButton, &QPushButton::clicked, this, [this] { step(1); });
     connect(m_ui->previousButton, &QPushButton::clicked, this, [this] { step(-1); });
+    connect(m_ui->assistantButton, &QPushButton::clicked, this, &QHelpUI::assistantWanted);
     connect(m_ui->closeButton, &QPushButton::clicked, this, &QHelpUI::reject);
     const auto* find = new QShortcut(QKeySequence::Find, this);
     connect(find, &QShortcut::activated, m_ui->searchEdit, QOverload<>::of(&QWidget::setFocus));

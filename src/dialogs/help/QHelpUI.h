@@ -18,6 +18,10 @@ public:
     explicit QHelpUI(const QString& folder, QWidget* parent = nullptr);
     ~QHelpUI() override;
 
+signals:
+    /// The assistant of the first start is to be opened again.
+    void assistantWanted();
+
 protected:
     void changeEvent(QEvent* event) override;
 

@@ -76,6 +76,26 @@ bool ModelActions::import(const ModelFile& file, const ModelEntry& entry, QStrin
     return addWithParameters(entry, parameters, {}, error);
 }
 
+bool ModelActions::teach(const ModelEntry& entry, const SolutionParameters& parameters, QString* error)
+{
+    if (!m_models.contains(entry.name))
+        return addWithParameters(entry, parameters, {}, error);
+    ModelEntry before = this->entry(entry.name);
+    before.calibrated = entry.calibrated; // the engineer's mark stays
+    const SolutionParameters former = m_engine.parameters(entry.name);
+    if (!m_engine.save(entry.name, parameters, error))
+        return false;
+    if (changeValues(before, entry, error)) {
+        const QString solutions = QStringList(parameters.keys()).join(QLatin1Char(' '));
+        note(QStringLiteral("model/%1/taught").arg(entry.name), {}, solutions);
+        return true;
+    }
+    QString ignored;
+    m_engine.remove(entry.name, &ignored);
+    m_engine.save(entry.name, former, &ignored);
+    return false;
+}
+
 /// The engine first: a model that only the engine has is never run, one that only the library has is refused there.
 bool ModelActions::addWithParameters(const ModelEntry& entry, const SolutionParameters& parameters,
                                      const QString& source, QString* error)

@@ -38,6 +38,10 @@ public:
     /// solutions.
     bool import(const ModelFile& file, const ModelEntry& entry, QString* error);
 
+    /// Stores the model with these parameters: a new one, or in the place of what these solutions knew by its name. The
+    /// index may have changed.
+    bool teach(const ModelEntry& entry, const SolutionParameters& parameters, QString* error);
+
     /// The solutions of a file that this engine has not.
     QStringList unknownSolutions(const ModelFile& file) const;
 

@@ -99,6 +99,11 @@ void QModelMangerUI::connectAll()
     connect(m_ui->importButton, &QPushButton::clicked, this, &QModelMangerUI::askImport);
     connect(m_ui->exportButton, &QPushButton::clicked, this, &QModelMangerUI::askExport);
     connect(m_ui->indexButton, &QPushButton::clicked, this, &QModelMangerUI::indexTableWanted);
+    connect(m_ui->teachButton, &QPushButton::clicked, this, [this] {
+        const QString name = chosen();
+        emit teachingWanted(m_actions.engine().isTaught(name) ? QString() : name);
+    });
+    connect(m_ui->libraryButton, &QPushButton::clicked, this, &QModelMangerUI::libraryWanted);
     connect(m_ui->closeButton, &QPushButton::clicked, this, &QModelMangerUI::reject);
     DialogForm::addShortcut(this, Qt::Key_Insert, m_ui->addButton);
     DialogForm::addShortcut(this, Qt::Key_F2, m_ui->modifyButton);

@@ -32,6 +32,10 @@ signals:
     void modelsChanged(const AuditChanges& changes);
     /// The PLC index table is to be shown.
     void indexTableWanted();
+    /// The guide through the teaching of a model is to be opened: of a new one, or of that name.
+    void teachingWanted(const QString& name);
+    /// The library with what each model did is to be opened.
+    void libraryWanted();
 
 protected:
     void changeEvent(QEvent* event) override;

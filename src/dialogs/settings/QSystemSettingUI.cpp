@@ -1,23 +1,29 @@
 #include "dialogs/settings/QSystemSettingUI.h"
 
 #include "common/forms/DialogForm.h"
+#include "config/ShiftConfig.h"
 #include "dialogs/settings/PortChooser.h"
 #include "dialogs/settings/SettingsForm.h"
+#include "results/data/Shifts.h"
 #include "ui_QSystemSettingUI.h"
 
 #include <valvecell/ISerialPorts.h>
 
+#include <QDir>
+#include <QFileDialog>
 #include <QShowEvent>
 
 QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access,
-                                   CellLimits& limits, QWidget* parent)
+                                   CellLimits& limits, ShiftConfig& shifts, QWidget* parent)
     : QDialog(parent)
     , m_ui(std::make_unique<Ui::QSystemSettingUI>())
-    , m_store(system, global, access, limits)
+    , m_store(system, global, access, limits, shifts)
 {
     m_ui->setupUi(this);
     DialogForm::prepare(this);
     m_ui->languageBox->setOptional(false);
+    m_ui->reportWhenBox->setOptional(false);
+    nameReports();
     m_form = new SettingsForm(this, m_store.ranges());
     m_chooser = new PortChooser(m_ui->portButton, m_ui->portEdit);
     connectAll();
@@ -32,6 +38,7 @@ QSystemSettingUI::~QSystemSettingUI()
 void QSystemSettingUI::connectAll()
 {
     connect(m_form, &SettingsForm::edited, this, &QSystemSettingUI::judge);
+    connect(m_ui->reportFolderButton, &QToolButton::clicked, this, &QSystemSettingUI::chooseReportFolder);
     connect(m_ui->okButton, &QPushButton::clicked, this, &QSystemSettingUI::accept);
     connect(m_ui->applyButton, &QPushButton::clicked, this, &QSystemSettingUI::apply);
     connect(m_ui->cancelButton, &QPushButton::clicked, this, &QSystemSettingUI::reject);
@@ -128,6 +135,43 @@ QString QSystemSettingUI::sameChoiceProblem() const
     return {};
 }
 
+void QSystemSettingUI::nameReports()
+{
+    m_ui->reportWhenBox->setChoices(
+        {ShiftConfig::never, ShiftConfig::eachShift, ShiftConfig::eachDay},
+        {{ShiftConfig::never, tr("不写")}, {ShiftConfig::eachShift, tr("每班")}, {ShiftConfig::eachDay, tr("每天")}});
+}
+
+void QSystemSettingUI::chooseReportFolder()
+{
+    auto* dialog = new QFileDialog(this, tr("报告文件夹"), m_ui->reportFolderEdit->text());
+    dialog->setOption(QFileDialog::DontUseNativeDialog);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::Directory);
+    connect(dialog, &QFileDialog::fileSelected, m_ui->reportFolderEdit, &QLineEdit::setText);
+    dialog->open();
+}
+
+/// Whether the folder is there is seen by those who write into it: asking a network drive may take long.
+QString QSystemSettingUI::shiftProblem() const
+{
+    QString problem;
+    Shifts::fromText(m_ui->shiftsEdit->text(), &problem);
+    if (!problem.isEmpty()) {
+        setTone(m_ui->shiftsEdit, Tone::Error);
+        return problem;
+    }
+    if (m_ui->reportWhenBox->value() == QLatin1String(ShiftConfig::never))
+        return {};
+    if (!m_ui->reportPdfCheck->isChecked() && !m_ui->reportXlsxCheck->isChecked())
+        return tr("自动报告：请至少选择一种格式");
+    const QString folder = m_ui->reportFolderEdit->text().trimmed();
+    if (folder.isEmpty() || QDir::isAbsolutePath(folder))
+        return {};
+    setTone(m_ui->reportFolderEdit, Tone::Error);
+    return tr("报告文件夹：“%1”不是完整路径").arg(folder);
+}
+
 QString QSystemSettingUI::keepingWarning() const
 {
     if (m_keptOneDay)
@@ -143,6 +187,8 @@ QString QSystemSettingUI::problem() const
     QString problem = m_form->judge(m_shown);
     if (problem.isEmpty())
         problem = portProblem();
+    if (problem.isEmpty())
+        problem = shiftProblem();
     return problem.isEmpty() ? sameChoiceProblem() : problem;
 }
 
@@ -246,6 +292,7 @@ void QSystemSettingUI::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::LanguageChange) {
         m_ui->retranslateUi(this);
+        nameReports();
         judge();
     }
     QDialog::changeEvent(event);

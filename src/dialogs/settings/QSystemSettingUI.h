@@ -11,6 +11,7 @@ class CellLimits;
 class ISerialPorts;
 class PortChooser;
 class SettingsForm;
+class ShiftConfig;
 
 namespace Ui {
 class QSystemSettingUI;
@@ -25,7 +26,7 @@ class QSystemSettingUI : public QDialog
 public:
     /// All outlive the dialog.
     QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, CellLimits& limits,
-                     QWidget* parent = nullptr);
+                     ShiftConfig& shifts, QWidget* parent = nullptr);
     ~QSystemSettingUI() override;
 
     /// What can be chosen now; may be set anew at any time. A chosen name that is gone stays, marked as missing.
@@ -80,6 +81,10 @@ private:
     void takeFiles();
     QString portProblem() const;
     QString sameChoiceProblem() const;
+    /// Of the shifts and their reports.
+    QString shiftProblem() const;
+    void nameReports();
+    void chooseReportFolder();
     /// What the space to keep free does to the days of keeping; empty when nothing.
     QString keepingWarning() const;
     /// What does not keep the settings from being stored.

@@ -37,6 +37,12 @@ QVariant valueOf(const QWidget* field)
     return qobject_cast<const QLineEdit*>(field)->text().trimmed();
 }
 
+/// As opposed to what lies on a page that is not in front.
+bool isPutAway(const QWidget* field)
+{
+    return field->isHidden() && field->testAttribute(Qt::WA_WState_ExplicitShowHide);
+}
+
 bool isMissingChoice(const QWidget* field)
 {
     const auto* choice = qobject_cast<const ChoiceBox*>(field);
@@ -59,14 +65,14 @@ QString problemOf(const QWidget* field, const QVariant& stored)
     if (const auto* number = qobject_cast<const NumberField*>(field))
         return number->problem();
     const auto* edit = qobject_cast<const QLineEdit*>(field);
-    return edit ? textProblem(edit->text()) : QString();
+    const bool mayBeEmpty = edit && edit->property("mayBeEmpty").toBool() && edit->text().trimmed().isEmpty();
+    return edit && !mayBeEmpty ? textProblem(edit->text()) : QString();
 }
 
 } // namespace
 
 SettingsForm::SettingsForm(QWidget* dialog, const QMap<QString, SettingRange>& ranges)
     : QObject(dialog)
-    , m_dialog(dialog)
 {
     const auto children = dialog->findChildren<QWidget*>();
     for (QWidget* child : children) {
@@ -108,7 +114,7 @@ QString SettingsForm::judge(const SettingsMap& stored) const
 {
     QString first;
     for (QWidget* field : m_fields) {
-        if (!field->isVisibleTo(m_dialog))
+        if (isPutAway(field))
             continue;
         const QString problem = problemOf(field, stored.value(keyOf(field)));
         setTone(field, !problem.isEmpty() ? Tone::Error : isMissingChoice(field) ? Tone::Warning : Tone::Plain);
@@ -122,7 +128,7 @@ QString SettingsForm::warning() const
 {
     QStringList missing;
     for (const QWidget* field : m_fields) {
-        if (field->isVisibleTo(m_dialog) && isMissingChoice(field))
+        if (!isPutAway(field) && isMissingChoice(field))
             missing.append(tr("%1“%2”").arg(field->accessibleName(), valueOf(field).toString()));
     }
     return missing.isEmpty() ? QString() : tr("不存在：%1").arg(missing.join(tr("，")));

@@ -8,7 +8,8 @@
 class QWidget;
 
 /// Binds the fields of a dialog to settings: each field that names one in its property "settingKey" (in the .ui) shows
-/// and edits it; its accessible name is what messages call it. GUI thread.
+/// and edits it; its accessible name is what messages call it, and a text with the property "mayBeEmpty" may. GUI
+/// thread.
 class SettingsForm : public QObject
 {
     Q_OBJECT
@@ -22,8 +23,9 @@ public:
     /// What the fields hold; a number that is none stands as the typed text.
     SettingsMap values() const;
 
-    /// Marks the fields that are wrong, and returns the first problem; empty when all can be stored. Fields that the
-    /// dialog does not show are left aside. A choice that is missing is a problem only if it is a new one.
+    /// Marks the fields that are wrong, and returns the first problem; empty when all can be stored. Hidden fields are
+    /// left aside; those that lie on another page are not. A choice that is missing is a problem only if it is a new
+    /// one.
     QString judge(const SettingsMap& stored) const;
 
     /// Choices that were stored once and no longer exist; they may stay.
@@ -36,6 +38,5 @@ signals:
 private:
     void bind(QWidget* field, SettingRange range);
 
-    QWidget* m_dialog;
     QVector<QWidget*> m_fields; ///< in the order of the .ui
 };

@@ -2,6 +2,7 @@
 
 #include "config/AccessPolicy.h"
 #include "config/CellLimits.h"
+#include "config/ShiftConfig.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "dialogs/calibration/CalibrationFit.h"
@@ -36,6 +37,11 @@ public:
     void setting(const ConfigKey& key, QString& value, const QString&) { m_act(key, value, SettingRange()); }
     void setting(const ConfigKey& key, bool& value, bool) { m_act(key, value, SettingRange()); }
     void setting(const ConfigKey& key, int& value, int, SettingRange range) { m_act(key, value, range); }
+    template <typename Value, typename Fallback>
+    void addition(const ConfigKey& key, Value& value, const Fallback&, SettingRange range = {})
+    {
+        m_act(key, value, range);
+    }
     template <typename Value, typename Fallback>
     void field(const ConfigKey&, const Value&, const Fallback&)
     {
@@ -116,11 +122,13 @@ bool saveIfOther(Config& used, QString* error)
 
 } // namespace
 
-SettingsStore::SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, CellLimits& limits)
+SettingsStore::SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, CellLimits& limits,
+                             ShiftConfig& shifts)
     : m_system(system)
     , m_global(global)
     , m_access(access)
     , m_limits(limits)
+    , m_shifts(shifts)
 {
 }
 
@@ -130,6 +138,7 @@ SettingsMap SettingsStore::current() const
     settings.insert(read(m_global));
     settings.insert(read(m_access));
     settings.insert(read(m_limits));
+    settings.insert(read(m_shifts));
     return settings;
 }
 
@@ -141,13 +150,14 @@ QMap<QString, SettingRange> SettingsStore::ranges() const
     eachSetting(m_global, note);
     eachSetting(m_access, note);
     eachSetting(m_limits, note);
+    eachSetting(m_shifts, note);
     return ranges;
 }
 
 QStringList SettingsStore::foreignChanges() const
 {
     QStringList sentences{foreignSystemChange(), foreignGlobalChange(), foreignChange(m_access),
-                          foreignChange(m_limits)};
+                          foreignChange(m_limits), foreignChange(m_shifts)};
     sentences.removeAll(QString());
     return sentences;
 }
@@ -202,6 +212,7 @@ void SettingsStore::assign(const SettingsMap& settings)
     write(m_global, settings);
     write(m_access, settings);
     write(m_limits, settings);
+    write(m_shifts, settings);
 }
 
 bool SettingsStore::saveSystem(QString* error)
@@ -216,7 +227,8 @@ bool SettingsStore::store(const SettingsMap& settings, QString* error)
 {
     const std::function<bool()> saves[] = {[&] { return saveSystem(error); }, [&] { return m_global.save(error); },
                                            [&] { return saveIfOther(m_access, error); },
-                                           [&] { return saveIfOther(m_limits, error); }};
+                                           [&] { return saveIfOther(m_limits, error); },
+                                           [&] { return saveIfOther(m_shifts, error); }};
     const SettingsMap before = current();
     const QJsonObject spoiled = std::exchange(m_global.spoiledKind, {}); // from now on the file says it
     assign(settings);
@@ -244,6 +256,7 @@ void SettingsStore::reload()
     m_global.load();
     m_access.load();
     m_limits.load();
+    m_shifts.load();
     for (int station = 1; station <= 2; ++station)
         m_global.station(station).runModel = runModels[station - 1];
 }

@@ -9,10 +9,11 @@
 
 class AccessPolicy;
 class CellLimits;
+class ShiftConfig;
 class ksGlobalConfig;
 class ksSysConfig;
 
-/// The settings of all three files by their keys, such as "COM/Baute" or "trigerFilter": texts, whole numbers and
+/// The settings of all files by their keys, such as "COM/Baute" or "trigerFilter": texts, whole numbers and
 /// switches. Which there are, the files' configurations say in visit().
 using SettingsMap = QMap<QString, QVariant>;
 
@@ -21,7 +22,8 @@ class SettingsStore
 {
 public:
     /// All outlive the store.
-    SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, CellLimits& limits);
+    SettingsStore(ksSysConfig& system, ksGlobalConfig& global, AccessPolicy& access, CellLimits& limits,
+                  ShiftConfig& shifts);
 
     /// The settings as the program uses them now.
     SettingsMap current() const;
@@ -59,4 +61,5 @@ private:
     ksGlobalConfig& m_global;
     AccessPolicy& m_access;
     CellLimits& m_limits;
+    ShiftConfig& m_shifts;
 };

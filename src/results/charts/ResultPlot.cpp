@@ -77,6 +77,36 @@ QwtText titleOf(const QString& text)
     return title;
 }
 
+/// A line across, with its text unless that would lie over the one of a line before.
+class Mark : public QwtPlotMarker
+{
+public:
+    explicit Mark(const Mark* before)
+        : m_before(before)
+    {
+    }
+    void draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF& canvas) const override
+    {
+        const double x = xMap.transform(xValue());
+        const double last = m_before ? m_before->m_lastText : -1e9;
+        m_hasRoom = x - last >= label().textSize().height();
+        m_lastText = m_hasRoom ? x : last;
+        QwtPlotMarker::draw(painter, xMap, yMap, canvas);
+    }
+
+protected:
+    void drawLabel(QPainter* painter, const QRectF& canvas, const QPointF& place) const override
+    {
+        if (m_hasRoom)
+            QwtPlotMarker::drawLabel(painter, canvas, place);
+    }
+
+private:
+    const Mark* m_before;
+    mutable bool m_hasRoom = true;
+    mutable double m_lastText = 0; ///< where the last text stands, up to this line
+};
+
 } // namespace
 
 /// Zooms, and tells the value under the mouse meanwhile.
@@ -271,11 +301,21 @@ void ResultPlot::addMark(const QString& text, double x, const QColor& color)
 {
     if (!std::isfinite(x))
         return;
-    auto* marker = new QwtPlotMarker;
+    const QwtPlotItemList known = itemList(QwtPlotItem::Rtti_PlotMarker);
+    const Mark* before = nullptr;
+    for (const QwtPlotItem* item : known) {
+        if (const auto* mark = dynamic_cast<const Mark*>(item))
+            before = mark;
+    }
+    auto* marker = new Mark(before);
     marker->setLineStyle(QwtPlotMarker::VLine);
     marker->setLinePen(color, 1, Qt::DashLine);
     marker->setXValue(x);
-    marker->setLabel(titleOf(text));
+    QwtText label = titleOf(text);
+    QColor ground = palette().color(QPalette::Base);
+    ground.setAlpha(210);
+    label.setBackgroundBrush(ground);
+    marker->setLabel(label);
     marker->setLabelOrientation(Qt::Vertical);
     marker->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
     marker->attach(this);

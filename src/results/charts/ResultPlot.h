@@ -38,7 +38,7 @@ public:
     void addStack(const QStringList& titles, const QVector<QPointF>& places, const QVector<QVector<double>>& values,
                   const QVector<QColor>& colors, double width);
     void addLevel(const QString& text, double y, const QColor& color);
-    /// A line across at a value or moment, with its text as far as there is room.
+    /// A line across at a value or moment, with its text as far as there is room. One after the other, from the left.
     void addMark(const QString& text, double x, const QColor& color);
     void addNote(const QString& text);
 

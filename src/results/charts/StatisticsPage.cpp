@@ -18,10 +18,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QTimer>
 
 #include <cmath>
 
 namespace {
+
+/// A chart that comes sooner needs no word.
+constexpr int msUntilSaid = 400;
 
 constexpr int kinds = Charts::Failures + 1;
 constexpr int values = Charts::ReplyMs + 1;
@@ -101,6 +105,9 @@ StatisticsPage::StatisticsPage(QWidget* parent)
     column->addWidget(m_lower, 2);
     column->addWidget(m_summary);
     m_summary->setWordWrap(true);
+    m_plot->hide();
+    m_lower->hide();
+    column->addStretch();
     column->addWidget(m_exports);
     ExportMenus::addChart(m_exports, m_plot, [this] { return m_answer; });
     m_message->sayOrHide(Tone::Plain, {});
@@ -201,6 +208,8 @@ void StatisticsPage::ask()
     m_message->sayOrHide(Tone::Warning, problem);
     if (!problem.isEmpty() || m_home.isEmpty())
         return;
+    if (m_plot->isHidden())
+        m_message->sayOrHide(Tone::Plain, tr("正在读取…"));
     if (m_goOn)
         *m_goOn = false;
     m_goOn = std::make_shared<std::atomic<bool>>(true);
@@ -231,6 +240,11 @@ void StatisticsPage::ask()
         if (number == m_number)
             take(read);
     });
+    m_reading = true;
+    QTimer::singleShot(msUntilSaid, this, [this, number = m_number] {
+        if (m_reading && number == m_number)
+            m_summary->setText(tr("正在读取…"));
+    });
 }
 
 void StatisticsPage::draw()
@@ -242,12 +256,15 @@ void StatisticsPage::draw()
                            .arg(m_tally.notFound)
                            .arg(m_tally.refused)
                            .arg(qIsNaN(yield) ? QStringLiteral("–") : QString::number(yield, 'f', 2)));
-    m_lower->setVisible(Charts::hasLower(m_answer.question.kind));
+    const bool any = m_tally.parts() > 0; // axes of nothing would lie
+    m_plot->setVisible(any);
+    m_lower->setVisible(any && Charts::hasLower(m_answer.question.kind));
     Charts::show(m_answer, m_marks, m_plot, m_lower);
 }
 
 void StatisticsPage::take(const Read& read)
 {
+    m_reading = false;
     const bool empty = read.error.isEmpty() && read.tally.parts() == 0;
     m_message->sayOrHide(empty ? Tone::Plain : Tone::Error,
                          empty ? tr("没有符合条件的工件，请选择更长的时间或放宽条件") : read.error);

@@ -69,6 +69,7 @@ private:
     Charts::Answer m_answer;
     QVector<LogRow> m_marks;
     Statistics::Tally m_tally;
+    bool m_reading = false;
     int m_number = 0;
     std::shared_ptr<std::atomic<bool>> m_goOn; ///< of the reading in hand
     Background m_background;

@@ -79,6 +79,12 @@ QSqlQuery LogReader::run(const QString& columns, const LogFilter& filter, const 
     when(!filter.text.isEmpty(), QStringLiteral("message LIKE ? ESCAPE '\\'"), likePattern(filter.text));
     when(!filter.user.isEmpty(), QStringLiteral("message LIKE ? ESCAPE '\\'"),
          likePattern(QStringLiteral(",用户:") + filter.user));
+    const QString cut = filter.byArrival ? QStringLiteral("id") : QStringLiteral("datetime");
+    const auto place = [&filter](const QString& text) {
+        return filter.byArrival ? QVariant(text.toLongLong()) : QVariant(text);
+    };
+    when(!filter.since.isEmpty(), cut + QStringLiteral(" >= ?"), place(filter.since));
+    when(!filter.before.isEmpty(), cut + QStringLiteral(" < ?"), place(filter.before));
     when(filter.upTo > 0, QStringLiteral("id <= ?"), filter.upTo);
     QString sql = QStringLiteral("SELECT ") + columns + QStringLiteral(" FROM SystemInfo");
     if (!conditions.isEmpty())
@@ -118,6 +124,54 @@ QVector<LogRow> LogReader::lines(const LogFilter& filter, int limit, int offset)
         rows.append(LogRow::of(query.value(0).toLongLong(), query.value(1).toString(), query.value(2).toInt(),
                                query.value(3).toString()));
     return rows;
+}
+
+void LogReader::goOn(Search<LogRow>& search, const LogFilter& filter, int limit, int ms)
+{
+    search.goOn(limit, ms, [&] { searchSlice(search, filter, limit); });
+}
+
+/// The slices are cut by the days alone, whatever else is asked for.
+void LogReader::searchSlice(Search<LogRow>& search, const LogFilter& filter, int limit)
+{
+    LogFilter cuts;
+    cuts.byArrival = filter.byArrival;
+    cuts.upTo = filter.upTo;
+    cuts.before = search.before.toString();
+    if (!filter.byArrival) {
+        cuts.from = filter.from;
+        cuts.to = filter.to;
+    }
+    const QString by = filter.byArrival ? QStringLiteral("id") : QStringLiteral("datetime");
+    LogFilter slice = filter;
+    slice.before = cuts.before;
+    QSqlQuery next =
+        run(by, cuts, QStringLiteral(" ORDER BY %1 DESC LIMIT 1 OFFSET %2").arg(by).arg(search.rowsASlice));
+    search.ended = !next.next();
+    if (!search.ended) {
+        search.before = slice.since = next.value(0).toString();
+        search.percent = shareSearched(cuts, by, slice.since);
+    }
+    next.finish();
+    search.rows += lines(slice, limit - search.rows.size(), 0);
+    search.ended = search.ended || !m_error.isEmpty();
+}
+
+int LogReader::shareSearched(const LogFilter& cuts, const QString& by, const QString& reached)
+{
+    LogFilter all = cuts;
+    all.before.clear();
+    const auto placeOf = [&cuts](const QString& text) {
+        return cuts.byArrival ? text.toLongLong()
+                              : QDateTime::fromString(text, QStringLiteral("yyyy-MM-dd hh:mm:ss")).toSecsSinceEpoch();
+    };
+    const auto end = [&](const char* direction) {
+        QSqlQuery query = run(by, all, QStringLiteral(" ORDER BY %1 %2 LIMIT 1").arg(by, QLatin1String(direction)));
+        return query.next() ? placeOf(query.value(0).toString()) : 0;
+    };
+    const qint64 newest = end("DESC");
+    const qint64 oldest = end("ASC");
+    return int(qBound<qint64>(0, 100 * (newest - placeOf(reached)) / qMax<qint64>(1, newest - oldest), 99));
 }
 
 bool LogReader::each(const LogFilter& filter, Qt::SortOrder order, const std::function<bool(const LogRow&)>& take)

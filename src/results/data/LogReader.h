@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/SqlConnection.h"
+#include "results/data/Search.h"
 
 #include <QCoreApplication>
 #include <QDate>
@@ -19,6 +20,8 @@ struct LogFilter
     QString text;             ///< in the message, in whatever case; empty for all
     QString user;             ///< who changed it; empty for all
     bool byArrival = false;   ///< the last that was written first, also when the clock was put back
+    QString since;            ///< as `from` and `to`, for a step of a search: a time; by arrival, a number
+    QString before;           ///< not included
     qint64 upTo = 0;          ///< as PartFilter's
 };
 
@@ -57,6 +60,8 @@ public:
     int count(const LogFilter& filter);
     /// Newest first.
     QVector<LogRow> lines(const LogFilter& filter, int limit, int offset);
+    /// As PartReader's.
+    void goOn(Search<LogRow>& search, const LogFilter& filter, int limit, int ms);
     /// All of them, holding one at a time; `take` returns false to end it. False when the reading failed.
     bool each(const LogFilter& filter, Qt::SortOrder order, const std::function<bool(const LogRow&)>& take);
     /// Changes between two moments, oldest first, whose key begins with one of `names`; at most `limit`.
@@ -65,6 +70,8 @@ public:
     static QString databaseOf(const QString& home) { return home + QStringLiteral("/dbLog.db"); }
 
 private:
+    void searchSlice(Search<LogRow>& search, const LogFilter& filter, int limit);
+    int shareSearched(const LogFilter& cuts, const QString& by, const QString& reached);
     QSqlQuery run(const QString& columns, const LogFilter& filter, const QString& end);
 
     const QString m_home;

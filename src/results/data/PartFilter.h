@@ -18,6 +18,9 @@ struct PartFilter
     bool refused = true;
     QString text;            ///< in model, tip or user, in whatever case; empty for all
     bool markedOnly = false; ///< of the reviews
+    bool pictured = false;   ///< of which a picture was archived
+    qint64 since = 0;        ///< as `from` and `to`, for a step of a search; 0: open
+    qint64 before = 0;       ///< not included
     qint64 upTo = 0;         ///< the last row's number, so that pages keep still while parts come in; 0 for all
 };
 

@@ -133,7 +133,9 @@ QString PartReader::from(const PartFilter& filter) const
     when(filter.from.isValid(), QStringLiteral("p.wall >= ?"));
     when(filter.to.isValid(), QStringLiteral("p.wall < ?"));
     when(filter.station > 0, QStringLiteral("p.station = ?"));
-    when(!filter.model.isEmpty(), QStringLiteral("p.model = ?"));
+    // In a step of a search, it is the time by which the rows are found.
+    const QString plain = filter.before > 0 ? QStringLiteral("+") : QString();
+    when(!filter.model.isEmpty(), plain + QStringLiteral("p.model = ?"));
     const bool all = filter.found && filter.notFound && filter.refused;
     QStringList outcomes;
     for (const auto& [on, outcome] :
@@ -142,17 +144,25 @@ QString PartReader::from(const PartFilter& filter) const
         if (on)
             outcomes << QString::number(int(outcome));
     }
-    when(!all, QStringLiteral("p.outcome IN (%1)").arg(outcomes.join(QLatin1Char(','))));
+    when(!all, plain + QStringLiteral("p.outcome IN (%1)").arg(outcomes.join(QLatin1Char(','))));
     when(!filter.text.isEmpty(), QStringLiteral("(p.model LIKE ? ESCAPE '\\' OR p.account LIKE ? ESCAPE '\\' OR "
                                                 "r.resultTip LIKE ? ESCAPE '\\')"));
+    when(filter.pictured, QStringLiteral("(p.source <> '' OR r.value1 <> '')"));
+    when(filter.since > 0, QStringLiteral("p.wall >= %1").arg(filter.since));
+    when(filter.before > 0, QStringLiteral("p.wall < %1").arg(filter.before));
     when(filter.upTo > 0, QStringLiteral("p.uid <= %1").arg(filter.upTo));
     when(filter.markedOnly, m_reviews ? QStringLiteral("v.mark") : QStringLiteral("0"));
     QString text = QStringLiteral(" FROM %1 p").arg(m_source);
-    if (!filter.text.isEmpty())
+    if (!filter.text.isEmpty() || filter.pictured)
         text += QStringLiteral(" LEFT JOIN RltTable r ON r.uid = p.uid");
     if (m_reviews && filter.markedOnly)
         text += QStringLiteral(" JOIN reviews.Review v ON v.wall = p.wall AND v.uid = p.uid");
     return conditions.isEmpty() ? text : text + QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
+}
+
+bool PartReader::isTable() const
+{
+    return m_source == QLatin1String("PartTable");
 }
 
 QSqlQuery PartReader::run(const QString& sql, const PartFilter& filter)
@@ -203,16 +213,50 @@ QString PartReader::wholeRows(const QString& parts) const
     return sql;
 }
 
-/// The page's keys first: only its own rows are looked up in the other tables.
+/// The page's keys first, which an index mostly holds by itself: only its own rows are looked up in the tables.
 QVector<PartRow> PartReader::rows(const PartFilter& filter, Column by, Qt::SortOrder order, int limit, int offset)
 {
     const QString sorting = sortingOf(by, order);
-    const QString page = QStringLiteral("(SELECT p.*%1 ORDER BY %2 LIMIT %3 OFFSET %4)")
-                             .arg(from(filter), sorting, QString::number(limit), QString::number(offset));
+    const QString page =
+        QStringLiteral("(SELECT %1%2 ORDER BY %3 LIMIT %4 OFFSET %5)")
+            .arg(isTable() ? QStringLiteral("p.wall AS keyWall, p.uid AS keyUid") : QStringLiteral("p.*"), from(filter),
+                 sorting, QString::number(limit), QString::number(offset));
+    const QString parts = isTable() ? wholeRows(page + QStringLiteral(" CROSS JOIN PartTable")) +
+                                          QStringLiteral(" WHERE p.wall = keyWall AND p.uid = keyUid")
+                                    : wholeRows(page);
     QVector<PartRow> rows;
-    for (QSqlQuery query = run(wholeRows(page) + QStringLiteral(" ORDER BY ") + sorting, filter); query.next();)
+    for (QSqlQuery query = run(parts + QStringLiteral(" ORDER BY ") + sorting, filter); query.next();)
         rows.append(rowOf(query, m_reviews));
     return rows;
+}
+
+void PartReader::goOn(Search<PartRow>& search, const PartFilter& filter, int limit, int ms)
+{
+    search.goOn(limit, ms, [&] { searchSlice(search, filter, limit); });
+}
+
+/// Parts that are not filled in yet are no table that could be cut.
+void PartReader::searchSlice(Search<PartRow>& search, const PartFilter& filter, int limit)
+{
+    PartFilter slice = filter;
+    const auto ends = span();
+    const qint64 oldest = filter.from.isValid() ? PartTable::wallOf(filter.from) : PartTable::wallOf(ends.first);
+    const qint64 newest = filter.to.isValid() ? PartTable::wallOf(filter.to) : PartTable::wallOf(ends.second) + 1;
+    slice.before = search.before.isNull() ? newest : search.before.toLongLong();
+    QSqlQuery next = run(QStringLiteral("SELECT wall FROM PartTable WHERE wall >= %1 AND wall < %2 ORDER BY wall DESC "
+                                        "LIMIT 1 OFFSET %3")
+                             .arg(oldest)
+                             .arg(slice.before)
+                             .arg(search.rowsASlice));
+    search.ended = !isTable() || !next.next();
+    if (!search.ended) {
+        slice.since = next.value(0).toLongLong();
+        search.before = slice.since;
+        search.percent = int(qBound<qint64>(0, 100 * (newest - slice.since) / qMax<qint64>(1, newest - oldest), 99));
+    }
+    next.finish();
+    search.rows += rows(slice, Time, Qt::DescendingOrder, limit - search.rows.size(), 0);
+    search.ended = search.ended || !m_error.isEmpty();
 }
 
 bool PartReader::each(const PartFilter& filter, Column by, Qt::SortOrder order,
@@ -233,6 +277,25 @@ std::optional<PartRow> PartReader::row(qint64 uid)
 {
     QSqlQuery query = run(wholeRows(m_source) + QStringLiteral(" WHERE p.uid = %1").arg(uid));
     return query.next() ? std::optional(rowOf(query, m_reviews)) : std::nullopt;
+}
+
+std::optional<PartRow> PartReader::partAt(int station, qint64 wall)
+{
+    PartFilter filter;
+    filter.station = station;
+    filter.from = PartTable::timeOf(wall);
+    filter.to = PartTable::timeOf(wall + 1);
+    const QVector<PartRow> found = rows(filter, Time, Qt::DescendingOrder, 1, 0);
+    return found.isEmpty() ? std::nullopt : std::optional(found.first());
+}
+
+QVector<PartRow> PartReader::last(const PartFilter& filter, int count)
+{
+    const QString page = QStringLiteral("(SELECT p.*%1 ORDER BY p.uid DESC LIMIT %2)").arg(from(filter)).arg(count);
+    QVector<PartRow> rows;
+    for (QSqlQuery query = run(wholeRows(page) + QStringLiteral(" ORDER BY p.uid"), filter); query.next();)
+        rows.append(rowOf(query, m_reviews));
+    return rows;
 }
 
 PartSeries PartReader::series(const PartFilter& filter, const std::function<bool()>& goOn)

@@ -2,6 +2,7 @@
 
 #include "db/SqlConnection.h"
 #include "results/data/PartFilter.h"
+#include "results/data/Search.h"
 
 #include <QCoreApplication>
 #include <QVector>
@@ -35,12 +36,18 @@ public:
     int count(const PartFilter& filter);
     /// At most `limit` rows from the `offset`-th on, by a column, then by time.
     QVector<PartRow> rows(const PartFilter& filter, Column by, Qt::SortOrder order, int limit, int offset);
+    /// A step of a search for the newest `limit` parts, which takes about so many milliseconds.
+    void goOn(Search<PartRow>& search, const PartFilter& filter, int limit, int ms);
     /// All of them in that order, however many, holding one at a time; `take` returns false to end it. False when the
     /// reading failed.
     bool each(const PartFilter& filter, Column by, Qt::SortOrder order,
               const std::function<bool(const PartRow&)>& take);
     /// One part by its number.
     std::optional<PartRow> row(qint64 uid);
+    /// The part of a station at that very moment, see PartTable; the last one recorded if there are several.
+    std::optional<PartRow> partAt(int station, qint64 wall);
+    /// Those recorded last, whatever their times say: the newest is the last of them.
+    QVector<PartRow> last(const PartFilter& filter, int count);
     /// All of them; `goOn`, when given, is asked now and then, and false ends the reading.
     PartSeries series(const PartFilter& filter, const std::function<bool()>& goOn = {});
     /// In the order of their names.
@@ -54,6 +61,9 @@ public:
 
 private:
     void attachReviews();
+    /// All parts are filled in.
+    bool isTable() const;
+    void searchSlice(Search<PartRow>& search, const PartFilter& filter, int limit);
     /// FROM and WHERE, with the table `p`.
     QString from(const PartFilter& filter) const;
     QSqlQuery run(const QString& sql, const PartFilter& filter = {});

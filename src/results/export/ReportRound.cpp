@@ -1,10 +1,10 @@
 #include "results/export/ReportRound.h"
 
+#include "config/ShiftConfig.h"
 #include "db/PartTable.h"
 #include "results/data/PartReader.h"
 #include "results/export/ExportProgress.h"
 #include "results/export/PartExport.h"
-#include "results/export/ReportSettings.h"
 #include "results/export/ShiftReport.h"
 
 #include <valvecell/HomeFiles.h>
@@ -19,11 +19,11 @@ QString statePath(const QString& home)
     return home + QStringLiteral("/user/reports-made.json");
 }
 
-ReportData::Span spanAt(const ReportSettings& settings, const Shifts& shifts, qint64 wall)
+ReportData::Span spanAt(const ShiftConfig& settings, const Shifts& shifts, qint64 wall)
 {
     const Shifts::Shift shift = shifts.at(wall);
-    return settings.when == ReportSettings::Day ? ReportData::Span::day(shifts, shift)
-                                                : ReportData::Span::of(shifts, shift);
+    return settings.reportWhen == QLatin1String(ShiftConfig::eachDay) ? ReportData::Span::day(shifts, shift)
+                                                                      : ReportData::Span::of(shifts, shift);
 }
 
 /// -1: none yet.
@@ -51,16 +51,18 @@ bool isIdle(const QString& home, const PartFilter& filter)
 } // namespace
 
 /// A clock that was far ahead must not keep reports away until it gets there again.
-ReportRound::Result ReportRound::run(const QString& home, const Shifts& shifts, qint64 now, ExportProgress& progress)
+ReportRound::Result ReportRound::run(const QString& home, qint64 now, ExportProgress& progress)
 {
     Result result;
-    const ReportSettings settings = ReportSettings::load(home, &result.error);
+    ShiftConfig settings;
+    settings.load(home, &result.error);
     if (!result.error.isEmpty())
         return result;
-    if (settings.when == ReportSettings::Off) {
+    if (!settings.writesReports()) {
         QFile::remove(statePath(home));
         return result;
     }
+    const Shifts shifts = Shifts::fromText(settings.begins);
     const ReportData::Span present = spanAt(settings, shifts, now - delayMs);
     qint64 until = readUntil(home);
     if (until < 0 || until > present.end) {
@@ -79,7 +81,7 @@ ReportRound::Result ReportRound::run(const QString& home, const Shifts& shifts, 
     return result;
 }
 
-QString ReportRound::write(const QString& home, const ReportSettings& settings, const ReportData::Span& span,
+QString ReportRound::write(const QString& home, const ShiftConfig& settings, const ReportData::Span& span,
                            QStringList& written, ExportProgress& progress)
 {
     PartExport parts;
@@ -88,14 +90,14 @@ QString ReportRound::write(const QString& home, const ReportSettings& settings, 
     parts.filter.to = PartTable::timeOf(span.end);
     if (isIdle(home, parts.filter))
         return {};
-    const QString folder = settings.folderIn(home);
-    if (settings.folder.isEmpty() ? !QDir().mkpath(folder) : !QFileInfo(folder).isDir())
+    const QString folder = settings.reportFolderIn(home);
+    if (settings.reportFolder.isEmpty() ? !QDir().mkpath(folder) : !QFileInfo(folder).isDir())
         return tr("报告“%1”没有写入：文件夹 %2 不存在，请检查磁盘或更改报告设置").arg(span.title, folder);
     const QString stem = folder + QLatin1Char('/') + QString(span.title).replace(QLatin1Char(' '), QLatin1Char('_'));
     QVector<ExportOutcome> outcomes;
-    if (settings.pdf)
-        outcomes.append(ShiftReport{home, span, settings.cell}.toPdf(stem + QStringLiteral(".pdf"), progress));
-    if (settings.xlsx)
+    if (settings.reportPdf)
+        outcomes.append(ShiftReport{home, span, settings.reportHeading}.toPdf(stem + QStringLiteral(".pdf"), progress));
+    if (settings.reportXlsx)
         outcomes.append(parts.toXlsx(stem + QStringLiteral(".xlsx"), progress));
     for (const ExportOutcome& outcome : qAsConst(outcomes)) {
         if (!outcome.error.isEmpty())

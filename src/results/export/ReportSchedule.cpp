@@ -26,9 +26,9 @@ ReportSchedule::~ReportSchedule()
     m_progress->cancel();
 }
 
-void ReportSchedule::setShifts(const Shifts& shifts)
+void ReportSchedule::start()
 {
-    m_shifts = shifts;
+    m_next->start(lookMs);
 }
 
 void ReportSchedule::check()
@@ -38,8 +38,9 @@ void ReportSchedule::check()
         return;
     m_busy = true;
     m_next->stop();
-    const auto work = [home = m_home, shifts = m_shifts, now = PartTable::wallOf(m_scheduler.now()),
-                       progress = m_progress] { return Done{ReportRound::run(home, shifts, now, *progress)}; };
+    const auto work = [home = m_home, now = PartTable::wallOf(m_scheduler.now()), progress = m_progress] {
+        return Done{ReportRound::run(home, now, *progress)};
+    };
     if (m_scheduler.usesThreads())
         m_background.run(work, [this](const Done& done) { finish(done); });
     else

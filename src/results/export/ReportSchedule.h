@@ -2,14 +2,14 @@
 
 #include "common/Background.h"
 #include "common/Scheduler.h"
-#include "results/data/Shifts.h"
 
 #include <QObject>
 
 class ExportProgress;
 
-/// Has the report of each shift or day written soon after its end (see ReportRound), also those that were missed while
-/// the program was off. Reading, computing and writing go on a thread, unless the scheduler has none.
+/// Has the report of each shift or day, as ShiftConfig says, written soon after its end (see ReportRound), also those
+/// that were missed while the program was off. Reading, computing and writing go on a thread, unless the scheduler has
+/// none.
 class ReportSchedule : public QObject
 {
     Q_OBJECT
@@ -18,7 +18,8 @@ public:
     ReportSchedule(QString home, Scheduler& scheduler, QObject* parent = nullptr);
     ~ReportSchedule() override;
 
-    void setShifts(const Shifts& shifts);
+    /// The first look is some time away: the start has better to do.
+    void start();
     /// Looks what is due, from now on again and again; also when settings have changed.
     void check();
 
@@ -36,7 +37,6 @@ private:
 
     const QString m_home;
     Scheduler& m_scheduler;
-    Shifts m_shifts;
     QString m_alarm;
     bool m_busy = false;
     bool m_again = false; ///< asked for while one is on

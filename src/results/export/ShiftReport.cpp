@@ -227,13 +227,13 @@ void ShiftReport::failures(const ReportData& data, ReportPaper& paper)
                      cut(row.part.model, longestCell), PartTexts::outcome(row.part.outcome),
                      cut(PartTexts::reason(row), longestCell), row.marked ? tr("是") : QString(),
                      cut(row.comment, longestCell)});
-    paper.table({{tr("时间"), 0.15},
+    paper.table({{tr("时间"), 0.14},
                  {tr("工位"), 0.1},
-                 {tr("型号"), 0.15},
+                 {tr("型号"), 0.14},
                  {tr("结果"), 0.11},
-                 {tr("原因"), 0.22},
-                 {tr("标记"), 0.08},
-                 {tr("备注"), 0.19}},
+                 {tr("原因"), 0.27},
+                 {tr("标记"), 0.07},
+                 {tr("备注"), 0.17}},
                 rows);
     if (data.failureCount > data.failures.size())
         paper.text(tr("还有 %1 个没有列出").arg(data.failureCount - data.failures.size()), ReportPaper::Faint);

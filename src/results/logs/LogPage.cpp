@@ -80,8 +80,15 @@ LogPage::LogPage(QWidget* parent)
         connect(field, &QLineEdit::textChanged, this, settle);
     connect(m_live, &QCheckBox::toggled, this, &LogPage::setLive);
     connect(m_table, &PagedTableBase::refreshed, this, &LogPage::onRefreshed);
+    connect(m_table, &PagedTableBase::searched, this, [this](int percent) {
+        const QString text = tr("正在查找更早的日志：已查 %1%").arg(percent);
+        m_count->setText(text);
+        m_message->sayOrHide(Tone::Plain, m_table->rowCount() == 0 ? text : QString());
+    });
     connect(m_table, &PagedTableBase::counted, this, [this](int lines) {
         m_lines = lines;
+        if (!m_failed)
+            showNothing(lines);
         m_count->setText(tr("%1 行").arg(QLocale().toString(lines)));
     });
     connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] { showChosen(); });
@@ -179,18 +186,26 @@ void LogPage::lookForNew()
 
 void LogPage::onRefreshed(int lines, const QString& error, bool frozen)
 {
-    if (!error.isEmpty())
+    m_failed = !error.isEmpty();
+    m_frozen = frozen;
+    if (m_failed)
         m_message->sayOrHide(Tone::Error, error);
-    else if (lines == 0)
-        m_message->sayOrHide(Tone::Plain, tr("没有符合条件的日志。请选择更多的日期，或放宽类型、内容和用户条件。"));
     else
-        m_message->sayOrHide(Tone::Plain, frozen ? tr("该文件夹不能写入，只能查看") : QString());
+        showNothing(lines);
     for (int row = 0; m_chosen >= 0 && m_table->rowAt(row); ++row) {
         if (m_table->rowAt(row)->id == m_chosen)
             return m_view->selectRow(row);
     }
     if (lines == 0)
         showChosen();
+}
+
+void LogPage::showNothing(int lines)
+{
+    if (lines == 0)
+        m_message->sayOrHide(Tone::Plain, tr("没有符合条件的日志。请选择更多的日期，或放宽类型、内容和用户条件。"));
+    else
+        m_message->sayOrHide(Tone::Plain, m_frozen ? tr("该文件夹不能写入，只能查看") : QString());
 }
 
 void LogPage::find()

@@ -48,6 +48,7 @@ private:
     void retranslate();
     void showChosen();
     void onRefreshed(int lines, const QString& error, bool frozen);
+    void showNothing(int lines);
     void setLive(bool on);
     void lookForNew();
     void keepColumns() const;
@@ -69,6 +70,8 @@ private:
     QTimer* m_next; ///< while the newest lines are shown as they come
     QString m_home;
     int m_lines = 0;
+    bool m_failed = false;
+    bool m_frozen = false;
     qint64 m_newest = -1; ///< line, when the last refresh of a live page began
     qint64 m_chosen = -1; ///< the line that stays chosen when the table is read anew
     Background m_looking;

@@ -12,7 +12,9 @@ LogTableModel::LogTableModel(QObject* parent)
 
 void LogTableModel::refresh()
 {
-    const auto read = [home = m_home, filter = m_filter](int number, qint64 upTo) {
+    const bool searches = !m_filter.text.isEmpty() || !m_filter.user.isEmpty() || m_filter.changesOnly ||
+                          m_filter.least < SystemLog::Trace || m_filter.worst > SystemLog::Error;
+    const auto read = [home = m_home, filter = m_filter, searches](int number, qint64 upTo) {
         platform::lowerThreadPriority(); // the production goes first
         Page page;
         LogReader reader(home);
@@ -22,7 +24,11 @@ void LogTableModel::refresh()
         }
         LogFilter upToNow = filter;
         upToNow.upTo = page.upTo = upTo > 0 ? upTo : reader.lastLine();
-        page.rows = reader.lines(upToNow, rowsAPage, number * rowsAPage);
+        page.ended = !searches || number > 0;
+        if (page.ended)
+            page.rows = reader.lines(upToNow, rowsAPage, number * rowsAPage);
+        else
+            reader.goOn(page, upToNow, rowsAPage, firstStepMs);
         page.error = reader.error();
         page.frozen = reader.isFrozen();
         return page;
@@ -33,7 +39,17 @@ void LogTableModel::refresh()
         upToNow.upTo = upTo;
         return reader.open() ? reader.count(upToNow) : 0;
     };
-    restart(read, count);
+    const auto goOn = [home = m_home, filter = m_filter](Page page) {
+        platform::lowerThreadPriority();
+        LogReader reader(home);
+        LogFilter upToNow = filter;
+        upToNow.upTo = page.upTo;
+        if (reader.open())
+            reader.goOn(page, upToNow, rowsAPage, stepMs);
+        page.error = reader.error();
+        return page;
+    };
+    restart(read, count, goOn);
 }
 
 int LogTableModel::columnCount(const QModelIndex& parent) const

@@ -91,10 +91,8 @@ PartDetail::PartDetail(QWidget* parent)
         m_changed = true;
         m_settled->start();
     });
-    connect(m_designer, &QAbstractButton::clicked, this, [this] {
-        const bool source = QFileInfo::exists(this->picture(true));
-        emit designerWanted(this->picture(source), m_part->part.model, m_part->part.station);
-    });
+    connect(m_designer, &QAbstractButton::clicked, this,
+            [this] { emit designerWanted(this->picture(true), m_part->part.model, m_part->part.station); });
 }
 
 PartDetail::~PartDetail()
@@ -132,9 +130,10 @@ void PartDetail::show(const std::optional<PartRow>& part)
         return;
     note();
     m_part = part;
-    for (QWidget* each : {static_cast<QWidget*>(m_source), static_cast<QWidget*>(m_mark),
-                          static_cast<QWidget*>(m_comment), static_cast<QWidget*>(m_designer)})
+    for (QWidget* each :
+         {static_cast<QWidget*>(m_source), static_cast<QWidget*>(m_mark), static_cast<QWidget*>(m_comment)})
         each->setEnabled(part.has_value());
+    m_designer->setEnabled(part && !part->part.sourceImage.isEmpty());
     {
         const QSignalBlocker quiet(m_comment);
         m_mark->setChecked(part && part->marked);
@@ -189,6 +188,9 @@ void PartDetail::retranslate()
     m_source->setText(tr("相机原图"));
     m_mark->setText(tr("标记"));
     m_designer->setText(tr("在设计器中打开"));
+    m_designer->setToolTip(m_part && m_part->part.sourceImage.isEmpty()
+                               ? tr("没有保存相机原图：请在系统设置中打开该工位的“原始图像”")
+                               : tr("用该型号现在的参数重新检测相机原图"));
     m_comment->setPlaceholderText(tr("备注"));
     if (!m_part)
         return m_values->clear();

@@ -35,7 +35,7 @@ public:
 signals:
     /// To be stored; see ReviewStore.
     void reviewed(qint64 uid, qint64 wall, bool marked, const QString& comment);
-    /// Of the part that is shown: the source image where there is one.
+    /// Of the part that is shown: its source image.
     void designerWanted(const QString& picture, const QString& model, int station);
 
 protected:

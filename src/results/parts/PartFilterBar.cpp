@@ -11,6 +11,7 @@
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QTimer>
+#include <QToolButton>
 
 namespace {
 
@@ -36,7 +37,9 @@ PartFilterBar::PartFilterBar(QWidget* parent)
     , m_rows(new QBoxLayout(QBoxLayout::LeftToRight, this))
     , m_where(new QWidget(this))
     , m_what(new QWidget(this))
+    , m_earlier(new QToolButton(this))
     , m_period(new QComboBox(this))
+    , m_later(new QToolButton(this))
     , m_from(timeField(this))
     , m_to(timeField(this))
     , m_station(new QComboBox(this))
@@ -60,7 +63,10 @@ PartFilterBar::PartFilterBar(QWidget* parent)
     m_model->setMinimumContentsLength(10);
     m_text->setClearButtonEnabled(true);
     m_text->setMinimumWidth(90);
-    for (QWidget* each : {static_cast<QWidget*>(m_period), static_cast<QWidget*>(m_from), static_cast<QWidget*>(m_to),
+    m_earlier->setArrowType(Qt::LeftArrow);
+    m_later->setArrowType(Qt::RightArrow);
+    for (QWidget* each : {static_cast<QWidget*>(m_earlier), static_cast<QWidget*>(m_period),
+                          static_cast<QWidget*>(m_later), static_cast<QWidget*>(m_from), static_cast<QWidget*>(m_to),
                           static_cast<QWidget*>(m_station), static_cast<QWidget*>(m_model)})
         where->addWidget(each);
     where->addStretch();
@@ -73,6 +79,8 @@ PartFilterBar::PartFilterBar(QWidget* parent)
     showPeriod();
     DialogForm::prepareFields(this);
 
+    connect(m_earlier, &QToolButton::clicked, this, [this] { step(-1); });
+    connect(m_later, &QToolButton::clicked, this, [this] { step(1); });
     const auto settle = [this] { m_settled->start(); };
     connect(m_settled, &QTimer::timeout, this, &PartFilterBar::changed);
     connect(m_period, qOverload<int>(&QComboBox::currentIndexChanged), this, &PartFilterBar::showPeriod);
@@ -121,6 +129,8 @@ PartFilter PartFilterBar::filter() const
         filter.to = m_to->dateTime();
         break;
     }
+    if (endsNow()) // parts of a clock that was far ahead are none of these days
+        filter.to = midnight(-2);
     filter.station = m_station->currentIndex();
     filter.model = m_model->currentIndex() > 0 ? m_model->currentText() : QString();
     filter.found = m_outcomes[int(PartOutcome::Found)]->isChecked();
@@ -129,6 +139,12 @@ PartFilter PartFilterBar::filter() const
     filter.markedOnly = m_marked->isChecked();
     filter.text = m_text->text().trimmed();
     return filter;
+}
+
+bool PartFilterBar::endsNow() const
+{
+    const int period = m_period->currentIndex();
+    return period == Today || period == Week || period == Month;
 }
 
 QString PartFilterBar::problem() const
@@ -193,11 +209,43 @@ void PartFilterBar::showPeriod()
     const bool own = m_period->currentIndex() == Own;
     for (QDateTimeEdit* field : {m_from, m_to})
         field->setVisible(own);
+    for (QToolButton* button : {m_earlier, m_later})
+        button->setEnabled(m_period->currentIndex() != All);
     arrange();
     if (own && m_from->dateTime() >= m_to->dateTime()) {
         m_from->setDateTime(midnight(0));
         m_to->setDateTime(midnight(-1));
     }
+}
+
+void PartFilterBar::step(int direction)
+{
+    const PartFilter shown = filter();
+    const qint64 begin = PartTable::wallOf(shown.from);
+    const qint64 end = PartTable::wallOf(endsNow() ? midnight(-1) : shown.to);
+    const Shifts::Shift shift = m_shifts.at(begin);
+    if (m_shifts.count() > 1 && shift.begin == begin && shift.end == end) {
+        const Shifts::Shift other = direction < 0 ? m_shifts.previous(shift) : m_shifts.next(shift);
+        return showSpan(other.begin, other.end);
+    }
+    showSpan(begin + direction * (end - begin), end + direction * (end - begin));
+}
+
+void PartFilterBar::showSpan(qint64 begin, qint64 end)
+{
+    const Shifts::Shift now = m_shifts.at(PartTable::wallOf(QDateTime::currentDateTime()));
+    const Shifts::Shift last = m_shifts.previous(now);
+    const qint64 days[] = {PartTable::wallOf(midnight(1)), PartTable::wallOf(midnight(0)),
+                           PartTable::wallOf(midnight(-1))};
+    const std::pair<Period, QPair<qint64, qint64>> known[] = {{Today, {days[1], days[2]}},
+                                                              {Yesterday, {days[0], days[1]}},
+                                                              {ThisShift, {now.begin, now.end}},
+                                                              {LastShift, {last.begin, last.end}}};
+    for (const auto& [period, span] : known) {
+        if (span == qMakePair(begin, end))
+            return m_period->setCurrentIndex(period);
+    }
+    setTimes(PartTable::timeOf(begin), PartTable::timeOf(end));
 }
 
 QSize PartFilterBar::minimumSizeHint() const
@@ -239,6 +287,10 @@ void PartFilterBar::retranslate()
     for (int i = 0; i < 3; ++i)
         m_outcomes[i]->setText(PartTexts::outcome(PartOutcome(i)));
     m_marked->setText(tr("已标记"));
+    m_earlier->setToolTip(tr("更早：前一天、前一班"));
+    m_later->setToolTip(tr("更晚：后一天、后一班"));
+    for (QToolButton* button : {m_earlier, m_later})
+        button->setAccessibleName(button->toolTip());
     m_text->setPlaceholderText(tr("型号、原因或用户"));
     arrange();
 }

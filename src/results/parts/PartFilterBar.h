@@ -11,6 +11,7 @@ class QComboBox;
 class QDateTimeEdit;
 class QLineEdit;
 class QTimer;
+class QToolButton;
 
 /// Which parts a page shows: time, station, model, outcome, text.
 class PartFilterBar : public QWidget
@@ -49,13 +50,19 @@ protected:
 private:
     void retranslate();
     void showPeriod();
+    /// As much time before (-1) or after (1) what is chosen: a day, a shift, or what it is.
+    void step(int direction);
+    bool endsNow() const;
+    void showSpan(qint64 begin, qint64 end);
     void arrange();
 
     Shifts m_shifts;
     QBoxLayout* m_rows;
     QWidget* m_where; ///< time, station, model
     QWidget* m_what;  ///< outcome, mark, text
+    QToolButton* m_earlier;
     QComboBox* m_period;
+    QToolButton* m_later;
     QDateTimeEdit* m_from;
     QDateTimeEdit* m_to;
     QComboBox* m_station;

@@ -56,7 +56,9 @@ PartTableModel::PartTableModel(QObject* parent)
 
 void PartTableModel::refresh()
 {
-    const auto read = [home = m_home, filter = m_filter, by = m_by, order = m_order](int number, qint64 upTo) {
+    const bool searches = !m_filter.text.isEmpty() && m_by == PartReader::Time && m_order == Qt::DescendingOrder;
+    const auto read = [home = m_home, filter = m_filter, by = m_by, order = m_order, searches](int number,
+                                                                                               qint64 upTo) {
         platform::lowerThreadPriority(); // the production goes first
         Page page;
         PartReader reader(home);
@@ -66,7 +68,11 @@ void PartTableModel::refresh()
         }
         PartFilter upToNow = filter;
         upToNow.upTo = page.upTo = upTo > 0 ? upTo : reader.lastRow();
-        page.rows = reader.rows(upToNow, by, order, rowsAPage, number * rowsAPage);
+        page.ended = !searches || number > 0;
+        if (page.ended)
+            page.rows = reader.rows(upToNow, by, order, rowsAPage, number * rowsAPage);
+        else
+            reader.goOn(page, upToNow, rowsAPage, firstStepMs);
         page.error = reader.error();
         page.frozen = reader.isFrozen();
         return page;
@@ -77,7 +83,17 @@ void PartTableModel::refresh()
         upToNow.upTo = upTo;
         return reader.open() ? reader.count(upToNow) : 0;
     };
-    restart(read, count);
+    const auto goOn = [home = m_home, filter = m_filter](Page page) {
+        platform::lowerThreadPriority();
+        PartReader reader(home);
+        PartFilter upToNow = filter;
+        upToNow.upTo = page.upTo;
+        if (reader.open())
+            reader.goOn(page, upToNow, rowsAPage, stepMs);
+        page.error = reader.error();
+        return page;
+    };
+    restart(read, count, goOn);
 }
 
 void PartTableModel::setReview(qint64 uid, bool marked, const QString& comment)

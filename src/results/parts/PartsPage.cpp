@@ -2,6 +2,7 @@
 
 #include "common/forms/DialogForm.h"
 #include "common/forms/InlineMessage.h"
+#include "db/PartTable.h"
 #include "results/ViewState.h"
 #include "results/data/ReviewStore.h"
 #include "results/export/forms/ExportBar.h"
@@ -22,6 +23,8 @@
 #include <QStackedWidget>
 #include <QTableView>
 #include <QVBoxLayout>
+
+#include <utility>
 
 namespace {
 
@@ -125,10 +128,11 @@ PartsPage::PartsPage(QWidget* parent)
     retranslate();
     offerExports();
     connect(m_filter, &PartFilterBar::changed, this, [this] {
-        m_chosen = -1;
+        m_chosen = std::exchange(m_wanted, -1);
         take();
     });
     connect(m_table, &PagedTableBase::refreshed, this, &PartsPage::onRefreshed);
+    connect(m_table, &PagedTableBase::searched, this, &PartsPage::onSearched);
     connect(m_table, &PagedTableBase::counted, this, &PartsPage::onCounted);
     connect(m_table, &PagedTableBase::loaded, this, &PartsPage::showChosen);
     connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &PartsPage::showChosen);
@@ -278,16 +282,24 @@ void PartsPage::take()
 /// A part that somebody looks at stays; otherwise the newest is shown.
 void PartsPage::onRefreshed(int parts, const QString& error, bool frozen)
 {
-    m_parts = parts;
     m_counted = false;
     if (error.isEmpty() && frozen)
         m_message->sayOrHide(Tone::Plain, tr("该文件夹不能写入，只能查看"));
     else
         m_message->sayOrHide(Tone::Error, error);
+    m_nothing->setText(error.isEmpty() ? nothingText() : QString());
+    showViews(parts);
+}
+
+QString PartsPage::nothingText()
+{
+    return tr("没有符合条件的工件。\n请选择更长的时间，或放宽工位、型号、结果和文字条件。");
+}
+
+void PartsPage::showViews(int parts)
+{
+    m_parts = parts;
     m_asPictures->setEnabled(parts > 0);
-    m_nothing->setText(!error.isEmpty()
-                           ? QString()
-                           : tr("没有符合条件的工件。\n请选择更长的时间，或放宽工位、型号、结果和文字条件。"));
     m_views->setCurrentWidget(parts == 0                  ? static_cast<QWidget*>(m_nothing)
                               : m_asPictures->isChecked() ? m_strip
                                                           : m_view);
@@ -300,8 +312,23 @@ void PartsPage::onRefreshed(int parts, const QString& error, bool frozen)
         m_detail->show(std::nullopt);
 }
 
+/// What is found turns up by and by.
+void PartsPage::onSearched(int percent)
+{
+    const QString text = tr("正在查找更早的工件：已查 %1%").arg(percent);
+    m_count->setText(text);
+    if (m_table->rowCount() == 0)
+        m_nothing->setText(text);
+    else if (m_parts == 0)
+        showViews(m_table->rowCount());
+}
+
 void PartsPage::onCounted(int parts)
 {
+    if (parts > 0 && m_parts == 0)
+        showViews(parts);
+    if (parts == 0 && m_table->rowCount() == 0 && !m_nothing->text().isEmpty())
+        m_nothing->setText(nothingText());
     m_parts = parts;
     m_counted = true;
     showCount();
@@ -333,6 +360,7 @@ void PartsPage::showChosen()
 void PartsPage::showDay(int station, bool failuresOnly)
 {
     m_filter->setFilter(PartFilterBar::Today, station, !failuresOnly, true, true);
+    m_asPictures->setChecked(failuresOnly);
 }
 
 void PartsPage::showTimes(const QDateTime& from, const QDateTime& to)
@@ -354,6 +382,24 @@ void PartsPage::showPart(qint64 uid)
         return reader.open() ? reader.row(uid) : std::nullopt;
     };
     m_models.run(read, [this](const std::optional<PartRow>& part) {
+        if (part)
+            m_detail->show(part);
+    });
+}
+
+/// Chosen when the table comes; one that stands too far down in it is shown beside it all the same.
+void PartsPage::showPartAt(int station, qint64 wall)
+{
+    const auto read = [home = m_home, station, wall] {
+        PartReader reader(home);
+        return reader.open() ? reader.partAt(station, wall) : std::nullopt;
+    };
+    m_models.run(read, [this, station, wall](const std::optional<PartRow>& part) {
+        constexpr int aroundSeconds = 60;
+        const QDateTime time = PartTable::timeOf(wall);
+        m_wanted = part ? part->uid : -1;
+        m_filter->setFilter(PartFilterBar::Own, station, true, true, true);
+        m_filter->setTimes(time.addSecs(-aroundSeconds), time.addSecs(aroundSeconds));
         if (part)
             m_detail->show(part);
     });

@@ -42,11 +42,13 @@ public:
     /// Goes to the text filter.
     void find();
 
-    /// Today's parts of a station (0: both): all, or those that were not found or refused.
+    /// Today's parts of a station (0: both): all, or those that were not found or refused, as small pictures.
     void showDay(int station, bool failuresOnly);
     void showFailures(int station) { showDay(station, true); }
     void showTimes(const QDateTime& from, const QDateTime& to);
     void showPart(qint64 uid);
+    /// The part of a station at that moment, chosen among those of its minutes.
+    void showPartAt(int station, qint64 wall);
     PartFilter filter() const;
     PartTableModel& table() { return *m_table; }
     ExportBar& exports() { return *m_exports; }
@@ -67,7 +69,10 @@ private:
     void choose(int part);
     void showChosen();
     void onRefreshed(int parts, const QString& error, bool frozen);
+    void onSearched(int percent);
     void onCounted(int parts);
+    void showViews(int parts);
+    static QString nothingText();
     void showCount();
     void store(qint64 uid, qint64 wall, bool marked, const QString& comment);
     void restoreLayout();
@@ -91,6 +96,7 @@ private:
     QSplitter* m_sides;
     int m_parts = 0;
     bool m_counted = true;
+    qint64 m_wanted = -1; ///< the part that is chosen with the next filter
     qint64 m_chosen = -1; ///< the part that stays chosen when the table is read anew
     Background m_models;
     Background m_reviews; ///< written also when the page is closed

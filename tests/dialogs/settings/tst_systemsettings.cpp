@@ -1,6 +1,7 @@
 #include "common/forms/ChoiceBox.h"
 #include "config/AccessPolicy.h"
 #include "config/CellLimits.h"
+#include "config/ShiftConfig.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "dialogs/DialogDriver.h"
@@ -37,7 +38,8 @@ struct Bench
     ksGlobalConfig global;
     AccessPolicy access;
     CellLimits limits;
-    QSystemSettingUI dialog{system, global, access, limits};
+    ShiftConfig shifts;
+    QSystemSettingUI dialog{system, global, access, limits, shifts};
     DialogDriver driver{dialog};
     QVector<AuditChanges> applied;
 
@@ -70,7 +72,7 @@ struct Bench
         choice->setCurrentIndex(row);
     }
 
-    QByteArray files() const { return home.read(iniFile) + home.read(jsonFile); }
+    QByteArray files() const { return home.read(iniFile) + home.read(jsonFile) + home.read("/user/shifts.json"); }
 };
 
 } // namespace
@@ -94,6 +96,9 @@ private slots:
              {"port with an apostrophe", "portEdit", "COM'3", "单引号"},
              {"endless port", "portEdit", QString(251, 'x'), "文字太长"},
              {"port of Linux", "portEdit", "/dev/serial/by-id/usb-串口", ""},
+             {"shift of no time", "shiftsEdit", "06:00, 24:00", "班次时间“24:00”不对"},
+             {"shift twice", "shiftsEdit", "6:00 06:00", "重复"},
+             {"shifts as one types them", "shiftsEdit", "6:00，14:00、22:00", ""},
              {"full-width digits", "filterEdit", "１５００", ""},
              {"filter off", "filterEdit", "0", ""}});
     }
@@ -157,6 +162,25 @@ private slots:
         QVERIFY(bench.driver.message().contains("只保留1天"));
     }
 
+    void reportsThatCannotBeWrittenAreNotSwitchedOn()
+    {
+        Bench bench;
+        bench.driver.type("reportFolderEdit", "Z:reports");
+        QVERIFY2(bench.driver.canPress("okButton"), "nothing is written there");
+        bench.choose("reportWhenBox", "shift");
+        QVERIFY(bench.driver.message().contains("“Z:reports”不是完整路径") && !bench.driver.canPress("okButton"));
+        bench.driver.act({"reportFolderEdit=" + bench.home.path(), "reportPdfCheck"});
+        QVERIFY(bench.driver.message().contains("至少选择一种格式") && !bench.driver.canPress("okButton"));
+        bench.driver.act({"reportXlsxCheck", "reportHeadingEdit=三号线", "shiftsEdit=6:00 18:00", "okButton"});
+        QCOMPARE(listed(bench.applied.value(0)),
+                 "report_folder:>" + bench.home.path() +
+                     " report_heading:>三号线 report_pdf:true>false report_when:off>shift report_xlsx:false>true "
+                     "shift_begins:>6:00 18:00");
+        ShiftConfig stored;
+        stored.load();
+        QCOMPARE(told(stored.reportWhen, stored.begins), "shift|6:00 18:00");
+    }
+
     void everySettingHasOneField()
     {
         Bench bench;
@@ -166,7 +190,8 @@ private slots:
             if (field->property("settingKey").isValid())
                 keys << field->property("settingKey").toString();
         keys.sort();
-        QCOMPARE(keys, SettingsStore(bench.system, bench.global, bench.access, bench.limits).current().keys());
+        QCOMPARE(keys,
+                 SettingsStore(bench.system, bench.global, bench.access, bench.limits, bench.shifts).current().keys());
     }
 
     void everythingEditedIsStoredExactlyOnce()
@@ -176,10 +201,10 @@ private slots:
         bench.choose("solutionBox2", "工位3");
         bench.choose("languageBox", "English");
         for (const char* box : {"saveSource1", "saveResult2", "onlineCheck", "protectCheck", "fourPointCheck",
-                                "cleanSource", "cleanResult", "engineerCheck"})
+                                "cleanSource", "cleanResult", "engineerCheck", "onlyFailedCheck"})
             bench.driver.press(box);
         bench.driver.act({"filterEdit=２50", "burstEdit=3", "portEdit= /dev/ttyUSB0 ", "baudEdit=9600", "daysEdit=14",
-                          "dirDaysEdit=60", "recordDaysEdit=0", "spaceEdit=25"});
+                          "dirDaysEdit=60", "failedDaysEdit=90", "recordDaysEdit=0", "spaceEdit=25"});
         QEvent language(QEvent::LanguageChange); // what was typed stays
         QCoreApplication::sendEvent(&bench.dialog, &language);
         bench.driver.press("applyButton");
@@ -193,7 +218,8 @@ private slots:
         QCOMPARE(listed(bench.applied[0]),
                  "COM/Baute:115200>9600 COM/Port:COM3>/dev/ttyUSB0 CheckThread/Enable_RltImg:false>true "
                  "CheckThread/Enable_SrcImg:false>true CheckThread/days:7>14 CheckThread/days_dir:30>60 "
-                 "CheckThread/days_records:1095>0 CheckThread/spacesize:10>25 Image/RltImgSave_st2:false>true "
+                 "CheckThread/days_failed:0>90 CheckThread/days_records:1095>0 CheckThread/spacesize:10>25 "
+                 "Image/OnlyFailed:false>true Image/RltImgSave_st2:false>true "
                  "Image/SrcImgSave_st1:false>true "
                  "TrigDetector/FilterTime:10>3 engineer_only:false>true language/select:Chinese>English "
                  "onlineMode:false>true "
@@ -271,7 +297,7 @@ private slots:
     void secondDialogDoesNotUndoTheFirst()
     {
         Bench bench;
-        QSystemSettingUI other(bench.system, bench.global, bench.access, bench.limits);
+        QSystemSettingUI other(bench.system, bench.global, bench.access, bench.limits, bench.shifts);
         Bench::equip(other);
         other.show();
         bench.driver.act({"daysEdit=14", "okButton"});

@@ -39,10 +39,12 @@ ExportBar::ExportBar(QWidget* parent)
 {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(m_message, 1);
-    row->addWidget(m_bar);
-    row->addWidget(m_cancel);
     row->addWidget(m_button);
+    row->addWidget(m_cancel);
+    row->addWidget(m_bar);
+    row->addWidget(m_message, 1);
+    row->addStretch();
+    m_button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_message->sayOrHide(Tone::Plain, {});
     m_bar->setRange(0, 100);
     m_bar->setMaximumWidth(240);

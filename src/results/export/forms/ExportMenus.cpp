@@ -1,10 +1,10 @@
 #include "results/export/forms/ExportMenus.h"
 
+#include "config/ShiftConfig.h"
 #include "db/PartTable.h"
 #include "results/charts/ResultPlot.h"
 #include "results/export/LogExport.h"
 #include "results/export/PictureExport.h"
-#include "results/export/ReportSettings.h"
 #include "results/export/ShiftReport.h"
 #include "results/export/forms/ChartExport.h"
 #include "results/export/forms/ChartPicture.h"
@@ -39,9 +39,10 @@ ReportData::Span ExportMenus::spanOf(const Parts& parts)
     const qint64 end = filter.to.isValid() ? PartTable::wallOf(filter.to) : now;
     if (begin == whole.begin && (end == whole.end || (end > now && whole.end > now)))
         return whole;
-    const QString last = PartTable::timeOf(end - 1).toString(QStringLiteral("yyyy-MM-dd"));
+    const qint64 shown = qMin(end, qMax(now, begin + 1));
+    const QString last = PartTable::timeOf(shown - 1).toString(QStringLiteral("yyyy-MM-dd"));
     const QString first = filter.from.toString(QStringLiteral("yyyy-MM-dd"));
-    return {first == last ? first : tr("%1 至 %2").arg(first, last), begin, end};
+    return {first == last ? first : tr("%1 至 %2").arg(first, last), begin, shown};
 }
 
 void ExportMenus::addParts(ExportBar* bar, const std::function<Parts()>& shown)
@@ -74,7 +75,9 @@ void ExportMenus::addParts(ExportBar* bar, const std::function<Parts()>& shown)
                           [shown]() -> ExportBar::Work {
                               return [home = shown().table.home, span = spanOf(shown())](const QString& path,
                                                                                          ExportProgress& p) {
-                                  return ShiftReport{home, span, ReportSettings::load(home).cell}.toPdf(path, p);
+                                  ShiftConfig settings;
+                                  settings.load(home);
+                                  return ShiftReport{home, span, settings.reportHeading}.toPdf(path, p);
                               };
                           }));
 }
