@@ -141,21 +141,11 @@ const WindowActions::Row WindowActions::rows[] = {
          const auto make = [&own] { return new QPlcMonitorUI(own.m_parts.cell.link(), &own.m_parts.window); };
          own.place(own.dialog<QPlcMonitorUI>(Anybody, make), "actionPlc");
      }},
+    {"actionBackup", Engineers, [](WindowActions& own) { own.openBackup(); }},
     {"actionAssistant", Engineers, [](WindowActions& own) { own.openFirstStart(); }},
     {"actionGuide", Engineers, [](WindowActions& own) { own.openCalibrationGuide(); }},
     {"actionTeach", Engineers, [](WindowActions& own) { own.openTeaching({}); }},
     {"actionLibrary", Engineers, [](WindowActions& own) { own.openLibrary(); }},
-    {"actionBackup", Engineers,
-     [](WindowActions& own) {
-         const auto make = [&own] {
-             auto* made = new QBackupUI(platform::home(), &own.m_parts.window);
-             connect(made, &QBackupUI::done, &own, [&own](const QString& what, const QString& file) {
-                 own.logChanges({{what, QString(), file}});
-             });
-             return made;
-         };
-         own.place(own.dialog<QBackupUI>(Engineers, make), "actionBackup");
-     }},
     {"actionAbout", Anybody,
      [](WindowActions& own) {
          own.place(own.dialog<QAboutUI>(Anybody, [&own] { return new QAboutUI(&own.m_parts.window); }), "actionAbout");
@@ -379,6 +369,18 @@ void WindowActions::openAlarms()
 {
     place(dialog<AlarmHistory>(Anybody, [this] { return new AlarmHistory(m_parts.cell.alarms(), &m_parts.window); }),
           "actionAlarms");
+}
+
+void WindowActions::openBackup()
+{
+    const auto make = [this] {
+        auto* made = new QBackupUI(platform::home(), &m_parts.window);
+        connect(made, &QBackupUI::done, this, [this](const QString& what, const QString& file) {
+            logChanges({{what, QString(), file}});
+        });
+        return made;
+    };
+    place(dialog<QBackupUI>(Engineers, make), "actionBackup");
 }
 
 /// Beside the stations, so that one sees what a test does.

@@ -101,6 +101,7 @@ private:
     void openResults();
     void openLog();
     void openAlarms();
+    void openBackup();
     void openTest();
     ResultsDialog* results();
     void resetShift(StationPanels& panels, int station);

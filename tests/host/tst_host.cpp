@@ -130,7 +130,7 @@ private slots:
         const auto shows = [&](const char* name) { return window.findChild<QWidget*>(name)->isVisible(); };
         QCOMPARE(told(shows("stationView2"), shows("logPanel2"), shows("singleStationHint")),
                  cameras == 2 ? "true|true|false" : "false|false|true");
-        const auto* reading = window.findChild<QWidget*>("stationView2")->findChild<QWidget*>("reading");
+        const auto* reading = window.findChild<QWidget*>("stationView2")->findChild<QWidget*>("angleTile");
         QCOMPARE(reading->isHidden(), cameras == 1);
         box->button(QMessageBox::Yes)->click();
         QTRY_VERIFY(!box);
