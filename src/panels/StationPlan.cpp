@@ -9,7 +9,7 @@ constexpr int leastSide = 206;
 constexpr int leastRow = 540;
 constexpr int leastColumn = 440;
 constexpr int leastFailures = 54;
-constexpr int shiftHeight = 26;
+constexpr int shiftHeight = 40; // its button is for fingers
 
 QRect cut(QRect& room, int height)
 {
