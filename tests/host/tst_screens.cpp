@@ -67,7 +67,7 @@ QStringList english(const QWidget& part)
 {
     static const QRegularExpression words(QStringLiteral("[A-Za-z]{3,}( [A-Za-z]+)*"));
     static const QRegularExpression usual(QStringLiteral(
-        "PLC|IDs?|COM|CSV|PDF|XLSX|JSON|RGB|HSV|GB|cam[12]|S[12]|W18|Ctrl|Esc|ValveCell|Qt|OpenCV|MIT|"
+        "PLC|IDs?|COM|CSV|PDF|XLSX|Excel|JSON|RGB|HSV|GB|cam[12]|S[12]|W18|Ctrl|Esc|ValveCell|Qt|OpenCV|MIT|"
         "auto|cam|Language|Debian|Virtual|Opened|None|SHA|CRC|GAMMA|English|Chinese|mm|px|deg|Cpk?|UCL|LCL"));
     QStringList faults;
     for (const QWidget* widget : part.findChildren<QWidget*>()) {

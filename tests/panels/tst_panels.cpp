@@ -24,6 +24,8 @@
 #include <array>
 #include <cmath>
 
+Q_DECLARE_METATYPE(PartRow)
+
 namespace {
 
 using Rgb = std::array<double, 3>; // linear
@@ -392,8 +394,6 @@ private slots:
         QVERIFY(plan.angle.height() >= 50 && plan.angle.width() >= 170 && plan.x.width() >= 130);
     }
 };
-
-Q_DECLARE_METATYPE(PartRow)
 
 QTEST_MAIN(PanelsTest)
 #include "tst_panels.moc"
