@@ -36,8 +36,13 @@ void PageBar::addAction(int room, QAction* action)
     button->hide();
 }
 
+/// Room by room: the buttons of two at once would make the window wider, and it would stay so.
 void PageBar::show(int room, const QString& current)
 {
+    for (const Entry& entry : qAsConst(m_entries)) {
+        if (entry.room != room)
+            entry.button->hide();
+    }
     for (const Entry& entry : qAsConst(m_entries)) {
         entry.button->setVisible(entry.room == room);
         ShellButton::mark(entry.button, entry.action == current);

@@ -244,6 +244,7 @@ private slots:
             QTRY_COMPARE(openWindows(), QWidgetList{window.get()});
         }
         QVERIFY(pages.size() >= 12);
+        QCOMPARE(window->size(), size); // no page made it larger
         QVERIFY2(faults.isEmpty(), qPrintable(faults.join('\n')));
     }
 
