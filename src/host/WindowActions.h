@@ -138,3 +138,15 @@ private:
     QHash<QString, QPointer<QDialog>> m_dialogs; ///< by class and key
     QVector<QPointer<QDialog>> m_engineering;    ///< those of them that are for engineers, and the calibrations
 };
+
+template <typename Dialog, typename Make>
+Dialog* WindowActions::dialog(Who who, Make make, const QString& key)
+{
+    QPointer<QDialog>& known = m_dialogs[QLatin1String(Dialog::staticMetaObject.className()) + QLatin1Char('/') + key];
+    if (!known) {
+        known = make();
+        if (who == Engineers)
+            m_engineering.append(known);
+    }
+    return static_cast<Dialog*>(known.data());
+}

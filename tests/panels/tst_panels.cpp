@@ -139,7 +139,7 @@ private slots:
             const auto ground = seen(lampColors(lamp).ground);
             const auto ink = seen(lampColors(lamp).ink);
             for (int eye = 0; eye < 4; ++eye) {
-                const auto [low, high] = std::minmax(luminance(ground[eye]), luminance(ink[eye]));
+                const auto [low, high] = std::minmax({luminance(ground[eye]), luminance(ink[eye])});
                 QVERIFY2((high + 0.05) / (low + 0.05) >= 4.5, qPrintable(QString("%1 %2").arg(int(lamp)).arg(eye)));
                 for (const Lamp other : lamps) {
                     const double theirs = luminance(seen(lampColors(other).ground)[eye]);
