@@ -132,7 +132,6 @@ void CMainWin::createWorkflow()
         if (!m_asksToClose) // closing all would take the question for answered
             QApplication::closeAllWindows();
     });
-    m_panels->follow(*m_cell, platform::home());
     m_ui->stateBar->follow(*m_cell, *ksGlobalConfig::instance(), *ksSysConfig::instance());
     connect(m_cell.get(), &Cell::sgShowLog, this, &CMainWin::sgShowLog);
     connect(this, &CMainWin::sgShowLog, this, &CMainWin::onShowLog);
@@ -166,6 +165,7 @@ void CMainWin::createUserControl()
 
 void CMainWin::connectViewers()
 {
+    m_panels->follow(*m_cell, platform::home()); // reads on threads: not while a start can still end the process
     m_ImgViewer_A = m_ui->stationView1->viewer();
     m_ImgViewer_B = m_ui->stationView2->viewer();
     for (ksImgViewer* viewer : {m_ImgViewer_A, m_ImgViewer_B}) {

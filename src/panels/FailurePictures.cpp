@@ -32,7 +32,7 @@ constexpr int attemptsWhileWritten = 5;
 
 FailurePictures::FailurePictures(QWidget* parent)
     : QWidget(parent)
-    , m_background(Background::AtEnd::Abandon)
+    , m_background(Background::AtEnd::Wait)
 {
     setCursor(Qt::PointingHandCursor);
 }

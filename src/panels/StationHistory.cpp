@@ -39,7 +39,7 @@ QString textOf(const DayCount& count)
 StationHistory::StationHistory(QObject* parent)
     : QObject(parent)
     , m_timer(new QTimer(this))
-    , m_reading(Background::AtEnd::Abandon)
+    , m_reading(Background::AtEnd::Wait)
     , m_writing(Background::AtEnd::Finish)
 {
     m_timer->setInterval(shiftLookMs);
