@@ -55,7 +55,9 @@ private:
         const RecordedRow& row = m_rows[m_row];
         if (row.timeMs < trigger.sentMs)
             return strangeRow();
-        const bool own = trigger.answer ? isSame(*trigger.answer, row.sent) : !belongsToNextAnswer(row);
+        // After a kill images begin anew, so that the next answer may be the same as one that lost its row.
+        const bool anothers = (!trigger.answer || trigger.mayLackRow) && belongsToNextAnswer(row);
+        const bool own = !anothers && (!trigger.answer || isSame(*trigger.answer, row.sent));
         if (!own)
             return withoutRow(trigger);
         ++(trigger.answer ? m_balance.rowsOfAnswers : m_balance.rowsOfGaps);

@@ -73,6 +73,7 @@ private slots:
              {"and recorded it", "aakaa", "0 1 2 3 4", ""},
              {"killed between answer and row", "aakaa", "0 3 4", ""},
              {"one more is lost", "aaakaa", "0 4 5", "lost 1"},
+             {"and the next answer is the same", "nkn", "2", ""},
              {"line cut", "aacaa", "0 1 2 3 4", ""},
              {"a cut line loses no row", "aacaa", "0 2 3 4", "lost 1"},
              {"cut and killed together", "aackaka", "0 1 4 6", ""}});
