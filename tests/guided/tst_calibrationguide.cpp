@@ -183,6 +183,27 @@ private slots:
         QVERIFY(own.bench.stored().isEmpty());
     }
 
+    /// A picture that was asked for earlier and comes later is not taken: it may be that of the other station.
+    void anEarlierPictureIsDropped()
+    {
+        Guide own(plate(holes));
+        own.open();
+        own.cameras.holding = true;
+        own.driver->press("captureButton");
+        own.cameras.holding = false;
+        own.capture();
+        const QImage late = chessboard();
+        own.cameras.held.takeFirst()(late, {});
+        QTest::qWait(0);
+        QVERIFY(own.viewer->image() == own.cameras.picture);
+        own.cameras.holding = true;
+        own.driver->press("captureButton");
+        own.guide->beginStation(2);
+        own.cameras.held.takeFirst()(late, {});
+        QTest::qWait(0);
+        QVERIFY(own.viewer->image() != late);
+    }
+
     /// At the smallest screen, in both languages, on all pages.
     void fitsTheSmallestScreen_data() { Table::of<bool>({{"Chinese", false}, {"English", true}}); }
     void fitsTheSmallestScreen()

@@ -41,6 +41,8 @@ struct FakeCameras : ICoreCtrl,
     QVector<CameraParameter> described;
     QMap<QString, QString> missing;
     QImage picture; ///< for each preview
+    bool holding = false;
+    QVector<ICameraPreview::Callback> held; ///< previews that were not answered
 
     QVector<CameraFeature> features;
     QString readError;
@@ -118,7 +120,10 @@ struct FakeCameras : ICoreCtrl,
 
     bool preview(const QString&, ICameraPreview::Callback callback) override
     {
-        callback(picture, picture.isNull() ? QStringLiteral("no picture") : QString());
+        if (holding)
+            held << callback;
+        else
+            callback(picture, picture.isNull() ? QStringLiteral("no picture") : QString());
         return true;
     }
 

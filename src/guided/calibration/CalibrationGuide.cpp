@@ -113,8 +113,8 @@ void CalibrationGuide::readReference()
 {
     const QString path = ReferenceImage::path(m_station);
     m_background.run([path] { return ReferenceImage::read(path); },
-                     [this, of = m_station](const QImage& picture) {
-                         if (!picture.isNull() && of == m_station && step() == 0)
+                     [this, wish = m_desk->wish()](const QImage& picture) {
+                         if (!picture.isNull() && m_desk->stillWanted(wish) && step() == 0)
                              takePicture(picture, tr("现有的标定图像"), false);
                      });
 }

@@ -24,8 +24,11 @@ bool PictureDesk::canCapture(const QString& cameraKey) const
 void PictureDesk::capture(const QString& cameraKey)
 {
     auto* preview = canCapture(cameraKey) ? extensionOf<ICameraPreview>(m_core) : nullptr;
-    const auto done = [this, cameraKey, slot = m_mailbox.slot()](const QImage& image, const QString& error) {
-        slot.post([this, cameraKey, image, error] {
+    const auto done = [this, cameraKey, own = wish(), slot = m_mailbox.slot()](const QImage& image,
+                                                                               const QString& error) {
+        slot.post([this, cameraKey, own, image, error] {
+            if (!stillWanted(own))
+                return;
             if (error.isEmpty() && !image.isNull())
                 emit taken(image, cameraKey);
             else
@@ -51,7 +54,9 @@ void PictureDesk::askFile(const QString& folder)
 void PictureDesk::open(const QString& path)
 {
     m_background.run([path] { return ImageFile::read(path); },
-                     [this](const ImageFile& file) {
+                     [this, own = wish()](const ImageFile& file) {
+                         if (!stillWanted(own))
+                             return;
                          if (file.image.isNull())
                              emit failed(tr("未能读取图像：%1").arg(file.problem()));
                          else

@@ -9,8 +9,9 @@
 class ICoreCtrl;
 class QFileDialog;
 
-/// Gets one picture for a guide: from a camera, as a picture to look at that no part answers for, or from a file. GUI
-/// thread; nothing waits.
+/// Gets one picture for a guide: from a camera, as a picture to look at that no part answers for, or from a file. Each
+/// wish takes the place of the one before: a picture that was asked for earlier and comes later is dropped, as it could
+/// be that of another station. GUI thread; nothing waits.
 class PictureDesk : public QObject
 {
     Q_OBJECT
@@ -26,6 +27,11 @@ public:
     void askFile(const QString& folder);
     void open(const QString& path);
 
+    /// A wish that the caller fulfils himself, by its number; also a way to want nothing any more.
+    int wish() { return ++m_wish; }
+    /// Whether nothing was wished for since.
+    bool stillWanted(int wish) const { return wish == m_wish; }
+
 signals:
     /// `name` is the camera's or the file's, for people.
     void taken(const QImage& image, const QString& name);
@@ -35,6 +41,7 @@ private:
     ICoreCtrl* m_core;
     QWidget* m_window;
     QPointer<QFileDialog> m_chooser;
+    int m_wish = 0;
     Mailbox m_mailbox;
     Background m_background{Background::AtEnd::Abandon};
 };

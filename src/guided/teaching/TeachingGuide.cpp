@@ -48,8 +48,10 @@ void TeachingGuide::connectPages()
         const QString archive = m_parts.home + QStringLiteral("/DBFiles/SrcImages");
         m_desk->askFile(QDir(archive).exists() ? archive : QDir::homePath());
     });
-    connect(m_namePage, &NamePage::stationChosen, this,
-            [this] { m_namePage->setCanCapture(m_desk->canCapture(cameraKey())); });
+    connect(m_namePage, &NamePage::stationChosen, this, [this] {
+        m_desk->wish();
+        m_namePage->setCanCapture(m_desk->canCapture(cameraKey()));
+    });
     connect(m_proposalPage, &ProposalPage::proposalWanted, this, &TeachingGuide::propose);
     connect(m_picture, &TeachingPicture::clicked, this, [this](const QPointF& pixel) {
         if (page(step()) == m_proposalPage)
@@ -66,6 +68,7 @@ QString TeachingGuide::cameraKey() const
 void TeachingGuide::beginModel(const QString& name)
 {
     ++m_round;
+    m_desk->wish();
     m_draft = {};
     const ModelEntry entry = name.isEmpty() ? m_actions.proposal(tr("新型号")) : m_actions.entry(name);
     m_draft.name = entry.name;
@@ -104,7 +107,9 @@ void TeachingGuide::takeLatest()
 {
     m_background.run(
         [home = m_parts.home, station = m_draft.station] { return ArchivePictures::latest(home, station, 1); },
-        [this](const QStringList& paths) {
+        [this, wish = m_desk->wish()](const QStringList& paths) {
+            if (!m_desk->stillWanted(wish))
+                return;
             if (paths.isEmpty())
                 emit m_desk->failed(tr("工位%1的归档中没有图像").arg(m_draft.station));
             else
