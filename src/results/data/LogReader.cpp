@@ -100,7 +100,7 @@ QSqlQuery LogReader::run(const QString& columns, const LogFilter& filter, const 
     return query;
 }
 
-qint64 LogReader::lastLine()
+qint64 LogReader::lastRow()
 {
     QSqlQuery query = run(QStringLiteral("max(id)"), {}, {});
     return query.next() ? query.value(0).toLongLong() : 0;

@@ -56,7 +56,7 @@ public:
     /// As PartReader's.
     bool isFrozen() const { return m_frozen; }
 
-    qint64 lastLine();
+    qint64 lastRow();
     int count(const LogFilter& filter);
     /// Newest first.
     QVector<LogRow> lines(const LogFilter& filter, int limit, int offset);

@@ -175,7 +175,7 @@ void LogPage::lookForNew()
         return;
     const auto newest = [home = m_home] {
         LogReader reader(home);
-        return reader.open() ? reader.lastLine() : -1;
+        return reader.open() ? reader.lastRow() : -1;
     };
     m_looking.clear();
     m_looking.run(newest, [this](qint64 line) {
