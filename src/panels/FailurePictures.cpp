@@ -48,8 +48,7 @@ void FailurePictures::take(qint64 wall, const QImage& small)
 /// The file of a part that has just ended is still being written.
 void FailurePictures::read(const PartRow& part, int attempts)
 {
-    const QString& below = part.resultImage.isEmpty() ? part.part.sourceImage : part.resultImage;
-    m_background.run([path = m_home + below] { return ImageFile::readScaled(path, smallBox); },
+    m_background.run([path = m_home + part.picture()] { return ImageFile::readScaled(path, smallBox); },
                      [this, part, attempts](const QImage& small) {
                          if (small.isNull() && attempts > 1)
                              QTimer::singleShot(retryMs, this, [this, part, attempts] { read(part, attempts - 1); });

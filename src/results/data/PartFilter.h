@@ -37,6 +37,9 @@ struct PartRow
     QString evidence;
     bool marked = false;
     QString comment;
+
+    /// The picture of the result, or else the camera's; empty when neither was archived.
+    const QString& picture() const { return resultImage.isEmpty() ? part.sourceImage : resultImage; }
 };
 
 /// What charts are made of: one entry a part, in the order of time, by columns. Numbers that are not known are NaN.

@@ -105,7 +105,7 @@ QString PartPictures::captionOf(const PartRow& part) const
 {
     const Small* known = m_known.object(part.uid);
     QString second = part.part.outcome == PartOutcome::Found ? part.part.model : PartTexts::reason(part);
-    if (part.resultImage.isEmpty() && part.part.sourceImage.isEmpty())
+    if (part.picture().isEmpty())
         second = tr("没有保存图像");
     else if (known && !known->there)
         second = tr("图像已被清理");
@@ -118,8 +118,7 @@ const PartPictures::Small* PartPictures::wanted(const PartRow& part, int at) con
 {
     if (const Small* known = m_known.object(part.uid))
         return known;
-    const QString& below = part.resultImage.isEmpty() ? part.part.sourceImage : part.resultImage;
-    if (below.isEmpty() || m_requested.contains(part.uid))
+    if (part.picture().isEmpty() || m_requested.contains(part.uid))
         return nullptr;
     if (m_requested.size() >= mostRequests) {
         m_reading.clear();
@@ -127,7 +126,7 @@ const PartPictures::Small* PartPictures::wanted(const PartRow& part, int at) con
     }
     m_requested.insert(part.uid);
     auto* self = const_cast<PartPictures*>(this); // a view sees a const table that fills itself
-    const auto read = [path = m_home + below] {
+    const auto read = [path = m_home + part.picture()] {
         const QSize box(pictureWidth, pictureHeight);
         return Small{ImageFile::readScaled(path, box), QFileInfo::exists(path)};
     };
