@@ -77,7 +77,7 @@ void FailurePictures::setParts(const QVector<PartRow>& parts)
             known.insert(part.wall, *own);
         } else if (!m_wanted.contains(part.wall)) {
             m_wanted.append(part.wall);
-            const bool young = part.wall > PartTable::wallOf(QDateTime::currentDateTime()) - writingMs;
+            const bool young = part.wall > PartTable::wallNow() - writingMs;
             read(part, young ? attemptsWhileWritten : 1);
         }
     }
@@ -155,7 +155,7 @@ void FailurePictures::paintCell(QPainter& painter, const QRect& cell, const Part
     painter.fillRect(foot, lamp.ground);
     painter.setPen(lamp.ink);
     painter.setFont(font());
-    const QString text = PartTexts::time(part.wall).mid(11, 8) + QStringLiteral("  ") + PartTexts::reason(part);
+    const QString text = PartTexts::clock(part.wall) + QStringLiteral("  ") + PartTexts::reason(part);
     drawFitted(painter, foot.adjusted(4, 0, -4, 0), Qt::AlignVCenter | Qt::AlignLeft, text, 12, 11);
 }
 

@@ -217,7 +217,7 @@ private slots:
         const TempHome home;
         const QString begins = QDateTime::currentDateTime().addSecs(-120).time().toString("hh:mm");
         home.write("/user/shifts.json", R"({"shift_begins": ")" + begins.toLatin1() + R"("})");
-        const qint64 begin = Shifts::fromText(begins).at(PartTable::wallOf(QDateTime::currentDateTime())).begin;
+        const qint64 begin = Shifts::fromText(begins).at(PartTable::wallNow()).begin;
         QVector<PartRow> rows;
         QDir().mkpath(home.path("/DBFiles"));
         {

@@ -110,7 +110,7 @@ QString PartPictures::captionOf(const PartRow& part) const
     else if (known && !known->there)
         second = tr("图像已被清理");
     return QStringLiteral("%1%2  %3\n%4")
-        .arg(part.marked ? QStringLiteral("★ ") : QString(), PartTexts::time(part.wall).mid(11, 8),
+        .arg(part.marked ? QStringLiteral("★ ") : QString(), PartTexts::clock(part.wall),
              PartTexts::station(part.part.station), second);
 }
 

@@ -56,6 +56,11 @@ QString PartTexts::time(qint64 wall)
     return PartTable::timeOf(wall).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz"));
 }
 
+QString PartTexts::clock(qint64 wall)
+{
+    return PartTable::timeOf(wall).toString(QStringLiteral("hh:mm:ss"));
+}
+
 QString PartTexts::sent(double value, bool known)
 {
     return known ? QString::number(value, 'f', 3) : QStringLiteral("–");

@@ -18,6 +18,8 @@ public:
     static QString station(int station);
     /// "2026-03-25 06:00:00.123"
     static QString time(qint64 wall);
+    /// "06:00:00"
+    static QString clock(qint64 wall);
     /// With three decimals, cut as it was sent; "–" when not known.
     static QString sent(double value, bool known = true);
     /// With one decimal; empty when it never came.
