@@ -1,7 +1,6 @@
 #include "results/parts/PartPictures.h"
 
 #include "common/ImageFile.h"
-#include "common/LookColors.h"
 #include "results/parts/PartTableModel.h"
 #include "results/parts/PartTexts.h"
 
@@ -152,8 +151,7 @@ void PartPictureDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
     if (!index.data(Qt::UserRole).isValid())
         return;
     const LookColors& colors = lookColors();
-    const LookColors::Sign* const signs[] = {&colors.good, &colors.bad, &colors.caution};
-    const LookColors::Sign& sign = *signs[qBound(0, index.data(Qt::UserRole).toInt(), 2)];
+    const LookColors::Sign& sign = PartTableModel::signOf(PartOutcome(index.data(Qt::UserRole).toInt()));
     const QRect cell = option.rect.adjusted(2, 2, -2, -2);
     painter->fillRect(cell, sign.ground);
     if (option.state & QStyle::State_Selected) {

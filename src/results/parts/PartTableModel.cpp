@@ -1,6 +1,5 @@
 #include "results/parts/PartTableModel.h"
 
-#include "common/LookColors.h"
 #include "results/parts/PartTexts.h"
 
 namespace {
@@ -38,12 +37,6 @@ std::optional<PartReader::Column> sortOf(int column)
     default:
         return std::nullopt;
     }
-}
-
-const LookColors::Sign& signOf(PartOutcome outcome)
-{
-    const LookColors& colors = lookColors();
-    return outcome == PartOutcome::Found ? colors.good : outcome == PartOutcome::Refused ? colors.caution : colors.bad;
 }
 
 } // namespace
@@ -99,6 +92,12 @@ QVariant PartTableModel::data(const QModelIndex& index, int role) const
     default:
         return {};
     }
+}
+
+const LookColors::Sign& PartTableModel::signOf(PartOutcome outcome)
+{
+    const LookColors& colors = lookColors();
+    return outcome == PartOutcome::Found ? colors.good : outcome == PartOutcome::Refused ? colors.caution : colors.bad;
 }
 
 QVariant PartTableModel::headerData(int section, Qt::Orientation orientation, int role) const
