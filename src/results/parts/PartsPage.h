@@ -11,13 +11,11 @@ class ExportBar;
 class InlineMessage;
 class PartDetail;
 class PartFilterBar;
-class PartPictures;
 class PartTableModel;
+class PartViews;
 class QAbstractButton;
 class QLabel;
 class QSplitter;
-class QStackedWidget;
-class QTableView;
 struct PartFilter;
 
 /// The recorded parts: which, as a table or as small pictures, and the chosen one with its picture. Enter goes from a
@@ -59,14 +57,12 @@ signals:
 protected:
     void changeEvent(QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void build();
     void retranslate();
     void take();
     void offerExports();
-    void choose(int part);
     void showChosen();
     void onRefreshed(int parts, const QString& error, bool frozen);
     void onSearched(int percent);
@@ -75,7 +71,6 @@ private:
     static QString nothingText();
     void showCount();
     void store(qint64 uid, qint64 wall, bool marked, const QString& comment);
-    void restoreLayout();
     void keepLayout() const;
 
     QString m_home;
@@ -83,11 +78,7 @@ private:
     PartFilterBar* m_filter;
     InlineMessage* m_message;
     PartTableModel* m_table;
-    PartPictures* m_pictures;
-    QStackedWidget* m_views; ///< table, pictures, or why there is nothing
-    QTableView* m_view;
-    QTableView* m_strip;
-    QLabel* m_nothing;
+    PartViews* m_views;
     QLabel* m_count;
     ExportBar* m_exports;
     Shifts m_shifts;
