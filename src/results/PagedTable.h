@@ -216,15 +216,30 @@ private:
         emit counted(m_count);
     }
 
+    /// A page that is shorter than it was counted ends the table: rows were removed meanwhile.
     void take(int number, int page, const Page& read)
     {
         if (number != m_number)
             return;
+        if (!read.error.isEmpty())
+            return show(number, read);
         m_requested.remove(page);
         m_pages.insert(page, new QVector<Row>(read.rows));
         const int first = page * rowsAPage;
-        emit dataChanged(index(first, 0), index(qMin(m_count, first + rowsAPage) - 1, columnCount() - 1));
+        const int end = first + read.rows.size();
+        if (end < m_count && read.rows.size() < rowsAPage)
+            shrink(end);
+        if (end > first)
+            emit dataChanged(index(first, 0), index(qMin(m_count, end) - 1, columnCount() - 1));
         emit loaded();
+    }
+
+    void shrink(int rows)
+    {
+        beginRemoveRows({}, rows, m_count - 1);
+        m_count = rows;
+        endRemoveRows();
+        emit counted(m_count);
     }
 
     Read m_read;

@@ -279,6 +279,24 @@ private slots:
         QTRY_VERIFY2(said(view->parts()).contains("5 个工件"), qPrintable(said(view->parts())));
     }
 
+    void rowsThatGoMeanwhileAreNotWaitedFor()
+    {
+        recordParts(450);
+        const auto view = open();
+        QTRY_COMPARE(view->parts().table().rowCount(), 450);
+        OtherProgram other(results());
+        QVERIFY(other.run("DELETE FROM RltTable WHERE uid <= 150"));
+        auto* table = view->parts().findChild<QTableView*>("partTable");
+        table->scrollToBottom();
+        QTRY_COMPARE(view->parts().table().rowCount(), 300);
+        QTRY_VERIFY(said(view->parts()).contains("300 个工件"));
+        view->refresh();
+        QTRY_VERIFY(!view->parts().table().rowAt(299) && view->parts().table().rowCount() == 300);
+        QVERIFY(other.run("ALTER TABLE RltTable RENAME TO gone"));
+        table->scrollToBottom();
+        QTRY_VERIFY2(said(view->parts()).contains("没有检测结果表"), qPrintable(said(view->parts())));
+    }
+
     void textsFitInBothLanguages_data()
     {
         Table::of<bool, QSize>({{"Chinese", false, QSize(1000, 680)}, {"English", true, QSize(1000, 680)}});
