@@ -203,7 +203,7 @@ void insertResult(benchmark::State& state)
             nowhere.text = "xyzzy";
             if (reads && parts.open()) {
                 parts.count(nowhere);
-                parts.series({}, [&] { return goOn && reads; });
+                parts.series({}, PartSeries::All, [&] { return goOn && reads; });
             } else {
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
             }

@@ -76,7 +76,7 @@ StationTally::Earlier StationHistory::read(const QString& home, int station, con
     filter.station = station;
     earlier.recent = reader.last(filter, StationTally::partsKept);
     filter.from = PartTable::timeOf(shifts.at(now).begin);
-    earlier.series = reader.series(filter);
+    earlier.series = reader.series(filter, {});
     filter.from = {};
     filter.found = filter.refused = false;
     filter.pictured = true;

@@ -100,6 +100,12 @@ QSqlQuery LogReader::run(const QString& columns, const LogFilter& filter, const 
     return query;
 }
 
+void LogReader::noteEnd(const QSqlQuery& query)
+{
+    if (m_error.isEmpty() && query.lastError().isValid())
+        m_error = databaseOf(m_home) + QStringLiteral(": ") + query.lastError().text().simplified();
+}
+
 qint64 LogReader::lastRow()
 {
     QSqlQuery query = run(QStringLiteral("max(id)"), {}, {});
@@ -123,6 +129,7 @@ QVector<LogRow> LogReader::lines(const LogFilter& filter, int limit, int offset)
     while (query.next())
         rows.append(LogRow::of(query.value(0).toLongLong(), query.value(1).toString(), query.value(2).toInt(),
                                query.value(3).toString()));
+    noteEnd(query);
     return rows;
 }
 
@@ -184,8 +191,7 @@ bool LogReader::each(const LogFilter& filter, Qt::SortOrder order, const std::fu
                              query.value(3).toString())))
             return true;
     }
-    if (m_error.isEmpty() && query.lastError().isValid())
-        m_error = databaseOf(m_home) + QStringLiteral(": ") + query.lastError().text();
+    noteEnd(query);
     return m_error.isEmpty();
 }
 
