@@ -79,7 +79,8 @@ QStringList numbersOf(const Charts::Answer& answer)
             fit.outside);
     else
         for (int i = 0; i < answer.values.size(); ++i) {
-            const double turned = std::fmod(answer.values[i] + 720.00001, 360) - 0.00001; // whole turns are moved
+            const double turned =
+                std::fmod(std::round(answer.values[i] * 10) + 7200, 3600) / 10; // whole turns are moved
             const bool angle = answer.question.kind == Charts::Trend && answer.question.value == Statistics::Angle;
             const QString others = answer.others.isEmpty() ? QString() : QString::asprintf(" %.4f", answer.others[i]);
             texts << QString::asprintf("%lld %lld %.4f", answer.walls[i], answer.uids[i],
@@ -184,7 +185,7 @@ private slots:
     {
         const auto [kind, value, span, sql] = Table::row<int, int, int, QString>();
         const TempHome home;
-        const PartSeries series = randomSeries(3000);
+        const PartSeries series = randomSeries(1000);
         StationDB(PartReader::databaseOf(home.path())).initialise();
         OtherProgram other(PartReader::databaseOf(home.path()));
         QVERIFY(other.run("BEGIN"));
