@@ -24,7 +24,7 @@ signals:
     void refreshed(int rows, const QString& error, bool frozen);
     /// Of the first page, all is there that was found in so much of the time; the search goes on.
     void searched(int percent);
-    /// All rows are counted; follows refreshed() at once or some time later.
+    /// All rows are counted; follows a refreshed() without an error at once or some time later.
     void counted(int rows);
     /// A page came.
     void loaded();
@@ -173,7 +173,8 @@ private:
         m_pages.insert(0, new QVector<Row>(page.rows));
         endResetModel();
         emit refreshed(m_count, page.error, page.frozen);
-        proceed(number, page);
+        if (page.error.isEmpty())
+            proceed(number, page);
     }
 
     void proceed(int number, const Page& page)

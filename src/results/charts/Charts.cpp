@@ -10,10 +10,16 @@
 namespace {
 
 constexpr double barShare = 0.8;
+constexpr int mostApart = 200;
 
 QString number(double value)
 {
     return std::isfinite(value) ? QString::number(value, 'g', 6) : QStringLiteral("–");
+}
+
+QString hundredths(double value)
+{
+    return std::isfinite(value) ? QString::number(value, 'f', 2) : QStringLiteral("–");
 }
 
 QString timeText(double wall)
@@ -101,7 +107,8 @@ void Charts::showYield(const Answer& answer, ResultPlot* plot)
             yields.append({middle, bucket.tally.yield()});
     }
     const double width = answer.buckets.isEmpty() ? 1 : answer.buckets.first().end - answer.buckets.first().begin;
-    plot->addStack(outcomeNames(), places, layers, outcomeColors(), barShare * width);
+    const bool many = places.size() > mostApart; // with gaps of part of a pixel they would flicker
+    plot->addStack(outcomeNames(), places, layers, outcomeColors(), (many ? 1 : barShare) * width);
     plot->addLine(tr("找到率 %"), yields, lookColors().accent, QwtPlot::yRight);
     plot->setRightAxis(tr("找到率 %"), 0, 100);
     plot->setTelling([buckets = answer.buckets](const QPointF& place) {
@@ -196,8 +203,8 @@ void Charts::showDistribution(const Answer& answer, ResultPlot* plot)
     plot->addMark(tr("上限"), answer.question.tolerance.upper, lookColors().bad.ink);
     plot->addNote(tr("n = %1\n均值 %2\nσ %3\nCp %4\nCpk %5\n超限 %6")
                       .arg(summary.count)
-                      .arg(number(summary.mean), number(summary.sigma), number(answer.capability.cp),
-                           number(answer.capability.cpk), QString::number(answer.capability.outside)));
+                      .arg(number(summary.mean), number(summary.sigma), hundredths(answer.capability.cp),
+                           hundredths(answer.capability.cpk), QString::number(answer.capability.outside)));
     plot->setTelling([](const QPointF& place) { return number(place.x()); });
 }
 

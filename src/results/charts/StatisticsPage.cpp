@@ -29,7 +29,7 @@ namespace {
 constexpr int msUntilSaid = 400;
 
 constexpr int kinds = Charts::Failures + 1;
-constexpr int mostMarks = 500;
+constexpr int mostMarks = 2000;
 
 /// The audit lines that a chart marks, by the beginnings of their keys.
 QStringList markedKeys()

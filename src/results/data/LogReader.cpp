@@ -54,7 +54,8 @@ bool LogReader::open()
     }
     if (!SqliteFile::openForReading(m_connection, &m_error, &m_frozen))
         return false;
-    if (m_connection.exec(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'SystemInfo'")).next())
+    m_connection.exec(QStringLiteral("SELECT id, datetime, type, message FROM SystemInfo LIMIT 0"));
+    if (!m_connection.failed())
         return true;
     m_error = tr("%1 中没有系统日志表，请选择本程序的工作目录").arg(path);
     return false;

@@ -136,17 +136,27 @@ bool PartReader::open()
     }
     if (!SqliteFile::openForReading(m_connection, &m_error, &m_frozen))
         return false;
-    if (!m_connection.exec(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'RltTable'")).next()) {
+    const bool there = m_connection.exec(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'RltTable'")).next();
+    const bool newer = there && PartTable::isNewer(m_connection);
+    if (!there || (!newer && !hasOwnColumns())) {
         m_error = tr("%1 中没有检测结果表，请选择本程序的工作目录").arg(path);
         return false;
     }
-    if (PartTable::isNewer(m_connection)) {
+    if (newer) {
         m_error = tr("%1 由更新版本的程序写入，请用该版本查看").arg(path);
         return false;
     }
     m_source = PartTable::source(m_connection);
     attachReviews();
     return true;
+}
+
+/// Another program may have a table of that name.
+bool PartReader::hasOwnColumns()
+{
+    m_connection.exec(QStringLiteral("SELECT uid, time, stationName, dAngle, errorType, matchScore, resultTip, value1, "
+                                     "value2, value3 FROM RltTable LIMIT 0"));
+    return !m_connection.failed();
 }
 
 /// A home that nobody reviewed has no such file, and a reader makes none.

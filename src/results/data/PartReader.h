@@ -60,6 +60,7 @@ public:
     static QString reviewsOf(const QString& home);
 
 private:
+    bool hasOwnColumns();
     void attachReviews();
     /// All parts are filled in.
     bool isTable() const;

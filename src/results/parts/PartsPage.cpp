@@ -177,6 +177,8 @@ void PartsPage::take()
 void PartsPage::onRefreshed(int parts, const QString& error, bool frozen)
 {
     m_counted = false;
+    if (!error.isEmpty())
+        m_count->clear();
     if (error.isEmpty() && frozen)
         m_message->sayOrHide(Tone::Plain, tr("该文件夹不能写入，只能查看"));
     else
