@@ -241,8 +241,10 @@ private slots:
         QCOMPARE(view->currentWidget(), static_cast<QWidget*>(&view->parts()));
         QTRY_COMPARE(QString::number(view->parts().table().rowCount()), counts[0]);
         emit plot.partPicked(7);
-        QTRY_VERIFY(said(view->parts())
-                        .contains(moment(120).toString("yyyy-MM-dd hh:mm:ss"))); // the seventh part, in the detail
+        const auto* table = view->parts().findChild<QTableView*>("partTable");
+        const auto chosen = [&] { return view->parts().table().rowAt(table->currentIndex().row()); };
+        QTRY_VERIFY(chosen() && chosen()->uid == 7 && view->parts().table().rowCount() == 6); // with its neighbours
+        QVERIFY(said(view->parts()).contains(moment(120).toString("yyyy-MM-dd hh:mm:ss")));
     }
 
     void everyKindOfHomeIsSaid_data()

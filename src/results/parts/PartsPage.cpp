@@ -39,6 +39,7 @@ PartsPage::PartsPage(QWidget* parent)
     , m_detail(new PartDetail(this))
     , m_sides(new QSplitter(this))
     , m_models(Background::AtEnd::Wait)
+    , m_looking(Background::AtEnd::Wait)
     , m_reviews(Background::AtEnd::Finish)
 {
     build();
@@ -259,35 +260,37 @@ PartFilter PartsPage::filter() const
     return m_table->filter();
 }
 
-/// The part alone, around which the table shows its minute.
 void PartsPage::showPart(qint64 uid)
 {
     const auto read = [home = m_home, uid] {
         PartReader reader(home);
         return reader.open() ? reader.row(uid) : std::nullopt;
     };
-    m_models.run(read, [this](const std::optional<PartRow>& part) {
+    m_looking.run(read, [this](const std::optional<PartRow>& part) {
         if (part)
-            m_detail->show(part);
+            showAround(0, part->wall, part);
     });
 }
 
-/// Chosen when the table comes; one that stands too far down in it is shown beside it all the same.
 void PartsPage::showPartAt(int station, qint64 wall)
 {
     const auto read = [home = m_home, station, wall] {
         PartReader reader(home);
         return reader.open() ? reader.partAt(station, wall) : std::nullopt;
     };
-    m_models.run(read, [this, station, wall](const std::optional<PartRow>& part) {
-        constexpr int aroundSeconds = 60;
-        const QDateTime time = PartTable::timeOf(wall);
-        m_wanted = part ? part->uid : -1;
-        m_filter->setFilter(PartFilterBar::Own, station, true, true, true);
-        m_filter->setTimes(time.addSecs(-aroundSeconds), time.addSecs(aroundSeconds));
-        if (part)
-            m_detail->show(part);
-    });
+    m_looking.run(read, [this, station, wall](const std::optional<PartRow>& part) { showAround(station, wall, part); });
+}
+
+/// Chosen when the table comes; one that stands too far down in it is shown beside it all the same.
+void PartsPage::showAround(int station, qint64 wall, const std::optional<PartRow>& part)
+{
+    constexpr int aroundSeconds = 60;
+    const QDateTime time = PartTable::timeOf(wall);
+    m_wanted = part ? part->uid : -1;
+    m_filter->setFilter(PartFilterBar::Own, station, true, true, true);
+    m_filter->setTimes(time.addSecs(-aroundSeconds), time.addSecs(aroundSeconds));
+    if (part)
+        m_detail->show(part);
 }
 
 void PartsPage::store(qint64 uid, qint64 wall, bool marked, const QString& comment)

@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 class ExportBar;
 class InlineMessage;
@@ -17,6 +18,7 @@ class QAbstractButton;
 class QLabel;
 class QSplitter;
 struct PartFilter;
+struct PartRow;
 
 /// The recorded parts: which, as a table or as small pictures, and the chosen one with its picture. Enter goes from a
 /// part to its comment.
@@ -44,8 +46,9 @@ public:
     void showDay(int station, bool failuresOnly);
     void showFailures(int station) { showDay(station, true); }
     void showTimes(const QDateTime& from, const QDateTime& to);
+    /// That part, chosen among those of its minutes.
     void showPart(qint64 uid);
-    /// The part of a station at that moment, chosen among those of its minutes.
+    /// The part of a station at that moment, likewise.
     void showPartAt(int station, qint64 wall);
     PartFilter filter() const;
     PartTableModel& table() { return *m_table; }
@@ -70,6 +73,7 @@ private:
     void showViews(int parts);
     static QString nothingText();
     void showCount();
+    void showAround(int station, qint64 wall, const std::optional<PartRow>& part);
     void store(qint64 uid, qint64 wall, bool marked, const QString& comment);
     void keepLayout() const;
 
@@ -90,5 +94,6 @@ private:
     qint64 m_wanted = -1; ///< the part that is chosen with the next filter
     qint64 m_chosen = -1; ///< the part that stays chosen when the table is read anew
     Background m_models;
+    Background m_looking;
     Background m_reviews; ///< written also when the page is closed
 };
