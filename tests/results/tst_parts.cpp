@@ -175,28 +175,6 @@ private slots:
         QCOMPARE(reader.span(), qMakePair(start, start));
     }
 
-    void whatIsNoDatabaseOfResultsIsSaid_data()
-    {
-        Table::of<QString, QString>(
-            {{"none", "", "还没有检测结果"},
-             {"another program's", "CREATE TABLE other(a)", "没有检测结果表"},
-             {"a later version's", "CREATE TABLE RltTable(a); PRAGMA user_version = 99", "更新版本"}});
-    }
-    void whatIsNoDatabaseOfResultsIsSaid()
-    {
-        const auto [sql, said] = Table::row<QString, QString>();
-        QVERIFY(QDir().mkpath(m_home->path("/DBFiles")));
-        if (!sql.isEmpty()) {
-            OtherProgram other(path());
-            for (const QString& statement : sql.split(';'))
-                QVERIFY(other.run(statement));
-        }
-        PartReader reader(m_home->path());
-        QVERIFY(!reader.open());
-        QVERIFY2(reader.error().contains(said), qPrintable(reader.error()));
-        QCOMPARE(QFileInfo::exists(path()), !sql.isEmpty());
-    }
-
     /// Rows before the damage are not all rows.
     void damageAmongTheRowsIsNoEnd()
     {
