@@ -149,6 +149,11 @@ qint64 wallOf(const QDateTime& time)
     return QDateTime(time.date(), time.time(), Qt::UTC).toMSecsSinceEpoch();
 }
 
+qint64 wallNow()
+{
+    return wallOf(QDateTime::currentDateTime());
+}
+
 QDateTime timeOf(qint64 wall)
 {
     const QDateTime utc = QDateTime::fromMSecsSinceEpoch(wall, Qt::UTC);

@@ -33,6 +33,8 @@ QString source(SqlConnection& connection);
 bool isNewer(SqlConnection& connection);
 
 qint64 wallOf(const QDateTime& time);
+/// This moment.
+qint64 wallNow();
 /// Local.
 QDateTime timeOf(qint64 wall);
 

@@ -48,8 +48,7 @@ void FailurePictures::take(qint64 wall, const QImage& small)
 /// The file of a part that has just ended is still being written.
 void FailurePictures::read(const PartRow& part, int attempts)
 {
-    const QString& below = part.resultImage.isEmpty() ? part.part.sourceImage : part.resultImage;
-    m_background.run([path = m_home + below] { return ImageFile::readScaled(path, smallBox); },
+    m_background.run([path = m_home + part.picture()] { return ImageFile::readScaled(path, smallBox); },
                      [this, part, attempts](const QImage& small) {
                          if (small.isNull() && attempts > 1)
                              QTimer::singleShot(retryMs, this, [this, part, attempts] { read(part, attempts - 1); });
@@ -78,7 +77,7 @@ void FailurePictures::setParts(const QVector<PartRow>& parts)
             known.insert(part.wall, *own);
         } else if (!m_wanted.contains(part.wall)) {
             m_wanted.append(part.wall);
-            const bool young = part.wall > PartTable::wallOf(QDateTime::currentDateTime()) - writingMs;
+            const bool young = part.wall > PartTable::wallNow() - writingMs;
             read(part, young ? attemptsWhileWritten : 1);
         }
     }
@@ -156,7 +155,7 @@ void FailurePictures::paintCell(QPainter& painter, const QRect& cell, const Part
     painter.fillRect(foot, lamp.ground);
     painter.setPen(lamp.ink);
     painter.setFont(font());
-    const QString text = PartTexts::time(part.wall).mid(11, 8) + QStringLiteral("  ") + PartTexts::reason(part);
+    const QString text = PartTexts::clock(part.wall) + QStringLiteral("  ") + PartTexts::reason(part);
     drawFitted(painter, foot.adjusted(4, 0, -4, 0), Qt::AlignVCenter | Qt::AlignLeft, text, 12, 11);
 }
 

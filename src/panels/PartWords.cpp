@@ -28,7 +28,7 @@ PartRow PartWords::rowOf(int station, const StationReading& reading)
 
 QString PartWords::timeAndModel(const PartRow& part)
 {
-    const QString time = PartTable::timeOf(part.wall).toString(QStringLiteral("hh:mm:ss"));
+    const QString time = PartTexts::clock(part.wall);
     return part.part.model.isEmpty() ? time : time + QStringLiteral("  ") + part.part.model;
 }
 

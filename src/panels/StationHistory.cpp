@@ -24,11 +24,6 @@ QString resetKey(int station)
     return QStringLiteral("station%1").arg(station);
 }
 
-qint64 wallNow()
-{
-    return PartTable::wallOf(QDateTime::currentDateTime());
-}
-
 QString textOf(const DayCount& count)
 {
     return QStringLiteral("%1/%2/%3").arg(count.found).arg(count.notFound).arg(count.refused);
@@ -46,7 +41,7 @@ StationHistory::StationHistory(QObject* parent)
     connect(m_timer, &QTimer::timeout, this, &StationHistory::tick);
     m_timer->start();
     for (StationTally& tally : m_tallies)
-        tally.setNow(wallNow());
+        tally.setNow(PartTable::wallNow());
 }
 
 StationHistory::~StationHistory() = default;
@@ -54,7 +49,7 @@ StationHistory::~StationHistory() = default;
 void StationHistory::start(const QString& home)
 {
     m_home = home;
-    m_reading.run([home, now = wallNow()] { return readAll(home, now); },
+    m_reading.run([home, now = PartTable::wallNow()] { return readAll(home, now); },
                   [this](const Begin& begin) { takeIn(begin); });
 }
 
@@ -81,7 +76,7 @@ StationTally::Earlier StationHistory::read(const QString& home, int station, con
     filter.station = station;
     earlier.recent = reader.last(filter, StationTally::partsKept);
     filter.from = PartTable::timeOf(shifts.at(now).begin);
-    earlier.series = reader.series(filter);
+    earlier.series = reader.series(filter, {});
     filter.from = {};
     filter.found = filter.refused = false;
     filter.pictured = true;
@@ -95,7 +90,7 @@ void StationHistory::takeIn(const Begin& begin)
     for (int station = 1; station <= 2; ++station) {
         StationTally& tally = m_tallies[station - 1];
         tally.setShifts(begin.shifts);
-        tally.setNow(wallNow());
+        tally.setNow(PartTable::wallNow());
         tally.reset(begin.resets[station - 1]);
         tally.addEarlier(begin.earlier[station - 1]);
         emit changed(station);
@@ -115,9 +110,9 @@ void StationHistory::add(int station, const PartRow& part, bool hasPicture)
 AuditChanges StationHistory::resetShift(int station)
 {
     StationTally& tally = m_tallies[station - 1];
-    tally.setNow(wallNow());
+    tally.setNow(PartTable::wallNow());
     const DayCount before = tally.shiftCount();
-    tally.reset(wallNow());
+    tally.reset(PartTable::wallNow());
     keepResets();
     emit changed(station);
     return {{QStringLiteral("工位%1/本班计数").arg(station), textOf(before), textOf({})}};
@@ -148,7 +143,7 @@ void StationHistory::keepResets()
 void StationHistory::tick()
 {
     for (int station = 1; station <= 2; ++station) {
-        if (m_tallies[station - 1].setNow(wallNow()))
+        if (m_tallies[station - 1].setNow(PartTable::wallNow()))
             emit changed(station);
     }
     if (++m_ticks % ticksBetweenLooks == 0 && !m_shifts.isEmpty())

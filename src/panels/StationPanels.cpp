@@ -69,9 +69,8 @@ void StationPanels::showPart(int station, const StationReading& reading)
     const PartRow part = PartWords::rowOf(station, reading);
     StationView* view = panel(station)->view;
     view->setPart(part, reading.test);
-    const bool archived = !part.resultImage.isEmpty() || !part.part.sourceImage.isEmpty();
     if (!reading.test)
-        m_history.add(station, part, archived || view->hasPictureOfPart());
+        m_history.add(station, part, !part.picture().isEmpty() || view->hasPictureOfPart());
 }
 
 void StationPanels::showTally(int station)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/Background.h"
+#include "platform/System.h"
 #include "results/data/Search.h"
 
 #include <QAbstractTableModel>
@@ -23,7 +24,7 @@ signals:
     void refreshed(int rows, const QString& error, bool frozen);
     /// Of the first page, all is there that was found in so much of the time; the search goes on.
     void searched(int percent);
-    /// All rows are counted; follows refreshed() at once or some time later.
+    /// All rows are counted; follows a refreshed() without an error at once or some time later.
     void counted(int rows);
     /// A page came.
     void loaded();
@@ -37,7 +38,6 @@ class PagedTable : public PagedTableBase
 public:
     static constexpr int rowsAPage = 200;
 
-    /// The first page of a search comes bit by bit.
     struct Page : Search<Row>
     {
         Page() { this->ended = true; }
@@ -45,12 +45,6 @@ public:
         bool frozen = false;
         QString error;
     };
-    /// Reads one page, on a thread. `upTo` is that of the refresh; 0 begins one, with page 0.
-    using Read = std::function<Page(int page, qint64 upTo)>;
-    /// Goes on with the search for a first page that has not ended.
-    using GoOn = std::function<Page(const Page& page)>;
-    /// Counts all rows up to that one, likewise.
-    using Count = std::function<int(qint64 upTo)>;
 
     explicit PagedTable(QObject* parent)
         : PagedTableBase(parent)
@@ -76,17 +70,45 @@ protected:
     static constexpr int firstStepMs = 100;
     static constexpr int stepMs = 200;
 
-    /// Begins anew with what `read` gives; what was asked for before is dropped.
-    void restart(Read read, Count count, GoOn goOn)
+    /// Begins anew with the rows of a home that `Reader` gives for a filter; those that it must search for come bit by
+    /// bit. `rows` reads a page: (reader, filter, limit, offset).
+    template <typename Reader, typename Filter, typename Rows>
+    void restart(const QString& home, const Filter& filter, bool searches, Rows rows)
     {
-        const int number = ++m_number;
-        m_read = std::move(read);
-        m_goOn = std::move(goOn);
-        m_counting = std::move(count);
-        m_background.clear();
-        m_requested.clear();
-        m_background.run([read = m_read] { return read(0, 0); },
-                         [this, number](const Page& page) { begin(number, page); });
+        const auto upToNow = [filter](qint64 upTo) {
+            Filter limited = filter;
+            limited.upTo = upTo;
+            return limited;
+        };
+        const auto read = [home, upToNow, searches, rows](int number, qint64 upTo) {
+            platform::lowerThreadPriority(); // the production goes first
+            Page page;
+            Reader reader(home);
+            if (reader.open()) {
+                page.upTo = upTo > 0 ? upTo : reader.lastRow();
+                page.ended = !searches || number > 0;
+                if (page.ended)
+                    page.rows = rows(reader, upToNow(page.upTo), rowsAPage, number * rowsAPage);
+                else
+                    reader.goOn(page, upToNow(page.upTo), rowsAPage, firstStepMs);
+            }
+            page.error = reader.error();
+            page.frozen = reader.isFrozen();
+            return page;
+        };
+        const auto count = [home, upToNow](qint64 upTo) {
+            Reader reader(home);
+            return reader.open() ? reader.count(upToNow(upTo)) : 0;
+        };
+        const auto goOn = [home, upToNow](Page page) {
+            platform::lowerThreadPriority();
+            Reader reader(home);
+            if (reader.open())
+                reader.goOn(page, upToNow(page.upTo), rowsAPage, stepMs);
+            page.error = reader.error();
+            return page;
+        };
+        begin(read, count, goOn);
     }
 
     /// As rowAt(), and has it read when it has not been.
@@ -120,7 +142,27 @@ protected:
 private:
     static constexpr int pagesKept = 40;
 
-    void begin(int number, const Page& page)
+    /// Reads one page, on a thread. `upTo` is that of the refresh; 0 begins one, with page 0.
+    using Read = std::function<Page(int page, qint64 upTo)>;
+    /// Goes on with the search for a first page that has not ended.
+    using GoOn = std::function<Page(const Page& page)>;
+    /// Counts all rows up to that one, likewise.
+    using Count = std::function<int(qint64 upTo)>;
+
+    /// What was asked for before is dropped.
+    void begin(Read read, Count count, GoOn goOn)
+    {
+        const int number = ++m_number;
+        m_read = std::move(read);
+        m_goOn = std::move(goOn);
+        m_counting = std::move(count);
+        m_background.clear();
+        m_requested.clear();
+        m_background.run([read = m_read] { return read(0, 0); },
+                         [this, number](const Page& page) { show(number, page); });
+    }
+
+    void show(int number, const Page& page)
     {
         if (number != m_number)
             return;
@@ -131,7 +173,8 @@ private:
         m_pages.insert(0, new QVector<Row>(page.rows));
         endResetModel();
         emit refreshed(m_count, page.error, page.frozen);
-        proceed(number, page);
+        if (page.error.isEmpty())
+            proceed(number, page);
     }
 
     void proceed(int number, const Page& page)
@@ -174,15 +217,30 @@ private:
         emit counted(m_count);
     }
 
+    /// A page that is shorter than it was counted ends the table: rows were removed meanwhile.
     void take(int number, int page, const Page& read)
     {
         if (number != m_number)
             return;
+        if (!read.error.isEmpty())
+            return show(number, read);
         m_requested.remove(page);
         m_pages.insert(page, new QVector<Row>(read.rows));
         const int first = page * rowsAPage;
-        emit dataChanged(index(first, 0), index(qMin(m_count, first + rowsAPage) - 1, columnCount() - 1));
+        const int end = first + read.rows.size();
+        if (end < m_count && read.rows.size() < rowsAPage)
+            shrink(end);
+        if (end > first)
+            emit dataChanged(index(first, 0), index(qMin(m_count, end) - 1, columnCount() - 1));
         emit loaded();
+    }
+
+    void shrink(int rows)
+    {
+        beginRemoveRows({}, rows, m_count - 1);
+        m_count = rows;
+        endRemoveRows();
+        emit counted(m_count);
     }
 
     Read m_read;

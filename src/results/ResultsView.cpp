@@ -31,7 +31,6 @@ ResultsView::ResultsView(QWidget* parent)
     , m_next(new QTimer(this))
     , m_shifts(Background::AtEnd::Abandon)
 {
-    setDocumentMode(true);
     addTab(m_parts, {});
     addTab(m_statistics, {});
     addTab(m_logs, {});

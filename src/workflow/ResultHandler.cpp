@@ -171,6 +171,11 @@ ResultHandler::Verdict ResultHandler::reply(const Part& part)
     return verdict;
 }
 
+bool ResultHandler::Verdict::found() const
+{
+    return good && sent.angle < plc::noticeAngle;
+}
+
 /// The result image goes first, since the row names its path.
 void ResultHandler::store(const Part& part, Verdict& verdict)
 {
@@ -184,7 +189,7 @@ void ResultHandler::store(const Part& part, Verdict& verdict)
     record.matchScore = result.score * 100;
     record.resultTip = verdict.tip;
     record.time = verdict.time;
-    const bool found = verdict.good && verdict.sent.angle < plc::noticeAngle;
+    const bool found = verdict.found();
     record.value1 = verdict.resultImage = m_store->saveResultImage(part.station, result.taskName, result.image, found);
     record.value3 = withSent(result.evidence, part.trigger.plcIndex, verdict.sent);
     record.part = partOf(part.trigger);
@@ -245,7 +250,7 @@ void ResultHandler::show(const Part& part, const Verdict& verdict)
         emit sgShowLog(part.station,
                        m_log.result(result.taskName, verdict.good ? result.angle : sent.angle, {sent.x, sent.y}));
     StationReading reading = readingOf(part.trigger, sent.angle, verdict.error, verdict.tip);
-    reading.found = verdict.good && sent.angle < plc::noticeAngle;
+    reading.found = verdict.found();
     reading.x = sent.x;
     reading.y = sent.y;
     reading.taskTime = result.taskTime;

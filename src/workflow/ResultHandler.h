@@ -89,6 +89,9 @@ private:
         QDateTime time = {}; ///< of the record
         QString resultImage = {};
         QString sourceImage = {};
+
+        /// The PLC has a place.
+        bool found() const;
     };
 
     /// A result that holds no answer: 361 to the PLC, the reason to the panel, the source image to the archive.

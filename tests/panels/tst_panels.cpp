@@ -13,7 +13,7 @@
 #include "panels/StationPlan.h"
 #include "panels/StationView.h"
 #include "results/data/PartReader.h"
-#include "results/data/ShiftStore.h"
+#include "results/data/Shifts.h"
 #include "support/Patience.h"
 #include "support/Table.h"
 #include "support/TempHome.h"
@@ -215,16 +215,16 @@ private slots:
     void historyOfBeforeTheStartIsReadBehindTheWindow()
     {
         const TempHome home;
-        home.write("/user/shifts.json", R"({"begins": "00:00, 12:00"})");
-        const qint64 now = PartTable::wallOf(QDateTime::currentDateTime());
-        const qint64 begin = ShiftStore::load(home.path()).at(now).begin;
+        const QString begins = QDateTime::currentDateTime().addSecs(-120).time().toString("hh:mm");
+        home.write("/user/shifts.json", R"({"shift_begins": ")" + begins.toLatin1() + R"("})");
+        const qint64 begin = Shifts::fromText(begins).at(PartTable::wallNow()).begin;
         QVector<PartRow> rows;
         QDir().mkpath(home.path("/DBFiles"));
         {
             StationDB database(PartReader::databaseOf(home.path()));
             QVERIFY(database.open());
-            for (int i = 0; i < 70; ++i) { // an hour of a clock that is put back in the middle
-                PartRow row = part(begin + (i % 35) * 1000, PartOutcome(i % 3));
+            for (int i = 0; i < 70; ++i) { // a clock that is put back in the middle to before the shift
+                PartRow row = part(begin + (i % 35 - 1) * 1000, PartOutcome(i % 3));
                 row.part.sourceImage = i == 67 ? "/DBFiles/none.jpg" : QString();
                 rows << row;
                 QVERIFY(database.insertResult(resultOf(row), PartTable::timeOf(row.wall)));
@@ -236,7 +236,7 @@ private slots:
         history.start(home.path());
         QTRY_COMPARE(changed.size(), 3);
         QCOMPARE(outcomes(history.of(1).recent()), outcomes(rows.mid(20)));
-        QCOMPARE(counts(history.of(1).shiftCount()), "24/23/23");
+        QCOMPARE(counts(history.of(1).shiftCount()), "23/23/22");
         QCOMPARE(history.of(1).failures().size(), 1);
         QCOMPARE(counts(history.of(2).shiftCount()), "0/0/0");
         PartReader reader(home.path());
@@ -245,7 +245,7 @@ private slots:
         QVERIFY(!reader.partAt(2, rows.last().wall) && !reader.partAt(1, rows.last().wall + 1));
 
         const AuditChanges audit = history.resetShift(1);
-        QCOMPARE(told(audit.first().name, audit.first().before, audit.first().after), "工位1/本班计数|24/23/23|0/0/0");
+        QCOMPARE(told(audit.first().name, audit.first().before, audit.first().after), "工位1/本班计数|23/23/22|0/0/0");
         QTRY_VERIFY(home.read("/user/shiftReset.json").contains("station1"));
         StationHistory next;
         QSignalSpy known(&next, &StationHistory::changed);

@@ -3,6 +3,7 @@
 #include "PartsHome.h"
 #include "db/PartTable.h"
 #include "results/data/ReviewStore.h"
+#include "results/data/ToleranceStore.h"
 #include "results/export/CsvTable.h"
 #include "results/export/ExportProgress.h"
 #include "results/export/LogExport.h"
@@ -234,6 +235,20 @@ private slots:
             "INSERT INTO SystemInfo(datetime, type, message) VALUES('2026-03-31 05:59:59', 0, '早先的报警'), "
             "('2026-03-31 07:00:00', 1, '相机2没有连接'), ('2026-03-31 08:00:00', 1, '相机2没有连接'), "
             "('2026-03-31 09:00:00', 2, '普通消息'), ('2026-03-31 10:00:00', 2, '设置更改[k]:1 → 2,用户:李工')"));
+        QCOMPARE(ToleranceStore::store(m_home->path(), "五辐/17", Statistics::X, {95, 155}), QString());
+        double n = 0, sum = 0, squares = 0;
+        for (int i = 0; i < 400; ++i) {
+            const PartRecord part = PartsHome::part(i).part;
+            const bool counts = part.model == "五辐/17" && part.outcome == PartOutcome::Found;
+            n += counts;
+            sum += counts * part.x;
+            squares += counts * part.x * part.x;
+        }
+        const double mean = sum / n;
+        const double sigma = std::sqrt((squares - n * mean * mean) / (n - 1));
+        const QByteArray fit = QString::asprintf("/17 X 95.000 155.000 %d %.3f %.4f %.2f %.2f 0", int(n), mean, sigma,
+                                                 10 / sigma, qMin(155 - mean, mean - 95) / (3 * sigma))
+                                   .toLatin1();
         const Shifts shifts = Shifts::fromText("06:00, 14:00, 22:00");
         const auto span = ReportData::Span::of(shifts, shifts.at(PartTable::wallOf(start)));
         QVERIFY((ShiftReport{m_home->path(), span, "三号线"}.toPdf(path("a.pdf"), m_progress).isGood()));
@@ -243,7 +258,7 @@ private slots:
         const QByteArray text = run("pdftotext", {"-layout", path("a.pdf"), "-"}).simplified();
         for (const char* words : {"三号线 生产报告", "2026-03-31 早班", "2026-03-31 06:00 至 2026-03-31 14:00",
                                   "合计 400 200 100 100 66.67", "工位1 五辐/17 100 50 0 50 100.00", "毛刺挡住了",
-                                  "相机2没有连接（共 2 次）", "k: 1 → 2", "操作员 / 日期"})
+                                  "相机2没有连接（共 2 次）", "k: 1 → 2", "操作员 / 日期", fit.constData()})
             QVERIFY2(text.contains(words), words + QByteArray(" is missing in ") + text);
         for (const char* words : {"早先的报警", "普通消息"})
             QVERIFY2(!text.contains(words), words);

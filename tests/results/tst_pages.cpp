@@ -11,6 +11,7 @@
 #include "results/logs/LogPage.h"
 #include "results/logs/LogTableModel.h"
 #include "results/parts/PartDetail.h"
+#include "results/parts/PartPictures.h"
 #include "results/parts/PartTableModel.h"
 #include "results/parts/PartsPage.h"
 #include "support/English.h"
@@ -19,6 +20,7 @@
 #include "support/TempHome.h"
 
 #include <QCheckBox>
+#include <QDateEdit>
 #include <QPlainTextEdit>
 #include <QTableView>
 
@@ -124,6 +126,10 @@ private slots:
                      other.value("SELECT count(*) FROM PartTable WHERE " + condition));
         const QString newest = other.value("SELECT max(uid) FROM PartTable WHERE " + condition);
         QTRY_COMPARE(QString::number(view->parts().table().rowAt(0)->uid), newest);
+        const auto* pictures = view->parts().findChild<QTableView*>("partPictures");
+        QCOMPARE(pictures->isVisible(), failures);
+        QVERIFY2(pictures->rowHeight(0) > PartPictures::pictureHeight,
+                 qPrintable(QString::number(pictures->rowHeight(0))));
     }
 
     void aMomentOfAStationLeadsToItsPart()
@@ -235,8 +241,10 @@ private slots:
         QCOMPARE(view->currentWidget(), static_cast<QWidget*>(&view->parts()));
         QTRY_COMPARE(QString::number(view->parts().table().rowCount()), counts[0]);
         emit plot.partPicked(7);
-        QTRY_VERIFY(said(view->parts())
-                        .contains(moment(120).toString("yyyy-MM-dd hh:mm:ss"))); // the seventh part, in the detail
+        const auto* table = view->parts().findChild<QTableView*>("partTable");
+        const auto chosen = [&] { return view->parts().table().rowAt(table->currentIndex().row()); };
+        QTRY_VERIFY(chosen() && chosen()->uid == 7 && view->parts().table().rowCount() == 6); // with its neighbours
+        QVERIFY(said(view->parts()).contains(moment(120).toString("yyyy-MM-dd hh:mm:ss")));
     }
 
     void everyKindOfHomeIsSaid_data()
@@ -245,6 +253,7 @@ private slots:
             {"none", "", "还没有检测结果", 0},
             {"empty", "parts 0", "没有符合条件的工件", 0},
             {"another program's", "sql CREATE TABLE other(a)", "没有检测结果表", 0},
+            {"with other columns", "sql CREATE TABLE RltTable(a)", "没有检测结果表", 0},
             {"a later version's", "sql CREATE TABLE RltTable(a); PRAGMA user_version = 99", "更新版本", 0},
             {"no database", "bytes", "已损坏", 0},
             {"an earlier version's", "parts 3; DROP TABLE PartTable; PRAGMA user_version = 0", "3 个工件", 3},
@@ -272,11 +281,70 @@ private slots:
         QTRY_VERIFY2(said(view->parts()).contains(expected), qPrintable(said(view->parts())));
         QCOMPARE(view->parts().table().rowCount(), parts);
         QCOMPARE(QFileInfo::exists(results()), !made.isEmpty());
+        const bool failed = parts == 0 && made != "parts 0";
+        QVERIFY2(!failed || !said(view->parts()).contains("0 个工件"), qPrintable(said(view->parts())));
+        view->setCurrentWidget(&view->statistics());
+        const QString inCharts = parts > 0 ? QStringLiteral("3 个工件") : expected;
+        QTRY_VERIFY2(said(view->statistics()).contains(inCharts), qPrintable(said(view->statistics())));
+        QVERIFY2(!failed || !said(view->statistics()).contains("0 个工件"), qPrintable(said(view->statistics())));
+        view->setCurrentWidget(&view->parts());
         // A good one takes its place meanwhile.
         QDir(m_home->path("/DBFiles")).removeRecursively();
         recordParts(5);
         view->refresh();
         QTRY_VERIFY2(said(view->parts()).contains("5 个工件"), qPrintable(said(view->parts())));
+    }
+
+    void everyKindOfLogIsSaid_data()
+    {
+        const char* const columns = "CREATE TABLE SystemInfo(id INTEGER PRIMARY KEY, datetime, type, message)";
+        Table::of<QString, QString>({{"none", "", "还没有系统日志"},
+                                     {"no database", "bytes", "已损坏"},
+                                     {"another program's", "CREATE TABLE other(a)", "没有系统日志表"},
+                                     {"with other columns", "CREATE TABLE SystemInfo(a)", "没有系统日志表"},
+                                     {"empty", columns, "没有符合条件的日志"}});
+    }
+    void everyKindOfLogIsSaid()
+    {
+        const auto [made, expected] = Table::row<QString, QString>();
+        const QString path = LogReader::databaseOf(m_home->path());
+        if (made == "bytes")
+            m_home->write("/dbLog.db", QByteArray(5000, 'x'));
+        else if (!made.isEmpty())
+            QVERIFY(OtherProgram(path).run(made));
+        const auto view = open(logPage);
+        QTRY_VERIFY2(said(view->logs()).contains(expected), qPrintable(said(view->logs())));
+        QVERIFY2(made.contains("message") || !said(view->logs()).contains("0 行"), qPrintable(said(view->logs())));
+        QDate day = QDate::currentDate();
+        view->logs().findChild<QDateEdit*>()->setDate(day.addDays(1)); // the first of the two
+        QTRY_VERIFY2(said(view->logs()).contains("起始日期晚于结束日期"), qPrintable(said(view->logs())));
+        QFile::remove(path);
+        {
+            SystemLog::ksLogDB log(path);
+        }
+        QVERIFY(OtherProgram(path).run(QStringLiteral("INSERT INTO SystemInfo(datetime, type, message) VALUES('%1 "
+                                                      "12:00:00', 2, 'a')")
+                                           .arg(day.toString(Qt::ISODate))));
+        view->logs().findChild<QDateEdit*>()->setDate(day);
+        QTRY_VERIFY2(said(view->logs()).contains("1 行"), qPrintable(said(view->logs())));
+    }
+
+    void rowsThatGoMeanwhileAreNotWaitedFor()
+    {
+        recordParts(450);
+        const auto view = open();
+        QTRY_COMPARE(view->parts().table().rowCount(), 450);
+        OtherProgram other(results());
+        QVERIFY(other.run("DELETE FROM RltTable WHERE uid <= 150"));
+        auto* table = view->parts().findChild<QTableView*>("partTable");
+        table->scrollToBottom();
+        QTRY_COMPARE(view->parts().table().rowCount(), 300);
+        QTRY_VERIFY(said(view->parts()).contains("300 个工件"));
+        view->refresh();
+        QTRY_VERIFY(!view->parts().table().rowAt(299) && view->parts().table().rowCount() == 300);
+        QVERIFY(other.run("ALTER TABLE RltTable RENAME TO gone"));
+        table->scrollToBottom();
+        QTRY_VERIFY2(said(view->parts()).contains("没有检测结果表"), qPrintable(said(view->parts())));
     }
 
     void textsFitInBothLanguages_data()

@@ -1,8 +1,10 @@
 #include "../db/OtherProgram.h"
 #include "db/PartTable.h"
-#include "results/data/ControlChart.h"
-#include "results/data/Statistics.h"
+#include "db/StationDB.h"
+#include "results/charts/Charts.h"
+#include "results/data/PartReader.h"
 #include "support/Table.h"
+#include "support/TempHome.h"
 
 #include <random>
 
@@ -41,11 +43,57 @@ PartSeries randomSeries(int parts)
         series.model << int(random() % 3);
         series.angle << (dice < 6 ? random() % 3600 / 10.0 : dice == 6 ? 361.0 : 999.0);
         series.x << (dice < 6 ? 100 + random() % 1000 / 100.0 : qQNaN());
-        series.y << series.x.last();
-        series.score << 90;
+        series.y << series.x.last() - 50 + int(random() % 100) / 10.0;
+        series.score << 80 + random() % 20;
         series.replyMs << 20 + random() % 20;
     }
     return series;
+}
+
+/// What a chart shows, as the SQL of the test prints it.
+QStringList numbersOf(const Charts::Answer& answer)
+{
+    QStringList texts;
+    const auto add = [&texts](const char* form, auto... numbers) { texts << QString::asprintf(form, numbers...); };
+    const auto three = [](const Statistics::Tally& t) {
+        return QStringLiteral("%1 %2 %3").arg(t.found).arg(t.notFound).arg(t.refused);
+    };
+    for (const Statistics::Bucket& bucket : answer.buckets) {
+        if (bucket.tally.parts() > 0)
+            texts << QStringLiteral("%1 %2").arg(bucket.begin).arg(three(bucket.tally)) +
+                         QString::asprintf(" %.4f %.4f", bucket.replyMs.mean, bucket.cycle.mean);
+    }
+    for (auto it = answer.models.begin(); it != answer.models.end(); ++it)
+        texts << it.key() + ' ' + three(it.value());
+    const ControlChart& control = answer.control;
+    const Statistics::Summary& own = answer.histogram.summary;
+    const Statistics::Capability& fit = answer.capability;
+    if (answer.question.kind == Charts::Control)
+        add("%.4f %.4f %.4f %d %d", control.mean, control.meanRange, control.sigma,
+            int(std::count_if(control.broken.begin(), control.broken.end(),
+                              [](ControlChart::Rules rules) { return rules.testFlag(ControlChart::BeyondLimits); })),
+            int(std::count_if(control.ranges.begin(), control.ranges.end(),
+                              [&](double range) { return range > control.upperRange(); })));
+    else if (answer.question.kind == Charts::Distribution)
+        add("%d %.4f %.4f %.4f %.4f %d", own.count, own.mean, own.sigma * own.sigma, fit.cp * fit.cp, fit.cpk * fit.cpk,
+            fit.outside);
+    else
+        for (int i = 0; i < answer.values.size(); ++i) {
+            const double turned =
+                std::fmod(std::round(answer.values[i] * 10) + 7200, 3600) / 10; // whole turns are moved
+            const bool angle = answer.question.kind == Charts::Trend && answer.question.value == Statistics::Angle;
+            const QString others = answer.others.isEmpty() ? QString() : QString::asprintf(" %.4f", answer.others[i]);
+            texts << QString::asprintf("%lld %lld %.4f", answer.walls[i], answer.uids[i],
+                                       angle ? turned : answer.values[i]) +
+                         others;
+        }
+    for (const int count : answer.histogram.counts)
+        add("%d", count);
+    for (const QMap<int, int>& counts : {answer.byError, answer.byAngle}) {
+        for (auto it = counts.begin(); it != counts.end(); ++it)
+            add("%d %d", it.key(), it.value());
+    }
+    return texts;
 }
 
 } // namespace
@@ -87,60 +135,82 @@ private slots:
         QCOMPARE(Shifts::fromText(shifts.toText()).at(shift.begin).end, shift.end);
     }
 
-    /// SQLite counts and adds the same rows.
-    void bucketsAndTalliesAgreeWithADatabase()
+    /// Every chart's numbers, of the columns that it reads, are those that SQLite computes of the same rows.
+    void chartsAgreeWithADatabase_data()
     {
-        const PartSeries series = randomSeries(3000);
-        const QTemporaryDir folder;
-        OtherProgram other(folder.filePath("parts.db"));
-        QVERIFY(other.run("CREATE TABLE p(wall, outcome, model, reply, error, angle)") && other.run("BEGIN"));
+        const QString tally = "printf('%d %d %d', total(outcome = 0), total(outcome = 1), total(outcome = 2))";
+        const auto buckets = [&tally](const char* begin) {
+            return QStringLiteral("SELECT begin || ' ' || %2 || printf(' %.4f %.4f', avg(reply_ms), "
+                                  "coalesce(avg(cycle), 0)) FROM (SELECT *, (wall - lag(wall) OVER (PARTITION BY "
+                                  "begin, station ORDER BY wall, uid)) / 1000.0 AS cycle FROM (SELECT *, %1 AS begin "
+                                  "FROM PartTable)) GROUP BY begin ORDER BY begin")
+                .arg(QLatin1String(begin), tally);
+        };
+        const QString values = "SELECT printf('%d %d %.4f', wall, uid, %1) FROM PartTable WHERE outcome = 0 ORDER BY "
+                               "wall, uid";
+        const QString failures = "SELECT printf('%d %d', %1, count(*)) FROM PartTable WHERE outcome > 0 GROUP BY %1 "
+                                 "ORDER BY %1";
+        const QString spread =
+            "WITH v AS (SELECT x AS v FROM PartTable WHERE outcome = 0), s AS (SELECT count(*) AS n, "
+            "avg(v) AS m, (sum(v * v) - count(*) * avg(v) * avg(v)) / (count(*) - 1) AS q FROM v) ";
+        const QString ranges = "WITH r AS (SELECT x, abs(x - lag(x) OVER (ORDER BY wall, uid)) AS r FROM PartTable "
+                               "WHERE outcome = 0), s AS (SELECT avg(x) AS m, avg(r) AS a FROM r) ";
+        using Span = Statistics::Span;
+        using C = Charts;
+        Table::of<int, int, int, QString>(
+            {{"hours", C::Yield, 0, int(Span::Hour), buckets("wall / 3600000 * 3600000")},
+             {"days", C::Yield, 0, int(Span::Day), buckets("wall / 86400000 * 86400000")},
+             {"cycles by shift", C::Cycle, 0, int(Span::Shift),
+              buckets("(wall - 21600000) / 43200000 * 43200000 + 21600000")},
+             {"models", C::ByModel, 0, 0,
+              "SELECT model || ' ' || " + tally + " FROM PartTable GROUP BY model ORDER BY model"},
+             {"angles", C::Trend, Statistics::Angle, 0, values.arg("angle")},
+             {"scores", C::Trend, Statistics::Score, 0, values.arg("score")},
+             {"replies", C::Trend, Statistics::ReplyMs, 0, values.arg("reply_ms")},
+             {"scatter", C::Scatter, 0, 0,
+              "SELECT printf('%d %d %.4f %.4f', wall, uid, x, y) FROM PartTable WHERE outcome = 0 ORDER BY wall, uid"},
+             {"distribution", C::Distribution, Statistics::X, 0,
+              spread + "SELECT printf('%d %.4f %.4f %.4f %.4f %d', n, m, q, 36 / (36 * q), min(108 - m, m - 102) * "
+                       "min(108 - m, m - 102) / (9 * q), (SELECT total(v < 102 OR v > 108) FROM v)) FROM s UNION ALL "
+                       "SELECT * FROM (SELECT count(*) FROM v, (SELECT min(v) AS low, max(v) AS high FROM v) GROUP BY "
+                       "min(:bins - 1, CAST((v - low) / ((high - low) / :bins) AS INT)) ORDER BY min(v))"},
+             {"control", C::Control, Statistics::X, 0,
+              ranges + "SELECT printf('%.4f %.4f %.4f %d %d', m, a, a / 1.128, (SELECT total(abs(x - m) > 3 * a / "
+                       "1.128) FROM r), (SELECT total(r > 3.267 * a) FROM r)) FROM s"},
+             {"causes", C::Failures, 0, 0,
+              "SELECT * FROM (" + failures.arg("error") + ") UNION ALL SELECT * FROM (" +
+                  failures.arg("CAST(angle AS INT)") + ")"}});
+    }
+    void chartsAgreeWithADatabase()
+    {
+        const auto [kind, value, span, sql] = Table::row<int, int, int, QString>();
+        const TempHome home;
+        const PartSeries series = randomSeries(1000);
+        StationDB(PartReader::databaseOf(home.path())).initialise();
+        OtherProgram other(PartReader::databaseOf(home.path()));
+        QVERIFY(other.run("BEGIN"));
         for (int i = 0; i < series.size(); ++i)
-            other.run(QStringLiteral("INSERT INTO p VALUES(%1,%2,'%3',%4,%5,%6)")
-                          .arg(series.wall[i])
-                          .arg(int(series.outcome[i]))
-                          .arg(series.models[series.model[i]])
-                          .arg(series.replyMs[i])
-                          .arg(int(series.error[i]))
-                          .arg(series.angle[i]));
-        const QString tally = "total(outcome = 0) || ' ' || total(outcome = 1) || ' ' || total(outcome = 2)";
-        const auto textOf = [](const Statistics::Tally& t) {
-            return QStringLiteral("%1.0 %2.0 %3.0").arg(t.found).arg(t.notFound).arg(t.refused);
-        };
-        const auto begins = [&](Statistics::Span span, const Shifts& shifts) {
-            QStringList texts;
-            for (const Statistics::Bucket& bucket : Statistics::buckets(series, span, shifts)) {
-                if (bucket.tally.parts() > 0)
-                    texts << QStringLiteral("%1 %2 %3")
-                                 .arg(bucket.begin)
-                                 .arg(textOf(bucket.tally))
-                                 .arg(bucket.replyMs.mean, 0, 'f', 6);
-            }
-            return texts;
-        };
-        const auto grouped = [&](const QString& begin) {
-            return other.column(
-                QStringLiteral(
-                    "SELECT (%1) || ' ' || %2 || ' ' || printf('%.6f', avg(reply)) FROM p GROUP BY %1 ORDER BY %1")
-                    .arg(begin, tally));
-        };
-        QCOMPARE(begins(Statistics::Span::Hour, {}), grouped("wall / 3600000 * 3600000"));
-        QCOMPARE(begins(Statistics::Span::Day, {}), grouped("wall / 86400000 * 86400000"));
-        QCOMPARE(begins(Statistics::Span::Shift, Shifts::fromText("6:00 18:00")),
-                 grouped("(wall - 21600000) / 43200000 * 43200000 + 21600000"));
-        QStringList models;
-        const QMap<QString, Statistics::Tally> byModel = Statistics::byModel(series);
-        for (auto it = byModel.begin(); it != byModel.end(); ++it)
-            models << it.key() + ' ' + textOf(it.value());
-        QCOMPARE(models, other.column("SELECT model || ' ' || " + tally + " FROM p GROUP BY model ORDER BY model"));
-        const auto pairs = [](const QMap<int, int>& counts) {
-            QStringList texts;
-            for (auto it = counts.begin(); it != counts.end(); ++it)
-                texts << QStringLiteral("%1 %2").arg(it.key()).arg(it.value());
-            return texts;
-        };
-        const QString failures = "SELECT (%1) || ' ' || count(*) FROM p WHERE outcome > 0 GROUP BY %1 ORDER BY %1";
-        QCOMPARE(pairs(Statistics::failuresByError(series)), other.column(failures.arg("error")));
-        QCOMPARE(pairs(Statistics::failuresByAngle(series)), other.column(failures.arg("cast(angle as int)")));
+            QVERIFY(other.run(QStringLiteral("INSERT INTO PartTable(wall, uid, station, outcome, error, model, angle, "
+                                             "x, y, score, reply_ms) VALUES(%1,%2,%3,%4,%5,'%6',%7,%8,%9,%10,%11)")
+                                  .arg(series.wall[i])
+                                  .arg(series.uid[i])
+                                  .arg(int(series.station[i]))
+                                  .arg(int(series.outcome[i]))
+                                  .arg(int(series.error[i]))
+                                  .arg(series.models[series.model[i]])
+                                  .arg(series.angle[i])
+                                  .arg(qIsNaN(series.x[i]) ? "NULL" : QString::number(series.x[i]))
+                                  .arg(qIsNaN(series.y[i]) ? "NULL" : QString::number(series.y[i]))
+                                  .arg(series.score[i])
+                                  .arg(series.replyMs[i])));
+        QVERIFY(other.run("COMMIT"));
+        const Charts::Question question{Charts::Kind(kind), Statistics::Value(value), Statistics::Span(span),
+                                        Statistics::Tolerance{102, 108}, Shifts::fromText("6:00 18:00")};
+        PartReader reader(home.path());
+        QVERIFY2(reader.open(), qPrintable(reader.error()));
+        const Charts::Answer answer = Charts::answer(reader.series({}, Charts::columnsFor(question)), question);
+        const QString bins = QString::number(qMax(1, answer.histogram.counts.size()));
+        QCOMPARE(numbersOf(answer), other.column(QString(sql).replace(":bins", bins)));
     }
 
     void emptyTimeBetweenPartsIsShownAsSuch()

@@ -20,10 +20,6 @@
         <translation>Cycle s</translation>
     </message>
     <message>
-        <source>应答时间 ms</source>
-        <translation>Reply time ms</translation>
-    </message>
-    <message>
         <source>型号</source>
         <translation>Model</translation>
     </message>
@@ -226,22 +222,6 @@
     <message>
         <source>原因</source>
         <translation>Reason</translation>
-    </message>
-    <message>
-        <source>角度 °</source>
-        <translation>Angle °</translation>
-    </message>
-    <message>
-        <source>X</source>
-        <translation>X</translation>
-    </message>
-    <message>
-        <source>Y</source>
-        <translation>Y</translation>
-    </message>
-    <message>
-        <source>得分 %</source>
-        <translation>Score %</translation>
     </message>
     <message>
         <source>图像 ms</source>
@@ -452,18 +432,6 @@
         <translation>Reasons of failures</translation>
     </message>
     <message>
-        <source>角度 °</source>
-        <translation>Angle °</translation>
-    </message>
-    <message>
-        <source>得分 %</source>
-        <translation>Score %</translation>
-    </message>
-    <message>
-        <source>应答时间 ms</source>
-        <translation>Reply time ms</translation>
-    </message>
-    <message>
         <source>找到的工件：趋势和分布</source>
         <translation>Found parts: trend and distribution</translation>
     </message>
@@ -526,6 +494,34 @@
     <message>
         <source>还有 %1 条没有列出</source>
         <translation>%1 more are not listed</translation>
+    </message>
+    <message>
+        <source>过程能力</source>
+        <translation>Capability</translation>
+    </message>
+    <message>
+        <source>数值</source>
+        <translation>Value</translation>
+    </message>
+    <message>
+        <source>下限</source>
+        <translation>Lower</translation>
+    </message>
+    <message>
+        <source>上限</source>
+        <translation>Upper</translation>
+    </message>
+    <message>
+        <source>均值</source>
+        <translation>Mean</translation>
+    </message>
+    <message>
+        <source>超限</source>
+        <translation>Outside</translation>
+    </message>
+    <message>
+        <source>Cp = (上限 - 下限) / 6σ    Cpk = 到较近公差限的距离 / 3σ    σ 为样本标准差</source>
+        <translation>Cp = (upper - lower) / 6σ    Cpk = distance to the nearer limit / 3σ    σ of the sample</translation>
     </message>
 </context>
 <context>

@@ -36,26 +36,6 @@
         <translation>Causes of failure</translation>
     </message>
     <message>
-        <source>角度 °</source>
-        <translation>Angle °</translation>
-    </message>
-    <message>
-        <source>X</source>
-        <translation>X</translation>
-    </message>
-    <message>
-        <source>Y</source>
-        <translation>Y</translation>
-    </message>
-    <message>
-        <source>得分 %</source>
-        <translation>Score %</translation>
-    </message>
-    <message>
-        <source>应答时间 ms</source>
-        <translation>Reply time ms</translation>
-    </message>
-    <message>
         <source>工件数</source>
         <translation>Parts</translation>
     </message>
@@ -571,6 +551,26 @@ user: %4</translation>
     <message>
         <source>未知</source>
         <translation>Unknown</translation>
+    </message>
+    <message>
+        <source>角度 °</source>
+        <translation>Angle °</translation>
+    </message>
+    <message>
+        <source>X</source>
+        <translation>X</translation>
+    </message>
+    <message>
+        <source>Y</source>
+        <translation>Y</translation>
+    </message>
+    <message>
+        <source>得分 %</source>
+        <translation>Score %</translation>
+    </message>
+    <message>
+        <source>应答时间 ms</source>
+        <translation>Reply time ms</translation>
     </message>
 </context>
 <context>

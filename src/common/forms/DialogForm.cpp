@@ -45,7 +45,8 @@ void DialogForm::prepareFields(QWidget* form)
         if (isTouched(child))
             child->setMinimumHeight(std::max(child->minimumHeight(), fingerHeight));
         auto* table = qobject_cast<QTableView*>(child);
-        if (table && table->verticalHeader()->defaultSectionSize() >= smallestChosenRow)
+        const int row = table ? table->verticalHeader()->defaultSectionSize() : 0;
+        if (row >= smallestChosenRow && row < fingerHeight)
             table->verticalHeader()->setDefaultSectionSize(fingerHeight);
     }
 }

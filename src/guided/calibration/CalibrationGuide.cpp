@@ -11,7 +11,6 @@
 #include "guided/stepper/PictureDesk.h"
 #include "results/data/PartReader.h"
 
-#include <QDir>
 #include <QMenu>
 #include <QPushButton>
 
@@ -59,10 +58,7 @@ void CalibrationGuide::addPages()
     connect(m_picturePage, &PicturePage::stationChosen, this, &CalibrationGuide::beginStation);
     connect(m_picturePage, &PicturePage::captureWanted, this, [this] { m_desk->capture(station().camKey); });
     connect(m_picturePage, &PicturePage::referenceWanted, this, &CalibrationGuide::readReference);
-    connect(m_picturePage, &PicturePage::fileWanted, this, [this] {
-        const QString archive = m_parts.home + QStringLiteral("/DBFiles/SrcImages");
-        m_desk->askFile(QDir(archive).exists() ? archive : QDir::homePath());
-    });
+    connect(m_picturePage, &PicturePage::fileWanted, this, [this] { m_desk->askFile(m_parts.home); });
 }
 
 StationConfig& CalibrationGuide::station() const

@@ -177,10 +177,7 @@ void ModelLibrary::readPicture(const QString& model, qint64 part)
     const auto read = [home = m_parts.home, part] {
         PartReader reader(home);
         const auto row = reader.open() ? reader.row(part) : std::optional<PartRow>();
-        if (!row)
-            return QImage();
-        const QString path = row->resultImage.isEmpty() ? row->part.sourceImage : row->resultImage;
-        return path.isEmpty() ? QImage() : ImageFile::readScaled(home + path, thumbnailBox);
+        return row && !row->picture().isEmpty() ? ImageFile::readScaled(home + row->picture(), thumbnailBox) : QImage();
     };
     m_background.run(read, [this, model](const QImage& picture) {
         if (!picture.isNull())

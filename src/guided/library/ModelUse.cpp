@@ -5,7 +5,7 @@
 
 QHash<QString, ModelUse> ModelUse::read(PartReader& reader, const PartFilter& filter)
 {
-    const PartSeries parts = reader.series(filter);
+    const PartSeries parts = reader.series(filter, PartSeries::Uids | PartSeries::Models);
     QVector<ModelUse> uses(parts.models.size());
     for (int i = 0; i < parts.size(); ++i) {
         if (parts.model[i] < 0 || parts.model[i] >= uses.size())

@@ -1,11 +1,13 @@
 #include "guided/stepper/PictureDesk.h"
 
 #include "common/ImageFile.h"
+#include "db/archive/ImageArchive.h"
 
 #include <valvecell/Extension.h>
 #include <valvecell/ICameraPreview.h>
 #include <valvecell/ICoreCtrl.h>
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 
@@ -39,10 +41,11 @@ void PictureDesk::capture(const QString& cameraKey)
         emit failed(tr("相机“%1”现在不能取像，请检查连接，或选择图像文件").arg(cameraKey));
 }
 
-void PictureDesk::askFile(const QString& folder)
+void PictureDesk::askFile(const QString& home)
 {
+    const QString archive = home + ImageArchive::folderOf(ImageArchive::Source);
     delete m_chooser;
-    m_chooser = new QFileDialog(m_window, tr("选择图像"), folder,
+    m_chooser = new QFileDialog(m_window, tr("选择图像"), QDir(archive).exists() ? archive : QDir::homePath(),
                                 tr("图像 (%1)").arg(ImageFile::patterns().join(QLatin1Char(' '))));
     m_chooser->setAttribute(Qt::WA_DeleteOnClose);
     m_chooser->setOption(QFileDialog::DontUseNativeDialog);

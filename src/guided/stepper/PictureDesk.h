@@ -23,8 +23,8 @@ public:
     /// Whether the core control takes pictures of that camera.
     bool canCapture(const QString& cameraKey) const;
     void capture(const QString& cameraKey);
-    /// Asks for a file, beginning in `folder`.
-    void askFile(const QString& folder);
+    /// Asks for a file, beginning in the home's archive of camera pictures if there is one.
+    void askFile(const QString& home);
     void open(const QString& path);
 
     /// A wish that the caller fulfils himself, by its number; also a way to want nothing any more.

@@ -1,5 +1,7 @@
 #include "guided/teaching/ArchivePictures.h"
 
+#include "db/archive/ImageArchive.h"
+
 #include <QDir>
 #include <QMap>
 
@@ -29,7 +31,7 @@ QStringList latestOfDay(const QString& folder)
 
 QStringList ArchivePictures::latest(const QString& home, int station, int most)
 {
-    const QDir root(home + QStringLiteral("/DBFiles/SrcImages"));
+    const QDir root(home + ImageArchive::folderOf(ImageArchive::Source));
     QStringList days = root.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks, QDir::Name);
     QStringList found;
     while (!days.isEmpty() && found.size() < most)

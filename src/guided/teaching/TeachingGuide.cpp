@@ -12,7 +12,6 @@
 #include <valvecell/IModelExamples.h>
 #include <valvecell/IModelTrial.h>
 
-#include <QDir>
 #include <QPushButton>
 
 TeachingGuide::TeachingGuide(const Parts& parts, QWidget* parent)
@@ -44,10 +43,7 @@ void TeachingGuide::connectPages()
     connect(m_desk, &PictureDesk::taken, this, &TeachingGuide::takePicture);
     connect(m_namePage, &NamePage::captureWanted, this, [this] { m_desk->capture(cameraKey()); });
     connect(m_namePage, &NamePage::archiveWanted, this, &TeachingGuide::takeLatest);
-    connect(m_namePage, &NamePage::fileWanted, this, [this] {
-        const QString archive = m_parts.home + QStringLiteral("/DBFiles/SrcImages");
-        m_desk->askFile(QDir(archive).exists() ? archive : QDir::homePath());
-    });
+    connect(m_namePage, &NamePage::fileWanted, this, [this] { m_desk->askFile(m_parts.home); });
     connect(m_namePage, &NamePage::stationChosen, this, [this] {
         m_desk->wish();
         m_namePage->setCanCapture(m_desk->canCapture(cameraKey()));

@@ -2,28 +2,11 @@
 
 namespace {
 
-const QVector<double>& column(const PartSeries& series, Charts::Value value)
-{
-    switch (value) {
-    case Charts::Angle:
-        return series.angle;
-    case Charts::X:
-        return series.x;
-    case Charts::Y:
-        return series.y;
-    case Charts::Score:
-        return series.score;
-    case Charts::ReplyMs:
-        break;
-    }
-    return series.replyMs;
-}
-
 /// Of found parts alone: what a part without a hole was answered is no measure.
 void takeValues(const PartSeries& series, Charts::Answer& answer)
 {
     const bool scatter = answer.question.kind == Charts::Scatter;
-    const QVector<double>& values = column(series, scatter ? Charts::X : answer.question.value);
+    const QVector<double>& values = Statistics::column(series, scatter ? Statistics::X : answer.question.value);
     for (int i = 0; i < series.size(); ++i) {
         if (series.outcome.at(i) != qint8(PartOutcome::Found) || qIsNaN(values.at(i)))
             continue;
@@ -33,11 +16,31 @@ void takeValues(const PartSeries& series, Charts::Answer& answer)
         if (scatter)
             answer.others.append(series.y.at(i));
     }
-    if (!scatter && answer.question.value == Charts::Angle)
+    if (!scatter && answer.question.value == Statistics::Angle)
         answer.values = Statistics::unwrapped(answer.values);
 }
 
 } // namespace
+
+PartSeries::Columns Charts::columnsFor(const Question& question)
+{
+    switch (question.kind) {
+    case Yield: // whose numbers in a file have the cycle beside them
+    case Cycle:
+        return PartSeries::Stations | PartSeries::ReplyTimes;
+    case ByModel:
+        return PartSeries::Models;
+    case Scatter:
+        return PartSeries::Uids | PartSeries::Xs | PartSeries::Ys;
+    case Failures:
+        return PartSeries::Errors | PartSeries::Angles;
+    case Trend:
+    case Distribution:
+    case Control:
+        break;
+    }
+    return PartSeries::Uids | Statistics::columnOf(question.value);
+}
 
 Charts::Answer Charts::answer(const PartSeries& series, const Question& question)
 {

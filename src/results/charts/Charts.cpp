@@ -10,10 +10,16 @@
 namespace {
 
 constexpr double barShare = 0.8;
+constexpr int mostApart = 200;
 
 QString number(double value)
 {
     return std::isfinite(value) ? QString::number(value, 'g', 6) : QStringLiteral("–");
+}
+
+QString hundredths(double value)
+{
+    return std::isfinite(value) ? QString::number(value, 'f', 2) : QStringLiteral("–");
 }
 
 QString timeText(double wall)
@@ -70,12 +76,6 @@ QString Charts::nameOf(Kind kind)
     return names[kind];
 }
 
-QString Charts::nameOf(Value value)
-{
-    const QString names[] = {tr("角度 °"), tr("X"), tr("Y"), tr("得分 %"), tr("应答时间 ms")};
-    return names[value];
-}
-
 void Charts::show(const Answer& answer, const QVector<LogRow>& marks, ResultPlot* plot, ResultPlot* lower)
 {
     using Show = void (*)(const Answer&, ResultPlot*);
@@ -107,7 +107,8 @@ void Charts::showYield(const Answer& answer, ResultPlot* plot)
             yields.append({middle, bucket.tally.yield()});
     }
     const double width = answer.buckets.isEmpty() ? 1 : answer.buckets.first().end - answer.buckets.first().begin;
-    plot->addStack(outcomeNames(), places, layers, outcomeColors(), barShare * width);
+    const bool many = places.size() > mostApart; // with gaps of part of a pixel they would flicker
+    plot->addStack(outcomeNames(), places, layers, outcomeColors(), (many ? 1 : barShare) * width);
     plot->addLine(tr("找到率 %"), yields, lookColors().accent, QwtPlot::yRight);
     plot->setRightAxis(tr("找到率 %"), 0, 100);
     plot->setTelling([buckets = answer.buckets](const QPointF& place) {
@@ -137,8 +138,8 @@ void Charts::showCycle(const Answer& answer, ResultPlot* plot)
             replies.append({middle, bucket.replyMs.mean});
     }
     plot->addLine(tr("节拍 s"), cycles, lookColors().accent);
-    plot->addLine(tr("应答时间 ms"), replies, lookColors().caution.ink, QwtPlot::yRight);
-    plot->setRightAxis(tr("应答时间 ms"), 0, 0);
+    plot->addLine(PartTexts::value(Statistics::ReplyMs), replies, lookColors().caution.ink, QwtPlot::yRight);
+    plot->setRightAxis(PartTexts::value(Statistics::ReplyMs), 0, 0);
     plot->setTelling(timeAndValue());
 }
 
@@ -165,10 +166,10 @@ void Charts::showModels(const Answer& answer, ResultPlot* plot)
 
 void Charts::showTrend(const Answer& answer, ResultPlot* plot)
 {
-    const Value value = answer.question.value;
-    plot->reset(nameOf(Trend), {}, nameOf(value));
+    const Statistics::Value value = answer.question.value;
+    plot->reset(nameOf(Trend), {}, PartTexts::value(value));
     plot->setTimeAxis();
-    plot->addDots(nameOf(value), pointsOf(answer), lookColors().accent, answer.uids);
+    plot->addDots(PartTexts::value(value), pointsOf(answer), lookColors().accent, answer.uids);
     plot->addLevel(tr("上限"), answer.question.tolerance.upper, lookColors().bad.ink);
     plot->addLevel(tr("下限"), answer.question.tolerance.lower, lookColors().bad.ink);
     plot->setTelling(timeAndValue());
@@ -176,7 +177,7 @@ void Charts::showTrend(const Answer& answer, ResultPlot* plot)
 
 void Charts::showScatter(const Answer& answer, ResultPlot* plot)
 {
-    plot->reset(nameOf(Scatter), nameOf(X), nameOf(Y));
+    plot->reset(nameOf(Scatter), PartTexts::value(Statistics::X), PartTexts::value(Statistics::Y));
     QVector<QPointF> points;
     for (int i = 0; i < answer.values.size(); ++i)
         points.append({answer.values.at(i), answer.others.at(i)});
@@ -189,7 +190,7 @@ void Charts::showDistribution(const Answer& answer, ResultPlot* plot)
 {
     const Statistics::Histogram& histogram = answer.histogram;
     const Statistics::Summary& summary = histogram.summary;
-    plot->reset(nameOf(Distribution), nameOf(answer.question.value), tr("工件数"));
+    plot->reset(nameOf(Distribution), PartTexts::value(answer.question.value), tr("工件数"));
     QVector<QPointF> bars;
     for (int i = 0; i < histogram.counts.size(); ++i)
         bars.append({histogram.first + (i + 0.5) * histogram.width, double(histogram.counts.at(i))});
@@ -202,8 +203,8 @@ void Charts::showDistribution(const Answer& answer, ResultPlot* plot)
     plot->addMark(tr("上限"), answer.question.tolerance.upper, lookColors().bad.ink);
     plot->addNote(tr("n = %1\n均值 %2\nσ %3\nCp %4\nCpk %5\n超限 %6")
                       .arg(summary.count)
-                      .arg(number(summary.mean), number(summary.sigma), number(answer.capability.cp),
-                           number(answer.capability.cpk), QString::number(answer.capability.outside)));
+                      .arg(number(summary.mean), number(summary.sigma), hundredths(answer.capability.cp),
+                           hundredths(answer.capability.cpk), QString::number(answer.capability.outside)));
     plot->setTelling([](const QPointF& place) { return number(place.x()); });
 }
 
@@ -226,7 +227,7 @@ QString Charts::ruleNames(ControlChart::Rules rules)
 void Charts::showControl(const Answer& answer, ResultPlot* plot)
 {
     const ControlChart& chart = answer.control;
-    plot->reset(nameOf(Control), tr("工件序号"), nameOf(answer.question.value));
+    plot->reset(nameOf(Control), tr("工件序号"), PartTexts::value(answer.question.value));
     QVector<QPointF> points;
     QVector<QPointF> broken;
     QVector<qint64> brokenIds;
@@ -237,7 +238,7 @@ void Charts::showControl(const Answer& answer, ResultPlot* plot)
             brokenIds.append(answer.uids.value(i));
         }
     }
-    plot->addDots(nameOf(answer.question.value), points, lookColors().accent, answer.uids);
+    plot->addDots(PartTexts::value(answer.question.value), points, lookColors().accent, answer.uids);
     plot->addDots(tr("违反判异准则"), broken, lookColors().bad.ink, brokenIds);
     plot->addLevel(QStringLiteral("UCL %1").arg(number(chart.upper())), chart.upper(), lookColors().bad.ink);
     plot->addLevel(tr("均值 %1").arg(number(chart.mean)), chart.mean, lookColors().text);

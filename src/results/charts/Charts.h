@@ -15,12 +15,11 @@ class Charts
 
 public:
     enum Kind { Yield, Cycle, ByModel, Trend, Scatter, Distribution, Control, Failures };
-    enum Value { Angle, X, Y, Score, ReplyMs };
 
     struct Question
     {
         Kind kind = Yield;
-        Value value = Angle;
+        Statistics::Value value = Statistics::Angle;
         Statistics::Span span = Statistics::Span::Hour;
         Statistics::Tolerance tolerance;
         Shifts shifts;
@@ -41,13 +40,14 @@ public:
         QMap<int, int> byError;
         QMap<int, int> byAngle;
     };
+    /// What an answer needs of the parts.
+    static PartSeries::Columns columnsFor(const Question& question);
     static Answer answer(const PartSeries& series, const Question& question);
 
     /// `marks`: changes of calibrations and models, for charts along time. `lower` is for the kinds with two charts.
     static void show(const Answer& answer, const QVector<LogRow>& marks, ResultPlot* plot, ResultPlot* lower);
 
     static QString nameOf(Kind kind);
-    static QString nameOf(Value value);
     static bool needsValue(Kind kind) { return kind == Trend || kind == Distribution || kind == Control; }
     static bool hasLower(Kind kind) { return kind == Control; }
     static bool needsSpan(Kind kind) { return kind == Yield || kind == Cycle; }

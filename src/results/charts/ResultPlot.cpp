@@ -26,7 +26,8 @@ namespace {
 
 constexpr double pickPixels = 8;
 constexpr int finePoints = 200;
-constexpr int leastAxis = 56; // charts below each other begin at the same place
+constexpr double nextLine = 4; // pixels; closer lines would be one area
+constexpr int leastAxis = 56;  // charts below each other begin at the same place
 
 /// Names at whole numbers.
 class NameScale : public QwtScaleDraw
@@ -77,7 +78,17 @@ QwtText titleOf(const QString& text)
     return title;
 }
 
-/// A line across, with its text unless that would lie over the one of a line before.
+/// What can be read over dots.
+QwtText labelOf(const QString& text)
+{
+    QwtText label = titleOf(text);
+    QColor ground = lookColors().card;
+    ground.setAlpha(210);
+    label.setBackgroundBrush(ground);
+    return label;
+}
+
+/// A line across, unless one before stands as near as can be; with its text, unless that would lie over one before.
 class Mark : public QwtPlotMarker
 {
 public:
@@ -88,10 +99,13 @@ public:
     void draw(QPainter* painter, const QwtScaleMap& xMap, const QwtScaleMap& yMap, const QRectF& canvas) const override
     {
         const double x = xMap.transform(xValue());
+        const double lastLine = m_before ? m_before->m_lastLine : -1e9;
+        m_lastLine = x - lastLine >= nextLine ? x : lastLine;
         const double last = m_before ? m_before->m_lastText : -1e9;
         m_hasRoom = x - last >= label().textSize().height();
         m_lastText = m_hasRoom ? x : last;
-        QwtPlotMarker::draw(painter, xMap, yMap, canvas);
+        if (m_lastLine == x)
+            QwtPlotMarker::draw(painter, xMap, yMap, canvas);
     }
 
 protected:
@@ -105,6 +119,7 @@ private:
     const Mark* m_before;
     mutable bool m_hasRoom = true;
     mutable double m_lastText = 0; ///< where the last text stands, up to this line
+    mutable double m_lastLine = 0; ///< likewise
 };
 
 } // namespace
@@ -290,7 +305,7 @@ void ResultPlot::addLevel(const QString& text, double y, const QColor& color)
     marker->setLineStyle(QwtPlotMarker::HLine);
     marker->setLinePen(color, 1, Qt::DashLine);
     marker->setYValue(y);
-    marker->setLabel(titleOf(text));
+    marker->setLabel(labelOf(text));
     marker->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
     marker->setItemAttribute(QwtPlotItem::Legend, false);
     marker->setItemAttribute(QwtPlotItem::AutoScale, true);
@@ -303,19 +318,13 @@ void ResultPlot::addMark(const QString& text, double x, const QColor& color)
         return;
     const QwtPlotItemList known = itemList(QwtPlotItem::Rtti_PlotMarker);
     const Mark* before = nullptr;
-    for (const QwtPlotItem* item : known) {
-        if (const auto* mark = dynamic_cast<const Mark*>(item))
-            before = mark;
-    }
+    for (int i = known.size() - 1; !before && i >= 0; --i)
+        before = dynamic_cast<const Mark*>(known.at(i));
     auto* marker = new Mark(before);
     marker->setLineStyle(QwtPlotMarker::VLine);
     marker->setLinePen(color, 1, Qt::DashLine);
     marker->setXValue(x);
-    QwtText label = titleOf(text);
-    QColor ground = palette().color(QPalette::Base);
-    ground.setAlpha(210);
-    label.setBackgroundBrush(ground);
-    marker->setLabel(label);
+    marker->setLabel(labelOf(text));
     marker->setLabelOrientation(Qt::Vertical);
     marker->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
     marker->attach(this);

@@ -5,11 +5,12 @@
 #include "db/PartTable.h"
 #include "platform/System.h"
 #include "results/charts/ResultPlot.h"
-#include "results/charts/ToleranceStore.h"
 #include "results/data/PartReader.h"
+#include "results/data/ToleranceStore.h"
 #include "results/export/forms/ExportBar.h"
 #include "results/export/forms/ExportMenus.h"
 #include "results/parts/PartFilterBar.h"
+#include "results/parts/PartTexts.h"
 
 #include <QComboBox>
 #include <QDoubleValidator>
@@ -28,8 +29,7 @@ namespace {
 constexpr int msUntilSaid = 400;
 
 constexpr int kinds = Charts::Failures + 1;
-constexpr int values = Charts::ReplyMs + 1;
-constexpr int mostMarks = 500;
+constexpr int mostMarks = 2000;
 
 /// The audit lines that a chart marks, by the beginnings of their keys.
 QStringList markedKeys()
@@ -184,7 +184,7 @@ void StatisticsPage::loadTolerance()
     m_limits->setText(model.isEmpty() ? tr("公差（请先选择型号）") : tr("公差"));
     const Statistics::Tolerance known =
         model.isEmpty() ? Statistics::Tolerance()
-                        : ToleranceStore::load(m_home, model, Charts::Value(m_value->currentIndex()));
+                        : ToleranceStore::load(m_home, model, Statistics::Value(m_value->currentIndex()));
     const auto text = [](double limit) { return std::isfinite(limit) ? QString::number(limit, 'g', 10) : QString(); };
     m_least->setText(text(known.lower));
     m_most->setText(text(known.upper));
@@ -196,7 +196,7 @@ void StatisticsPage::storeTolerance()
     if (wanted.lower >= wanted.upper)
         return m_message->sayOrHide(Tone::Warning, tr("下限必须小于上限"));
     const QString model = m_filter->filter().model;
-    const QString error = ToleranceStore::store(m_home, model, Charts::Value(m_value->currentIndex()), wanted);
+    const QString error = ToleranceStore::store(m_home, model, Statistics::Value(m_value->currentIndex()), wanted);
     if (error.isEmpty())
         return ask();
     m_message->sayOrHide(Tone::Error, tr("不能保存公差：%1").arg(error));
@@ -214,7 +214,7 @@ void StatisticsPage::ask()
         *m_goOn = false;
     m_goOn = std::make_shared<std::atomic<bool>>(true);
     m_background.clear();
-    Charts::Question question{Charts::Kind(m_kind->currentIndex()), Charts::Value(m_value->currentIndex()),
+    Charts::Question question{Charts::Kind(m_kind->currentIndex()), Statistics::Value(m_value->currentIndex()),
                               Statistics::Span(m_span->currentIndex()), tolerance(), m_shifts};
     const auto work = [home = m_home, filter = m_filter->filter(), question, goOn = m_goOn] {
         platform::lowerThreadPriority(); // the production goes first
@@ -225,8 +225,10 @@ void StatisticsPage::ask()
             return read;
         }
         read.models = reader.models();
-        const PartSeries series = reader.series(filter, [goOn] { return goOn->load(); });
+        const PartSeries series = reader.series(filter, Charts::columnsFor(question), [goOn] { return goOn->load(); });
         read.error = reader.error();
+        if (!read.error.isEmpty()) // some of the parts would be no chart of them
+            return read;
         for (const qint8 outcome : series.outcome)
             read.tally.add(PartOutcome(outcome));
         read.answer = Charts::answer(series, question);
@@ -250,12 +252,13 @@ void StatisticsPage::ask()
 void StatisticsPage::draw()
 {
     const double yield = m_tally.yield();
-    m_summary->setText(tr("%1 个工件，找到 %2，未找到 %3，拒绝 %4，找到率 %5 %")
-                           .arg(m_tally.parts())
-                           .arg(m_tally.found)
-                           .arg(m_tally.notFound)
-                           .arg(m_tally.refused)
-                           .arg(qIsNaN(yield) ? QStringLiteral("–") : QString::number(yield, 'f', 2)));
+    m_summary->setText(m_failed ? QString()
+                                : tr("%1 个工件，找到 %2，未找到 %3，拒绝 %4，找到率 %5 %")
+                                      .arg(m_tally.parts())
+                                      .arg(m_tally.found)
+                                      .arg(m_tally.notFound)
+                                      .arg(m_tally.refused)
+                                      .arg(qIsNaN(yield) ? QStringLiteral("–") : QString::number(yield, 'f', 2)));
     const bool any = m_tally.parts() > 0; // axes of nothing would lie
     m_plot->setVisible(any);
     m_lower->setVisible(any && Charts::hasLower(m_answer.question.kind));
@@ -268,7 +271,9 @@ void StatisticsPage::take(const Read& read)
     const bool empty = read.error.isEmpty() && read.tally.parts() == 0;
     m_message->sayOrHide(empty ? Tone::Plain : Tone::Error,
                          empty ? tr("没有符合条件的工件，请选择更长的时间或放宽条件") : read.error);
-    m_filter->setModels(read.models);
+    if (read.error.isEmpty())
+        m_filter->setModels(read.models);
+    m_failed = !read.error.isEmpty();
     m_answer = read.answer;
     m_marks = read.marks;
     m_tally = read.tally;
@@ -292,8 +297,8 @@ void StatisticsPage::retranslate()
         names << Charts::nameOf(Charts::Kind(kind));
     fill(m_kind, names);
     names.clear();
-    for (int value = 0; value < values; ++value)
-        names << Charts::nameOf(Charts::Value(value));
+    for (const Statistics::Value value : Statistics::values)
+        names << PartTexts::value(value);
     fill(m_value, names);
     fill(m_span, {tr("按小时"), tr("按班次"), tr("按天")});
     m_limits->setText(m_most->isEnabled() ? tr("公差") : tr("公差（请先选择型号）"));

@@ -70,6 +70,7 @@ private:
     QVector<LogRow> m_marks;
     Statistics::Tally m_tally;
     bool m_reading = false;
+    bool m_failed = false; ///< nothing is known of the parts
     int m_number = 0;
     std::shared_ptr<std::atomic<bool>> m_goOn; ///< of the reading in hand
     Background m_background;

@@ -54,7 +54,8 @@ bool LogReader::open()
     }
     if (!SqliteFile::openForReading(m_connection, &m_error, &m_frozen))
         return false;
-    if (m_connection.exec(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'SystemInfo'")).next())
+    m_connection.exec(QStringLiteral("SELECT id, datetime, type, message FROM SystemInfo LIMIT 0"));
+    if (!m_connection.failed())
         return true;
     m_error = tr("%1 中没有系统日志表，请选择本程序的工作目录").arg(path);
     return false;
@@ -100,7 +101,13 @@ QSqlQuery LogReader::run(const QString& columns, const LogFilter& filter, const 
     return query;
 }
 
-qint64 LogReader::lastLine()
+void LogReader::noteEnd(const QSqlQuery& query)
+{
+    if (m_error.isEmpty() && query.lastError().isValid())
+        m_error = databaseOf(m_home) + QStringLiteral(": ") + query.lastError().text().simplified();
+}
+
+qint64 LogReader::lastRow()
 {
     QSqlQuery query = run(QStringLiteral("max(id)"), {}, {});
     return query.next() ? query.value(0).toLongLong() : 0;
@@ -123,6 +130,7 @@ QVector<LogRow> LogReader::lines(const LogFilter& filter, int limit, int offset)
     while (query.next())
         rows.append(LogRow::of(query.value(0).toLongLong(), query.value(1).toString(), query.value(2).toInt(),
                                query.value(3).toString()));
+    noteEnd(query);
     return rows;
 }
 
@@ -184,8 +192,7 @@ bool LogReader::each(const LogFilter& filter, Qt::SortOrder order, const std::fu
                              query.value(3).toString())))
             return true;
     }
-    if (m_error.isEmpty() && query.lastError().isValid())
-        m_error = databaseOf(m_home) + QStringLiteral(": ") + query.lastError().text();
+    noteEnd(query);
     return m_error.isEmpty();
 }
 

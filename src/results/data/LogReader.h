@@ -56,7 +56,7 @@ public:
     /// As PartReader's.
     bool isFrozen() const { return m_frozen; }
 
-    qint64 lastLine();
+    qint64 lastRow();
     int count(const LogFilter& filter);
     /// Newest first.
     QVector<LogRow> lines(const LogFilter& filter, int limit, int offset);
@@ -73,6 +73,7 @@ private:
     void searchSlice(Search<LogRow>& search, const LogFilter& filter, int limit);
     int shareSearched(const LogFilter& cuts, const QString& by, const QString& reached);
     QSqlQuery run(const QString& columns, const LogFilter& filter, const QString& end);
+    void noteEnd(const QSqlQuery& query);
 
     const QString m_home;
     SqlConnection m_connection;

@@ -37,15 +37,33 @@ struct PartRow
     QString evidence;
     bool marked = false;
     QString comment;
+
+    /// The picture of the result, or else the camera's; empty when neither was archived.
+    const QString& picture() const { return resultImage.isEmpty() ? part.sourceImage : resultImage; }
 };
 
 /// What charts are made of: one entry a part, in the order of time, by columns. Numbers that are not known are NaN.
+/// Time and outcome are always there; a column that nobody asked for is empty, since each costs its share of reading.
 struct PartSeries
 {
+    enum Column {
+        Uids = 1,
+        Stations = 2,
+        Errors = 4,
+        Models = 8,
+        Angles = 16,
+        Xs = 32,
+        Ys = 64,
+        Scores = 128,
+        ReplyTimes = 256,
+        All = 511
+    };
+    Q_DECLARE_FLAGS(Columns, Column)
+
     QVector<qint64> wall;
+    QVector<qint8> outcome; ///< a PartOutcome
     QVector<qint64> uid;
     QVector<qint8> station;
-    QVector<qint8> outcome; ///< a PartOutcome
     QVector<qint16> error;
     QVector<int> model; ///< index into `models`
     QVector<double> angle;
@@ -57,3 +75,4 @@ struct PartSeries
 
     int size() const { return wall.size(); }
 };
+Q_DECLARE_OPERATORS_FOR_FLAGS(PartSeries::Columns)

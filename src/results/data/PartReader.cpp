@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QSqlError>
+#include <QVarLengthArray>
 #include <QVariant>
 
 #include <limits>
@@ -60,6 +61,45 @@ PartRow rowOf(const QSqlQuery& query, bool reviews)
     return row;
 }
 
+/// A series while it is read.
+struct SeriesFilling
+{
+    PartSeries series;
+    QHash<QString, int> models = {};
+
+    void addModel(const QString& name)
+    {
+        const auto known = models.constFind(name);
+        series.model.append(known == models.constEnd() ? series.models.size() : *known);
+        if (known != models.constEnd())
+            return;
+        models.insert(name, series.models.size());
+        series.models.append(name);
+    }
+};
+
+struct SeriesColumn
+{
+    PartSeries::Column id;
+    const char* name;
+    void (*take)(SeriesFilling& filling, const QVariant& value);
+};
+
+const SeriesColumn seriesColumns[] = {
+    {PartSeries::Uids, "uid", [](SeriesFilling& f, const QVariant& v) { f.series.uid.append(v.toLongLong()); }},
+    {PartSeries::Stations, "station",
+     [](SeriesFilling& f, const QVariant& v) { f.series.station.append(qint8(v.toInt())); }},
+    {PartSeries::Errors, "error",
+     [](SeriesFilling& f, const QVariant& v) { f.series.error.append(qint16(v.toInt())); }},
+    {PartSeries::Models, "model", [](SeriesFilling& f, const QVariant& v) { f.addModel(v.toString()); }},
+    {PartSeries::Angles, "angle", [](SeriesFilling& f, const QVariant& v) { f.series.angle.append(v.toDouble()); }},
+    {PartSeries::Xs, "x", [](SeriesFilling& f, const QVariant& v) { f.series.x.append(numberOrNaN(v)); }},
+    {PartSeries::Ys, "y", [](SeriesFilling& f, const QVariant& v) { f.series.y.append(numberOrNaN(v)); }},
+    {PartSeries::Scores, "score", [](SeriesFilling& f, const QVariant& v) { f.series.score.append(v.toDouble()); }},
+    {PartSeries::ReplyTimes, "reply_ms",
+     [](SeriesFilling& f, const QVariant& v) { f.series.replyMs.append(numberOrNaN(v)); }},
+};
+
 QString sortingOf(PartReader::Column by, Qt::SortOrder order)
 {
     const QString direction = order == Qt::AscendingOrder ? QStringLiteral(" ASC") : QStringLiteral(" DESC");
@@ -96,17 +136,27 @@ bool PartReader::open()
     }
     if (!SqliteFile::openForReading(m_connection, &m_error, &m_frozen))
         return false;
-    if (!m_connection.exec(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'RltTable'")).next()) {
+    const bool there = m_connection.exec(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'RltTable'")).next();
+    const bool newer = there && PartTable::isNewer(m_connection);
+    if (!there || (!newer && !hasOwnColumns())) {
         m_error = tr("%1 中没有检测结果表，请选择本程序的工作目录").arg(path);
         return false;
     }
-    if (PartTable::isNewer(m_connection)) {
+    if (newer) {
         m_error = tr("%1 由更新版本的程序写入，请用该版本查看").arg(path);
         return false;
     }
     m_source = PartTable::source(m_connection);
     attachReviews();
     return true;
+}
+
+/// Another program may have a table of that name.
+bool PartReader::hasOwnColumns()
+{
+    m_connection.exec(QStringLiteral("SELECT uid, time, stationName, dAngle, errorType, matchScore, resultTip, value1, "
+                                     "value2, value3 FROM RltTable LIMIT 0"));
+    return !m_connection.failed();
 }
 
 /// A home that nobody reviewed has no such file, and a reader makes none.
@@ -191,6 +241,13 @@ QSqlQuery PartReader::run(const QString& sql, const PartFilter& filter)
     return query;
 }
 
+/// Damage may show only after some rows, which are not all then.
+void PartReader::noteEnd(const QSqlQuery& query)
+{
+    if (m_error.isEmpty() && query.lastError().isValid())
+        m_error = databaseOf(m_home) + QStringLiteral(": ") + query.lastError().text().simplified();
+}
+
 qint64 PartReader::lastRow()
 {
     QSqlQuery query = run(QStringLiteral("SELECT max(uid) FROM RltTable"));
@@ -225,8 +282,10 @@ QVector<PartRow> PartReader::rows(const PartFilter& filter, Column by, Qt::SortO
                                           QStringLiteral(" WHERE p.wall = keyWall AND p.uid = keyUid")
                                     : wholeRows(page);
     QVector<PartRow> rows;
-    for (QSqlQuery query = run(parts + QStringLiteral(" ORDER BY ") + sorting, filter); query.next();)
+    QSqlQuery query = run(parts + QStringLiteral(" ORDER BY ") + sorting, filter);
+    while (query.next())
         rows.append(rowOf(query, m_reviews));
+    noteEnd(query);
     return rows;
 }
 
@@ -268,8 +327,7 @@ bool PartReader::each(const PartFilter& filter, Column by, Qt::SortOrder order,
         if (!take(rowOf(query, m_reviews)))
             return true;
     }
-    if (m_error.isEmpty() && query.lastError().isValid())
-        m_error = databaseOf(m_home) + QStringLiteral(": ") + query.lastError().text();
+    noteEnd(query);
     return m_error.isEmpty();
 }
 
@@ -298,38 +356,30 @@ QVector<PartRow> PartReader::last(const PartFilter& filter, int count)
     return rows;
 }
 
-PartSeries PartReader::series(const PartFilter& filter, const std::function<bool()>& goOn)
+PartSeries PartReader::series(const PartFilter& filter, PartSeries::Columns columns, const std::function<bool()>& goOn)
 {
     constexpr int rowsBetweenQuestions = 4096;
-    PartSeries series;
-    QHash<QString, int> indices;
-    QSqlQuery query = run(QStringLiteral("SELECT p.wall, p.uid, p.station, p.outcome, p.error, p.model, p.angle, p.x, "
-                                         "p.y, p.score, p.reply_ms") +
-                              from(filter) + QStringLiteral(" ORDER BY p.wall, p.uid"),
-                          filter);
+    SeriesFilling filling;
+    QVarLengthArray<const SeriesColumn*, 16> wanted;
+    QString names = QStringLiteral("p.wall, p.outcome");
+    for (const SeriesColumn& column : seriesColumns) {
+        if (!columns.testFlag(column.id))
+            continue;
+        wanted.append(&column);
+        names += QLatin1String(", p.") + QLatin1String(column.name);
+    }
+    PartSeries& series = filling.series;
+    QSqlQuery query =
+        run(QStringLiteral("SELECT ") + names + from(filter) + QStringLiteral(" ORDER BY p.wall, p.uid"), filter);
     while (query.next()) {
         series.wall.append(query.value(0).toLongLong());
-        series.uid.append(query.value(1).toLongLong());
-        series.station.append(qint8(query.value(2).toInt()));
-        series.outcome.append(qint8(query.value(3).toInt()));
-        series.error.append(qint16(query.value(4).toInt()));
-        const QString model = query.value(5).toString();
-        const auto known = indices.constFind(model);
-        if (known == indices.constEnd()) {
-            indices.insert(model, series.models.size());
-            series.model.append(series.models.size());
-            series.models.append(model);
-        } else {
-            series.model.append(*known);
-        }
-        series.angle.append(query.value(6).toDouble());
-        series.x.append(numberOrNaN(query.value(7)));
-        series.y.append(numberOrNaN(query.value(8)));
-        series.score.append(query.value(9).toDouble());
-        series.replyMs.append(numberOrNaN(query.value(10)));
+        series.outcome.append(qint8(query.value(1).toInt()));
+        for (int i = 0; i < wanted.size(); ++i)
+            wanted[i]->take(filling, query.value(2 + i));
         if (goOn && series.size() % rowsBetweenQuestions == 0 && !goOn())
-            break;
+            return series;
     }
+    noteEnd(query);
     return series;
 }
 

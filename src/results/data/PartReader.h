@@ -49,7 +49,7 @@ public:
     /// Those recorded last, whatever their times say: the newest is the last of them.
     QVector<PartRow> last(const PartFilter& filter, int count);
     /// All of them; `goOn`, when given, is asked now and then, and false ends the reading.
-    PartSeries series(const PartFilter& filter, const std::function<bool()>& goOn = {});
+    PartSeries series(const PartFilter& filter, PartSeries::Columns columns, const std::function<bool()>& goOn = {});
     /// In the order of their names.
     QStringList models();
     /// Of the first and the last part; not valid when there is none.
@@ -60,6 +60,7 @@ public:
     static QString reviewsOf(const QString& home);
 
 private:
+    bool hasOwnColumns();
     void attachReviews();
     /// All parts are filled in.
     bool isTable() const;
@@ -67,6 +68,7 @@ private:
     /// FROM and WHERE, with the table `p`.
     QString from(const PartFilter& filter) const;
     QSqlQuery run(const QString& sql, const PartFilter& filter = {});
+    void noteEnd(const QSqlQuery& query);
     /// What rowOf() reads, of a SELECT or table of parts.
     QString wholeRows(const QString& parts) const;
 

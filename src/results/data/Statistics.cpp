@@ -93,6 +93,19 @@ QVector<double> known(const QVector<double>& values)
 
 } // namespace
 
+const QVector<double>& column(const PartSeries& series, Value value)
+{
+    const QVector<double>* const columns[] = {&series.angle, &series.x, &series.y, &series.score, &series.replyMs};
+    return *columns[value];
+}
+
+PartSeries::Column columnOf(Value value)
+{
+    const PartSeries::Column columns[] = {PartSeries::Angles, PartSeries::Xs, PartSeries::Ys, PartSeries::Scores,
+                                          PartSeries::ReplyTimes};
+    return columns[value];
+}
+
 double Tally::yield() const
 {
     const int judged = found + notFound;
@@ -127,7 +140,10 @@ QVector<Bucket> buckets(const PartSeries& series, Span span, const Shifts& shift
             filling = Filling{far ? bucketOf(wall, span, shifts) : next, {}, {}};
         }
         filling.bucket.tally.add(PartOutcome(series.outcome.at(i)));
-        filling.reply.add(series.replyMs.at(i));
+        if (!series.replyMs.isEmpty())
+            filling.reply.add(series.replyMs.at(i));
+        if (series.station.isEmpty())
+            continue;
         qint64& last = filling.last[qBound(0, int(series.station.at(i)), 2)];
         if (last >= 0)
             filling.cycle.add((wall - last) / 1000.0);

@@ -8,6 +8,12 @@
 /// What charts and reports show of parts: pure computations, any thread.
 namespace Statistics {
 
+/// What is measured of a found part.
+enum Value { Angle, X, Y, Score, ReplyMs };
+constexpr Value values[] = {Angle, X, Y, Score, ReplyMs};
+const QVector<double>& column(const PartSeries& series, Value value);
+PartSeries::Column columnOf(Value value);
+
 /// How parts ended.
 struct Tally
 {
@@ -42,6 +48,7 @@ struct Bucket
     Summary replyMs; ///< from trigger to reply
 };
 /// By time, those without a part between others included. At most as many as `most`: a longer time keeps the last.
+/// Cycles take the stations, and times to the reply those, if the series has them.
 QVector<Bucket> buckets(const PartSeries& series, Span span, const Shifts& shifts, int most = 20000);
 
 QMap<QString, Tally> byModel(const PartSeries& series);

@@ -21,7 +21,7 @@ ExportOutcome LogExport::toCsv(const QString& path, ExportProgress& progress) co
     if (!table.begin(columns))
         return ExportOutcome::failed(table.error());
     LogFilter upToNow = filter;
-    upToNow.upTo = reader.lastLine();
+    upToNow.upTo = reader.lastRow();
     const int count = reader.count(upToNow);
     ExportOutcome outcome;
     const auto take = [&](const LogRow& row) {

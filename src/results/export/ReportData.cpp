@@ -3,6 +3,7 @@
 #include "db/PartTable.h"
 #include "db/log/LogLine.h"
 #include "results/data/PartReader.h"
+#include "results/data/ToleranceStore.h"
 #include "results/parts/PartTexts.h"
 
 #include <QDir>
@@ -10,6 +11,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -86,6 +88,31 @@ void takeFound(const PartSeries& series, PartSeries& found)
         found.replyMs.append(series.replyMs.at(i));
     }
     found.angle = Statistics::unwrapped(found.angle);
+}
+
+/// The found parts of a model, where a limit is set for one of its values.
+void takeFits(const QString& home, const PartSeries& series, ReportData& data)
+{
+    QMap<QString, int> models;
+    for (int model = 0; model < series.models.size(); ++model)
+        models.insert(series.models.at(model), model);
+    for (auto model = models.begin(); model != models.end(); ++model) {
+        for (const Statistics::Value value : Statistics::values) {
+            const Statistics::Tolerance tolerance = ToleranceStore::load(home, model.key(), value);
+            if (std::isnan(tolerance.lower) && std::isnan(tolerance.upper))
+                continue;
+            QVector<double> found;
+            for (int i = 0; i < series.size(); ++i) {
+                if (series.model.at(i) == *model && series.outcome.at(i) == qint8(PartOutcome::Found))
+                    found.append(Statistics::column(series, value).at(i));
+            }
+            if (value == Statistics::Angle)
+                found = Statistics::unwrapped(found);
+            const Statistics::Summary summary = Statistics::summary(found);
+            if (summary.count > 0)
+                data.fits.append({model.key(), value, tolerance, summary, Statistics::capability(found, tolerance)});
+        }
+    }
 }
 
 void takeFailures(PartReader& reader, PartFilter filter, ReportData& data)
@@ -175,13 +202,14 @@ ReportData ReportData::read(const QString& home, const Span& span, const QString
     filter.from = PartTable::timeOf(span.begin);
     filter.to = PartTable::timeOf(span.end);
     filter.upTo = reader.lastRow();
-    const PartSeries series = reader.series(filter, goOn);
+    const PartSeries series = reader.series(filter, PartSeries::All, goOn);
     data.error = reader.error();
     tally(series, data);
     divide(series, data);
     data.cycle = cycleOf(series);
     data.replyMs = Statistics::summary(series.replyMs);
     takeFound(series, data.found);
+    takeFits(home, series, data);
     if (goOn())
         takeFailures(reader, filter, data);
     if (goOn())

@@ -33,6 +33,16 @@ struct ReportData
         int times = 1;
     };
 
+    /// How the found parts of a model lie within the limits that are set for it.
+    struct Fit
+    {
+        QString model;
+        Statistics::Value value = Statistics::Angle;
+        Statistics::Tolerance tolerance;
+        Statistics::Summary summary;
+        Statistics::Capability capability;
+    };
+
     static constexpr int mostFailures = 1000;
     static constexpr int mostEvents = 500;
 
@@ -41,7 +51,8 @@ struct ReportData
     QString logo; ///< a picture's path; empty for none
     QVector<Line> lines;
     Statistics::Tally total;
-    PartSeries found; ///< columns of the found parts alone
+    PartSeries found;  ///< columns of the found parts alone
+    QVector<Fit> fits; ///< by model and value
     QVector<Statistics::Bucket> buckets;
     Statistics::Span bucketSpan = Statistics::Span::Hour;
     Statistics::Summary cycle; ///< seconds; means of the buckets

@@ -116,6 +116,7 @@ int ShiftReport::print(const ReportData& data, const QDateTime& made, QPagedPain
     reasons(data, paper);
     if (data.found.size() > 0)
         values(data, paper);
+    fits(data, paper);
     failures(data, paper);
     events(data, paper);
     paper.signatures({tr("操作员 / 日期"), tr("班长 / 日期"), tr("质量 / 日期")});
@@ -193,27 +194,51 @@ void ShiftReport::values(const ReportData& data, ReportPaper& paper)
 {
     constexpr double height = 440;
     constexpr double split = 0.6;
-    const std::pair<QString, const QVector<double>*> each[] = {{tr("角度 °"), &data.found.angle},
-                                                               {QStringLiteral("X"), &data.found.x},
-                                                               {QStringLiteral("Y"), &data.found.y},
-                                                               {tr("得分 %"), &data.found.score},
-                                                               {tr("应答时间 ms"), &data.found.replyMs}};
     paper.newPage();
     paper.heading(tr("找到的工件：趋势和分布"), height);
-    for (const auto& [title, values] : each) {
-        const Statistics::Histogram histogram = Statistics::histogram(*values, 40);
+    for (const Statistics::Value value : Statistics::values) {
+        const QVector<double>& values = Statistics::column(data.found, value);
+        const Statistics::Histogram histogram = Statistics::histogram(values, 40);
         const Statistics::Summary& summary = histogram.summary;
         if (summary.count == 0)
             continue;
         const QString note =
             tr("n %1   均值 %2   σ %3").arg(summary.count).arg(summary.mean, 0, 'f', 3).arg(summary.sigma, 0, 'f', 3);
-        paper.figure(height, [&, name = title, column = values](QPainter& painter, const QRectF& place) {
+        paper.figure(height, [&](QPainter& painter, const QRectF& place) {
             const double wide = place.width() * split;
-            ReportCharts::trend(painter, QRectF(place.topLeft(), QSizeF(wide, place.height())), name, data.span.begin,
-                                data.span.end, data.found.wall, *column);
+            ReportCharts::trend(painter, QRectF(place.topLeft(), QSizeF(wide, place.height())), PartTexts::value(value),
+                                data.span.begin, data.span.end, data.found.wall, values);
             ReportCharts::distribution(painter, place.adjusted(wide, 0, 0, 0), histogram, note);
         });
     }
+}
+
+void ShiftReport::fits(const ReportData& data, ReportPaper& paper)
+{
+    if (data.fits.isEmpty())
+        return;
+    paper.heading(tr("过程能力"), 200);
+    const auto number = [](double value, int digits) {
+        return std::isfinite(value) ? QString::number(value, 'f', digits) : QStringLiteral("–");
+    };
+    QVector<QStringList> rows;
+    for (const ReportData::Fit& fit : data.fits)
+        rows.append({cut(fit.model, longestCell), PartTexts::value(fit.value), number(fit.tolerance.lower, 3),
+                     number(fit.tolerance.upper, 3), QString::number(fit.summary.count), number(fit.summary.mean, 3),
+                     number(fit.summary.sigma, 4), number(fit.capability.cp, 2), number(fit.capability.cpk, 2),
+                     QString::number(fit.capability.outside)});
+    paper.table({{tr("型号"), 0.17},
+                 {tr("数值"), 0.13},
+                 {tr("下限"), 0.1, true},
+                 {tr("上限"), 0.1, true},
+                 {tr("工件"), 0.09, true},
+                 {tr("均值"), 0.1, true},
+                 {QStringLiteral("σ"), 0.09, true},
+                 {QStringLiteral("Cp"), 0.07, true},
+                 {QStringLiteral("Cpk"), 0.07, true},
+                 {tr("超限"), 0.08, true}},
+                rows);
+    paper.text(tr("Cp = (上限 - 下限) / 6σ    Cpk = 到较近公差限的距离 / 3σ    σ 为样本标准差"), ReportPaper::Faint);
 }
 
 void ShiftReport::failures(const ReportData& data, ReportPaper& paper)

@@ -29,6 +29,7 @@ private:
     static void hours(const ReportData& data, ReportPaper& paper);
     static void reasons(const ReportData& data, ReportPaper& paper);
     static void values(const ReportData& data, ReportPaper& paper);
+    static void fits(const ReportData& data, ReportPaper& paper);
     static void failures(const ReportData& data, ReportPaper& paper);
     static void events(const ReportData& data, ReportPaper& paper);
 };

@@ -87,8 +87,7 @@ LogPage::LogPage(QWidget* parent)
     });
     connect(m_table, &PagedTableBase::counted, this, [this](int lines) {
         m_lines = lines;
-        if (!m_failed)
-            showNothing(lines);
+        showNothing(lines);
         m_count->setText(tr("%1 行").arg(QLocale().toString(lines)));
     });
     connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] { showChosen(); });
@@ -111,7 +110,7 @@ void LogPage::build()
     m_view->setAlternatingRowColors(true);
     m_view->setWordWrap(false);
     m_view->verticalHeader()->hide();
-    m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + 12);
+    m_view->verticalHeader()->setDefaultSectionSize(2 * m_view->fontMetrics().height());
     m_view->horizontalHeader()->setStretchLastSection(true);
     m_view->setColumnWidth(LogTableModel::Time,
                            m_view->fontMetrics().horizontalAdvance(QStringLiteral("2026-00-00 00:00:00")) + 24);
@@ -175,7 +174,7 @@ void LogPage::lookForNew()
         return;
     const auto newest = [home = m_home] {
         LogReader reader(home);
-        return reader.open() ? reader.lastLine() : -1;
+        return reader.open() ? reader.lastRow() : -1;
     };
     m_looking.clear();
     m_looking.run(newest, [this](qint64 line) {
@@ -188,10 +187,12 @@ void LogPage::onRefreshed(int lines, const QString& error, bool frozen)
 {
     m_failed = !error.isEmpty();
     m_frozen = frozen;
-    if (m_failed)
+    if (m_failed) {
+        m_count->clear();
         m_message->sayOrHide(Tone::Error, error);
-    else
+    } else {
         showNothing(lines);
+    }
     for (int row = 0; m_chosen >= 0 && m_table->rowAt(row); ++row) {
         if (m_table->rowAt(row)->id == m_chosen)
             return m_view->selectRow(row);
@@ -214,8 +215,19 @@ void LogPage::find()
     m_text->selectAll();
 }
 
+/// A page that reaches to the present day goes on into the next one.
+void LogPage::followDays()
+{
+    const QDate today = QDate::currentDate();
+    const QDate before = std::exchange(m_today, today);
+    const QSignalBlocker quiet(m_to);
+    if (m_to->date() == before && before < today)
+        m_to->setDate(today);
+}
+
 void LogPage::refresh()
 {
+    followDays();
     if (m_live->isChecked() && m_to->date() < QDate::currentDate())
         m_to->setDate(QDate::currentDate());
     if (m_from->date() > m_to->date())

@@ -2,6 +2,7 @@
 
 #include "common/Background.h"
 
+#include <QDate>
 #include <QWidget>
 
 class ExportBar;
@@ -51,6 +52,7 @@ private:
     void showNothing(int lines);
     void setLive(bool on);
     void lookForNew();
+    void followDays();
     void keepColumns() const;
 
     LogTableModel* m_table;
@@ -71,6 +73,7 @@ private:
     QString m_home;
     int m_lines = 0;
     bool m_failed = false;
+    QDate m_today = QDate::currentDate(); ///< at the last reading
     bool m_frozen = false;
     qint64 m_newest = -1; ///< line, when the last refresh of a live page began
     qint64 m_chosen = -1; ///< the line that stays chosen when the table is read anew

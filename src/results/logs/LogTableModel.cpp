@@ -2,7 +2,6 @@
 
 #include "common/LookColors.h"
 #include "db/log/LogLine.h"
-#include "platform/System.h"
 #include "results/export/LogExport.h"
 
 LogTableModel::LogTableModel(QObject* parent)
@@ -14,42 +13,10 @@ void LogTableModel::refresh()
 {
     const bool searches = !m_filter.text.isEmpty() || !m_filter.user.isEmpty() || m_filter.changesOnly ||
                           m_filter.least < SystemLog::Trace || m_filter.worst > SystemLog::Error;
-    const auto read = [home = m_home, filter = m_filter, searches](int number, qint64 upTo) {
-        platform::lowerThreadPriority(); // the production goes first
-        Page page;
-        LogReader reader(home);
-        if (!reader.open()) {
-            page.error = reader.error();
-            return page;
-        }
-        LogFilter upToNow = filter;
-        upToNow.upTo = page.upTo = upTo > 0 ? upTo : reader.lastLine();
-        page.ended = !searches || number > 0;
-        if (page.ended)
-            page.rows = reader.lines(upToNow, rowsAPage, number * rowsAPage);
-        else
-            reader.goOn(page, upToNow, rowsAPage, firstStepMs);
-        page.error = reader.error();
-        page.frozen = reader.isFrozen();
-        return page;
+    const auto rows = [](LogReader& reader, const LogFilter& filter, int limit, int offset) {
+        return reader.lines(filter, limit, offset);
     };
-    const auto count = [home = m_home, filter = m_filter](qint64 upTo) {
-        LogReader reader(home);
-        LogFilter upToNow = filter;
-        upToNow.upTo = upTo;
-        return reader.open() ? reader.count(upToNow) : 0;
-    };
-    const auto goOn = [home = m_home, filter = m_filter](Page page) {
-        platform::lowerThreadPriority();
-        LogReader reader(home);
-        LogFilter upToNow = filter;
-        upToNow.upTo = page.upTo;
-        if (reader.open())
-            reader.goOn(page, upToNow, rowsAPage, stepMs);
-        page.error = reader.error();
-        return page;
-    };
-    restart(read, count, goOn);
+    restart<LogReader>(m_home, m_filter, searches, rows);
 }
 
 int LogTableModel::columnCount(const QModelIndex& parent) const

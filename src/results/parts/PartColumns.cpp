@@ -30,13 +30,13 @@ ExportColumn PartColumns::column(int id)
     case Reason:
         return {tr("原因"), Column::Text, 0, 30};
     case Angle:
-        return {tr("角度 °"), Column::Number, 3, 12};
+        return {PartTexts::value(Statistics::Angle), Column::Number, 3, 12};
     case X:
-        return {tr("X"), Column::Number, 3, 12};
+        return {PartTexts::value(Statistics::X), Column::Number, 3, 12};
     case Y:
-        return {tr("Y"), Column::Number, 3, 12};
+        return {PartTexts::value(Statistics::Y), Column::Number, 3, 12};
     case Score:
-        return {tr("得分 %"), Column::Number, 1, 10};
+        return {PartTexts::value(Statistics::Score), Column::Number, 1, 10};
     case ImageMs:
         return {tr("图像 ms"), Column::Number, 1, 11};
     case ResultMs:

@@ -96,7 +96,7 @@ PartFilterBar::PartFilterBar(QWidget* parent)
 PartFilter PartFilterBar::filter() const
 {
     PartFilter filter;
-    const qint64 now = PartTable::wallOf(QDateTime::currentDateTime());
+    const qint64 now = PartTable::wallNow();
     const Shifts::Shift shift = m_shifts.at(now);
     const auto span = [&filter](qint64 from, qint64 to) {
         filter.from = PartTable::timeOf(from);
@@ -233,7 +233,7 @@ void PartFilterBar::step(int direction)
 
 void PartFilterBar::showSpan(qint64 begin, qint64 end)
 {
-    const Shifts::Shift now = m_shifts.at(PartTable::wallOf(QDateTime::currentDateTime()));
+    const Shifts::Shift now = m_shifts.at(PartTable::wallNow());
     const Shifts::Shift last = m_shifts.previous(now);
     const qint64 days[] = {PartTable::wallOf(midnight(1)), PartTable::wallOf(midnight(0)),
                            PartTable::wallOf(midnight(-1))};

@@ -1,7 +1,6 @@
 #include "results/parts/PartPictures.h"
 
 #include "common/ImageFile.h"
-#include "common/LookColors.h"
 #include "results/parts/PartTableModel.h"
 #include "results/parts/PartTexts.h"
 
@@ -105,12 +104,12 @@ QString PartPictures::captionOf(const PartRow& part) const
 {
     const Small* known = m_known.object(part.uid);
     QString second = part.part.outcome == PartOutcome::Found ? part.part.model : PartTexts::reason(part);
-    if (part.resultImage.isEmpty() && part.part.sourceImage.isEmpty())
+    if (part.picture().isEmpty())
         second = tr("没有保存图像");
     else if (known && !known->there)
         second = tr("图像已被清理");
     return QStringLiteral("%1%2  %3\n%4")
-        .arg(part.marked ? QStringLiteral("★ ") : QString(), PartTexts::time(part.wall).mid(11, 8),
+        .arg(part.marked ? QStringLiteral("★ ") : QString(), PartTexts::clock(part.wall),
              PartTexts::station(part.part.station), second);
 }
 
@@ -118,8 +117,7 @@ const PartPictures::Small* PartPictures::wanted(const PartRow& part, int at) con
 {
     if (const Small* known = m_known.object(part.uid))
         return known;
-    const QString& below = part.resultImage.isEmpty() ? part.part.sourceImage : part.resultImage;
-    if (below.isEmpty() || m_requested.contains(part.uid))
+    if (part.picture().isEmpty() || m_requested.contains(part.uid))
         return nullptr;
     if (m_requested.size() >= mostRequests) {
         m_reading.clear();
@@ -127,7 +125,7 @@ const PartPictures::Small* PartPictures::wanted(const PartRow& part, int at) con
     }
     m_requested.insert(part.uid);
     auto* self = const_cast<PartPictures*>(this); // a view sees a const table that fills itself
-    const auto read = [path = m_home + below] {
+    const auto read = [path = m_home + part.picture()] {
         const QSize box(pictureWidth, pictureHeight);
         return Small{ImageFile::readScaled(path, box), QFileInfo::exists(path)};
     };
@@ -153,8 +151,7 @@ void PartPictureDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
     if (!index.data(Qt::UserRole).isValid())
         return;
     const LookColors& colors = lookColors();
-    const LookColors::Sign* const signs[] = {&colors.good, &colors.bad, &colors.caution};
-    const LookColors::Sign& sign = *signs[qBound(0, index.data(Qt::UserRole).toInt(), 2)];
+    const LookColors::Sign& sign = PartTableModel::signOf(PartOutcome(index.data(Qt::UserRole).toInt()));
     const QRect cell = option.rect.adjusted(2, 2, -2, -2);
     painter->fillRect(cell, sign.ground);
     if (option.state & QStyle::State_Selected) {

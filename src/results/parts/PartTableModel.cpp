@@ -1,7 +1,5 @@
 #include "results/parts/PartTableModel.h"
 
-#include "common/LookColors.h"
-#include "platform/System.h"
 #include "results/parts/PartTexts.h"
 
 namespace {
@@ -41,12 +39,6 @@ std::optional<PartReader::Column> sortOf(int column)
     }
 }
 
-const LookColors::Sign& signOf(PartOutcome outcome)
-{
-    const LookColors& colors = lookColors();
-    return outcome == PartOutcome::Found ? colors.good : outcome == PartOutcome::Refused ? colors.caution : colors.bad;
-}
-
 } // namespace
 
 PartTableModel::PartTableModel(QObject* parent)
@@ -57,43 +49,11 @@ PartTableModel::PartTableModel(QObject* parent)
 void PartTableModel::refresh()
 {
     const bool searches = !m_filter.text.isEmpty() && m_by == PartReader::Time && m_order == Qt::DescendingOrder;
-    const auto read = [home = m_home, filter = m_filter, by = m_by, order = m_order, searches](int number,
-                                                                                               qint64 upTo) {
-        platform::lowerThreadPriority(); // the production goes first
-        Page page;
-        PartReader reader(home);
-        if (!reader.open()) {
-            page.error = reader.error();
-            return page;
-        }
-        PartFilter upToNow = filter;
-        upToNow.upTo = page.upTo = upTo > 0 ? upTo : reader.lastRow();
-        page.ended = !searches || number > 0;
-        if (page.ended)
-            page.rows = reader.rows(upToNow, by, order, rowsAPage, number * rowsAPage);
-        else
-            reader.goOn(page, upToNow, rowsAPage, firstStepMs);
-        page.error = reader.error();
-        page.frozen = reader.isFrozen();
-        return page;
+    const auto rows = [by = m_by, order = m_order](PartReader& reader, const PartFilter& filter, int limit,
+                                                   int offset) {
+        return reader.rows(filter, by, order, limit, offset);
     };
-    const auto count = [home = m_home, filter = m_filter](qint64 upTo) {
-        PartReader reader(home);
-        PartFilter upToNow = filter;
-        upToNow.upTo = upTo;
-        return reader.open() ? reader.count(upToNow) : 0;
-    };
-    const auto goOn = [home = m_home, filter = m_filter](Page page) {
-        platform::lowerThreadPriority();
-        PartReader reader(home);
-        PartFilter upToNow = filter;
-        upToNow.upTo = page.upTo;
-        if (reader.open())
-            reader.goOn(page, upToNow, rowsAPage, stepMs);
-        page.error = reader.error();
-        return page;
-    };
-    restart(read, count, goOn);
+    restart<PartReader>(m_home, m_filter, searches, rows);
 }
 
 void PartTableModel::setReview(qint64 uid, bool marked, const QString& comment)
@@ -132,6 +92,12 @@ QVariant PartTableModel::data(const QModelIndex& index, int role) const
     default:
         return {};
     }
+}
+
+const LookColors::Sign& PartTableModel::signOf(PartOutcome outcome)
+{
+    const LookColors& colors = lookColors();
+    return outcome == PartOutcome::Found ? colors.good : outcome == PartOutcome::Refused ? colors.caution : colors.bad;
 }
 
 QVariant PartTableModel::headerData(int section, Qt::Orientation orientation, int role) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/LookColors.h"
 #include "results/PagedTable.h"
 #include "results/data/PartReader.h"
 #include "results/parts/PartColumns.h"
@@ -41,6 +42,9 @@ public:
     void refresh();
     /// After a review changed.
     void setReview(qint64 uid, bool marked, const QString& comment);
+
+    /// The colours in which an outcome is shown.
+    static const LookColors::Sign& signOf(PartOutcome outcome);
 
     /// As rowAt(), and has it read when it has not been.
     const PartRow* wantedAt(int row) const { return wanted(row); }

@@ -51,9 +51,20 @@ QString PartTexts::station(int station)
     return station > 0 ? tr("工位%1").arg(station) : tr("未知");
 }
 
+QString PartTexts::value(Statistics::Value value)
+{
+    const QString names[] = {tr("角度 °"), tr("X"), tr("Y"), tr("得分 %"), tr("应答时间 ms")};
+    return names[value];
+}
+
 QString PartTexts::time(qint64 wall)
 {
     return PartTable::timeOf(wall).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz"));
+}
+
+QString PartTexts::clock(qint64 wall)
+{
+    return PartTable::timeOf(wall).toString(QStringLiteral("hh:mm:ss"));
 }
 
 QString PartTexts::sent(double value, bool known)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "results/data/PartFilter.h"
+#include "results/data/Statistics.h"
 
 #include <QCoreApplication>
 
@@ -16,8 +16,12 @@ public:
     /// Why a part was not found: what was told at the time, or else the error's words.
     static QString reason(const PartRow& row);
     static QString station(int station);
+    /// With its unit, for an axis or a column.
+    static QString value(Statistics::Value value);
     /// "2026-03-25 06:00:00.123"
     static QString time(qint64 wall);
+    /// "06:00:00"
+    static QString clock(qint64 wall);
     /// With three decimals, cut as it was sent; "–" when not known.
     static QString sent(double value, bool known = true);
     /// With one decimal; empty when it never came.

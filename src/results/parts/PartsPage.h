@@ -6,19 +6,19 @@
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 class ExportBar;
 class InlineMessage;
 class PartDetail;
 class PartFilterBar;
-class PartPictures;
 class PartTableModel;
+class PartViews;
 class QAbstractButton;
 class QLabel;
 class QSplitter;
-class QStackedWidget;
-class QTableView;
 struct PartFilter;
+struct PartRow;
 
 /// The recorded parts: which, as a table or as small pictures, and the chosen one with its picture. Enter goes from a
 /// part to its comment.
@@ -46,8 +46,9 @@ public:
     void showDay(int station, bool failuresOnly);
     void showFailures(int station) { showDay(station, true); }
     void showTimes(const QDateTime& from, const QDateTime& to);
+    /// That part, chosen among those of its minutes.
     void showPart(qint64 uid);
-    /// The part of a station at that moment, chosen among those of its minutes.
+    /// The part of a station at that moment, likewise.
     void showPartAt(int station, qint64 wall);
     PartFilter filter() const;
     PartTableModel& table() { return *m_table; }
@@ -59,14 +60,12 @@ signals:
 protected:
     void changeEvent(QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void build();
     void retranslate();
     void take();
     void offerExports();
-    void choose(int part);
     void showChosen();
     void onRefreshed(int parts, const QString& error, bool frozen);
     void onSearched(int percent);
@@ -74,8 +73,8 @@ private:
     void showViews(int parts);
     static QString nothingText();
     void showCount();
+    void showAround(int station, qint64 wall, const std::optional<PartRow>& part);
     void store(qint64 uid, qint64 wall, bool marked, const QString& comment);
-    void restoreLayout();
     void keepLayout() const;
 
     QString m_home;
@@ -83,11 +82,7 @@ private:
     PartFilterBar* m_filter;
     InlineMessage* m_message;
     PartTableModel* m_table;
-    PartPictures* m_pictures;
-    QStackedWidget* m_views; ///< table, pictures, or why there is nothing
-    QTableView* m_view;
-    QTableView* m_strip;
-    QLabel* m_nothing;
+    PartViews* m_views;
     QLabel* m_count;
     ExportBar* m_exports;
     Shifts m_shifts;
@@ -99,5 +94,6 @@ private:
     qint64 m_wanted = -1; ///< the part that is chosen with the next filter
     qint64 m_chosen = -1; ///< the part that stays chosen when the table is read anew
     Background m_models;
+    Background m_looking;
     Background m_reviews; ///< written also when the page is closed
 };

@@ -61,7 +61,7 @@ ExportOutcome ChartExport::toCsv(const Charts::Answer& answer, const QString& pa
     const QVector<ExportColumn> outcomes{number(PartTexts::outcome(PartOutcome::Found)),
                                          number(PartTexts::outcome(PartOutcome::NotFound)),
                                          number(PartTexts::outcome(PartOutcome::Refused)), number(tr("找到率 %"))};
-    const QString value = Charts::nameOf(answer.question.value);
+    const QString value = PartTexts::value(answer.question.value);
     const auto timed = [&](int i) { return Row{answer.walls.at(i), answer.values.at(i)}; };
     switch (answer.question.kind) {
     case Charts::Yield:
@@ -69,7 +69,7 @@ ExportOutcome ChartExport::toCsv(const Charts::Answer& answer, const QString& pa
         return write(
             path,
             QVector<ExportColumn>{time(tr("从")), time(tr("到（不含）"))} + outcomes +
-                QVector<ExportColumn>{number(tr("节拍 s")), number(tr("应答时间 ms"))},
+                QVector<ExportColumn>{number(tr("节拍 s")), number(PartTexts::value(Statistics::ReplyMs))},
             answer.buckets.size(),
             [&](int i) {
                 const Statistics::Bucket& bucket = answer.buckets.at(i);

@@ -29,7 +29,7 @@ QString ExportMenus::stemOf(const QString& what)
 
 ReportData::Span ExportMenus::spanOf(const Parts& parts)
 {
-    const qint64 now = PartTable::wallOf(QDateTime::currentDateTime());
+    const qint64 now = PartTable::wallNow();
     const PartFilter& filter = parts.table.filter;
     const Shifts::Shift shift = parts.shifts.at(filter.from.isValid() ? PartTable::wallOf(filter.from) : now);
     const ReportData::Span whole = ReportData::Span::of(parts.shifts, shift);

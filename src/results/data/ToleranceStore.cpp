@@ -1,4 +1,4 @@
-#include "results/charts/ToleranceStore.h"
+#include "results/data/ToleranceStore.h"
 
 #include <valvecell/HomeFiles.h>
 
@@ -11,7 +11,7 @@ QString pathOf(const QString& home)
     return home + QStringLiteral("/user/tolerances.json");
 }
 
-QString keyOf(Charts::Value value)
+QString keyOf(Statistics::Value value)
 {
     const char* const keys[] = {"angle", "x", "y", "score", "replyMs"};
     return QLatin1String(keys[value]);
@@ -25,7 +25,7 @@ double storedLimit(const QJsonObject& limits, const char* key)
 
 } // namespace
 
-Statistics::Tolerance ToleranceStore::load(const QString& home, const QString& model, Charts::Value value)
+Statistics::Tolerance ToleranceStore::load(const QString& home, const QString& model, Statistics::Value value)
 {
     const QJsonObject models = HomeFiles::readJson(pathOf(home)).object;
     const QJsonObject limits = models.value(model).toObject().value(keyOf(value)).toObject();
@@ -33,7 +33,7 @@ Statistics::Tolerance ToleranceStore::load(const QString& home, const QString& m
 }
 
 /// What is there but cannot be read is kept beside before it is replaced.
-QString ToleranceStore::store(const QString& home, const QString& model, Charts::Value value,
+QString ToleranceStore::store(const QString& home, const QString& model, Statistics::Value value,
                               const Statistics::Tolerance& tolerance)
 {
     const HomeFiles::JsonRead known = HomeFiles::readJson(pathOf(home));
