@@ -111,7 +111,6 @@ void LogPage::build()
     m_view->setAlternatingRowColors(true);
     m_view->setWordWrap(false);
     m_view->verticalHeader()->hide();
-    m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + 12);
     m_view->horizontalHeader()->setStretchLastSection(true);
     m_view->setColumnWidth(LogTableModel::Time,
                            m_view->fontMetrics().horizontalAdvance(QStringLiteral("2026-00-00 00:00:00")) + 24);

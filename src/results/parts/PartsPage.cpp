@@ -76,7 +76,6 @@ void setUpTable(QTableView* view)
     view->setSortingEnabled(true);
     view->setWordWrap(false);
     view->verticalHeader()->hide();
-    view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 12);
     QHeaderView* header = view->horizontalHeader();
     header->setSortIndicator(PartTableModel::Time, Qt::DescendingOrder);
     header->setHighlightSections(false);
