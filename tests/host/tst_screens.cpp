@@ -124,7 +124,6 @@ QStringList faultsOf(const QWidget& window, bool isEnglish)
     QStringList faults = Look::clipped(window) + Look::overlapping(window) + tooSmall(window) + tooLarge(window);
     for (const char* cutting : {"label_status", "label_status_2"}) // cut their own text, with the whole in the tip
         faults.removeAll(QLatin1String(cutting));
-    faults.removeAll(QStringLiteral("pageTitle")); // likewise
     if (isEnglish)
         faults += Look::chinese(window).filter(QRegularExpression(QStringLiteral("^(?!.*工厂)"))); // the home's path
     else
