@@ -93,7 +93,7 @@ void KeyPanel::leaveFree(const QRect& place, const QRect& screen)
     setGeometry({panelPlace(size, place, screen, isPad), size});
 }
 
-QPoint panelPlace(const QSize& panel, const QRect& place, const QRect& screen, bool near)
+QPoint panelPlace(const QSize& panel, const QRect& place, const QRect& screen, bool isClose)
 {
     const auto within = [&](int x) { return std::clamp(x, screen.left(), screen.right() + 1 - panel.width()); };
     const int down = screen.bottom() + 1 - panel.height();
@@ -103,7 +103,7 @@ QPoint panelPlace(const QSize& panel, const QRect& place, const QRect& screen, b
                           {middle, screen.top()},
                           {within(place.right() + gap), down},
                           {within(place.left() - gap - panel.width()), down}};
-    if (near) {
+    if (isClose) {
         tries.prepend({beside, place.top() - gap - panel.height()});
         tries.prepend({beside, place.bottom() + gap});
     }

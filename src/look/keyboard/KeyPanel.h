@@ -35,6 +35,6 @@ private:
     QVector<KeyButton*> m_keys;
 };
 
-/// Where a panel of that size lies in `screen` without covering `place`: right below it or above it if it is `near`, or
+/// Where a panel of that size lies in `screen` without covering `place`: right below it or above it if it `isClose`, or
 /// else at the screen's lower or upper edge, and at its sides as the last resort. Pure.
-QPoint panelPlace(const QSize& panel, const QRect& place, const QRect& screen, bool near);
+QPoint panelPlace(const QSize& panel, const QRect& place, const QRect& screen, bool isClose);

@@ -7,6 +7,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QInputMethod>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
