@@ -2,6 +2,7 @@
 
 #include "RecentHomes.h"
 #include "common/forms/DialogForm.h"
+#include "look/keyboard/ScreenKeyboard.h"
 #include "results/ResultsView.h"
 
 #include <QDir>
@@ -37,6 +38,7 @@ ReportWindow::ReportWindow(QWidget* parent)
         const QString windows = qEnvironmentVariable("USERNAME");
         return windows.isEmpty() ? qEnvironmentVariable("USER") : windows;
     });
+    new ScreenKeyboard(this);
     DialogForm::prepareFields(this);
     resize(ResultsView::usualSize());
     retranslate();

@@ -15,6 +15,8 @@
 #include <QCommandLineParser>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QLibrary>
 #include <QLoggingCategory>
 #include <QMessageBox>
@@ -113,6 +115,22 @@ bool enterHome(const QString& home)
     return false;
 }
 
+/// A home that nobody has used yet gets a virtual camera: without one the start ends before the assistant comes, in
+/// which the real ones are found.
+void furnishNewHome()
+{
+    const QString screen = QGuiApplication::platformName();
+    const bool isAttended =
+        !HostChoice::isUnattended() && screen != QLatin1String("offscreen") && screen != QLatin1String("minimal");
+    const QString user = HomeFiles::home() + QStringLiteral("/user");
+    if (!isAttended || QFileInfo::exists(user) || !QDir().mkpath(user))
+        return;
+    const QJsonObject camera{{"key", "cam1"}, {"type", 100}, {"folder", "images/1"}};
+    QString error;
+    if (!HomeFiles::writeJson(user + QStringLiteral("/camera.json"), {{"cameras", QJsonArray{camera}}}, &error))
+        std::fprintf(stderr, "%s\n", qUtf8Printable(error));
+}
+
 int runProgram(const QString& screenshot)
 {
     QLibrary library(QCoreApplication::applicationDirPath() + QStringLiteral("/" VALVECELL_LIBRARY));
@@ -167,8 +185,10 @@ int runInHome(const QString& screenshot)
         return newerHome;
     }
     HomeLock lock(HomeFiles::home());
-    if (lock.take())
+    if (lock.take()) {
+        furnishNewHome();
         return runProgram(screenshot);
+    }
     reportInUse(lock.owner());
     return homeInUse;
 }

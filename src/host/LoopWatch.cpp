@@ -11,7 +11,7 @@ namespace {
 Q_LOGGING_CATEGORY(loop, "valvecell.loop", QtWarningMsg)
 
 /// Below this nobody sees or feels that the loop was held.
-constexpr double smallestMs = 20;
+constexpr double smallestMs = 16; // a frame of the screen
 constexpr double logMs = 100;
 constexpr qint64 msBetweenLines = 10000;
 /// Modules load and the window is built in this time after the start.

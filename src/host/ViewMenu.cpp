@@ -1,6 +1,7 @@
 #include "host/ViewMenu.h"
 
 #include "look/LanguageSwitch.h"
+#include "look/keyboard/ScreenKeyboard.h"
 
 #include <QActionGroup>
 #include <QEvent>
@@ -33,17 +34,27 @@ ViewMenu::ViewMenu(QWidget* parent)
     , m_light(choice(m_looks, {}, int(LookKind::Light)))
     , m_dark(choice(m_looks, {}, int(LookKind::Dark)))
     , m_contrast(choice(m_looks, {}, int(LookKind::Contrast)))
+    , m_keyboard(new ScreenKeyboard(this))
+    , m_keyboards(new QActionGroup(this))
+    , m_onTouch(choice(m_keyboards, {}, int(ScreenKeyboard::Comes::OnTouch)))
+    , m_always(choice(m_keyboards, {}, int(ScreenKeyboard::Comes::Always)))
+    , m_never(choice(m_keyboards, {}, int(ScreenKeyboard::Comes::Never)))
 {
     setObjectName(QStringLiteral("viewMenu"));
     menuAction()->setObjectName(QStringLiteral("viewAction"));
     setIcon(QIcon(QStringLiteral(":/toolbar/Resource/toolBar/view.png")));
     addActions(m_looks->actions());
+    addSeparator();
+    addActions(m_keyboards->actions());
+    check(m_keyboards, int(m_keyboard->comes()));
     listLanguages();
     connect(this, &QMenu::aboutToShow, this, &ViewMenu::listLanguages);
     connect(m_languages, &QActionGroup::triggered, this,
             [this](const QAction* action) { emit sgChangeLanguage(action->data().toString()); });
     connect(m_looks, &QActionGroup::triggered, this,
             [this](const QAction* action) { emit lookChosen(LookKind(action->data().toInt())); });
+    connect(m_keyboards, &QActionGroup::triggered, m_keyboard,
+            [this](const QAction* action) { m_keyboard->choose(ScreenKeyboard::Comes(action->data().toInt())); });
     retranslate();
 }
 
@@ -73,6 +84,9 @@ void ViewMenu::retranslate()
     m_light->setText(tr("浅色"));
     m_dark->setText(tr("深色"));
     m_contrast->setText(tr("高对比度"));
+    m_onTouch->setText(tr("触摸时显示屏幕键盘"));
+    m_always->setText(tr("总是显示屏幕键盘"));
+    m_never->setText(tr("不显示屏幕键盘"));
 }
 
 void ViewMenu::changeEvent(QEvent* event)

@@ -5,8 +5,10 @@
 #include <QMenu>
 
 class QActionGroup;
+class ScreenKeyboard;
 
-/// The menu with the languages that there are and the look of the program. GUI thread.
+/// The menu with the languages that there are, the look of the program, and its keyboard on the screen, which it has
+/// itself. GUI thread.
 class ViewMenu : public QMenu
 {
     Q_OBJECT
@@ -38,4 +40,9 @@ private:
     QAction* m_light;
     QAction* m_dark;
     QAction* m_contrast;
+    ScreenKeyboard* m_keyboard;
+    QActionGroup* m_keyboards;
+    QAction* m_onTouch;
+    QAction* m_always;
+    QAction* m_never;
 };

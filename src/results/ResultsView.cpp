@@ -57,6 +57,7 @@ void ResultsView::buildCorner()
         m_next->start();
         refresh();
     });
+    m_refresh->setMinimumHeight(40); // a finger's
     connect(m_refresh, &QToolButton::clicked, this, &ResultsView::refresh);
     connect(new QShortcut(QKeySequence::Refresh, this), &QShortcut::activated, this, &ResultsView::refresh);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {

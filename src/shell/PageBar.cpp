@@ -17,6 +17,7 @@ PageBar::PageBar(QWidget* parent)
     m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_title->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_title->setTextFormat(Qt::PlainText);
+    m_title->installEventFilter(this);
     m_goBack->setObjectName(QStringLiteral("pageBack"));
     m_goBack->setIcon(QIcon(QStringLiteral(":/toolbar/Resource/toolBar/back.png")));
     m_back = new ShellButton(m_goBack, this);
@@ -51,8 +52,21 @@ void PageBar::show(int room, const QString& current)
 
 void PageBar::setTitle(const QString& title)
 {
-    m_title->setText(title);
     m_title->setToolTip(title);
+    showTitle();
+}
+
+void PageBar::showTitle()
+{
+    const QString title = m_title->toolTip();
+    m_title->setText(m_title->fontMetrics().horizontalAdvance(title) > m_title->width() ? QString() : title);
+}
+
+bool PageBar::eventFilter(QObject* object, QEvent* event)
+{
+    if (object == m_title && event->type() == QEvent::Resize)
+        showTitle();
+    return QFrame::eventFilter(object, event);
 }
 
 void PageBar::setBack(bool possible)

@@ -28,6 +28,7 @@ signals:
 
 protected:
     void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     struct Entry
@@ -38,6 +39,8 @@ private:
     };
 
     void retranslate();
+    /// Whole or not at all: the marked button says it, too.
+    void showTitle();
 
     QHBoxLayout* m_row;
     QLabel* m_title;

@@ -4,7 +4,7 @@
 
 #include <QScrollArea>
 
-/// The place of one page: it scrolls what is larger than the room. GUI thread.
+/// The place of one page: it is as large as the room, and scrolls where the page needs more. GUI thread.
 class PageHolder : public QScrollArea
 {
     Q_OBJECT
@@ -30,8 +30,11 @@ signals:
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void fit();
+
     const Workspaces::Room m_room;
     const QString m_action;
 };

@@ -19,6 +19,9 @@ public:
 
     ~ksImgViewer() override;
 
+    /// It takes what a window has left; a large picture asks for no more than a small one.
+    QSize sizeHint() const override { return minimumSize(); }
+
     /// Shows an image; what was drawn over the one before goes.
     void setImage(const QImage& image) override;
     /// Draws what was found over the image that is shown.

@@ -4,6 +4,7 @@
 #include "shell/PageHolder.h"
 
 #include <QAction>
+#include <QHeaderView>
 #include <QTabWidget>
 
 namespace {
@@ -54,10 +55,15 @@ QStringList tooSmall(const QWidget& part)
                             parent->inherits("QLineEdit") || parent->inherits("QTabBar") ||
                             parent->inherits("QHeaderView") || widget->inherits("QTableCornerButton");
         const bool isTouched = widget->inherits("QPushButton") || widget->inherits("QLineEdit") ||
-                               widget->inherits("QComboBox") || widget->inherits("ShellButton") ||
-                               widget->inherits("StatePill");
+                               widget->inherits("QComboBox") || widget->inherits("QToolButton") ||
+                               widget->inherits("QAbstractSpinBox") || widget->inherits("StatePill");
         if (isTouched && !isPart && widget->isVisible() && widget->height() < finger)
             faults << QStringLiteral("%1 is %2 high").arg(Look::nameOf(widget)).arg(widget->height());
+        const auto* table = qobject_cast<const QTableView*>(widget);
+        if (table && table->isVisible() && table->verticalHeader()->defaultSectionSize() < finger)
+            faults << QStringLiteral("%1 has rows of %2")
+                          .arg(Look::nameOf(widget))
+                          .arg(table->verticalHeader()->defaultSectionSize());
     }
     return faults;
 }
@@ -85,18 +91,23 @@ QStringList english(const QWidget& part)
     return faults;
 }
 
-/// What a page needs that its room does not have, besides height; in English, or in a room for less than 1024 pixels,
-/// it may scroll.
-QStringList tooWide(const QWidget& window, bool isEnglish)
+/// What a page needs that its room does not have; in a room for less than 1024 pixels it may scroll, and in its height
+/// anything but a guide.
+QStringList tooLarge(const QWidget& window)
 {
     QStringList faults;
     for (const auto* area : window.findChildren<PageHolder*>()) {
-        const bool scrolls = window.width() < 1024 || (isEnglish && window.width() < 1280);
-        if (!scrolls && area->isVisible() && area->widget() && area->widget()->width() > area->viewport()->width())
-            faults << QStringLiteral("%1 is %2 wide, its room %3")
+        if (window.width() < 1024 || !area->isVisible() || !area->widget())
+            continue;
+        const QSize size = area->widget()->size();
+        const QSize room = area->viewport()->size();
+        if (size.width() > room.width() || (area->widget()->inherits("GuideDialog") && size.height() > room.height()))
+            faults << QStringLiteral("%1 is %2 × %3, its room %4 × %5")
                           .arg(Look::nameOf(area->widget()))
-                          .arg(area->widget()->width())
-                          .arg(area->viewport()->width());
+                          .arg(size.width())
+                          .arg(size.height())
+                          .arg(room.width())
+                          .arg(room.height());
     }
     for (const QWidget* widget : window.findChildren<QWidget*>()) {
         const bool isShell = widget->inherits("ShellButton") || widget->inherits("StatePill");
@@ -110,11 +121,9 @@ QStringList tooWide(const QWidget& window, bool isEnglish)
 /// What is wrong with a window's look, in a line for each fault.
 QStringList faultsOf(const QWidget& window, bool isEnglish)
 {
-    QStringList faults =
-        Look::clipped(window) + Look::overlapping(window) + tooSmall(window) + tooWide(window, isEnglish);
+    QStringList faults = Look::clipped(window) + Look::overlapping(window) + tooSmall(window) + tooLarge(window);
     for (const char* cutting : {"label_status", "label_status_2"}) // cut their own text, with the whole in the tip
         faults.removeAll(QLatin1String(cutting));
-    faults.removeAll(QStringLiteral("pageTitle")); // likewise
     if (isEnglish)
         faults += Look::chinese(window).filter(QRegularExpression(QStringLiteral("^(?!.*工厂)"))); // the home's path
     else

@@ -167,7 +167,7 @@ private slots:
             if (action->text() == "Deutsch")
                 action->trigger();
         }
-        QCOMPARE(checked, QStringList("Deutsch"));
+        QCOMPARE(checked.value(0), QStringLiteral("Deutsch"));
         QCOMPARE(chosen, QStringLiteral("Deutsch"));
     }
 

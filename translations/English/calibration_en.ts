@@ -170,7 +170,7 @@
     </message>
     <message>
         <source>位置互换</source>
-        <translation>Swap X and Y</translation>
+        <translation>Swap X/Y</translation>
     </message>
 </context>
 <context>
@@ -254,11 +254,11 @@
     </message>
     <message>
         <source>两点实际距离mm：</source>
-        <translation>Real distance (mm):</translation>
+        <translation>Distance (mm):</translation>
     </message>
     <message>
         <source>两点像素距离px：</source>
-        <translation>Pixel distance (px):</translation>
+        <translation>Pixels:</translation>
     </message>
     <message>
         <source>像素比例值(mm/px)：</source>
@@ -270,7 +270,7 @@
     </message>
     <message>
         <source>位置互换</source>
-        <translation>Swap X and Y</translation>
+        <translation>Swap X/Y</translation>
     </message>
     <message>
         <source>物理X方向偏移：</source>

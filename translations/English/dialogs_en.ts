@@ -371,7 +371,7 @@
     </message>
     <message>
         <source>标定、设置、型号和设计器需要工程师登录(&amp;R)</source>
-        <translation>Calibration, settings, models, designer for enginee&amp;rs</translation>
+        <translation>Set-up and models for enginee&amp;rs only</translation>
     </message>
     <message>
         <source>系统设置</source>
@@ -521,7 +521,7 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
     </message>
     <message>
         <source>串口，或串口服务器 tcp:192.168.1.50:4001</source>
-        <translation>A port, or a device server as tcp:192.168.1.50:4001</translation>
+        <translation>or a server: tcp:192.168.1.50:4001</translation>
     </message>
     <message>
         <source>与PLC的相同；对串口服务器（tcp:）不起作用，在它自己的设置中填写</source>
@@ -665,7 +665,7 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
     </message>
     <message>
         <source>毫秒，超时按未找到应答</source>
-        <translation>ms, then as not found</translation>
+        <translation>ms, then not found</translation>
     </message>
     <message>
         <source>模块调用时限(&amp;K)</source>

@@ -1021,6 +1021,18 @@ Close anyway?</translation>
         <source>高对比度</source>
         <translation>High contrast</translation>
     </message>
+    <message>
+        <source>触摸时显示屏幕键盘</source>
+        <translation>On-screen keyboard on touch</translation>
+    </message>
+    <message>
+        <source>总是显示屏幕键盘</source>
+        <translation>On-screen keyboard always</translation>
+    </message>
+    <message>
+        <source>不显示屏幕键盘</source>
+        <translation>No on-screen keyboard</translation>
+    </message>
 </context>
 <context>
     <name>ResultHandler</name>

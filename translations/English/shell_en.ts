@@ -185,4 +185,27 @@
         <translation>Offline mode</translation>
     </message>
 </context>
+<context>
+    <name>ScreenKey</name>
+    <message>
+        <source>退格</source>
+        <translation>Erase</translation>
+    </message>
+    <message>
+        <source>下一项</source>
+        <translation>Next</translation>
+    </message>
+    <message>
+        <source>回车</source>
+        <translation>Enter</translation>
+    </message>
+    <message>
+        <source>收起</source>
+        <translation>Hide</translation>
+    </message>
+    <message>
+        <source>大写</source>
+        <translation>Shift</translation>
+    </message>
+</context>
 </TS>

@@ -106,6 +106,7 @@ QLineEdit* ParameterForm::addField(const QString& name)
     field->setObjectName(name);
     field->setFixedWidth(fieldWidth);
     field->setAlignment(Qt::AlignRight);
+    field->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
     field->setToolTip(ParameterRules::explanation(name));
     field->setAccessibleName(ParameterRules::label(name));
     if (ParameterRules::mayBeUnknown(name))

@@ -11,7 +11,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
+#include <QTabBar>
 #include <QTableView>
+#include <QToolButton>
 
 #include <algorithm>
 
@@ -26,8 +28,10 @@ bool isTouched(const QWidget* widget)
     const QWidget* parent = widget->parentWidget();
     if (qobject_cast<const QComboBox*>(parent) || qobject_cast<const QAbstractSpinBox*>(parent))
         return false;
-    return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QComboBox*>(widget) ||
-           qobject_cast<const QPushButton*>(widget);
+    const bool isTool = qobject_cast<const QToolButton*>(widget) && !qobject_cast<const QLineEdit*>(parent) &&
+                        !qobject_cast<const QTabBar*>(parent);
+    return isTool || qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QComboBox*>(widget) ||
+           qobject_cast<const QPushButton*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget);
 }
 
 } // namespace

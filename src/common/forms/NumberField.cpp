@@ -65,6 +65,7 @@ JudgedField::JudgedField(QWidget* parent)
     : QLineEdit(parent)
 {
     setMaxLength(40);
+    setInputMethodHints(Qt::ImhFormattedNumbersOnly); // what a keyboard on the screen shows
     connect(this, &QLineEdit::textChanged, this, &JudgedField::judge);
     connect(this, &QLineEdit::editingFinished, this, [this] {
         if (problem().isEmpty())

@@ -82,6 +82,7 @@ void CalibrationPanel::setForm(QWidget* form)
     const auto fields = form->findChildren<QLineEdit*>();
     for (auto* field : fields) {
         connect(field, &QLineEdit::textChanged, this, &CalibrationPanel::refreshHints);
+        field->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
         if (field->isReadOnly()) {
             QPalette palette; // what cannot be typed does not look as if it could
             palette.setBrush(QPalette::Base, Qt::transparent);

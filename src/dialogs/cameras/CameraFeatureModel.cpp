@@ -14,7 +14,7 @@ namespace {
 
 using FeatureKind = CameraFeature::Kind;
 
-constexpr int rowHeight = 30;
+constexpr int rowHeight = 40;
 
 QString number(double value)
 {

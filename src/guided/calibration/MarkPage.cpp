@@ -30,7 +30,7 @@ MarkPage::MarkPage(CalibrationDraft& draft, CalibrationPicture& picture)
     m_table = new QTableWidget(4, 2, this);
     m_table->setObjectName(QStringLiteral("pixelTable"));
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    m_table->verticalHeader()->setDefaultSectionSize(36);
+    m_table->verticalHeader()->setDefaultSectionSize(40);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setTabKeyNavigation(false);
     m_table->setFixedHeight(4 * 36 + 28);

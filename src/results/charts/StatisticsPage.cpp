@@ -44,6 +44,7 @@ QLineEdit* limitField(QWidget* parent)
     auto* validator = new QDoubleValidator(field);
     validator->setLocale(QLocale::c());
     field->setValidator(validator);
+    field->setInputMethodHints(Qt::ImhFormattedNumbersOnly);
     field->setMaximumWidth(90);
     return field;
 }

@@ -110,7 +110,6 @@ void LogPage::build()
     m_view->setAlternatingRowColors(true);
     m_view->setWordWrap(false);
     m_view->verticalHeader()->hide();
-    m_view->verticalHeader()->setDefaultSectionSize(2 * m_view->fontMetrics().height());
     m_view->horizontalHeader()->setStretchLastSection(true);
     m_view->setColumnWidth(LogTableModel::Time,
                            m_view->fontMetrics().horizontalAdvance(QStringLiteral("2026-00-00 00:00:00")) + 24);

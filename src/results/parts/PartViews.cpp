@@ -58,7 +58,6 @@ void PartViews::setUpTable()
     m_table->setWordWrap(false);
     const QFontMetrics metrics = m_table->fontMetrics();
     m_table->verticalHeader()->hide();
-    m_table->verticalHeader()->setDefaultSectionSize(2 * metrics.height());
     QHeaderView* header = m_table->horizontalHeader();
     header->setSortIndicator(PartTableModel::Time, Qt::DescendingOrder);
     header->setHighlightSections(false);
