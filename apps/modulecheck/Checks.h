@@ -15,10 +15,19 @@ struct Check
 namespace Checks {
 
 QVector<Check> ofCoreCtrl();
+QVector<Check> ofCameras(); ///< optional interfaces of a core control
 QVector<Check> ofEngine();
-QVector<Check> ofOthers(); ///< designer, serial port, users
+QVector<Check> ofScreens(); ///< designer, users
+QVector<Check> ofLine();
 
-/// The loading first, then what belongs to that kind.
-QVector<Check> of(Subject::Kind kind);
+inline QVector<Check> of(Subject::Kind kind)
+{
+    QVector<Check> checks;
+    for (const Check& check : ofCoreCtrl() + ofCameras() + ofEngine() + ofScreens() + ofLine()) {
+        if (check.kind == kind)
+            checks.append(check);
+    }
+    return checks;
+}
 
 } // namespace Checks

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QThread>
 
 #include <cstdio>
 #include <mutex>
@@ -89,9 +90,11 @@ void Subject::step(const char* name) const
 
 bool Subject::waitFor(const std::function<bool()>& condition, int ms)
 {
-    QElapsedTimer clock;
-    clock.start();
-    while (!condition() && clock.elapsed() < ms)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 10);
+    const qint64 end = GrantedClock::ms() + ms;
+    while (!condition() && GrantedClock::ms() < end) {
+        if (QThread::currentThread() == QCoreApplication::instance()->thread())
+            QCoreApplication::processEvents();
+        QThread::msleep(2);
+    }
     return condition();
 }

@@ -1,13 +1,15 @@
 #pragma once
 
-#include <QElapsedTimer>
+#include "GrantedClock.h"
+
 #include <QLibrary>
 #include <QStringList>
 
 #include <exception>
 #include <functional>
 
-/// The module that is checked, in a process of its own, and what was found. GUI thread, but for fault().
+/// The module that is checked, in a process of its own, and what was found. GUI thread, but for call() and what
+/// reports.
 class Subject
 {
 public:
@@ -36,8 +38,7 @@ public:
     bool call(const char* name, int withinMs, Call work)
     {
         step(name);
-        QElapsedTimer clock;
-        clock.start();
+        const qint64 before = GrantedClock::ms();
         try {
             work();
         } catch (const std::exception& thrown) {
@@ -47,11 +48,9 @@ public:
             fault(QStringLiteral("%1 throws").arg(QLatin1String(name)));
             return false;
         }
-        if (clock.elapsed() > withinMs)
-            fault(QStringLiteral("%1 takes %2 ms, %3 at most")
-                      .arg(QLatin1String(name))
-                      .arg(clock.elapsed())
-                      .arg(withinMs));
+        const qint64 taken = GrantedClock::ms() - before;
+        if (taken > withinMs)
+            fault(QStringLiteral("%1 takes %2 ms, %3 at most").arg(QLatin1String(name)).arg(taken).arg(withinMs));
         return true;
     }
 
@@ -62,7 +61,8 @@ public:
     /// What is done next: the last one is named when the process dies or hangs.
     void step(const char* name) const;
 
-    /// Runs the event loop until the condition holds, at most so long; returns whether it does.
+    /// Waits until the condition holds, at most so long, on the GUI thread with the event loop running; returns whether
+    /// it does.
     static bool waitFor(const std::function<bool()>& condition, int ms);
 
 private:
@@ -74,5 +74,5 @@ private:
     const char* m_symbol = "";
 };
 
-/// What a call that "returns at once" may take on a busy machine.
+/// What a call that "returns at once" may take.
 constexpr int atOnceMs = 200;

@@ -23,7 +23,9 @@ constexpr int deadlineMs = 60000;
 const char description[] =
     R"(Loads a module as the program does, calls it in every way that its header allows, and reports what breaks the
 contract: throwing, waiting where it has to return at once, null, callbacks on the wrong thread, too often or too late,
-crashing, hanging. Each part runs in a process of its own.
+pictures that change after their delivery, what the process keeps of a deleted instance, crashing, hanging. So it does
+with the optional interfaces that the module offers. Each part runs in a process of its own. Give it a copy of the home:
+a faulty module may store what it has to refuse.
 
 JSON of --json: file, good, faults and notes (each an array of {"check", "text"}).
 

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
+
 /// What a host may choose before it calls "MainWidget_Create", and what it reads when that returned null. Kept at the
 /// application object, so that host and library share no symbol. GUI thread, with the application in place.
 namespace HostChoice {
@@ -28,6 +30,32 @@ inline void setUnattended(bool chosen = true)
 inline bool isUnattended()
 {
     return qApp->property("valvecell_unattended").toBool();
+}
+
+/// What a host is called for when the program's window was closed, by a person or by the PLC.
+struct ClosedNotice
+{
+    std::function<void()> call;
+};
+
+} // namespace HostChoice
+
+Q_DECLARE_METATYPE(HostChoice::ClosedNotice)
+
+namespace HostChoice {
+
+/// For a host whose event loop does not end with the program's window. The program runs on without it, and answers the
+/// PLC, until the host gives it back; not from within the notice. Empty for none.
+inline void setClosedNotice(std::function<void()> notice)
+{
+    qApp->setProperty("valvecell_closed_notice", QVariant::fromValue(ClosedNotice{std::move(notice)}));
+}
+/// For the library.
+inline void noteClosed()
+{
+    const auto notice = qApp->property("valvecell_closed_notice").value<ClosedNotice>();
+    if (notice.call)
+        notice.call();
 }
 
 /// Why the last "MainWidget_Create" returned null, in the operator's language, with what was looked for and where;

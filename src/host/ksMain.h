@@ -12,10 +12,14 @@ class ksMain : public IMainWidget
 
 public:
     ksMain();
+    ~ksMain() override;
 
     void showMaximized() override;
     /// Why the start-up could not go on; empty when it did. With a problem there is nothing to show.
     QString problem() const { return m_window.problem(); }
+
+protected:
+    bool eventFilter(QObject* window, QEvent* event) override;
 
 private:
     const LoopWatch m_loop;

@@ -22,6 +22,10 @@ quint64 fileIdentity(const QString& path);
 /// The process's resident memory in KiB; 0 when the platform does not say.
 qint64 residentMemoryKiB();
 
+/// How many threads this process runs, those of Qt's pools not counted, which come and go by themselves; 0 when the
+/// platform does not say.
+int ownThreads();
+
 /// The processor time in milliseconds that a process has used on all cores; nothing when there is no such process or it
 /// is not ours to see.
 std::optional<double> processorTimeMs(qint64 processId);

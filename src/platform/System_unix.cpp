@@ -1,5 +1,6 @@
 #include "platform/System.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -58,6 +59,17 @@ qint64 residentMemoryKiB()
         return 0;
     const QList<QByteArray> fields = statm.readAll().split(' ');
     return fields.size() > 1 ? fields[1].toLongLong() * sysconf(_SC_PAGESIZE) / 1024 : 0;
+}
+
+int ownThreads()
+{
+    int count = 0;
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    for (const QString& task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile name(tasks.filePath(task + QLatin1String("/comm")));
+        count += name.open(QIODevice::ReadOnly) && !name.readAll().startsWith("Thread (pooled") ? 1 : 0;
+    }
+    return count;
 }
 
 std::optional<double> processorTimeMs(qint64 processId)

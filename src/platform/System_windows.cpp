@@ -71,6 +71,11 @@ qint64 residentMemoryKiB()
                : 0;
 }
 
+int ownThreads()
+{
+    return 0;
+}
+
 std::optional<double> processorTimeMs(qint64 processId)
 {
     const HANDLE process = OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(processId));

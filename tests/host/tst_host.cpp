@@ -75,9 +75,17 @@ int livingChild()
         const bool twice = create() != nullptr;
         if (!program || twice || !HostChoice::startProblem().contains("MainWidget_Delete"))
             return 2;
+        int closed = 0;
+        HostChoice::setClosedNotice([&] { ++closed; });
         program->showMaximized();
         QTest::qWait(20);
+        const bool shown = closed == 0;
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (shown && window->inherits("QMainWindow"))
+                window->close();
         destroy(program);
+        if (closed != 1)
+            return 5;
         states << stateOfHost(threads);
         QFile::rename(home.path("/user/camera.json"), home.path("/user/away"));
         if (create() || !HostChoice::startProblem().startsWith("camera.json文件出错,请检查!"))
