@@ -50,14 +50,15 @@ target_compile_definitions(vc_flags INTERFACE
 if(WIN32)
     # Nothing older than Windows 10; "min" and "max" are not the system's; its mathematical constants come on request.
     target_compile_definitions(vc_flags INTERFACE
-        UNICODE _UNICODE NOMINMAX _USE_MATH_DEFINES _CRT_SECURE_NO_WARNINGS _WIN32_WINNT=0x0A00 WINVER=0x0A00)
+        UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _USE_MATH_DEFINES _CRT_SECURE_NO_WARNINGS _WIN32_WINNT=0x0A00 WINVER=0x0A00)
 endif()
 if(MINGW)
-    # Windows aligns a stack to 16 bytes only; GCC believes that its 32-byte vectors are aligned there.
-    add_compile_options(-Wa,-muse-unaligned-vector-move)
+    # Windows aligns a stack to 16 bytes only; GCC believes that its 32-byte vectors are aligned there. And what is
+    # compiled folder by folder has more sections than its first format of object files.
+    add_compile_options(-Wa,-muse-unaligned-vector-move,-mbig-obj)
 endif()
 if(MSVC)
-    target_compile_options(vc_flags INTERFACE /W4 /utf-8 /permissive- $<$<BOOL:${VALVECELL_WERROR}>:/WX>)
+    target_compile_options(vc_flags INTERFACE /W4 /utf-8 /permissive- /bigobj $<$<BOOL:${VALVECELL_WERROR}>:/WX>)
 else()
     target_compile_options(vc_flags INTERFACE -Wall -Wextra -Wpedantic $<$<BOOL:${VALVECELL_WERROR}>:-Werror>)
 endif()

@@ -31,8 +31,7 @@ int main(int argc, char** argv)
 {
     QCoreApplication::setApplicationName(QStringLiteral("Report"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    platform::scaleForScreens();
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Shows the results that a ValveCell recorded.\n"
                                                     "Exit code: 0 closed; 1 wrong arguments."));

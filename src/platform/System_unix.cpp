@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 
 #include <cerrno>
 #include <cstdio>
@@ -108,5 +109,16 @@ QString replaceFile(const QString& from, const QString& to)
 }
 
 void keepForeignLibrariesOut() {} // the linker wrote the folder into the program
+
+void scaleForScreens()
+{
+    QGuiApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QGuiApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+}
+
+void complain(const QString& sentence)
+{
+    std::fprintf(stderr, "%s\n", qUtf8Printable(sentence));
+}
 
 } // namespace platform
