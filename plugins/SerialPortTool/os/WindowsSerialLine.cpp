@@ -2,8 +2,6 @@
 
 namespace {
 
-constexpr int mostAtOnce = 4096;
-
 LineFault::Kind kindOf(DWORD error)
 {
     switch (error) {
@@ -45,7 +43,7 @@ WindowsSerialLine::WindowsSerialLine(QString name, qint32 baudRate)
     : m_name(std::move(name))
     , m_baudRate(baudRate)
 {
-    connect(&m_reading.done, &QWinEventNotifier::activated, this, &WindowsSerialLine::onRead);
+    connect(&m_reading.done, &QWinEventNotifier::activated, this, &WindowsSerialLine::onByte);
     connect(&m_sending.done, &QWinEventNotifier::activated, this, &WindowsSerialLine::onSent);
 }
 
@@ -62,7 +60,7 @@ void WindowsSerialLine::begin()
                          OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr);
     if (m_port == INVALID_HANDLE_VALUE || !set())
         return fail(whyNot());
-    if (!read())
+    if (!awaitByte())
         return lose();
     emit opened();
 }
@@ -73,7 +71,7 @@ LineFault WindowsSerialLine::whyNot() const
     return {kindOf(error), m_name, qt_error_string(static_cast<int>(error))};
 }
 
-/// A read ends with the first bytes that come; what lay there belongs to a part that is gone.
+/// A read takes what it takes: no pause ends it. What lay there belongs to a part that is gone.
 bool WindowsSerialLine::set()
 {
     DCB settings{};
@@ -93,7 +91,7 @@ bool WindowsSerialLine::set()
     plain.XoffLim = settings.XoffLim;
     plain.XonChar = settings.XonChar;
     plain.XoffChar = settings.XoffChar;
-    COMMTIMEOUTS times{MAXDWORD, MAXDWORD, MAXDWORD - 1, 0, 0};
+    COMMTIMEOUTS times{};
     return SetCommState(m_port, &plain) && SetCommTimeouts(m_port, &times) &&
            PurgeComm(m_port, PURGE_RXCLEAR | PURGE_TXCLEAR);
 }
@@ -103,32 +101,49 @@ void WindowsSerialLine::lose()
     fail({LineFault::Lost, m_name, {}});
 }
 
-bool WindowsSerialLine::read()
+bool WindowsSerialLine::awaitByte()
 {
-    m_reading.bytes.resize(mostAtOnce);
-    const bool taken = ReadFile(m_port, m_reading.bytes.data(), mostAtOnce, nullptr, &m_reading.overlapped) ||
+    m_reading.bytes.resize(1);
+    const bool taken = ReadFile(m_port, m_reading.bytes.data(), 1, nullptr, &m_reading.overlapped) ||
                        GetLastError() == ERROR_IO_PENDING;
     m_reading.isPending = taken;
     m_reading.done.setEnabled(taken);
     return taken;
 }
 
-void WindowsSerialLine::onRead()
+void WindowsSerialLine::onByte()
 {
     DWORD count = 0;
-    if (!m_reading.result(m_port, count) && GetLastError() != ERROR_TIMEOUT)
+    if (!m_reading.result(m_port, count))
         return lose();
     m_received += m_reading.bytes.left(static_cast<int>(count));
-    if (!read())
+    if (!takeRest() || !awaitByte())
         return lose();
-    if (count > 0)
-        emit readyRead();
+    emit readyRead();
+}
+
+bool WindowsSerialLine::takeRest()
+{
+    COMSTAT state{};
+    DWORD errors = 0;
+    if (!ClearCommError(m_port, &errors, &state))
+        return false;
+    if (state.cbInQue == 0)
+        return true;
+    m_reading.bytes.resize(static_cast<int>(state.cbInQue));
+    DWORD count = 0;
+    const bool taken = (ReadFile(m_port, m_reading.bytes.data(), state.cbInQue, nullptr, &m_reading.overlapped) ||
+                        GetLastError() == ERROR_IO_PENDING) &&
+                       m_reading.result(m_port, count, true);
+    m_received += m_reading.bytes.left(static_cast<int>(count));
+    return taken;
 }
 
 qint64 WindowsSerialLine::waiting() const
 {
     COMSTAT state{};
-    const bool known = m_port != INVALID_HANDLE_VALUE && ClearCommError(m_port, nullptr, &state);
+    DWORD errors = 0;
+    const bool known = m_port != INVALID_HANDLE_VALUE && ClearCommError(m_port, &errors, &state);
     return m_toSend.size() + (m_sending.isPending ? m_sending.bytes.size() : known ? qint64(state.cbOutQue) : 0);
 }
 

@@ -44,9 +44,10 @@ private:
     LineFault whyNot() const;
     bool set();
     void lose();
-    /// The next bytes that come, as many as there are.
-    bool read();
-    void onRead();
+    /// Asks for the next byte, however long it takes; what came with it is there at once.
+    bool awaitByte();
+    void onByte();
+    bool takeRest();
     /// What is to be sent, in one go.
     bool send();
     void onSent();
