@@ -6,6 +6,7 @@
 #include "Resources.h"
 #include "look/LanguageSwitch.h"
 #include "look/WindowLook.h"
+#include "platform/System.h"
 #include "results/ResultsView.h"
 
 #include <valvecell/HomeFiles.h>
@@ -29,6 +30,7 @@ QString languageOf(const QString& home)
 
 int main(int argc, char** argv)
 {
+    platform::keepForeignLibrariesOut();
     QCoreApplication::setApplicationName(QStringLiteral("Report"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
     platform::scaleForScreens();
