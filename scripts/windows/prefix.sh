@@ -112,6 +112,7 @@ build_qtbase() {
     fi
     sed -i 's/^ *(cd "$outpath\/qmake"; "$MAKE" -s) || exit 2$/        true/' configure
     sed -i '/qmake-aux.pro/s/qmake\/qmake-aux.pro//' qtbase.pro
+    sed -i 's/-lSecur32 -lCrypt32/-lsecur32 -lcrypt32/' src/network/ssl/ssl.pri # names have their case here
     cat >>src/src.pro <<'END'
 
 tools = src_tools_bootstrap src_tools_moc src_tools_rcc src_tools_tracegen src_tools_uic src_tools_qlalr src_tools_qvkgen
