@@ -286,6 +286,7 @@ function(vc_test name)
     target_compile_definitions(${name} PRIVATE VALVECELL_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
     target_link_libraries(${name} PRIVATE ${TEST_LINK} Qt5::Test vc_flags)
     target_compile_options(${name} PRIVATE ${VALVECELL_TEST_OPTIONS})
+    vc_describe_program(${name}) # the same code page as the program's
     vc_moc_test(${name})
     vc_precompile_test(${name})
     if(VALVECELL_SANITIZE STREQUAL "thread")

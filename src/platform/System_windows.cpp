@@ -39,6 +39,8 @@ LPCWSTR wide(const QString& text)
 
 qint64 freeSpaceMiB(const QString& folder)
 {
+    if (folder.size() < 2)
+        return -1; // and not what is free where the program happens to be
     const QString drive = folder.left(2) + QLatin1Char('\\');
     ULARGE_INTEGER forCaller;
     ULARGE_INTEGER total;
