@@ -6,6 +6,7 @@
 #include "Resources.h"
 #include "look/LanguageSwitch.h"
 #include "look/WindowLook.h"
+#include "platform/System.h"
 #include "results/ResultsView.h"
 
 #include <valvecell/HomeFiles.h>
@@ -29,10 +30,10 @@ QString languageOf(const QString& home)
 
 int main(int argc, char** argv)
 {
+    platform::keepForeignLibrariesOut();
     QCoreApplication::setApplicationName(QStringLiteral("Report"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    platform::scaleForScreens();
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Shows the results that a ValveCell recorded.\n"
                                                     "Exit code: 0 closed; 1 wrong arguments."));

@@ -111,7 +111,7 @@ bool enterHome(const QString& home)
     HomeFiles::fixHome();
     if (QDir(HomeFiles::home()).exists() && QDir::setCurrent(HomeFiles::home()))
         return true;
-    std::fprintf(stderr, "%s: no such directory\n", qUtf8Printable(HomeFiles::home()));
+    platform::complain(QStringLiteral("%1: no such directory").arg(HomeFiles::home()));
     return false;
 }
 
@@ -137,7 +137,7 @@ int runProgram(const QString& screenshot)
     const auto create = reinterpret_cast<MainWidgetCreateFunction>(library.resolve("MainWidget_Create"));
     const auto destroy = reinterpret_cast<MainWidgetDeleteFunction>(library.resolve("MainWidget_Delete"));
     if (!create || !destroy) {
-        std::fprintf(stderr, "%s\n", qUtf8Printable(library.errorString()));
+        platform::complain(library.errorString());
         return 1;
     }
     QTimer poll;
@@ -219,8 +219,7 @@ int main(int argc, char** argv)
         const QCoreApplication app(argc, argv);
         parser.process(app);
     }
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    platform::scaleForScreens();
     HostApplication app(argc, argv, start);
     parser.process(app);
     const QString screenshot = parser.isSet(shot) ? QFileInfo(parser.value(shot)).absoluteFilePath() : QString();

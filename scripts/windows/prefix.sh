@@ -112,6 +112,7 @@ build_qtbase() {
     fi
     sed -i 's/^ *(cd "$outpath\/qmake"; "$MAKE" -s) || exit 2$/        true/' configure
     sed -i '/qmake-aux.pro/s/qmake\/qmake-aux.pro//' qtbase.pro
+    sed -i 's/-lSecur32 -lCrypt32/-lsecur32 -lcrypt32/' src/network/ssl/ssl.pri # names have their case here
     cat >>src/src.pro <<'END'
 
 tools = src_tools_bootstrap src_tools_moc src_tools_rcc src_tools_tracegen src_tools_uic src_tools_qlalr src_tools_qvkgen
@@ -125,7 +126,7 @@ END
         >"$prefix/bin/qt.conf"
     MAKEFLAGS=-j$jobs ./configure -opensource -confirm-license -prefix "$prefix" -xplatform win32-g++ \
         -device-option CROSS_COMPILE=$host- -external-hostbindir "$tools" -release -shared -silent \
-        -nomake examples -nomake tests -no-opengl -no-dbus -no-icu -no-ssl -no-feature-printer -no-feature-xml \
+        -nomake examples -nomake tests -no-opengl -no-dbus -no-icu -no-openssl -schannel -no-feature-printer -no-feature-xml \
         -no-feature-vulkan -no-feature-vkgen -no-feature-direct2d -no-sql-odbc -sql-sqlite -system-sqlite \
         -I "$prefix/include" -L "$prefix/lib" \
         -qt-zlib -qt-libpng -qt-libjpeg -qt-freetype -qt-harfbuzz -qt-pcre -qt-doubleconversion
@@ -156,7 +157,7 @@ build_sodium() {
 
 build_openssl() { # the part that licences are checked with
     [ -e Makefile ] || ./Configure mingw64 --cross-compile-prefix=$host- --prefix="$prefix" --libdir=lib no-shared \
-        no-tests no-apps no-engine no-module no-legacy no-ssl no-tls no-dtls no-cmp no-cms no-ct no-ocsp no-ts no-srp no-gost \
+        no-tests no-engine no-module no-legacy no-ssl no-tls no-dtls no-cmp no-cms no-ct no-ocsp no-ts no-srp no-gost \
         no-aria no-bf no-camellia no-cast no-des no-idea no-rc2 no-rc4 no-md4 no-mdc2 no-rmd160 no-seed no-siphash no-sm2 \
         no-sm3 no-sm4 no-whirlpool
     make -j "$jobs" build_generated

@@ -67,8 +67,9 @@ CMainWin::CMainWin(QWidget* parent)
     m_twoPoint = std::make_unique<ksImageCaliUI>(this);
     m_fourPoint = std::make_unique<ksImageCaliUI4P>(this);
     m_licence = std::make_unique<LicenceDesk>(this);
-    onLineseCheck(m_licence->check());
+    connect(m_licence.get(), &LicenceDesk::judged, this, &CMainWin::onLineseCheck);
     connect(m_licence->dialog(), &QCryptokeyUI::sgRegisterFinish, this, &CMainWin::onLineseCheck);
+    m_licence->checkDaily();
     createActions();
     m_statusTimer = startTimer(1000, Qt::CoarseTimer);
     m_cell->startStatusTick();
@@ -326,8 +327,7 @@ void CMainWin::timerEvent(QTimerEvent* event)
         return QMainWindow::timerEvent(event);
     m_status->tick(ksGlobalConfig::instance()->onlineMode);
     m_ui->stateBar->setLink(m_status->isLinkUp());
-    if (m_licence->isDue())
-        onLineseCheck(m_licence->check());
+    m_licence->checkDaily();
 }
 
 void CMainWin::changeEvent(QEvent* event)

@@ -30,7 +30,6 @@ Registration::Setting setting()
     Registration::Setting setting;
     setting.file = platform::inHome(QStringLiteral("/user/licence.lic"));
     setting.publicKey = builtInLicenceKey();
-    setting.machine = MachineCode::of(platform::machineIdentity());
     setting.stations = stationsInUse;
     return setting;
 }
@@ -51,27 +50,34 @@ LicenceDesk::LicenceDesk(QWidget* window)
 
 LicenceDesk::~LicenceDesk() = default;
 
-bool LicenceDesk::isDue() const
+void LicenceDesk::checkDaily()
 {
-    return QDate::currentDate() != m_checkedOn;
+    if (QDate::currentDate() == m_checkedOn)
+        return;
+    if (!m_checkedOn.isValid() && !isVendorLicenceKey())
+        SystemLog::information(tr("本程序使用构建时自动生成的授权密钥，不是供应商的密钥"));
+    m_checkedOn = QDate::currentDate();
+    m_machine.run([] { return MachineCode::of(platform::machineIdentity()); },
+                  [this](const QString& code) {
+                      m_registration.setMachine(code);
+                      m_dialog->showMachine();
+                      judge();
+                  });
 }
 
-bool LicenceDesk::check()
+void LicenceDesk::judge()
 {
     const QDateTime now = QDateTime::currentDateTime();
     const QDateTime seen = m_registration.noteTime(now);
     if (seen.isValid())
         SystemLog::warning(tr("系统时间被调回：上次是%1，现在是%2")
                                .arg(seen.toLocalTime().toString(Qt::ISODate), now.toString(Qt::ISODate)));
-    if (!m_checkedOn.isValid() && !isVendorLicenceKey())
-        SystemLog::information(tr("本程序使用构建时自动生成的授权密钥，不是供应商的密钥"));
-    m_checkedOn = now.date();
     const LicenceVerdict verdict = m_registration.present();
     if (verdict.isGood() && endsSoon(verdict.licence))
         SystemLog::warning(tr("授权即将到期：%1").arg(LicenceTexts::content(verdict.licence)));
     else if (!verdict.isGood() && verdict.refusal != LicenceRefusal::Missing)
         SystemLog::warning(tr("授权无效：%1").arg(LicenceTexts::refusal(verdict)));
-    return verdict.isGood();
+    emit judged(verdict.isGood());
 }
 
 void LicenceDesk::openDialog()

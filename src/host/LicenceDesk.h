@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/Background.h"
 #include "licence/Registration.h"
 
 #include <QObject>
@@ -20,19 +21,25 @@ public:
     explicit LicenceDesk(QWidget* window);
     ~LicenceDesk() override;
 
-    /// Whether the licence counts. The system log learns why one that is there does not, and when one ends soon,
-    /// and when the clock was put back since the last check.
-    bool check();
-    /// Whether it is time for another check: the day is another than that of the last one.
-    bool isDue() const;
+    /// Begins a check when the day is another than that of the last one: judged() follows. The machine is asked for its
+    /// code on a thread, since one that has just been switched on may take a minute to answer.
+    void checkDaily();
 
     const QCryptokeyUI* dialog() const { return m_dialog.get(); }
 
     void openDialog();
 
+signals:
+    /// Whether the licence counts. The system log has learnt why one that is there does not, and when one ends soon,
+    /// and when the clock was put back since the last check.
+    void judged(bool registered);
+
 private:
+    void judge();
+
     QWidget* m_window;
     QDate m_checkedOn;
     Registration m_registration;
     std::unique_ptr<QCryptokeyUI> m_dialog;
+    Background m_machine{Background::AtEnd::Abandon};
 };

@@ -15,7 +15,7 @@ QString Registration::previousFile() const
 
 LicenceVerdict Registration::check(const QByteArray& text) const
 {
-    return checkLicence(text, m_key, {m_setting.machine, m_setting.today(), m_setting.stations()});
+    return checkLicence(text, m_key, {machine(), m_setting.today(), m_setting.stations()});
 }
 
 /// One byte more than a licence has is enough to see that a file holds none.

@@ -3,6 +3,7 @@
 #include "licence/Licence.h"
 
 #include <functional>
+#include <optional>
 
 /// The licence of this program on this machine: one file, judged with one key. One thread.
 class Registration
@@ -12,7 +13,8 @@ public:
     {
         QString file;         ///< where the licence lies
         QByteArray publicKey; ///< PEM; licences signed by its counterpart count
-        QString machine;      ///< the code of this machine, empty when it has none
+        /// The code of this machine, empty when it has none; nothing until it has been found out.
+        std::optional<QString> machine;
         /// How many stations the cell runs, at the moment of asking.
         std::function<int()> stations = [] { return 1; };
         std::function<QDate()> today = [] { return QDate::currentDate(); };
@@ -20,7 +22,9 @@ public:
 
     explicit Registration(Setting setting);
 
-    QString machine() const { return m_setting.machine; }
+    QString machine() const { return m_setting.machine.value_or(QString()); }
+    bool isMachineKnown() const { return m_setting.machine.has_value(); }
+    void setMachine(const QString& code) { m_setting.machine = code; }
     /// Where the licence that was there before the last one lies.
     QString previousFile() const;
 
@@ -41,7 +45,7 @@ private:
     QByteArray stored() const;
     bool store(const QByteArray& text, QString* error) const;
 
-    const Setting m_setting;
+    Setting m_setting;
     const Rsa::PublicKey m_key;
 };
 

@@ -12,6 +12,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QVarLengthArray>
 
 namespace platform {
 
@@ -79,12 +80,13 @@ QString programFolder()
 {
     QString file;
 #ifdef Q_OS_WIN
+    constexpr DWORD longestPath = 32767;
     HMODULE own = nullptr;
-    wchar_t path[MAX_PATH + 1] = {};
+    QVarLengthArray<wchar_t> path(longestPath);
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        reinterpret_cast<LPCWSTR>(&programFolder), &own);
-    if (own && GetModuleFileNameW(own, path, MAX_PATH) > 0)
-        file = QString::fromWCharArray(path);
+    if (own && GetModuleFileNameW(own, path.data(), longestPath) > 0)
+        file = QString::fromWCharArray(path.data());
 #else
     Dl_info own{};
     if (::dladdr(reinterpret_cast<void*>(&programFolder), &own) != 0 && own.dli_fname)

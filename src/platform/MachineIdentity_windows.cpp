@@ -20,8 +20,8 @@ namespace platform {
 namespace {
 
 // The service that answers may hang, or not have started yet when the machine has just been switched on.
-constexpr std::chrono::seconds patience{10};
-constexpr long msForAnObject = 5000;
+constexpr std::chrono::seconds patience{60};
+constexpr long msForAnObject = 20000;
 
 /// A text that the COM library counts as its own.
 class ComText

@@ -46,6 +46,12 @@ QString replaceFile(const QString& from, const QString& to);
 /// the home: anybody may put a file there. Those of camera makers are found by PATH as ever. At the start.
 void keepForeignLibrariesOut();
 
+/// Each screen shows the program at its own scale, on Windows also at 125 and 150 %. Before there is an application.
+void scaleForScreens();
+
+/// Says why the program ends: on the error stream, or, where a program with a window has none, in a box.
+void complain(const QString& sentence);
+
 /// From now on files and folders are made without rights for those who are neither owner nor of the group, whatever the
 /// user's habit is; on Windows the folder above decides. At the start.
 void keepOthersOut();

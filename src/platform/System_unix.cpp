@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 
 #include <cerrno>
 #include <cstdio>
@@ -130,5 +131,16 @@ QString replaceFile(const QString& from, const QString& to)
 }
 
 void keepForeignLibrariesOut() {} // the linker wrote the folder into the program
+
+void scaleForScreens()
+{
+    QGuiApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QGuiApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+}
+
+void complain(const QString& sentence)
+{
+    std::fprintf(stderr, "%s\n", qUtf8Printable(sentence));
+}
 
 } // namespace platform

@@ -2,7 +2,9 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QGuiApplication>
 
+#include <cstdio>
 #include <malloc.h>
 
 // Each needs the one before.
@@ -37,6 +39,8 @@ LPCWSTR wide(const QString& text)
 
 qint64 freeSpaceMiB(const QString& folder)
 {
+    if (folder.size() < 2)
+        return -1; // and not what is free where the program happens to be
     const QString drive = folder.left(2) + QLatin1Char('\\');
     ULARGE_INTEGER forCaller;
     ULARGE_INTEGER total;
@@ -126,7 +130,10 @@ QByteArray folderForLibraries(const QString& path)
     const QString native = QDir::toNativeSeparators(path);
     QByteArray local = native.toLocal8Bit();
     wchar_t shortName[MAX_PATH];
-    if (QString::fromLocal8Bit(local) != native && GetShortPathNameW(wide(native), shortName, MAX_PATH) != 0)
+    if (QString::fromLocal8Bit(local) == native)
+        return local;
+    const DWORD length = GetShortPathNameW(wide(native), shortName, MAX_PATH);
+    if (length > 0 && length < MAX_PATH)
         local = QString::fromWCharArray(shortName).toLocal8Bit();
     return local;
 }
@@ -149,6 +156,22 @@ QString replaceFile(const QString& from, const QString& to)
 void keepForeignLibrariesOut()
 {
     SetDllDirectoryW(L"");
+}
+
+void scaleForScreens()
+{
+    QGuiApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QGuiApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+}
+
+void complain(const QString& sentence)
+{
+    const HANDLE errors = GetStdHandle(STD_ERROR_HANDLE);
+    if (errors && errors != INVALID_HANDLE_VALUE && GetFileType(errors) != FILE_TYPE_UNKNOWN)
+        std::fprintf(stderr, "%s\n", qUtf8Printable(sentence));
+    else
+        MessageBoxW(nullptr, wide(sentence), L"ValveCell", MB_OK | MB_ICONWARNING | MB_SETFOREGROUND);
 }
 
 } // namespace platform

@@ -18,7 +18,7 @@ Answer run(const QStringList& arguments)
     tool.start(QStringLiteral(VALVECELL_BIN_DIR "/licencetool"), arguments);
     if (!tool.waitForFinished(60000))
         qFatal("%s", qPrintable(tool.errorString()));
-    return {tool.exitCode(), QString::fromUtf8(tool.readAllStandardOutput()),
+    return {tool.exitCode(), QString::fromUtf8(tool.readAllStandardOutput()).remove('\r'),
             QString::fromUtf8(tool.readAllStandardError())};
 }
 
@@ -47,7 +47,9 @@ private slots:
         QVERIFY(Rsa::PrivateKey(before).isValid());
         QCOMPARE(run({"keygen", "--out", m_home.path("/keys")}).code, 0);
         QCOMPARE(m_home.read("/keys/private.pem"), before);
+#ifdef Q_OS_UNIX // elsewhere the folder's rights decide
         QVERIFY2(!(QFile::permissions(m_secret) & (QFile::ReadGroup | QFile::ReadOther)), "the secret is to be one");
+#endif
     }
 
     void issuedLicenceCountsWhereItIsMeantTo()

@@ -113,6 +113,10 @@
         <translation>Registered</translation>
     </message>
     <message>
+        <source>正在读取本机识别码…</source>
+        <translation>Reading the code of this machine…</translation>
+    </message>
+    <message>
         <source>未注册：这台电脑没有可用的识别码</source>
         <translation>Not registered: this machine tells no code</translation>
     </message>

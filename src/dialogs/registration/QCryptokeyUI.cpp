@@ -21,11 +21,8 @@ QCryptokeyUI::QCryptokeyUI(Registration& registration, QWidget* parent)
     m_ui->codeEdit->setFont(fixed);
     m_ui->licenceEdit->setFont(fixed);
     m_ui->licenceEdit->setWordWrapMode(QTextOption::WrapAnywhere);
-    m_ui->codeEdit->setText(registration.machine());
-    m_ui->copyButton->setEnabled(!registration.machine().isEmpty());
     connectAll();
-    showState();
-    judge();
+    showMachine();
 }
 
 QCryptokeyUI::~QCryptokeyUI()
@@ -48,12 +45,22 @@ void QCryptokeyUI::setRegistered(bool registered)
     showState();
 }
 
+void QCryptokeyUI::showMachine()
+{
+    m_ui->codeEdit->setText(m_registration.machine());
+    m_ui->copyButton->setEnabled(!m_registration.machine().isEmpty());
+    showState();
+    judge();
+}
+
 void QCryptokeyUI::showState()
 {
     const LicenceVerdict present = m_registration.present();
     if (m_registered)
         m_ui->state->say(Tone::Plain, present.isGood() ? tr("已注册：%1").arg(LicenceTexts::content(present.licence))
                                                        : tr("已注册"));
+    else if (!m_registration.isMachineKnown())
+        m_ui->state->say(Tone::Plain, tr("正在读取本机识别码…"));
     else if (m_registration.machine().isEmpty())
         m_ui->state->say(Tone::Error, tr("未注册：这台电脑没有可用的识别码"));
     else

@@ -26,6 +26,8 @@ public:
 
     /// Whether the program counts as registered now.
     void setRegistered(bool registered);
+    /// The code of the machine has been found out.
+    void showMachine();
 
 public slots:
     /// Takes the licence of a file, and judges it; nothing is stored yet.

@@ -70,6 +70,22 @@ private slots:
         QVERIFY(desk.driver.message("state").startsWith("已注册：某某轮毂厂"));
         QCOMPARE(desk.driver.message(), "注册成功");
     }
+    void machineIsAskedWhileTheDialogIsOpen()
+    {
+        Registration registration({"none.lic", m_vendor.publicKey(), {}, [] { return 2; }, &Vendor::today});
+        QCryptokeyUI dialog(registration);
+        const DialogDriver driver(dialog);
+        QVERIFY(driver.message("state").startsWith("正在读取") && !driver.canPress("copyButton"));
+        const auto candidate = QString::fromUtf8(m_vendor.issue());
+        driver.get<QPlainTextEdit>("licenceEdit")->setPlainText(candidate);
+        for (const auto& [code, said, good] :
+             {std::tuple(QString(), "没有可用的识别码", false), std::tuple(Vendor::machine(), "未注册", true)}) {
+            registration.setMachine(code);
+            dialog.showMachine();
+            QVERIFY(driver.message("state").contains(said) && driver.text("codeEdit") == code);
+            QVERIFY(driver.canPress("copyButton") == good && driver.canPress("registerButton") == good);
+        }
+    }
     void refusedFileIsToldAndLeavesTheGoodLicenceAlone()
     {
         Desk desk(m_vendor);
