@@ -116,7 +116,7 @@ StateFace plantFace(const CellState& state)
 {
     constexpr qint64 few = 100;
     StateFace face{"plantPill",
-                   "network",
+                   "up",
                    "actionSystem",
                    FaceTexts::tr("工厂"),
                    state.isPlantThere ? FaceTexts::tr("已连接") : FaceTexts::tr("未连接"),
