@@ -14,9 +14,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int shortestPause = 500; // ms
-constexpr int longestPause = 30000;
-constexpr auto answerTime = 15s; // for a broker to accept a connection
+constexpr int shortestPause = 500;        // ms
+constexpr int longestPause = 1500;        // a plant wants to see the newest state within two seconds
+constexpr int longestPauseOfOurs = 30000; // while somebody has to mend something
+constexpr auto answerTime = 15s;          // for a broker to accept a connection
 
 QString sayMqtt(const char* text)
 {
@@ -200,7 +201,7 @@ void MqttSession::Line::run()
         connectOnce();
         pauseMs = m_greeted ? shortestPause : pauseMs;
         pause(pauseMs);
-        pauseMs = qMin(2 * pauseMs, longestPause);
+        pauseMs = qMin(2 * pauseMs, m_trouble.wantsEngineer() ? longestPauseOfOurs : longestPause);
         const std::lock_guard lock(m_mutex);
         if (m_stopping)
             break;

@@ -68,8 +68,9 @@ public:
 
     void applySettings() override
     {
-        const auto end = [old = std::move(m_forwarder)]() mutable {
-            old.reset();
+        const auto old = std::make_shared<std::unique_ptr<Forwarder>>(std::move(m_forwarder));
+        const auto end = [old] {
+            old->reset();
             return true;
         };
         m_ending.run(end, [this](bool) { begin(); });
@@ -94,7 +95,7 @@ private:
     {
         ForwardConfig config;
         config.load(m_home);
-        m_forwarder = config.on ? std::make_shared<Forwarder>(m_home, config) : nullptr;
+        m_forwarder = config.on ? std::make_unique<Forwarder>(m_home, config) : nullptr;
         tick();
     }
     bool lasts(Alarm::Kind kind, const QString& subject) const
@@ -168,7 +169,7 @@ private:
     const QString m_home;
     Cell& m_cell;
     const ksGlobalConfig& m_config;
-    std::shared_ptr<Forwarder> m_forwarder;
+    std::unique_ptr<Forwarder> m_forwarder;
     Background m_ending{Background::AtEnd::Wait}; ///< of a forwarder: the next begins when its files are closed
 };
 
