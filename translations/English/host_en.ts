@@ -166,6 +166,14 @@ Close anyway?</translation>
         <source>耗时 %1 毫秒，程序被占用</source>
         <translation>took %1 ms and held up the program</translation>
     </message>
+    <message>
+        <source>耗时 %1 毫秒，工位%2被占用</source>
+        <translation>took %1 ms and held up station %2</translation>
+    </message>
+    <message>
+        <source>没有返回，工位%1被占用</source>
+        <translation>has not returned and holds up station %1</translation>
+    </message>
 </context>
 <context>
     <name>CellStatusBar</name>
