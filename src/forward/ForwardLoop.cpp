@@ -1,21 +1,21 @@
 #include "forward/ForwardLoop.h"
 
 #include "db/log/LogLine.h"
+#include "forward/BrokerSettings.h"
 #include "forward/ForwardWords.h"
-#include "plant/BrokerLogin.h"
+#include "forward/PlantWish.h"
 #include "plant/PlantTopics.h"
 #include "platform/System.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QDir>
 
 using PlantTopics::Kind;
 using Sparkplug::Type;
 
 namespace {
 
-constexpr qint64 second = 1'000'000'000; // ns
+constexpr qint64 second = 1000000000; // ns
 constexpr qint64 lookEvery = second / 4;
 constexpr qint64 saveEvery = second / 2;
 constexpr qint64 rowsReportEvery = 2 * second;
@@ -101,39 +101,15 @@ bool ForwardLoop::takePosted(int ms)
     return !ending;
 }
 
-QString ForwardLoop::readSettings()
-{
-    if (m_config.host.trimmed().isEmpty())
-        return ForwardWords::tr("没有设置代理服务器的地址");
-    for (const QString& name : {m_config.group, m_config.cell}) {
-        if (const QString why = PlantTopics::whyNoName(name); !why.isEmpty())
-            return ForwardWords::tr("组或单元的名称“%1”不能使用：%2").arg(name, why);
-    }
-    if (m_config.certificate.isEmpty() != m_config.key.isEmpty())
-        return ForwardWords::tr("客户端证书和私钥须同时设置");
-    QString error;
-    const auto path = [this](const QString& file) {
-        return file.isEmpty() ? file : QDir(m_home).absoluteFilePath(file);
-    };
-    std::optional<BrokerLogin> login;
-    if (!m_config.loginFile.isEmpty() && !(login = BrokerLogin::read(path(m_config.loginFile), &error)))
-        return error;
-    m_options.host = m_config.host.trimmed();
-    m_options.port = quint16(m_config.port);
-    m_options.clientId = QStringLiteral("valvecell-%1-%2").arg(m_state.cellId, m_instance.left(8));
-    m_options.user = login ? login->user : QString();
-    m_options.password = login ? login->password : QString();
-    m_options.tls = {m_config.tls, path(m_config.authorities), path(m_config.certificate), path(m_config.key)};
-    return {};
-}
-
 void ForwardLoop::open()
 {
     m_nextOpening = nowNs() + openAgain;
-    const QString problem = readSettings();
+    QString problem;
+    m_options = BrokerSettings::read(m_config, m_home, &problem);
     setTrouble(problem, !problem.isEmpty());
     if (!problem.isEmpty())
         return;
+    m_options.clientId = QStringLiteral("valvecell-%1-%2").arg(m_state.cellId, m_instance.left(8));
     const auto tell = [this](const char* name, const QString& value) {
         m_report.set({QLatin1String(name), Type::String, value});
     };
@@ -392,48 +368,20 @@ void ForwardLoop::onDisconnected(const MqttTrouble& trouble)
 
 void ForwardLoop::onReceived(const MqttMessage& message)
 {
-    const auto topic = PlantTopics::parse(message.topic);
-    if (topic && topic->kind == Kind::Command)
-        onCommand(message.payload);
-    else if (topic && topic->kind == Kind::Birth)
-        onBirth(message.payload);
-    else
-        onStrange(message.topic);
-}
-
-void ForwardLoop::onCommand(const QByteArray& payload)
-{
-    QString error;
-    const auto command = Sparkplug::decode(payload, &error);
-    if (!command)
-        return onStrange(error);
-    bool known = false;
-    if (const auto rebirth = command->value(QStringLiteral("Node Control/Rebirth"), Type::Boolean)) {
-        m_birthDue |= rebirth->toBool();
-        known = true;
-    }
-    if (const QString text = command->text(QStringLiteral("Node Control/Resend")); !text.isEmpty()) {
-        const auto request = ResendRequest::decode(text.toUtf8(), &error);
-        if (!request)
-            return onStrange(error);
-        stream(request->stream)->ask(*request);
-        known = true;
-    }
-    if (!known)
-        onStrange(ForwardWords::tr("未知命令"));
+    const PlantWish wish = PlantWish::of(message);
+    if (!wish.strange.isEmpty())
+        return onStrange(wish.strange);
+    m_birthDue |= wish.rebirth;
+    if (wish.resend)
+        stream(wish.resend->stream)->ask(*wish.resend);
+    if (!wish.instance.isEmpty() && wish.instance != m_instance)
+        onTwin(wish.cellId == m_state.cellId);
 }
 
 /// Both cells keep their rows until one has another name.
-void ForwardLoop::onBirth(const QByteArray& payload)
+void ForwardLoop::onTwin(bool copied)
 {
-    QString error;
-    const auto birth = Sparkplug::decode(payload, &error);
-    if (!birth)
-        return onStrange(error);
-    if (birth->text(QStringLiteral("Properties/Instance")) == m_instance)
-        return;
     m_twinUntil = nowNs() + twinTime;
-    const bool copied = birth->text(QStringLiteral("Properties/CellId")) == m_state.cellId;
     setTrouble(copied ? ForwardWords::tr("另一台设备使用本机工作目录的副本转发；请在副本中删除 user/forward.json")
                       : ForwardWords::tr("另一台单元也叫“%1/%2”；请为其中一台换名，记录暂留本机")
                             .arg(m_config.group, m_config.cell),

@@ -36,8 +36,6 @@ private:
     /// Runs what was posted; false when it is the end. Waits so long for something to be posted.
     bool takePosted(int ms);
     void open();
-    /// What in the settings keeps it from connecting; empty when nothing does.
-    QString readSettings();
     void step();
     void look();
     void report();
@@ -53,8 +51,7 @@ private:
     void onConnected();
     void onDisconnected(const MqttTrouble& trouble);
     void onReceived(const MqttMessage& message);
-    void onCommand(const QByteArray& payload);
-    void onBirth(const QByteArray& payload);
+    void onTwin(bool copied);
     void onStrange(const QString& why);
     void setTrouble(const QString& text, bool wantsEngineer);
 

@@ -7,7 +7,7 @@
 namespace {
 
 constexpr std::size_t mostPictures = 100;
-constexpr qint64 longestWriting = 30'000'000'000; // ns
+constexpr qint64 longestWriting = 30000000000; // ns
 constexpr int jpegQuality = 80;
 
 } // namespace
