@@ -119,7 +119,7 @@ StateFace plantFace(const CellState& state)
                    "up",
                    "actionSystem",
                    FaceTexts::tr("工厂"),
-                   state.isPlantThere ? FaceTexts::tr("已连接") : FaceTexts::tr("未连接"),
+                   state.isPlantThere ? FaceTexts::tr("正常") : FaceTexts::tr("断开"),
                    state.isPlantThere ? StateFace::Good : StateFace::Caution,
                    state.plantHint.isEmpty() ? FaceTexts::tr("记录转发；点按打开系统设置") : state.plantHint};
     if (state.plantWaiting > (state.isPlantThere ? few : 0))

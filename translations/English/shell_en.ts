@@ -140,14 +140,6 @@
         <translation>Plant</translation>
     </message>
     <message>
-        <source>已连接</source>
-        <translation>Connected</translation>
-    </message>
-    <message>
-        <source>未连接</source>
-        <translation>Not connected</translation>
-    </message>
-    <message>
         <source>待发%1</source>
         <translation>%1 to send</translation>
     </message>
