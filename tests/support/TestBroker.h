@@ -25,6 +25,14 @@ public:
     quint16 port() const { return m_port; }
     QString folder() const { return m_folder.path(); }
 
+    /// Any thread.
+    bool answers() const
+    {
+        QTcpSocket socket;
+        socket.connectToHost("127.0.0.1", m_port);
+        return socket.waitForConnected(1000);
+    }
+
     bool start()
     {
         QFile file(m_folder.filePath("broker.conf"));
@@ -53,13 +61,6 @@ public:
     }
 
 private:
-    bool answers() const
-    {
-        QTcpSocket socket;
-        socket.connectToHost("127.0.0.1", m_port);
-        return socket.waitForConnected(1000);
-    }
-
     const QByteArray m_settings;
     QTemporaryDir m_folder;
     QProcess m_process;

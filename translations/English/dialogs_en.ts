@@ -824,7 +824,7 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
         <translation>Forwarding to the plant</translation>
     </message>
     <message>
-        <source>把结果、报警和状态转发到工厂的MQTT代理服务器</source>
+        <source>把结果、报警和状态转发到工厂的代理服务器</source>
         <translation>Forward results, alarms and state to the plant’s MQTT broker</translation>
     </message>
     <message>
@@ -892,7 +892,7 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
         <translation>two lines: user, password</translation>
     </message>
     <message>
-        <source>TLS加密</source>
+        <source>加密连接</source>
         <translation>TLS encryption</translation>
     </message>
     <message>
