@@ -1002,6 +1002,14 @@ Close anyway?</translation>
         <source>检查报告文件夹和磁盘，恢复后自动补写</source>
         <translation>Check the folder of reports and the disk; it is written once they are well</translation>
     </message>
+    <message>
+        <source>记录转发：%1</source>
+        <translation>Forwarding: %1</translation>
+    </message>
+    <message>
+        <source>记录保存在本机，改正后自动补发</source>
+        <translation>The records are kept here and follow once it is mended</translation>
+    </message>
 </context>
 <context>
     <name>ViewMenu</name>
