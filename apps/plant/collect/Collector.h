@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 #include <QHash>
+#include <QVariant>
 
 #include <condition_variable>
 #include <thread>

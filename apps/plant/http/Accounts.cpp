@@ -1,6 +1,6 @@
 #include "http/Accounts.h"
 
-#include "PasswordHash.h"
+#include "accounts/PasswordHash.h"
 #include "db/Database.h"
 
 #include <QCryptographicHash>

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <thread>
+#include <vector>
 
 class Database;
 class Health;
