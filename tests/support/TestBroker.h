@@ -21,6 +21,7 @@ public:
     }
     ~TestBroker() { kill(); }
 
+    qint64 processId() const { return m_process.processId(); }
     quint16 port() const { return m_port; }
     QString folder() const { return m_folder.path(); }
 
