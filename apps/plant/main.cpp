@@ -12,6 +12,8 @@
 
 #include <csignal>
 
+#include <unistd.h>
+
 namespace {
 
 enum ExitCode { Good = 0, CannotBegin = 2 };
@@ -36,7 +38,8 @@ int settle(const PlantOptions& options, Database& database)
     if (!options.keep.isEmpty())
         PlantPolicy::setRetention(database, options.keep);
     if (!options.addUser.isEmpty()) {
-        QTextStream(stderr) << "Password: " << Qt::flush;
+        if (isatty(STDIN_FILENO))
+            QTextStream(stderr) << "Password: " << Qt::flush;
         Accounts::add(database, options.addUser, QTextStream(stdin).readLine(), options.admin);
     }
     return Good;

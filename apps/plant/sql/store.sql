@@ -295,9 +295,12 @@ END $$;
 -- Cells that are asked for their birth, which says what they have sent: those that are alive and silent, or all. Whoever
 -- stays silent for longer is taken for gone: his last will may have been lost with the broker.
 CREATE OR REPLACE FUNCTION cells_to_rouse(p_all boolean) RETURNS TABLE (grp text, name text) LANGUAGE plpgsql AS $$
+DECLARE
+    l_id integer;
 BEGIN
-    PERFORM pg_notify('plant', g.id::text) FROM (
-        UPDATE cell SET online = false WHERE online AND seen < now() - interval '5 minutes' RETURNING id) AS g;
+    FOR l_id IN UPDATE cell SET online = false WHERE online AND seen < now() - interval '5 minutes' RETURNING id LOOP
+        PERFORM pg_notify('plant', l_id::text);
+    END LOOP;
     RETURN QUERY UPDATE cell AS c SET reborn_asked = now()
         WHERE c.online AND (p_all OR c.seen < now() - interval '2 minutes')
               AND (p_all OR c.reborn_asked IS NULL OR c.reborn_asked < now() - interval '1 minute')
