@@ -24,7 +24,7 @@ void describe(QCommandLineParser& parser)
          {"broker-key", "Its key.", "FILE"},
          {"group", "Only this group's cells.", "NAME", "+"},
          {"instance", "Name of this collector among several.", "NAME", QSysInfo::machineHostName()},
-         {"intakes", "Connections that store side by side.", "N", "3"},
+         {"intakes", "Connections that store side by side.", "N", "6"},
          {"listen", "Where the page is served.", "ADDRESS:PORT", "127.0.0.1:8090"},
          {"certificate", "Serves the page over HTTPS with this PEM certificate.", "FILE"},
          {"key", "Its key.", "FILE"},

@@ -11,7 +11,6 @@
 #include <QThread>
 
 #include <csignal>
-
 #include <unistd.h>
 
 namespace {

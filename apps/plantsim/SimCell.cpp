@@ -163,7 +163,11 @@ void SimCell::publishState(bool birth)
     add("Alarms", Type::String, QString::fromUtf8(alarms));
     for (int station = 0; station < 2; ++station)
         for (int outcome = 0; outcome < 3; ++outcome)
-            add(QStringLiteral("Day/%1/%2").arg(station + 1).arg(QLatin1String(outcome == 0 ? "Found" : outcome == 1 ? "NotFound" : "Refused")),
+            add(QStringLiteral("Day/%1/%2")
+                    .arg(station + 1)
+                    .arg(QLatin1String(outcome == 0   ? "Found"
+                                       : outcome == 1 ? "NotFound"
+                                                      : "Refused")),
                 Type::UInt32, qulonglong(m_counts[station][outcome]));
     for (const int stream : {0, 1}) {
         const QString rows = QStringLiteral("Rows/%1/").arg(QLatin1String(streams[stream]));

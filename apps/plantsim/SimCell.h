@@ -23,7 +23,7 @@ public:
     {
         MqttOptions broker;
         QString group;
-        double rate = 2;      ///< parts a second
+        double rate = 2; ///< parts a second
         int zoneSeconds = 8 * 3600;
         bool pictures = true;
     };

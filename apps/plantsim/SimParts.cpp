@@ -72,12 +72,16 @@ PlantPart SimParts::part(int cell, const SimStore::Row& row, int zoneSeconds)
 
 PlantLine SimParts::line(int cell, const SimStore::Row& row, int zoneSeconds)
 {
-    static const char* const texts[] = {"工位1：连续3件未找到气门孔", "相机2无图像，正在重连", "登录：张工", "型号切换为 W-18A",
-                                        "磁盘剩余空间低于 20 GB"};
+    static const char* const texts[] = {"工位1：连续3件未找到气门孔", "相机2无图像，正在重连", "登录：张工",
+                                        "型号切换为 W-18A", "磁盘剩余空间低于 20 GB"};
     static const char* const kinds[] = {"alarm", "alarm", "audit", "information", "warning"};
     const int which = static_cast<int>(5 * chance(cell, row.row, 13));
-    return {row.row, row.created, row.created + zoneSeconds * qint64(1000), QLatin1String(kinds[which]),
-            QString::fromUtf8(texts[which]), QString()};
+    return {row.row,
+            row.created,
+            row.created + zoneSeconds * qint64(1000),
+            QLatin1String(kinds[which]),
+            QString::fromUtf8(texts[which]),
+            QString()};
 }
 
 QByteArray SimParts::picture(const PlantPart& part)
@@ -115,14 +119,16 @@ QByteArray SimParts::alarms(int cell, qint64 now)
     QJsonArray list;
     const qint64 quarter = now / 900000;
     if (chance(cell, quarter, 16) < 0.05)
-        list.append(QJsonObject{{"id", "camera2"},
-                                {"since", QDateTime::fromMSecsSinceEpoch(quarter * 900000, Qt::UTC).toString(Qt::ISODateWithMs)},
-                                {"severity", "fault"},
-                                {"text", QStringLiteral("相机2无图像")}});
+        list.append(QJsonObject{
+            {"id", "camera2"},
+            {"since", QDateTime::fromMSecsSinceEpoch(quarter * 900000, Qt::UTC).toString(Qt::ISODateWithMs)},
+            {"severity", "fault"},
+            {"text", QStringLiteral("相机2无图像")}});
     if (cell % 17 == 5)
-        list.append(QJsonObject{{"id", "yield1"},
-                                {"since", QDateTime::fromMSecsSinceEpoch(quarter * 900000, Qt::UTC).toString(Qt::ISODateWithMs)},
-                                {"severity", "warning"},
-                                {"text", QStringLiteral("工位1：合格率低于 95 %")}});
+        list.append(QJsonObject{
+            {"id", "yield1"},
+            {"since", QDateTime::fromMSecsSinceEpoch(quarter * 900000, Qt::UTC).toString(Qt::ISODateWithMs)},
+            {"severity", "warning"},
+            {"text", QStringLiteral("工位1：合格率低于 95 %")}});
     return QJsonDocument(list).toJson(QJsonDocument::Compact);
 }

@@ -51,7 +51,8 @@ SimStore::Cell SimStore::begin(int number)
     const auto id = [] { return QUuid::createUuid().toString(QUuid::WithoutBraces); };
     executed(QStringLiteral("INSERT OR IGNORE INTO cell VALUES (?, ?, ?, 0, 0, 0)"), {number, id(), id()});
     executed(QStringLiteral("UPDATE cell SET bd_seq = bd_seq + 1 WHERE cell = ?"), {number});
-    QSqlQuery found = executed(QStringLiteral("SELECT cell_id, epoch, bd_seq, sent0, sent1 FROM cell WHERE cell = ?"), {number});
+    QSqlQuery found =
+        executed(QStringLiteral("SELECT cell_id, epoch, bd_seq, sent0, sent1 FROM cell WHERE cell = ?"), {number});
     found.next();
     Cell cell{found.value(0).toString(),
               found.value(1).toString(),
@@ -59,7 +60,8 @@ SimStore::Cell SimStore::begin(int number)
               {found.value(3).toLongLong(), found.value(4).toLongLong()},
               {}};
     for (const int stream : {0, 1}) {
-        QSqlQuery last = executed(QStringLiteral("SELECT max(row) FROM row WHERE cell = ? AND stream = ?"), {number, stream});
+        QSqlQuery last =
+            executed(QStringLiteral("SELECT max(row) FROM row WHERE cell = ? AND stream = ?"), {number, stream});
         cell.last[stream] = last.next() ? last.value(0).toLongLong() : 0;
     }
     return cell;

@@ -3,8 +3,8 @@
 #include <QStringList>
 #include <QVector>
 
-/// What simulated cells have recorded, in one SQLite file: of each row its number and time, the rest follows from these.
-/// What was written is there after a kill. One thread.
+/// What simulated cells have recorded, in one SQLite file: of each row its number and time, the rest follows from
+/// these. What was written is there after a kill. One thread.
 class SimStore
 {
 public:

@@ -25,17 +25,18 @@ void describe(QCommandLineParser& parser)
     parser.setApplicationDescription("Cells without cameras: they record parts in an SQLite file and publish them to a "
                                      "broker, as real cells do. A killed program goes on where it was. SIGUSR1 ends "
                                      "the production; what is recorded is still published.");
-    parser.addOptions({{"help", "Shows this text."},
-                       {"version", "Shows the version."},
-                       {"cells", "How many.", "N", "10"},
-                       {"first", "Number of the first.", "N", "1"},
-                       {"rate", "Parts a second of each.", "PARTS", "2"},
-                       {"file", "What they record.", "FILE", "cells.db"},
-                       {"host", "The broker.", "HOST", "127.0.0.1"},
-                       {"port", "Its port.", "PORT", "1883"},
-                       {"group", "The plant.", "NAME", "plant"},
-                       {"no-pictures", "Parts come without pictures."},
-                       {"balance", "Prints what is recorded in the file, a line a cell and stream, and does nothing else."}});
+    parser.addOptions(
+        {{"help", "Shows this text."},
+         {"version", "Shows the version."},
+         {"cells", "How many.", "N", "10"},
+         {"first", "Number of the first.", "N", "1"},
+         {"rate", "Parts a second of each.", "PARTS", "2"},
+         {"file", "What they record.", "FILE", "cells.db"},
+         {"host", "The broker.", "HOST", "127.0.0.1"},
+         {"port", "Its port.", "PORT", "1883"},
+         {"group", "The plant.", "NAME", "plant"},
+         {"no-pictures", "Parts come without pictures."},
+         {"balance", "Prints what is recorded in the file, a line a cell and stream, and does nothing else."}});
 }
 
 SimCell::Options optionsOf(const QCommandLineParser& parser)

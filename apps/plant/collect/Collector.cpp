@@ -8,6 +8,7 @@
 
 #include <QDateTime>
 
+#include <algorithm>
 #include <pqxx/pqxx>
 
 namespace {
@@ -15,6 +16,8 @@ namespace {
 constexpr int houseMs = 2000;
 constexpr qint64 birthPauseMs = 5000;
 constexpr qint64 retentionMs = 3600 * 1000;
+constexpr qint64 idleMs = 2000;
+constexpr qint64 freshMs = 15000; // a row younger than that came straight through
 
 QString kindOf(const MqttTrouble& trouble)
 {
@@ -45,6 +48,8 @@ struct Collector::Intake
 
     Storekeeper keeper;
     std::atomic<bool> storing{false};
+    std::atomic<qint64> last{0};      // ms of m_clock: when a message was stored
+    std::atomic<qint64> lastFresh{0}; // and when one that had not waited
     std::unique_ptr<MqttSession> session;
 };
 
@@ -72,9 +77,8 @@ Collector::~Collector()
 
 void Collector::addIntake(const QString& name, const QStringList& filters, bool rouses)
 {
-    auto intake = std::make_unique<Intake>(m_options, m_health, [this](const Storekeeper::Unheard& cell) {
-        askBirth(cell.group, cell.cell);
-    });
+    auto intake = std::make_unique<Intake>(
+        m_options, m_health, [this](const Storekeeper::Unheard& cell) { askBirth(cell.group, cell.cell); });
     Intake* const here = intake.get();
     MqttSession::Handlers handlers;
     handlers.options = [this, name] {
@@ -92,10 +96,14 @@ void Collector::addIntake(const QString& name, const QStringList& filters, bool 
         m_health.set(QStringLiteral("broker"), {kindOf(trouble), trouble.text});
         qWarning("broker: %s", qUtf8Printable(trouble.text));
     };
-    handlers.received = [here](const MqttMessage& message) {
+    handlers.received = [this, here](const MqttMessage& message) {
         here->storing = true;
-        if (here->keeper.store(message))
-            here->storing = false;
+        if (!here->keeper.store(message))
+            return;
+        here->last = m_clock.elapsed();
+        if (here->keeper.lastAge() < freshMs)
+            here->lastFresh = m_clock.elapsed();
+        here->storing = false;
     };
     handlers.notSubscribed = [this](const QString& filter) {
         m_health.set(QStringLiteral("broker"), {QStringLiteral("login"), filter});
@@ -129,14 +137,21 @@ bool Collector::stop()
     return stored;
 }
 
+bool Collector::isCurrent() const
+{
+    const qint64 now = m_clock.elapsed();
+    return std::all_of(m_intakes.begin(), m_intakes.end(), [now](const auto& intake) {
+        return now - intake->lastFresh < 2 * idleMs || (!intake->storing && now - intake->last > idleMs);
+    });
+}
+
 void Collector::command(const QString& group, const QString& cell, const char* metric, const QVariant& value)
 {
     Sparkplug::Payload payload;
     payload.timestamp = QDateTime::currentMSecsSinceEpoch();
     payload.seq = -1;
     const bool flag = value.type() == QVariant::Bool;
-    payload.metrics = {
-        {QLatin1String(metric), flag ? Sparkplug::Type::Boolean : Sparkplug::Type::String, value}};
+    payload.metrics = {{QLatin1String(metric), flag ? Sparkplug::Type::Boolean : Sparkplug::Type::String, value}};
     MqttMessage message;
     message.topic = PlantTopics::text({PlantTopics::Kind::Command, group, cell, {}});
     message.payload = Sparkplug::encode(payload);
@@ -162,6 +177,7 @@ void Collector::keepHouse()
 {
     Database database(m_options.database);
     QElapsedTimer sinceRetention;
+    bool failed = false;
     std::unique_lock<std::mutex> lock(m_mutex);
     while (!m_changed.wait_for(lock, std::chrono::milliseconds(houseMs), [this] { return m_ending; })) {
         lock.unlock();
@@ -170,12 +186,16 @@ void Collector::keepHouse()
             keepHouseOnce(database, retention);
             if (retention)
                 sinceRetention.start();
+            if (failed)
+                m_health.set(QStringLiteral("database"), {});
+            failed = false;
         } catch (const std::exception&) {
             const DatabaseError error = databaseError();
             qWarning("database: %s", qUtf8Printable(error.text));
             m_health.set(QStringLiteral("database"),
                          {error.isDiskFull() ? QStringLiteral("diskFull") : QStringLiteral("away"), error.text});
             database.drop();
+            failed = true;
         }
         lock.lock();
     }
@@ -196,11 +216,12 @@ void Collector::keepHouseOnce(Database& database, bool retention)
         return;
     for (const auto& row : work.exec_params("SELECT * FROM cells_to_rouse($1)", all))
         askBirth(QString::fromUtf8(row[0].c_str()), QString::fromUtf8(row[1].c_str()));
+    if (!isCurrent())
+        return;
     for (const auto& row : work.exec("SELECT * FROM gaps_to_ask()")) {
         const ResendRequest request{QString::fromUtf8(row[2].c_str()), QString::fromUtf8(row[3].c_str()),
                                     row[4].as<qint64>(), row[5].as<qint64>()};
         command(QString::fromUtf8(row[0].c_str()), QString::fromUtf8(row[1].c_str()), "Node Control/Resend",
                 QString::fromUtf8(request.encode()));
     }
-    m_health.set(QStringLiteral("database"), {});
 }

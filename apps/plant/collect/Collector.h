@@ -24,7 +24,7 @@ public:
         MqttOptions broker; ///< its client id begins that of each session
         QString group = QStringLiteral("+");
         std::string database;
-        int intakes = 3;
+        int intakes = 6;
     };
 
     /// `health` outlives it.
@@ -39,6 +39,8 @@ public:
 private:
     struct Intake;
 
+    /// Whether no backlog waits at the broker: then what is missing is not merely late.
+    bool isCurrent() const;
     void addIntake(const QString& name, const QStringList& filters, bool rouses);
     void command(const QString& group, const QString& cell, const char* metric, const QVariant& value);
     void askBirth(const QString& group, const QString& cell);

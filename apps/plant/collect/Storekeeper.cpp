@@ -3,9 +3,9 @@
 #include "Health.h"
 #include "collect/StateMetrics.h"
 #include "plant/MqttOptions.h"
-#include "plant/PlantTopics.h"
 #include "plant/RowBatch.h"
 
+#include <QDateTime>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QThread>
@@ -15,7 +15,7 @@
 namespace {
 
 constexpr int largestPicture = 8 * 1024 * 1024;
-constexpr const char* notBorn = "VC003";
+constexpr const char* notBorn = "VC003"; // no error of the database, but handled as one
 
 pqxx::binarystring bytesOf(const QByteArray& bytes)
 {
@@ -33,24 +33,6 @@ QString property(const MqttMessage& message, const char* name)
 bool isNewer(const QByteArray& json)
 {
     return QJsonDocument::fromJson(json).object().value(QLatin1String("v")).toInt() > PlantTopics::schemaVersion;
-}
-
-std::function<void(pqxx::transaction_base&)> storeRows(const PlantTopics::Topic& topic, const QByteArray& payload,
-                                                       QString* detail)
-{
-    const std::optional<RowBatch> batch = RowBatch::decode(payload, detail);
-    if (!batch)
-        return {};
-    if (batch->stream != topic.leaf) {
-        *detail = QStringLiteral("stream: %1 on the topic of %2").arg(batch->stream, topic.leaf);
-        return {};
-    }
-    return [topic, payload, batch = *batch](pqxx::transaction_base& work) {
-        work.exec_params("SELECT store_batch($1, $2, $3, $4, $5, $6, $7, $8::jsonb -> 'rows')",
-                         topic.group.toStdString(), topic.cell.toStdString(), batch.cellId.toStdString(),
-                         batch.stream.toStdString(), batch.epoch.toStdString(), batch.after, batch.upTo,
-                         payload.toStdString());
-    };
 }
 
 std::function<void(pqxx::transaction_base&)> storePicture(const PlantTopics::Topic& topic, const MqttMessage& message,
@@ -82,8 +64,11 @@ std::function<void(pqxx::transaction_base&)> noteState(const PlantTopics::Topic&
                              topic.cell.toStdString(), metrics->toStdString());
         };
     return [topic, metrics](pqxx::transaction_base& work) {
-        work.exec_params("SELECT note_metrics($1, $2, $3, $4)", topic.group.toStdString(), topic.cell.toStdString(),
-                         topic.kind == PlantTopics::Kind::Birth, metrics->toStdString());
+        const pqxx::result heard =
+            work.exec_params("SELECT note_metrics($1, $2, $3, $4)", topic.group.toStdString(), topic.cell.toStdString(),
+                             topic.kind == PlantTopics::Kind::Birth, metrics->toStdString());
+        if (!heard[0][0].as<bool>())
+            throw pqxx::sql_error("no birth is known", {}, notBorn);
     };
 }
 
@@ -119,6 +104,25 @@ bool Storekeeper::store(const MqttMessage& message)
         return true;
     }
     return refused.code.empty() || keepAside(message, reasonOf(refused.code), refused.text);
+}
+
+Storekeeper::Work Storekeeper::storeRows(const PlantTopics::Topic& topic, const QByteArray& payload,
+                                         QString* detail) const
+{
+    const std::optional<RowBatch> batch = RowBatch::decode(payload, detail);
+    if (!batch)
+        return {};
+    if (batch->stream != topic.leaf) {
+        *detail = QStringLiteral("stream: %1 on the topic of %2").arg(batch->stream, topic.leaf);
+        return {};
+    }
+    m_lastAge = batch->parts.isEmpty() ? 0 : QDateTime::currentMSecsSinceEpoch() - batch->parts.last().created;
+    return [topic, payload, batch = *batch](pqxx::transaction_base& work) {
+        work.exec_params("SELECT store_batch($1, $2, $3, $4, $5, $6, $7, $8::jsonb -> 'rows')",
+                         topic.group.toStdString(), topic.cell.toStdString(), batch.cellId.toStdString(),
+                         batch.stream.toStdString(), batch.epoch.toStdString(), batch.after, batch.upTo,
+                         payload.toStdString());
+    };
 }
 
 Storekeeper::Work Storekeeper::workFor(const MqttMessage& message, QString* reason, QString* detail) const

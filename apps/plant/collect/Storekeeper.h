@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/Database.h"
+#include "plant/PlantTopics.h"
 
 #include <QByteArray>
 
@@ -29,6 +30,9 @@ public:
 
     /// Returns when it is in the database, however long that takes; false when it was given up.
     bool store(const MqttMessage& message);
+    /// How old the newest row of the batch that was stored last was; 0 when it was none of parts. Ms by the cell's
+    /// clock.
+    qint64 lastAge() const { return m_lastAge; }
     /// Ends a wait for a database that takes nothing; for good.
     void giveUp() { m_givenUp = true; }
 
@@ -36,6 +40,7 @@ private:
     using Work = std::function<void(pqxx::transaction_base&)>;
 
     /// What to run for the message; none: `reason` and `detail` say why it is kept aside.
+    Work storeRows(const PlantTopics::Topic& topic, const QByteArray& payload, QString* detail) const;
     Work workFor(const MqttMessage& message, QString* reason, QString* detail) const;
     bool keepAside(const MqttMessage& message, const QString& reason, const QString& detail);
     /// False when given up. A refusal goes to `refused`.
@@ -46,4 +51,5 @@ private:
     Health& m_health;
     const std::function<void(const Unheard&)> m_unheard;
     std::atomic<bool> m_givenUp{false};
+    mutable qint64 m_lastAge = 0;
 };

@@ -12,29 +12,6 @@ constexpr size_t mostEvents = 64;
 
 } // namespace
 
-class LiveCells::Announcements : public pqxx::notification_receiver
-{
-public:
-    explicit Announcements(pqxx::connection_base& connection)
-        : pqxx::notification_receiver(connection, "plant")
-    {
-    }
-    void operator()(const std::string& payload, int) override { payloads.insert(payload); }
-
-    /// The cells among them as an array of the database.
-    std::string takeCells()
-    {
-        std::string array;
-        for (const std::string& payload : payloads)
-            if (payload.find_first_not_of("0123456789") == std::string::npos)
-                array += (array.empty() ? "{" : ",") + payload;
-        payloads.clear();
-        return array.empty() ? array : array + '}';
-    }
-
-    std::set<std::string> payloads;
-};
-
 LiveCells::LiveCells(std::string database, Health& health)
     : m_database(std::move(database))
     , m_health(health)
@@ -83,26 +60,37 @@ void LiveCells::run()
     while (!ending()) {
         publishHealth();
         try {
-            pqxx::connection_base& connection = m_database.connection();
-            Announcements announcements(connection);
-            publish("reload", "{}"); // what was announced meanwhile was not heard
-            while (!ending()) {
-                publishHealth();
-                while (connection.get_notifs() > 0 || (announcements.payloads.empty() && connection.await_notification(0, 300000) > 0)) {
-                }
-                const bool aside = announcements.payloads.count("aside") > 0;
-                const std::string cells = announcements.takeCells();
-                pqxx::nontransaction work(connection);
-                if (!cells.empty())
-                    publish("cells", work.exec_params("SELECT page_cells($1)", cells)[0][0].as<std::string>());
-                if (aside)
-                    publish("aside", "{}");
-            }
+            look();
         } catch (const std::exception& error) {
             qWarning("page: %s", error.what());
             m_database.drop();
+            m_fresh = true;
         }
     }
+}
+
+void LiveCells::look()
+{
+    pqxx::nontransaction work(m_database.connection());
+    std::string cells;
+    bool aside = false;
+    for (const auto& row : work.exec("SELECT * FROM page_changes() WHERE changed IS NOT NULL")) {
+        const int id = row[0].as<int>();
+        std::string& known = m_known[id];
+        if (known == row[1].c_str())
+            continue;
+        known = row[1].c_str();
+        aside = aside || id == 0;
+        if (id != 0)
+            cells += (cells.empty() ? "{" : ",") + std::to_string(id);
+    }
+    if (m_fresh)
+        publish("reload", "{}");
+    else if (!cells.empty())
+        publish("cells", work.exec_params("SELECT page_cells($1)", cells + '}')[0][0].as<std::string>());
+    if (aside && !m_fresh)
+        publish("aside", "{}");
+    m_fresh = false;
 }
 
 void LiveCells::publishHealth()

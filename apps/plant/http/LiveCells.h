@@ -5,13 +5,12 @@
 #include <condition_variable>
 #include <map>
 #include <mutex>
-#include <set>
 #include <thread>
 
 class Health;
 
-/// Cells as they change, for all pages that are open: the database announces which, one query a third of a second reads
-/// them. Announcements of other collectors count as well.
+/// Cells as they change, for all pages that are open: the database is asked three times a second which did, so that
+/// what other collectors store counts as well, and storing waits for no listener.
 class LiveCells
 {
 public:
@@ -20,21 +19,23 @@ public:
 
     void stop();
 
-    /// Waits for events after number `*last`, at most a second, and sets that; each is one server-sent event. False when
-    /// all has ended. Any thread.
+    /// Waits for events after number `*last`, at most a second, and sets that; each is one server-sent event. False
+    /// when all has ended. Any thread.
     bool wait(quint64* last, std::string* events);
     quint64 newest() const;
 
 private:
-    class Announcements;
-
     void run();
+    /// One look at the database.
+    void look();
     void publish(const char* name, const std::string& json);
     void publishHealth();
 
     Database m_database;
     Health& m_health;
-    std::string m_healthSent; // of the thread
+    std::string m_healthSent;           // these three of the thread
+    std::map<int, std::string> m_known; // when each cell was seen to change; 0: what was kept aside
+    bool m_fresh = true;                // nothing is known yet
 
     mutable std::mutex m_mutex; // protects the following
     std::condition_variable m_changed;

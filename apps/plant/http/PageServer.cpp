@@ -133,13 +133,13 @@ PageServer::~PageServer()
 bool PageServer::start(QString* error)
 {
     if (!m_server->is_valid()) {
-        *error = QStringLiteral("%1: certificate or key cannot be used")
-                     .arg(QString::fromStdString(m_options.certificate));
+        *error =
+            QStringLiteral("%1: certificate or key cannot be used").arg(QString::fromStdString(m_options.certificate));
         return false;
     }
-    m_port = m_options.port == 0                                                  ? m_server->bind_to_any_port(m_options.address.c_str())
+    m_port = m_options.port == 0 ? m_server->bind_to_any_port(m_options.address.c_str())
              : m_server->bind_to_port(m_options.address.c_str(), m_options.port) ? m_options.port
-                                                                                  : -1;
+                                                                                 : -1;
     if (m_port < 0) {
         *error = QStringLiteral("%1:%2 cannot be had: another program listens there, or it is not this machine's")
                      .arg(QString::fromStdString(m_options.address))
@@ -166,8 +166,11 @@ void PageServer::addStatic()
         if (!file.open(QIODevice::ReadOnly))
             continue;
         const std::string content = file.readAll().toStdString();
-        const std::string tag =
-            '"' + QCryptographicHash::hash(QByteArray::fromStdString(content), QCryptographicHash::Md5).toHex().toStdString() + '"';
+        const std::string tag = '"' +
+                                QCryptographicHash::hash(QByteArray::fromStdString(content), QCryptographicHash::Md5)
+                                    .toHex()
+                                    .toStdString() +
+                                '"';
         const QString name = file.fileName().mid(6);
         const std::string path = name == QLatin1String("index.html") ? "/" : '/' + name.toStdString();
         m_server->Get(path, [content, tag, type = typeOf(name)](const Request& request, Response& response) {
@@ -251,10 +254,11 @@ void PageServer::addLogIn()
         QJsonArray shifts;
         for (const auto& row : work.exec("SELECT to_char(begins, 'HH24:MI') FROM shift ORDER BY number"))
             shifts.append(QString::fromUtf8(row[0].c_str()));
-        const QJsonObject me{{"name", QString::fromStdString(account->name)},
-                             {"admin", account->isAdmin},
-                             {"shifts", shifts},
-                             {"health", QJsonDocument::fromJson(QByteArray::fromStdString(PageJson::health(m_health))).object()}};
+        const QJsonObject me{
+            {"name", QString::fromStdString(account->name)},
+            {"admin", account->isAdmin},
+            {"shifts", shifts},
+            {"health", QJsonDocument::fromJson(QByteArray::fromStdString(PageJson::health(m_health))).object()}};
         response.set_content(QJsonDocument(me).toJson(QJsonDocument::Compact).toStdString(), json);
     });
 }
@@ -303,11 +307,11 @@ void PageServer::addPictures()
         response.set_header("Cache-Control", "private, max-age=86400, immutable");
         response.set_content(jpeg.get(), jpeg.size(), "image/jpeg");
     });
-    get(
-        R"(/api/aside/(\d+))",
+    get(R"(/api/aside/(\d+))",
         [](Database& database, const Request& request, Response& response) {
             pqxx::nontransaction work(database.connection());
-            const pqxx::result rows = work.exec_params("SELECT payload FROM aside WHERE id = $1", request.matches[1].str());
+            const pqxx::result rows =
+                work.exec_params("SELECT payload FROM aside WHERE id = $1", request.matches[1].str());
             if (rows.empty())
                 return answerError(response, 404, "aside");
             const pqxx::binarystring payload(rows[0][0]);
@@ -350,7 +354,8 @@ void PageServer::addMetrics()
         const QMap<QString, Health::Trouble> troubles = m_health.troubles();
         std::string text = "# TYPE valvecell_up gauge\n";
         for (const char* part : {"broker", "database"})
-            text += std::string("valvecell_up{part=\"") + part + "\"} " + (troubles.contains(QLatin1String(part)) ? "0\n" : "1\n");
+            text += std::string("valvecell_up{part=\"") + part + "\"} " +
+                    (troubles.contains(QLatin1String(part)) ? "0\n" : "1\n");
         try {
             pqxx::nontransaction work(database->connection());
             text += work.exec("SELECT page_metrics()")[0][0].as<std::string>();

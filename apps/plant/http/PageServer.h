@@ -23,7 +23,7 @@ public:
     struct Options
     {
         std::string address = "127.0.0.1";
-        int port = 8090; ///< 0: any that is free
+        int port = 8090;         ///< 0: any that is free
         std::string certificate; ///< PEM files; both empty: HTTP
         std::string key;
         std::string metricsFrom; ///< addresses that may read /metrics besides this machine's own, by commas

@@ -25,7 +25,8 @@ CREATE TABLE cell (
     waiting bigint,
     alarms jsonb NOT NULL DEFAULT '[]',
     last_part timestamptz,
-    reborn_asked timestamptz
+    reborn_asked timestamptz,
+    changed timestamptz NOT NULL DEFAULT now() -- anything that the page shows of it
 );
 CREATE INDEX cell_name ON cell (grp, name);
 
@@ -38,9 +39,10 @@ CREATE TABLE source (
     first_row bigint,                          -- these three as the cell told
     last_row bigint,
     sent bigint NOT NULL DEFAULT 0,
+    stored timestamptz,                        -- when something of it came last
     gap_since timestamptz,
     asked timestamptz,
-    asks integer NOT NULL DEFAULT 0,           -- since something of it came last
+    asks integer NOT NULL DEFAULT 0,           -- since it had no gap
     UNIQUE (cell, stream, epoch)
 );
 

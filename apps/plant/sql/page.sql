@@ -22,6 +22,12 @@ CREATE OR REPLACE FUNCTION page_cells(p_only integer[]) RETURNS json LANGUAGE sq
     WHERE p_only IS NULL OR c.id = ANY (p_only)
 $$;
 
+-- What has changed of late, each with when: whoever asks knows which of it he has had.
+CREATE OR REPLACE FUNCTION page_changes() RETURNS TABLE (id integer, changed text) LANGUAGE sql STABLE AS $$
+    SELECT id, changed::text FROM cell WHERE changed > now() - interval '10 seconds'
+    UNION ALL SELECT 0, max(last)::text FROM aside
+$$;
+
 CREATE OR REPLACE FUNCTION page_hours(p_cell integer, p_day date) RETURNS json LANGUAGE sql STABLE AS $$
     SELECT coalesce(json_agg(json_build_array(slot, f, n, r) ORDER BY slot), '[]') FROM (
         SELECT date_trunc('hour', slot) AS slot, sum(found) AS f, sum(not_found) AS n, sum(refused) AS r FROM part_slot

@@ -94,7 +94,9 @@ BEGIN
             reply_sum = s.reply_sum + excluded.reply_sum, reply_max = greatest(s.reply_max, excluded.reply_max))
     SELECT count(*), max(time) INTO l_count, l_last FROM fresh;
     SELECT utc_off INTO l_off FROM parts_of(p_source.covered, p_rows) ORDER BY row DESC LIMIT 1;
-    UPDATE cell SET utc_off = coalesce(l_off, utc_off), last_part = greatest(last_part, l_last) WHERE id = p_source.cell;
+    UPDATE cell SET utc_off = coalesce(l_off, utc_off), last_part = greatest(last_part, l_last),
+                    changed = clock_timestamp()
+    WHERE id = p_source.cell;
     RETURN l_count;
 END $$;
 
@@ -144,9 +146,8 @@ BEGIN
         l_count := store_log(l_source, p_rows);
     END IF;
     UPDATE source SET covered = covered + int8multirange(int8range(p_after + 1, p_upto + 1)),
-                      sent = greatest(sent, p_upto), asks = 0
+                      sent = greatest(sent, p_upto), stored = now()
     WHERE id = l_source.id;
-    PERFORM pg_notify('plant', l_cell::text);
     RETURN l_count;
 END $$;
 
@@ -176,7 +177,6 @@ BEGIN
     VALUES (p_topic, p_reason, p_detail, sha256(p_payload), substr(p_payload, 1, 262144))
     ON CONFLICT (topic, digest) DO UPDATE SET last = now(), times = aside.times + 1, reason = excluded.reason,
                                               detail = excluded.detail;
-    PERFORM pg_notify('plant', 'aside');
 END $$;
 
 CREATE OR REPLACE FUNCTION note_rows(p_cell integer, p_stream text, p_metrics jsonb) RETURNS void LANGUAGE plpgsql AS $$
@@ -211,9 +211,9 @@ BEGIN
     END IF;
 END $$;
 
--- What a birth (with all metrics) or a change says. VC001: the identity of a cell that is alive under another name;
--- VC003: a cell that was not heard of, so that its birth has to be asked for.
-CREATE OR REPLACE FUNCTION note_metrics(p_group text, p_name text, p_birth boolean, p_metrics jsonb) RETURNS void
+-- What a birth (with all metrics) or a change says. VC001: the identity of a cell that is alive under another name.
+-- False: of a cell that was not heard of, so that its birth has to be asked for.
+CREATE OR REPLACE FUNCTION note_metrics(p_group text, p_name text, p_birth boolean, p_metrics jsonb) RETURNS boolean
     LANGUAGE plpgsql AS $$
 DECLARE
     l_id uuid := p_metrics ->> 'Properties/CellId';
@@ -231,11 +231,11 @@ BEGIN
     ELSE
         SELECT * INTO l_cell FROM cell WHERE (grp, name) = (p_group, p_name) ORDER BY born DESC NULLS LAST LIMIT 1;
         IF l_cell.born IS NULL OR NOT l_cell.online THEN
-            RAISE EXCEPTION '%/% was not born', p_group, p_name USING ERRCODE = 'VC003';
+            RETURN false;
         END IF;
     END IF;
     UPDATE cell SET
-        seen = now(), online = true, born = CASE WHEN p_birth THEN now() ELSE born END,
+        seen = now(), changed = clock_timestamp(), online = true, born = CASE WHEN p_birth THEN now() ELSE born END,
         bd_seq = coalesce((p_metrics ->> 'bdSeq')::bigint, bd_seq),
         software = coalesce(p_metrics ->> 'Properties/Software', software),
         plc = coalesce(p_metrics ->> 'Health/Plc', plc),
@@ -252,20 +252,14 @@ BEGIN
     PERFORM note_rows(l_cell.id, 'log', p_metrics);
     PERFORM note_calibration(l_cell.id, 1, p_metrics ->> 'Calibration/1');
     PERFORM note_calibration(l_cell.id, 2, p_metrics ->> 'Calibration/2');
-    PERFORM pg_notify('plant', l_cell.id::text);
+    RETURN true;
 END $$;
 
 -- A last will counts only for the birth that it belongs to.
-CREATE OR REPLACE FUNCTION note_death(p_group text, p_name text, p_bd_seq bigint) RETURNS void LANGUAGE plpgsql AS $$
-DECLARE
-    l_id integer;
-BEGIN
-    FOR l_id IN UPDATE cell SET online = false, seen = now()
-        WHERE (grp, name) = (p_group, p_name) AND online AND (p_bd_seq IS NULL OR bd_seq IS NULL OR bd_seq = p_bd_seq)
-        RETURNING id LOOP
-        PERFORM pg_notify('plant', l_id::text);
-    END LOOP;
-END $$;
+CREATE OR REPLACE FUNCTION note_death(p_group text, p_name text, p_bd_seq bigint) RETURNS void LANGUAGE sql AS $$
+    UPDATE cell SET online = false, seen = now(), changed = clock_timestamp()
+    WHERE (grp, name) = (p_group, p_name) AND online AND (p_bd_seq IS NULL OR bd_seq IS NULL OR bd_seq = p_bd_seq)
+$$;
 
 -- Of each source what the cell has sent and is not stored.
 CREATE OR REPLACE VIEW gap AS
@@ -275,11 +269,12 @@ FROM source AS s,
             - s.covered) AS r;
 
 -- The gaps to ask for now: those that stand for five seconds, the first of each source, with a pause that doubles up to
--- ten minutes while nothing comes. Several collectors may call it; each gap goes to one of them.
+-- ten minutes until it is closed. What is missing at the end may still be on its way: it is asked for when nothing of
+-- the source has come for 20 seconds. Several collectors may call it; each gap goes to one of them.
 CREATE OR REPLACE FUNCTION gaps_to_ask()
     RETURNS TABLE (grp text, name text, stream text, epoch uuid, after bigint, upto bigint) LANGUAGE plpgsql AS $$
 BEGIN
-    UPDATE source AS s SET gap_since = CASE WHEN EXISTS (SELECT FROM gap WHERE source = s.id) THEN now() END
+    UPDATE source AS s SET gap_since = CASE WHEN s.gap_since IS NULL THEN now() END, asks = 0
     WHERE (s.gap_since IS NULL) = EXISTS (SELECT FROM gap WHERE source = s.id);
     RETURN QUERY WITH due AS (
         UPDATE source AS s SET asked = now(), asks = s.asks + 1
@@ -287,6 +282,8 @@ BEGIN
         WHERE c.id = s.cell AND c.online AND s.gap_since < now() - interval '5 seconds'
               AND (s.asked IS NULL OR s.asked < now() - least(interval '5 seconds' * 2 ^ least(s.asks, 10),
                                                               interval '10 minutes'))
+              AND (coalesce(s.stored, '-infinity') < now() - interval '20 seconds' OR
+                   EXISTS (SELECT FROM gap WHERE source = s.id AND gap.upto < upper(s.covered) - 1))
         RETURNING s.id, c.grp, c.name)
     SELECT DISTINCT ON (d.id) d.grp, d.name, g.stream, g.epoch, g.after, least(g.upto, g.after + 20000)
     FROM due AS d JOIN gap AS g ON g.source = d.id ORDER BY d.id, g.after;
@@ -295,12 +292,8 @@ END $$;
 -- Cells that are asked for their birth, which says what they have sent: those that are alive and silent, or all. Whoever
 -- stays silent for longer is taken for gone: his last will may have been lost with the broker.
 CREATE OR REPLACE FUNCTION cells_to_rouse(p_all boolean) RETURNS TABLE (grp text, name text) LANGUAGE plpgsql AS $$
-DECLARE
-    l_id integer;
 BEGIN
-    FOR l_id IN UPDATE cell SET online = false WHERE online AND seen < now() - interval '5 minutes' RETURNING id LOOP
-        PERFORM pg_notify('plant', l_id::text);
-    END LOOP;
+    UPDATE cell SET online = false, changed = clock_timestamp() WHERE online AND seen < now() - interval '5 minutes';
     RETURN QUERY UPDATE cell AS c SET reborn_asked = now()
         WHERE c.online AND (p_all OR c.seen < now() - interval '2 minutes')
               AND (p_all OR c.reborn_asked IS NULL OR c.reborn_asked < now() - interval '1 minute')
