@@ -101,7 +101,7 @@ void Collector::addIntake(const QString& name, const QStringList& filters, bool 
         if (!here->keeper.store(message))
             return;
         here->last = m_clock.elapsed();
-        if (here->keeper.lastAge() < freshMs)
+        if (here->keeper.lastAge() >= 0 && here->keeper.lastAge() < freshMs)
             here->lastFresh = m_clock.elapsed();
         here->storing = false;
     };
@@ -140,7 +140,7 @@ bool Collector::stop()
 bool Collector::isCurrent() const
 {
     const qint64 now = m_clock.elapsed();
-    return std::all_of(m_intakes.begin(), m_intakes.end(), [now](const auto& intake) {
+    return std::all_of(std::next(m_intakes.begin()), m_intakes.end(), [now](const auto& intake) {
         return now - intake->lastFresh < 2 * idleMs || (!intake->storing && now - intake->last > idleMs);
     });
 }

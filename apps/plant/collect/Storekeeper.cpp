@@ -92,6 +92,7 @@ bool Storekeeper::store(const MqttMessage& message)
 {
     QString reason;
     QString detail;
+    m_lastAge = -1;
     const Work work = workFor(message, &reason, &detail);
     if (!work)
         return keepAside(message, reason, detail);
@@ -116,7 +117,9 @@ Storekeeper::Work Storekeeper::storeRows(const PlantTopics::Topic& topic, const 
         *detail = QStringLiteral("stream: %1 on the topic of %2").arg(batch->stream, topic.leaf);
         return {};
     }
-    m_lastAge = batch->parts.isEmpty() ? 0 : QDateTime::currentMSecsSinceEpoch() - batch->parts.last().created;
+    if (batch->size() > 0)
+        m_lastAge = QDateTime::currentMSecsSinceEpoch() -
+                    (batch->lines.isEmpty() ? batch->parts.last().created : batch->lines.last().created);
     return [topic, payload, batch = *batch](pqxx::transaction_base& work) {
         work.exec_params("SELECT store_batch($1, $2, $3, $4, $5, $6, $7, $8::jsonb -> 'rows')",
                          topic.group.toStdString(), topic.cell.toStdString(), batch.cellId.toStdString(),

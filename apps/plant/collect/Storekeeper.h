@@ -51,5 +51,5 @@ private:
     Health& m_health;
     const std::function<void(const Unheard&)> m_unheard;
     std::atomic<bool> m_givenUp{false};
-    mutable qint64 m_lastAge = 0;
+    mutable qint64 m_lastAge = -1;
 };

@@ -171,7 +171,7 @@ void PageServer::addStatic()
                                     .toHex()
                                     .toStdString() +
                                 '"';
-        const QString name = file.fileName().mid(6);
+        const QString name = file.fileName().mid(7);
         const std::string path = name == QLatin1String("index.html") ? "/" : '/' + name.toStdString();
         m_server->Get(path, [content, tag, type = typeOf(name)](const Request& request, Response& response) {
             response.set_header("ETag", tag);

@@ -36,8 +36,23 @@ function head(cell) {
 
 const hint = (label, f, n, r) => `${label}: ${tr("找到")} ${number(f)}, ${tr("未找到")} ${number(n)}, ${tr("拒绝")} ${number(r)}`;
 
-export function hoursChart(rows) {
-  return bars(rows.map(([slot, f, n, r]) => [slot.slice(11, 13), f, n, r, hint(slot.slice(11, 16), f, n, r)]));
+/// The hours from `first` on, `count` of them, with those of which nothing is known.
+export function hoursChart(rows, first = 0, count = 24, wide = false) {
+  const known = new Map(rows.map(row => [Number(row[0].slice(11, 13)), row]));
+  return bars(Array.from({length: count}, (_, i) => {
+    const hour = (first + i) % 24, name = String(hour).padStart(2, "0");
+    const [, f, n, r] = known.get(hour) ?? ["", 0, 0, 0];
+    return [name, f, n, r, hint(name + ":00", f, n, r)];
+  }), wide);
+}
+
+function monthChart(month, rows) {
+  const known = new Map(rows.map(row => [Number(row.day.slice(8)), row]));
+  const length = new Date(Number(month.slice(0, 4)), Number(month.slice(5)), 0).getDate();
+  return bars(Array.from({length}, (_, i) => {
+    const day = known.get(i + 1) ?? {found: 0, notFound: 0, refused: 0};
+    return [String(i + 1), day.found, day.notFound, day.refused, hint(`${month}-${i + 1}`, day.found, day.notFound, day.refused)];
+  }));
 }
 
 function part(row) {
@@ -81,9 +96,7 @@ export function cellPage(page, id) {
   }
   async function loadMonth() {
     const value = await get(`cells/${id}/month?month=${monthOf.value}-01`);
-    month.replaceChildren(value.days.length ? bars(value.days.map(day =>
-      [day.day.slice(8), day.found, day.notFound, day.refused, hint(day.day, day.found, day.notFound, day.refused)])) :
-      el("p", {class: "empty"}, tr("没有数据")));
+    month.replaceChildren(monthChart(monthOf.value, value.days));
     models.replaceChildren(table([[tr("型号")], [tr("件数"), "n"], [tr("合格率"), "n"], [tr("得分"), "n"]], value.models.map(m =>
       [m.model || "–", number(m.found + m.notFound + m.refused), percent(m.found, m.found + m.notFound + m.refused), number(m.score, 1)])));
   }

@@ -21,21 +21,21 @@ export function svg(name, attributes = {}, ...children) {
 const title = text => svg("title", {}, text);
 
 /// Stacked bars of [label, found, notFound, refused, hint].
-export function bars(rows, height = 150) {
-  const width = 640, base = height - 18;
+export function bars(rows, wide = false) {
+  const width = innerWidth < 640 ? 330 : wide ? 1400 : 700, height = 170, base = height - 18;
   const most = Math.max(1, ...rows.map(row => row[1] + row[2] + row[3]));
   const step = width / Math.max(rows.length, 1);
-  const every = Math.ceil(rows.length / 16);
+  const every = Math.ceil(rows.length * 24 / width);
   const chart = svg("svg", {viewBox: `0 0 ${width} ${height}`, class: "chart", role: "img"});
   for (const share of [0.5, 1])
-    chart.append(svg("line", {x1: 0, x2: width, y1: base - share * (base - 8), y2: base - share * (base - 8), class: "grid"}));
-  chart.append(svg("text", {x: 0, y: 7, class: "scale"}, most.toLocaleString()));
+    chart.append(svg("line", {x1: 0, x2: width, y1: base - share * (base - 14), y2: base - share * (base - 14), class: "grid"}));
+  chart.append(svg("text", {x: 0, y: 10, class: "scale"}, most.toLocaleString()));
   rows.forEach(([label, found, notFound, refused, hint], i) => {
     let y = base;
     const bar = svg("g", {}, title(hint));
     for (const [value, kind] of [[found, "found"], [notFound, "notFound"], [refused, "refused"]]) {
       if (!value) continue;
-      const size = Math.max(kind === "found" ? 0 : 1.5, value / most * (base - 8));
+      const size = Math.max(kind === "found" ? 0 : 1.5, value / most * (base - 14));
       y -= size;
       bar.append(svg("rect", {x: i * step + step * 0.12, y, width: step * 0.76, height: size, class: kind}));
     }

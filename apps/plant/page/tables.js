@@ -105,7 +105,7 @@ export function shiftPage(page, only) {
           `${tr("报告时间")} ${new Date().toLocaleString()}`),
         el("div", {class: "items"}, [[tr("件数"), number(all(total))], [tr("合格率"), percent(total.found, all(total))], [tr("未找到"), number(total.notFound)],
           [tr("拒绝"), number(total.refused)]].map(([name, value]) => el("div", {class: "item"}, el("span", {}, name), el("b", {}, value)))),
-        el("h2", {}, tr("按小时")), report.hours.length ? hoursChart(report.hours) : el("p", {class: "empty"}, tr("没有数据")),
+        el("h2", {}, tr("按小时")), hoursChart(report.hours, Number(report.begin.slice(11, 13)), Math.ceil((Date.parse(report.end) - Date.parse(report.begin)) / 3600000), true),
         rows.length > 0 && table(columns, rows.map(row => [row.name, row.station, ...(one ? [row.model || "–"] : []), ...fields(row)])),
         report.errors?.length && [el("h2", {}, tr("错误代码")), table([[tr("代码"), "n"], [tr("件数"), "n"]], report.errors.map(e => [e.error, number(e.parts)]))],
         report.alarms.length > 0 && [el("h2", {}, tr("报警")), table([[tr("时间")], [tr("单元")], [tr("详情")]], report.alarms.map(a => [local(a.local), a.name, a.text]))]));

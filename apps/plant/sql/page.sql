@@ -18,7 +18,9 @@ CREATE OR REPLACE FUNCTION page_cells(p_only integer[]) RETURNS json LANGUAGE sq
         SELECT json_agg(json_build_array(station, f, n, r) ORDER BY station) AS counts FROM (
             SELECT station, sum(found) AS f, sum(not_found) AS n, sum(refused) AS r FROM part_slot
             WHERE cell = c.id AND slot >= local_day(c) AND slot < local_day(c) + 1 GROUP BY station) AS s) AS d ON true
-    LEFT JOIN LATERAL (SELECT sum(upto - after) AS rows FROM gap WHERE gap.cell = c.id) AS g ON true
+    LEFT JOIN LATERAL (
+        SELECT sum(g.upto - g.after) AS rows FROM gap AS g JOIN source AS s ON s.id = g.source
+        WHERE g.cell = c.id AND s.gap_since < now() - interval '10 seconds') AS g ON true
     WHERE p_only IS NULL OR c.id = ANY (p_only)
 $$;
 
@@ -131,7 +133,8 @@ CREATE OR REPLACE FUNCTION page_faults() RETURNS json LANGUAGE sql STABLE AS $$
             ORDER BY last DESC LIMIT 200) AS a),
         'missing', (SELECT coalesce(json_agg(g), '[]') FROM (
             SELECT g.cell, c.grp AS "group", c.name, g.stream, g.after, g.upto, s.asks, s.asked FROM gap AS g
-            JOIN cell AS c ON c.id = g.cell JOIN source AS s ON s.id = g.source LIMIT 200) AS g))
+            JOIN cell AS c ON c.id = g.cell JOIN source AS s ON s.id = g.source
+            WHERE s.gap_since < now() - interval '10 seconds' LIMIT 200) AS g))
 $$;
 
 CREATE OR REPLACE FUNCTION page_metrics() RETURNS text LANGUAGE sql STABLE AS $$
