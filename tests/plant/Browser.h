@@ -64,7 +64,7 @@ private:
         if (!m_session.isEmpty())
             message["sessionId"] = m_session;
         const QByteArray line = QJsonDocument(message).toJson(QJsonDocument::Compact) + '\0';
-        if (write(m_in[1], line.constData(), size_t(line.size())) < 0)
+        if (::write(m_in[1], line.constData(), size_t(line.size())) < 0)
             return {};
         while (true) {
             for (int end = m_read.indexOf('\0'); end >= 0; end = m_read.indexOf('\0')) {
@@ -80,8 +80,6 @@ private:
             m_read.append(bytes, int(count));
         }
     }
-    using QProcess::write;
-    static ssize_t write(int file, const char* bytes, size_t count) { return ::write(file, bytes, count); }
 
     QTemporaryDir m_profile;
     int m_in[2] = {};

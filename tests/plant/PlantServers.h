@@ -2,11 +2,12 @@
 
 #include <QDir>
 #include <QProcess>
-#include <QTcpServer>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <netinet/in.h>
 #include <pwd.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 /// A process that ends with its owner.
@@ -54,6 +55,7 @@ public:
                                                       "unix_socket_directories=" + m_folder.path()};
         m_server.setStandardErrorFile(QProcess::nullDevice());
         m_server.start(line.first(), line.mid(1));
+        m_server.waitForStarted();
         while (m_server.state() != QProcess::NotRunning &&
                !run({"createdb", "-h", m_folder.path(), "-U", "plant", "valvecell"}))
             m_server.waitForFinished(50);
@@ -78,9 +80,15 @@ private:
 
 inline quint16 freePort()
 {
-    QTcpServer server;
-    server.listen(QHostAddress::LocalHost);
-    return server.serverPort();
+    const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    const bool bound = bind(socket, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
+                       getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) == 0;
+    close(socket);
+    return bound ? ntohs(address.sin_port) : 0;
 }
 
 inline QString brokerProgram()

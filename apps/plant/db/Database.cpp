@@ -5,6 +5,12 @@
 
 #include <pqxx/pqxx>
 
+/// The texts lie in a static library.
+static void loadTexts()
+{
+    Q_INIT_RESOURCE(plant);
+}
+
 namespace {
 
 constexpr int schemaVersion = 1;
@@ -59,6 +65,7 @@ bool isPassing(const std::string& code)
 Database::Database(std::string address)
     : m_address(std::move(address))
 {
+    loadTexts();
 }
 
 Database::~Database() = default;
