@@ -180,6 +180,7 @@ int main(int argc, char** argv)
     QElapsedTimer start;
     start.start();
     platform::keepForeignLibrariesOut();
+    platform::keepMemoryTight();
     QCoreApplication::setApplicationName(QStringLiteral("ValveCell"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VALVECELL_VERSION));
     QCommandLineParser parser;

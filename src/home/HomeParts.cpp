@@ -19,6 +19,7 @@ struct Rule
 /// The first that a path begins with counts.
 constexpr Rule rules[] = {{"user/licence", 0},
                           {"user/home.json", 0},
+                          {"user/forward.json", 0}, // who this cell is, and what it has told its plant
                           {"user/solutions/", Models},
                           {"user/calibrations.jsonl", Calibration},
                           {"user/StandImage_", Calibration},

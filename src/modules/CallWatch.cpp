@@ -4,7 +4,8 @@
 
 namespace {
 constexpr qint64 nsInMs = 1000 * 1000;
-}
+thread_local int laneOfThread = 0; ///< 0: the GUI thread's
+} // namespace
 
 CallWatch::CallWatch(const Scheduler& scheduler, Limit limit, QObject* parent)
     : QObject(parent)
@@ -15,10 +16,11 @@ CallWatch::CallWatch(const Scheduler& scheduler, Limit limit, QObject* parent)
 
 CallWatch::Running::Running(CallWatch& watch, const char* name, Promise promise)
     : m_watch(watch)
+    , m_lane(watch.ownLane())
     , m_name(name)
     , m_startNs(watch.m_scheduler.elapsedNs())
-    , m_outer(watch.m_name.exchange(name))
-    , m_outerDueNs(watch.m_dueNs.exchange(promise == Takes ? never : m_startNs + watch.m_limit() * nsInMs))
+    , m_outer(m_lane.name.exchange(name))
+    , m_outerDueNs(m_lane.dueNs.exchange(promise == Takes ? never : m_startNs + watch.m_limit() * nsInMs))
 {
     m_step.emplace(name);
 }
@@ -26,20 +28,39 @@ CallWatch::Running::Running(CallWatch& watch, const char* name, Promise promise)
 CallWatch::Running::~Running()
 {
     const qint64 now = m_watch.m_scheduler.elapsedNs();
-    const qint64 due = m_watch.m_dueNs.exchange(m_outerDueNs);
-    m_watch.m_name = m_outer;
+    const qint64 due = m_lane.dueNs.exchange(m_outerDueNs);
+    m_lane.name = m_outer;
     m_step.reset(); // what a report sets off is no part of it
     if (due == logged || (due != never && now > due))
         m_watch.reportLate(m_name, now - m_startNs);
 }
 
+void CallWatch::setLane(int station)
+{
+    laneOfThread = station;
+}
+
+CallWatch::Lane& CallWatch::ownLane()
+{
+    return m_lanes[laneOfThread];
+}
+
 void CallWatch::look()
 {
-    qint64 due = m_dueNs;
-    const char* const name = m_name;
-    if (due < 0 || m_scheduler.elapsedNs() <= due || !m_dueNs.compare_exchange_strong(due, logged))
-        return;
-    qWarning("module %s has not returned in time, and holds up the program", name);
+    const qint64 now = m_scheduler.elapsedNs();
+    for (int station = 0; station <= 2; ++station) {
+        Lane& lane = m_lanes[station];
+        qint64 due = lane.dueNs;
+        const char* const name = lane.name;
+        if (due < 0 || now <= due || !lane.dueNs.compare_exchange_strong(due, logged))
+            continue;
+        if (station == 0) {
+            qWarning("module %s has not returned in time, and holds up the program", name);
+        } else {
+            qWarning("module %s has not returned in time, and holds up station %d", name, station);
+            emit broken(QString::fromLatin1(name), tr("没有返回，工位%1被占用").arg(station));
+        }
+    }
 }
 
 void CallWatch::reportThrown(const char* name, const char* what)
@@ -50,6 +71,9 @@ void CallWatch::reportThrown(const char* name, const char* what)
 
 void CallWatch::reportLate(const char* name, qint64 ns)
 {
-    qWarning("module %s took %lld ms", name, static_cast<long long>(ns / nsInMs));
-    emit broken(QString::fromLatin1(name), tr("耗时 %1 毫秒，程序被占用").arg(ns / nsInMs));
+    const qint64 ms = ns / nsInMs;
+    qWarning("module %s took %lld ms", name, static_cast<long long>(ms));
+    emit broken(QString::fromLatin1(name), laneOfThread == 0
+                                               ? tr("耗时 %1 毫秒，程序被占用").arg(ms)
+                                               : tr("耗时 %1 毫秒，工位%2被占用").arg(ms).arg(laneOfThread));
 }

@@ -12,7 +12,8 @@
 class Scheduler;
 
 /// Watches the calls into modules, which promise never to throw and to return at once: what a call throws ends with it,
-/// and one that breaks a promise is reported and logged with its name. GUI thread, unless it says otherwise.
+/// and one that breaks a promise is reported and logged with its name. Calls are made on the GUI thread and in the lane
+/// of each station, see StationLanes.
 class CallWatch : public QObject
 {
     Q_OBJECT
@@ -44,14 +45,27 @@ public:
         return decltype(call())();
     }
 
-    /// To be called again and again while calls run: logs one that has not returned within its limit, once. Any thread.
+    /// To be called again and again while calls run: logs each that has not returned within its limit, once, and
+    /// reports it when the GUI thread is free to show that. Any thread.
     void look();
 
+    /// Says that the calls of this thread are made for a station; without it they are the GUI thread's.
+    static void setLane(int station);
+
 signals:
-    /// A call threw, or came back late. `problem`: in the operator's language.
+    /// A call threw, came back late, or stays away in a lane. `problem`: in the operator's language. Emitted on the
+    /// thread of the call or of look().
     void broken(const QString& call, const QString& problem);
 
 private:
+    static constexpr qint64 never = -1;
+    static constexpr qint64 logged = -2; ///< it was due, and look() has said so
+    /// The calls of one thread.
+    struct Lane
+    {
+        std::atomic<const char*> name{nullptr}; ///< of the innermost call
+        std::atomic<qint64> dueNs{never};       ///< when it is to be back
+    };
     /// One call on the stack; calls may lie within each other.
     class Running
     {
@@ -62,6 +76,7 @@ private:
 
     private:
         CallWatch& m_watch;
+        Lane& m_lane;
         std::optional<Step> m_step;
         const char* const m_name;
         const qint64 m_startNs;
@@ -71,11 +86,9 @@ private:
 
     void reportThrown(const char* name, const char* what);
     void reportLate(const char* name, qint64 ns);
+    Lane& ownLane();
 
     const Scheduler& m_scheduler;
     const Limit m_limit;
-    std::atomic<const char*> m_name{nullptr}; ///< of the innermost call
-    std::atomic<qint64> m_dueNs{never};       ///< when it is to be back
-    static constexpr qint64 never = -1;
-    static constexpr qint64 logged = -2; ///< it was due, and look() has said so
+    Lane m_lanes[3]; ///< the GUI thread's and the stations'
 };

@@ -64,6 +64,8 @@ QString what(const Alarm& alarm)
         return Texts::tr("模块%1：%2").arg(alarm.subject, alarm.detail);
     case Alarm::ReportUnwritten:
         return alarm.detail;
+    case Alarm::ForwardingTroubled:
+        return Texts::tr("记录转发：%1").arg(alarm.detail);
     case Alarm::DiskLow:
         return Texts::tr("磁盘空间不足，剩余%1 GB").arg(alarm.detail);
     case Alarm::ImagesUnwritable:
@@ -106,6 +108,8 @@ Help helpOf(const Alarm& alarm)
         return {Texts::tr("请将系统日志交给该模块的提供者"), "actionDevice", Texts::tr("设备管理")};
     case Alarm::ReportUnwritten:
         return {Texts::tr("检查报告文件夹和磁盘，恢复后自动补写"), "actionSystem", Texts::tr("系统设置")};
+    case Alarm::ForwardingTroubled:
+        return {Texts::tr("记录保存在本机，改正后自动补发"), "actionSystem", Texts::tr("系统设置")};
     case Alarm::CameraUnknown:
         return {Texts::tr("为该工位选择现有的相机"), "actionSystem", Texts::tr("系统设置")};
     case Alarm::NoResult:

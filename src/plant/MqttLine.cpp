@@ -1,12 +1,11 @@
 #include "plant/MqttLine.h"
 
+#include "plant/MqttProperties.h"
 #include "plant/MqttTlsContext.h"
-
-#include <QCoreApplication>
+#include "plant/MqttTroubles.h"
 
 #include <chrono>
 #include <csignal>
-#include <cstring>
 #include <mosquitto.h>
 #include <mqtt_protocol.h>
 
@@ -14,14 +13,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr int shortestPause = 500; // ms
-constexpr int longestPause = 30000;
-constexpr auto answerTime = 15s; // for a broker to accept a connection
-
-QString sayMqtt(const char* text)
-{
-    return QCoreApplication::translate("Plant", text);
-}
+constexpr int shortestPause = 500;        // ms
+constexpr int longestPause = 1500;        // a plant wants to see the newest state within two seconds
+constexpr int longestPauseOfOurs = 30000; // while somebody has to mend something
+constexpr auto answerTime = 15s;          // for a broker to accept a connection
 
 void openLibrary()
 {
@@ -32,73 +27,6 @@ void openLibrary()
         return mosquitto_lib_init();
     }();
     Q_UNUSED(opened)
-}
-
-QString utf8(const char* text)
-{
-    return QString::fromUtf8(text);
-}
-
-MqttTrouble troubleOf(int reason)
-{
-    using Kind = MqttTrouble::Kind;
-    switch (reason) {
-    case MQTT_RC_BAD_USERNAME_OR_PASSWORD:
-    case MQTT_RC_NOT_AUTHORIZED:
-    case MQTT_RC_BANNED:
-        return {Kind::Login, sayMqtt(QT_TRANSLATE_NOOP("Plant", "代理服务器拒绝登录，请检查用户名、密码文件和证书"))};
-    case MQTT_RC_SESSION_TAKEN_OVER:
-        return {Kind::TakenOver, sayMqtt(QT_TRANSLATE_NOOP(
-                                     "Plant", "另一台设备以相同的身份连接了代理服务器：请检查是否复制了工作目录"))};
-    case MQTT_RC_SERVER_UNAVAILABLE:
-    case MQTT_RC_SERVER_BUSY:
-    case MQTT_RC_SERVER_SHUTTING_DOWN:
-    case MQTT_RC_KEEP_ALIVE_TIMEOUT:
-    case MQTT_RC_ADMINISTRATIVE_ACTION:
-    case MQTT_RC_CONNECTION_RATE_EXCEEDED:
-        return {Kind::Away, sayMqtt(QT_TRANSLATE_NOOP("Plant", "代理服务器断开了连接（%1），将自动重连"))
-                                .arg(utf8(mosquitto_reason_string(reason)))};
-    default:
-        return {
-            Kind::Settings,
-            sayMqtt(QT_TRANSLATE_NOOP("Plant", "代理服务器拒绝连接：%1")).arg(utf8(mosquitto_reason_string(reason)))};
-    }
-}
-
-/// Owns a list of properties for a call of the library, which copies it.
-class Properties
-{
-public:
-    ~Properties() { mosquitto_property_free_all(&m_list); }
-
-    void add(const QVector<QPair<QString, QString>>& pairs)
-    {
-        for (const auto& pair : pairs)
-            mosquitto_property_add_string_pair(&m_list, MQTT_PROP_USER_PROPERTY, pair.first.toUtf8().constData(),
-                                               pair.second.toUtf8().constData());
-    }
-    mosquitto_property** list() { return &m_list; }
-    /// The library takes them over.
-    mosquitto_property* release() { return std::exchange(m_list, nullptr); }
-
-private:
-    mosquitto_property* m_list = nullptr;
-};
-
-QVector<QPair<QString, QString>> pairsOf(const mosquitto_property* properties)
-{
-    QVector<QPair<QString, QString>> pairs;
-    bool next = false;
-    char* name = nullptr;
-    char* value = nullptr;
-    while (
-        (properties = mosquitto_property_read_string_pair(properties, MQTT_PROP_USER_PROPERTY, &name, &value, next))) {
-        pairs.append({utf8(name), utf8(value)});
-        free(name);
-        free(value);
-        next = true;
-    }
-    return pairs;
 }
 
 } // namespace
@@ -162,7 +90,7 @@ bool MqttSession::Line::isConnected() const
 
 bool MqttSession::Line::publish(const MqttMessage& message, Done done)
 {
-    Properties properties;
+    MqttProperties properties;
     properties.add(message.properties);
     const std::lock_guard lock(m_mutex); // the answer may come before the number is known
     if (!m_connected || m_stopping)
@@ -200,7 +128,7 @@ void MqttSession::Line::run()
         connectOnce();
         pauseMs = m_greeted ? shortestPause : pauseMs;
         pause(pauseMs);
-        pauseMs = qMin(2 * pauseMs, longestPause);
+        pauseMs = qMin(2 * pauseMs, m_trouble.wantsEngineer() ? longestPauseOfOurs : longestPause);
         const std::lock_guard lock(m_mutex);
         if (m_stopping)
             break;
@@ -234,9 +162,9 @@ void MqttSession::Line::connectOnce()
     const bool kept = options.sessionSeconds > 0;
     mosquitto* const client = mosquitto_new(options.clientId.toUtf8().constData(), !kept, this);
     if (!client) {
-        m_trouble = {MqttTrouble::Kind::Settings, sayMqtt(QT_TRANSLATE_NOOP("Plant", "客户端标识无效"))};
+        m_trouble = MqttTroubles::ofClientId();
     } else if (prepare(client, options)) {
-        Properties properties;
+        MqttProperties properties;
         if (kept)
             mosquitto_property_add_int32(properties.list(), MQTT_PROP_SESSION_EXPIRY_INTERVAL, options.sessionSeconds);
         const QByteArray host = options.host.toUtf8();
@@ -261,7 +189,7 @@ bool MqttSession::Line::prepare(mosquitto* client, const MqttOptions& options)
         mosquitto_username_pw_set(client, options.user.toUtf8().constData(), options.password.toUtf8().constData());
     const MqttMessage& will = options.will;
     if (!will.topic.isEmpty()) {
-        Properties properties;
+        MqttProperties properties;
         properties.add(will.properties);
         mosquitto_will_set_v5(client, will.topic.toUtf8().constData(), will.payload.size(), will.payload.constData(),
                               will.qos, will.retain, properties.release());
@@ -302,22 +230,15 @@ int MqttSession::Line::serve(mosquitto* client)
 /// What the broker said itself comes first.
 void MqttSession::Line::judge(int reason, const MqttOptions& options)
 {
+    const QString where = QStringLiteral("%1:%2").arg(options.host).arg(options.port);
     if (!m_trouble.text.isEmpty())
         return;
-    const QString where = QStringLiteral("%1:%2").arg(options.host).arg(options.port);
-    if (m_tls && !m_tls->refusal().isEmpty()) {
-        m_trouble = {MqttTrouble::Kind::Tls,
-                     sayMqtt(QT_TRANSLATE_NOOP("Plant", "不接受 %1 的证书：%2；请检查证书和本机时钟"))
-                         .arg(where, m_tls->refusal())};
-    } else if (m_tls && !m_greeted && (reason == MOSQ_ERR_TLS || reason == MOSQ_ERR_CONN_LOST)) {
-        m_trouble = {MqttTrouble::Kind::Tls,
-                     sayMqtt(QT_TRANSLATE_NOOP("Plant", "与 %1 的 TLS 握手失败；请检查端口和客户端证书")).arg(where)};
-    } else {
-        m_trouble = {
-            MqttTrouble::Kind::Away,
-            sayMqtt(QT_TRANSLATE_NOOP("Plant", "无法与代理服务器 %1 通信（%2），将自动重连"))
-                .arg(where, reason == MOSQ_ERR_ERRNO ? utf8(std::strerror(errno)) : utf8(mosquitto_strerror(reason)))};
-    }
+    if (m_tls && !m_tls->refusal().isEmpty())
+        m_trouble = MqttTroubles::ofCertificate(where, m_tls->refusal());
+    else if (m_tls && !m_greeted && (reason == MOSQ_ERR_TLS || reason == MOSQ_ERR_CONN_LOST))
+        m_trouble = MqttTroubles::ofHandshake(where);
+    else
+        m_trouble = MqttTroubles::ofLibrary(reason, where);
 }
 
 void MqttSession::Line::end(mosquitto* client)
@@ -362,7 +283,7 @@ void MqttSession::Line::listen(mosquitto* client)
 void MqttSession::Line::onConnect(int reason, bool kept)
 {
     if (reason >= MQTT_RC_UNSPECIFIED) {
-        m_trouble = troubleOf(reason);
+        m_trouble = MqttTroubles::ofBroker(reason);
         return;
     }
     m_greeted = true;
@@ -376,7 +297,7 @@ void MqttSession::Line::onConnect(int reason, bool kept)
 void MqttSession::Line::onDisconnect(int reason)
 {
     if (reason >= MQTT_RC_UNSPECIFIED && m_trouble.text.isEmpty())
-        m_trouble = troubleOf(reason);
+        m_trouble = MqttTroubles::ofBroker(reason);
 }
 
 void MqttSession::Line::onPublish(int id, int reason)
@@ -399,11 +320,11 @@ void MqttSession::Line::onPublish(int id, int reason)
 void MqttSession::Line::onMessage(const mosquitto_message& message, const mosquitto_property* properties)
 {
     MqttMessage received;
-    received.topic = utf8(message.topic);
+    received.topic = QString::fromUtf8(message.topic);
     received.payload = QByteArray(static_cast<const char*>(message.payload), message.payloadlen);
     received.qos = message.qos;
     received.retain = message.retain;
-    received.properties = pairsOf(properties);
+    received.properties = MqttProperties::pairsOf(properties);
     hand([&] { m_handlers.received(received); });
 }
 

@@ -7,9 +7,9 @@
 #include <functional>
 #include <memory>
 
-/// A connection to a broker by MQTT 5 that is made anew when it breaks, after pauses from half a second to half a
-/// minute. Nothing is kept over a break: whoever publishes does it again. Each attempt asks for its options, so that
-/// the last will may differ.
+/// A connection to a broker by MQTT 5 that is made anew when it breaks, after pauses of half a second to one and a
+/// half; of half a minute while somebody has to mend something. Nothing is kept over a break: whoever publishes does it
+/// again. Each attempt asks for its options, so that the last will may differ.
 ///
 /// All handlers and completions run on a thread of the session's own, one at a time. The public functions are for any
 /// thread, those handlers included, but for stop() and the destructor.

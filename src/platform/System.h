@@ -50,6 +50,10 @@ void keepOthersOut();
 /// Qt, live until the process ends. Where the linker does that, nothing.
 void keepThisLibrary();
 
+/// Has the memory of large images go back to the system as soon as it is freed, whichever thread had it: the C library
+/// would keep it for each thread. To be called before the process has threads.
+void keepMemoryTight();
+
 /// Gives memory that the process has freed but keeps for itself back to the system. It takes some milliseconds for each
 /// 100 MiB, during which other threads may wait for memory.
 void releaseFreeMemory();

@@ -76,6 +76,16 @@ void keepOthersOut()
 
 void keepThisLibrary() {} // linked with "nodelete"
 
+/// Fixed, these limits do not grow with what was freed.
+void keepMemoryTight()
+{
+#ifdef __GLIBC__
+    mallopt(M_MMAP_THRESHOLD, 1 << 20);
+    mallopt(M_TRIM_THRESHOLD, 8 << 20);
+    mallopt(M_ARENA_MAX, 4);
+#endif
+}
+
 void releaseFreeMemory()
 {
 #ifdef __GLIBC__

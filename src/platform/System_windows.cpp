@@ -96,6 +96,8 @@ void keepThisLibrary()
                        reinterpret_cast<LPCWSTR>(&keepThisLibrary), &pinned);
 }
 
+void keepMemoryTight() {} // large blocks are the system's own
+
 void releaseFreeMemory()
 {
     _heapmin(); // the C library's, which may be one of its own

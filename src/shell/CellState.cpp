@@ -3,6 +3,7 @@
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "workflow/Cell.h"
+#include "workflow/CellForwarding.h"
 
 #include <QCoreApplication>
 
@@ -110,6 +111,24 @@ StateFace recordFace(const CellState& state)
     return face;
 }
 
+/// A few rows are always on their way.
+StateFace plantFace(const CellState& state)
+{
+    constexpr qint64 few = 100;
+    StateFace face{"plantPill",
+                   "up",
+                   "actionSystem",
+                   FaceTexts::tr("工厂"),
+                   state.isPlantThere ? FaceTexts::tr("正常") : FaceTexts::tr("断开"),
+                   state.isPlantThere ? StateFace::Good : StateFace::Caution,
+                   state.plantHint.isEmpty() ? FaceTexts::tr("记录转发；点按打开系统设置") : state.plantHint};
+    if (state.plantWaiting > (state.isPlantThere ? few : 0))
+        face.word = FaceTexts::tr("待发%1").arg(state.plantWaiting);
+    if (state.isPlantTroubled)
+        face.sign = StateFace::Bad;
+    return face;
+}
+
 StateFace userFace(const CellState& state)
 {
     const bool nobody = state.user.isEmpty();
@@ -164,6 +183,14 @@ void CellState::read(Cell& cell, const ksGlobalConfig& config, const ksSysConfig
         settings.saveSrcImage[0] || settings.saveSrcImage[1] || settings.saveRltImage[0] || settings.saveRltImage[1];
     isDiskGood = !lasts(Alarm::DiskLow) && !lasts(Alarm::ImagesUnwritable);
     isRecording = !lasts(Alarm::ResultsWaiting) && !lasts(Alarm::ImagesUnwritable) && !lasts(Alarm::ImagesGivenUp);
+    if (const CellForwarding* forwarding = cell.forwarding()) {
+        const CellForwarding::Status status = forwarding->status();
+        isForwarding = status.on;
+        isPlantThere = status.connected && status.trouble.isEmpty();
+        isPlantTroubled = status.wantsEngineer;
+        plantWaiting = status.waiting;
+        plantHint = status.trouble;
+    }
     if (const CellRecords* records = cell.records()) {
         const CellRecords::Health health = records->health();
         freeMiB = health.freeMiB;
@@ -176,7 +203,9 @@ QVector<StateFace> facesOf(const CellState& state)
     QVector<StateFace> faces{plcFace(state)};
     for (const CellState::Camera& camera : state.cameras)
         faces << cameraFace(camera);
-    faces << modeFace(state) << diskFace(state) << recordFace(state) << userFace(state) << licenceFace(state)
-          << alarmFace(state);
+    faces << modeFace(state) << diskFace(state) << recordFace(state);
+    if (state.isForwarding)
+        faces << plantFace(state);
+    faces << userFace(state) << licenceFace(state) << alarmFace(state);
     return faces;
 }

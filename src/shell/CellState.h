@@ -29,7 +29,12 @@ struct CellState
     bool keepsImages = false; ///< of at least one station
     bool isRecording = true;  ///< results and images reach the disk
     int resultsWaiting = 0;
-    int alarms = 0; ///< that ask for somebody
+    int alarms = 0;            ///< that ask for somebody
+    bool isForwarding = false; ///< is switched on
+    bool isPlantThere = false; ///< the broker is connected, and takes what comes
+    bool isPlantTroubled = false;
+    qint64 plantWaiting = 0; ///< rows
+    QString plantHint;
 
     /// What the cell, its alarms and its settings say; link, test, user and licence stay as they are.
     void read(Cell& cell, const ksGlobalConfig& config, const ksSysConfig& settings);

@@ -31,6 +31,7 @@ struct Alarm
         CameraFloods,        ///< a camera delivers images that nobody asked for
         ModuleFault,         ///< a module threw, or held the program up; see ModuleCall
         ReportUnwritten,     ///< a report of a shift or day that is written by itself
+        ForwardingTroubled,  ///< the records are not forwarded until somebody mends it; they are kept here
     };
 
     Kind kind = PortLost;

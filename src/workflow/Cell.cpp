@@ -1,12 +1,14 @@
 #include "workflow/Cell.h"
 
 #include "config/CellLimits.h"
+#include "config/ForwardConfig.h"
 #include "config/ShiftConfig.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
 #include "db/log/LogLine.h"
 #include "results/export/ReportSchedule.h"
 #include "workflow/CZdCtrl.h"
+#include "workflow/CellForwarding.h"
 #include "workflow/DayCountsFile.h"
 #include "workflow/ModelManager.h"
 
@@ -237,6 +239,8 @@ void Cell::openRoad()
 {
     m_alarms.clear(Alarm::Starting, {});
     m_road.link().release();
+    if (m_ground.scheduler.usesThreads())
+        m_forwarding = CellForwarding::make(m_ground.home, *this, m_ground.config);
 }
 
 void Cell::receive(const SComFrame& frame)
@@ -298,6 +302,8 @@ void Cell::applySettings(const AuditChanges& changes)
         m_records->applySettings();
     if (m_reports && (touches(changes, ShiftConfig::shiftGroup) || touches(changes, ShiftConfig::reportGroup)))
         m_reports->check();
+    if (m_forwarding && touches(changes, ForwardConfig::keyGroup))
+        m_forwarding->applySettings();
     if (touches(changes, "station_solution"))
         m_road.dispatch().forgetLastIndices();
 }
@@ -328,4 +334,6 @@ void Cell::tick()
     m_watch.checkFlood(m_road.takeUnasked());
     if (m_countsFile)
         m_countsFile->tick();
+    if (m_forwarding)
+        m_forwarding->tick();
 }

@@ -11,6 +11,7 @@
 #include "workflow/Watchdog.h"
 
 class CZdCtrl;
+class CellForwarding;
 class CellLimits;
 class DayCountsFile;
 class ReportSchedule;
@@ -70,6 +71,8 @@ public:
     CZdCtrl* controller() const { return m_controller.get(); }
     /// Null before prepareImageFolders().
     const CellRecords* records() const { return m_records.get(); }
+    /// Null before openRoad(), and where the program was built without it.
+    const CellForwarding* forwarding() const { return m_forwarding.get(); }
     ModelManager* models() const { return m_records ? m_records->models() : nullptr; }
 
     /// Logs what holds up the GUI thread, and answers for it what is overdue. Called by a thread that watches; any
@@ -139,6 +142,7 @@ private:
     AlarmWatch m_watch;
     std::unique_ptr<DayCountsFile> m_countsFile;
     std::unique_ptr<ReportSchedule> m_reports;
+    std::unique_ptr<CellForwarding> m_forwarding;
     std::unique_ptr<Scheduler::Timer> m_heartbeat;
     std::unique_ptr<Scheduler::Timer> m_tick;
     Watchdog m_watchdog;

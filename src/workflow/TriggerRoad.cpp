@@ -3,6 +3,7 @@
 #include "platform/System.h"
 
 #include <valvecell/Extension.h>
+#include <valvecell/IConcurrentCalls.h>
 #include <valvecell/IDesigner.h>
 #include <valvecell/IEngine.h>
 #include <valvecell/IImageWatch.h>
@@ -30,12 +31,14 @@ const QStringList& noImageTopics()
 TriggerRoad::TriggerRoad(ksGlobalConfig& config, Scheduler& scheduler, TriggersInHand::Deadline deadline)
     : m_relay(std::make_shared<ModuleRelay>())
     , m_scheduler(scheduler)
+    , m_deadline(std::move(deadline))
     , m_standIn(scheduler)
     , m_inHand(
-          scheduler, m_standIn, std::move(deadline), [this](const Trigger& trigger) { return capture(trigger); },
+          scheduler, m_standIn, m_deadline, [this](const Trigger& trigger) { return capture(trigger); },
           [this](const Trigger& trigger, const QImage& image) { inspect(trigger, image); })
     , m_dispatch(config, m_link, scheduler, [this](const Trigger& trigger) { return m_inHand.accept(trigger); })
     , m_results(config, m_link, scheduler)
+    , m_lanes(scheduler)
 {
     connectStages();
 }
@@ -98,6 +101,8 @@ void TriggerRoad::setModules(ICoreCtrl* cameras, IEngine* engine, IDesigner* des
     m_cameras = cameras;
     m_captures = extensionOf<ICameraCapture>(cameras);
     m_engine = engine;
+    m_camerasInLanes = extensionOf<IConcurrentCalls>(cameras);
+    m_engineInLanes = extensionOf<IConcurrentCalls>(engine);
     if (auto* watch = extensionOf<IImageWatch>(designer)) {
         const auto show = [watch](const ModuleRelay::Outcome& outcome) {
             if (!outcome.image.isNull())
@@ -116,13 +121,23 @@ QHash<QString, int> TriggerRoad::takeUnasked()
     return all;
 }
 
+void TriggerRoad::call(bool inLane, const Trigger& trigger, std::function<void()> call)
+{
+    if (!inLane)
+        return call();
+    m_lanes.run(trigger.station, trigger.acceptedNs + m_deadline() * qint64(1000 * 1000), std::move(call));
+}
+
 /// Whether the capture has the trigger's number.
 bool TriggerRoad::capture(const Trigger& trigger)
 {
-    if (m_captures)
-        m_captures->capture(trigger.camera, trigger.number);
-    else if (m_cameras)
-        m_cameras->trigger({trigger.camera});
+    call(m_camerasInLanes, trigger,
+         [cameras = m_cameras, captures = m_captures, camera = trigger.camera, number = trigger.number] {
+             if (captures)
+                 captures->capture(camera, number);
+             else if (cameras)
+                 cameras->trigger({camera});
+         });
     return m_captures != nullptr;
 }
 
@@ -131,6 +146,10 @@ void TriggerRoad::inspect(const Trigger& trigger, const QImage& image)
     const auto finished = [relay = m_relay, number = trigger.number](const QVariantMap& result) {
         emit relay->taskFinished(number, result);
     };
-    if (m_engine)
-        m_engine->runTask({{QLatin1String(ResultKeys::originImage), image}}, trigger.solution, trigger.model, finished);
+    if (!m_engine)
+        return;
+    call(m_engineInLanes, trigger,
+         [engine = m_engine, image, solution = trigger.solution, model = trigger.model, finished] {
+             engine->runTask({{QLatin1String(ResultKeys::originImage), image}}, solution, model, finished);
+         });
 }

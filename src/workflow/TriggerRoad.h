@@ -4,6 +4,7 @@
 #include "workflow/PlcLink.h"
 #include "workflow/ResultHandler.h"
 #include "workflow/StandIn.h"
+#include "workflow/StationLanes.h"
 #include "workflow/TriggerDispatch.h"
 #include "workflow/TriggersInHand.h"
 
@@ -43,18 +44,24 @@ public:
 
 private:
     void connectStages();
+    /// Makes a call into a module for a trigger: in its station's lane when the module allows that.
+    void call(bool inLane, const Trigger& trigger, std::function<void()> call);
     bool capture(const Trigger& trigger);
     void inspect(const Trigger& trigger, const QImage& image);
 
     const std::shared_ptr<ModuleRelay> m_relay;
     const Scheduler& m_scheduler;
+    const TriggersInHand::Deadline m_deadline;
     ICoreCtrl* m_cameras = nullptr;
     ICameraCapture* m_captures = nullptr; ///< the same module's; null when it captures without a number
     IEngine* m_engine = nullptr;
+    bool m_camerasInLanes = false;
+    bool m_engineInLanes = false;
     PlcLink m_link;
     StandIn m_standIn;
     TriggersInHand m_inHand;
     TriggerDispatch m_dispatch;
     ResultHandler m_results;
     QHash<QString, int> m_unasked;
+    StationLanes m_lanes; ///< goes first: it waits for the calls in hand
 };

@@ -123,6 +123,12 @@ public:
         const std::lock_guard<std::mutex> lock(script.mutex);
         return script.*member;
     }
+    template <typename Member>
+    void change(Member Script::*member, const Member& value)
+    {
+        const std::lock_guard<std::mutex> lock(script.mutex);
+        script.*member = value;
+    }
     bool isRunning() const { return camera->status().state == CameraState::Running; }
     QStringList said() const
     {
@@ -169,7 +175,7 @@ private slots:
         const auto [end, said, opened] = Table::row<int, QString, int>();
         Rig rig;
         QTRY_VERIFY(rig.isRunning());
-        rig.script.ends = {End(end)};
+        rig.change(&Script::ends, {End(end)});
         rig.camera->trigger(1);
         QTRY_COMPARE(rig.answers(), 1);
         QCOMPARE(rig.said().first(), said);
@@ -213,7 +219,7 @@ private slots:
         QTRY_COMPARE(rig.said().value(0), "1: no cable");
         QTRY_VERIFY(rig.isRunning());
         QCOMPARE(rig.look(&Script::featuresAtOpening).value("Gamma"), QVariant(0.5));
-        rig.script.checkProblem = "gone while idle";
+        rig.change(&Script::checkProblem, QStringLiteral("gone while idle"));
         QTRY_COMPARE(rig.said().filter("note"), QStringList({"note cameraBack", "note cameraLost", "note cameraBack"}));
         QCOMPARE(rig.look(&Script::opened), 2);
     }

@@ -32,7 +32,7 @@ public:
         kill();
         waitForFinished();
         for (const int pipe : {m_in[0], m_in[1], m_out[0], m_out[1]})
-            close(pipe);
+            ::close(pipe);
     }
 
     void open(const QString& address) { call("Page.navigate", {{"url", address}}); }

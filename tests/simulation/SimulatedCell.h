@@ -38,8 +38,9 @@ struct FakeModules : IModules
 class SimulatedCell
 {
 public:
-    SimulatedCell()
+    explicit SimulatedCell(bool threads = false)
     {
+        scheduler.threads = threads;
         const QByteArray table = R"([{"Name": "五辐", "PlcIndex": 1}, {"Name": "钢圈", "PlcIndex": 2}])";
         home.write("/user/plcIndex.json", "{\"工位1\": " + table + ", \"工位2\": " + table + "}");
         for (int n : {1, 2}) {

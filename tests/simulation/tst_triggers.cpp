@@ -3,6 +3,7 @@
 #include "support/Table.h"
 
 #include <QJsonDocument>
+#include <QSemaphore>
 #include <QSignalSpy>
 
 namespace {
@@ -10,9 +11,12 @@ namespace {
 /// A plant at work, models switched to index 1.
 struct Plant : SimulatedCell
 {
-    explicit Plant(bool numbered = false)
+    explicit Plant(bool numbered = false, bool inLanes = false)
+        : SimulatedCell(inLanes)
     {
         modules->cameras.numbered = numbered;
+        if (inLanes)
+            modules->cameras.offers << IConcurrentCalls::id;
         startUp();
         open();
         send('C', 1, 1);
@@ -217,6 +221,41 @@ private slots:
         plant.deliver(1);
         plant.answer(10);
         QCOMPARE(plant.replies(), QByteArray("FHGHFHF"));
+    }
+
+    /// Of a module that allows calls from other threads; what waits behind the call is not captured late.
+    void callThatDoesNotReturnHoldsUpItsOwnStationAlone()
+    {
+        QSemaphore entered;
+        QSemaphore back;
+        Plant plant(true, true);
+        FakeCameras& cameras = plant.modules->cameras;
+        cameras.within = [&] {
+            const bool first = cameras.numbers.size() == 1;
+            entered.release();
+            if (first)
+                back.acquire();
+        };
+        plant.send('P', 5);
+        entered.acquire();
+        plant.send('P', 6);
+        entered.acquire();
+        plant.deliver(2);
+        plant.answer(10);
+        QCOMPARE(plant.replies(), QByteArray("G"));
+        plant.scheduler.advance(2000);
+        QCOMPARE(plant.replies(), QByteArray("GFH"));
+        QTRY_VERIFY(plant.alarms().contains("ksCoreCtrl: capture()"));
+        plant.send('P', 5);
+        plant.scheduler.advance(2000);
+        QCOMPARE(plant.replies(), QByteArray("GFHFH"));
+        back.release();
+        plant.send('P', 5);
+        entered.acquire();
+        QCOMPARE(cameras.asked, QStringList({"cam1", "cam2", "cam1"}));
+        plant.deliver(1);
+        plant.answer(20);
+        QCOMPARE(plant.replies(), QByteArray("GFHFHF"));
     }
 
     void partWithoutAResultIsAnsweredAndItsLateResultIsNot()

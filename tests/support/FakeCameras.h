@@ -7,6 +7,7 @@
 #include <valvecell/ICameraParameters.h>
 #include <valvecell/ICameraPreview.h>
 #include <valvecell/ICameraSettings.h>
+#include <valvecell/IConcurrentCalls.h>
 #include <valvecell/ICoreCtrl.h>
 
 /// A core control that a test drives: it notes what it is asked for, and answers and delivers what the test says. Of
@@ -18,7 +19,8 @@ struct FakeCameras : ICoreCtrl,
                      ICameraPreview,
                      ICameraFeatures,
                      ICameraDiscovery,
-                     ICameraCapture
+                     ICameraCapture,
+                     IConcurrentCalls
 {
     explicit FakeCameras(QByteArrayList offered = {})
         : offers(std::move(offered))
@@ -29,7 +31,7 @@ struct FakeCameras : ICoreCtrl,
     QStringList keys{QStringLiteral("cam1"), QStringLiteral("cam2")};
     CameraType type = CameraType::Gige;   ///< of all
     QStringList asked;                    ///< keys of triggers
-    std::function<void()> within = [] {}; ///< what trigger() does besides
+    std::function<void()> within = [] {}; ///< what trigger() and capture() do besides
     bool numbered = false;                ///< captures with numbers; to be set before the start
     QVector<quint64> numbers;
     ImageCallback deliver;
@@ -66,6 +68,7 @@ struct FakeCameras : ICoreCtrl,
                : name == ICameraPreview::id    ? static_cast<ICameraPreview*>(this)
                : name == ICameraFeatures::id   ? static_cast<ICameraFeatures*>(this)
                : name == ICameraDiscovery::id  ? static_cast<ICameraDiscovery*>(this)
+               : name == IConcurrentCalls::id  ? static_cast<IConcurrentCalls*>(this)
                                                : static_cast<void*>(nullptr);
     }
 
@@ -85,6 +88,7 @@ struct FakeCameras : ICoreCtrl,
     {
         asked << camera;
         numbers << number;
+        within();
     }
 
     CameraStatus status(const QString& key) override

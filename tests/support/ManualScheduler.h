@@ -5,10 +5,11 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <atomic>
 #include <vector>
 
 /// Time that stands still until a test moves it on; timers come due in their order, on the test's thread, and what they
-/// queue runs before the next one. No threads.
+/// queue runs before the next one. No threads, unless a test wants them.
 class ManualScheduler : public Scheduler
 {
 public:
@@ -19,7 +20,8 @@ public:
 
     QDateTime now() const override { return m_start.addMSecs(m_elapsed + m_jump); }
     qint64 elapsedNs() const override { return m_elapsed * 1000000; }
-    bool usesThreads() const override { return false; }
+    bool usesThreads() const override { return threads; }
+    bool threads = false; ///< to be set before the first use
     std::unique_ptr<Timer> timer(Kind kind, std::function<void()> due) override
     {
         return std::make_unique<ManualTimer>(*this, kind, std::move(due));
@@ -31,7 +33,7 @@ public:
         const qint64 end = m_elapsed + ms;
         settle();
         while (ManualTimer* const next = nextBefore(end)) {
-            m_elapsed = std::max(m_elapsed, next->due);
+            m_elapsed = std::max(m_elapsed.load(), next->due);
             next->fire();
             settle();
         }
@@ -100,7 +102,7 @@ private:
     }
 
     const QDateTime m_start;
-    qint64 m_elapsed = 0;
+    std::atomic<qint64> m_elapsed{0};
     qint64 m_jump = 0;
     std::vector<ManualTimer*> m_timers;
 };

@@ -815,6 +815,114 @@ Device server: tcp:HOST:PORT, such as tcp:192.168.1.50:4001 or tcp:[fd00::5]:400
         <source>只保存未找到的工件的图像(&amp;Z)</source>
         <translation>Only of parts not found (&amp;Z)</translation>
     </message>
+    <message>
+        <source>工厂</source>
+        <translation>Plant</translation>
+    </message>
+    <message>
+        <source>转发到工厂</source>
+        <translation>Forwarding to the plant</translation>
+    </message>
+    <message>
+        <source>把结果、报警和状态转发到工厂的MQTT代理服务器</source>
+        <translation>Forward results, alarms and state to the plant’s MQTT broker</translation>
+    </message>
+    <message>
+        <source>代理服务器地址</source>
+        <translation>Broker’s address</translation>
+    </message>
+    <message>
+        <source>代理服务器端口</source>
+        <translation>Broker’s port</translation>
+    </message>
+    <message>
+        <source>工厂或产线名称</source>
+        <translation>Plant or line</translation>
+    </message>
+    <message>
+        <source>本单元名称</source>
+        <translation>Name of this cell</translation>
+    </message>
+    <message>
+        <source>组内唯一</source>
+        <translation>unique in its group</translation>
+    </message>
+    <message>
+        <source>转发速率上限</source>
+        <translation>At most</translation>
+    </message>
+    <message>
+        <source>kB/秒</source>
+        <translation>kB/s</translation>
+    </message>
+    <message>
+        <source>未通过工件的图像</source>
+        <translation>Pictures of failed parts</translation>
+    </message>
+    <message>
+        <source>同时转发未找到和拒收工件的图像</source>
+        <translation>Forward pictures of parts not found or refused</translation>
+    </message>
+    <message>
+        <source>转发图像的最大宽度</source>
+        <translation>Width at most</translation>
+    </message>
+    <message>
+        <source>像素</source>
+        <translation>pixels</translation>
+    </message>
+    <message>
+        <source>转发图像的上限</source>
+        <translation>Pictures at most</translation>
+    </message>
+    <message>
+        <source>kB/分钟</source>
+        <translation>kB/minute</translation>
+    </message>
+    <message>
+        <source>登录和加密</source>
+        <translation>Log-in and encryption</translation>
+    </message>
+    <message>
+        <source>登录文件</source>
+        <translation>Log-in file</translation>
+    </message>
+    <message>
+        <source>两行：用户名、密码</source>
+        <translation>two lines: user, password</translation>
+    </message>
+    <message>
+        <source>TLS加密</source>
+        <translation>TLS encryption</translation>
+    </message>
+    <message>
+        <source>CA证书文件</source>
+        <translation>CA certificates</translation>
+    </message>
+    <message>
+        <source>系统自带的证书</source>
+        <translation>those of the system</translation>
+    </message>
+    <message>
+        <source>客户端证书文件</source>
+        <translation>Client certificate</translation>
+    </message>
+    <message>
+        <source>不使用</source>
+        <translation>none</translation>
+    </message>
+    <message>
+        <source>客户端私钥文件</source>
+        <translation>Client’s key</translation>
+    </message>
+    <message>
+        <source>转发到工厂：请输入代理服务器地址</source>
+        <translation>Forwarding: type the broker’s address</translation>
+    </message>
+    <message>
+        <source>客户端证书和私钥须同时设置</source>
+        <translation>A client certificate needs its key, and a key its certificate</translation>
+    </message>
 </context>
 <context>
     <name>QTestWidget</name>

@@ -166,6 +166,14 @@ Close anyway?</translation>
         <source>耗时 %1 毫秒，程序被占用</source>
         <translation>took %1 ms and held up the program</translation>
     </message>
+    <message>
+        <source>耗时 %1 毫秒，工位%2被占用</source>
+        <translation>took %1 ms and held up station %2</translation>
+    </message>
+    <message>
+        <source>没有返回，工位%1被占用</source>
+        <translation>has not returned and holds up station %1</translation>
+    </message>
 </context>
 <context>
     <name>CellStatusBar</name>
@@ -993,6 +1001,14 @@ Close anyway?</translation>
     <message>
         <source>检查报告文件夹和磁盘，恢复后自动补写</source>
         <translation>Check the folder of reports and the disk; it is written once they are well</translation>
+    </message>
+    <message>
+        <source>记录转发：%1</source>
+        <translation>Forwarding: %1</translation>
+    </message>
+    <message>
+        <source>记录保存在本机，改正后自动补发</source>
+        <translation>The records are kept here and follow once it is mended</translation>
     </message>
 </context>
 <context>

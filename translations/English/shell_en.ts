@@ -135,6 +135,18 @@
         <source>报警；点按打开报警记录</source>
         <translation>Alarms; opens their history</translation>
     </message>
+    <message>
+        <source>工厂</source>
+        <translation>Plant</translation>
+    </message>
+    <message>
+        <source>待发%1</source>
+        <translation>%1 to send</translation>
+    </message>
+    <message>
+        <source>记录转发；点按打开系统设置</source>
+        <translation>Forwarding of records; tap for the system settings</translation>
+    </message>
 </context>
 <context>
     <name>Workspaces</name>

@@ -60,8 +60,8 @@ std::function<void(pqxx::transaction_base&)> noteState(const PlantTopics::Topic&
         return {};
     if (topic.kind == PlantTopics::Kind::Death)
         return [topic, metrics](pqxx::transaction_base& work) {
-            work.exec_params("SELECT note_death($1, $2, ($3::jsonb ->> 'bdSeq')::bigint)", topic.group.toStdString(),
-                             topic.cell.toStdString(), metrics->toStdString());
+            work.exec_params("SELECT note_death($1, $2, $3)", topic.group.toStdString(), topic.cell.toStdString(),
+                             metrics->toStdString());
         };
     return [topic, metrics](pqxx::transaction_base& work) {
         const pqxx::result heard =

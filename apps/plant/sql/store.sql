@@ -255,10 +255,12 @@ BEGIN
     RETURN true;
 END $$;
 
--- A last will counts only for the birth that it belongs to.
-CREATE OR REPLACE FUNCTION note_death(p_group text, p_name text, p_bd_seq bigint) RETURNS void LANGUAGE sql AS $$
+-- A last will counts only for the cell and the birth that it belongs to.
+CREATE OR REPLACE FUNCTION note_death(p_group text, p_name text, p_metrics jsonb) RETURNS void LANGUAGE sql AS $$
     UPDATE cell SET online = false, seen = now(), changed = clock_timestamp()
-    WHERE (grp, name) = (p_group, p_name) AND online AND (p_bd_seq IS NULL OR bd_seq IS NULL OR bd_seq = p_bd_seq)
+    WHERE (grp, name) = (p_group, p_name) AND online
+          AND coalesce((p_metrics ->> 'Properties/CellId')::uuid, cell_id) = cell_id
+          AND coalesce((p_metrics ->> 'bdSeq')::bigint, bd_seq) IS NOT DISTINCT FROM bd_seq
 $$;
 
 -- Of each source what the cell has sent and is not stored.
@@ -269,7 +271,7 @@ FROM source AS s,
             - s.covered) AS r;
 
 -- The gaps to ask for now: those that stand for five seconds, the first of each source, with a pause that doubles up to
--- ten minutes until it is closed. What is missing at the end may still be on its way: it is asked for when nothing of
+-- a minute until it is closed. What is missing at the end may still be on its way: it is asked for when nothing of
 -- the source has come for 20 seconds. Several collectors may call it; each gap goes to one of them.
 CREATE OR REPLACE FUNCTION gaps_to_ask()
     RETURNS TABLE (grp text, name text, stream text, epoch uuid, after bigint, upto bigint) LANGUAGE plpgsql AS $$
@@ -281,7 +283,7 @@ BEGIN
         FROM cell AS c
         WHERE c.id = s.cell AND c.online AND s.gap_since < now() - interval '5 seconds'
               AND (s.asked IS NULL OR s.asked < now() - least(interval '5 seconds' * 2 ^ least(s.asks, 10),
-                                                              interval '10 minutes'))
+                                                              interval '1 minute'))
               AND (coalesce(s.stored, '-infinity') < now() - interval '20 seconds' OR
                    EXISTS (SELECT FROM gap WHERE source = s.id AND gap.upto < upper(s.covered) - 1))
         RETURNING s.id, c.grp, c.name)

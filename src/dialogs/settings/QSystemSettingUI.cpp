@@ -6,6 +6,7 @@
 #include "dialogs/settings/SettingsForm.h"
 #include "results/data/Shifts.h"
 #include "ui_QSystemSettingUI.h"
+#include "workflow/CellForwarding.h"
 
 #include <valvecell/ISerialPorts.h>
 
@@ -24,6 +25,8 @@ QSystemSettingUI::QSystemSettingUI(ksSysConfig& system, ksGlobalConfig& global, 
     m_ui->languageBox->setOptional(false);
     m_ui->reportWhenBox->setOptional(false);
     nameReports();
+    if (!CellForwarding::isBuilt())
+        m_ui->pages->removeTab(m_ui->pages->indexOf(m_ui->plantPage));
     m_form = new SettingsForm(this, m_store.ranges());
     m_chooser = new PortChooser(m_ui->portButton, m_ui->portEdit);
     connectAll();
@@ -172,6 +175,28 @@ QString QSystemSettingUI::shiftProblem() const
     return tr("报告文件夹：“%1”不是完整路径").arg(folder);
 }
 
+/// Whether files can be used, and the broker answers, is seen by those who connect.
+QString QSystemSettingUI::plantProblem() const
+{
+    if (!m_ui->plantOnCheck->isChecked())
+        return {};
+    for (QLineEdit* field : {m_ui->plantGroupEdit, m_ui->plantCellEdit}) {
+        const QString why = CellForwarding::whyNoName(field->text());
+        if (why.isEmpty())
+            continue;
+        setTone(field, Tone::Error);
+        return tr("%1：%2").arg(field->accessibleName(), why);
+    }
+    if (m_ui->plantHostEdit->text().trimmed().isEmpty()) {
+        setTone(m_ui->plantHostEdit, Tone::Error);
+        return tr("转发到工厂：请输入代理服务器地址");
+    }
+    if (m_ui->plantCertificateEdit->text().isEmpty() == m_ui->plantKeyEdit->text().isEmpty())
+        return {};
+    setTone(m_ui->plantKeyEdit, Tone::Error);
+    return tr("客户端证书和私钥须同时设置");
+}
+
 QString QSystemSettingUI::keepingWarning() const
 {
     if (m_keptOneDay)
@@ -189,6 +214,8 @@ QString QSystemSettingUI::problem() const
         problem = portProblem();
     if (problem.isEmpty())
         problem = shiftProblem();
+    if (problem.isEmpty())
+        problem = plantProblem();
     return problem.isEmpty() ? sameChoiceProblem() : problem;
 }
 

@@ -83,6 +83,7 @@ private:
     QString sameChoiceProblem() const;
     /// Of the shifts and their reports.
     QString shiftProblem() const;
+    QString plantProblem() const;
     void nameReports();
     void chooseReportFolder();
     /// What the space to keep free does to the days of keeping; empty when nothing.

@@ -130,6 +130,7 @@ SettingsStore::SettingsStore(ksSysConfig& system, ksGlobalConfig& global, Access
     , m_limits(limits)
     , m_shifts(shifts)
 {
+    m_forward.load();
 }
 
 SettingsMap SettingsStore::current() const
@@ -139,6 +140,7 @@ SettingsMap SettingsStore::current() const
     settings.insert(read(m_access));
     settings.insert(read(m_limits));
     settings.insert(read(m_shifts));
+    settings.insert(read(m_forward));
     return settings;
 }
 
@@ -151,13 +153,14 @@ QMap<QString, SettingRange> SettingsStore::ranges() const
     eachSetting(m_access, note);
     eachSetting(m_limits, note);
     eachSetting(m_shifts, note);
+    eachSetting(m_forward, note);
     return ranges;
 }
 
 QStringList SettingsStore::foreignChanges() const
 {
-    QStringList sentences{foreignSystemChange(), foreignGlobalChange(), foreignChange(m_access),
-                          foreignChange(m_limits), foreignChange(m_shifts)};
+    QStringList sentences{foreignSystemChange(),   foreignGlobalChange(),   foreignChange(m_access),
+                          foreignChange(m_limits), foreignChange(m_shifts), foreignChange(m_forward)};
     sentences.removeAll(QString());
     return sentences;
 }
@@ -213,6 +216,7 @@ void SettingsStore::assign(const SettingsMap& settings)
     write(m_access, settings);
     write(m_limits, settings);
     write(m_shifts, settings);
+    write(m_forward, settings);
 }
 
 bool SettingsStore::saveSystem(QString* error)
@@ -225,10 +229,12 @@ bool SettingsStore::saveSystem(QString* error)
 
 bool SettingsStore::store(const SettingsMap& settings, QString* error)
 {
-    const std::function<bool()> saves[] = {[&] { return saveSystem(error); }, [&] { return m_global.save(error); },
+    const std::function<bool()> saves[] = {[&] { return saveSystem(error); },
+                                           [&] { return m_global.save(error); },
                                            [&] { return saveIfOther(m_access, error); },
                                            [&] { return saveIfOther(m_limits, error); },
-                                           [&] { return saveIfOther(m_shifts, error); }};
+                                           [&] { return saveIfOther(m_shifts, error); },
+                                           [&] { return saveIfOther(m_forward, error); }};
     const SettingsMap before = current();
     const QJsonObject spoiled = std::exchange(m_global.spoiledKind, {}); // from now on the file says it
     assign(settings);
@@ -257,6 +263,7 @@ void SettingsStore::reload()
     m_access.load();
     m_limits.load();
     m_shifts.load();
+    m_forward.load();
     for (int station = 1; station <= 2; ++station)
         m_global.station(station).runModel = runModels[station - 1];
 }

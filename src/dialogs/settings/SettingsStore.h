@@ -2,6 +2,7 @@
 
 #include "common/AuditChange.h"
 #include "config/ConfigVisitors.h"
+#include "config/ForwardConfig.h"
 
 #include <QMap>
 #include <QStringList>
@@ -62,4 +63,5 @@ private:
     AccessPolicy& m_access;
     CellLimits& m_limits;
     ShiftConfig& m_shifts;
+    mutable ForwardConfig m_forward; ///< the forwarding reads the file itself
 };

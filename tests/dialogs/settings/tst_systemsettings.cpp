@@ -181,6 +181,26 @@ private slots:
         QCOMPARE(told(stored.reportWhen, stored.begins), "shift|6:00 18:00");
     }
 
+    void forwardingNeedsABrokerAndNames()
+    {
+        Bench bench;
+        bench.driver.press("plantOnCheck");
+        for (const auto& [typed, problem] :
+             {std::pair("plantGroupEdit=hall/2", "工厂或产线名称：名称不能含有"),
+              std::pair("plantGroupEdit=hall 2", "本单元名称：名称不能为空"),
+              std::pair("plantCellEdit=7", "请输入代理服务器地址"), std::pair("plantHostEdit=broker", ""),
+              std::pair("plantCertificateEdit=a.crt", "须同时设置"), std::pair("plantKeyEdit=a.key", "")}) {
+            bench.driver.act({typed});
+            QVERIFY2(bench.driver.message().contains(problem), qPrintable(bench.driver.message()));
+            QCOMPARE(bench.driver.canPress("okButton"), QByteArray(problem).isEmpty());
+        }
+        bench.driver.press("okButton");
+        QVERIFY(bench.home.read("/user/plant.json").contains("\"plant_host\": \"broker\""));
+        ForwardConfig stored;
+        stored.load();
+        QCOMPARE(told(stored.group, stored.cell, stored.on), "hall 2|7|true");
+    }
+
     void everySettingHasOneField()
     {
         Bench bench;
