@@ -57,16 +57,16 @@ export function driftPage(page) {
     const rows = await get(`drift?from=${dates.from.value}&to=${dates.to.value}`);
     const moved = row => Math.hypot(...row.days[row.days.length - 1].slice(1, 3));
     rows.sort((a, b) => moved(b) - moved(a));
-    const bounds = rows.length ? Math.max(0.05, ...rows[0].days.flatMap(day => [Math.abs(day[1]), Math.abs(day[2])])) : 1;
+    const bounds = rows.flatMap(row => row.days).reduce((most, day) => Math.max(most, Math.abs(day[1]), Math.abs(day[2])), 0.05);
     body.replaceChildren(...rows.map(row => {
       const last = row.days[row.days.length - 1];
       return el("a", {class: "card drift", href: "#/cell/" + row.cell},
-        el("div", {class: "line"}, el("b", {}, row.name), el("span", {class: "faint"}, `${tr("工位")} ${row.station} · ${last[3]}`),
+        el("div", {class: "line"}, el("b", {}, row.name), el("span", {class: "faint"}, `${tr("工位")} ${row.station}`),
           el("span", {class: "spring"}), pill(moved(row) > 0.2 ? "bad" : moved(row) > 0.1 ? "caution" : "good", number(moved(row), 3) + " mm")),
         lines([{kind: "x", values: row.days.map(day => day[1])}, {kind: "y", values: row.days.map(day => day[2])}],
           `${row.days[0][0]} – ${last[0]}`, bounds),
         el("div", {class: "line faint"}, el("span", {class: "key x"}, "X " + number(last[1], 3)), el("span", {class: "key y"}, "Y " + number(last[2], 3)),
-          el("span", {class: "spring"}), `${row.days.length} ${tr("天")}`));
+          el("span", {class: "spring"}), el("span", {class: "faint"}, last[3])));
     }));
     if (!rows.length) body.append(el("p", {class: "empty"}, tr("没有数据")));
   }

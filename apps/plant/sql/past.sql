@@ -5,7 +5,7 @@ SELECT cell, slot, station, model, calibration, parts - bad - bad / 5, bad, bad 
        (parts - bad) * (180 + moved / 2), (parts - bad) * 96, parts, parts * 74.0, 82
 FROM (
     SELECT c.id AS cell, t.slot, s AS station, (ARRAY['W-17', 'W-18A', 'W-21', 'K-5'])[1 + (c.id + t.n / 4) % 4] AS model,
-           'K' || c.id || '-' || s AS calibration, 1500 + (random() * 300)::integer AS parts,
+           'K' || substr(c.name, 2)::integer || '-' || s AS calibration, 1500 + (random() * 300)::integer AS parts,
            (random() * CASE c.id % 17 WHEN 5 THEN 200 ELSE 30 END)::integer AS bad,
            CASE c.id % 11 WHEN 3 THEN 0.01 ELSE 0.0005 END * t.n / 48 + 0.004 * random() AS moved
     FROM plant.cell AS c, generate_series(1, 2) AS s,
