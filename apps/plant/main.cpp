@@ -11,6 +11,7 @@
 #include <QThread>
 
 #include <csignal>
+#include <pqxx/except>
 #include <unistd.h>
 
 namespace {
@@ -42,6 +43,23 @@ int settle(const PlantOptions& options, Database& database)
         Accounts::add(database, options.addUser, QTextStream(stdin).readLine(), options.admin);
     }
     return Good;
+}
+
+/// Waits for a database that is not there yet, as after a power cut, unless somebody waits for the program itself.
+void bringUp(Database& database, bool patient)
+{
+    while (true) {
+        try {
+            return database.bringUp();
+        } catch (const pqxx::failure&) {
+            const DatabaseError error = databaseError();
+            if (!patient || endRequested || error.fault == DatabaseFault::Refused)
+                throw;
+            qWarning("database: %s", qUtf8Printable(error.text));
+        }
+        database.drop();
+        QThread::sleep(1);
+    }
 }
 
 int serve(const PlantOptions& options)
@@ -86,8 +104,9 @@ int main(int argc, char** argv)
         std::signal(signal, [](int) { endRequested = 1; });
     try {
         Database database(options.page.database);
-        database.bringUp();
-        if (!options.shifts.isEmpty() || !options.keep.isEmpty() || !options.addUser.isEmpty())
+        const bool settles = !options.shifts.isEmpty() || !options.keep.isEmpty() || !options.addUser.isEmpty();
+        bringUp(database, !settles);
+        if (settles)
             return settle(options, database);
     } catch (const std::exception& failure) {
         return cannotBegin(QString::fromUtf8(failure.what()).trimmed());

@@ -270,7 +270,7 @@ FROM source AS s,
      unnest(int8multirange(int8range(coalesce(s.first_row, 1), greatest(s.sent, coalesce(s.first_row, 1) - 1) + 1))
             - s.covered) AS r;
 
--- The gaps to ask for now: those that stand for five seconds, the first of each source, with a pause that doubles up to
+-- The gaps to ask for now: those that stand for five seconds, those of a source as one range, with a pause that doubles up to
 -- a minute until it is closed. What is missing at the end may still be on its way: it is asked for when nothing of
 -- the source has come for 20 seconds. Several collectors may call it; each gap goes to one of them.
 CREATE OR REPLACE FUNCTION gaps_to_ask()
@@ -287,8 +287,8 @@ BEGIN
               AND (coalesce(s.stored, '-infinity') < now() - interval '20 seconds' OR
                    EXISTS (SELECT FROM gap WHERE source = s.id AND gap.upto < upper(s.covered) - 1))
         RETURNING s.id, c.grp, c.name)
-    SELECT DISTINCT ON (d.id) d.grp, d.name, g.stream, g.epoch, g.after, least(g.upto, g.after + 20000)
-    FROM due AS d JOIN gap AS g ON g.source = d.id ORDER BY d.id, g.after;
+    SELECT d.grp, d.name, g.stream, g.epoch, min(g.after), least(max(g.upto), min(g.after) + 20000)
+    FROM due AS d JOIN gap AS g ON g.source = d.id GROUP BY d.id, 1, 2, 3, 4;
 END $$;
 
 -- Cells that are asked for their birth, which says what they have sent: those that are alive and silent, or all. Whoever
