@@ -5,7 +5,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 packages_build=(g++ cmake ninja-build ccache qtbase5-dev qttools5-dev qttools5-dev-tools libqt5sql5-sqlite
     libqt5svg5-dev qt5-image-formats-plugins libqt5serialport5-dev qttranslations5-l10n libturbojpeg0-dev libaravis-dev libqwt-qt5-dev libopencv-dev libsodium-dev libssl-dev
     libxlsxwriter-dev libzip-dev libmosquitto-dev libprotobuf-dev protobuf-compiler fonts-wqy-microhei)
-packages_test=(poppler-utils mosquitto openssl)
+packages_plant=(mosquitto postgresql postgresql-client libpqxx-dev libcpp-httplib-dev)
+packages_test=(poppler-utils openssl chromium "${packages_plant[@]}")
 packages_package=(dpkg-dev lintian help2man debootstrap)
 packages_bench=(libbenchmark-dev)
 packages_lint=(clang-format clang-tidy clazy)
