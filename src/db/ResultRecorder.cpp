@@ -2,6 +2,8 @@
 
 #include "db/SqlText.h"
 
+#include <algorithm>
+
 namespace {
 
 /// Waiting rows go in by portions, so that the thread is free between them.
@@ -66,6 +68,11 @@ bool ResultRecorder::writeFile(QString* error)
         return m_file.write(rows, error);
     m_file.remove();
     return true;
+}
+
+bool ResultRecorder::holdsEarlier() const
+{
+    return std::any_of(m_waiting.begin(), m_waiting.end(), [](const Row& row) { return row.spilled; });
 }
 
 void ResultRecorder::endWaiting()

@@ -39,6 +39,8 @@ public:
     void onPictureEnded(const QString& path, bool saved);
 
     int waiting() const { return static_cast<int>(m_waiting.size()); }
+    /// Whether rows of a process before still wait.
+    bool holdsEarlier() const;
     int givenUp() const { return m_givenUp; } ///< since the present fault began
 
 signals:

@@ -159,7 +159,12 @@ void Cell::openResultDatabase()
     const DayCountsFile::Places places{folder + QStringLiteral("/Pellix.db"),
                                        folder + QStringLiteral("/dayCounts.json")};
     m_countsFile = std::make_unique<DayCountsFile>(m_counts, places, m_ground.scheduler);
-    m_countsFile->start();
+    const auto count = [this, start = m_ground.scheduler.now()] {
+        if (m_records->hasEarlierRows())
+            m_countsFile->start(start);
+    };
+    connect(m_records.get(), &CellRecords::retried, m_countsFile.get(), count);
+    count();
     startReports();
 }
 

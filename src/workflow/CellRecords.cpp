@@ -198,11 +198,17 @@ void CellRecords::openResultDatabase()
     ResultRecorder::Rules rules;
     rules.scheduler = &m_scheduler;
     m_recorder = std::make_unique<ResultRecorder>(*m_results, rules);
+    connect(m_recorder.get(), &ResultRecorder::retried, this, &CellRecords::retried);
     checkClock();
     connect(m_archive.get(), &ImageArchive::ended, m_recorder.get(), &ResultRecorder::onPictureEnded);
     m_store = std::make_unique<CellResultStore>(m_settings, *m_archive, *m_recorder);
     m_thinning = m_scheduler.timer(Scheduler::SingleShot, [this] { thin(); });
     thinAsSet();
+}
+
+bool CellRecords::hasEarlierRows() const
+{
+    return !m_recorder->holdsEarlier();
 }
 
 /// Stored times are local: when summer ends, an hour comes twice.

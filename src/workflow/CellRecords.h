@@ -83,6 +83,8 @@ public:
     /// Opens the model library, and brings it and the index tables into agreement.
     void openModelLibrary(PlcIndexTable& indices, const QStringList& stations);
 
+    /// Whether all rows of the program's last run are in the database. After openResultDatabase().
+    bool hasEarlierRows() const;
     /// Where results go; present once the result database was opened.
     IResultStore* store() const;
     /// Who is logged in, for the rows that follow; empty for nobody. After openResultDatabase().
@@ -91,6 +93,10 @@ public:
     Health health() const;
     /// Null until the model library was opened.
     ModelManager* models() { return m_models.get(); }
+
+signals:
+    /// Rows that waited were tried once more.
+    void retried();
 
 private:
     /// What sweeps one of the archive's folders.

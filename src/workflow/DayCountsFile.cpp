@@ -85,10 +85,12 @@ void DayCountsFile::run(const std::function<void()>& job)
         job();
 }
 
-void DayCountsFile::start()
+void DayCountsFile::start(const QDateTime& start)
 {
-    run([this, places = m_places, now = m_scheduler.now()] {
-        const DayRecord earlier = countedBefore(places, now);
+    if (std::exchange(m_asked, true))
+        return;
+    run([this, places = m_places, start] {
+        const DayRecord earlier = countedBefore(places, start);
         QMetaObject::invokeMethod(
             this, [this, earlier] { takeIn(earlier); }, Qt::QueuedConnection);
     });

@@ -39,9 +39,10 @@ public:
     /// Writes what is new.
     ~DayCountsFile() override;
 
-    /// Adds to the counts what was counted on the present day before the start; once. Nothing is written before: counts
-    /// that lack the day so far would replace the whole ones.
-    void start();
+    /// Adds to the counts what was counted on the day of the program's start, `start`, until then; the first call
+    /// does, once all of it is in the database. Nothing is written before: counts that lack the day so far would
+    /// replace the whole ones.
+    void start(const QDateTime& start);
 
     /// What a file says; nothing when it is missing or not as it was written. Any thread.
     static DayRecord read(const QString& path);
@@ -62,6 +63,7 @@ private:
     DayCounts& m_counts;
     const Places m_places;
     Scheduler& m_scheduler;
+    bool m_asked = false;
     bool m_started = false;
     bool m_isNew = false; ///< there is something to write
     int m_seconds = 0;    ///< since the last write

@@ -37,7 +37,7 @@ struct Run
         : file(counts, {home.path("/Pellix.db"), home.path("/dayCounts.json")}, Scheduler::system())
     {
         QSignalSpy started(&file, &DayCountsFile::started);
-        file.start();
+        file.start(Scheduler::system().now());
         if (started.isEmpty() && !started.wait(patienceMs))
             qFatal("nothing read");
     }

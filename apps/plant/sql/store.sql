@@ -291,14 +291,17 @@ BEGIN
     FROM due AS d JOIN gap AS g ON g.source = d.id GROUP BY d.id, 1, 2, 3, 4;
 END $$;
 
--- Cells that are asked for their birth, which says what they have sent: those that are alive and silent, or all. Whoever
--- stays silent for longer is taken for gone: his last will may have been lost with the broker.
+-- Cells that are asked for their birth, which says what they have sent: those that are alive and silent, or all, and those
+-- whose rows come although no birth was heard, since the collector came later. Whoever stays silent for longer is taken for
+-- gone: his last will may have been lost with the broker.
 CREATE OR REPLACE FUNCTION cells_to_rouse(p_all boolean) RETURNS TABLE (grp text, name text) LANGUAGE plpgsql AS $$
 BEGIN
     UPDATE cell SET online = false, changed = clock_timestamp() WHERE online AND seen < now() - interval '5 minutes';
     RETURN QUERY UPDATE cell AS c SET reborn_asked = now()
-        WHERE c.online AND (p_all OR c.seen < now() - interval '2 minutes')
-              AND (p_all OR c.reborn_asked IS NULL OR c.reborn_asked < now() - interval '1 minute')
+        WHERE (c.online AND (p_all OR (c.seen < now() - interval '2 minutes'
+                                      AND coalesce(c.reborn_asked, '-infinity') < now() - interval '1 minute')))
+              OR (NOT c.online AND coalesce(c.reborn_asked, '-infinity') < now() - interval '5 seconds'
+                  AND EXISTS (SELECT FROM source AS s WHERE s.cell = c.id AND s.stored > now() - interval '20 seconds'))
         RETURNING c.grp, c.name;
 END $$;
 

@@ -80,7 +80,7 @@ void World::startCell()
     m_cell->startStatusTick();
     m_cell->enableStations();
     m_cell->openRoad();
-    ManualScheduler::settle();
+    m_scheduler.advance(0); // rows that waited in their file go in, and are counted
     adoptTables();
 }
 

@@ -57,7 +57,6 @@ void World::cutPower(int choice)
     Disk::instance().restore(left);
     m_scheduler.advance(startMs);
     startCell();
-    m_scheduler.advance(0); // rows that waited in their file go in
     m_records.checkRows();
     adoptCounts(false);
     for (const Alarm& alarm : m_cell->alarms().alarms()) {
