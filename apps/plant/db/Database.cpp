@@ -62,6 +62,11 @@ bool isPassing(const std::string& code)
 
 } // namespace
 
+struct Database::Line
+{
+    pqxx::connection connection;
+};
+
 Database::Database(std::string address)
     : m_address(std::move(address))
 {
@@ -72,18 +77,18 @@ Database::~Database() = default;
 
 pqxx::connection_base& Database::connection()
 {
-    if (m_connection && m_connection->is_open())
-        return *m_connection;
-    m_connection.reset();
-    auto connection = std::make_unique<pqxx::connection>(m_address);
-    pqxx::nontransaction(*connection).exec("SET search_path TO plant; SET timezone TO 'UTC'");
-    m_connection = std::move(connection);
-    return *m_connection;
+    if (m_line && m_line->connection.is_open())
+        return m_line->connection;
+    m_line.reset();
+    std::unique_ptr<Line> line(new Line{pqxx::connection{m_address}});
+    pqxx::nontransaction(line->connection).exec("SET search_path TO plant; SET timezone TO 'UTC'");
+    m_line = std::move(line);
+    return m_line->connection;
 }
 
 void Database::drop()
 {
-    m_connection.reset();
+    m_line.reset();
 }
 
 void Database::bringUp()

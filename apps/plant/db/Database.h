@@ -28,7 +28,9 @@ public:
 
 private:
     const std::string m_address;
-    std::unique_ptr<pqxx::connection_base> m_connection;
+    /// The library's connection under its own type: it has no virtual destructor.
+    struct Line;
+    std::unique_ptr<Line> m_line;
 };
 
 /// What an error of the database means to whoever wanted to store.
