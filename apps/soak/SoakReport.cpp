@@ -94,7 +94,7 @@ QStringList SoakReport::text() const
         line("memory", QStringLiteral("%1 MiB warm, %2 at the end, %3 at most, in %4 s")
                            .arg(mebibytes(memory.warmKiB), mebibytes(memory.endKiB), mebibytes(memory.peakKiB))
                            .arg(memory.seconds)),
-        line("stalls", QStringLiteral("%1 above 20 ms, longest %2 ms").arg(stalls.count).arg(stalls.longestMs))};
+        line("stalls", QStringLiteral("%1 above 16 ms, longest %2 ms").arg(stalls.count).arg(stalls.longestMs))};
     text += b.examples + pictures.examples + damages;
     if (!problem.isEmpty())
         text << problem;

@@ -21,7 +21,7 @@ struct SoakReport
     };
     struct Stalls
     {
-        int count = 0; ///< of the window's event loop, above 20 ms
+        int count = 0; ///< of the window's event loop, above 16 ms
         double longestMs = 0;
     };
 
