@@ -10,6 +10,8 @@
 #include <QCoreApplication>
 #include <QDateTime>
 
+#include <numeric>
+
 using PlantTopics::Kind;
 using Sparkplug::Type;
 
@@ -160,6 +162,12 @@ RowStream* ForwardLoop::stream(const QString& name)
     return found == m_streams.end() ? nullptr : &*found;
 }
 
+qint64 ForwardLoop::waiting() const
+{
+    return std::accumulate(m_streams.begin(), m_streams.end(), qint64(0),
+                           [](qint64 sum, const RowStream& stream) { return sum + stream.waiting(); });
+}
+
 void ForwardLoop::step()
 {
     if (!m_session && nowNs() >= m_nextOpening)
@@ -192,16 +200,14 @@ void ForwardLoop::report()
 {
     if (m_birthDue || nowNs() >= m_nextRowsReport) {
         m_nextRowsReport = nowNs() + rowsReportEvery;
-        quint64 waiting = 0;
         for (const RowStream& stream : m_streams) {
             const QString base = QStringLiteral("Rows/%1/").arg(stream.name());
             m_report.set({base + QStringLiteral("Epoch"), Type::String, stream.state().epoch});
             m_report.set({base + QStringLiteral("First"), Type::UInt64, quint64(stream.first())});
             m_report.set({base + QStringLiteral("Last"), Type::UInt64, quint64(stream.last())});
             m_report.set({base + QStringLiteral("Sent"), Type::UInt64, quint64(stream.state().row)});
-            waiting += quint64(stream.waiting());
         }
-        m_report.set({QStringLiteral("Forward/Waiting"), Type::UInt64, waiting});
+        m_report.set({QStringLiteral("Forward/Waiting"), Type::UInt64, quint64(waiting())});
     }
     const qint64 ms = QDateTime::currentMSecsSinceEpoch();
     const bool birth = m_birthDue || (m_twinUntil > nowNs() && nowNs() >= m_nextBirth);
@@ -319,12 +325,9 @@ void ForwardLoop::save(bool now)
 
 void ForwardLoop::showStatus()
 {
-    qint64 waiting = 0;
-    for (const RowStream& stream : m_streams)
-        waiting += stream.waiting();
     const std::lock_guard lock(m_mutex);
     m_status.connected = m_connected;
-    m_status.waiting = waiting;
+    m_status.waiting = waiting();
     m_status.trouble = m_trouble;
     m_status.wantsEngineer = m_wantsEngineer;
 }

@@ -60,6 +60,8 @@ private:
     QString topic(int kind, const QString& leaf = QString()) const;
     qint64 nowNs() const { return m_clock.nsecsElapsed(); }
     RowStream* stream(const QString& name);
+    /// Rows of all streams that were not acknowledged.
+    qint64 waiting() const;
 
     const QString m_home;
     const ForwardConfig m_config;

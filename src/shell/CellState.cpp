@@ -168,10 +168,8 @@ StateFace alarmFace(const CellState& state)
 
 void CellState::read(Cell& cell, const ksGlobalConfig& config, const ksSysConfig& settings)
 {
-    const QVector<Alarm>& raised = cell.alarms().alarms();
-    const auto lasts = [&raised](Alarm::Kind kind) {
-        return std::any_of(raised.begin(), raised.end(), [kind](const Alarm& alarm) { return alarm.kind == kind; });
-    };
+    const AlarmBook& book = cell.alarms();
+    const QVector<Alarm>& raised = book.alarms();
     alarms = int(std::count_if(raised.begin(), raised.end(), [](const Alarm& alarm) { return !alarm.isQuiet(); }));
     for (Camera& camera : cameras) {
         camera.key = config.station(camera.station).camKey;
@@ -181,10 +179,11 @@ void CellState::read(Cell& cell, const ksGlobalConfig& config, const ksSysConfig
     isOnline = config.onlineMode;
     keepsImages =
         settings.saveSrcImage[0] || settings.saveSrcImage[1] || settings.saveRltImage[0] || settings.saveRltImage[1];
-    isDiskGood = !lasts(Alarm::DiskLow) && !lasts(Alarm::ImagesUnwritable);
-    isRecording = !lasts(Alarm::ResultsWaiting) && !lasts(Alarm::ImagesUnwritable) && !lasts(Alarm::ImagesGivenUp);
+    isDiskGood = !book.lasts(Alarm::DiskLow) && !book.lasts(Alarm::ImagesUnwritable);
+    isRecording =
+        !book.lasts(Alarm::ResultsWaiting) && !book.lasts(Alarm::ImagesUnwritable) && !book.lasts(Alarm::ImagesGivenUp);
     if (const CellForwarding* forwarding = cell.forwarding()) {
-        const CellForwarding::Status status = forwarding->status();
+        const ForwardStatus status = forwarding->status();
         isForwarding = status.on;
         isPlantThere = status.connected && status.trouble.isEmpty();
         isPlantTroubled = status.wantsEngineer;

@@ -27,6 +27,13 @@ Alarm* AlarmBook::find(Alarm::Kind kind, const QString& subject)
     return found == m_alarms.end() ? nullptr : &*found;
 }
 
+bool AlarmBook::lasts(Alarm::Kind kind, const QString& subject) const
+{
+    return std::any_of(m_alarms.begin(), m_alarms.end(), [&](const Alarm& alarm) {
+        return alarm.kind == kind && (subject.isNull() || alarm.subject == subject);
+    });
+}
+
 void AlarmBook::begin(Alarm alarm)
 {
     alarm.since = m_scheduler.now();

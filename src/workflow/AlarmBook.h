@@ -69,6 +69,9 @@ public:
     /// Those that ended since the start, the last one first.
     const QVector<Alarm>& history() const { return m_history; }
 
+    /// Whether such an alarm stands; a null subject means any.
+    bool lasts(Alarm::Kind kind, const QString& subject = QString()) const;
+
     /// The cause is there; may be called again and again while it lasts.
     void raise(Alarm::Kind kind, const QString& subject, const QString& detail);
     /// As raise(), for a number that only grows, of which `count` is the present value: a higher one raises the alarm

@@ -79,16 +79,10 @@ public:
     {
         if (m_forwarder)
             m_forwarder->setFigures(figures());
-        const Status now = status();
+        const ForwardStatus now = status();
         m_cell.alarms().set(now.wantsEngineer, Alarm::ForwardingTroubled, {}, now.trouble);
     }
-    Status status() const override
-    {
-        if (!m_forwarder)
-            return {};
-        const ForwardStatus status = m_forwarder->status();
-        return {status.on, status.connected, status.waiting, status.trouble, status.wantsEngineer};
-    }
+    ForwardStatus status() const override { return m_forwarder ? m_forwarder->status() : ForwardStatus(); }
 
 private:
     void begin()
@@ -98,17 +92,10 @@ private:
         m_forwarder = config.on ? std::make_unique<Forwarder>(m_home, config) : nullptr;
         tick();
     }
-    bool lasts(Alarm::Kind kind, const QString& subject) const
-    {
-        const QVector<Alarm>& alarms = m_cell.alarms().alarms();
-        return std::any_of(alarms.begin(), alarms.end(), [&](const Alarm& alarm) {
-            return alarm.kind == kind && (subject.isNull() || alarm.subject == subject);
-        });
-    }
     QString healthOf(std::initializer_list<Alarm::Kind> faults, const QString& subject = QString()) const
     {
-        const bool bad =
-            std::any_of(faults.begin(), faults.end(), [&](Alarm::Kind kind) { return lasts(kind, subject); });
+        const bool bad = std::any_of(faults.begin(), faults.end(),
+                                     [&](Alarm::Kind kind) { return m_cell.alarms().lasts(kind, subject); });
         return bad ? QStringLiteral("fault") : QStringLiteral("ok");
     }
     QString cameraHealth(int station) const
@@ -117,13 +104,14 @@ private:
         if (key.isEmpty())
             return QStringLiteral("off");
         const QString number = QString::number(station);
-        const bool bad = lasts(Alarm::CameraLost, key) || lasts(Alarm::CameraUnknown, number);
-        const bool doubtful = lasts(Alarm::CameraFloods, key) || lasts(Alarm::NoImage, number);
+        const AlarmBook& alarms = m_cell.alarms();
+        const bool bad = alarms.lasts(Alarm::CameraLost, key) || alarms.lasts(Alarm::CameraUnknown, number);
+        const bool doubtful = alarms.lasts(Alarm::CameraFloods, key) || alarms.lasts(Alarm::NoImage, number);
         return bad ? QStringLiteral("fault") : doubtful ? QStringLiteral("warning") : QStringLiteral("ok");
     }
     QString mode() const
     {
-        if (lasts(Alarm::Starting, {}))
+        if (m_cell.alarms().lasts(Alarm::Starting))
             return QStringLiteral("starting");
         return m_config.onlineMode ? QStringLiteral("run") : QStringLiteral("offline");
     }
@@ -154,8 +142,7 @@ private:
     }
     QString calibration(int station) const
     {
-        const StationConfig& own = m_config.station(station);
-        const Calibration map = m_config.use4pointstand ? own.fourPointCalibration() : own.twoPointCalibration();
+        const Calibration map = m_config.calibration(station);
         const QPointF origin = map.toMachine({0, 0});
         const QPointF x = map.toMachine({1, 0}) - origin;
         const QPointF y = map.toMachine({0, 1}) - origin;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "forward/ForwardStatus.h"
+
 #include <QString>
 
 #include <memory>
@@ -12,22 +14,13 @@ class ksGlobalConfig;
 class CellForwarding
 {
 public:
-    struct Status
-    {
-        bool on = false;
-        bool connected = false;
-        qint64 waiting = 0; ///< rows
-        QString trouble;
-        bool wantsEngineer = false;
-    };
-
     virtual ~CellForwarding() = default;
 
     /// To be called about once a second.
     virtual void tick() = 0;
     /// Settings hold new values.
     virtual void applySettings() = 0;
-    virtual Status status() const = 0;
+    virtual ForwardStatus status() const = 0;
 
     /// Whether the program was built with it.
     static bool isBuilt();
