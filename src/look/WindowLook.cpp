@@ -1,5 +1,6 @@
 #include "look/WindowLook.h"
 
+#include "common/FingerSize.h"
 #include "config/IniFile.h"
 #include "look/LookIcon.h"
 #include "platform/AppHome.h"
@@ -20,7 +21,6 @@ const QString nameKey = QStringLiteral("Look/Name");
 const QString darkKey = QStringLiteral("Look/Dark"); // of files from before there were three
 const QStringList names{QStringLiteral("light"), QStringLiteral("dark"), QStringLiteral("contrast")};
 constexpr int buttonRoom = 14;
-constexpr int rowHeight = 40;  // for a finger in a glove
 constexpr int fontPixels = 14; // whatever the desktop has: the pages are laid out for it
 
 LookKind kindIn(const QSettings& settings)
@@ -63,7 +63,7 @@ public:
     {
         const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
         if (type == CT_ItemViewItem || type == CT_MenuItem || type == CT_TabBarTab)
-            return size.expandedTo({0, type == CT_MenuItem ? qMin(size.height() * 4, rowHeight) : rowHeight});
+            return size.expandedTo({0, type == CT_MenuItem ? qMin(size.height() * 4, fingerSize) : fingerSize});
         return type == CT_PushButton ? size + QSize(buttonRoom, 0) : size;
     }
 
@@ -71,7 +71,7 @@ public:
     {
         switch (metric) {
         case PM_HeaderDefaultSectionSizeVertical:
-            return rowHeight;
+            return fingerSize;
         case PM_ScrollBarExtent:
             return 18;
         case PM_IndicatorWidth:

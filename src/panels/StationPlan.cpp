@@ -1,5 +1,6 @@
 #include "panels/StationPlan.h"
 
+#include "common/FingerSize.h"
 #include "panels/OutcomeBand.h"
 
 namespace {
@@ -9,7 +10,6 @@ constexpr int leastSide = 206;
 constexpr int leastRow = 540;
 constexpr int leastColumn = 440;
 constexpr int leastFailures = 54;
-constexpr int shiftHeight = 40; // its button is for fingers
 
 QRect cut(QRect& room, int height)
 {
@@ -44,7 +44,7 @@ void placeFoot(StationPlan& plan, const QRect& foot)
 {
     const QRect counts = share(foot, 0, 60, 100);
     plan.hours = share(foot, 60, 100, 100);
-    plan.shift = cut(plan.hours, shiftHeight);
+    plan.shift = cut(plan.hours, fingerSize);
     plan.found = share(counts, 0, 24, 100);
     plan.notFound = share(counts, 24, 47, 100);
     plan.refused = share(counts, 47, 70, 100);

@@ -101,6 +101,16 @@ PlantLine lineOf(FieldReader& fields)
     return line;
 }
 
+/// What is said of the rows that a message is about; readSpan() reads it.
+QJsonObject spanOf(const QString& stream, const QString& epoch, qint64 after, qint64 upTo)
+{
+    return {{QStringLiteral("v"), PlantTopics::schemaVersion},
+            {QStringLiteral("stream"), stream},
+            {QStringLiteral("epoch"), epoch},
+            {QStringLiteral("after"), after},
+            {QStringLiteral("upTo"), upTo}};
+}
+
 void readSpan(FieldReader& fields, QString& stream, QString& epoch, qint64& after, qint64& upTo)
 {
     stream = fields.word("stream", {RowBatch::partsStream, RowBatch::logStream});
@@ -119,7 +129,7 @@ void readRows(const QJsonArray& rows, RowBatch& batch, QString* error)
             batch.parts.append(partOf(fields));
         else
             batch.lines.append(lineOf(fields));
-        const qint64 row = batch.parts.isEmpty() ? batch.lines.last().row : batch.parts.last().row;
+        const qint64 row = batch.lastRow();
         if (fields.ok() && (row <= before || row > batch.upTo))
             fields.fail("row", QCoreApplication::translate("Plant", "%1 不在 %2 与 %3 之间或次序不对")
                                    .arg(row)
@@ -138,14 +148,10 @@ QByteArray RowBatch::encode() const
         rows.append(jsonOf(part));
     for (const PlantLine& line : lines)
         rows.append(jsonOf(line));
-    return QJsonDocument(QJsonObject{{QStringLiteral("v"), PlantTopics::schemaVersion},
-                                     {QStringLiteral("cellId"), cellId},
-                                     {QStringLiteral("stream"), stream},
-                                     {QStringLiteral("epoch"), epoch},
-                                     {QStringLiteral("after"), after},
-                                     {QStringLiteral("upTo"), upTo},
-                                     {QStringLiteral("rows"), rows}})
-        .toJson(QJsonDocument::Compact);
+    QJsonObject message = spanOf(stream, epoch, after, upTo);
+    message[QStringLiteral("cellId")] = cellId;
+    message[QStringLiteral("rows")] = rows;
+    return QJsonDocument(message).toJson(QJsonDocument::Compact);
 }
 
 std::optional<RowBatch> RowBatch::decode(const QByteArray& json, QString* error)
@@ -168,12 +174,7 @@ std::optional<RowBatch> RowBatch::decode(const QByteArray& json, QString* error)
 
 QByteArray ResendRequest::encode() const
 {
-    return QJsonDocument(QJsonObject{{QStringLiteral("v"), PlantTopics::schemaVersion},
-                                     {QStringLiteral("stream"), stream},
-                                     {QStringLiteral("epoch"), epoch},
-                                     {QStringLiteral("after"), after},
-                                     {QStringLiteral("upTo"), upTo}})
-        .toJson(QJsonDocument::Compact);
+    return QJsonDocument(spanOf(stream, epoch, after, upTo)).toJson(QJsonDocument::Compact);
 }
 
 std::optional<ResendRequest> ResendRequest::decode(const QByteArray& json, QString* error)

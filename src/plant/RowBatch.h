@@ -57,6 +57,8 @@ struct RowBatch
     static const QString logStream;
 
     int size() const { return parts.size() + lines.size(); }
+    /// The number of the last row; there is one.
+    qint64 lastRow() const { return parts.isEmpty() ? lines.last().row : parts.last().row; }
     QByteArray encode() const;
     /// Nothing when something in it is not as it should be: `error` says what and where ("rows[3].angle: …"). Such a
     /// message is kept aside as a whole.

@@ -1,5 +1,6 @@
 #include "results/ResultsView.h"
 
+#include "common/FingerSize.h"
 #include "common/forms/DialogForm.h"
 #include "results/charts/StatisticsPage.h"
 #include "results/data/ShiftStore.h"
@@ -57,7 +58,7 @@ void ResultsView::buildCorner()
         m_next->start();
         refresh();
     });
-    m_refresh->setMinimumHeight(40); // a finger's
+    m_refresh->setMinimumHeight(fingerSize);
     connect(m_refresh, &QToolButton::clicked, this, &ResultsView::refresh);
     connect(new QShortcut(QKeySequence::Refresh, this), &QShortcut::activated, this, &ResultsView::refresh);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {

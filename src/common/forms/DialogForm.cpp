@@ -1,5 +1,6 @@
 #include "common/forms/DialogForm.h"
 
+#include "common/FingerSize.h"
 #include "common/forms/InlineMessage.h"
 
 #include <QAbstractSpinBox>
@@ -19,7 +20,6 @@
 
 namespace {
 
-constexpr int fingerHeight = 40;
 constexpr int smallestChosenRow = 30; // rows below are read and not touched
 
 /// A field or button of the dialog's own, not the part of one.
@@ -47,11 +47,11 @@ void DialogForm::prepareFields(QWidget* form)
     const auto children = form->findChildren<QWidget*>();
     for (QWidget* child : children) {
         if (isTouched(child))
-            child->setMinimumHeight(std::max(child->minimumHeight(), fingerHeight));
+            child->setMinimumHeight(std::max(child->minimumHeight(), fingerSize));
         auto* table = qobject_cast<QTableView*>(child);
         const int row = table ? table->verticalHeader()->defaultSectionSize() : 0;
-        if (row >= smallestChosenRow && row < fingerHeight)
-            table->verticalHeader()->setDefaultSectionSize(fingerHeight);
+        if (row >= smallestChosenRow && row < fingerSize)
+            table->verticalHeader()->setDefaultSectionSize(fingerSize);
     }
 }
 

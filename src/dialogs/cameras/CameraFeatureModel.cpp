@@ -1,5 +1,6 @@
 #include "dialogs/cameras/CameraFeatureModel.h"
 
+#include "common/FingerSize.h"
 #include "common/LookColors.h"
 #include "common/forms/InlineMessage.h"
 #include "common/forms/NumberField.h"
@@ -13,8 +14,6 @@
 namespace {
 
 using FeatureKind = CameraFeature::Kind;
-
-constexpr int rowHeight = 40;
 
 QString number(double value)
 {
@@ -198,7 +197,7 @@ QVariant CameraFeatureModel::data(const QModelIndex& index, int role) const
 {
     const Row* found = row(index);
     if (role == Qt::SizeHintRole)
-        return QSize(0, rowHeight);
+        return QSize(0, fingerSize);
     if (!found) {
         QFont bold;
         bold.setBold(true);

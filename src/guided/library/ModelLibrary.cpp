@@ -1,5 +1,6 @@
 #include "guided/library/ModelLibrary.h"
 
+#include "common/FingerSize.h"
 #include "common/ImageFile.h"
 #include "common/forms/DialogForm.h"
 #include "common/forms/InlineMessage.h"
@@ -21,7 +22,6 @@
 
 namespace {
 
-constexpr int touchHeight = 40;
 const QSize thumbnailBox(80, 60);
 
 } // namespace
@@ -99,9 +99,9 @@ void ModelLibrary::build()
     rows->addLayout(buttons);
     for (QPushButton* button : {m_teach, m_copy[0], m_copy[1], m_manage, m_refresh}) {
         button->setAutoDefault(false);
-        button->setMinimumHeight(touchHeight);
+        button->setMinimumHeight(fingerSize);
     }
-    m_search->setMinimumHeight(touchHeight);
+    m_search->setMinimumHeight(fingerSize);
 }
 
 void ModelLibrary::connectAll()

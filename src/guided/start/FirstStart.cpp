@@ -1,5 +1,6 @@
 #include "guided/start/FirstStart.h"
 
+#include "common/FingerSize.h"
 #include "config/IniFile.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
@@ -27,7 +28,7 @@ FirstStart::FirstStart(const Parts& parts, QWidget* parent)
 {
     addPages();
     m_never->setObjectName(QStringLiteral("neverBox"));
-    m_never->setMinimumHeight(40);
+    m_never->setMinimumHeight(fingerSize);
     m_never->setChecked(IniFile(parts.home + choiceFile).settings().value(neverKey, false).toBool());
     layout()->addWidget(m_never);
     connect(m_never, &QCheckBox::toggled, this, [this](bool never) {

@@ -1,5 +1,6 @@
 #include "guided/start/StartPages.h"
 
+#include "common/FingerSize.h"
 #include "config/ksSysConfig.h"
 
 #include <QLabel>
@@ -8,7 +9,6 @@
 #include <QVBoxLayout>
 
 namespace {
-constexpr int listRow = 40;
 }
 
 QLabel* StartPage::addText(QVBoxLayout* rows, const char* name)
@@ -24,8 +24,8 @@ QListWidget* StartPage::addList(QVBoxLayout* rows, const char* name)
 {
     auto* list = new QListWidget(this);
     list->setObjectName(QLatin1String(name));
-    list->setMinimumHeight(2 * listRow);
-    list->setStyleSheet(QStringLiteral("QListWidget::item { min-height: %1px; }").arg(listRow));
+    list->setMinimumHeight(2 * fingerSize);
+    list->setStyleSheet(QStringLiteral("QListWidget::item { min-height: %1px; }").arg(fingerSize));
     rows->addWidget(list, 1);
     return list;
 }

@@ -1,5 +1,6 @@
 #include "guided/stepper/GuideDialog.h"
 
+#include "common/FingerSize.h"
 #include "common/forms/DialogForm.h"
 #include "guided/stepper/GuidePage.h"
 
@@ -15,7 +16,6 @@
 #include <algorithm>
 
 namespace {
-constexpr int buttonHeight = 40;
 constexpr int besideCompanion = 400; // pixels of a page beside a picture
 } // namespace
 
@@ -95,7 +95,7 @@ void GuideDialog::addPage(GuidePage* page)
     auto* mark = new QToolButton(this);
     mark->setCheckable(true);
     mark->setAutoRaise(true);
-    mark->setMinimumHeight(buttonHeight);
+    mark->setMinimumHeight(fingerSize);
     mark->setObjectName(QStringLiteral("step%1").arg(step + 1));
     m_marks.append(mark);
     m_steps->addWidget(mark);
@@ -127,7 +127,7 @@ void GuideDialog::begin()
     DialogForm::prepare(this);
     const auto buttons = findChildren<QPushButton*>();
     for (QPushButton* button : buttons)
-        button->setMinimumHeight(buttonHeight);
+        button->setMinimumHeight(fingerSize);
     retranslateAll();
     m_pages.first()->enter();
     judge();

@@ -1,3 +1,4 @@
+#include "common/FingerSize.h"
 #include "common/ImageFile.h"
 #include "common/forms/InlineMessage.h"
 #include "guided/teaching/ArchivePictures.h"
@@ -32,7 +33,7 @@ CheckPage::CheckPage(TeachingDraft& draft, IModelTrial* trial, QString home)
     for (int i = 0; i < 2; ++i) {
         m_boxes[i] = new QCheckBox(this);
         m_boxes[i]->setObjectName(QStringLiteral("station%1Box").arg(i + 1));
-        m_boxes[i]->setMinimumHeight(40);
+        m_boxes[i]->setMinimumHeight(fingerSize);
         rows->addWidget(m_boxes[i]);
         connect(m_boxes[i], &QCheckBox::toggled, this, &CheckPage::takeBoxes);
     }

@@ -1,3 +1,4 @@
+#include "common/FingerSize.h"
 #include "guided/teaching/TeachingPages.h"
 
 #include <QLabel>
@@ -18,8 +19,8 @@ ProposalPage::ProposalPage(TeachingDraft& draft)
     m_facts->setObjectName(QStringLiteral("factsLabel"));
     m_again->setAutoDefault(false);
     m_facts->setWordWrap(true);
-    m_center->setMinimumHeight(40);
-    m_hole->setMinimumHeight(40);
+    m_center->setMinimumHeight(fingerSize);
+    m_hole->setMinimumHeight(fingerSize);
     auto* rows = new QVBoxLayout(this);
     for (QWidget* widget : std::initializer_list<QWidget*>{m_facts, m_center, m_hole, m_again})
         rows->addWidget(widget);

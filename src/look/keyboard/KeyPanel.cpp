@@ -1,5 +1,6 @@
 #include "look/keyboard/KeyPanel.h"
 
+#include "common/FingerSize.h"
 #include "look/keyboard/KeyButton.h"
 
 #include <QGridLayout>
@@ -12,7 +13,6 @@ constexpr int gap = 4;
 constexpr int keyWidth = 94;
 constexpr int numberWidth = 72;
 constexpr int keyHeight = 54;
-constexpr int leastHeight = 40;
 
 } // namespace
 
@@ -87,7 +87,7 @@ void KeyPanel::leaveFree(const QRect& place, const QRect& screen)
     const int rows = isPad ? 4 : 5;
     const int columns = isPad ? 4 : 10;
     const int room = std::max(place.top() - screen.top(), screen.bottom() - place.bottom()) - 4 * gap;
-    const int height = std::max(leastHeight, std::min(keyHeight, room / rows - gap));
+    const int height = std::max(fingerSize, std::min(keyHeight, room / rows - gap));
     const int width = std::min(columns * (isPad ? numberWidth : keyWidth), screen.width());
     const QSize size(width, rows * (height + gap) + 2 * gap);
     setGeometry({panelPlace(size, place, screen, isPad), size});
