@@ -2,11 +2,12 @@
 
 #include "db/PartTable.h"
 #include "db/SqliteFile.h"
+#include "db/log/ChangeLine.h"
+#include "db/log/LogLine.h"
 #include "platform/System.h"
 
 #include <QDateTime>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QVariant>
 
 namespace {
@@ -110,22 +111,19 @@ protected:
 private:
     static PlantLine lineOf(const QSqlQuery& query)
     {
-        static const QRegularExpression stamp(QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d ?"));
-        static const QRegularExpression change(QStringLiteral("^设置更改\\[[^\\]]*\\]:.*,用户:(.*)$"),
-                                               QRegularExpression::DotMatchesEverythingOption);
         PlantLine line;
         line.row = query.value(0).toLongLong();
         const QDateTime time = QDateTime::fromString(query.value(1).toString(), QStringLiteral("yyyy-MM-dd hh:mm:ss"));
         line.wall = time.isValid() ? PartTable::wallOf(time) : 0;
         line.created = time.isValid() ? time.toMSecsSinceEpoch() : 0;
-        line.text = query.value(3).toString().remove(stamp).left(longestText);
-        const QRegularExpressionMatch audit = change.match(line.text);
-        line.user = audit.captured(1).left(256);
+        line.text = SystemLog::withoutTime(query.value(3).toString()).left(longestText);
+        const std::optional<SystemLog::ChangeLine> change = SystemLog::ChangeLine::of(line.text);
+        line.user = change ? change->user.left(256) : QString();
         const int level = query.value(2).toInt();
-        line.kind = audit.hasMatch() ? QStringLiteral("audit")
-                    : level <= 0     ? QStringLiteral("alarm")
-                    : level == 1     ? QStringLiteral("warning")
-                                     : QStringLiteral("information");
+        line.kind = change                        ? QStringLiteral("audit")
+                    : level <= SystemLog::Error   ? QStringLiteral("alarm")
+                    : level == SystemLog::Warning ? QStringLiteral("warning")
+                                                  : QStringLiteral("information");
         return line;
     }
 };
@@ -222,8 +220,6 @@ RowBatch RowSource::read(qint64 after, qint64 upTo)
     const bool cutShort =
         cut(batch.lines, [](const PlantLine& line) { return 200 + 3 * line.text.size(); }) |
         cut(batch.parts, [](const PlantPart& part) { return 450 + 3 * part.internalRecipeId.size(); });
-    batch.upTo = failed             ? after
-                 : full || cutShort ? (batch.parts.isEmpty() ? batch.lines.last().row : batch.parts.last().row)
-                                    : upTo;
+    batch.upTo = failed ? after : full || cutShort ? batch.lastRow() : upTo;
     return batch;
 }

@@ -5,6 +5,7 @@
 #include "config/ShiftConfig.h"
 #include "config/ksGlobalConfig.h"
 #include "config/ksSysConfig.h"
+#include "db/log/ChangeLine.h"
 #include "db/log/LogLine.h"
 #include "dialogs/about/QAboutUI.h"
 #include "dialogs/backup/QBackupUI.h"
@@ -57,9 +58,8 @@ bool startReport()
 
 void logChange(const AuditChange& change, const QString& user)
 {
-    SystemLog::information(
-        QStringLiteral("设置更改[%1]:%2 → %3,用户:%4")
-            .arg(change.name, change.before, change.after, user.isEmpty() ? QStringLiteral("无") : user));
+    const QString whose = user.isEmpty() ? QStringLiteral("无") : user;
+    SystemLog::information(SystemLog::ChangeLine{change.name, change.before, change.after, whose}.text());
 }
 
 } // namespace

@@ -192,8 +192,7 @@ void Collector::keepHouse()
         } catch (const std::exception&) {
             const DatabaseError error = databaseError();
             qWarning("database: %s", qUtf8Printable(error.text));
-            m_health.set(QStringLiteral("database"),
-                         {error.isDiskFull() ? QStringLiteral("diskFull") : QStringLiteral("away"), error.text});
+            m_health.set(QStringLiteral("database"), error.trouble());
             database.drop();
             failed = true;
         }

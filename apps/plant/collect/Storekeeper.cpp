@@ -192,7 +192,6 @@ bool Storekeeper::run(const Work& work, DatabaseError* refused)
 
 void Storekeeper::report(const DatabaseError& error)
 {
-    m_health.set(QStringLiteral("database"),
-                 {error.isDiskFull() ? QStringLiteral("diskFull") : QStringLiteral("away"), error.text});
+    m_health.set(QStringLiteral("database"), error.trouble());
     qWarning("database: %s", qUtf8Printable(error.text));
 }

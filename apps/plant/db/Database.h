@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Health.h"
+
 #include <QString>
 
 #include <memory>
@@ -46,6 +48,11 @@ struct DatabaseError
     QString text;
 
     bool isDiskFull() const { return code == "53100"; }
+    /// As the page tells it: the disk is full, or the database is away.
+    Health::Trouble trouble() const
+    {
+        return {isDiskFull() ? QStringLiteral("diskFull") : QStringLiteral("away"), text};
+    }
 };
 
 /// Of the exception that is being handled.

@@ -1,16 +1,14 @@
 #include "results/data/LogReader.h"
 
 #include "db/SqliteFile.h"
+#include "db/log/ChangeLine.h"
 
 #include <QDateTime>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QSqlError>
 #include <QVariant>
 
 namespace {
-
-const QString changePrefix = QStringLiteral("设置更改[");
 
 QString likePattern(QString text)
 {
@@ -21,19 +19,14 @@ QString likePattern(QString text)
 
 } // namespace
 
-/// "设置更改[key]:before → after,用户:name", in whatever language the rest of the program speaks.
 LogRow LogRow::of(qint64 id, const QString& time, int level, const QString& message)
 {
-    static const QRegularExpression stamp(QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d ?"));
-    static const QRegularExpression change(QStringLiteral("^设置更改\\[([^\\]]*)\\]:(.*) → (.*),用户:(.*)$"),
-                                           QRegularExpression::DotMatchesEverythingOption);
-    LogRow row{id, time, level, QString(message).remove(stamp), false, {}, {}, {}, {}};
-    const QRegularExpressionMatch match = change.match(row.message);
-    row.isChange = match.hasMatch();
-    row.name = match.captured(1);
-    row.before = match.captured(2);
-    row.after = match.captured(3);
-    row.user = match.captured(4);
+    LogRow row{id, time, level, SystemLog::withoutTime(message), false, {}, {}, {}, {}};
+    const std::optional<SystemLog::ChangeLine> change = SystemLog::ChangeLine::of(row.message);
+    row.isChange = change.has_value();
+    if (change)
+        std::tie(row.name, row.before, row.after, row.user) =
+            std::tie(change->name, change->before, change->after, change->user);
     return row;
 }
 
@@ -76,10 +69,10 @@ QSqlQuery LogReader::run(const QString& columns, const LogFilter& filter, const 
     when(filter.to.isValid(), QStringLiteral("datetime < ?"), dayText(filter.to.addDays(1)));
     when(filter.worst > 0, QStringLiteral("type >= ?"), filter.worst);
     when(filter.least < 4, QStringLiteral("type <= ?"), filter.least);
-    when(filter.changesOnly, QStringLiteral("message LIKE ? ESCAPE '\\'"), likePattern(changePrefix));
+    when(filter.changesOnly, QStringLiteral("message LIKE ? ESCAPE '\\'"), likePattern(SystemLog::ChangeLine::prefix));
     when(!filter.text.isEmpty(), QStringLiteral("message LIKE ? ESCAPE '\\'"), likePattern(filter.text));
     when(!filter.user.isEmpty(), QStringLiteral("message LIKE ? ESCAPE '\\'"),
-         likePattern(QStringLiteral(",用户:") + filter.user));
+         likePattern(SystemLog::ChangeLine::userMark + filter.user));
     const QString cut = filter.byArrival ? QStringLiteral("id") : QStringLiteral("datetime");
     const auto place = [&filter](const QString& text) {
         return filter.byArrival ? QVariant(text.toLongLong()) : QVariant(text);
